@@ -1,0 +1,117 @@
+// The console program: performs the unattended run that a settings file describes.
+//
+// Exit status: 0 the run finished, 1 it could not run or did not finish, 2 the command line is
+// wrong.
+
+#include <iostream>
+#include <string>
+
+#include "core/program/paths.h"
+#include "core/run/start_up.h"
+#include "core/settings/command_line.h"
+#include "core/settings/settings_file.h"
+#include "host/posix/posix_files.h"
+#include "host/posix/posix_system.h"
+#include "host/posix/posix_terminal.h"
+#include "ui/console/console_text.h"
+#include "ui/console/console_user.h"
+
+namespace morvex {
+namespace {
+
+constexpr int kStandardInput = 0;
+constexpr int kStandardError = 2;
+constexpr int kDone = 0;
+constexpr int kNotDone = 1;
+constexpr int kCommandLineError = 2;
+
+std::string UsageText(const Program& program) {
+  return "Morvex " MORVEX_VERSION
+         " makes anonymised copies of files from a replacement list.\n"
+         "\n"
+         "Usage: morvex-cli -if SETTINGS [-dy MILLISECONDS]\n"
+         "\n"
+         "  -if SETTINGS      run with this settings file; looked for as given, then in the\n"
+         "                    program's folder\n"
+         "  -dy MILLISECONDS  wait before the run, up to 32767\n"
+         "\n"
+         "Without -if the settings would be those of\n"
+         "  " +
+         Printable(InProgramFolder(program, kInitFileName)) +
+         "\nand nothing is run. To run them, name that file with -if.\n"
+         "\n"
+         "Exit status: 0 the run finished, 1 it could not run or did not finish,\n"
+         "2 the command line is wrong.\n";
+}
+
+int ReportCommandLineError(ErrorNumber error) {
+  std::cerr << "Run-time error '" << static_cast<int>(error) << "': " << ErrorText(error) << "\n";
+  return kCommandLineError;
+}
+
+// Why a named settings file did not lead to a run.
+int ReportSettingsFile(const Program& program) {
+  const std::string& path = program.settings.InitFilePath;
+  if (program.settings.init_file_error == ErrorNumber::kNone) {
+    std::cerr << Printable(MissingInitFileText(path)) << "\n";
+  } else {
+    const ErrorNumber error = program.settings.init_file_error;
+    std::cerr << Printable(path) << ": Error " << static_cast<int>(error) << ": "
+              << ErrorText(error) << "\n";
+  }
+  return kNotDone;
+}
+
+bool HasUsableRow(const Program& program) {
+  for (const std::string& left : program.tables.LeftTexts) {
+    if (!left.empty()) return true;
+  }
+  return false;
+}
+
+int RunFromSettingsFile(Program& program, ConsoleUser& user) {
+  StartUp(program);
+  user.ClearProgress();
+  if (!program.settings.AutoRunFromInitFile) return ReportSettingsFile(program);
+  std::cout << ResultLines(program) << std::flush;
+  std::cerr << FailureLines(program);
+  if (program.run.end == RunEnd::kFinished && !HasUsableRow(program)) {
+    std::cerr << "The replacement list has no row to replace with: nothing was anonymised.\n";
+  }
+  if (user.interrupted()) {
+    std::cerr << "Interrupted: the run was stopped and the target is not complete.\n";
+  }
+  return ExitStatus(program);
+}
+
+int Main(int argc, char** argv) {
+  PosixSystemService system(argc, argv);
+  PosixFileService files;
+  InstallStopSignals();
+  ConsoleUser user({std::cin, std::cout, std::cerr, IsTerminal(kStandardInput),
+                    IsTerminal(kStandardError), TerminalColumns, StopRequested});
+  Program program({files, system, user});
+  user.Attach(program);
+
+  const std::string line = system.CommandLineText();
+  if (line == "--help" || line == "-h") {
+    std::cout << UsageText(program);
+    return kDone;
+  }
+  if (line == "--version") {
+    std::cout << "Morvex " MORVEX_VERSION "\n";
+    return kDone;
+  }
+  const ErrorNumber error = ApplyCommandLine(program, SplitCommandLine(line));
+  if (error != ErrorNumber::kNone) return ReportCommandLineError(error);
+  if (!program.settings.CommandLine_SET) {
+    std::cerr << UsageText(program);
+    return kCommandLineError;
+  }
+  return RunFromSettingsFile(program, user);
+}
+
+}  // namespace
+}  // namespace morvex
+
+int main(int argc, char** argv) { return morvex::Main(argc, argv); }

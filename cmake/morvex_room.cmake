@@ -1,0 +1,44 @@
+# One folder, one target. morvex_room(NAME SOURCES file... USES target...) makes the static library
+# morvex_NAME of the current folder; morvex_options(TARGET) gives any target the project's settings.
+
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+
+function(morvex_options target)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wduplicated-cond -Wlogical-op
+    -Wnull-dereference -Werror
+    # GCC 12 sees overlapping copies in the standard library's own "literal" + std::string.
+    -Wno-restrict)
+  if(MORVEX_SANITIZE)
+    target_compile_options(${target} PRIVATE
+      -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+      -Wno-null-dereference)
+    target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+  endif()
+endfunction()
+
+function(morvex_room name)
+  cmake_parse_arguments(ROOM "" "" "SOURCES;USES" ${ARGN})
+  add_library(morvex_${name} STATIC ${ROOM_SOURCES})
+  list(TRANSFORM ROOM_USES PREPEND morvex_)
+  target_link_libraries(morvex_${name} PUBLIC ${ROOM_USES})
+  morvex_options(morvex_${name})
+endfunction()
+
+# A program that can be copied to another machine alone brings the C++ library with it.
+function(morvex_program name)
+  cmake_parse_arguments(PROGRAM "" "" "SOURCES;USES" ${ARGN})
+  add_executable(${name} ${PROGRAM_SOURCES})
+  list(TRANSFORM PROGRAM_USES PREPEND morvex_)
+  target_link_libraries(${name} PRIVATE ${PROGRAM_USES})
+  morvex_options(${name})
+  target_compile_definitions(${name} PRIVATE MORVEX_VERSION="${PROJECT_VERSION}")
+  if(NOT MORVEX_SANITIZE)
+    target_link_options(${name} PRIVATE -static-libstdc++ -static-libgcc)
+  endif()
+endfunction()

@@ -1,0 +1,162 @@
+#include "core/engine/folder_passes.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "core/engine/extension_filter.h"
+#include "core/engine/file_step.h"
+#include "core/engine/progress.h"
+#include "core/engine/tree_rules.h"
+#include "core/program/paths.h"
+
+namespace morvex {
+namespace {
+
+// Below this many bytes in use a drive gives no scale.
+constexpr std::uint64_t kLeastInUse = 1000;
+
+void SetScale(Program& program, std::uint64_t bytes) {
+  program.run.ProgressScale = ScaleFor(bytes);
+  program.frmMorvex.ProgressBar1.SetMaximum(Scaled(bytes, program.run.ProgressScale));
+}
+
+// The scale from what is in use on the source's drive; false, after a message, when it gives none.
+bool ScaleFromDrive(Program& program, const std::string& source) {
+  const Result<DriveSpace> drive = program.host.files.LookUpDrive(source);
+  const std::uint64_t in_use =
+      drive ? drive.value.total - std::min(drive.value.total, drive.value.available) : 0;
+  if (in_use < kLeastInUse) {
+    program.host.user.ShowMessage("Errors occurred.\r\nProgramm will be terminated.",
+                                  MessageButtons::kOk, MessageIcon::kNone);
+    program.Beeindigd = true;
+    return false;
+  }
+  SetScale(program, in_use);
+  return true;
+}
+
+bool FixScale(Program& program, const std::string& source, const std::string& target) {
+  if (program.run.ScaleFixed) return true;
+  TreeRules rules(program, source, target);
+  const Result<FolderInfo> folder = program.host.files.LookUpFolder(source);
+  const Result<std::uint64_t> size =
+      folder ? FolderSize(program, rules, folder.value) : Result<std::uint64_t>(folder.error);
+  if (size) {
+    program.run.SourceSize = static_cast<std::int64_t>(size.value);
+    SetScale(program, size.value);
+  } else if (!ScaleFromDrive(program, source)) {
+    return false;
+  }
+  program.run.ScaleFixed = true;
+  return true;
+}
+
+// The files of one folder. Gives the end of the step that leaves the pass, if one did.
+StepEnd HandleFiles(Program& program, const std::string& folder,
+                    const std::vector<FolderEntry>& listing, const std::string& target_folder,
+                    FolderPassKind pass) {
+  for (const FolderEntry& entry : listing) {
+    // A left-over temporary file is no file of the source.
+    if (entry.kind != EntryKind::kFile || entry.name == kTemporaryName) continue;
+    const StepEnd end = HandleFile(program, folder, entry.name, target_folder, pass);
+    if (!GoesOn(end)) return end;
+    ShowHits(program, program.run.HitsTotal);
+    YieldToWindows(program);
+  }
+  return StepEnd::kCopied;
+}
+
+bool IsLeftOut(const std::string& folder, const std::string& target_folder) {
+  constexpr std::array<std::string_view, 3> kWords = {"RECYCLER", "RECYCLED",
+                                                      "SYSTEM VOLUME INFORMATION"};
+  const std::string source_path = UpperCase(folder);
+  const std::string target_path = UpperCase(target_folder);
+  return std::any_of(kWords.begin(), kWords.end(), [&](std::string_view word) {
+    return source_path.find(word) != std::string::npos ||
+           target_path.find(word) != std::string::npos;
+  });
+}
+
+class TreeWalk {
+ public:
+  TreeWalk(Program& program, const std::string& source, const std::string& target)
+      : program_(program), rules_(program, source, target) {}
+
+  // The sub-folders that `listing` names, of the folder `source`.
+  void SubFolders(const std::string& source, const std::vector<FolderEntry>& listing,
+                  const std::string& target) {
+    for (const FolderEntry& entry : listing) {
+      if (entry.kind != EntryKind::kFolder) continue;
+      YieldToWindows(program_);
+      if (program_.Beeindigd) return;
+      SubFolder(JoinPath(program_, source, entry.name), entry.name, target);
+      if (program_.Beeindigd) return;
+    }
+  }
+
+ private:
+  void SubFolder(const std::string& source_path, const std::string& name,
+                 const std::string& target) {
+    const Result<FolderInfo> source = program_.host.files.LookUpFolder(source_path);
+    if (!source || !rules_.MayEnter(source.value)) return;
+    // Made before the words are looked at: a folder that is left out stands empty in the target.
+    const std::string target_path = Normaliseer(program_, JoinPath(program_, target, name));
+    if (!FolderExists(program_, target_path)) MakeFolder(program_, target_path);
+    const Result<FolderInfo> made = program_.host.files.LookUpFolder(target_path);
+    if (made && !rules_.MayWriteInto(made.value)) {
+      LogError(program_, source.value.path, ErrorNumber::kPathFileAccess);
+      CountFailure(program_, source.value.path, ErrorNumber::kPathFileAccess);
+      return;
+    }
+    if (IsLeftOut(source.value.path, target)) return;
+
+    const Result<std::vector<FolderEntry>> listing =
+        program_.host.files.ListFolder(source.value.path);
+    if (!listing) return;
+    const TreeRules::Visit visit(rules_, source.value);
+    const StepEnd end =
+        HandleFiles(program_, source.value.path, listing.value, target_path, FolderPassKind::kWalk);
+    if (end == StepEnd::kDiskFull) program_.Beeindigd = true;
+    if (!GoesOn(end)) return;
+    SubFolders(source.value.path, listing.value, JoinPath(program_, target, name));
+  }
+
+  Program& program_;
+  TreeRules rules_;
+};
+
+}  // namespace
+
+void FolderPrepass(Program& program, const std::string& source, const std::string& target) {
+  program.frmMorvex.ProgressBar1.SetValue(0);
+  if (!FixScale(program, source, target)) return;
+  if (!FolderExists(program, target)) MakeFolder(program, target);
+  YieldToWindows(program);
+  const Result<FolderInfo> source_folder = program.host.files.LookUpFolder(source);
+  const Result<FolderInfo> target_folder = program.host.files.LookUpFolder(target);
+  if (!source_folder || !target_folder) return;
+  const Result<std::vector<FolderEntry>> listing =
+      program.host.files.ListFolder(source_folder.value.path);
+  if (!listing) return;
+  const StepEnd end = HandleFiles(program, source_folder.value.path, listing.value,
+                                  target_folder.value.path, FolderPassKind::kPrepass);
+  if (end == StepEnd::kDiskFull) program.Beeindigd = true;
+}
+
+void FolderWalk(Program& program, const std::string& source, const std::string& target) {
+  if (program.Beeindigd) return;
+  const std::string source_path = FolderPathClean(program, source);
+  const std::string target_path = FolderPathClean(program, target);
+  if (!FolderExists(program, target_path)) MakeFolder(program, target_path);
+  const Result<FolderInfo> source_folder = program.host.files.LookUpFolder(source_path);
+  const Result<FolderInfo> target_folder = program.host.files.LookUpFolder(target_path);
+  if (!source_folder || !target_folder) return;
+  const Result<std::vector<FolderEntry>> listing =
+      program.host.files.ListFolder(source_folder.value.path);
+  if (!listing) return;
+  TreeWalk walk(program, source_folder.value.path, target_folder.value.path);
+  walk.SubFolders(source_folder.value.path, listing.value, target_folder.value.path);
+}
+
+}  // namespace morvex

@@ -1,0 +1,35 @@
+// Processes one source file: the skip rules, then the substitution of its bytes into the temporary
+// file beside it. The source file is only read.
+#pragma once
+
+#include <string>
+
+#include "core/program/program.h"
+
+namespace morvex {
+
+enum class ProcessEnd {
+  kProcessed,  // the temporary file holds the whole result
+  kSkipped,    // by a skip rule; there is no temporary file
+  kStopped,    // the temporary file holds the bytes that were written before the stop
+  kFailed,     // there is no temporary file
+};
+
+struct ProcessResult {
+  ProcessEnd end = ProcessEnd::kProcessed;
+  ErrorNumber error =
+      ErrorNumber::kNone;  // kFailed: why; kSkipped: kFileNotFound, for want of a result
+};
+
+// Path of the temporary file for the files of `folder`; empty once the program is to stop.
+std::string TemporaryPath(const Program& program, const std::string& folder);
+
+// Deletes a temporary file that an earlier run left in `folder`, so that no byte of it reaches
+// another file's copy. Comes before ProcessFile. kNone also when there was none.
+ErrorNumber DeleteLeftOver(const Program& program, const std::string& folder);
+
+// `name` is the file's bare name, `folder` the full path of its folder. The caller sets
+// Hits_Per_File and BytesBefore before, and copies and deletes the temporary file after.
+ProcessResult ProcessFile(Program& program, const std::string& name, const std::string& folder);
+
+}  // namespace morvex

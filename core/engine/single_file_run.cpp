@@ -1,0 +1,40 @@
+#include "core/engine/single_file_run.h"
+
+#include "core/engine/file_step.h"
+#include "core/engine/process_file.h"
+#include "core/engine/progress.h"
+#include "core/program/elapsed_time.h"
+#include "core/program/paths.h"
+#include "core/program/run_log.h"
+
+namespace morvex {
+
+ErrorNumber SingleFileRun(Program& program, const std::string& source, const std::string& target) {
+  RunState& run = program.run;
+  MainWindow& window = program.frmMorvex;
+  const int start = SecondsOfDay(program.host.system.LocalTimeOfDay());
+  const Result<FileInfo> info = program.host.files.LookUpFile(source);
+  run.ProgressScale = ScaleFor(info.value.size);
+  window.ProgressBar1.SetMaximum(Scaled(info.value.size, run.ProgressScale));
+  window.ProgressBar1.SetValue(0);
+  if (program.Beeindigd) return ErrorNumber::kInvalidCall;
+  const FileInfo& file = info.value;
+  run.BytesTotal += static_cast<std::int64_t>(file.size);
+  gLog(program, JoinPath(program, file.folder, file.name));
+
+  ErrorNumber error = info ? DeleteLeftOver(program, file.folder) : info.error;
+  if (error == ErrorNumber::kNone) {
+    const ProcessResult result = ProcessFile(program, file.name, file.folder);
+    error = DeliverResult(program, result, file.folder, source, target, false);
+  }
+  run.FilesDone = 1;
+  run.elapsed = ElapsedBetween(start, SecondsOfDay(program.host.system.LocalTimeOfDay()));
+  window.lblTotalFiles.caption = "Scanned: 1 ";
+  window.lblTijd.caption = MinutesAndSeconds(run.elapsed);
+  window.lblPercentage.caption = "Hits: " + std::to_string(run.HitsTotal) + "\r\nDone !";
+  ShowProgress(program, run.BytesTotal);
+  YieldToWindows(program);
+  return error;
+}
+
+}  // namespace morvex

@@ -1,0 +1,47 @@
+#include "core/engine/skip_rules.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "core/engine/extension_filter.h"
+#include "core/program/paths.h"
+
+namespace morvex {
+namespace {
+
+constexpr std::string_view kProgramName = "Morvex";
+
+// The name without its extension and the character before it. A name without "." so loses its last
+// character.
+std::string_view BaseName(std::string_view name) {
+  const std::size_t extension = FileExtension(name).size() + 1;
+  return name.substr(0, name.size() - std::min(name.size(), extension));
+}
+
+bool InLeftOutFolder(const std::string& folder) {
+  // The words are compared with an upper-cased path, so the mixed-case one never occurs: such a
+  // folder is left out by the walk alone.
+  constexpr std::array<std::string_view, 4> kWords = {"RECYCLED", "RECYCLER",
+                                                      "System Volume Information", "_RESTORE"};
+  const std::string path = UpperCase(folder);
+  return std::any_of(kWords.begin(), kWords.end(),
+                     [&](std::string_view word) { return path.find(word) != std::string::npos; });
+}
+
+}  // namespace
+
+SkipDecision DecideSkip(const Program& program, const std::string& name, const std::string& folder,
+                        const std::optional<WallTime>& modified) {
+  if (BaseName(name) == kProgramName) return SkipDecision::kSkipSilently;
+  if (name == "Morvex.exe") return SkipDecision::kSkipSilently;
+  // The base name has already caught the run log; the rule keeps its place behind that one.
+  if (name == "Morvex.log") return SkipDecision::kSkipCounted;
+  if (name == program.host.system.ExecutableName() + ".exe") return SkipDecision::kSkipSilently;
+  if (InLeftOutFolder(folder)) return SkipDecision::kSkipSilently;
+  if (modified && *modified >= program.run.ArmedAt) return SkipDecision::kSkipSilently;
+  if (name.ends_with("cle")) return SkipDecision::kSkipCounted;
+  return SkipDecision::kProcess;
+}
+
+}  // namespace morvex

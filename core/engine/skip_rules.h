@@ -1,0 +1,24 @@
+// Which files are never processed, although their extension is selected.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "core/program/program.h"
+
+namespace morvex {
+
+enum class SkipDecision {
+  kProcess,
+  kSkipSilently,
+  kSkipCounted,  // logged as "SKIP " and the name, and counted in FilesSkipped
+};
+
+// Never processed: the program's own files, files in recycle-bin and restore folders, files that
+// changed after the run was armed (`modified`; without it that test is passed over), names that end
+// in "cle". Comparisons are exact, letter case included; `folder` is the full path of the file's
+// folder.
+SkipDecision DecideSkip(const Program& program, const std::string& name, const std::string& folder,
+                        const std::optional<WallTime>& modified);
+
+}  // namespace morvex

@@ -1,0 +1,134 @@
+// What the program asks of the file system. Implemented once per system under host/; tests wrap an
+// implementation to make chosen calls fail.
+//
+// Paths are bytes in the host's file-name encoding, names joined by Separator(). A path may be
+// relative; an empty path names nothing, so every call on it fails. No call throws; each gives an
+// error number.
+#pragma once
+
+#include <chrono>
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/host/error.h"
+
+namespace morvex {
+
+// A moment on the wall clock, in the clock's full precision.
+using WallTime = std::chrono::time_point<std::chrono::system_clock, std::chrono::nanoseconds>;
+
+// Says whether two paths lead to one and the same file or folder, whatever they are called.
+struct FileIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t number = 0;
+  auto operator<=>(const FileIdentity&) const = default;
+};
+
+// A file that was looked up. Links are followed; only ordinary files are files, so a folder, pipe,
+// socket or device gives kFileNotFound.
+struct FileInfo {
+  std::string path;    // absolute, "." and ".." resolved
+  std::string folder;  // the path's folder, without a separator at its end unless it is a root
+  std::string name;
+  std::uint64_t size = 0;  // bytes
+  WallTime modified{};
+  std::uint32_t permissions = 0;  // the host's permission bits, opaque to the core
+  FileIdentity identity;
+};
+
+// A folder that was looked up; links are followed.
+struct FolderInfo {
+  std::string path;  // absolute, "." and ".." resolved, no separator at its end unless it is a root
+  FileIdentity identity;
+  bool is_link = false;  // the last name of the path is itself a link
+};
+
+enum class EntryKind { kFile, kFolder };
+
+// One name in a folder's listing; the kind is that of what a link leads to.
+struct FolderEntry {
+  std::string name;
+  EntryKind kind = EntryKind::kFile;
+  bool is_link = false;
+};
+
+struct DriveSpace {
+  std::uint64_t total = 0;      // bytes
+  std::uint64_t available = 0;  // bytes that the user may still write
+};
+
+// Asked every few milliseconds during a long copy; false abandons it.
+using KeepGoing = std::function<bool()>;
+
+// An open file that is only read. Closed by its destructor.
+class InputFile {
+ public:
+  virtual ~InputFile() = default;
+  // Reads up to `size` bytes from the 0-based `offset`; gives how many it read. Fewer than `size`
+  // means that the file ends there; 0 that it ended before.
+  virtual Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) = 0;
+};
+
+// An open file that is only written. Closed by its destructor, which cannot report an error: call
+// Close.
+class OutputFile {
+ public:
+  virtual ~OutputFile() = default;
+  // Writes all of `bytes` at the 0-based `offset`, over what stands there; nothing is ever cut off.
+  virtual ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) = 0;
+  // Ends the writing; gives an error that a delayed write met. No other call may follow.
+  virtual ErrorNumber Close() = 0;
+};
+
+class FileService {
+ public:
+  virtual ~FileService() = default;
+
+  virtual char Separator() const = 0;
+
+  virtual Result<FileInfo> LookUpFile(const std::string& path) = 0;
+  // kPathNotFound when there is no such folder.
+  virtual Result<FolderInfo> LookUpFolder(const std::string& path) = 0;
+  // Files and folders of `path`, in the file system's own order, complete when the call returns.
+  // Names that lead to neither (pipes, sockets, devices, broken links) are left out.
+  virtual Result<std::vector<FolderEntry>> ListFolder(const std::string& path) = 0;
+  // The path with every link in it resolved.
+  virtual Result<std::string> RealPath(const std::string& path) = 0;
+  virtual Result<DriveSpace> LookUpDrive(const std::string& path) = 0;
+
+  // One level; kPathNotFound without its parent folder, kFileAlreadyExists when the name is taken.
+  virtual ErrorNumber CreateFolder(const std::string& path) = 0;
+
+  // Copies `from` to `to` with its permission bits and modification time. `to` appears whole or not
+  // at all, replaces a file or link of that name and never writes through a link. kPathFileAccess
+  // when both are the same file or `to` is a folder; kInvalidCall when `keep_going` (may be empty)
+  // ended it.
+  virtual ErrorNumber CopyFile(const std::string& from, const std::string& to,
+                               const KeepGoing& keep_going) = 0;
+  // As CopyFile followed by DeleteFile of `from`, in one step where both lie on one file system.
+  // After an error `from` is still there.
+  virtual ErrorNumber MoveFile(const std::string& from, const std::string& to,
+                               const KeepGoing& keep_going) = 0;
+  // Deletes a file, or a link without what it leads to; never a folder.
+  virtual ErrorNumber DeleteFile(const std::string& path) = 0;
+
+  // Ordinary files only.
+  virtual Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) = 0;
+  // Makes a new file with exactly these permission bits and opens it for writing;
+  // kFileAlreadyExists when the name is taken, by a link too.
+  virtual Result<std::unique_ptr<OutputFile>> CreateFile(const std::string& path,
+                                                         std::uint32_t permissions) = 0;
+  // Opens (or makes) `path`, adds `bytes` at its end, closes it.
+  virtual ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) = 0;
+  // Makes `path` hold exactly `bytes`. On failure what stood there before is kept where the folder
+  // allows a second file beside it; a link is followed, the permission bits are kept.
+  virtual ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) = 0;
+};
+
+}  // namespace morvex

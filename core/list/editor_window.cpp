@@ -1,0 +1,24 @@
+#include "core/list/editor_window.h"
+
+#include "core/list/grid.h"
+
+namespace morvex {
+
+void imList_Click(Program& program) {
+  if (program.run.working) return;
+  LoadGrid(program);
+  program.frmReplacements.visible = true;
+  program.frmMorvex.visible = false;
+}
+
+void RefreshFormReplacements(Program& program) {
+  Unload(program.frmReplacements);
+  imList_Click(program);
+}
+
+void frmReplacements_Close(Program& program) {
+  Unload(program.frmReplacements);
+  program.frmMorvex.visible = program.frmMorvex.loaded;
+}
+
+}  // namespace morvex

@@ -1,0 +1,207 @@
+#include "core/list/grid.h"
+
+#include <algorithm>
+#include <array>
+
+#include "core/windows/keys.h"
+
+namespace morvex {
+namespace {
+
+// An Enter in a row behind it scrolls in place of growing.
+constexpr std::int64_t kLastGrowingRow = kRowsInBand - 2;
+constexpr std::int64_t kFreshScrollMaximum = 10;
+constexpr const char* kTooLongEntering = "invoer te lang (> 2147483647)";
+constexpr const char* kTooLongLeaving = "input too long (> 2147483647)";
+
+void TipFromText(Cell& cell) { cell.tool_tip = cell.text; }
+
+void MoveDown(Button& button, int twips) {
+  Box box = button.box;
+  box.top += twips;
+  button.box = box;
+}
+
+// What the program and the user alike cause when the scroll bar takes a value.
+void ScrollTo(ReplacementsWindow& grid, std::int64_t value) {
+  grid.VScroll1.SetValue(value);
+  const std::int64_t taken = grid.VScroll1.value();
+  if (taken == grid.PrevScrollValue) return;
+  if (grid.ScrollHasFocus || taken < grid.LastRow + 1) {
+    ShiftRows(grid, taken - grid.PrevScrollValue);
+  }
+  grid.PrevScrollValue = taken;
+}
+
+void EnterInLastRow(Program& program, CellAddress cell) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  const std::int64_t added = cell.row + 1;
+  AddRow(grid);
+  if (cell.row <= kLastGrowingRow) {
+    GrowWindow(grid, 1);
+    grid.placed_rows = added + 1;
+    FocusOnCell(program, {Column::kLeft, added});
+  } else {
+    ShiftRows(grid, 1);
+  }
+  grid.LastRow = added;
+  grid.ScrollPos = added + 1;
+  grid.VScroll1.SetRange(1, grid.LastRow + 1);
+  ScrollTo(grid, grid.ScrollPos);
+  if (cell.column == Column::kRight) FocusOnCell(program, {Column::kLeft, added});
+}
+
+}  // namespace
+
+void LoadGrid(Program& program) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  if (grid.loaded) return;
+  grid.loaded = true;
+  grid.rows.assign(1, GridRow{});
+  grid.placed_rows = 1;
+  grid.scrolled_rows = 0;
+  grid.focused_cell.reset();
+  GrowWindow(grid, -grid.grown_rows);
+  grid.LastRow = 0;
+  grid.ScrollPos = 1;
+  grid.VScroll1.SetRange(1, kFreshScrollMaximum);
+  grid.VScroll1.SetValue(1);
+  grid.VScroll1.visible = false;
+  TipFromText(grid.rows[0].txtLinks);
+  TipFromText(grid.rows[0].txtRechts);
+  const std::uint8_t joker = program.settings.gJoker;
+  grid.cmdJoker.caption = joker == 0 ? std::string() : std::string(1, static_cast<char>(joker));
+  grid.changes.Changed();
+}
+
+void AddRow(ReplacementsWindow& grid) {
+  grid.rows.emplace_back();
+  grid.changes.Changed();
+}
+
+bool RemoveRow(ReplacementsWindow& grid, std::int64_t row) {
+  if (row == 0 || !grid.HasRow(row)) return false;
+  grid.rows.erase(grid.rows.begin() + row);
+  grid.placed_rows = std::min(grid.placed_rows, static_cast<std::int64_t>(grid.rows.size()));
+  if (grid.focused_cell && !grid.HasRow(grid.focused_cell->row)) grid.focused_cell.reset();
+  grid.changes.Changed();
+  return true;
+}
+
+void GrowWindow(ReplacementsWindow& grid, int count) {
+  const int twips = count * kRowPitch;
+  grid.grown_rows += count;
+  grid.height = grid.height + twips;
+  Box bar = grid.VScroll1.box;
+  bar.height += twips;
+  grid.VScroll1.box = bar;
+  const std::array<Button*, 8> buttons = {&grid.cmdOK,     &grid.cmdSaveList,    &grid.cmdImport,
+                                          &grid.cmdReset,  &grid.cmdDeleteEmpty, &grid.cmdCRLF,
+                                          &grid.cmdMirror, &grid.cmdJoker};
+  for (Button* button : buttons) MoveDown(*button, twips);
+}
+
+void ShiftRows(ReplacementsWindow& grid, std::int64_t delta) {
+  if (grid.LastRow > kLastGrowingRow) grid.VScroll1.visible = true;
+  grid.scrolled_rows += delta;
+  grid.placed_rows = static_cast<std::int64_t>(grid.rows.size());
+  grid.changes.Changed();
+}
+
+void SnapshotRows(ReplacementsWindow& grid) {
+  grid.SavedLinks.clear();
+  grid.SavedRechts.clear();
+  grid.SavedLinks.reserve(grid.rows.size());
+  grid.SavedRechts.reserve(grid.rows.size());
+  for (const GridRow& row : grid.rows) {
+    grid.SavedLinks.push_back(row.txtLinks.text);
+    grid.SavedRechts.push_back(row.txtRechts.text);
+  }
+}
+
+void FocusOnCell(Program& program, CellAddress cell) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  if (!grid.visible || !grid.HasRow(cell.row) || !grid.RowVisible(cell.row)) return;
+  Cell_GotFocus(program, cell);
+}
+
+void ShowLength(const ReplacementsWindow& grid, Cell& cell, const char* too_long) {
+  const bool fits = cell.text.size() < grid.longest_text;
+  cell.colour = fits ? Colour::kBlack : Colour::kRed;
+  cell.tool_tip = fits ? cell.text : too_long;
+}
+
+void Cell_KeyDown(Program& program, CellAddress cell, int key) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  if (!grid.HasRow(cell.row)) return;
+  switch (key) {
+    case kKeyEnter:
+      if (cell.row == grid.LastRow) EnterInLastRow(program, cell);
+      return;
+    case kKeyDown:
+      FocusOnCell(program, {cell.column, cell.row + 1});
+      return;
+    case kKeyUp:
+      FocusOnCell(program, {cell.column, cell.row - 1});
+      return;
+    default:
+      return;
+  }
+}
+
+void Cell_Change(Program& program, CellAddress cell, const std::string& text) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  if (!grid.HasRow(cell.row)) return;
+  Cell& changed = grid.At(cell);
+  changed.text = text;
+  changed.selection_end = std::min(changed.selection_end, text.size());
+  grid.changes.Changed();
+}
+
+void Cell_SelectionChange(Program& program, CellAddress cell, std::size_t selection_end) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  if (!grid.HasRow(cell.row)) return;
+  grid.At(cell).selection_end = std::min(selection_end, grid.At(cell).text.size());
+}
+
+void Cell_GotFocus(Program& program, CellAddress cell) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  if (!grid.HasRow(cell.row) || grid.focused_cell == cell) return;
+  if (grid.focused_cell) Cell_LostFocus(program, *grid.focused_cell);
+  if (grid.ScrollHasFocus) VScroll1_LostFocus(program);
+  grid.focused_cell = cell;
+  if (cell.row == grid.LastRow && cell.column == Column::kLeft) {
+    TipFromText(grid.At({Column::kLeft, cell.row}));
+    TipFromText(grid.At({Column::kRight, cell.row}));
+  }
+  ShowLength(grid, grid.At(cell), kTooLongEntering);
+  grid.changes.Changed();
+}
+
+void Cell_LostFocus(Program& program, CellAddress cell) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  if (!grid.HasRow(cell.row) || grid.focused_cell != cell) return;
+  grid.focused_cell.reset();
+  if (cell.row == grid.LastRow) {
+    grid.At({Column::kLeft, cell.row}).tool_tip.clear();
+    grid.At({Column::kRight, cell.row}).tool_tip.clear();
+  }
+  grid.FocusCell = (cell.column == Column::kLeft ? "Links_" : "Rechts_") + std::to_string(cell.row);
+  grid.CaretPos = grid.At(cell).selection_end;
+  ShowLength(grid, grid.At(cell), kTooLongLeaving);
+  grid.changes.Changed();
+}
+
+void VScroll1_Change(Program& program, std::int64_t value) {
+  ScrollTo(program.frmReplacements, value);
+}
+
+void VScroll1_GotFocus(Program& program) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  if (grid.focused_cell) Cell_LostFocus(program, *grid.focused_cell);
+  grid.ScrollHasFocus = true;
+}
+
+void VScroll1_LostFocus(Program& program) { program.frmReplacements.ScrollHasFocus = false; }
+
+}  // namespace morvex

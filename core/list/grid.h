@@ -1,0 +1,54 @@
+// The replacement grid: its rows, their layout, and what its keys, focus and scroll bar do.
+//
+// Work that touches every row (laying out, scrolling) is done once for all of them, so a list of a
+// hundred thousand rows is built in linear time.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core/program/program.h"
+
+namespace morvex {
+
+// Brings the window to its freshly opened state: one empty row. What the window remembers across
+// openings (FocusCell, CaretPos, PrevScrollValue, the snapshot) stays. Nothing when it is loaded
+// already.
+void LoadGrid(Program& program);
+
+// Adds an empty, hidden row behind the last one. The caller then sets LastRow.
+void AddRow(ReplacementsWindow& grid);
+
+// Takes the row `row` away; false for row 0, which always exists, and for a row that does not.
+// Does not change LastRow.
+bool RemoveRow(ReplacementsWindow& grid, std::int64_t row);
+
+// Makes the window `count` rows taller; `count` may be negative.
+void GrowWindow(ReplacementsWindow& grid, int count);
+
+// Moves the rows up by `delta` rows; down when negative. Every row gets its visibility anew.
+void ShiftRows(ReplacementsWindow& grid, std::int64_t delta);
+
+// Copies every cell's text into SavedLinks and SavedRechts.
+void SnapshotRows(ReplacementsWindow& grid);
+
+// Puts the focus into a cell, with all that leaving the old cell and entering the new one bring
+// about. A cell that does not exist or is hidden, in a window that is hidden, cannot take it:
+// nothing happens.
+void FocusOnCell(Program& program, CellAddress cell);
+
+// A text is too long for a cell's use when it reaches this length: the cell turns red and says so
+// in its tool tip; else it is black and its tip is its text.
+void ShowLength(const ReplacementsWindow& grid, Cell& cell, const char* too_long);
+
+// Events. A cell event for a row that does not exist does nothing.
+void Cell_KeyDown(Program& program, CellAddress cell, int key);
+void Cell_Change(Program& program, CellAddress cell, const std::string& text);
+void Cell_SelectionChange(Program& program, CellAddress cell, std::size_t selection_end);
+void Cell_GotFocus(Program& program, CellAddress cell);
+void Cell_LostFocus(Program& program, CellAddress cell);
+void VScroll1_Change(Program& program, std::int64_t value);
+void VScroll1_GotFocus(Program& program);
+void VScroll1_LostFocus(Program& program);
+
+}  // namespace morvex

@@ -1,0 +1,134 @@
+#include "core/list/list_file.h"
+
+#include <algorithm>
+
+#include "core/list/editor_window.h"
+#include "core/list/grid.h"
+#include "core/program/paths.h"
+#include "core/program/text_file.h"
+#include "core/windows/keys.h"
+
+namespace morvex {
+namespace {
+
+// Cut off the right text of the last row, whatever the separator's length.
+constexpr std::size_t kFinalRowMark = 2;
+
+void SetUpDialog(FileDialog& dialog) { dialog = FileDialog{"txt", "Text (*.txt)|*.txt", "", ""}; }
+
+// Reads the lines of one list file into the grid.
+class ListImport {
+ public:
+  explicit ListImport(Program& program)
+      : program_(program),
+        grid_(program.frmReplacements),
+        separator_(program.settings.gSeparator) {}
+
+  // Takes one line; false when it ends the reading.
+  bool TakeLine(const std::string& line) {
+    const std::size_t found = separator_.empty() ? std::string::npos : line.find(separator_);
+    if (found == std::string::npos) return true;
+    if (line == separator_ + separator_ + separator_) {
+      RemoveAppendedRow();
+      return false;
+    }
+    if (line.find(separator_ + separator_) != std::string::npos) final_row_seen_ = true;
+    // A line fell on a row that does not exist, so it is lost and reading ends.
+    if (!grid_.HasRow(row_)) return false;
+    std::string right = line.substr(found + separator_.size());
+    if (final_row_seen_) right.resize(right.size() - std::min(right.size(), kFinalRowMark));
+    Cell_Change(program_, {Column::kLeft, row_}, line.substr(0, found));
+    Cell_Change(program_, {Column::kRight, row_}, right);
+    if (!final_row_seen_) Cell_KeyDown(program_, {Column::kLeft, row_}, kKeyEnter);
+    YieldToWindows(program_);
+    ++row_;
+    return true;
+  }
+
+ private:
+  // The end of the list: the row that the Enter before appended goes again.
+  void RemoveAppendedRow() {
+    if (!RemoveRow(grid_, row_)) return;
+    --grid_.LastRow;
+    if (static_cast<std::int64_t>(grid_.rows.size()) - 1 < kRowsInBand - 1) {
+      GrowWindow(grid_, -1);
+    } else {
+      ShiftRows(grid_, -1);
+    }
+  }
+
+  Program& program_;
+  ReplacementsWindow& grid_;
+  const std::string separator_;
+  std::int64_t row_ = 0;
+  bool final_row_seen_ = false;
+};
+
+}  // namespace
+
+ErrorNumber SaveReplacementList(Program& program, const std::string& path) {
+  const ReplacementsWindow& grid = program.frmReplacements;
+  const std::string& separator = program.settings.gSeparator;
+  std::string content;
+  for (std::size_t i = 0; i < grid.rows.size(); ++i) {
+    const std::string& left = grid.rows[i].txtLinks.text;
+    const std::string& right = grid.rows[i].txtRechts.text;
+    const bool last = i + 1 == grid.rows.size();
+    if (!last && left.empty() && right.empty()) continue;
+    content.append(left).append(separator).append(right);
+    if (last) content.append(separator).append(separator);
+    content.append("\r\n");
+  }
+  return program.host.files.ReplaceFile(path, content);
+}
+
+void ImportReplacementList(Program& program, const std::string& GetF) {
+  LoadGrid(program);
+  LineReader reader;
+  reader.Open(program.host.files, GetF);
+  ListImport import(program);
+  std::string line;
+  while (reader.Next(line) && import.TakeLine(line)) {
+  }
+  program.settings.SubstitutieFile = GetF;
+}
+
+void cmdImport_Click(Program& program) {
+  RefreshFormReplacements(program);
+  ReplacementsWindow& grid = program.frmReplacements;
+  SetUpDialog(grid.cdSaveList);
+  std::string path = program.settings.SubstitutieFile;
+  if (!program.settings.ReadingInitFile) {
+    const FileChoice choice = program.host.user.ChooseFileToOpen(grid.cdSaveList);
+    if (choice.error == kDialogCancelled) return;
+    path = choice.path;
+  }
+  const std::string caption = grid.caption;
+  grid.caption = std::string(9, ' ') + "one moment please ...";
+  program.host.user.HandlePendingEvents();
+  ImportReplacementList(program, path);
+  grid.caption = caption;
+}
+
+void cmdSaveList_Click(Program& program) {
+  FileDialog& dialog = program.frmReplacements.cdSaveList;
+  SetUpDialog(dialog);
+  const std::string& current = program.settings.SubstitutieFile;
+  const std::size_t separator = current.rfind(program.host.files.Separator());
+  const bool has_folder = separator != std::string::npos;
+  dialog.initial_folder = has_folder ? current.substr(0, std::max<std::size_t>(separator, 1)) : "";
+  dialog.file_name = has_folder ? current.substr(separator + 1) : current;
+
+  const FileChoice choice = program.host.user.ChooseFileToSave(dialog);
+  if (choice.error == kDialogCancelled) return;
+  if (FileExists(program, choice.path)) {
+    const Answer answer = program.host.user.ShowMessage(
+        "File already exists, replace ?", MessageButtons::kOkCancel, MessageIcon::kNone);
+    if (answer != Answer::kOk) return;
+  }
+  // A failed writing ends without a message; the list is the chosen file's all the same.
+  SaveReplacementList(program, choice.path);
+  program.settings.SubstitutieFile = choice.path;
+}
+
+}  // namespace morvex

@@ -1,0 +1,114 @@
+#include "core/list/list_operations.h"
+
+#include <charconv>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/list/editor_window.h"
+#include "core/list/grid.h"
+#include "core/list/list_file.h"
+#include "core/program/paths.h"
+#include "core/tables/substitution_tables.h"
+
+namespace morvex {
+namespace {
+
+constexpr const char* kScratchFile = "temp.dat";
+constexpr const char* kTooLongLeft = "invoer te lang (>2147483647)";
+constexpr const char* kTooLongRight = "input too long (>2147483647)";
+
+// The cell that FocusCell names; nothing when it names none that exists.
+std::optional<CellAddress> RememberedCell(const ReplacementsWindow& grid) {
+  const std::string_view name = grid.FocusCell;
+  const std::size_t underscore = name.find('_');
+  if (underscore == std::string_view::npos) return std::nullopt;
+  const std::string_view column = name.substr(0, underscore);
+  const std::string_view number = name.substr(underscore + 1);
+  CellAddress cell;
+  if (column == "Rechts") {
+    cell.column = Column::kRight;
+  } else if (column != "Links") {
+    return std::nullopt;
+  }
+  const auto parsed = std::from_chars(number.data(), number.data() + number.size(), cell.row);
+  if (parsed.ec != std::errc() || !grid.HasRow(cell.row)) return std::nullopt;
+  return cell;
+}
+
+// Behind the selection that the cell had; a caret behind the cell's text, of a text that is gone by
+// now, leaves the cell as it is.
+void InsertAtCaret(Program& program, CellAddress cell, const std::string& inserted) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  std::string text = grid.At(cell).text;
+  if (grid.CaretPos > text.size()) return;
+  text.insert(grid.CaretPos, inserted);
+  Cell_Change(program, cell, text);
+  Cell_SelectionChange(program, cell, text.size());
+  FocusOnCell(program, cell);
+}
+
+bool Contains(const std::string& text, const std::string& joker) {
+  return !joker.empty() && text.find(joker) != std::string::npos;
+}
+
+}  // namespace
+
+void cmdJoker_Click(Program& program) {
+  const std::optional<CellAddress> cell = RememberedCell(program.frmReplacements);
+  if (!cell || cell->column != Column::kLeft) return;
+  InsertAtCaret(program, *cell, program.frmReplacements.cmdJoker.caption);
+}
+
+void cmdCRLF_Click(Program& program) {
+  const std::optional<CellAddress> cell = RememberedCell(program.frmReplacements);
+  if (cell) InsertAtCaret(program, *cell, "[CRLF]");
+}
+
+void cmdMirror_Click(Program& program) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  for (GridRow& row : grid.rows) {
+    row.txtLinks.text.swap(row.txtRechts.text);
+    row.txtLinks.selection_end = 0;
+    row.txtRechts.selection_end = 0;
+    ShowLength(grid, row.txtLinks, kTooLongLeft);
+    ShowLength(grid, row.txtRechts, kTooLongRight);
+  }
+  grid.changes.Changed();
+}
+
+void cmdReset_Click(Program& program) {
+  RefreshFormReplacements(program);
+  program.frmReplacements.SavedLinks.assign(1, "");
+  program.frmReplacements.SavedRechts.assign(1, "");
+}
+
+void cmdDeleteEmpty_Click(Program& program) {
+  const std::string path = InProgramFolder(program, kScratchFile);
+  const ErrorNumber error = SaveReplacementList(program, path);
+  if (error != ErrorNumber::kNone) {
+    program.host.user.ShowMessage(path + "\r\nError " + std::to_string(static_cast<int>(error)) +
+                                      ": " + std::string(ErrorText(error)),
+                                  MessageButtons::kOk, MessageIcon::kNone);
+    return;
+  }
+  RefreshFormReplacements(program);
+  ImportReplacementList(program, path);
+}
+
+void cmdOK_Click(Program& program) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  const std::string joker = grid.cmdJoker.caption;
+  for (std::size_t i = 0; i < grid.rows.size(); ++i) {
+    const auto row = static_cast<std::int64_t>(i);
+    Set_Joker(program.tables, "Left", row, Contains(grid.rows[i].txtLinks.text, joker));
+    Set_Joker(program.tables, "Right", row, Contains(grid.rows[i].txtRechts.text, joker));
+  }
+  // Every row has its flag, so the tables cannot fail.
+  FillArrays(grid, program.settings.gJoker, program.tables);
+  SnapshotRows(grid);
+  grid.visible = false;
+  program.frmMorvex.visible = program.frmMorvex.loaded;
+}
+
+}  // namespace morvex

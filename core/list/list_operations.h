@@ -1,0 +1,30 @@
+// The editor's commands on the whole list, and the two that insert a token into the cell that was
+// being edited just before.
+#pragma once
+
+#include "core/program/program.h"
+
+namespace morvex {
+
+// Inserts the wildcard at the remembered caret of the left cell that last lost the focus; nothing
+// when that was a right cell.
+void cmdJoker_Click(Program& program);
+// Inserts "[CRLF]" at the remembered caret of the cell that last lost the focus.
+void cmdCRLF_Click(Program& program);
+
+// Swaps the left and right text of every row.
+void cmdMirror_Click(Program& program);
+
+// Empties the list and its snapshot. The tables keep the list that was applied last.
+void cmdReset_Click(Program& program);
+
+// Drops the rows whose cells are both empty, by way of the scratch file "temp.dat" in the program's
+// folder, which SubstitutieFile names afterwards. When that file cannot be written a message says
+// so and the grid stays as it was.
+void cmdDeleteEmpty_Click(Program& program);
+
+// Applies the list: wildcard flags and tables are made anew from the grid, the editor is hidden and
+// the main window shown.
+void cmdOK_Click(Program& program);
+
+}  // namespace morvex

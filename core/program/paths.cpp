@@ -1,0 +1,64 @@
+#include "core/program/paths.h"
+
+namespace morvex {
+
+std::string JoinPath(const Program& program, std::string_view folder, std::string_view name) {
+  std::string path;
+  path.reserve(folder.size() + 1 + name.size());
+  return path.append(folder).append(1, program.host.files.Separator()).append(name);
+}
+
+std::string InProgramFolder(const Program& program, std::string_view name) {
+  return JoinPath(program, program.host.system.ProgramFolder(), name);
+}
+
+std::string Normaliseer(const Program& program, const std::string& StringIn) {
+  if (program.Beeindigd) return "";
+  if (StringIn.size() < 4 || StringIn[3] != '\\') return StringIn;
+  return StringIn.substr(0, 3) + StringIn.substr(4);
+}
+
+std::string FolderPathClean(const Program& program, std::string_view path) {
+  const char separator = program.host.files.Separator();
+  const bool leading_pair = path.size() >= 2 && path[0] == separator && path[1] == separator;
+  std::string clean(leading_pair ? 1 : 0, separator);
+  bool after_separator = false;
+  for (const char character : path) {
+    if (character != separator || !after_separator) clean += character;
+    after_separator = character == separator;
+  }
+  return clean;
+}
+
+std::string UpperCase(std::string_view text) {
+  std::string upper(text);
+  for (char& character : upper) {
+    if (character >= 'a' && character <= 'z') character = static_cast<char>(character - 'a' + 'A');
+  }
+  return upper;
+}
+
+bool FileExists(const Program& program, const std::string& path) {
+  return static_cast<bool>(program.host.files.LookUpFile(path));
+}
+
+bool FolderExists(const Program& program, const std::string& path) {
+  return path.empty() || program.host.files.LookUpFolder(path);
+}
+
+ErrorNumber MakeFolder(const Program& program, const std::string& path) {
+  return program.host.files.CreateFolder(path);
+}
+
+std::string MakeFolderTree(const Program& program, const std::string& path) {
+  const char separator = program.host.files.Separator();
+  for (std::size_t end = path.find(separator, 1); end != std::string::npos;
+       end = path.find(separator, end + 1)) {
+    const std::string parent = path.substr(0, end);
+    if (!FolderExists(program, parent)) MakeFolder(program, parent);
+  }
+  if (!FolderExists(program, path)) MakeFolder(program, path);
+  return FolderExists(program, path) ? path : std::string();
+}
+
+}  // namespace morvex

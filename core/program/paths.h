@@ -1,0 +1,41 @@
+// Paths and folders as the whole program handles them.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "core/host/error.h"
+#include "core/program/program.h"
+
+namespace morvex {
+
+// Name of the file that a processed copy is written to, in the folder of its source.
+inline constexpr const char* kTemporaryName = "tijdel.enc";
+
+// folder, the host's separator, name; nothing is tidied.
+std::string JoinPath(const Program& program, std::string_view folder, std::string_view name);
+
+// The same with the program's own folder, not passed through Normaliseer.
+std::string InProgramFolder(const Program& program, std::string_view name);
+
+// Repairs the doubled backslash of a path made from a drive root: a backslash in fourth place is
+// left out. Gives the empty text once the program is to stop.
+std::string Normaliseer(const Program& program, const std::string& StringIn);
+
+// Every doubled separator becomes one, but for a pair at the start.
+std::string FolderPathClean(const Program& program, std::string_view path);
+
+// ASCII letters in upper case; other bytes stay.
+std::string UpperCase(std::string_view text);
+
+bool FileExists(const Program& program, const std::string& path);
+// The empty path counts as an existing folder.
+bool FolderExists(const Program& program, const std::string& path);
+
+// Makes one folder; gives the number of the error that the attempt met.
+ErrorNumber MakeFolder(const Program& program, const std::string& path);
+// Makes a folder with every parent that is missing, from the top down. Gives the path, or the empty
+// text when it could not be made.
+std::string MakeFolderTree(const Program& program, const std::string& path);
+
+}  // namespace morvex

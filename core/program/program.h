@@ -1,0 +1,115 @@
+// One Program object is one running program: all its state, and the host it runs on. It is made in
+// main (or in a test, as often as wanted), passed by reference, and outlives every handler call.
+//
+// The state is open to all rooms; what may be done with it lives with its subject: settings, list,
+// engine, run.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/host/host.h"
+#include "core/tables/substitution_tables.h"
+#include "core/windows/main_window.h"
+#include "core/windows/options_window.h"
+#include "core/windows/replacements_window.h"
+
+namespace morvex {
+
+// What the user set up, kept in the settings file from one use to the next, and what the command
+// line asked for.
+struct Settings {
+  std::string gSeparator;
+  std::uint8_t gJoker = 0;  // the wildcard's character code; 0: there is none
+  std::string SubstitutieFile;
+  bool CommandLine_SET = false;   // the command line names a settings file
+  std::string InitFilePath;       // that file
+  std::int16_t AutoRunDelay = 0;  // milliseconds before an unattended run
+  bool ReadingInitFile = false;
+  bool AutoRunFromInitFile = false;  // the named settings file was opened: run unattended
+  ErrorNumber init_file_error = ErrorNumber::kNone;  // why the settings file could not be opened
+  std::string LoggingStatusText;
+  std::int64_t N_Extension_Selected = 0;
+  std::int64_t N_Extension_Total = 0;
+};
+
+struct Locations {
+  std::string help_file;
+  std::string gLocalAppData;
+  std::string gCommonFilesLocation;
+};
+
+// How the last Go ended.
+enum class RunEnd { kNone, kCouldNotRun, kStopped, kFinished };
+
+struct ElapsedTime {
+  int elapsed = 0;  // seconds; negative when the run passed midnight
+  int minutes = 0;
+  int seconds = 0;
+};
+
+// A file that has no copy in the target, and why.
+struct FileFailure {
+  std::string path;
+  ErrorNumber error = ErrorNumber::kNone;
+};
+
+// Counters and flags of a run. Counts are 64-bit, so they stay true for any tree.
+struct RunState {
+  std::int64_t FilesDone = 0;
+  std::int64_t FilesSkipped = 0;
+  std::int64_t HitsTotal = 0;
+  std::int64_t Hits_Per_File = 0;
+  std::int64_t BytesTotal = 0;
+  std::int64_t BytesBefore = 0;  // bytes of the files handled before the current one
+  std::int64_t FileOffset = 0;   // bytes of the current file that are read
+  int ProgressScale = 0;         // power of ten by which bytes are divided for the progress bar
+  bool ScaleFixed = false;
+  std::int64_t SourceSize = 0;  // bytes of the source folder
+  bool LoggingOn = false;
+  bool RunStarted = false;
+  bool working = false;  // from the start of Go to its end
+  RunEnd end = RunEnd::kNone;
+  WallTime ArmedAt{};
+  ElapsedTime elapsed;
+  std::string ResultTail;  // second line of the result label
+  std::int64_t passed_over_files =
+      0;                          // by a skip rule: they have no copy in the target, on purpose
+  std::int64_t failed_files = 0;  // could not be copied
+  FileFailure first_failure;
+};
+
+// What a match attempt leaves for the next one, across rows and files.
+struct CaptureState {
+  bool Joker_SET = false;
+  std::vector<std::uint8_t> CaptureBuffer = {0};
+};
+
+struct Program {
+  explicit Program(Host services) : host(services) {}
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  Host host;
+  bool Beeindigd = false;  // the program or the run is to stop
+  Settings settings;
+  Locations locations;
+  SubstitutionTables tables;
+  RunState run;
+  CaptureState capture;
+  MainWindow frmMorvex;
+  OptionsWindow frmOpties;
+  ReplacementsWindow frmReplacements;
+  std::chrono::milliseconds last_yield{0};  // host.system.SteadyTime() of it
+};
+
+// Handles pending window events when 15 ms have passed since that was done last. Long work calls it
+// often: at every file, and within a file after every few thousand steps.
+void YieldToWindows(Program& program);
+
+// Unloads a window: it is gone from the screen. The program has ended when none is loaded.
+void Unload(Window& window);
+
+}  // namespace morvex

@@ -1,0 +1,82 @@
+#include "core/run/main_window_events.h"
+
+#include "core/program/main_window_paths.h"
+
+namespace morvex {
+namespace {
+
+void HideExtensionList(Program& program) { program.frmOpties.lstExtensie.visible = false; }
+
+void PutBoxBack(Program& program) {
+  MainWindow& window = program.frmMorvex;
+  window.FolderTreeview1.visible = false;
+  window.Text1(window.EditedBox).visible = true;
+}
+
+}  // namespace
+
+void frmMorvex_Click(Program& program) { HideExtensionList(program); }
+
+void lblFiles_Click(Program& program) { HideExtensionList(program); }
+
+void imOpties_MouseMove(Program& program) {
+  program.frmMorvex.imOpties.mouse_pointer = MousePointer::kCustom;
+}
+
+void imList_MouseMove(Program& program) {
+  program.frmMorvex.imList.mouse_pointer = MousePointer::kCustom;
+}
+
+void Text1_DblClick(Program& program, int index) {
+  MainWindow& window = program.frmMorvex;
+  // One tree serves both boxes: a box that it stands in for already comes back first.
+  if (window.FolderTreeview1.visible) PutBoxBack(program);
+  window.Text1(index).visible = false;
+  window.FolderTreeview1.selected_folder = window.Text1(index).text.get();
+  window.FolderTreeview1.visible = true;
+  window.focus = &window.FolderTreeview1;
+  window.EditedBox = index;
+}
+
+void FolderTreeview1_FolderChosen(Program& program, const std::string& folder) {
+  MainWindow& window = program.frmMorvex;
+  window.FolderTreeview1.selected_folder = folder;
+  PutBoxBack(program);
+  Text1_Change(program, window.EditedBox, folder);
+}
+
+void FolderTreeview1_Cancelled(Program& program) { PutBoxBack(program); }
+
+void FolderTreeview1_FolderEvent(Program& program, const std::string& folder) {
+  program.frmMorvex.FolderTreeview1.last_folder_event = folder;
+}
+
+void Wait(Program& program, std::chrono::milliseconds duration) {
+  MainWindow& window = program.frmMorvex;
+  window.Timer1.enabled = true;
+  window.Timer1.interval_ms = static_cast<int>(duration.count());
+  window.lblTotalFiles.caption = "Momentje...";
+  const std::chrono::milliseconds end = program.host.system.SteadyTime() + duration;
+  while (window.Timer1.enabled && !program.Beeindigd) {
+    const std::chrono::milliseconds left = end - program.host.system.SteadyTime();
+    if (left.count() <= 0) {
+      Timer1_Timer(program);
+    } else {
+      program.host.user.WaitForEvents(left);
+    }
+  }
+  window.lblTotalFiles.caption = "Bezig met scannen...";
+}
+
+void Timer1_Timer(Program& program) { program.frmMorvex.Timer1.enabled = false; }
+
+void cmdExit_Click(Program& program) {
+  program.Beeindigd = true;
+  Unload(program.frmReplacements);
+  Unload(program.frmOpties);
+  Unload(program.frmMorvex);
+}
+
+void frmMorvex_Close(Program& program) { cmdExit_Click(program); }
+
+}  // namespace morvex

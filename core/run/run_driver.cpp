@@ -1,0 +1,201 @@
+#include "core/run/run_driver.h"
+
+#include <string>
+
+#include "core/engine/folder_passes.h"
+#include "core/engine/progress.h"
+#include "core/engine/single_file_run.h"
+#include "core/program/elapsed_time.h"
+#include "core/program/paths.h"
+#include "core/program/run_log.h"
+#include "core/settings/settings_file.h"
+
+namespace morvex {
+namespace {
+
+void EnablePathBoxes(Program& program, bool enabled) {
+  program.frmMorvex.Text1(kSourceBox).enabled = enabled;
+  program.frmMorvex.Text1(kTargetBox).enabled = enabled;
+}
+
+void ShowText(Program& program, const std::string& text) {
+  program.host.user.ShowMessage(text, MessageButtons::kOk, MessageIcon::kNone);
+}
+
+void ResetCounters(RunState& run) {
+  run.FilesDone = 0;
+  run.FilesSkipped = 0;
+  run.HitsTotal = 0;
+  run.BytesTotal = 0;
+  run.BytesBefore = 0;
+  run.ScaleFixed = false;
+  run.passed_over_files = 0;
+  run.failed_files = 0;
+  run.first_failure = {};
+  run.RunStarted = true;
+}
+
+void LogHeader(Program& program) {
+  const std::string dashes(25, '-');
+  gLog(program, dashes + program.host.system.ShortDate() + dashes);
+}
+
+void LogSummary(Program& program) {
+  const RunState& run = program.run;
+  const Settings& settings = program.settings;
+  const std::string init_file = settings.AutoRunFromInitFile
+                                    ? settings.InitFilePath
+                                    : InProgramFolder(program, kInitFileName);
+  gLog(program, "  ");
+  gLog(program, "Initialisatie-bestand: " + init_file);
+  gLog(program, "Substitutie-bestand: " + settings.SubstitutieFile);
+  gLog(program, "gemorvexeerd: " + std::to_string(run.FilesDone) + " bestanden");
+  gLog(program, "Overgeslagen: " + std::to_string(run.FilesSkipped) + " bestanden");
+  gLog(program, "Vervangingen: " + std::to_string(run.HitsTotal));
+  gLog(program, "Totaal: " + std::to_string(run.BytesTotal) + " bytes");
+  gLog(program, "Verstreken tijd: " + MinutesAndSeconds(run.elapsed));
+}
+
+void RefuseSource(Program& program, const std::string& source) {
+  MainWindow& window = program.frmMorvex;
+  EnablePathBoxes(program, true);
+  window.Text1(kSourceBox).colour = Colour::kRed;
+  ShowText(program, source + "\r\nSource folder doesn't exist.");
+  window.cmdGo.caption = kGoIdle;
+  window.cmdAnonymize.enabled = true;
+  window.focus = &window.Text1(kSourceBox);
+  window.mouse_pointer = MousePointer::kDefault;
+}
+
+enum class TargetCheck { kReady, kRefused, kCannotCreate };
+
+// Makes the target folder when the user wants it.
+TargetCheck CheckTarget(Program& program, const std::string& target) {
+  if (FolderExists(program, target)) return TargetCheck::kReady;
+  MainWindow& window = program.frmMorvex;
+  TextBox& box = window.Text1(kTargetBox);
+  box.colour = Colour::kRed;
+  const Answer answer = program.host.user.ShowMessage("Target folder doesn't exist. Create?",
+                                                      MessageButtons::kYesNo, MessageIcon::kNone);
+  box.colour = Colour::kBlack;
+  if (answer != Answer::kYes) {
+    window.focus = &box;
+    window.cmdExit.enabled = true;
+    EnablePathBoxes(program, true);
+    window.mouse_pointer = MousePointer::kDefault;
+    return TargetCheck::kRefused;
+  }
+  if (MakeFolderTree(program, target).empty()) {
+    box.colour = Colour::kRed;
+    ShowText(program, target + "\r\nCan't create target folder.");
+    return TargetCheck::kCannotCreate;
+  }
+  return TargetCheck::kReady;
+}
+
+void ShowResult(Program& program) {
+  MainWindow& window = program.frmMorvex;
+  window.cmdAnonymize.enabled = true;
+  window.cmdExit.enabled = true;
+  program.frmOpties.chkLoggen.enabled = true;
+  window.lblTijd.caption = MinutesAndSeconds(program.run.elapsed);
+  window.lblPercentage.caption = "Hits: " + std::to_string(program.run.HitsTotal) + "\r\nDone !";
+  ShowProgress(program, program.run.BytesTotal);
+}
+
+// False when the run was stopped.
+bool RunFolder(Program& program, const std::string& source, const std::string& target) {
+  SystemService& system = program.host.system;
+  program.run.FilesDone = 0;
+  const int start = SecondsOfDay(system.LocalTimeOfDay());
+  program.frmMorvex.cmdGo.enabled = false;
+  FolderPrepass(program, source, target);
+  if (program.Beeindigd) {
+    // The temporary file stays the engine's business: no path can be made any more.
+    Unload(program.frmMorvex);
+    Unload(program.frmOpties);
+    Unload(program.frmReplacements);
+    return false;
+  }
+  FolderWalk(program, source, target);
+  if (program.Beeindigd) return false;
+  program.run.elapsed = ElapsedBetween(start, SecondsOfDay(system.LocalTimeOfDay()));
+  ShowResult(program);
+  if (program.run.LoggingOn) LogSummary(program);
+  return true;
+}
+
+void BackToIdle(Program& program) {
+  MainWindow& window = program.frmMorvex;
+  window.mouse_pointer = MousePointer::kDefault;
+  window.cmdGo.enabled = false;
+  window.cmdGo.visible = true;
+  window.cmdAnonymize.enabled = true;
+  EnablePathBoxes(program, true);
+}
+
+RunEnd RunSingleFile(Program& program, const std::string& source, const std::string& target) {
+  const ErrorNumber error = SingleFileRun(program, source, target);
+  program.frmMorvex.mouse_pointer = MousePointer::kDefault;
+  if (program.Beeindigd) return RunEnd::kStopped;
+  if (error == ErrorNumber::kNone) return RunEnd::kFinished;
+  CountFailure(program, source, error);
+  return RunEnd::kCouldNotRun;
+}
+
+RunEnd Go(Program& program) {
+  MainWindow& window = program.frmMorvex;
+  window.Text1(kSourceBox).colour = Colour::kBlack;
+  ResetCounters(program.run);
+  window.mouse_pointer = MousePointer::kHourglass;
+  program.run.LoggingOn = program.frmOpties.chkLoggen.value() == 1;
+  program.frmOpties.chkLoggen.enabled = false;
+  if (program.run.LoggingOn) LogHeader(program);
+
+  const std::string source = window.Text1(kSourceBox).text;
+  const std::string target = window.Text1(kTargetBox).text;
+  if (FileExists(program, source)) return RunSingleFile(program, source, target);
+  if (!FolderExists(program, source)) {
+    RefuseSource(program, source);
+    return RunEnd::kCouldNotRun;
+  }
+  switch (CheckTarget(program, target)) {
+    case TargetCheck::kRefused:
+      return RunEnd::kCouldNotRun;
+    case TargetCheck::kCannotCreate:
+      BackToIdle(program);
+      return RunEnd::kCouldNotRun;
+    case TargetCheck::kReady:
+      break;
+  }
+  if (!RunFolder(program, source, target)) return RunEnd::kStopped;
+  BackToIdle(program);
+  return RunEnd::kFinished;
+}
+
+}  // namespace
+
+void cmdAnonymize_Click(Program& program) {
+  if (program.run.working) return;
+  program.run.ArmedAt = program.host.system.Now();
+  program.run.elapsed = {};
+  program.run.RunStarted = false;
+  MainWindow& window = program.frmMorvex;
+  window.cmdGo.caption = kGoArmed;
+  window.cmdGo.enabled = true;
+  window.cmdGo.visible = true;
+  window.cmdAnonymize.enabled = false;
+  EnablePathBoxes(program, false);
+  WriteInitFile(program);
+}
+
+void cmdGo_Click(Program& program) {
+  if (program.run.working) return;
+  program.run.working = true;
+  program.frmMorvex.ProgressBar1.visible = true;
+  program.run.end = Go(program);
+  program.frmMorvex.ProgressBar1.visible = false;
+  program.run.working = false;
+}
+
+}  // namespace morvex

@@ -1,0 +1,79 @@
+#include "core/tables/substitution_tables.h"
+
+#include <algorithm>
+
+namespace morvex {
+namespace {
+
+constexpr std::string_view kLineBreakToken = "[CRLF]";
+constexpr std::string_view kLineBreak = "\r\n";
+
+std::int64_t Length(const std::string& text) { return static_cast<std::int64_t>(text.size()); }
+
+// Stores every text's length and gives the greatest.
+std::int64_t Measure(const std::vector<std::string>& texts, std::vector<std::int64_t>& lengths) {
+  std::int64_t longest = 0;
+  lengths.clear();
+  lengths.reserve(texts.size());
+  for (const std::string& text : texts) {
+    lengths.push_back(Length(text));
+    longest = std::max(longest, Length(text));
+  }
+  return longest;
+}
+
+// Without a wildcard in the text the whole text is its tail.
+std::string TailBehindJoker(const std::string& text, std::uint8_t joker) {
+  const std::size_t found = joker == 0 ? std::string::npos : text.find(static_cast<char>(joker));
+  return found == std::string::npos ? text : text.substr(found + 1);
+}
+
+}  // namespace
+
+std::string ExpandCRLF(std::string_view text) {
+  std::string expanded;
+  std::size_t from = 0;
+  for (std::size_t found = text.find(kLineBreakToken); found != std::string_view::npos;
+       found = text.find(kLineBreakToken, from)) {
+    expanded.append(text, from, found - from).append(kLineBreak);
+    from = found + kLineBreakToken.size();
+  }
+  return expanded.append(text, from);
+}
+
+void Apply_CRLF_Hndlr(const ReplacementsWindow& grid, SubstitutionTables& tables) {
+  tables.PairCount = static_cast<std::int64_t>(grid.rows.size());
+  tables.RightTexts.clear();
+  tables.LeftTexts.clear();
+  tables.RightTexts.reserve(grid.rows.size());
+  tables.LeftTexts.reserve(grid.rows.size());
+  for (const GridRow& row : grid.rows) {
+    tables.RightTexts.push_back(ExpandCRLF(row.txtRechts.text));
+    tables.LeftTexts.push_back(ExpandCRLF(row.txtLinks.text));
+  }
+}
+
+ErrorNumber FillArrays(const ReplacementsWindow& grid, std::uint8_t joker,
+                       SubstitutionTables& tables) {
+  Apply_CRLF_Hndlr(grid, tables);
+  tables.MaxLeftLen = Measure(tables.LeftTexts, tables.LeftLengths);
+  tables.MaxRightLen = Measure(tables.RightTexts, tables.RightLengths);
+  tables.JokerTail.clear();
+  tables.JokerTail.reserve(tables.LeftTexts.size());
+  for (std::size_t row = 0; row < tables.LeftTexts.size(); ++row) {
+    if (row >= tables.JokerLeft.size()) return ErrorNumber::kSubscriptOutOfRange;
+    tables.JokerTail.push_back(tables.JokerLeft[row] ? TailBehindJoker(tables.LeftTexts[row], joker)
+                                                     : std::string());
+  }
+  return ErrorNumber::kNone;
+}
+
+void Set_Joker(SubstitutionTables& tables, std::string_view Left_Right, std::int64_t index,
+               bool True_False) {
+  if (index < 0 || (Left_Right != "Left" && Left_Right != "Right")) return;
+  std::vector<bool>& flags = Left_Right == "Left" ? tables.JokerLeft : tables.JokerRight;
+  flags.resize(static_cast<std::size_t>(index) + 1);
+  flags.back() = True_False;
+}
+
+}  // namespace morvex

@@ -1,0 +1,222 @@
+// A copy gets its name only when it is whole: it is filled as a file without a name in the target's
+// folder, so that nothing is left of it when it fails, is abandoned or the process is killed. Where
+// the file system has no such files it is filled under the name of the run's temporary file, which
+// the next run knows to remove, and then renamed.
+#include "host/posix/posix_copy.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <optional>
+#include <utility>
+
+#include "host/posix/posix_copy_data.h"
+#include "host/posix/posix_descriptor.h"
+#include "host/posix/posix_paths.h"
+
+namespace morvex::posix {
+namespace {
+
+constexpr const char* kPartialName = "tijdel.enc";
+// For a copy that is itself to be called so.
+constexpr const char* kOtherPartialName = ".tijdel.enc";
+
+// How often another process may take the target's name just after it was freed.
+constexpr int kNamingAttempts = 8;
+
+constexpr mode_t kOwnerReadsAndWrites = 0600;
+
+struct Copying {
+  Descriptor source;
+  struct stat status {};  // of the source, when it was opened
+  Place target;
+  const KeepGoing& keep_going;
+  CopyWays ways;
+
+  mode_t FirstBits() const { return status.st_mode & kOwnerReadsAndWrites; }
+};
+
+ErrorNumber CheckPaths(const std::string& from, const std::string& to) {
+  const ErrorNumber error = CheckPath(from, Missing::kFile);
+  return error != ErrorNumber::kNone ? error : CheckPath(to, Missing::kFile);
+}
+
+// A copy may replace a file other than the source, or a link that does not lead to the source, a
+// folder or a device.
+ErrorNumber CheckTarget(const std::string& to, const struct stat& source) {
+  struct stat found {};
+  if (stat(to.c_str(), &found) == 0) {
+    const bool replaceable = S_ISREG(found.st_mode) && !IsSameFile(found, source);
+    return replaceable ? ErrorNumber::kNone : ErrorNumber::kPathFileAccess;
+  }
+  const int code = errno;
+  if (code == ENOENT) return ErrorNumber::kNone;
+  if (lstat(to.c_str(), &found) == 0 && S_ISLNK(found.st_mode)) return ErrorNumber::kNone;
+  return ErrorFromCode(code, Missing::kPath);
+}
+
+ErrorNumber Fill(const Copying& copying, int file) {
+  const ErrorNumber error = CopyData(copying.source.Get(), file, copying.status, copying.keep_going,
+                                     copying.ways.copy_in_kernel);
+  if (error != ErrorNumber::kNone) return error;
+  if (fchmod(file, copying.status.st_mode & kPermissionBits) != 0 && !IsNotKept(errno)) {
+    return LastError(Missing::kPath);
+  }
+  timespec times[2] = {};
+  times[0].tv_nsec = UTIME_OMIT;
+  times[1] = copying.status.st_mtim;
+  if (futimens(file, times) != 0 && !IsNotKept(errno)) return LastError(Missing::kPath);
+  return ErrorNumber::kNone;
+}
+
+// Codes with which the system says that it has no files without a name here, or no way to name one.
+bool HasNoUnnamedFiles(int code) {
+  return code == EOPNOTSUPP || code == EISDIR || code == EINVAL || code == ENOENT;
+}
+
+// Gives the open, nameless file behind the link `handle` its name. Nothing when that is not
+// possible here.
+std::optional<ErrorNumber> GiveName(const std::string& handle, const Place& target) {
+  const int folder = target.folder.Get();
+  const char* name = target.name.c_str();
+  for (int attempt = 0; attempt < kNamingAttempts; ++attempt) {
+    if (linkat(AT_FDCWD, handle.c_str(), folder, name, AT_SYMLINK_FOLLOW) == 0) {
+      return ErrorNumber::kNone;
+    }
+    if (HasNoUnnamedFiles(errno) || errno == EPERM || errno == EXDEV) return std::nullopt;
+    if (errno != EEXIST) return LastError(Missing::kPath);
+    if (unlinkat(folder, name, 0) != 0 && errno != ENOENT) return LastError(Missing::kPath);
+  }
+  return ErrorNumber::kFileAlreadyExists;
+}
+
+// Nothing when the folder's file system has no files without a name.
+std::optional<ErrorNumber> CopyUnnamed(const Copying& copying) {
+  const int folder = copying.target.folder.Get();
+  Descriptor file = OpenAt(folder, ".", O_TMPFILE | O_WRONLY, copying.FirstBits());
+  if (!file.IsOpen()) {
+    if (HasNoUnnamedFiles(errno)) return std::nullopt;
+    return LastError(Missing::kPath);
+  }
+  const std::string handle = "/proc/self/fd/" + std::to_string(file.Get());
+  struct stat status {};
+  if (lstat(handle.c_str(), &status) != 0) return std::nullopt;
+
+  const ErrorNumber error = Fill(copying, file.Get());
+  if (error != ErrorNumber::kNone) return error;
+  const std::optional<ErrorNumber> named = GiveName(handle, copying.target);
+  if (named != ErrorNumber::kNone) return named;
+  const int code = file.Close();
+  if (code != 0) unlinkat(folder, copying.target.name.c_str(), 0);
+  return ErrorFromCode(code, Missing::kPath);
+}
+
+// A name in a folder that is removed again unless it is kept.
+class PassingName {
+ public:
+  PassingName(int folder, const char* name) : folder_(folder), name_(name) {}
+  PassingName(const PassingName&) = delete;
+  PassingName& operator=(const PassingName&) = delete;
+  ~PassingName() {
+    if (!kept_) unlinkat(folder_, name_, 0);
+  }
+  void Keep() { kept_ = true; }
+
+ private:
+  const int folder_;
+  const char* const name_;
+  bool kept_ = false;
+};
+
+// Frees the partial file's name of what an earlier run left there. The source is never deleted,
+// whether it goes by that name itself or a link of that name leads to it.
+ErrorNumber RemoveLeftOver(int folder, const char* name, const struct stat& source) {
+  struct stat found {};
+  if (fstatat(folder, name, &found, AT_SYMLINK_NOFOLLOW) != 0) {
+    return errno == ENOENT ? ErrorNumber::kNone : LastError(Missing::kPath);
+  }
+  const bool is_link = S_ISLNK(found.st_mode);
+  if (!is_link && !S_ISREG(found.st_mode)) return ErrorNumber::kPathFileAccess;
+  struct stat end {};
+  const bool leads_to_source = fstatat(folder, name, &end, 0) == 0 && IsSameFile(end, source);
+  if (leads_to_source) return ErrorNumber::kPathFileAccess;
+  if (unlinkat(folder, name, 0) != 0) return LastError(Missing::kPath);
+  return ErrorNumber::kNone;
+}
+
+ErrorNumber CopyNamed(const Copying& copying) {
+  const int folder = copying.target.folder.Get();
+  const char* name = copying.target.name.c_str();
+  const char* partial = copying.target.name == kPartialName ? kOtherPartialName : kPartialName;
+  ErrorNumber error = RemoveLeftOver(folder, partial, copying.status);
+  if (error != ErrorNumber::kNone) return error;
+
+  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW;
+  Descriptor file = OpenAt(folder, partial, flags, copying.FirstBits());
+  if (!file.IsOpen()) return LastError(Missing::kPath);
+  PassingName passing(folder, partial);
+  error = Fill(copying, file.Get());
+  if (error != ErrorNumber::kNone) return error;
+  const int code = file.Close();
+  if (code != 0) return ErrorFromCode(code, Missing::kPath);
+  if (renameat(folder, partial, folder, name) != 0) return LastError(Missing::kPath);
+  passing.Keep();
+  return ErrorNumber::kNone;
+}
+
+}  // namespace
+
+ErrorNumber CopyWholeFile(const std::string& from, const std::string& to,
+                          const KeepGoing& keep_going, CopyWays ways) {
+  ErrorNumber error = CheckPaths(from, to);
+  if (error != ErrorNumber::kNone) return error;
+  Copying copying{{}, {}, {}, keep_going, ways};
+  Result<Descriptor> source = OpenOrdinary(from, O_RDONLY, Missing::kFile);
+  if (!source) return source.error;
+  copying.source = std::move(source.value);
+  if (fstat(copying.source.Get(), &copying.status) != 0) return LastError(Missing::kFile);
+
+  error = CheckTarget(to, copying.status);
+  if (error != ErrorNumber::kNone) return error;
+  Result<Place> target = OpenPlace(to);
+  if (!target) return target.error;
+  copying.target = std::move(target.value);
+  if (ways.unnamed_file) {
+    const std::optional<ErrorNumber> copied = CopyUnnamed(copying);
+    if (copied) return *copied;
+  }
+  return CopyNamed(copying);
+}
+
+ErrorNumber MoveWholeFile(const std::string& from, const std::string& to,
+                          const KeepGoing& keep_going) {
+  ErrorNumber error = CheckPaths(from, to);
+  if (error != ErrorNumber::kNone) return error;
+  struct stat source {};
+  if (stat(from.c_str(), &source) != 0) return LastError(Missing::kFile);
+  error = CheckOrdinary(source, O_RDONLY);
+  if (error == ErrorNumber::kNone) error = CheckTarget(to, source);
+  if (error != ErrorNumber::kNone) return error;
+
+  struct stat own {};
+  if (lstat(from.c_str(), &own) != 0) return LastError(Missing::kFile);
+  if (!S_ISLNK(own.st_mode)) {
+    // Only the target's folder can be missing here.
+    if (rename(from.c_str(), to.c_str()) == 0) return ErrorNumber::kNone;
+    if (errno != EXDEV) return LastError(Missing::kPath);
+  }
+  error = CopyWholeFile(from, to, keep_going);
+  return error != ErrorNumber::kNone ? error : DeleteOneFile(from);
+}
+
+ErrorNumber DeleteOneFile(const std::string& path) {
+  const ErrorNumber error = CheckPath(path, Missing::kFile);
+  if (error != ErrorNumber::kNone) return error;
+  if (unlink(path.c_str()) == 0) return ErrorNumber::kNone;
+  return LastError(Missing::kFile);
+}
+
+}  // namespace morvex::posix

@@ -1,0 +1,107 @@
+// Every file is opened here. Pipes and devices are found out before they are opened, since opening
+// alone can wait for ever or set a device going, and again afterwards, since names can change
+// hands.
+#include "host/posix/posix_descriptor.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "host/posix/posix_paths.h"
+
+namespace morvex::posix {
+namespace {
+
+// The bits that a file made for the user starts from; the process's mask takes some away.
+constexpr mode_t kNewFileBits = 0666;
+
+constexpr std::uint64_t kLastOffset = std::numeric_limits<off_t>::max();
+
+}  // namespace
+
+Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
+  if (this != &other) {
+    Close();
+    number_ = std::exchange(other.number_, -1);
+  }
+  return *this;
+}
+
+int Descriptor::Close() {
+  if (number_ < 0) return 0;
+  return close(std::exchange(number_, -1)) == 0 ? 0 : errno;
+}
+
+Descriptor OpenAt(int folder, const char* name, int flags, mode_t permissions) {
+  int number = -1;
+  do {
+    number = openat(folder, name, flags | O_CLOEXEC | O_NOCTTY, permissions);
+  } while (number < 0 && errno == EINTR);
+  return Descriptor(number);
+}
+
+ErrorNumber CheckOrdinary(const struct stat& status, int flags) {
+  if (S_ISREG(status.st_mode)) return ErrorNumber::kNone;
+  if (S_ISDIR(status.st_mode)) return ErrorNumber::kPathFileAccess;
+  const bool reads = (flags & O_ACCMODE) == O_RDONLY;
+  return reads ? ErrorNumber::kFileNotFound : ErrorNumber::kPathFileAccess;
+}
+
+Result<Descriptor> OpenOrdinary(const std::string& path, int flags, Missing missing) {
+  struct stat status {};
+  ErrorNumber error = ErrorNumber::kNone;
+  if (stat(path.c_str(), &status) == 0) error = CheckOrdinary(status, flags);
+  if (error != ErrorNumber::kNone) return error;
+
+  Descriptor file = OpenAt(AT_FDCWD, path.c_str(), flags | O_NONBLOCK, kNewFileBits);
+  if (!file.IsOpen() && errno == EWOULDBLOCK) {
+    // Another process holds a lease on the file and has now been told to give it back.
+    file = OpenAt(AT_FDCWD, path.c_str(), flags, kNewFileBits);
+  }
+  if (!file.IsOpen()) return LastError(missing);
+  if (fstat(file.Get(), &status) != 0) return LastError(missing);
+  error = CheckOrdinary(status, flags);
+  if (error != ErrorNumber::kNone) return error;
+  return file;
+}
+
+Result<Place> OpenPlace(const std::string& path) {
+  PathParts parts = SplitPath(path);
+  if (parts.name.empty() || parts.name == "." || parts.name == "..") {
+    return ErrorNumber::kPathNotFound;
+  }
+  Place place;
+  place.folder = OpenAt(AT_FDCWD, parts.folder.c_str(), O_PATH | O_DIRECTORY);
+  if (!place.folder.IsOpen()) return LastError(Missing::kPath);
+  place.name = std::move(parts.name);
+  return place;
+}
+
+Transfer ReadAllAt(int file, std::uint64_t offset, char* into, std::size_t size) {
+  if (offset > kLastOffset) return {};
+  const auto reachable =
+      static_cast<std::size_t>(std::min<std::uint64_t>(size, kLastOffset - offset));
+  return TransferAll(reachable, 0, [&](std::size_t done, std::size_t left) {
+    return pread(file, into + done, left, static_cast<off_t>(offset + done));
+  });
+}
+
+int WriteAllAt(int file, std::uint64_t offset, std::string_view bytes) {
+  if (bytes.size() > kLastOffset || offset > kLastOffset - bytes.size()) return EFBIG;
+  const auto step = [&](std::size_t done, std::size_t left) {
+    return pwrite(file, bytes.data() + done, left, static_cast<off_t>(offset + done));
+  };
+  return TransferAll(bytes.size(), ENOSPC, step).code;
+}
+
+int WriteAll(int file, std::string_view bytes) {
+  const auto step = [&](std::size_t done, std::size_t left) {
+    return write(file, bytes.data() + done, left);
+  };
+  return TransferAll(bytes.size(), ENOSPC, step).code;
+}
+
+}  // namespace morvex::posix

@@ -1,0 +1,154 @@
+// The entrance: each call is guarded against exceptions and checks its paths, the look-ups are
+// answered here and everything longer has a source of its own.
+#include "host/posix/posix_files.h"
+
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+
+#include <cerrno>
+#include <limits>
+#include <utility>
+
+#include "host/posix/posix_copy.h"
+#include "host/posix/posix_descriptor.h"
+#include "host/posix/posix_errors.h"
+#include "host/posix/posix_listing.h"
+#include "host/posix/posix_paths.h"
+#include "host/posix/posix_replace.h"
+#include "host/posix/posix_streams.h"
+#include "host/posix/posix_time.h"
+
+namespace morvex {
+namespace {
+
+using posix::Guarded;
+using posix::LastError;
+using posix::Missing;
+
+FileIdentity IdentityOf(const struct stat& status) { return {status.st_dev, status.st_ino}; }
+
+Result<FileInfo> FindFile(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return LastError(Missing::kFile);
+  if (!S_ISREG(status.st_mode)) return ErrorNumber::kFileNotFound;
+  Result<std::string> absolute = posix::AbsolutePath(path);
+  if (!absolute) return absolute.error;
+  posix::PathParts parts = posix::SplitPath(absolute.value);
+  FileInfo info;
+  info.path = std::move(absolute.value);
+  info.folder = std::move(parts.folder);
+  info.name = std::move(parts.name);
+  info.size = static_cast<std::uint64_t>(status.st_size);
+  info.modified = posix::ToWallTime(status.st_mtim);
+  info.permissions = status.st_mode & posix::kPermissionBits;
+  info.identity = IdentityOf(status);
+  return info;
+}
+
+Result<FolderInfo> FindFolder(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return LastError(Missing::kPath);
+  if (!S_ISDIR(status.st_mode)) return ErrorNumber::kPathNotFound;
+  Result<std::string> absolute = posix::AbsolutePath(path);
+  if (!absolute) return absolute.error;
+  FolderInfo info;
+  info.path = std::move(absolute.value);
+  info.identity = IdentityOf(status);
+  struct stat own {};
+  if (lstat(info.path.c_str(), &own) != 0) return LastError(Missing::kPath);
+  info.is_link = S_ISLNK(own.st_mode);
+  return info;
+}
+
+// Bytes in so many blocks, or the greatest number for file systems that claim to be endless.
+std::uint64_t BytesIn(std::uint64_t blocks, std::uint64_t block_size) {
+  constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
+  if (block_size != 0 && blocks > kMost / block_size) return kMost;
+  return blocks * block_size;
+}
+
+Result<DriveSpace> MeasureDrive(const std::string& path) {
+  struct statvfs drive {};
+  int result = 0;
+  do {
+    result = statvfs(path.c_str(), &drive);
+  } while (result != 0 && errno == EINTR);
+  if (result != 0) return LastError(Missing::kPath);
+  return DriveSpace{BytesIn(drive.f_blocks, drive.f_frsize),
+                    BytesIn(drive.f_bavail, drive.f_frsize)};
+}
+
+// Runs `call` with `path` once it has passed the check.
+template <class Call>
+auto GuardedOn(const std::string& path, Missing missing, Call call) noexcept
+    -> decltype(call(path)) {
+  return Guarded([&]() -> decltype(call(path)) {
+    const ErrorNumber error = posix::CheckPath(path, missing);
+    if (error != ErrorNumber::kNone) return error;
+    return call(path);
+  });
+}
+
+}  // namespace
+
+Result<FileInfo> PosixFileService::LookUpFile(const std::string& path) {
+  return GuardedOn(path, Missing::kFile, FindFile);
+}
+
+Result<FolderInfo> PosixFileService::LookUpFolder(const std::string& path) {
+  return GuardedOn(path, Missing::kPath, FindFolder);
+}
+
+Result<std::vector<FolderEntry>> PosixFileService::ListFolder(const std::string& path) {
+  return GuardedOn(path, Missing::kPath, posix::ReadFolder);
+}
+
+Result<std::string> PosixFileService::RealPath(const std::string& path) {
+  return GuardedOn(path, Missing::kPath, posix::ResolvedPath);
+}
+
+Result<DriveSpace> PosixFileService::LookUpDrive(const std::string& path) {
+  return GuardedOn(path, Missing::kPath, MeasureDrive);
+}
+
+ErrorNumber PosixFileService::CreateFolder(const std::string& path) {
+  return GuardedOn(path, Missing::kPath, [](const std::string& folder) {
+    if (mkdir(folder.c_str(), posix::kPermissionBits) == 0) return ErrorNumber::kNone;
+    return LastError(Missing::kPath);
+  });
+}
+
+ErrorNumber PosixFileService::CopyFile(const std::string& from, const std::string& to,
+                                       const KeepGoing& keep_going) {
+  return Guarded([&] { return posix::CopyWholeFile(from, to, keep_going); });
+}
+
+ErrorNumber PosixFileService::MoveFile(const std::string& from, const std::string& to,
+                                       const KeepGoing& keep_going) {
+  return Guarded([&] { return posix::MoveWholeFile(from, to, keep_going); });
+}
+
+ErrorNumber PosixFileService::DeleteFile(const std::string& path) {
+  return Guarded([&] { return posix::DeleteOneFile(path); });
+}
+
+Result<std::unique_ptr<InputFile>> PosixFileService::OpenForReading(const std::string& path) {
+  return GuardedOn(path, Missing::kFile, posix::OpenInput);
+}
+
+Result<std::unique_ptr<OutputFile>> PosixFileService::CreateFile(const std::string& path,
+                                                                 std::uint32_t permissions) {
+  return GuardedOn(path, Missing::kFile, [permissions](const std::string& file) {
+    return posix::CreateOutput(file, permissions);
+  });
+}
+
+ErrorNumber PosixFileService::AppendToFile(const std::string& path, std::string_view bytes) {
+  return Guarded([&] { return posix::AppendRecord(path, bytes); });
+}
+
+ErrorNumber PosixFileService::ReplaceFile(const std::string& path, std::string_view bytes) {
+  return Guarded([&] { return posix::ReplaceContent(path, bytes); });
+}
+
+}  // namespace morvex

@@ -1,0 +1,40 @@
+// The file system of a POSIX system. Names are bytes as the system takes them; "/" parts them.
+//
+// Beyond the contract of FileService: a name that holds a NUL byte is a bad one (52); the empty
+// path gives 53 where a file is asked for and 76 where a folder is; a path that leads through a
+// file gives 76. Writing past the greatest file size the process may have gives 61 only as long as
+// SIGXFSZ is ignored, which PosixSystemService sees to. Calls may come from several threads.
+#pragma once
+
+#include "core/host/file_service.h"
+
+namespace morvex {
+
+class PosixFileService : public FileService {
+ public:
+  char Separator() const override { return '/'; }
+
+  Result<FileInfo> LookUpFile(const std::string& path) override;
+  Result<FolderInfo> LookUpFolder(const std::string& path) override;
+  Result<std::vector<FolderEntry>> ListFolder(const std::string& path) override;
+  Result<std::string> RealPath(const std::string& path) override;
+  Result<DriveSpace> LookUpDrive(const std::string& path) override;
+
+  ErrorNumber CreateFolder(const std::string& path) override;
+
+  // Copying stops at the size that the source has at the start, or earlier when it shrinks.
+  // A thing at `to` that is no file, or a link to one, is never replaced (75).
+  ErrorNumber CopyFile(const std::string& from, const std::string& to,
+                       const KeepGoing& keep_going) override;
+  ErrorNumber MoveFile(const std::string& from, const std::string& to,
+                       const KeepGoing& keep_going) override;
+  ErrorNumber DeleteFile(const std::string& path) override;
+
+  Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) override;
+  Result<std::unique_ptr<OutputFile>> CreateFile(const std::string& path,
+                                                 std::uint32_t permissions) override;
+  ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) override;
+  ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
+};
+
+}  // namespace morvex

@@ -1,0 +1,99 @@
+// A listing is read to its end before it is handed out. The system says with most names what they
+// are; only links, and the names of file systems that do not say it, cost a look at the file.
+#include "host/posix/posix_listing.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "host/posix/posix_errors.h"
+
+namespace morvex::posix {
+namespace {
+
+struct FolderCloser {
+  void operator()(DIR* folder) const { closedir(folder); }
+};
+using FolderHandle = std::unique_ptr<DIR, FolderCloser>;
+
+// The kind that a file's mode stands for; nothing for what is neither file nor folder.
+std::optional<EntryKind> KindOfMode(mode_t mode) {
+  if (S_ISREG(mode)) return EntryKind::kFile;
+  if (S_ISDIR(mode)) return EntryKind::kFolder;
+  return std::nullopt;
+}
+
+// A link that cannot be followed leads nowhere. Only when the disk or the memory failed is it
+// unknown whether a file is being lost.
+bool LeadsNowhere(int code) { return code != EIO && code != ENOMEM; }
+
+// One name under examination: `kind` stays empty when it is to be left out.
+struct Examined {
+  std::optional<EntryKind> kind;
+  bool is_link = false;
+};
+
+Result<Examined> ExamineLink(int folder, const char* name) {
+  Examined examined;
+  examined.is_link = true;
+  struct stat status {};
+  if (fstatat(folder, name, &status, 0) == 0) {
+    examined.kind = KindOfMode(status.st_mode);
+  } else if (!LeadsNowhere(errno)) {
+    return LastError(Missing::kPath);
+  }
+  return examined;
+}
+
+Result<Examined> ExamineUnknown(int folder, const char* name) {
+  struct stat status {};
+  if (fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (errno == ENOENT) return Examined{};  // deleted since it was listed
+    return LastError(Missing::kPath);
+  }
+  if (S_ISLNK(status.st_mode)) return ExamineLink(folder, name);
+  return Examined{KindOfMode(status.st_mode), false};
+}
+
+Result<Examined> Examine(int folder, const dirent& entry) {
+  switch (entry.d_type) {
+    case DT_REG:
+      return Examined{EntryKind::kFile, false};
+    case DT_DIR:
+      return Examined{EntryKind::kFolder, false};
+    case DT_LNK:
+      return ExamineLink(folder, entry.d_name);
+    case DT_UNKNOWN:
+      return ExamineUnknown(folder, entry.d_name);
+    default:
+      return Examined{};
+  }
+}
+
+}  // namespace
+
+Result<std::vector<FolderEntry>> ReadFolder(const std::string& path) {
+  const FolderHandle folder(opendir(path.c_str()));
+  if (folder == nullptr) return LastError(Missing::kPath);
+  std::vector<FolderEntry> entries;
+  for (;;) {
+    errno = 0;  // the only difference between the end and an error
+    const dirent* entry = readdir(folder.get());
+    if (entry == nullptr) break;
+    const std::string_view name = entry->d_name;
+    if (name == "." || name == "..") continue;
+    const Result<Examined> examined = Examine(dirfd(folder.get()), *entry);
+    if (!examined) return examined.error;
+    if (!examined.value.kind) continue;
+    entries.push_back({std::string(name), *examined.value.kind, examined.value.is_link});
+  }
+  if (errno != 0) return LastError(Missing::kPath);
+  return entries;
+}
+
+}  // namespace morvex::posix

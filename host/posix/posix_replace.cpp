@@ -1,0 +1,171 @@
+// New content is written to a hidden file beside the old one, brought to the disk and given the old
+// one's name, so that at every moment one of the two is there whole. Where the folder takes no
+// second file the old one is overwritten; then the part that needs new room on the disk is written
+// first, because up to there the old content can be had back.
+#include "host/posix/posix_replace.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+#include "host/posix/posix_descriptor.h"
+#include "host/posix/posix_paths.h"
+
+namespace morvex::posix {
+namespace {
+
+constexpr mode_t kNewFileBits = 0666;
+constexpr mode_t kOwnerOnly = 0600;
+constexpr int kNamingAttempts = 100;
+
+struct HiddenFile {
+  Descriptor file;
+  std::string name;
+};
+
+// A new file beside the one that is to be replaced, under a name that nothing else has.
+Result<HiddenFile> MakeHiddenFile(const Place& place, mode_t permissions, int& code) {
+  static std::atomic<unsigned> counter = 0;
+  HiddenFile hidden;
+  for (int attempt = 0; attempt < kNamingAttempts; ++attempt) {
+    hidden.name = ".morvex-" + std::to_string(getpid()) + "-" + std::to_string(++counter);
+    const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW;
+    hidden.file = OpenAt(place.folder.Get(), hidden.name.c_str(), flags, permissions);
+    if (hidden.file.IsOpen()) return hidden;
+    code = errno;
+    if (code != EEXIST) break;
+  }
+  return ErrorFromCode(code, Missing::kPath);
+}
+
+// Brings the file to the disk; 0 also where the file system has no such wish to grant.
+int Flush(int file) {
+  if (fsync(file) == 0 || errno == EINVAL || errno == EOPNOTSUPP) return 0;
+  return errno;
+}
+
+// Hands the new file to the owner of the old one, or at least to its group, as far as this user
+// may.
+void HandOver(int file, const struct stat& old) {
+  struct stat status {};
+  const bool known = fstat(file, &status) == 0;
+  if (known && status.st_uid == old.st_uid && status.st_gid == old.st_gid) return;
+  if (fchown(file, old.st_uid, old.st_gid) == 0) return;
+  const int group_only = fchown(file, static_cast<uid_t>(-1), old.st_gid);
+  static_cast<void>(group_only);
+}
+
+// The owner comes first, for a new owner can cost bits. Gives 0 or an error code.
+int TakeOver(int file, const struct stat& old) {
+  HandOver(file, old);
+  const mode_t permissions = old.st_mode & kPermissionBits;
+  return fchmod(file, permissions) == 0 || IsNotKept(errno) ? 0 : errno;
+}
+
+// Codes with which a folder refuses a second file, or the exchange of the first for the second.
+bool IsRefusal(int code) {
+  return code == EACCES || code == EPERM || code == EROFS || code == EBUSY;
+}
+
+// `old` is null when there is no file yet. Gives 0 or an error code.
+int FillHidden(HiddenFile& hidden, const struct stat* old, std::string_view bytes) {
+  int code = WriteAllAt(hidden.file.Get(), 0, bytes);
+  if (code == 0 && old != nullptr) code = TakeOver(hidden.file.Get(), *old);
+  if (code == 0) code = Flush(hidden.file.Get());
+  const int close_code = hidden.file.Close();
+  return code != 0 ? code : close_code;
+}
+
+// Nothing when the folder does not allow it.
+std::optional<ErrorNumber> ReplaceBeside(const Place& place, const struct stat* old,
+                                         std::string_view bytes) {
+  int code = 0;
+  const mode_t permissions = old != nullptr ? kOwnerOnly : kNewFileBits;
+  Result<HiddenFile> hidden = MakeHiddenFile(place, permissions, code);
+  if (!hidden) {
+    if (IsRefusal(code)) return std::nullopt;
+    return hidden.error;
+  }
+  const int folder = place.folder.Get();
+  const char* hidden_name = hidden.value.name.c_str();
+  code = FillHidden(hidden.value, old, bytes);
+  bool refused = false;
+  if (code == 0 && renameat(folder, hidden_name, folder, place.name.c_str()) != 0) {
+    code = errno;
+    refused = IsRefusal(code);
+  }
+  if (code != 0) unlinkat(folder, hidden_name, 0);
+  if (refused) return std::nullopt;
+  return ErrorFromCode(code, Missing::kPath);
+}
+
+// Gives 0 or an error code. On a full disk the old content, `old_size` bytes, is still there.
+int Overwrite(int file, std::uint64_t old_size, std::string_view bytes) {
+  const auto common = static_cast<std::size_t>(std::min<std::uint64_t>(old_size, bytes.size()));
+  int code = WriteAllAt(file, common, bytes.substr(common));
+  if (code != 0) {
+    return ftruncate(file, static_cast<off_t>(old_size)) == 0 ? code : errno;
+  }
+  code = WriteAllAt(file, 0, bytes.substr(0, common));
+  if (code != 0) return code;
+  return ftruncate(file, static_cast<off_t>(bytes.size())) == 0 ? 0 : errno;
+}
+
+ErrorNumber ReplaceInPlace(const Place& place, std::string_view bytes) {
+  const int flags = O_WRONLY | O_NOFOLLOW | O_NONBLOCK;
+  Descriptor file = OpenAt(place.folder.Get(), place.name.c_str(), flags);
+  if (!file.IsOpen()) return LastError(Missing::kPath);
+  struct stat status {};
+  if (fstat(file.Get(), &status) != 0) return LastError(Missing::kPath);
+  const ErrorNumber error = CheckOrdinary(status, flags);
+  if (error != ErrorNumber::kNone) return error;
+  int code = Overwrite(file.Get(), static_cast<std::uint64_t>(status.st_size), bytes);
+  if (code == 0) code = Flush(file.Get());
+  const int close_code = file.Close();
+  return ErrorFromCode(code != 0 ? code : close_code, Missing::kPath);
+}
+
+}  // namespace
+
+ErrorNumber ReplaceContent(const std::string& path, std::string_view bytes) {
+  const ErrorNumber path_error = CheckPath(path, Missing::kFile);
+  if (path_error != ErrorNumber::kNone) return path_error;
+  const Result<std::string> end = FollowLinks(path);
+  if (!end) return end.error;
+  struct stat old {};
+  const bool exists = stat(end.value.c_str(), &old) == 0;
+  if (!exists && errno != ENOENT) return LastError(Missing::kPath);
+  if (exists) {
+    const ErrorNumber error = CheckOrdinary(old, O_WRONLY);
+    if (error != ErrorNumber::kNone) return error;
+    if (faccessat(AT_FDCWD, end.value.c_str(), W_OK, AT_EACCESS) != 0) {
+      return LastError(Missing::kPath);
+    }
+  }
+  const Result<Place> place = OpenPlace(end.value);
+  if (!place) return place.error;
+  const std::optional<ErrorNumber> replaced =
+      ReplaceBeside(place.value, exists ? &old : nullptr, bytes);
+  if (replaced) return *replaced;
+  return exists ? ReplaceInPlace(place.value, bytes) : ErrorNumber::kPermissionDenied;
+}
+
+ErrorNumber AppendRecord(const std::string& path, std::string_view bytes) {
+  const ErrorNumber error = CheckPath(path, Missing::kFile);
+  if (error != ErrorNumber::kNone) return error;
+  Result<Descriptor> file = OpenOrdinary(path, O_WRONLY | O_APPEND | O_CREAT, Missing::kPath);
+  if (!file) return file.error;
+  const int code = WriteAll(file.value.Get(), bytes);
+  const int close_code = file.value.Close();
+  return ErrorFromCode(code != 0 ? code : close_code, Missing::kPath);
+}
+
+}  // namespace morvex::posix

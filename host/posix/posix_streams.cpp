@@ -1,0 +1,83 @@
+// Reading and writing at a given place of a file. Neither kind keeps a position, so the core's
+// blocks can be taken in any order.
+#include "host/posix/posix_streams.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+#include "host/posix/posix_descriptor.h"
+
+namespace morvex::posix {
+namespace {
+
+class PosixInputFile : public InputFile {
+ public:
+  explicit PosixInputFile(Descriptor file) : file_(std::move(file)) {}
+
+  Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
+    const Transfer read = ReadAllAt(file_.Get(), offset, into, size);
+    if (read.code != 0) return ErrorFromCode(read.code, Missing::kFile);
+    return read.done;
+  }
+
+ private:
+  Descriptor file_;
+};
+
+class PosixOutputFile : public OutputFile {
+ public:
+  ErrorNumber Create(const std::string& path, mode_t permissions);
+
+  ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
+    return ErrorFromCode(WriteAllAt(file_.Get(), offset, bytes), Missing::kFile);
+  }
+
+  ErrorNumber Close() override { return ErrorFromCode(file_.Close(), Missing::kFile); }
+
+ private:
+  Descriptor file_;
+};
+
+// Gives a new file the bits that the process's mask took from it. A file system that keeps no bits
+// of its own is no error as long as the file is not open to more people than it should be.
+int SetExactBits(int file, mode_t permissions) {
+  if (fchmod(file, permissions) == 0) return 0;
+  const int code = errno;
+  struct stat status {};
+  if (fstat(file, &status) == 0 && (status.st_mode & kPermissionBits & ~permissions) == 0) return 0;
+  return code;
+}
+
+ErrorNumber PosixOutputFile::Create(const std::string& path, mode_t permissions) {
+  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW;
+  file_ = OpenAt(AT_FDCWD, path.c_str(), flags, permissions);
+  if (!file_.IsOpen()) return LastError(Missing::kPath);
+  const int code = SetExactBits(file_.Get(), permissions);
+  if (code == 0) return ErrorNumber::kNone;
+  file_.Close();
+  unlink(path.c_str());
+  return ErrorFromCode(code, Missing::kPath);
+}
+
+}  // namespace
+
+Result<std::unique_ptr<InputFile>> OpenInput(const std::string& path) {
+  Result<Descriptor> file = OpenOrdinary(path, O_RDONLY, Missing::kFile);
+  if (!file) return file.error;
+  posix_fadvise(file.value.Get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+  return std::unique_ptr<InputFile>(std::make_unique<PosixInputFile>(std::move(file.value)));
+}
+
+Result<std::unique_ptr<OutputFile>> CreateOutput(const std::string& path,
+                                                 std::uint32_t permissions) {
+  auto file = std::make_unique<PosixOutputFile>();
+  const ErrorNumber error = file->Create(path, static_cast<mode_t>(permissions) & kPermissionBits);
+  if (error != ErrorNumber::kNone) return error;
+  return std::unique_ptr<OutputFile>(std::move(file));
+}
+
+}  // namespace morvex::posix

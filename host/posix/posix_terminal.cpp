@@ -1,0 +1,65 @@
+// A stop signal sets a flag and gives the signals back their usual effect, so that a run that does
+// not look at the flag any more can still be ended by the second one.
+#include "host/posix/posix_terminal.h"
+
+#include <signal.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+
+namespace morvex {
+namespace {
+
+constexpr int kUsualColumns = 80;
+
+constexpr std::array kStopSignals = {SIGINT, SIGTERM, SIGHUP};
+
+std::atomic<bool> stop_requested = false;
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may not wait");
+
+bool IsIgnored(int number) {
+  struct sigaction current {};
+  return sigaction(number, nullptr, &current) == 0 && current.sa_handler == SIG_IGN;
+}
+
+void SetHandler(int number, void (*handler)(int)) {
+  struct sigaction action {};
+  action.sa_handler = handler;
+  sigemptyset(&action.sa_mask);
+  for (const int other : kStopSignals) sigaddset(&action.sa_mask, other);
+  sigaction(number, &action, nullptr);
+}
+
+extern "C" void NoteStopSignal(int) {
+  const int code = errno;
+  stop_requested = true;
+  for (const int number : kStopSignals) {
+    if (!IsIgnored(number)) SetHandler(number, SIG_DFL);
+  }
+  errno = code;
+}
+
+}  // namespace
+
+bool IsTerminal(int stream) { return isatty(stream) == 1; }
+
+int TerminalColumns() {
+  for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
+    winsize size{};
+    if (ioctl(stream, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
+  }
+  return kUsualColumns;
+}
+
+void InstallStopSignals() {
+  for (const int number : kStopSignals) {
+    if (!IsIgnored(number)) SetHandler(number, NoteStopSignal);
+  }
+}
+
+bool StopRequested() { return stop_requested; }
+
+}  // namespace morvex

@@ -1,0 +1,27 @@
+// Moments as the system gives them, as moments of the program.
+#pragma once
+
+#include <sys/stat.h>
+#include <time.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <limits>
+
+#include "core/host/file_service.h"
+
+namespace morvex::posix {
+
+// In full nanoseconds. A moment outside the years 1677 to 2262, which a file can be given, becomes
+// the nearest one inside.
+inline WallTime ToWallTime(const timespec& moment) {
+  constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
+  constexpr std::int64_t kFarthest =
+      std::numeric_limits<std::int64_t>::max() / kNanosecondsPerSecond - 1;
+  const std::int64_t seconds =
+      std::clamp<std::int64_t>(moment.tv_sec, -kFarthest, kFarthest) * kNanosecondsPerSecond;
+  return WallTime(std::chrono::nanoseconds(seconds + moment.tv_nsec));
+}
+
+}  // namespace morvex::posix

@@ -1,0 +1,120 @@
+#!/usr/bin/env bash
+# Everything a change must pass: the build with sanitizers, the tests, the format, clang-tidy, the
+# scripts. All of it is done even when a part fails. The last line counts the tests and these
+# checks together.
+set -uo pipefail
+
+cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
+junit=$PWD/build/tests.xml
+passed=0
+failed=0
+skipped=0
+
+heading() {
+  echo
+  echo "== $1"
+}
+
+# Runs a function as one check.
+check() {
+  heading "$1"
+  if "$2"; then
+    echo "$1: passed"
+    passed=$((passed + 1))
+  else
+    echo "$1: FAILED"
+    failed=$((failed + 1))
+  fi
+}
+
+# The project's files that match the patterns, each ended by NUL; in a checkout those that git
+# knows or would add.
+project_files() {
+  local pattern file named=()
+  if [[ $(git rev-parse --show-toplevel 2>/dev/null) == "$(pwd -P)" ]]; then
+    git ls-files -z --cached --others --exclude-standard -- "$@" |
+      while IFS= read -r -d '' file; do
+        [[ ! -f $file ]] || printf '%s\0' "$file"
+      done
+  else
+    for pattern in "$@"; do
+      named+=(-o -name "$pattern")
+    done
+    find . \( -path ./build -o -path ./.git \) -prune -o -type f \( "${named[@]:1}" \) -print0
+  fi
+}
+
+build() {
+  cmake --preset dev && cmake --build --preset dev
+}
+
+# Counts test by test. A test that could not be started counts as failed: only one that said so
+# itself is skipped.
+tests() {
+  heading 'Tests'
+  local status=0 run=0 bad=0 not_run=0 excused=0 disabled=0
+  rm -f "$junit"
+  ctest --preset dev -j2 --output-junit "$junit" || status=$?
+  if [[ -f $junit ]]; then
+    run=$(grep -c '^\s*<testcase .*status="run"' "$junit")
+    bad=$(grep -c '^\s*<testcase .*status="fail"' "$junit")
+    not_run=$(grep -c '^\s*<testcase .*status="notrun"' "$junit")
+    disabled=$(grep -c '^\s*<testcase .*status="disabled"' "$junit")
+    excused=$(grep -c '^\s*<skipped message="SKIP_' "$junit")
+  fi
+  bad=$((bad + not_run - excused))
+  if ((run + bad == 0)); then
+    echo 'No test ran.'
+    bad=1
+  elif ((status != 0 && bad == 0)); then
+    echo "ctest ended with status $status."
+    bad=1
+  fi
+  passed=$((passed + run))
+  failed=$((failed + bad))
+  skipped=$((skipped + excused + disabled))
+}
+
+format() {
+  local files=()
+  mapfile -d '' -t files < <(project_files '*.h' '*.cpp')
+  echo "${#files[@]} files"
+  ((${#files[@]})) && clang-format --dry-run -Werror "${files[@]}"
+}
+
+# Headers are looked at with the sources that include them.
+tidy() {
+  local database=build/dev/compile_commands.json log=build/clang-tidy.log here sources
+  here=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' build/dev/CMakeCache.txt |
+    sed 's/[][\.*^$+?(){}|]/\\&/g')
+  sources="^$here/(core|host|ui|apps)/"
+  echo "$(grep -cE "\"file\": \"${sources#^}" "$database") sources; this takes some minutes"
+  grep -qE "\"file\": \"${sources#^}" "$database" || return 1
+  if ! run-clang-tidy -p build/dev -quiet "$sources" >"$log" 2>&1; then
+    sed 's/\x1b\[[0-9;]*m//g' "$log" | grep -vE '^clang-tidy|warnings? generated|^$'
+    return 1
+  fi
+}
+
+scripts() {
+  local file good=0
+  for file in run.sh test.sh .ci/run cmake/*.sh; do
+    bash -n "$file" || good=1
+  done
+  return "$good"
+}
+
+mkdir -p build
+# A tool that stays missing fails the check that needs it.
+./cmake/install_tools.sh g++ cmake ninja-build libgtest-dev clang-format clang-tidy
+check 'Build' build
+tests
+check 'Format' format
+check 'clang-tidy' tidy
+check 'Scripts' scripts
+
+echo
+line="$passed passed, $failed failed"
+((skipped == 0)) || line+=", $skipped skipped"
+echo "$line"
+((failed == 0))

@@ -1,0 +1,202 @@
+// What the tests of the POSIX host share: a folder of their own, quick ways to make and look at
+// files with the system's own means, and passing changes to what the process may do.
+#pragma once
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "host/posix/posix_files.h"
+
+namespace morvex::posix_test {
+
+inline constexpr uid_t kNobody = 65534;
+
+// A new folder that is removed with all that is in it, whatever permission bits that has.
+class TempFolder {
+ public:
+  explicit TempFolder(const std::string& base = std::filesystem::temp_directory_path()) {
+    std::string pattern = base + "/morvex-test-XXXXXX";
+    if (mkdtemp(pattern.data()) != nullptr) path_ = std::filesystem::canonical(pattern);
+  }
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+  ~TempFolder() {
+    if (path_.empty()) return;
+    std::error_code ignored;
+    Open(path_);
+    std::filesystem::remove_all(path_, ignored);
+  }
+
+  const std::string& Path() const { return path_; }
+  std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
+
+ private:
+  static void Open(const std::filesystem::path& folder) {
+    std::error_code ignored;
+    std::filesystem::permissions(folder, std::filesystem::perms::owner_all,
+                                 std::filesystem::perm_options::add, ignored);
+    for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
+      if (entry.is_directory(ignored) && !entry.is_symlink(ignored)) Open(entry.path());
+    }
+  }
+
+  std::string path_;
+};
+
+inline void Put(const std::string& path, std::string_view bytes) {
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  file.close();
+  ASSERT_TRUE(file) << path;
+}
+
+// A text that no file of a test holds, when the file cannot be read.
+inline std::string Content(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) return "(cannot be read)";
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// Bytes that differ from place to place, so that misplaced pieces are seen.
+inline std::string Pattern(std::size_t size) {
+  std::string bytes(size, '\0');
+  unsigned state = 1;
+  for (char& byte : bytes) {
+    state = state * 1103515245u + 12345u;
+    byte = static_cast<char>(state >> 16);
+  }
+  return bytes;
+}
+
+inline struct stat StatusOf(const std::string& path) {
+  struct stat status {};
+  EXPECT_EQ(lstat(path.c_str(), &status), 0) << path;
+  return status;
+}
+
+inline mode_t Bits(const std::string& path) { return StatusOf(path).st_mode & 07777; }
+
+inline bool IsThere(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0;
+}
+
+// The names in a folder, sorted.
+inline std::vector<std::string> Names(const std::string& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    names.push_back(entry.path().filename().string());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+inline void SetModified(const std::string& path, timespec moment) {
+  timespec times[2] = {};
+  times[0].tv_nsec = UTIME_OMIT;
+  times[1] = moment;
+  ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0) << path;
+}
+
+// Until its end the process may write no file beyond `bytes`, and is told so by an error.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) : handler_(signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &before_);
+    rlimit limit = before_;
+    limit.rlim_cur = bytes;
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+  ~FileSizeLimit() {
+    setrlimit(RLIMIT_FSIZE, &before_);
+    signal(SIGXFSZ, handler_);
+  }
+
+ private:
+  void (*handler_)(int);
+  rlimit before_{};
+};
+
+class FileMask {
+ public:
+  explicit FileMask(mode_t mask) : before_(umask(mask)) {}
+  FileMask(const FileMask&) = delete;
+  FileMask& operator=(const FileMask&) = delete;
+  ~FileMask() { umask(before_); }
+
+ private:
+  mode_t before_;
+};
+
+// Until its end the process has no privileges: root becomes another user, to whom the folder is
+// handed over first with all that is in it. Anyone else stays who he is.
+class OrdinaryUser {
+ public:
+  explicit OrdinaryUser(const std::string& folder) {
+    if (geteuid() != 0) return;
+    HandOver(folder);
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+      HandOver(entry.path());
+    }
+    changed_ = setegid(kNobody) == 0 && seteuid(kNobody) == 0;
+    EXPECT_TRUE(changed_);
+  }
+  OrdinaryUser(const OrdinaryUser&) = delete;
+  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+  ~OrdinaryUser() {
+    if (!changed_) return;
+    EXPECT_EQ(seteuid(0), 0);
+    EXPECT_EQ(setegid(0), 0);
+  }
+
+ private:
+  static void HandOver(const std::string& path) {
+    EXPECT_EQ(lchown(path.c_str(), kNobody, kNobody), 0) << path;
+  }
+
+  bool changed_ = false;
+};
+
+// A folder of a file system other than that of `path`, when there is one to write to.
+inline std::optional<std::string> FolderOnOtherDevice(const std::string& path) {
+  for (const std::string folder : {"/dev/shm", "/run", "/var/tmp", "/tmp"}) {
+    struct stat status {};
+    if (stat(folder.c_str(), &status) != 0 || status.st_dev == StatusOf(path).st_dev) continue;
+    if (access(folder.c_str(), W_OK | X_OK) == 0) return folder;
+  }
+  return std::nullopt;
+}
+
+// A test with a folder of its own and the service that is tested.
+class PosixTest : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_FALSE(folder_.Path().empty()); }
+
+  TempFolder folder_;
+  PosixFileService files_;
+};
+
+inline const std::string kNulName("a\0b", 3);
+inline const std::string kLongName(255, 'n');
+inline const std::string kTooLongName(300, 'n');
+// Every byte that a name can hold and a careless program trips over.
+inline const std::string kOddName = "line\nbreak \xff\xfe\t-'\"*?\\";
+
+}  // namespace morvex::posix_test

@@ -1,0 +1,174 @@
+// Processes and temporary folders. The program is started by fork and exec; its output goes to two
+// files, so no pipe can fill up and stop it.
+
+#include "program_run.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <thread>
+
+namespace morvex::whole_run {
+namespace {
+
+constexpr int kLimitSeconds = 120;
+constexpr int kCannotStart = 127;
+constexpr int kSignalBase = 128;
+// A file is dated this long before now unless a test says otherwise.
+constexpr std::int64_t kUsualAgeSeconds = 3600;
+constexpr std::int64_t kNanoseconds = 1'000'000'000;
+
+std::int64_t NowNs() {
+  return std::chrono::duration_cast<std::chrono::nanoseconds>(
+             std::chrono::system_clock::now().time_since_epoch())
+      .count();
+}
+
+void Redirect(const char* path, int flags, int descriptor) {
+  const int opened = open(path, flags, 0600);
+  if (opened < 0 || dup2(opened, descriptor) < 0) {
+    _exit(kCannotStart);
+  }
+  close(opened);
+}
+
+[[noreturn]] void BecomeProgram(const std::string& executable, std::vector<char*>* words,
+                                const std::string& current_folder, const std::string& output,
+                                const std::string& errors) {
+  Redirect("/dev/null", O_RDONLY, STDIN_FILENO);
+  Redirect(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
+  Redirect(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+  if (chdir(current_folder.c_str()) == 0) {
+    setenv("LC_ALL", "C", 1);
+    execv(executable.c_str(), words->data());
+  }
+  _exit(kCannotStart);
+}
+
+int WaitForEnd(pid_t process, int limit_seconds) {
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(limit_seconds);
+  for (;;) {
+    int status = 0;
+    const pid_t ended = waitpid(process, &status, WNOHANG);
+    if (ended == process) {
+      return WIFEXITED(status) ? WEXITSTATUS(status) : kSignalBase + WTERMSIG(status);
+    }
+    if (ended < 0 && errno != EINTR) {
+      throw std::runtime_error("test set-up: cannot wait for the program");
+    }
+    if (std::chrono::steady_clock::now() > limit) {
+      kill(process, SIGKILL);
+      waitpid(process, &status, 0);
+      return -1;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+}
+
+std::string MakeTemporaryFolder() {
+  const std::string base = std::filesystem::canonical(std::filesystem::temp_directory_path());
+  std::string pattern = base + "/whole_run_XXXXXX";
+  if (mkdtemp(pattern.data()) == nullptr) {
+    throw std::runtime_error("test set-up: cannot make a folder in " + base);
+  }
+  return pattern;
+}
+
+}  // namespace
+
+ProgramResult RunProgram(const std::string& executable, const std::vector<std::string>& arguments,
+                         const std::string& current_folder, int limit_seconds) {
+  const std::string place = MakeTemporaryFolder();
+  const std::string output = place + "/output";
+  const std::string errors = place + "/errors";
+  std::vector<std::string> texts{executable};
+  texts.insert(texts.end(), arguments.begin(), arguments.end());
+  std::vector<char*> words;
+  for (std::string& text : texts) {
+    words.push_back(text.data());
+  }
+  words.push_back(nullptr);
+  const pid_t process = fork();
+  if (process == 0) {
+    BecomeProgram(executable, &words, current_folder, output, errors);
+  }
+  if (process < 0) {
+    throw std::runtime_error("test set-up: cannot start a process");
+  }
+  ProgramResult result;
+  result.status = WaitForEnd(process, limit_seconds);
+  result.output = ReadWholeFile(output);
+  result.errors = ReadWholeFile(errors);
+  std::filesystem::remove_all(place);
+  return result;
+}
+
+Scene::Scene(const std::string& executable_name)
+    : executable_name_(executable_name), root_(MakeTemporaryFolder()) {
+  MakeFolders(program_folder());
+  MakeFolders(work());
+  std::filesystem::copy_file(MORVEX_CLI, program_folder() + "/" + executable_name_);
+}
+
+Scene::~Scene() {
+  if (!keep_) {
+    std::error_code ignored;
+    std::filesystem::remove_all(root_, ignored);
+  }
+}
+
+void Scene::Write(const std::string& name, std::string_view bytes) const {
+  MakeFolders(ParentPath(At(name)));
+  WriteWholeFile(At(name), bytes);
+  SetModified(At(name), NowNs() - kUsualAgeSeconds * kNanoseconds);
+}
+
+bool Scene::Exists(const std::string& name) const {
+  return std::filesystem::exists(std::filesystem::symlink_status(At(name)));
+}
+
+std::vector<std::string> Scene::ProgramFolderNames() const {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(program_folder())) {
+    if (entry.path().filename() != executable_name_) {
+      names.push_back(entry.path().filename());
+    }
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::string Scene::RunLog() const {
+  const std::string path = program_folder() + "/Morvex.log";
+  return std::filesystem::exists(path) ? ReadWholeFile(path) : std::string();
+}
+
+ProgramResult Scene::Run(const std::vector<std::string>& arguments) const {
+  return RunProgram(program_folder() + "/" + executable_name_, arguments, work(), kLimitSeconds);
+}
+
+RunInput Scene::Input(const std::string& settings_name) const {
+  RunInput input;
+  input.disk = Disk::Snapshot(work());
+  input.current_folder = work();
+  input.settings_bytes = Read(settings_name);
+  input.settings_path = At(settings_name);
+  input.executable_name = executable_name_;
+  input.armed_ns = NowNs();
+  return input;
+}
+
+std::string UsualSettings(const std::string& source, const std::string& target,
+                          const std::string& list) {
+  return source + "\r\n" + target + "\r\n" + list + "\r\nlog=1\r\nsep=|\r\njok=*\r\n1.txt\r\n";
+}
+
+}  // namespace morvex::whole_run

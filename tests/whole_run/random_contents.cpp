@@ -1,0 +1,98 @@
+// File contents for a given list. A left text is planted with its jokers filled in, so that spans
+// open and close at many distances, and sometimes broken off, so that attempts fail late.
+
+#include <algorithm>
+
+#include "random_list.h"
+
+namespace morvex::whole_run {
+namespace {
+
+// Stands for "nothing to see here": no alphabet holds it.
+constexpr char kFiller = '-';
+
+std::string LineBreaksFor(const std::string& text) {
+  std::string result = text;
+  for (std::size_t at = result.find("[CRLF]"); at != std::string::npos;
+       at = result.find("[CRLF]")) {
+    result.replace(at, 6, "\r\n");
+  }
+  return result;
+}
+
+// A left text as it might stand in a file, each joker filled with `span` or kept.
+std::string Planted(const RandomList& list, const std::string& span, RandomSource* random) {
+  if (list.rows.empty()) {
+    return random->Text(list.alphabet, 0, 6);
+  }
+  const std::string left = LineBreaksFor(random->Pick(list.rows).left);
+  std::string text;
+  for (const char letter : left) {
+    const bool is_joker = list.joker != 0 && letter == static_cast<char>(list.joker);
+    if (is_joker && !random->OneIn(5)) {
+      text += span;
+    } else {
+      text += letter;
+    }
+  }
+  if (random->OneIn(6) && !text.empty()) {
+    text.pop_back();
+  }
+  return text;
+}
+
+std::string OddPiece(const RandomList& list, RandomSource* random) {
+  const std::vector<std::string> pieces{std::string(1, '\0'), "\xFF", "\r\n", "\n", "\r", "[CRLF]",
+                                        std::string(3, '\0'), "*",    "?",    "-"};
+  if (list.joker != 0 && random->OneIn(3)) {
+    return std::string(1, static_cast<char>(list.joker));
+  }
+  return random->Pick(pieces);
+}
+
+void Overlay(std::size_t at, const std::string& text, std::string* bytes) {
+  for (std::size_t i = 0; i < text.size() && at + i < bytes->size(); ++i) {
+    (*bytes)[at + i] = text[i];
+  }
+}
+
+}  // namespace
+
+std::string RandomContents(const RandomList& list, std::size_t size, RandomSource* random) {
+  std::string bytes;
+  while (bytes.size() < size) {
+    const std::size_t kind = random->Below(100);
+    if (kind < 45) {
+      bytes += random->Text(list.alphabet, 1, 4);
+    } else if (kind < 85) {
+      const std::string span = random->Text(list.alphabet, 0, 12);
+      bytes += Planted(list, span, random);
+    } else {
+      bytes += OddPiece(list, random);
+    }
+  }
+  return bytes;
+}
+
+std::string ContentsAcrossBorder(const RandomList& list, std::size_t border, RandomSource* random) {
+  const std::size_t size = border - 40 + random->Below(200);
+  std::string bytes(size, kFiller);
+  std::vector<std::size_t> places{border, border / 2, border / 16 * 5, border - 4096, 4096, size};
+  for (const std::size_t place : places) {
+    const std::size_t back = random->Below(24);
+    std::string island = RandomContents(list, random->Between(1, 40), random);
+    // Mostly closed by a NUL, which ends whatever span the island left open.
+    if (!random->OneIn(4)) {
+      island += '\0';
+    }
+    Overlay(place - std::min(place, back), island, &bytes);
+  }
+  // One span that is about as long as a span can be.
+  if (random->OneIn(2)) {
+    const std::string span(random->Between(32740, 32775), kFiller);
+    Overlay(random->Between(1, 200), Planted(list, span, random), &bytes);
+  }
+  return bytes;
+}
+
+}  // namespace morvex::whole_run

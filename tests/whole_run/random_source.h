@@ -1,0 +1,44 @@
+// Random choices that come out the same on every system: the engine is fixed by its name, and the
+// distributions are made here by hand.
+
+#ifndef MORVEX_TESTS_WHOLE_RUN_RANDOM_SOURCE_H_
+#define MORVEX_TESTS_WHOLE_RUN_RANDOM_SOURCE_H_
+
+#include <cstdint>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace morvex::whole_run {
+
+// Call it once per statement: the order of two calls in one expression is the compiler's choice.
+class RandomSource {
+ public:
+  explicit RandomSource(std::uint64_t seed) : engine_(seed) {}
+
+  // 0 to count - 1; `count` is at least 1.
+  std::size_t Below(std::size_t count) { return static_cast<std::size_t>(engine_() % count); }
+  std::size_t Between(std::size_t low, std::size_t high) { return low + Below(high - low + 1); }
+  bool OneIn(std::size_t count) { return Below(count) == 0; }
+  bool Percent(std::size_t chance) { return Below(100) < chance; }
+
+  template <typename T>
+  const T& Pick(const std::vector<T>& choices) {
+    return choices[Below(choices.size())];
+  }
+  char Letter(const std::string& alphabet) { return alphabet[Below(alphabet.size())]; }
+  std::string Text(const std::string& alphabet, std::size_t low, std::size_t high) {
+    std::string text;
+    for (std::size_t left = Between(low, high); left > 0; --left) {
+      text += Letter(alphabet);
+    }
+    return text;
+  }
+
+ private:
+  std::mt19937_64 engine_;
+};
+
+}  // namespace morvex::whole_run
+
+#endif  // MORVEX_TESTS_WHOLE_RUN_RANDOM_SOURCE_H_

@@ -1,0 +1,91 @@
+#include "ui/console/console_user.h"
+
+#include <algorithm>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+#include "core/run/main_window_events.h"
+#include "ui/console/console_text.h"
+
+namespace morvex {
+namespace {
+
+constexpr std::chrono::milliseconds kProgressInterval{100};
+constexpr std::chrono::milliseconds kLongestSleep{15};
+
+}  // namespace
+
+ConsoleUser::ConsoleUser(ConsoleStreams streams) : streams_(std::move(streams)) {}
+
+Answer ConsoleUser::ShowMessage(const std::string& text, MessageButtons buttons,
+                                MessageIcon /*icon*/) {
+  ClearProgress();
+  streams_.error << Printable(text);
+  switch (buttons) {
+    case MessageButtons::kYesNo:
+      return AskYes(" [y/N] ") ? Answer::kYes : Answer::kNo;
+    case MessageButtons::kOkCancel:
+      return AskYes(" [y/N] ") ? Answer::kOk : Answer::kCancel;
+    case MessageButtons::kOk:
+      break;
+  }
+  streams_.error << "\n" << std::flush;
+  return Answer::kOk;
+}
+
+FileChoice ConsoleUser::ChooseFileToOpen(const FileDialog& /*dialog*/) {
+  return {kDialogCancelled, ""};
+}
+
+FileChoice ConsoleUser::ChooseFileToSave(const FileDialog& /*dialog*/) {
+  return {kDialogCancelled, ""};
+}
+
+void ConsoleUser::HandlePendingEvents() {
+  if (program_ == nullptr) return;
+  if (!interrupted_ && streams_.stop_requested && streams_.stop_requested()) {
+    interrupted_ = true;
+    cmdExit_Click(*program_);
+  }
+  ShowProgressLine();
+}
+
+void ConsoleUser::WaitForEvents(std::chrono::milliseconds longest) {
+  std::this_thread::sleep_for(std::min(longest, kLongestSleep));
+  HandlePendingEvents();
+}
+
+void ConsoleUser::ClearProgress() {
+  if (shown_length_ == 0) return;
+  streams_.error << '\r' << std::string(shown_length_, ' ') << '\r' << std::flush;
+  shown_length_ = 0;
+}
+
+void ConsoleUser::ShowProgressLine() {
+  if (!streams_.error_is_terminal || !program_->run.working) return;
+  const std::chrono::milliseconds now = program_->host.system.SteadyTime();
+  if (now - last_shown_ < kProgressInterval) return;
+  last_shown_ = now;
+  std::string line = ProgressLine(*program_);
+  // The last column stays free: a terminal would break the line behind it.
+  const int columns = streams_.columns ? streams_.columns() : 0;
+  if (columns > 1) line.resize(std::min(line.size(), static_cast<std::size_t>(columns - 1)));
+  const std::size_t length = line.size();
+  line.append(shown_length_ - std::min(shown_length_, length), ' ');
+  streams_.error << '\r' << line << std::flush;
+  shown_length_ = std::max(shown_length_, length);
+}
+
+bool ConsoleUser::AskYes(const char* choices) {
+  if (!streams_.input_is_terminal) {
+    streams_.error << "\n" << std::flush;
+    return false;
+  }
+  streams_.error << choices << std::flush;
+  std::string answer;
+  std::getline(streams_.input, answer);
+  return answer == "y" || answer == "Y" || answer == "yes" || answer == "Yes";
+}
+
+}  // namespace morvex
