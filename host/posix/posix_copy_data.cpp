@@ -42,7 +42,7 @@ class DataCopier {
   Result<std::size_t> CopyThroughMemory(std::uint64_t at, std::uint64_t end);
   // The piece's size, or -1 with an error code.
   ssize_t CopyInKernel(std::uint64_t at, std::uint64_t end) const;
-  // Gives the copy the length that a hole at the end would leave out.
+  // Adds the hole at the source's end, which no copied byte has reached, to the copy.
   ErrorNumber SetLength(std::uint64_t size) const;
 
   const int from_;
@@ -134,6 +134,7 @@ ErrorNumber DataCopier::CopyAroundHoles(std::uint64_t size) {
 }
 
 ErrorNumber DataCopier::SetLength(std::uint64_t size) const {
+  if (ended_) return ErrorNumber::kNone;
   struct stat now {};
   if (fstat(from_, &now) != 0) return LastError(Missing::kFile);
   const std::uint64_t end = std::min(size, static_cast<std::uint64_t>(now.st_size));

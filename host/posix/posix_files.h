@@ -23,7 +23,7 @@ class PosixFileService : public FileService {
   ErrorNumber CreateFolder(const std::string& path) override;
 
   // Copying stops at the size that the source has at the start, or earlier when it shrinks.
-  // A thing at `to` that is no file, or a link to one, is never replaced (75).
+  // Nothing but a file, a link to one or a link to nothing is ever replaced at `to` (75).
   ErrorNumber CopyFile(const std::string& from, const std::string& to,
                        const KeepGoing& keep_going) override;
   ErrorNumber MoveFile(const std::string& from, const std::string& to,

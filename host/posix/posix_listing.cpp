@@ -8,7 +8,6 @@
 
 #include <cerrno>
 #include <memory>
-#include <optional>
 #include <string_view>
 
 #include "host/posix/posix_errors.h"
@@ -32,12 +31,6 @@ std::optional<EntryKind> KindOfMode(mode_t mode) {
 // unknown whether a file is being lost.
 bool LeadsNowhere(int code) { return code != EIO && code != ENOMEM; }
 
-// One name under examination: `kind` stays empty when it is to be left out.
-struct Examined {
-  std::optional<EntryKind> kind;
-  bool is_link = false;
-};
-
 Result<Examined> ExamineLink(int folder, const char* name) {
   Examined examined;
   examined.is_link = true;
@@ -60,22 +53,22 @@ Result<Examined> ExamineUnknown(int folder, const char* name) {
   return Examined{KindOfMode(status.st_mode), false};
 }
 
-Result<Examined> Examine(int folder, const dirent& entry) {
-  switch (entry.d_type) {
+}  // namespace
+
+Result<Examined> ExamineEntry(int folder, const char* name, unsigned char type) {
+  switch (type) {
     case DT_REG:
       return Examined{EntryKind::kFile, false};
     case DT_DIR:
       return Examined{EntryKind::kFolder, false};
     case DT_LNK:
-      return ExamineLink(folder, entry.d_name);
+      return ExamineLink(folder, name);
     case DT_UNKNOWN:
-      return ExamineUnknown(folder, entry.d_name);
+      return ExamineUnknown(folder, name);
     default:
       return Examined{};
   }
 }
-
-}  // namespace
 
 Result<std::vector<FolderEntry>> ReadFolder(const std::string& path) {
   const FolderHandle folder(opendir(path.c_str()));
@@ -87,7 +80,8 @@ Result<std::vector<FolderEntry>> ReadFolder(const std::string& path) {
     if (entry == nullptr) break;
     const std::string_view name = entry->d_name;
     if (name == "." || name == "..") continue;
-    const Result<Examined> examined = Examine(dirfd(folder.get()), *entry);
+    const Result<Examined> examined =
+        ExamineEntry(dirfd(folder.get()), entry->d_name, entry->d_type);
     if (!examined) return examined.error;
     if (!examined.value.kind) continue;
     entries.push_back({std::string(name), *examined.value.kind, examined.value.is_link});

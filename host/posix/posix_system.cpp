@@ -34,15 +34,9 @@ bool IsThere(const std::string& path) {
   return stat(path.c_str(), &status) == 0;
 }
 
-// The path of the running executable. One that was exchanged while it runs is shown by the system
-// with a mark behind its name.
 std::string OwnPath(const char* name) {
-  constexpr std::string_view kGone = " (deleted)";
   const Result<std::string> link = posix::ReadLink("/proc/self/exe");
-  if (!link || link.value.empty()) return posix::ProgramPathFromName(name);
-  std::string path = link.value;
-  if (!IsThere(path) && path.ends_with(kGone)) path.resize(path.size() - kGone.size());
-  return path;
+  return link ? posix::ProgramPathFromLink(link.value) : posix::ProgramPathFromName(name);
 }
 
 std::string WithoutExtension(std::string name) {
@@ -90,6 +84,12 @@ tm LocalNow() {
 }  // namespace
 
 namespace posix {
+
+std::string ProgramPathFromLink(const std::string& shown) {
+  constexpr std::string_view kMark = " (deleted)";
+  if (!shown.ends_with(kMark) || IsThere(shown)) return shown;
+  return shown.substr(0, shown.size() - kMark.size());
+}
 
 std::string ProgramPathFromName(const std::string& name) {
   if (name.empty()) return "/";

@@ -26,6 +26,8 @@ class PosixSystemService : public SystemService {
   std::string CommandLineText() override { return command_line_; }
   std::string EnvironmentEntry(int index) override;
 
+  // The file system's stamps follow a coarser clock: that of a file written right after this call
+  // can lie a few milliseconds before it.
   WallTime Now() override;
   TimeOfDay LocalTimeOfDay() override;
   std::string ShortDate() override;
@@ -47,6 +49,10 @@ class PosixSystemService : public SystemService {
 };
 
 namespace posix {
+
+// The running program's path out of what the system shows for it: one that was deleted or exchanged
+// since it started is shown with a mark behind its name.
+std::string ProgramPathFromLink(const std::string& shown);
 
 // Where the program that was started as `name` lies, for a system that does not say so itself: a
 // name with a separator is a path, any other is looked for in the folders of PATH. The current
