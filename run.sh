@@ -54,7 +54,7 @@ chmod -R u+w "$work"
 settings >"$work/settings.dat"
 
 echo
-echo '== The run: morvex-cli -if settings.dat'
+echo '== A copy of examples/case, with examples/replacements.txt: morvex-cli -if settings.dat'
 (cd "$work" && ./morvex-cli -if settings.dat)
 
 echo

@@ -124,11 +124,12 @@ void FolderModel::HandleFile(const std::string& folder, const std::string& name,
     const CopyError error =
         processed.made ? Copy(path, target + "/" + name, std::move(copy)) : CopyError::kOther;
     if (error != CopyError::kNone) {
+      ++left_out_;
       LogFailedCopy(path, processed, error);
       return;
     }
   } else {
-    Copy(path, target + "/" + name, source);
+    left_out_ += Copy(path, target + "/" + name, source) == CopyError::kNone ? 0 : 1;
     ++files_skipped_;
   }
   total_files_caption_ =
@@ -155,12 +156,18 @@ void FolderModel::Walk(const std::string& source, const std::string& target) {
   const std::vector<std::string> listing = disk_.Find(source)->listing;
   for (const std::string& folder_name : listing) {
     const std::string folder = source + "/" + folder_name;
-    if (!disk_.IsFolder(folder) || folder == target_root_) {
+    if (!disk_.IsFolder(folder)) {
+      continue;
+    }
+    if (folder == target_root_) {
+      ++left_out_;
       continue;
     }
     const std::string folder_target = target + "/" + folder_name;
     disk_.MakeFolder(folder_target);
+    left_out_ += disk_.IsFolder(folder_target) ? 0 : 1;
     if (IsLeftOut(folder) || IsLeftOut(target)) {
+      ++left_out_;
       continue;
     }
     const std::vector<std::string> names = disk_.Find(folder)->listing;

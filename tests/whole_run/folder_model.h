@@ -39,6 +39,8 @@ class FolderModel {
   const std::vector<LogLine>& log() const { return log_; }
   std::int64_t files_done() const { return files_done_; }
   std::int64_t files_skipped() const { return files_skipped_; }
+  // Files and folders that did not go to the target, by a rule or for an error.
+  std::int64_t left_out() const { return left_out_; }
   std::int64_t hits_total() const { return hits_total_; }
   std::int64_t bytes_total() const { return bytes_total_; }
   const std::string& total_files_caption() const { return total_files_caption_; }
@@ -63,6 +65,7 @@ class FolderModel {
   std::vector<LogLine> log_;
   std::int64_t files_done_ = 0;
   std::int64_t files_skipped_ = 0;
+  std::int64_t left_out_ = 0;
   std::int64_t hits_total_ = 0;
   std::int64_t bytes_total_ = 0;
   std::string total_files_caption_;

@@ -1,9 +1,10 @@
-// Processes and temporary folders. The program is started by fork and exec; its output goes to two
-// files, so no pipe can fill up and stop it.
+// Processes and temporary folders. The program's output goes to two files, so no pipe can fill
+// up and stop it.
 
 #include "program_run.h"
 
 #include <fcntl.h>
+#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,12 +16,12 @@
 #include <filesystem>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace morvex::whole_run {
 namespace {
 
 constexpr int kLimitSeconds = 120;
-constexpr int kCannotStart = 127;
 constexpr int kSignalBase = 128;
 // A file is dated this long before now unless a test says otherwise.
 constexpr std::int64_t kUsualAgeSeconds = 3600;
@@ -32,25 +33,48 @@ std::int64_t NowNs() {
       .count();
 }
 
-void Redirect(const char* path, int flags, int descriptor) {
-  const int opened = open(path, flags, 0600);
-  if (opened < 0 || dup2(opened, descriptor) < 0) {
-    _exit(kCannotStart);
+// Pointers to the texts, closed by a null pointer.
+std::vector<char*> Pointers(std::vector<std::string>* texts) {
+  std::vector<char*> pointers;
+  for (std::string& text : *texts) {
+    pointers.push_back(text.data());
   }
-  close(opened);
+  pointers.push_back(nullptr);
+  return pointers;
 }
 
-[[noreturn]] void BecomeProgram(const std::string& executable, std::vector<char*>* words,
-                                const std::string& current_folder, const std::string& output,
-                                const std::string& errors) {
-  Redirect("/dev/null", O_RDONLY, STDIN_FILENO);
-  Redirect(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
-  Redirect(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
-  if (chdir(current_folder.c_str()) == 0) {
-    setenv("LC_ALL", "C", 1);
-    execv(executable.c_str(), words->data());
+// The environment of this process with LC_ALL set to C, as pointers into `texts`.
+std::vector<char*> PlainEnvironment(std::vector<std::string>* texts) {
+  const std::string locale = "LC_ALL=";
+  texts->push_back(locale + "C");
+  for (char** entry = environ; *entry != nullptr; ++entry) {
+    if (std::string(*entry).compare(0, locale.size(), locale) != 0) {
+      texts->emplace_back(*entry);
+    }
   }
-  _exit(kCannotStart);
+  return Pointers(texts);
+}
+
+pid_t Start(std::vector<std::string> words, const std::string& current_folder,
+            const std::string& output, const std::string& errors) {
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  const int flags = O_WRONLY | O_CREAT | O_TRUNC;
+  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), flags, 0600);
+  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), flags, 0600);
+  posix_spawn_file_actions_addchdir_np(&actions, current_folder.c_str());
+  std::vector<std::string> environment;
+  const std::vector<char*> entries = PlainEnvironment(&environment);
+  const std::vector<char*> arguments = Pointers(&words);
+  pid_t process = -1;
+  const int failed =
+      posix_spawn(&process, arguments[0], &actions, nullptr, arguments.data(), entries.data());
+  posix_spawn_file_actions_destroy(&actions);
+  if (failed != 0) {
+    throw std::runtime_error("test set-up: cannot start " + words[0]);
+  }
+  return process;
 }
 
 int WaitForEnd(pid_t process, int limit_seconds) {
@@ -73,6 +97,12 @@ int WaitForEnd(pid_t process, int limit_seconds) {
   }
 }
 
+// The program to test: the one that was built with these tests, or the one that MORVEX_CLI names.
+std::string BuiltProgram() {
+  const char* named = std::getenv("MORVEX_CLI");
+  return named == nullptr ? MORVEX_CLI : named;
+}
+
 std::string MakeTemporaryFolder() {
   const std::string base = std::filesystem::canonical(std::filesystem::temp_directory_path());
   std::string pattern = base + "/whole_run_XXXXXX";
@@ -89,20 +119,9 @@ ProgramResult RunProgram(const std::string& executable, const std::vector<std::s
   const std::string place = MakeTemporaryFolder();
   const std::string output = place + "/output";
   const std::string errors = place + "/errors";
-  std::vector<std::string> texts{executable};
-  texts.insert(texts.end(), arguments.begin(), arguments.end());
-  std::vector<char*> words;
-  for (std::string& text : texts) {
-    words.push_back(text.data());
-  }
-  words.push_back(nullptr);
-  const pid_t process = fork();
-  if (process == 0) {
-    BecomeProgram(executable, &words, current_folder, output, errors);
-  }
-  if (process < 0) {
-    throw std::runtime_error("test set-up: cannot start a process");
-  }
+  std::vector<std::string> words{executable};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  const pid_t process = Start(std::move(words), current_folder, output, errors);
   ProgramResult result;
   result.status = WaitForEnd(process, limit_seconds);
   result.output = ReadWholeFile(output);
@@ -115,7 +134,7 @@ Scene::Scene(const std::string& executable_name)
     : executable_name_(executable_name), root_(MakeTemporaryFolder()) {
   MakeFolders(program_folder());
   MakeFolders(work());
-  std::filesystem::copy_file(MORVEX_CLI, program_folder() + "/" + executable_name_);
+  std::filesystem::copy_file(BuiltProgram(), program_folder() + "/" + executable_name_);
 }
 
 Scene::~Scene() {

@@ -69,13 +69,13 @@ Entry MakeFolderEntry(const std::string& name) {
   return entry;
 }
 
-bool HasEntry(const RandomCase& made, const std::string& name) {
+const Entry* FindEntry(const RandomCase& made, const std::string& name) {
   for (const Entry& entry : made.entries) {
     if (entry.name == name) {
-      return true;
+      return &entry;
     }
   }
-  return false;
+  return nullptr;
 }
 
 // The temporary file's name is no source for a single-file run.
@@ -102,11 +102,11 @@ void ChooseSourceAndTarget(Plan* plan, RandomSource* random) {
 // What a target holds already: files of the same names as the copies, folders where a file is to
 // go, files where a folder is to go, and things that have nothing to do with the run.
 void AddStaleTarget(const Plan& plan, RandomSource* random, RandomCase* made) {
-  if (!HasEntry(*made, plan.target)) {
+  if (FindEntry(*made, plan.target) == nullptr) {
     made->entries.push_back(MakeFolderEntry(plan.target));
   }
   if (plan.kind == Kind::kTargetInside) {
-    if (!HasEntry(*made, plan.target + "/stale.txt")) {
+    if (FindEntry(*made, plan.target + "/stale.txt") == nullptr) {
       made->entries.push_back(MakeEntry(plan.target + "/stale.txt", "aab stale", random));
     }
     return;
@@ -119,7 +119,8 @@ void AddStaleTarget(const Plan& plan, RandomSource* random, RandomCase* made) {
     }
     const std::string name = plan.target + source.name.substr(plan.source.size());
     const std::string parent = name.substr(0, name.rfind('/'));
-    if (!HasEntry(*made, parent) || HasEntry(*made, name)) {
+    const Entry* parent_entry = FindEntry(*made, parent);
+    if (parent_entry == nullptr || !parent_entry->is_folder || FindEntry(*made, name) != nullptr) {
       continue;
     }
     const bool as_folder = source.is_folder != random->OneIn(6);

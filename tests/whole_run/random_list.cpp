@@ -55,7 +55,7 @@ std::string RandomLeft(const RandomList& list, RandomSource* random) {
   const std::string joker = JokerText(list);
   const std::string prefix = random->Text(list.alphabet, 1, 3);
   const std::string tail = random->Text(list.alphabet, 1, 4);
-  switch (random->Below(14)) {
+  switch (random->Below(16)) {
     case 0:
       return joker + tail;
     case 1:
@@ -77,6 +77,10 @@ std::string RandomLeft(const RandomList& list, RandomSource* random) {
     case 9:
     case 10:
       return prefix + joker + tail;
+    case 11:
+    case 12:
+      // The tail stands in front of the joker already.
+      return prefix + tail + joker + tail;
     default:
       return random->Text(list.alphabet, 1, 5);
   }

@@ -137,8 +137,8 @@ void AddRandomTree(const std::string& folder, std::size_t depth, const RandomLis
 
 std::string RandomExtensionLines(RandomSource* random) {
   const std::vector<std::string> entries{
-      ".txt", ".TXT", ".doc", ".html", ".h",  ".tar.gz", ".", "r.gz", "icle",     "txt",
-      ".enc", ".cle", ".exe", ".log",  "a.b", "h",       "",  "oext", ".doc.txt", ".b"};
+      ".txt", ".TXT", ".doc", ".html", ".h", ".tar.gz", ".",    "r.gz",     "icle", "txt", ".enc",
+      ".cle", ".exe", ".log", "a.b",   "h",  "",        "oext", ".doc.txt", ".b",   "cle"};
   std::string lines = random->OneIn(6) ? "" : "1.txt\r\n";
   for (std::size_t left = random->Below(8); left > 0; --left) {
     const std::vector<std::string> marks{"1", "1", "1", "0", "x", "2"};

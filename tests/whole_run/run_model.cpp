@@ -55,6 +55,12 @@ void RunFolder(const RunInput& input, const Settings& settings, FolderModel* fil
                RunOutcome* outcome) {
   const std::string source = LookedUpPath(settings.source, input.current_folder);
   const std::string target = LookedUpPath(settings.target, input.current_folder);
+  if (source.empty()) {
+    // Nothing can be looked up, neither the folder nor its drive, so there is no progress scale.
+    outcome->messages = "Errors occurred.\nProgramm will be terminated.";
+    outcome->exit_status = 1;
+    return;
+  }
   files->HandleTopFiles(source, target);
   files->Walk(source, target);
   outcome->captions[0] = files->total_files_caption();
@@ -88,6 +94,8 @@ RunOutcome PredictRun(const RunInput& input) {
   } else {
     RunFolder(input, settings, &files, &outcome);
   }
+  outcome.occasion_for_remarks =
+      outcome.exit_status != 0 || files.left_out() > 0 || files.hits_total() == 0;
   outcome.disk = files.disk();
   outcome.log = files.log();
   return outcome;

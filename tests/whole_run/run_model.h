@@ -48,6 +48,10 @@ struct RunOutcome {
   std::array<std::string, 3> captions;
   // What the message boxes say, line breaks as LF; empty when there was none.
   std::string messages;
+  // Whether the run gives occasion for remarks of the console's own behind the message boxes: it
+  // failed, it left something out, or it replaced nothing. A run that did all that can be meant by
+  // its settings is silent.
+  bool occasion_for_remarks = false;
   int exit_status = 0;
 };
 

@@ -15,7 +15,7 @@ namespace morvex::whole_run {
 namespace {
 
 constexpr std::uint64_t kBlocks = 24;
-constexpr std::uint64_t kSeedsPerBlock = 12;
+constexpr std::uint64_t kSeedsPerBlock = 20;
 
 void WriteEntries(const Scene& scene, const RandomCase& made) {
   for (const Entry& entry : made.entries) {
