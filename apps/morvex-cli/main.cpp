@@ -55,18 +55,9 @@ int ReportSettingsFile(const Program& program) {
   if (program.settings.init_file_error == ErrorNumber::kNone) {
     std::cerr << Printable(MissingInitFileText(path)) << "\n";
   } else {
-    const ErrorNumber error = program.settings.init_file_error;
-    std::cerr << Printable(path) << ": Error " << static_cast<int>(error) << ": "
-              << ErrorText(error) << "\n";
+    std::cerr << Printable(path) << ": " << ErrorLine(program.settings.init_file_error) << "\n";
   }
   return kNotDone;
-}
-
-bool HasUsableRow(const Program& program) {
-  for (const std::string& left : program.tables.LeftTexts) {
-    if (!left.empty()) return true;
-  }
-  return false;
 }
 
 int RunFromSettingsFile(Program& program, ConsoleUser& user) {
@@ -74,13 +65,12 @@ int RunFromSettingsFile(Program& program, ConsoleUser& user) {
   user.ClearProgress();
   if (!program.settings.AutoRunFromInitFile) return ReportSettingsFile(program);
   std::cout << ResultLines(program) << std::flush;
-  std::cerr << FailureLines(program);
-  if (program.run.end == RunEnd::kFinished && !HasUsableRow(program)) {
-    std::cerr << "The replacement list has no row to replace with: nothing was anonymised.\n";
-  }
   if (user.interrupted()) {
-    std::cerr << "Interrupted: the run was stopped and the target is not complete.\n";
+    std::cerr << (program.run.end == RunEnd::kNone
+                      ? "Interrupted before the run began.\n"
+                      : "Interrupted: the run was stopped, the target is not complete.\n");
   }
+  std::cerr << RunNotes(program);
   return ExitStatus(program);
 }
 
@@ -88,8 +78,8 @@ int Main(int argc, char** argv) {
   PosixSystemService system(argc, argv);
   PosixFileService files;
   InstallStopSignals();
-  ConsoleUser user({std::cin, std::cout, std::cerr, IsTerminal(kStandardInput),
-                    IsTerminal(kStandardError), TerminalColumns, StopRequested});
+  ConsoleUser user({std::cin, std::cerr, IsTerminal(kStandardInput), IsTerminal(kStandardError),
+                    TerminalColumns, StopRequested});
   Program program({files, system, user});
   user.Attach(program);
 

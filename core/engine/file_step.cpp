@@ -1,5 +1,7 @@
 #include "core/engine/file_step.h"
 
+#include "core/engine/failures.h"
+#include "core/engine/process_file.h"
 #include "core/engine/progress.h"
 #include "core/program/paths.h"
 
@@ -13,41 +15,45 @@ KeepGoing UntilStopped(Program& program) {
   };
 }
 
-// The same file under another name, or through a link.
-bool IsSameFile(const Program& program, const std::string& source, const std::string& target) {
-  const Result<FileInfo> source_info = program.host.files.LookUpFile(source);
-  const Result<FileInfo> target_info = program.host.files.LookUpFile(target);
-  return source_info && target_info && source_info.value.identity == target_info.value.identity;
+// A stop request cuts the file short: what there is of it still reaches the target.
+CopyResult DeliverAtStop(Program& program, const std::string& temporary, const std::string& target,
+                         TemporaryAtStop at_stop) {
+  FileService& files = program.host.files;
+  const bool stays = at_stop == TemporaryAtStop::kStays;
+  const ErrorNumber error =
+      stays ? files.CopyFile(temporary, target, {}) : files.MoveFile(temporary, target, {});
+  if (!stays && error != ErrorNumber::kNone) files.DeleteFile(temporary);
+  if (error == ErrorNumber::kNone) program.run.cut_short = target;
+  if (stays) program.run.left_temporary = temporary;
+  return {CopyEnd::kStopped, error, target};
 }
 
-ProcessResult ProcessSelected(Program& program, const std::string& name,
-                              const std::string& folder) {
-  ++program.run.FilesDone;
-  program.run.Hits_Per_File = 0;
-  const ErrorNumber left_over = DeleteLeftOver(program, folder);
-  if (left_over != ErrorNumber::kNone) return {ProcessEnd::kFailed, left_over};
-  return ProcessFile(program, name, folder);
+CopyResult Deliver(Program& program, const std::string& temporary, const std::string& target) {
+  FileService& files = program.host.files;
+  const ErrorNumber error = files.MoveFile(temporary, target, UntilStopped(program));
+  if (error == ErrorNumber::kNone) return {CopyEnd::kCopied, error, ""};
+  if (program.Beeindigd) {
+    program.run.left_temporary = temporary;
+    return {CopyEnd::kStopped, error, target};
+  }
+  files.DeleteFile(temporary);
+  return {CopyEnd::kFailed, error, target};
 }
 
-StepEnd CopyProcessed(Program& program, const std::string& folder, const std::string& name,
-                      const std::string& path, const std::string& target) {
-  const ProcessResult result = ProcessSelected(program, name, folder);
-  const bool stopped = program.Beeindigd;
-  const ErrorNumber error = DeliverResult(program, result, folder, path, target, stopped);
-  if (stopped || program.Beeindigd) return StepEnd::kStopped;
-  if (result.end == ProcessEnd::kSkipped) {
+// Tells of a copy that failed or was passed over. False when the disk is full, which ends the run.
+bool Report(Program& program, const CopyResult& copy, const std::string& path) {
+  if (copy.end == CopyEnd::kPassedOver) {
     ++program.run.passed_over_files;
-  } else if (error != ErrorNumber::kNone) {
-    CountFailure(program, path, error);
+  } else {
+    CountFailure(program, copy.path, copy.error);
   }
-  if (error == ErrorNumber::kDiskFull) return StepEnd::kDiskFull;
-  if (error != ErrorNumber::kNone) {
-    LogError(program, path, error);
-    return StepEnd::kNotCopied;
+  if (copy.error == ErrorNumber::kDiskFull) {
+    program.Beeindigd = true;
+    program.run.disk_full = true;
+    return false;
   }
-  program.frmMorvex.lblFiles.caption = path;
-  YieldToWindows(program);
-  return StepEnd::kCopied;
+  LogError(program, path, copy.error);
+  return true;
 }
 
 // A copy that fails is not logged: the log tells of the files that were to be processed.
@@ -59,28 +65,35 @@ void CopyUnchanged(Program& program, const std::string& path, const std::string&
 
 }  // namespace
 
-ErrorNumber DeliverResult(Program& program, const ProcessResult& result, const std::string& folder,
-                          const std::string& source, const std::string& target,
-                          bool keep_temporary) {
-  if (result.error != ErrorNumber::kNone) return result.error;
-  FileService& files = program.host.files;
-  const std::string temporary = JoinPath(program, folder, kTemporaryName);
-  ErrorNumber error = ErrorNumber::kNone;
-  if (IsSameFile(program, source, target)) {
-    error = ErrorNumber::kPathFileAccess;
-  } else if (keep_temporary) {
-    error = files.CopyFile(temporary, target, {});
-  } else {
-    error = files.MoveFile(temporary, target, UntilStopped(program));
+CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const std::string& name,
+                             const std::string& target, TemporaryAtStop at_stop) {
+  const std::string source = JoinPath(program, folder, name);
+  const std::string temporary = TemporaryPath(program, folder);
+  const ErrorNumber left_over = DeleteLeftOver(program, folder, name);
+  if (left_over != ErrorNumber::kNone) return {CopyEnd::kFailed, left_over, temporary};
+  const ProcessResult result = ProcessFile(program, name, folder);
+  switch (result.end) {
+    case ProcessEnd::kSkipped:
+      return {CopyEnd::kPassedOver, ErrorNumber::kFileNotFound, source};
+    case ProcessEnd::kFailed:
+      return {CopyEnd::kFailed, result.error, result.path};
+    case ProcessEnd::kProcessed:
+    case ProcessEnd::kStopped:
+      break;
   }
-  if (error != ErrorNumber::kNone && !keep_temporary) files.DeleteFile(temporary);
-  return error;
+  const Result<bool> same = IsSameFile(program, source, target);
+  if (!same || same.value) {
+    program.host.files.DeleteFile(temporary);
+    return {CopyEnd::kFailed, same ? ErrorNumber::kPathFileAccess : same.error, target};
+  }
+  return program.Beeindigd ? DeliverAtStop(program, temporary, target, at_stop)
+                           : Deliver(program, temporary, target);
 }
 
-StepEnd HandleFile(Program& program, const std::string& folder, const std::string& name,
-                   const std::string& target_folder, FolderPassKind pass) {
+bool HandleFile(Program& program, const std::string& folder, const std::string& name,
+                const std::string& target_folder, FolderPassKind pass) {
   const bool selected = IsSelectedExtension(program, name, pass);
-  if (program.Beeindigd) return StepEnd::kStopped;
+  if (program.Beeindigd) return false;
   const std::string target = JoinPath(program, target_folder, name);
   const Result<FileInfo> info = program.host.files.LookUpFile(JoinPath(program, folder, name));
   const std::string path = info ? info.value.path : JoinPath(program, folder, name);
@@ -89,8 +102,14 @@ StepEnd HandleFile(Program& program, const std::string& folder, const std::strin
   if (info) program.run.BytesTotal += static_cast<std::int64_t>(info.value.size);
 
   if (selected) {
-    const StepEnd end = CopyProcessed(program, folder, name, path, target);
-    if (end != StepEnd::kCopied) return end;
+    ++program.run.FilesDone;
+    program.run.Hits_Per_File = 0;
+    const CopyResult copy =
+        MakeProcessedCopy(program, folder, name, target, TemporaryAtStop::kStays);
+    if (program.Beeindigd) return false;
+    if (copy.end != CopyEnd::kCopied) return Report(program, copy, path);
+    program.frmMorvex.lblFiles.caption = path;
+    YieldToWindows(program);
   } else {
     CopyUnchanged(program, path, target);
   }
@@ -98,7 +117,7 @@ StepEnd HandleFile(Program& program, const std::string& folder, const std::strin
   ShowHits(program, program.run.HitsTotal);
   ShowProgress(program, program.run.BytesTotal);
   YieldToWindows(program);
-  return StepEnd::kCopied;
+  return true;
 }
 
 }  // namespace morvex

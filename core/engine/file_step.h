@@ -1,34 +1,41 @@
-// What a folder pass does with one file, and the copying of a processed file that it shares with
+// What a folder pass does with one file, and the making of a processed copy, which it shares with
 // the single-file run.
 #pragma once
 
 #include <string>
 
 #include "core/engine/extension_filter.h"
-#include "core/engine/process_file.h"
 #include "core/program/program.h"
 
 namespace morvex {
 
-enum class StepEnd {
+// How the copy of a selected file came out.
+enum class CopyEnd {
   kCopied,
-  kNotCopied,  // the error is logged; the pass goes on
-  kStopped,    // a stop request: leave the pass at once
-  kDiskFull,   // leave the pass; the run is over
+  kPassedOver,  // a skip rule: the file gets no copy
+  kFailed,
+  kStopped,  // the target may hold a copy that is cut short
 };
 
-// The pass goes on with the next file.
-inline bool GoesOn(StepEnd end) { return end == StepEnd::kCopied || end == StepEnd::kNotCopied; }
+struct CopyResult {
+  CopyEnd end = CopyEnd::kCopied;
+  ErrorNumber error = ErrorNumber::kNone;  // of the copy; kFileNotFound for a file passed over
+  std::string path;                        // of the file that the error is about
+};
+
+// What becomes of the temporary file when a stop request cuts the file short. In every other case
+// it is gone afterwards.
+enum class TemporaryAtStop { kStays, kGoes };
+
+// Processes the file `name` of `folder` and brings the result to the path `target`: whole, or after
+// a stop request as far as it got. A target that is the source file itself is kPathFileAccess.
+CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const std::string& name,
+                             const std::string& target, TemporaryAtStop at_stop);
 
 // Handles the file `name` of `folder`; its copy goes into `target_folder`. Both are full paths.
-StepEnd HandleFile(Program& program, const std::string& folder, const std::string& name,
-                   const std::string& target_folder, FolderPassKind pass);
-
-// Brings the result of ProcessFile to `target` and deletes the temporary file of `folder`, if any
-// is left. `keep_temporary` leaves it where it is. Gives the error of the processing or of the
-// copy.
-ErrorNumber DeliverResult(Program& program, const ProcessResult& result, const std::string& folder,
-                          const std::string& source, const std::string& target,
-                          bool keep_temporary);
+// False when the pass must be left: Beeindigd is then set, by a stop request or because the disk is
+// full.
+bool HandleFile(Program& program, const std::string& folder, const std::string& name,
+                const std::string& target_folder, FolderPassKind pass);
 
 }  // namespace morvex

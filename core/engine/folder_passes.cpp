@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 #include <vector>
 
 #include "core/engine/extension_filter.h"
+#include "core/engine/failures.h"
 #include "core/engine/file_step.h"
 #include "core/engine/progress.h"
 #include "core/engine/tree_rules.h"
@@ -52,19 +54,16 @@ bool FixScale(Program& program, const std::string& source, const std::string& ta
   return true;
 }
 
-// The files of one folder. Gives the end of the step that leaves the pass, if one did.
-StepEnd HandleFiles(Program& program, const std::string& folder,
-                    const std::vector<FolderEntry>& listing, const std::string& target_folder,
-                    FolderPassKind pass) {
+void HandleFiles(Program& program, const std::string& folder,
+                 const std::vector<FolderEntry>& listing, const std::string& target_folder,
+                 FolderPassKind pass) {
   for (const FolderEntry& entry : listing) {
     // A left-over temporary file is no file of the source.
     if (entry.kind != EntryKind::kFile || entry.name == kTemporaryName) continue;
-    const StepEnd end = HandleFile(program, folder, entry.name, target_folder, pass);
-    if (!GoesOn(end)) return end;
+    if (!HandleFile(program, folder, entry.name, target_folder, pass)) return;
     ShowHits(program, program.run.HitsTotal);
     YieldToWindows(program);
   }
-  return StepEnd::kCopied;
 }
 
 bool IsLeftOut(const std::string& folder, const std::string& target_folder) {
@@ -78,10 +77,32 @@ bool IsLeftOut(const std::string& folder, const std::string& target_folder) {
   });
 }
 
+// The two folders that a pass starts from.
+struct OpenedFolders {
+  ErrorNumber error = ErrorNumber::kNone;
+  std::string source;
+  std::string target;
+  std::vector<FolderEntry> listing;  // of the source
+};
+
+OpenedFolders OpenFolders(Program& program, const std::string& source, const std::string& target) {
+  FileService& files = program.host.files;
+  const Result<FolderInfo> source_folder = files.LookUpFolder(source);
+  if (!source_folder) return {source_folder.error, {}, {}, {}};
+  const Result<FolderInfo> target_folder = files.LookUpFolder(target);
+  if (!target_folder) return {target_folder.error, {}, {}, {}};
+  Result<std::vector<FolderEntry>> listing = files.ListFolder(source_folder.value.path);
+  if (!listing) return {listing.error, {}, {}, {}};
+  return {ErrorNumber::kNone, source_folder.value.path, target_folder.value.path,
+          std::move(listing.value)};
+}
+
 class TreeWalk {
  public:
   TreeWalk(Program& program, const std::string& source, const std::string& target)
       : program_(program), rules_(program, source, target) {}
+
+  ErrorNumber error() const { return rules_.error(); }
 
   // The sub-folders that `listing` names, of the folder `source`.
   void SubFolders(const std::string& source, const std::vector<FolderEntry>& listing,
@@ -99,27 +120,31 @@ class TreeWalk {
   void SubFolder(const std::string& source_path, const std::string& name,
                  const std::string& target) {
     const Result<FolderInfo> source = program_.host.files.LookUpFolder(source_path);
-    if (!source || !rules_.MayEnter(source.value)) return;
+    if (!source) return CountFailure(program_, source_path, source.error);
+    if (!rules_.MayEnter(source.value)) return;
+    const std::string& path = source.value.path;
     // Made before the words are looked at: a folder that is left out stands empty in the target.
     const std::string target_path = Normaliseer(program_, JoinPath(program_, target, name));
     if (!FolderExists(program_, target_path)) MakeFolder(program_, target_path);
     const Result<FolderInfo> made = program_.host.files.LookUpFolder(target_path);
-    if (made && !rules_.MayWriteInto(made.value)) {
-      LogError(program_, source.value.path, ErrorNumber::kPathFileAccess);
-      CountFailure(program_, source.value.path, ErrorNumber::kPathFileAccess);
+    // One that could not be made is met by its files. One that cannot be looked at may lie
+    // anywhere.
+    const ErrorNumber error =
+        made && !rules_.MayWriteInto(made.value) ? ErrorNumber::kPathFileAccess : made.error;
+    if (error != ErrorNumber::kNone && error != ErrorNumber::kPathNotFound) {
+      LogError(program_, path, error);
+      return CountFailure(program_, path, error);
+    }
+    if (IsLeftOut(path, target)) {
+      ++program_.run.left_out_folders;
       return;
     }
-    if (IsLeftOut(source.value.path, target)) return;
-
-    const Result<std::vector<FolderEntry>> listing =
-        program_.host.files.ListFolder(source.value.path);
-    if (!listing) return;
+    const Result<std::vector<FolderEntry>> listing = program_.host.files.ListFolder(path);
+    if (!listing) return CountFailure(program_, path, listing.error);
     const TreeRules::Visit visit(rules_, source.value);
-    const StepEnd end =
-        HandleFiles(program_, source.value.path, listing.value, target_path, FolderPassKind::kWalk);
-    if (end == StepEnd::kDiskFull) program_.Beeindigd = true;
-    if (!GoesOn(end)) return;
-    SubFolders(source.value.path, listing.value, JoinPath(program_, target, name));
+    HandleFiles(program_, path, listing.value, target_path, FolderPassKind::kWalk);
+    if (program_.Beeindigd) return;
+    SubFolders(path, listing.value, JoinPath(program_, target, name));
   }
 
   Program& program_;
@@ -128,35 +153,28 @@ class TreeWalk {
 
 }  // namespace
 
-void FolderPrepass(Program& program, const std::string& source, const std::string& target) {
+ErrorNumber FolderPrepass(Program& program, const std::string& source, const std::string& target) {
   program.frmMorvex.ProgressBar1.SetValue(0);
-  if (!FixScale(program, source, target)) return;
+  if (!FixScale(program, source, target)) return ErrorNumber::kPathNotFound;
   if (!FolderExists(program, target)) MakeFolder(program, target);
   YieldToWindows(program);
-  const Result<FolderInfo> source_folder = program.host.files.LookUpFolder(source);
-  const Result<FolderInfo> target_folder = program.host.files.LookUpFolder(target);
-  if (!source_folder || !target_folder) return;
-  const Result<std::vector<FolderEntry>> listing =
-      program.host.files.ListFolder(source_folder.value.path);
-  if (!listing) return;
-  const StepEnd end = HandleFiles(program, source_folder.value.path, listing.value,
-                                  target_folder.value.path, FolderPassKind::kPrepass);
-  if (end == StepEnd::kDiskFull) program.Beeindigd = true;
+  const OpenedFolders folders = OpenFolders(program, source, target);
+  if (folders.error != ErrorNumber::kNone) return folders.error;
+  HandleFiles(program, folders.source, folders.listing, folders.target, FolderPassKind::kPrepass);
+  return ErrorNumber::kNone;
 }
 
-void FolderWalk(Program& program, const std::string& source, const std::string& target) {
-  if (program.Beeindigd) return;
+ErrorNumber FolderWalk(Program& program, const std::string& source, const std::string& target) {
+  if (program.Beeindigd) return ErrorNumber::kNone;
   const std::string source_path = FolderPathClean(program, source);
   const std::string target_path = FolderPathClean(program, target);
   if (!FolderExists(program, target_path)) MakeFolder(program, target_path);
-  const Result<FolderInfo> source_folder = program.host.files.LookUpFolder(source_path);
-  const Result<FolderInfo> target_folder = program.host.files.LookUpFolder(target_path);
-  if (!source_folder || !target_folder) return;
-  const Result<std::vector<FolderEntry>> listing =
-      program.host.files.ListFolder(source_folder.value.path);
-  if (!listing) return;
-  TreeWalk walk(program, source_folder.value.path, target_folder.value.path);
-  walk.SubFolders(source_folder.value.path, listing.value, target_folder.value.path);
+  const OpenedFolders folders = OpenFolders(program, source_path, target_path);
+  if (folders.error != ErrorNumber::kNone) return folders.error;
+  TreeWalk walk(program, folders.source, folders.target);
+  if (walk.error() != ErrorNumber::kNone) return walk.error();
+  walk.SubFolders(folders.source, folders.listing, folders.target);
+  return ErrorNumber::kNone;
 }
 
 }  // namespace morvex

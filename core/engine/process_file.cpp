@@ -41,21 +41,21 @@ class RunWatcher : public SubstitutionWatcher {
   bool any_hit_ = false;
 };
 
-ProcessResult Failed(ErrorNumber error) { return {ProcessEnd::kFailed, error}; }
+ProcessResult Failed(ErrorNumber error, const std::string& path) {
+  return {ProcessEnd::kFailed, error, path};
+}
 
-// Substitutes from the one open file into the other.
-ProcessResult SubstituteFile(Program& program, InputFile& source, OutputFile& temporary) {
+// Substitutes from the one open file into the other; `error` is that of either file.
+SubstitutionEnd SubstituteFile(Program& program, InputFile& source, OutputFile& temporary,
+                               ErrorNumber& error) {
   InputWindow input(source);
   PositionedOutput output(temporary);
   RunWatcher watcher(program);
   Substitution substitution(program.tables, program.settings.gJoker, program.capture);
   const SubstitutionEnd end = substitution.Run(input, output, watcher);
-  const ErrorNumber writing = output.Finish();
-  if (end == SubstitutionEnd::kReadFailed) return Failed(substitution.read_error());
-  if (writing != ErrorNumber::kNone) return Failed(writing);
-  if (end == SubstitutionEnd::kNoProgress) program.Beeindigd = true;
-  return {end == SubstitutionEnd::kWholeFile ? ProcessEnd::kProcessed : ProcessEnd::kStopped,
-          ErrorNumber::kNone};
+  error = output.Finish();
+  if (end == SubstitutionEnd::kReadFailed) error = substitution.read_error();
+  return end;
 }
 
 }  // namespace
@@ -64,8 +64,14 @@ std::string TemporaryPath(const Program& program, const std::string& folder) {
   return Normaliseer(program, JoinPath(program, folder, kTemporaryName));
 }
 
-ErrorNumber DeleteLeftOver(const Program& program, const std::string& folder) {
-  const ErrorNumber error = program.host.files.DeleteFile(TemporaryPath(program, folder));
+ErrorNumber DeleteLeftOver(const Program& program, const std::string& folder,
+                           const std::string& name) {
+  FileService& files = program.host.files;
+  const std::string temporary = TemporaryPath(program, folder);
+  const Result<bool> same = IsSameFile(program, JoinPath(program, folder, name), temporary);
+  if (!same) return same.error;
+  if (same.value) return ErrorNumber::kPathFileAccess;
+  const ErrorNumber error = files.DeleteFile(temporary);
   return error == ErrorNumber::kFileNotFound ? ErrorNumber::kNone : error;
 }
 
@@ -77,33 +83,38 @@ ProcessResult ProcessFile(Program& program, const std::string& name, const std::
     case SkipDecision::kSkipCounted:
       gLog(program, "SKIP " + name);
       ++program.run.FilesSkipped;
-      return {ProcessEnd::kSkipped, ErrorNumber::kFileNotFound};
+      return {ProcessEnd::kSkipped, ErrorNumber::kNone, ""};
     case SkipDecision::kSkipSilently:
-      return {ProcessEnd::kSkipped, ErrorNumber::kFileNotFound};
+      return {ProcessEnd::kSkipped, ErrorNumber::kNone, ""};
     case SkipDecision::kProcess:
       break;
   }
-  if (!source) return Failed(source.error);
+  if (!source) return Failed(source.error, JoinPath(program, folder, name));
   program.frmMorvex.lblFiles.caption = source.value.path;
   YieldToWindows(program);
 
   const std::string source_path = Normaliseer(program, JoinPath(program, folder, name));
   const std::string temporary_path = TemporaryPath(program, folder);
   const Result<std::unique_ptr<InputFile>> input = files.OpenForReading(source_path);
-  if (!input) return Failed(input.error);
+  if (!input) return Failed(input.error, source.value.path);
   const Result<std::unique_ptr<OutputFile>> output =
       files.CreateFile(temporary_path, source.value.permissions);
-  if (!output) return Failed(output.error);
+  if (!output) return Failed(output.error, temporary_path);
 
-  const ProcessResult result = SubstituteFile(program, *input.value, *output.value);
-  if (result.end == ProcessEnd::kFailed) files.DeleteFile(temporary_path);
-  if (result.end != ProcessEnd::kProcessed) return result;
+  ErrorNumber error = ErrorNumber::kNone;
+  const SubstitutionEnd end = SubstituteFile(program, *input.value, *output.value, error);
+  if (error != ErrorNumber::kNone) {
+    files.DeleteFile(temporary_path);
+    return Failed(error, end == SubstitutionEnd::kReadFailed ? source.value.path : temporary_path);
+  }
+  if (end == SubstitutionEnd::kNoProgress) program.Beeindigd = true;
+  if (end != SubstitutionEnd::kWholeFile) return {ProcessEnd::kStopped, ErrorNumber::kNone, ""};
 
   ShowFileCounts(program, "Sipped: ");
   ShowHits(program, program.run.HitsTotal);
   gLog(program, source.value.path + "  ----  Hits: " + std::to_string(program.run.Hits_Per_File));
   YieldToWindows(program);
-  return result;
+  return {ProcessEnd::kProcessed, ErrorNumber::kNone, ""};
 }
 
 }  // namespace morvex

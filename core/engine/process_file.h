@@ -17,16 +17,19 @@ enum class ProcessEnd {
 
 struct ProcessResult {
   ProcessEnd end = ProcessEnd::kProcessed;
-  ErrorNumber error =
-      ErrorNumber::kNone;  // kFailed: why; kSkipped: kFileNotFound, for want of a result
+  ErrorNumber error = ErrorNumber::kNone;  // why it is kFailed
+  std::string path;                        // of the file that the error is about
 };
 
 // Path of the temporary file for the files of `folder`; empty once the program is to stop.
 std::string TemporaryPath(const Program& program, const std::string& folder);
 
-// Deletes a temporary file that an earlier run left in `folder`, so that no byte of it reaches
-// another file's copy. Comes before ProcessFile. kNone also when there was none.
-ErrorNumber DeleteLeftOver(const Program& program, const std::string& folder);
+// Deletes a temporary file that an earlier run left in `folder`, so that no byte of it reaches the
+// copy of the file `name`, which is processed next. kNone also when there was none;
+// kPathFileAccess, and nothing deleted, when that file is the temporary file itself, by name or by
+// link.
+ErrorNumber DeleteLeftOver(const Program& program, const std::string& folder,
+                           const std::string& name);
 
 // `name` is the file's bare name, `folder` the full path of its folder. The caller sets
 // Hits_Per_File and BytesBefore before, and copies and deletes the temporary file after.

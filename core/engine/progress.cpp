@@ -1,6 +1,6 @@
 #include "core/engine/progress.h"
 
-#include "core/program/run_log.h"
+#include <string>
 
 namespace morvex {
 namespace {
@@ -38,16 +38,6 @@ void ShowFileCounts(Program& program, const char* skipped_word) {
   program.frmMorvex.lblTotalFiles.caption = "Scanned: " + std::to_string(program.run.FilesDone) +
                                             "\r\n" + skipped_word +
                                             std::to_string(program.run.FilesSkipped);
-}
-
-void LogError(const Program& program, const std::string& path, ErrorNumber error) {
-  gLog(program, path);
-  gLog(program,
-       "Error " + std::to_string(static_cast<int>(error)) + ": " + std::string(ErrorText(error)));
-}
-
-void CountFailure(Program& program, const std::string& path, ErrorNumber error) {
-  if (program.run.failed_files++ == 0) program.run.first_failure = {path, error};
 }
 
 }  // namespace morvex

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 #include "core/program/program.h"
 
@@ -23,11 +22,5 @@ void ShowHits(Program& program, std::int64_t hits);
 // Label of the file counts: "Scanned: " and, on a second line, the skipped files behind
 // `skipped_word`.
 void ShowFileCounts(Program& program, const char* skipped_word);
-
-// The two lines for a file or folder that has no copy in the target: its path, then the error.
-void LogError(const Program& program, const std::string& path, ErrorNumber error);
-
-// Counts a file or folder that could not be copied.
-void CountFailure(Program& program, const std::string& path, ErrorNumber error);
 
 }  // namespace morvex

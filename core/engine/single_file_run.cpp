@@ -1,7 +1,5 @@
 #include "core/engine/single_file_run.h"
 
-#include "core/engine/file_step.h"
-#include "core/engine/process_file.h"
 #include "core/engine/progress.h"
 #include "core/program/elapsed_time.h"
 #include "core/program/paths.h"
@@ -9,7 +7,7 @@
 
 namespace morvex {
 
-ErrorNumber SingleFileRun(Program& program, const std::string& source, const std::string& target) {
+CopyResult SingleFileRun(Program& program, const std::string& source, const std::string& target) {
   RunState& run = program.run;
   MainWindow& window = program.frmMorvex;
   const int start = SecondsOfDay(program.host.system.LocalTimeOfDay());
@@ -17,15 +15,13 @@ ErrorNumber SingleFileRun(Program& program, const std::string& source, const std
   run.ProgressScale = ScaleFor(info.value.size);
   window.ProgressBar1.SetMaximum(Scaled(info.value.size, run.ProgressScale));
   window.ProgressBar1.SetValue(0);
-  if (program.Beeindigd) return ErrorNumber::kInvalidCall;
-  const FileInfo& file = info.value;
-  run.BytesTotal += static_cast<std::int64_t>(file.size);
-  gLog(program, JoinPath(program, file.folder, file.name));
-
-  ErrorNumber error = info ? DeleteLeftOver(program, file.folder) : info.error;
-  if (error == ErrorNumber::kNone) {
-    const ProcessResult result = ProcessFile(program, file.name, file.folder);
-    error = DeliverResult(program, result, file.folder, source, target, false);
+  if (program.Beeindigd) return {CopyEnd::kStopped, ErrorNumber::kNone, ""};
+  CopyResult copy{CopyEnd::kFailed, info.error, source};
+  if (info) {
+    const FileInfo& file = info.value;
+    run.BytesTotal += static_cast<std::int64_t>(file.size);
+    gLog(program, JoinPath(program, file.folder, file.name));
+    copy = MakeProcessedCopy(program, file.folder, file.name, target, TemporaryAtStop::kGoes);
   }
   run.FilesDone = 1;
   run.elapsed = ElapsedBetween(start, SecondsOfDay(program.host.system.LocalTimeOfDay()));
@@ -34,7 +30,7 @@ ErrorNumber SingleFileRun(Program& program, const std::string& source, const std
   window.lblPercentage.caption = "Hits: " + std::to_string(run.HitsTotal) + "\r\nDone !";
   ShowProgress(program, run.BytesTotal);
   YieldToWindows(program);
-  return error;
+  return copy;
 }
 
 }  // namespace morvex

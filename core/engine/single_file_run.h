@@ -3,12 +3,13 @@
 
 #include <string>
 
+#include "core/engine/file_step.h"
 #include "core/program/program.h"
 
 namespace morvex {
 
-// `target` is the full path of the copy, no folder. Gives the error that kept the copy from being
-// made: nothing else tells of it.
-ErrorNumber SingleFileRun(Program& program, const std::string& source, const std::string& target);
+// `target` is the full path of the copy, no folder. Labels and log do not tell whether the copy was
+// made; the result does. kStopped, with nothing done, when the program is to stop already.
+CopyResult SingleFileRun(Program& program, const std::string& source, const std::string& target);
 
 }  // namespace morvex

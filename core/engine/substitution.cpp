@@ -137,48 +137,64 @@ Substitution::Substitution(const SubstitutionTables& tables, std::uint8_t joker,
     : tables_(tables), joker_(joker), state_(state) {
   for (std::int64_t row = 0; row < tables.PairCount; ++row) {
     const std::string& left = tables.LeftTexts[static_cast<std::size_t>(row)];
-    if (!left.empty()) rows_.push_back({row, static_cast<std::uint8_t>(left.front())});
+    if (left.empty()) continue;
+    rows_.push_back({row, static_cast<std::uint8_t>(left.front())});
+    starts_a_row_[rows_.back().first] = true;
   }
 }
 
 SubstitutionEnd Substitution::Run(InputWindow& input, PositionedOutput& output,
                                   SubstitutionWatcher& watcher) {
-  std::int64_t read_pos = 0;  // 1-based, like every position here
+  watcher_ = &watcher;
+  read_pos_ = 0;
   std::int64_t write_pos = 0;
   std::int64_t last_match_pos = 0;
   steps_ = kStepsBetweenQuestions;
   for (;;) {
     if (steps_ >= kStepsBetweenQuestions) {
-      if (!watcher.KeepGoing(static_cast<std::uint64_t>(read_pos)))
-        return SubstitutionEnd::kStopped;
+      if (!MayGoOn()) return SubstitutionEnd::kStopped;
       if (output.error() != ErrorNumber::kNone) return SubstitutionEnd::kWriteFailed;
-      steps_ = 0;
     }
-    ++read_pos;
+    ++read_pos_;
     ++write_pos;
-    if (read_pos == last_match_pos) return SubstitutionEnd::kNoProgress;
-    read_error_ = input.MoveTo(static_cast<std::uint64_t>(read_pos - 1));
+    if (read_pos_ == last_match_pos) return SubstitutionEnd::kNoProgress;
+    read_error_ = input.MoveTo(static_cast<std::uint64_t>(read_pos_ - 1));
     if (read_error_ != ErrorNumber::kNone) return SubstitutionEnd::kReadFailed;
     if (input.size() == 0) return SubstitutionEnd::kWholeFile;
 
-    const Match match = FirstMatchingRow(input);
+    bool stopped = false;
+    const Match match = FirstMatchingRow(input, stopped);
+    if (stopped) return SubstitutionEnd::kStopped;
     if (match.row == nullptr) {
       output.Put(write_pos, static_cast<char>(*input.data()));
       continue;
     }
     watcher.OnHit();
-    last_match_pos = read_pos;
-    read_pos += match.length - 1;
+    last_match_pos = read_pos_;
+    read_pos_ += match.length - 1;
     write_pos = WriteRightText(match.row->row, write_pos, output) - 1;
   }
 }
 
-Substitution::Match Substitution::FirstMatchingRow(const InputWindow& input) {
+bool Substitution::MayGoOn() {
+  steps_ = 0;
+  return watcher_->KeepGoing(static_cast<std::uint64_t>(read_pos_));
+}
+
+Substitution::Match Substitution::FirstMatchingRow(const InputWindow& input, bool& stopped) {
   const std::uint8_t first = *input.data();
-  steps_ += static_cast<std::int64_t>(rows_.size()) + 1;
+  ++steps_;
+  // The attempts' first step, taken here for all rows together and then for each, because it ends
+  // nearly every attempt.
+  if (!starts_a_row_[first] && !state_.Joker_SET) return {};
   for (const UsableRow& row : rows_) {
-    // The attempt's first step, taken here because it ends nearly every attempt.
+    ++steps_;
     if (first != row.first && !state_.Joker_SET) continue;
+    // With long lists and long spans one byte alone can take long.
+    if (steps_ >= kStepsBetweenQuestions && !MayGoOn()) {
+      stopped = true;
+      return {};
+    }
     Attempt attempt(*this, row.row, input.data(), input.size());
     const bool matches = attempt.Matches();
     steps_ += attempt.length();

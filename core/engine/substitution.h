@@ -7,6 +7,7 @@
 // that moves back) is part of what a list means and must come out the same.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -58,7 +59,9 @@ class Substitution {
   };
   class Attempt;
 
-  Match FirstMatchingRow(const InputWindow& input);
+  // `stopped` is set when the watcher wanted to stop before all rows were tried.
+  Match FirstMatchingRow(const InputWindow& input, bool& stopped);
+  bool MayGoOn();
   // Gives the write position behind the right text.
   std::int64_t WriteRightText(std::int64_t row, std::int64_t position, PositionedOutput& output);
   bool IsJoker(std::uint8_t code) const { return joker_ != 0 && code == joker_; }
@@ -66,8 +69,11 @@ class Substitution {
   const SubstitutionTables& tables_;
   std::uint8_t joker_;
   CaptureState& state_;
+  SubstitutionWatcher* watcher_ = nullptr;  // of the present Run
+  std::int64_t read_pos_ = 0;               // 1-based, like every position here
   std::vector<UsableRow> rows_;
-  std::int64_t steps_ = 0;  // since the watcher was last asked
+  std::array<bool, 256> starts_a_row_{};  // by the code of a left text's first character
+  std::int64_t steps_ = 0;                // since the watcher was last asked
   ErrorNumber read_error_ = ErrorNumber::kNone;
 };
 

@@ -9,9 +9,16 @@ namespace morvex {
 TreeRules::TreeRules(Program& program, const std::string& source, const std::string& target)
     : program_(program),
       source_(program.host.files.LookUpFolder(source)),
-      target_(program.host.files.LookUpFolder(target)) {
-  if (target_) target_real_path_ = program.host.files.RealPath(target).value;
+      target_(program.host.files.LookUpFolder(target)),
+      target_real_path_(program.host.files.RealPath(target)) {
   if (source_) current_path_.push_back(source_.value.identity);
+}
+
+ErrorNumber TreeRules::error() const {
+  for (const ErrorNumber error : {source_.error, target_.error, target_real_path_.error}) {
+    if (error != ErrorNumber::kNone) return error;
+  }
+  return ErrorNumber::kNone;
 }
 
 bool TreeRules::MayEnter(const FolderInfo& folder) const {
@@ -28,10 +35,10 @@ bool TreeRules::MayWriteInto(const FolderInfo& folder) const {
 }
 
 bool TreeRules::InsideTarget(const std::string& path) const {
-  if (target_real_path_.empty()) return false;
+  if (!target_real_path_) return false;
   const Result<std::string> real = program_.host.files.RealPath(path);
   const char separator = program_.host.files.Separator();
-  return real && (real.value + separator).starts_with(target_real_path_ + separator);
+  return real && (real.value + separator).starts_with(target_real_path_.value + separator);
 }
 
 Result<std::uint64_t> FolderSize(Program& program, TreeRules& rules, const FolderInfo& folder) {

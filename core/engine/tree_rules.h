@@ -19,6 +19,9 @@ class TreeRules {
   // Either folder may be missing; what is missing is met nowhere.
   TreeRules(Program& program, const std::string& source, const std::string& target);
 
+  // Why one of the two folders could not be looked up. Without both the rules protect nothing.
+  ErrorNumber error() const;
+
   // The folder may be entered from the current path.
   bool MayEnter(const FolderInfo& folder) const;
   // Copies may be written into the folder, one below the target.
@@ -44,7 +47,7 @@ class TreeRules {
   Program& program_;
   Result<FolderInfo> source_;
   Result<FolderInfo> target_;
-  std::string target_real_path_;
+  Result<std::string> target_real_path_;
   std::vector<FileIdentity> current_path_;
 };
 

@@ -42,4 +42,8 @@ std::string_view ErrorText(ErrorNumber error) {
   return "";
 }
 
+std::string ErrorLine(ErrorNumber error) {
+  return "Error " + std::to_string(static_cast<int>(error)) + ": " + std::string(ErrorText(error));
+}
+
 }  // namespace morvex

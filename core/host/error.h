@@ -2,6 +2,7 @@
 // success; the numbers and texts are those that the run log and the console show.
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -29,6 +30,9 @@ enum class ErrorNumber : int {
 
 // The description that stands behind the number in logs and messages; empty for kNone.
 std::string_view ErrorText(ErrorNumber error);
+
+// As in "Error 70: Permission denied".
+std::string ErrorLine(ErrorNumber error);
 
 // A value, or the number of the error that prevented it. The value is meaningful only when `error`
 // is kNone.

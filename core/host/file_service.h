@@ -63,7 +63,7 @@ struct DriveSpace {
   std::uint64_t available = 0;  // bytes that the user may still write
 };
 
-// Asked every few milliseconds during a long copy; false abandons it.
+// Asked between the pieces of a long copy, a few MiB each; false abandons it.
 using KeepGoing = std::function<bool()>;
 
 // An open file that is only read. Closed by its destructor.
@@ -115,10 +115,11 @@ class FileService {
   // After an error `from` is still there.
   virtual ErrorNumber MoveFile(const std::string& from, const std::string& to,
                                const KeepGoing& keep_going) = 0;
-  // Deletes a file, or a link without what it leads to; never a folder.
+  // Deletes a file, or a link without what it leads to; never a folder (kPathFileAccess).
+  // kFileNotFound when there is none.
   virtual ErrorNumber DeleteFile(const std::string& path) = 0;
 
-  // Ordinary files only.
+  // Ordinary files only: kPathFileAccess for a folder, kFileNotFound for anything else.
   virtual Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) = 0;
   // Makes a new file with exactly these permission bits and opens it for writing;
   // kFileAlreadyExists when the name is taken, by a link too.
@@ -127,7 +128,8 @@ class FileService {
   // Opens (or makes) `path`, adds `bytes` at its end, closes it.
   virtual ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) = 0;
   // Makes `path` hold exactly `bytes`. On failure what stood there before is kept where the folder
-  // allows a second file beside it; a link is followed, the permission bits are kept.
+  // allows a second file beside it; a link is followed, the permission bits
+  // are kept, and a file that the user may not write is refused.
   virtual ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) = 0;
 };
 

@@ -5,8 +5,9 @@
 namespace morvex {
 
 void imList_Click(Program& program) {
-  if (program.run.working) return;
+  if (IsBusy(program) || program.Beeindigd) return;
   LoadGrid(program);
+  program.frmReplacements.cmdJoker.caption = JokerText(program);
   program.frmReplacements.visible = true;
   program.frmMorvex.visible = false;
 }
@@ -18,7 +19,7 @@ void RefreshFormReplacements(Program& program) {
 
 void frmReplacements_Close(Program& program) {
   Unload(program.frmReplacements);
-  program.frmMorvex.visible = program.frmMorvex.loaded;
+  program.frmMorvex.visible = program.frmMorvex.loaded.get();
 }
 
 }  // namespace morvex

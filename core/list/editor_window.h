@@ -5,8 +5,9 @@
 
 namespace morvex {
 
-// The main window's list picture: loads the editor when it is not loaded, shows it and hides the
-// main window. Nothing while a run works.
+// The main window's list picture: loads the editor when it is not loaded, shows it with the
+// wildcard that is now in force, and hides the main window. Nothing while a run works or a list is
+// being read.
 void imList_Click(Program& program);
 
 // Closes the editor and opens it afresh: its rows are gone, the tables stay.

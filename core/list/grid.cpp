@@ -33,34 +33,17 @@ void ScrollTo(ReplacementsWindow& grid, std::int64_t value) {
   grid.PrevScrollValue = taken;
 }
 
-void EnterInLastRow(Program& program, CellAddress cell) {
-  ReplacementsWindow& grid = program.frmReplacements;
-  const std::int64_t added = cell.row + 1;
-  AddRow(grid);
-  if (cell.row <= kLastGrowingRow) {
-    GrowWindow(grid, 1);
-    grid.placed_rows = added + 1;
-    FocusOnCell(program, {Column::kLeft, added});
-  } else {
-    ShiftRows(grid, 1);
-  }
-  grid.LastRow = added;
-  grid.ScrollPos = added + 1;
-  grid.VScroll1.SetRange(1, grid.LastRow + 1);
-  ScrollTo(grid, grid.ScrollPos);
-  if (cell.column == Column::kRight) FocusOnCell(program, {Column::kLeft, added});
-}
-
 }  // namespace
 
 void LoadGrid(Program& program) {
   ReplacementsWindow& grid = program.frmReplacements;
-  if (grid.loaded) return;
+  if (grid.loaded || program.Beeindigd) return;
   grid.loaded = true;
   grid.rows.assign(1, GridRow{});
   grid.placed_rows = 1;
   grid.scrolled_rows = 0;
   grid.focused_cell.reset();
+  grid.ScrollHasFocus = false;
   GrowWindow(grid, -grid.grown_rows);
   grid.LastRow = 0;
   grid.ScrollPos = 1;
@@ -69,8 +52,7 @@ void LoadGrid(Program& program) {
   grid.VScroll1.visible = false;
   TipFromText(grid.rows[0].txtLinks);
   TipFromText(grid.rows[0].txtRechts);
-  const std::uint8_t joker = program.settings.gJoker;
-  grid.cmdJoker.caption = joker == 0 ? std::string() : std::string(1, static_cast<char>(joker));
+  grid.cmdJoker.caption = JokerText(program);
   grid.changes.Changed();
 }
 
@@ -125,18 +107,45 @@ void FocusOnCell(Program& program, CellAddress cell) {
   Cell_GotFocus(program, cell);
 }
 
-void ShowLength(const ReplacementsWindow& grid, Cell& cell, const char* too_long) {
+void MarkTooLong(const ReplacementsWindow& grid, Cell& cell, const char* too_long) {
   const bool fits = cell.text.size() < grid.longest_text;
   cell.colour = fits ? Colour::kBlack : Colour::kRed;
   cell.tool_tip = fits ? cell.text : too_long;
 }
 
-void Cell_KeyDown(Program& program, CellAddress cell, int key) {
+void EnterInCell(Program& program, CellAddress cell) {
   ReplacementsWindow& grid = program.frmReplacements;
-  if (!grid.HasRow(cell.row)) return;
+  if (cell.row != grid.LastRow) return;
+  const std::int64_t added = cell.row + 1;
+  AddRow(grid);
+  if (cell.row <= kLastGrowingRow) {
+    GrowWindow(grid, 1);
+    grid.placed_rows = added + 1;
+    FocusOnCell(program, {Column::kLeft, added});
+  } else {
+    ShiftRows(grid, 1);
+  }
+  grid.LastRow = added;
+  grid.ScrollPos = added + 1;
+  grid.VScroll1.SetRange(1, grid.LastRow + 1);
+  ScrollTo(grid, grid.ScrollPos);
+  if (cell.column == Column::kRight) FocusOnCell(program, {Column::kLeft, added});
+}
+
+void SetCellText(ReplacementsWindow& grid, CellAddress cell, const std::string& text) {
+  Cell& changed = grid.At(cell);
+  if (changed.text == text) return;
+  changed.text = text;
+  changed.selection_end = std::min(changed.selection_end, text.size());
+  grid.changes.Changed();
+}
+
+void Cell_KeyDown(Program& program, CellAddress cell, int key) {
+  const ReplacementsWindow& grid = program.frmReplacements;
+  if (!grid.HasRow(cell.row) || grid.importing) return;
   switch (key) {
     case kKeyEnter:
-      if (cell.row == grid.LastRow) EnterInLastRow(program, cell);
+      EnterInCell(program, cell);
       return;
     case kKeyDown:
       FocusOnCell(program, {cell.column, cell.row + 1});
@@ -151,17 +160,16 @@ void Cell_KeyDown(Program& program, CellAddress cell, int key) {
 
 void Cell_Change(Program& program, CellAddress cell, const std::string& text) {
   ReplacementsWindow& grid = program.frmReplacements;
-  if (!grid.HasRow(cell.row)) return;
-  Cell& changed = grid.At(cell);
-  changed.text = text;
-  changed.selection_end = std::min(changed.selection_end, text.size());
-  grid.changes.Changed();
+  if (grid.HasRow(cell.row) && !grid.importing) SetCellText(grid, cell, text);
 }
 
 void Cell_SelectionChange(Program& program, CellAddress cell, std::size_t selection_end) {
   ReplacementsWindow& grid = program.frmReplacements;
   if (!grid.HasRow(cell.row)) return;
-  grid.At(cell).selection_end = std::min(selection_end, grid.At(cell).text.size());
+  const std::size_t end = std::min(selection_end, grid.At(cell).text.size());
+  if (grid.At(cell).selection_end == end) return;
+  grid.At(cell).selection_end = end;
+  grid.changes.Changed();
 }
 
 void Cell_GotFocus(Program& program, CellAddress cell) {
@@ -174,7 +182,7 @@ void Cell_GotFocus(Program& program, CellAddress cell) {
     TipFromText(grid.At({Column::kLeft, cell.row}));
     TipFromText(grid.At({Column::kRight, cell.row}));
   }
-  ShowLength(grid, grid.At(cell), kTooLongEntering);
+  MarkTooLong(grid, grid.At(cell), kTooLongEntering);
   grid.changes.Changed();
 }
 
@@ -188,7 +196,7 @@ void Cell_LostFocus(Program& program, CellAddress cell) {
   }
   grid.FocusCell = (cell.column == Column::kLeft ? "Links_" : "Rechts_") + std::to_string(cell.row);
   grid.CaretPos = grid.At(cell).selection_end;
-  ShowLength(grid, grid.At(cell), kTooLongLeaving);
+  MarkTooLong(grid, grid.At(cell), kTooLongLeaving);
   grid.changes.Changed();
 }
 

@@ -37,11 +37,19 @@ void SnapshotRows(ReplacementsWindow& grid);
 // nothing happens.
 void FocusOnCell(Program& program, CellAddress cell);
 
-// A text is too long for a cell's use when it reaches this length: the cell turns red and says so
-// in its tool tip; else it is black and its tip is its text.
-void ShowLength(const ReplacementsWindow& grid, Cell& cell, const char* too_long);
+// Marks a cell whose text has reached the grid's longest_text: it turns red and `too_long` is its
+// tool tip. Any other cell is black, with its own text as tool tip.
+void MarkTooLong(const ReplacementsWindow& grid, Cell& cell, const char* too_long);
 
-// Events. A cell event for a row that does not exist does nothing.
+// What Enter in a cell does; only in the last row, which gets a row behind it.
+void EnterInCell(Program& program, CellAddress cell);
+
+// Puts a text into a cell that exists.
+void SetCellText(ReplacementsWindow& grid, CellAddress cell, const std::string& text);
+
+// Events. A cell event for a row that does not exist does nothing; nor do keys and changes while a
+// list is being read. A change of text comes before the selection that goes with it. `key` is one
+// of core/windows/keys.h. A scroll value outside the bar's range is moved into it.
 void Cell_KeyDown(Program& program, CellAddress cell, int key);
 void Cell_Change(Program& program, CellAddress cell, const std::string& text);
 void Cell_SelectionChange(Program& program, CellAddress cell, std::size_t selection_end);

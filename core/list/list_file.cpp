@@ -1,12 +1,12 @@
 #include "core/list/list_file.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "core/list/editor_window.h"
 #include "core/list/grid.h"
 #include "core/program/paths.h"
 #include "core/program/text_file.h"
-#include "core/windows/keys.h"
 
 namespace morvex {
 namespace {
@@ -16,13 +16,27 @@ constexpr std::size_t kFinalRowMark = 2;
 
 void SetUpDialog(FileDialog& dialog) { dialog = FileDialog{"txt", "Text (*.txt)|*.txt", "", ""}; }
 
+// The folder of a file, without a separator at its end unless it is a root; empty without a folder.
+std::string FolderOf(const std::string& path, char separator) {
+  const std::size_t end = path.rfind(separator);
+  if (end == std::string::npos) return "";
+  const bool drive_root = separator == '\\' && end == 2 && path[1] == ':';
+  return path.substr(0, end == 0 || drive_root ? end + 1 : end);
+}
+
 // Reads the lines of one list file into the grid.
 class ListImport {
  public:
   explicit ListImport(Program& program)
-      : program_(program),
-        grid_(program.frmReplacements),
-        separator_(program.settings.gSeparator) {}
+      : program_(program), grid_(program.frmReplacements), separator_(program.settings.gSeparator) {
+    grid_.importing = true;
+  }
+  ~ListImport() { grid_.importing = false; }
+  ListImport(const ListImport&) = delete;
+  ListImport& operator=(const ListImport&) = delete;
+
+  // The editor was closed, or the program ended, while the windows were alive.
+  bool Abandoned() const { return !grid_.loaded || program_.Beeindigd; }
 
   // Takes one line; false when it ends the reading.
   bool TakeLine(const std::string& line) {
@@ -37,9 +51,9 @@ class ListImport {
     if (!grid_.HasRow(row_)) return false;
     std::string right = line.substr(found + separator_.size());
     if (final_row_seen_) right.resize(right.size() - std::min(right.size(), kFinalRowMark));
-    Cell_Change(program_, {Column::kLeft, row_}, line.substr(0, found));
-    Cell_Change(program_, {Column::kRight, row_}, right);
-    if (!final_row_seen_) Cell_KeyDown(program_, {Column::kLeft, row_}, kKeyEnter);
+    SetCellText(grid_, {Column::kLeft, row_}, line.substr(0, found));
+    SetCellText(grid_, {Column::kRight, row_}, right);
+    if (!final_row_seen_) EnterInCell(program_, {Column::kLeft, row_});
     YieldToWindows(program_);
     ++row_;
     return true;
@@ -67,6 +81,8 @@ class ListImport {
 }  // namespace
 
 ErrorNumber SaveReplacementList(Program& program, const std::string& path) {
+  // Rows that were written without a separator could not be read back.
+  if (program.settings.gSeparator.empty()) program.settings.gSeparator = kDefaultSeparator;
   const ReplacementsWindow& grid = program.frmReplacements;
   const std::string& separator = program.settings.gSeparator;
   std::string content;
@@ -82,18 +98,20 @@ ErrorNumber SaveReplacementList(Program& program, const std::string& path) {
   return program.host.files.ReplaceFile(path, content);
 }
 
-void ImportReplacementList(Program& program, const std::string& GetF) {
+void ImportReplacementList(Program& program, std::string GetF) {
   LoadGrid(program);
   LineReader reader;
   reader.Open(program.host.files, GetF);
   ListImport import(program);
   std::string line;
-  while (reader.Next(line) && import.TakeLine(line)) {
+  while (!import.Abandoned() && reader.Next(line) && import.TakeLine(line)) {
   }
-  program.settings.SubstitutieFile = GetF;
+  program.settings.list_file_error = reader.error();
+  program.settings.SubstitutieFile = std::move(GetF);
 }
 
 void cmdImport_Click(Program& program) {
+  if (IsBusy(program)) return;
   RefreshFormReplacements(program);
   ReplacementsWindow& grid = program.frmReplacements;
   SetUpDialog(grid.cdSaveList);
@@ -111,13 +129,13 @@ void cmdImport_Click(Program& program) {
 }
 
 void cmdSaveList_Click(Program& program) {
+  if (IsBusy(program)) return;
   FileDialog& dialog = program.frmReplacements.cdSaveList;
   SetUpDialog(dialog);
   const std::string& current = program.settings.SubstitutieFile;
-  const std::size_t separator = current.rfind(program.host.files.Separator());
-  const bool has_folder = separator != std::string::npos;
-  dialog.initial_folder = has_folder ? current.substr(0, std::max<std::size_t>(separator, 1)) : "";
-  dialog.file_name = has_folder ? current.substr(separator + 1) : current;
+  const char separator = program.host.files.Separator();
+  dialog.initial_folder = FolderOf(current, separator);
+  dialog.file_name = current.substr(current.rfind(separator) + 1);
 
   const FileChoice choice = program.host.user.ChooseFileToSave(dialog);
   if (choice.error == kDialogCancelled) return;

@@ -17,9 +17,10 @@ ErrorNumber SaveReplacementList(Program& program, const std::string& path);
 
 // Reads the file into the grid from row 0 on; the grid is not cleared before. Loads the editor when
 // it is not loaded. Lines without the separator are passed over; reading ends at the end-of-list
-// line, the end of the file or an error, and what was read until then stays. SubstitutieFile names
+// line, the end of the file or an error, and what was read until then stays; so it does when the
+// editor is closed meanwhile. SubstitutieFile names
 // `GetF` afterwards, whatever happened.
-void ImportReplacementList(Program& program, const std::string& GetF);
+void ImportReplacementList(Program& program, std::string GetF);
 
 // The editor's "Import": an empty editor, then the file that the user chooses (while the settings
 // are being read, without asking, the file that they name).

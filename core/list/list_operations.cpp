@@ -9,6 +9,7 @@
 #include "core/list/grid.h"
 #include "core/list/list_file.h"
 #include "core/program/paths.h"
+#include "core/program/text_file.h"
 #include "core/tables/substitution_tables.h"
 
 namespace morvex {
@@ -43,7 +44,7 @@ void InsertAtCaret(Program& program, CellAddress cell, const std::string& insert
   std::string text = grid.At(cell).text;
   if (grid.CaretPos > text.size()) return;
   text.insert(grid.CaretPos, inserted);
-  Cell_Change(program, cell, text);
+  SetCellText(grid, cell, text);
   Cell_SelectionChange(program, cell, text.size());
   FocusOnCell(program, cell);
 }
@@ -55,41 +56,47 @@ bool Contains(const std::string& text, const std::string& joker) {
 }  // namespace
 
 void cmdJoker_Click(Program& program) {
+  if (IsBusy(program)) return;
   const std::optional<CellAddress> cell = RememberedCell(program.frmReplacements);
   if (!cell || cell->column != Column::kLeft) return;
   InsertAtCaret(program, *cell, program.frmReplacements.cmdJoker.caption);
 }
 
 void cmdCRLF_Click(Program& program) {
+  if (IsBusy(program)) return;
   const std::optional<CellAddress> cell = RememberedCell(program.frmReplacements);
   if (cell) InsertAtCaret(program, *cell, "[CRLF]");
 }
 
 void cmdMirror_Click(Program& program) {
+  if (IsBusy(program)) return;
   ReplacementsWindow& grid = program.frmReplacements;
   for (GridRow& row : grid.rows) {
     row.txtLinks.text.swap(row.txtRechts.text);
     row.txtLinks.selection_end = 0;
     row.txtRechts.selection_end = 0;
-    ShowLength(grid, row.txtLinks, kTooLongLeft);
-    ShowLength(grid, row.txtRechts, kTooLongRight);
+    MarkTooLong(grid, row.txtLinks, kTooLongLeft);
+    MarkTooLong(grid, row.txtRechts, kTooLongRight);
   }
   grid.changes.Changed();
 }
 
 void cmdReset_Click(Program& program) {
+  if (IsBusy(program)) return;
   RefreshFormReplacements(program);
   program.frmReplacements.SavedLinks.assign(1, "");
   program.frmReplacements.SavedRechts.assign(1, "");
 }
 
 void cmdDeleteEmpty_Click(Program& program) {
+  if (IsBusy(program)) return;
   const std::string path = InProgramFolder(program, kScratchFile);
-  const ErrorNumber error = SaveReplacementList(program, path);
+  ErrorNumber error = SaveReplacementList(program, path);
+  // What cannot be read back must not cost the rows.
+  if (error == ErrorNumber::kNone) error = LineReader().Open(program.host.files, path);
   if (error != ErrorNumber::kNone) {
-    program.host.user.ShowMessage(path + "\r\nError " + std::to_string(static_cast<int>(error)) +
-                                      ": " + std::string(ErrorText(error)),
-                                  MessageButtons::kOk, MessageIcon::kNone);
+    program.host.user.ShowMessage(path + "\r\n" + ErrorLine(error), MessageButtons::kOk,
+                                  MessageIcon::kNone);
     return;
   }
   RefreshFormReplacements(program);
@@ -97,6 +104,7 @@ void cmdDeleteEmpty_Click(Program& program) {
 }
 
 void cmdOK_Click(Program& program) {
+  if (IsBusy(program)) return;
   ReplacementsWindow& grid = program.frmReplacements;
   const std::string joker = grid.cmdJoker.caption;
   for (std::size_t i = 0; i < grid.rows.size(); ++i) {
@@ -108,7 +116,7 @@ void cmdOK_Click(Program& program) {
   FillArrays(grid, program.settings.gJoker, program.tables);
   SnapshotRows(grid);
   grid.visible = false;
-  program.frmMorvex.visible = program.frmMorvex.loaded;
+  program.frmMorvex.visible = program.frmMorvex.loaded.get();
 }
 
 }  // namespace morvex

@@ -1,5 +1,5 @@
 // The editor's commands on the whole list, and the two that insert a token into the cell that was
-// being edited just before.
+// being edited just before. None of them does anything while a run works or a list is being read.
 #pragma once
 
 #include "core/program/program.h"
@@ -19,8 +19,8 @@ void cmdMirror_Click(Program& program);
 void cmdReset_Click(Program& program);
 
 // Drops the rows whose cells are both empty, by way of the scratch file "temp.dat" in the program's
-// folder, which SubstitutieFile names afterwards. When that file cannot be written a message says
-// so and the grid stays as it was.
+// folder, which SubstitutieFile names afterwards. When that file cannot be written or read back a
+// message says so and the grid stays as it was.
 void cmdDeleteEmpty_Click(Program& program);
 
 // Applies the list: wildcard flags and tables are made anew from the grid, the editor is hidden and

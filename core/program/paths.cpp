@@ -1,6 +1,16 @@
 #include "core/program/paths.h"
 
 namespace morvex {
+namespace {
+
+// The errors of a path behind which there is no file: nothing of that name, no such folder, links
+// without end.
+bool LeadsNowhere(ErrorNumber error) {
+  return error == ErrorNumber::kFileNotFound || error == ErrorNumber::kPathNotFound ||
+         error == ErrorNumber::kPathFileAccess;
+}
+
+}  // namespace
 
 std::string JoinPath(const Program& program, std::string_view folder, std::string_view name) {
   std::string path;
@@ -44,6 +54,16 @@ bool FileExists(const Program& program, const std::string& path) {
 
 bool FolderExists(const Program& program, const std::string& path) {
   return path.empty() || program.host.files.LookUpFolder(path);
+}
+
+Result<bool> IsSameFile(const Program& program, const std::string& one, const std::string& other) {
+  const Result<FileInfo> first = program.host.files.LookUpFile(one);
+  const Result<FileInfo> second = program.host.files.LookUpFile(other);
+  for (const ErrorNumber error : {first.error, second.error}) {
+    if (LeadsNowhere(error)) return false;
+    if (error != ErrorNumber::kNone) return error;
+  }
+  return first.value.identity == second.value.identity;
 }
 
 ErrorNumber MakeFolder(const Program& program, const std::string& path) {

@@ -32,6 +32,10 @@ bool FileExists(const Program& program, const std::string& path);
 // The empty path counts as an existing folder.
 bool FolderExists(const Program& program, const std::string& path);
 
+// Both paths lead to the same file, whatever they are called. A path that leads to no file is the
+// same as none; an error says that it cannot be told.
+Result<bool> IsSameFile(const Program& program, const std::string& one, const std::string& other);
+
 // Makes one folder; gives the number of the error that the attempt met.
 ErrorNumber MakeFolder(const Program& program, const std::string& path);
 // Makes a folder with every parent that is missing, from the top down. Gives the path, or the empty

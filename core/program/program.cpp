@@ -14,9 +14,18 @@ void YieldToWindows(Program& program) {
   program.last_yield = program.host.system.SteadyTime();
 }
 
+bool IsBusy(const Program& program) {
+  return program.run.working || program.frmReplacements.importing;
+}
+
+std::string JokerText(const Program& program) {
+  const std::uint8_t joker = program.settings.gJoker;
+  return joker == 0 ? std::string() : std::string(1, static_cast<char>(joker));
+}
+
 void Unload(Window& window) {
-  window.visible = false;
   window.loaded = false;
+  window.visible = false;
 }
 
 }  // namespace morvex

@@ -18,6 +18,9 @@
 
 namespace morvex {
 
+// The separator of list files where none is set.
+inline constexpr const char* kDefaultSeparator = "|";
+
 // What the user set up, kept in the settings file from one use to the next, and what the command
 // line asked for.
 struct Settings {
@@ -29,6 +32,7 @@ struct Settings {
   std::int16_t AutoRunDelay = 0;  // milliseconds before an unattended run
   bool ReadingInitFile = false;
   bool AutoRunFromInitFile = false;  // the named settings file was opened: run unattended
+  ErrorNumber list_file_error = ErrorNumber::kNone;  // what ended the last reading of a list early
   ErrorNumber init_file_error = ErrorNumber::kNone;  // why the settings file could not be opened
   std::string LoggingStatusText;
   std::int64_t N_Extension_Selected = 0;
@@ -75,10 +79,17 @@ struct RunState {
   WallTime ArmedAt{};
   ElapsedTime elapsed;
   std::string ResultTail;  // second line of the result label
-  std::int64_t passed_over_files =
-      0;                          // by a skip rule: they have no copy in the target, on purpose
-  std::int64_t failed_files = 0;  // could not be copied
+  // What the labels do not tell. Files passed over by a skip rule have no copy on purpose; folders
+  // are left out for their names; what failed could not be copied.
+  std::int64_t passed_over_files = 0;
+  std::int64_t left_out_folders = 0;
+  std::int64_t failed_files = 0;
   FileFailure first_failure;
+  bool disk_full = false;  // which ended the run
+  // What a stop request left: the path of a copy that is incomplete, and of a temporary file beside
+  // its source.
+  std::string cut_short;
+  std::string left_temporary;
 };
 
 // What a match attempt leaves for the next one, across rows and files.
@@ -108,6 +119,13 @@ struct Program {
 // Handles pending window events when 15 ms have passed since that was done last. Long work calls it
 // often: at every file, and within a file after every few thousand steps.
 void YieldToWindows(Program& program);
+
+// A run works, or a list is being read into the grid: commands that would change what it works with
+// do nothing until it has ended.
+bool IsBusy(const Program& program);
+
+// The wildcard as a text; empty when there is none.
+std::string JokerText(const Program& program);
 
 // Unloads a window: it is gone from the screen. The program has ended when none is loaded.
 void Unload(Window& window);

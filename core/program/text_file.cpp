@@ -12,7 +12,8 @@ constexpr std::size_t kBlock = std::size_t{256} << 10;
 ErrorNumber LineReader::Open(FileService& files, const std::string& path) {
   Result<std::unique_ptr<InputFile>> opened = files.OpenForReading(path);
   file_ = std::move(opened.value);
-  return opened.error;
+  error_ = opened.error;
+  return error_;
 }
 
 bool LineReader::Next(std::string& line) {
@@ -31,14 +32,15 @@ bool LineReader::Next(std::string& line) {
     start_ = block_.size();
   }
   if (line.ends_with('\r') && start_ > 0 && block_[start_ - 1] == '\n') line.pop_back();
-  return any;
+  return any && error_ == ErrorNumber::kNone;
 }
 
 bool LineReader::Refill() {
-  if (!file_) return false;
+  if (!file_ || error_ != ErrorNumber::kNone) return false;
   block_.resize(kBlock);
   start_ = 0;
   const Result<std::size_t> read = file_->ReadAt(offset_, block_.data(), kBlock);
+  error_ = read.error;
   block_.resize(read ? read.value : 0);
   offset_ += block_.size();
   return !block_.empty();

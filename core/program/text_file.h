@@ -15,8 +15,12 @@ class LineReader {
   // kNone, or why the file could not be opened: Next then gives no line.
   ErrorNumber Open(FileService& files, const std::string& path);
 
-  // False at the end of the file, and after an error of it.
+  // False at the end of the file, and from an error of it on; a line that the error cut is not
+  // given.
   bool Next(std::string& line);
+
+  // Why the file could not be opened or not be read to its end.
+  ErrorNumber error() const { return error_; }
 
  private:
   bool Refill();
@@ -25,6 +29,7 @@ class LineReader {
   std::string block_;
   std::size_t start_ = 0;     // of what is not handed out yet, in block_
   std::uint64_t offset_ = 0;  // in the file, behind block_
+  ErrorNumber error_ = ErrorNumber::kNone;
 };
 
 }  // namespace morvex

@@ -1,7 +1,5 @@
 #include "core/run/main_window_events.h"
 
-#include "core/program/main_window_paths.h"
-
 namespace morvex {
 namespace {
 

@@ -1,10 +1,12 @@
 // The main window's events that are not the run driver's, the start delay, and the program's end.
-// (The two pictures open windows of other rooms: imOpties_Click, imList_Click.)
+// (The two pictures open windows of other rooms: imOpties_Click, imList_Click. Typing in a path box is
+// Text1_Change.)
 #pragma once
 
 #include <chrono>
 #include <string>
 
+#include "core/program/main_window_paths.h"
 #include "core/program/program.h"
 
 namespace morvex {

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "core/engine/failures.h"
 #include "core/engine/folder_passes.h"
 #include "core/engine/progress.h"
 #include "core/engine/single_file_run.h"
@@ -29,7 +30,11 @@ void ResetCounters(RunState& run) {
   run.BytesTotal = 0;
   run.BytesBefore = 0;
   run.ScaleFixed = false;
+  run.disk_full = false;
+  run.cut_short.clear();
+  run.left_temporary.clear();
   run.passed_over_files = 0;
+  run.left_out_folders = 0;
   run.failed_files = 0;
   run.first_failure = {};
   run.RunStarted = true;
@@ -103,26 +108,27 @@ void ShowResult(Program& program) {
   ShowProgress(program, program.run.BytesTotal);
 }
 
-// False when the run was stopped.
-bool RunFolder(Program& program, const std::string& source, const std::string& target) {
+RunEnd RunFolder(Program& program, const std::string& source, const std::string& target) {
   SystemService& system = program.host.system;
   program.run.FilesDone = 0;
   const int start = SecondsOfDay(system.LocalTimeOfDay());
   program.frmMorvex.cmdGo.enabled = false;
-  FolderPrepass(program, source, target);
+  ErrorNumber error = FolderPrepass(program, source, target);
   if (program.Beeindigd) {
     // The temporary file stays the engine's business: no path can be made any more.
     Unload(program.frmMorvex);
     Unload(program.frmOpties);
     Unload(program.frmReplacements);
-    return false;
+    return RunEnd::kStopped;
   }
-  FolderWalk(program, source, target);
-  if (program.Beeindigd) return false;
+  if (error == ErrorNumber::kNone) error = FolderWalk(program, source, target);
+  if (program.Beeindigd) return RunEnd::kStopped;
   program.run.elapsed = ElapsedBetween(start, SecondsOfDay(system.LocalTimeOfDay()));
   ShowResult(program);
   if (program.run.LoggingOn) LogSummary(program);
-  return true;
+  if (error == ErrorNumber::kNone) return RunEnd::kFinished;
+  CountFailure(program, FolderExists(program, source) ? target : source, error);
+  return RunEnd::kCouldNotRun;
 }
 
 void BackToIdle(Program& program) {
@@ -135,11 +141,15 @@ void BackToIdle(Program& program) {
 }
 
 RunEnd RunSingleFile(Program& program, const std::string& source, const std::string& target) {
-  const ErrorNumber error = SingleFileRun(program, source, target);
+  const CopyResult copy = SingleFileRun(program, source, target);
   program.frmMorvex.mouse_pointer = MousePointer::kDefault;
   if (program.Beeindigd) return RunEnd::kStopped;
-  if (error == ErrorNumber::kNone) return RunEnd::kFinished;
-  CountFailure(program, source, error);
+  if (copy.end == CopyEnd::kCopied) return RunEnd::kFinished;
+  if (copy.end == CopyEnd::kPassedOver) {
+    ++program.run.passed_over_files;
+  } else {
+    CountFailure(program, copy.path, copy.error);
+  }
   return RunEnd::kCouldNotRun;
 }
 
@@ -168,15 +178,15 @@ RunEnd Go(Program& program) {
     case TargetCheck::kReady:
       break;
   }
-  if (!RunFolder(program, source, target)) return RunEnd::kStopped;
-  BackToIdle(program);
-  return RunEnd::kFinished;
+  const RunEnd end = RunFolder(program, source, target);
+  if (end != RunEnd::kStopped) BackToIdle(program);
+  return end;
 }
 
 }  // namespace
 
 void cmdAnonymize_Click(Program& program) {
-  if (program.run.working) return;
+  if (IsBusy(program)) return;
   program.run.ArmedAt = program.host.system.Now();
   program.run.elapsed = {};
   program.run.RunStarted = false;
@@ -190,7 +200,12 @@ void cmdAnonymize_Click(Program& program) {
 }
 
 void cmdGo_Click(Program& program) {
-  if (program.run.working) return;
+  if (IsBusy(program)) return;
+  // A run works with the tables and shows itself in the main window: the other two go out of the
+  // way.
+  program.frmReplacements.visible = false;
+  program.frmOpties.visible = false;
+  program.frmMorvex.visible = program.frmMorvex.loaded.get();
   program.run.working = true;
   program.frmMorvex.ProgressBar1.visible = true;
   program.run.end = Go(program);

@@ -77,16 +77,15 @@ std::string FormatExtensie(Program& program, const std::string& typed) {
 }
 
 void imOpties_Click(Program& program) {
-  if (program.run.working) return;
+  if (IsBusy(program)) return;
   program.frmOpties.visible = true;
   frmOpties_Activate(program);
 }
 
 void frmOpties_Activate(Program& program) {
   OptionsWindow& window = program.frmOpties;
-  const std::uint8_t joker = program.settings.gJoker;
   window.txtSeparator.text = program.settings.gSeparator;
-  window.txtJoker.text = joker == 0 ? std::string() : std::string(1, static_cast<char>(joker));
+  window.txtJoker.text = JokerText(program);
   CountExtensions(program);
   window.focus = &window.txtExtensie;
 }
@@ -134,6 +133,7 @@ void chkLoggen_Click(Program& program, int value) {
 }
 
 void cmdToepassen_Click(Program& program) {
+  if (IsBusy(program)) return;
   OptionsWindow& window = program.frmOpties;
   const std::string& separator = window.txtSeparator.text;
   program.settings.gSeparator = separator.empty() ? kDefaultSeparator : separator;

@@ -19,7 +19,8 @@ std::string FormatExtensie(Program& program, const std::string& typed);
 // works.
 void imOpties_Click(Program& program);
 
-// The window becomes the active one: its fields show the settings.
+// The window comes up: its fields show the settings, over what was typed and not applied. Called by
+// imOpties_Click; a window that becomes active again behind a message keeps what was typed.
 void frmOpties_Activate(Program& program);
 // The window is closed by its close box: hidden, nothing is applied.
 void frmOpties_Close(Program& program);
@@ -39,7 +40,7 @@ void cmdListExtensie_Down_Click(Program& program);
 // The logging box takes a value. One that it cannot take changes nothing.
 void chkLoggen_Click(Program& program, int value);
 
-// Takes separator and wildcard over and hides the window.
+// Takes separator and wildcard over and hides the window. Nothing while a run works.
 void cmdToepassen_Click(Program& program);
 
 // Says in which folder the settings file lies, and opens the file browser there when it exists.

@@ -92,8 +92,8 @@ void ReadInitFile(Program& program) {
   std::string path;
   if (!ChooseInitFile(program, path)) return;
   LineReader reader;
-  settings.init_file_error = reader.Open(program.host.files, path);
-  if (settings.CommandLine_SET && settings.init_file_error == ErrorNumber::kNone) {
+  const ErrorNumber opening = reader.Open(program.host.files, path);
+  if (settings.CommandLine_SET && opening == ErrorNumber::kNone) {
     settings.AutoRunFromInitFile = true;
   }
   ReadPlacedLines(program, reader);
@@ -104,6 +104,9 @@ void ReadInitFile(Program& program) {
   program.frmMorvex.lblFiles.colour = Colour::kSystemHighlight;
   program.frmMorvex.lblFiles.caption = std::string(12, ' ');
   ReadExtensions(program, reader);
+  settings.init_file_error = reader.error();
+  // A file that could only be read in part describes no run.
+  if (settings.init_file_error != ErrorNumber::kNone) settings.AutoRunFromInitFile = false;
   settings.ReadingInitFile = false;
 }
 

@@ -10,9 +10,6 @@ namespace morvex {
 
 inline constexpr const char* kInitFileName = "Init.dat";
 
-// The separator where none is set.
-inline constexpr const char* kDefaultSeparator = "|";
-
 // Reads the settings file that the command line named, else the one in the program's folder, into
 // the settings and windows, and has the list that it names imported and applied. Values that the
 // file does not give stay as they are. A named file that is missing is logged and sets Beeindigd.

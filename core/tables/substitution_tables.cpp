@@ -68,12 +68,14 @@ ErrorNumber FillArrays(const ReplacementsWindow& grid, std::uint8_t joker,
   return ErrorNumber::kNone;
 }
 
-void Set_Joker(SubstitutionTables& tables, std::string_view Left_Right, std::int64_t index,
-               bool True_False) {
-  if (index < 0 || (Left_Right != "Left" && Left_Right != "Right")) return;
+ErrorNumber Set_Joker(SubstitutionTables& tables, std::string_view Left_Right, std::int64_t index,
+                      bool True_False) {
+  if (Left_Right != "Left" && Left_Right != "Right") return ErrorNumber::kNone;
+  if (index < 0) return ErrorNumber::kSubscriptOutOfRange;
   std::vector<bool>& flags = Left_Right == "Left" ? tables.JokerLeft : tables.JokerRight;
   flags.resize(static_cast<std::size_t>(index) + 1);
   flags.back() = True_False;
+  return ErrorNumber::kNone;
 }
 
 }  // namespace morvex

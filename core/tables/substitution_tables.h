@@ -19,6 +19,7 @@ namespace morvex {
 
 // The cell rule of the byte matrices: 0 at position 0, the code of the position-th character
 // (counted from 1) of the row's text, 0 behind its end and in the spare row behind the last.
+// `position` is 0 or more, `row` from 0 to the number of texts.
 inline std::uint8_t CharCodeAt(const std::vector<std::string>& texts, std::int64_t position,
                                std::int64_t row) {
   if (position == 0 || row == static_cast<std::int64_t>(texts.size())) return 0;
@@ -68,8 +69,9 @@ ErrorNumber FillArrays(const ReplacementsWindow& grid, std::uint8_t joker,
                        SubstitutionTables& tables);
 
 // Sets the flag of one row in the column "Left" or "Right" (any other text changes nothing) and
-// cuts the flags behind it off, so flags are set in increasing row order.
-void Set_Joker(SubstitutionTables& tables, std::string_view Left_Right, std::int64_t index,
-               bool True_False);
+// cuts the flags behind it off, so flags are set in increasing row order. kSubscriptOutOfRange for
+// an index below 0.
+ErrorNumber Set_Joker(SubstitutionTables& tables, std::string_view Left_Right, std::int64_t index,
+                      bool True_False);
 
 }  // namespace morvex

@@ -15,8 +15,9 @@
 
 namespace morvex {
 
-// Counts the changes of one window. `on_change`, when set, is called after each; it must not throw
-// and must not change the window.
+// Counts the changes of one window. `on_change`, when set, is called after each, in the middle of a
+// handler and maybe a million times during one: it must only note that there is something to
+// repaint, and must not throw.
 class ChangeNotice {
  public:
   void Changed() {
@@ -109,6 +110,8 @@ struct Button : Control {
   std::string font;
 };
 
+// One line: its text never holds CR or LF. The user interface sees to that, and puts what is typed
+// into `text` where no handler for the change is declared.
 struct TextBox : Control {
   TextBox(ChangeNotice& notice, Box where, int tab) : Control(notice, where, tab), text(notice) {}
 
@@ -149,8 +152,8 @@ struct ListEntry {
   bool operator==(const ListEntry&) const = default;
 };
 
-// A list whose entries are selected one by one; `current` is the entry with the focus mark, -1 for
-// none.
+// A list whose entries are selected one by one. `current` is the entry with the focus mark, -1 for
+// none; the user interface moves it as the user does.
 struct ListBox : Control {
   ListBox(ChangeNotice& notice, Box where, int tab)
       : Control(notice, where, tab), entries(notice), current(notice, -1) {}
@@ -215,23 +218,55 @@ struct FolderTree : Control {
   std::string last_folder_event;  // path of the folder that the tree's last event named
 };
 
-// What every window has.
+// A drawn line, in twips.
+struct Line {
+  int x1 = 0;
+  int y1 = 0;
+  int x2 = 0;
+  int y2 = 0;
+};
+
+// The control that a handler wants to have the input focus. A wish counts once: a user interface
+// moves the focus when requests() has grown, and otherwise leaves it where the user put it.
+class FocusRequest {
+ public:
+  explicit FocusRequest(ChangeNotice& notice) : notice_(&notice) {}
+  FocusRequest& operator=(const Control* control) {
+    control_ = control;
+    ++requests_;
+    notice_->Changed();
+    return *this;
+  }
+  const Control* get() const { return control_; }
+  std::uint64_t requests() const { return requests_; }
+
+ private:
+  ChangeNotice* notice_;
+  const Control* control_ = nullptr;
+  std::uint64_t requests_ = 0;
+};
+
+// What every window has. Sizes are of the part inside the frame, in twips.
 struct Window {
-  explicit Window(std::string title)
-      : caption(changes, std::move(title)),
+  Window(std::string title, int inner_width, int inner_height)
+      : loaded(changes, false),
+        caption(changes, std::move(title)),
         visible(changes, false),
+        width(changes, inner_width),
+        height(changes, inner_height),
         mouse_pointer(changes, MousePointer::kDefault),
-        focus(changes, nullptr) {}
+        focus(changes) {}
   Window(const Window&) = delete;
   Window& operator=(const Window&) = delete;
 
   ChangeNotice changes;
-  bool loaded = false;
+  Watched<bool> loaded;
   Watched<std::string> caption;
   Watched<bool> visible;
+  Watched<int> width;
+  Watched<int> height;
   Watched<MousePointer> mouse_pointer;
-  Watched<const Control*>
-      focus;  // the control that is to have the input focus; null: none asked for
+  FocusRequest focus;
 };
 
 }  // namespace morvex

@@ -9,7 +9,7 @@ constexpr const char* kPathHint = "Bestand of map";
 }  // namespace
 
 MainWindow::MainWindow()
-    : Window(" Morvex v11.0"),
+    : Window(" Morvex v11.0", 8295, 4575),
       lblPassword_1(changes, {240, 240, 1095, 375}, "Source :", kHeadingFont),
       lblPassword_2(changes, {240, 840, 1095, 375}, "Target :", kHeadingFont),
       FolderTreeview1(changes, {1440, 240, 5895, 4335}, 6),
@@ -26,6 +26,16 @@ MainWindow::MainWindow()
       lblPercentage(changes, {5400, 3480, 2655, 495}, ""),
       ProgressBar1(changes, {240, 4200, 7815, 255}),
       Image1(changes, {7560, 3000, 480, 375}, -1),
+      // A frame around the paths, one around the statistics, and the rule between them.
+      Lines{{{120, 120, 8175, 120},
+             {120, 1320, 7440, 1320},
+             {120, 120, 120, 1320},
+             {7440, 120, 7440, 1320},
+             {120, 1920, 8175, 1920},
+             {120, 2880, 8175, 2880},
+             {120, 4080, 8175, 4080},
+             {120, 2880, 120, 4080},
+             {8175, 2880, 8175, 4080}}},
       source_box_(changes, {1440, 240, 5895, 375}, 0),
       target_box_(changes, {1440, 840, 5895, 375}, 1) {
   lblPassword_1.tool_tip = kPathHint;

@@ -1,6 +1,7 @@
 // The main window: source and target, the commands, the statistics of a run.
 #pragma once
 
+#include <array>
 #include <string>
 
 #include "core/windows/control.h"
@@ -39,7 +40,8 @@ struct MainWindow : Window {
   Label lblPercentage;  // hits and result
   ProgressBar ProgressBar1;
   Timer Timer1;
-  Picture Image1;  // decoration
+  Picture Image1;             // decoration, as are the lines
+  std::array<Line, 9> Lines;  // Line1 to Line9
 
   int EditedBox = kSourceBox;  // the path box that the folder tree stands in for
 

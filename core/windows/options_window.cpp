@@ -3,7 +3,7 @@
 namespace morvex {
 
 OptionsWindow::OptionsWindow()
-    : Window("Opties"),
+    : Window("Opties", 5055, 4170),
       lblJoker(changes, {240, 240, 1695, 255}, "wildcard"),
       lblJokerWhere(changes, {240, 480, 1695, 255}, "in replacement list"),
       lblSeparator(changes, {240, 960, 1695, 255}, "separator"),

@@ -14,7 +14,7 @@ std::string ColumnHeadings() {
 }  // namespace
 
 ReplacementsWindow::ReplacementsWindow()
-    : Window(ColumnHeadings()),
+    : Window(ColumnHeadings(), 9330, 1515),
       VScroll1(changes, {8835, 360, 255, 375}, 8),
       cmdJoker(changes, {360, kButtonTop, 375, kButtonHeight}, 0, "", "wildcard"),
       cmdMirror(changes, {2100, kButtonTop, 855, kButtonHeight}, 2, "<-|->", "mirror"),
@@ -25,7 +25,6 @@ ReplacementsWindow::ReplacementsWindow()
       cmdImport(changes, {4680, kButtonTop, 975, kButtonHeight}, 5, "Import", "from file"),
       cmdSaveList(changes, {5820, kButtonTop, 975, kButtonHeight}, 6, "Save", "to file"),
       cmdOK(changes, {7560, kButtonTop, 1215, kButtonHeight}, 7, "OK",
-            "use the above replacements"),
-      height(changes, 1860) {}
+            "use the above replacements") {}
 
 }  // namespace morvex

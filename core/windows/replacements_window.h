@@ -22,9 +22,7 @@ inline constexpr int kLeftColumn = 360;
 inline constexpr int kRightColumn = 4560;
 inline constexpr int kCellWidth = 4215;
 inline constexpr int kCellHeight = 375;
-inline constexpr std::int64_t kRowsInBand = 6;
-inline constexpr int kBandAbove = 359;   // a visible row's top is greater than this
-inline constexpr int kBandBelow = 2519;  // and less than this
+inline constexpr std::int64_t kRowsInBand = 6;  // visible at a time: tops from 360 to 2160
 
 // A cell's text of this many characters or more is reported as too long.
 inline constexpr std::size_t kLongestText = 2147483647;
@@ -37,7 +35,7 @@ struct CellAddress {
   bool operator==(const CellAddress&) const = default;
 };
 
-// One text box of the grid. Positions count bytes of `text`.
+// One text box of the grid, of one line: no CR or LF. Positions count bytes of `text`.
 struct Cell {
   std::string text;
   std::string tool_tip;
@@ -69,15 +67,21 @@ struct ReplacementsWindow : Window {
     return static_cast<int>(kFirstRowTop + (row - scrolled_rows) * kRowPitch);
   }
   bool RowVisible(std::int64_t row) const {
-    return row < placed_rows && Top(row) > kBandAbove && Top(row) < kBandBelow;
+    const std::int64_t place = row - scrolled_rows;
+    return row < placed_rows && place >= 0 && place < kRowsInBand;
   }
   Box CellBox(CellAddress address) const {
     return {address.column == Column::kLeft ? kLeftColumn : kRightColumn, Top(address.row),
             kCellWidth, kCellHeight};
   }
-  // Left, right, next left, next right; the other controls come behind the last cell.
+  // The window's tab order: left, right, next left, next right, and behind the last cell the other
+  // controls in the order of their tab_index.
   static std::int64_t CellTabIndex(CellAddress address) {
     return address.row * 2 + (address.column == Column::kLeft ? 0 : 1);
+  }
+
+  std::int64_t ControlTabIndex(const Control& control) const {
+    return static_cast<std::int64_t>(rows.size()) * 2 + control.tab_index;
   }
 
   ScrollBar VScroll1;
@@ -90,7 +94,6 @@ struct ReplacementsWindow : Window {
   Button cmdSaveList;
   Button cmdOK;
   FileDialog cdSaveList;
-  Watched<int> height;  // of the window, twips
 
   std::int64_t LastRow = 0;
   std::string FocusCell;  // the cell that last lost the focus, as in Links_3 or Rechts_0
@@ -106,6 +109,7 @@ struct ReplacementsWindow : Window {
   std::int64_t placed_rows = 1;    // rows that were ever shown; a row just added is hidden
   int grown_rows = 0;              // how much taller than at its opening the window is
   std::size_t longest_text = kLongestText;
+  bool importing = false;  // a list file is being read into the rows: the user's commands wait
 };
 
 }  // namespace morvex

@@ -1,17 +1,75 @@
 #include "ui/console/console_text.h"
 
+#include <algorithm>
 #include <array>
+#include <vector>
 
 namespace morvex {
 namespace {
 
-bool IsControl(char character) {
-  const auto code = static_cast<unsigned char>(character);
-  return code < 0x20 || code == 0x7F;
+// Of the control characters behind ASCII the second byte in UTF-8, C2 80 to C2 9F.
+bool IsControlAt(std::string_view text, std::size_t place) {
+  const auto code = static_cast<unsigned char>(text[place]);
+  if (code < 0x20 || code == 0x7F) return true;
+  return place > 0 && text[place - 1] == '\xC2' && code >= 0x80 && code <= 0x9F;
 }
 
 std::string Counted(std::int64_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+std::string MissingCopyNotes(const RunState& run) {
+  std::string notes;
+  if (run.passed_over_files > 0) {
+    notes += Counted(run.passed_over_files, "file was", "files were") +
+             " passed over and not copied: the program's own, changed after the start, in a "
+             "recycle bin, or a name that ends in \"cle\".\n";
+  }
+  if (run.left_out_folders > 0) {
+    notes += Counted(run.left_out_folders, "folder was", "folders were") +
+             " left out: a recycle bin or system folder by its path or the target's.\n";
+  }
+  if (run.failed_files > 0) {
+    notes += Counted(run.failed_files, "file or folder", "files or folders") +
+             " could not be copied. The first: " + Printable(run.first_failure.path) + ": " +
+             ErrorLine(run.first_failure.error) + "\n";
+  }
+  return notes;
+}
+
+std::string StopNotes(const RunState& run) {
+  std::string notes;
+  if (run.disk_full)
+    notes += "The disk is full: the run ended there, the target is not complete.\n";
+  if (!run.cut_short.empty()) notes += "Cut short: " + Printable(run.cut_short) + "\n";
+  if (!run.left_temporary.empty()) {
+    notes += "Left in the source: " + Printable(run.left_temporary) + "\n";
+  }
+  return notes;
+}
+
+bool HasUsableRow(const Program& program) {
+  const std::vector<std::string>& left_texts = program.tables.LeftTexts;
+  return std::any_of(left_texts.begin(), left_texts.end(),
+                     [](const std::string& text) { return !text.empty(); });
+}
+
+std::string NothingToDoNotes(const Program& program) {
+  const Settings& settings = program.settings;
+  std::string notes;
+  if (settings.list_file_error != ErrorNumber::kNone) {
+    notes += "The replacement list could not be read to its end: " +
+             Printable(settings.SubstitutieFile) + ": " + ErrorLine(settings.list_file_error) +
+             "\n";
+  }
+  if (program.run.end != RunEnd::kFinished) return notes;
+  if (!HasUsableRow(program)) {
+    notes += "Nothing was anonymised: the replacement list has no row, or does not exist: " +
+             Printable(settings.SubstitutieFile) + "\n";
+  } else if (program.run.FilesDone == 0) {
+    notes += "Nothing was anonymised: no file has a selected extension.\n";
+  }
+  return notes;
 }
 
 }  // namespace
@@ -20,19 +78,27 @@ std::string Printable(std::string_view text) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string shown;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text.substr(i, 2) == "\r\n") {
-      shown += '\n';
-      ++i;
-    } else if (IsControl(text[i])) {
-      const auto code = static_cast<unsigned char>(text[i]);
-      shown += "\\x";
-      shown += kDigits[code / 16];
-      shown += kDigits[code % 16];
-    } else {
+    if (!IsControlAt(text, i)) {
       shown += text[i];
+      continue;
     }
+    const auto code = static_cast<unsigned char>(text[i]);
+    shown += "\\x";
+    shown += kDigits[code / 16];
+    shown += kDigits[code % 16];
   }
   return shown;
+}
+
+std::string PrintableLines(std::string_view text) {
+  constexpr std::string_view kLineBreak = "\r\n";
+  std::string shown;
+  for (std::size_t end = text.find(kLineBreak); end != std::string_view::npos;
+       end = text.find(kLineBreak)) {
+    shown.append(Printable(text.substr(0, end))).append("\n");
+    text.remove_prefix(end + kLineBreak.size());
+  }
+  return shown + Printable(text);
 }
 
 std::string ProgressLine(const Program& program) {
@@ -49,26 +115,13 @@ std::string ResultLines(const Program& program) {
   std::string lines;
   for (const Label* label : {&window.lblTotalFiles, &window.lblTijd, &window.lblPercentage}) {
     const std::string& caption = label->caption;
-    if (!caption.empty()) lines.append(Printable(caption)).append("\n");
+    if (!caption.empty()) lines.append(PrintableLines(caption)).append("\n");
   }
   return lines;
 }
 
-std::string FailureLines(const Program& program) {
-  const RunState& run = program.run;
-  std::string lines;
-  if (run.passed_over_files > 0) {
-    lines += Counted(run.passed_over_files, "file was", "files were") +
-             " passed over and not copied: the program's own, changed after the start, in a "
-             "recycle bin, or a name that ends in \"cle\".\n";
-  }
-  if (run.failed_files > 0) {
-    lines += Counted(run.failed_files, "file or folder", "files or folders") +
-             " could not be copied. The first: " + Printable(run.first_failure.path) + ": Error " +
-             std::to_string(static_cast<int>(run.first_failure.error)) + ": " +
-             std::string(ErrorText(run.first_failure.error)) + "\n";
-  }
-  return lines;
+std::string RunNotes(const Program& program) {
+  return MissingCopyNotes(program.run) + StopNotes(program.run) + NothingToDoNotes(program);
 }
 
 std::string ReadableBytes(std::int64_t bytes) {

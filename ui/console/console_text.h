@@ -8,9 +8,12 @@
 
 namespace morvex {
 
-// Control characters as \xHH, so that a file's name cannot steer the terminal. CR LF becomes a line
-// break; other bytes stay.
+// Control characters as \xHH, so that a file's name cannot steer the terminal or break its line;
+// other bytes stay.
 std::string Printable(std::string_view text);
+
+// The same for a text of several lines: CR LF becomes a line break.
+std::string PrintableLines(std::string_view text);
 
 // One line: files, hits, bytes and per cent of a run that works.
 std::string ProgressLine(const Program& program);
@@ -18,8 +21,9 @@ std::string ProgressLine(const Program& program);
 // What the main window's result labels hold at the end of a run, a line for each of theirs.
 std::string ResultLines(const Program& program);
 
-// Of a run: how many files have no copy, and why the first; empty when there is nothing to tell.
-std::string FailureLines(const Program& program);
+// What the result labels do not tell of a run: files without a copy and why, what a stop left
+// behind, a list or a filter that picked nothing. Empty when there is nothing to tell.
+std::string RunNotes(const Program& program);
 
 // As in "1.5 MB"; units of 1000.
 std::string ReadableBytes(std::int64_t bytes);

@@ -21,12 +21,12 @@ ConsoleUser::ConsoleUser(ConsoleStreams streams) : streams_(std::move(streams)) 
 Answer ConsoleUser::ShowMessage(const std::string& text, MessageButtons buttons,
                                 MessageIcon /*icon*/) {
   ClearProgress();
-  streams_.error << Printable(text);
+  streams_.error << PrintableLines(text);
   switch (buttons) {
     case MessageButtons::kYesNo:
-      return AskYes(" [y/N] ") ? Answer::kYes : Answer::kNo;
+      return AskYes() ? Answer::kYes : Answer::kNo;
     case MessageButtons::kOkCancel:
-      return AskYes(" [y/N] ") ? Answer::kOk : Answer::kCancel;
+      return AskYes() ? Answer::kOk : Answer::kCancel;
     case MessageButtons::kOk:
       break;
   }
@@ -77,14 +77,16 @@ void ConsoleUser::ShowProgressLine() {
   shown_length_ = std::max(shown_length_, length);
 }
 
-bool ConsoleUser::AskYes(const char* choices) {
+bool ConsoleUser::AskYes() {
   if (!streams_.input_is_terminal) {
-    streams_.error << "\n" << std::flush;
+    streams_.error << "\nThere is no terminal to answer on, so the answer is no.\n" << std::flush;
     return false;
   }
-  streams_.error << choices << std::flush;
+  streams_.error << " [y/N] " << std::flush;
   std::string answer;
-  std::getline(streams_.input, answer);
+  // Without an answer (an interrupt, the end of the input) the line is still to be ended.
+  if (!std::getline(streams_.input, answer)) streams_.error << "\n" << std::flush;
+  HandlePendingEvents();
   return answer == "y" || answer == "Y" || answer == "yes" || answer == "Yes";
 }
 

@@ -16,7 +16,6 @@ namespace morvex {
 // What the console stands on; the streams must outlive it.
 struct ConsoleStreams {
   std::istream& input;
-  std::ostream& output;
   std::ostream& error;
   bool input_is_terminal = false;
   bool error_is_terminal = false;
@@ -46,7 +45,7 @@ class ConsoleUser : public UserService {
 
  private:
   void ShowProgressLine();
-  bool AskYes(const char* choices);
+  bool AskYes();
 
   ConsoleStreams streams_;
   Program* program_ = nullptr;
