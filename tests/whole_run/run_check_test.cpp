@@ -83,7 +83,7 @@ RunOutcome Predicted(std::uint64_t seed) {
   input.disk.MakeFolder("/w");
   input.disk.MakeFolder("/w/work");
   for (const Entry& entry : made.entries) {
-    const std::string path = "/w/work/" + entry.name;
+    const std::string path = "/w/job/" + entry.name;
     for (std::size_t at = path.find('/', 8); at != std::string::npos; at = path.find('/', at + 1)) {
       input.disk.MakeFolder(path.substr(0, at));
     }
@@ -96,7 +96,7 @@ RunOutcome Predicted(std::uint64_t seed) {
     }
   }
   input.current_folder = "/w/work";
-  input.settings_bytes = input.disk.Find("/w/work/" + made.settings_name)->bytes;
+  input.settings_bytes = input.disk.Find("/w/job/" + made.settings_name)->bytes;
   input.settings_path = made.settings_argument;
   input.delay_ms = made.delay_ms;
   input.armed_ns = 2'000'000'000'000'000'000;

@@ -1,0 +1,111 @@
+// The house stays as it is drawn: a room includes only itself and the rooms below it, the core
+// includes the C++ standard library and nothing else, and system headers are met in host/ alone.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace morvex::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+// From the top down; a room may include what stands below it.
+const std::vector<std::string> kRooms = {
+    "apps/morvex-cli", "host/posix",   "ui/console",  "core/run",     "core/settings", "core/list",
+    "core/engine",     "core/program", "core/tables", "core/windows", "core/host"};
+
+// Headers of the C++ standard library that the program uses.
+const std::set<std::string> kStandardHeaders = {
+    "algorithm", "array",   "charconv", "chrono",      "cmath",      "compare",  "cstddef",
+    "cstdint",   "cstdlib", "cstring",  "deque",       "functional", "iostream", "istream",
+    "limits",    "map",     "memory",   "optional",    "ostream",    "string",   "string_view",
+    "thread",    "utility", "vector",   "system_error"};
+
+struct Include {
+  std::string file;  // that includes
+  std::string name;  // what it includes
+  bool own = false;  // "name" rather than <name>
+};
+
+std::vector<Include> IncludesOf(const std::string& room) {
+  const fs::path root = MORVEX_SOURCE_ROOT;
+  std::vector<Include> includes;
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(root / room)) {
+    const std::string extension = entry.path().extension().string();
+    if (extension != ".h" && extension != ".cpp") continue;
+    std::ifstream file(entry.path());
+    for (std::string line; std::getline(file, line);) {
+      if (!line.starts_with("#include ")) continue;
+      const bool own = line.at(9) == '"';
+      const std::size_t end = line.find(own ? '"' : '>', 10);
+      includes.push_back(
+          {fs::relative(entry.path(), root).string(), line.substr(10, end - 10), own});
+    }
+  }
+  return includes;
+}
+
+std::size_t RoomOf(const std::string& header) {
+  const auto room = std::find_if(kRooms.begin(), kRooms.end(), [&](const std::string& name) {
+    return header.starts_with(name + "/");
+  });
+  return static_cast<std::size_t>(room - kRooms.begin());
+}
+
+TEST(Layers, EveryRoomOfTheProgramIsKnown) {
+  const fs::path root = MORVEX_SOURCE_ROOT;
+  for (const char* part : {"apps", "core", "host", "ui"}) {
+    for (const fs::directory_entry& entry : fs::directory_iterator(root / part)) {
+      const std::string room = fs::relative(entry.path(), root).string();
+      EXPECT_LT(RoomOf(room + "/"), kRooms.size()) << room << " has no place in the order of rooms";
+    }
+  }
+}
+
+TEST(Layers, ARoomIncludesOnlyItselfAndRoomsBelow) {
+  for (std::size_t room = 0; room < kRooms.size(); ++room) {
+    const std::vector<Include> includes = IncludesOf(kRooms[room]);
+    ASSERT_FALSE(includes.empty()) << kRooms[room];
+    for (const Include& include : includes) {
+      if (!include.own) continue;
+      ASSERT_LT(RoomOf(include.name), kRooms.size())
+          << include.file << " includes " << include.name;
+      EXPECT_GE(RoomOf(include.name), room) << include.file << " includes " << include.name;
+    }
+  }
+}
+
+TEST(Layers, TheHostImplementsOnlyTheHostsInterface) {
+  for (const Include& include : IncludesOf("host/posix")) {
+    if (!include.own) continue;
+    EXPECT_TRUE(include.name.starts_with("host/posix/") || include.name.starts_with("core/host/"))
+        << include.file << " includes " << include.name;
+  }
+}
+
+TEST(Layers, UserInterfacesDoNotKnowTheSystem) {
+  for (const Include& include : IncludesOf("ui/console")) {
+    EXPECT_FALSE(include.name.starts_with("host/")) << include.file << " includes " << include.name;
+  }
+}
+
+TEST(Layers, OnlyTheHostIncludesSystemHeaders) {
+  for (const std::string& room : kRooms) {
+    if (room == "host/posix") continue;
+    for (const Include& include : IncludesOf(room)) {
+      if (include.own) continue;
+      EXPECT_TRUE(kStandardHeaders.contains(include.name))
+          << include.file << " includes <" << include.name << ">";
+    }
+  }
+}
+
+}  // namespace
+}  // namespace morvex::test

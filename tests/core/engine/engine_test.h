@@ -1,0 +1,76 @@
+// What the engine's tests share: a program with a replacement list, and one file that runs through
+// it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+
+#include "core/engine/process_file.h"
+#include "tests/support/test_program.h"
+
+namespace morvex::test {
+
+// A list's flags, its tails and the run itself may each have been made with another wildcard: the
+// setting can change between the editor's opening, its OK and the run. 0: none.
+struct Wildcards {
+  char flags = 0;
+  char tails = 0;
+  char run = 0;
+};
+
+class EngineProgram : public TestProgram {
+ public:
+  explicit EngineProgram(const Rows& rows, char joker = 0) { SetList(rows, joker); }
+  EngineProgram(const Rows& rows, Wildcards jokers) { SetList(rows, jokers); }
+
+  void SetList(const Rows& rows, char joker) { SetList(rows, {joker, joker, joker}); }
+  void SetList(const Rows& rows, Wildcards jokers) {
+    ReplacementsWindow grid;
+    for (const auto& [left, right] : rows) {
+      const auto index = static_cast<std::int64_t>(grid.rows.size());
+      grid.rows.emplace_back();
+      grid.rows.back().txtLinks.text = left;
+      grid.rows.back().txtRechts.text = right;
+      Set_Joker(program.tables, "Left", index, Holds(left, jokers.flags));
+      Set_Joker(program.tables, "Right", index, Holds(right, jokers.flags));
+    }
+    EXPECT_EQ(FillArrays(grid, static_cast<std::uint8_t>(jokers.tails), program.tables),
+              ErrorNumber::kNone);
+    program.settings.gJoker = static_cast<std::uint8_t>(jokers.run);
+  }
+
+  // Processes a file of these bytes and gives the bytes of the result. What the engine keeps from
+  // one file to the next stays.
+  std::string Process(const std::string& bytes) {
+    const std::string temporary = "/s/tijdel.enc";
+    files.AddFile("/s/file.txt", bytes);
+    program.run.ArmedAt = system.now;
+    program.run.Hits_Per_File = 0;
+    const ProcessResult result = ProcessFile(program, "file.txt", "/s");
+    EXPECT_EQ(result.end, ProcessEnd::kProcessed);
+    EXPECT_EQ(result.error, ErrorNumber::kNone);
+    if (!files.Has(temporary)) return "(there is no result)";
+    const std::string made = files.Bytes(temporary);
+    files.DeleteFile(temporary);
+    return made;
+  }
+
+  std::int64_t hits() const { return program.run.Hits_Per_File; }
+
+ private:
+  static bool Holds(const std::string& text, char joker) {
+    return joker != 0 && text.find(joker) != std::string::npos;
+  }
+};
+
+// A new program with this list makes `output` of `input`, with `hits` replacements.
+inline void ExpectResult(const Rows& rows, char joker, const std::string& input,
+                         const std::string& output, std::int64_t hits) {
+  EngineProgram program(rows, joker);
+  EXPECT_EQ(program.Process(input), output);
+  EXPECT_EQ(program.hits(), hits);
+}
+
+}  // namespace morvex::test

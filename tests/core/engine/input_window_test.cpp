@@ -1,0 +1,149 @@
+// The window that slides over the source file.
+#include "core/engine/input_window.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "tests/support/memory_files.h"
+
+namespace morvex::test {
+namespace {
+
+constexpr std::size_t kLookAhead = InputWindow::kLookAhead;
+constexpr std::size_t kMegabyte = std::size_t{1} << 20;
+
+// A file whose bytes tell where they stand.
+std::string Pattern(std::size_t size) {
+  std::string bytes(size, ' ');
+  for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i * 7 + i / 251 + i / 65521);
+  return bytes;
+}
+
+class InputWindowTest : public ::testing::Test {
+ protected:
+  void Open(std::string bytes) {
+    bytes_ = std::move(bytes);
+    files_.AddFile("/file", bytes_);
+    file_ = std::move(files_.OpenForReading("/file").value);
+  }
+
+  // The window stands at `offset` and shows what a window has to show.
+  void ExpectShown(const InputWindow& window, std::size_t offset) {
+    const std::size_t rest = bytes_.size() - std::min(bytes_.size(), offset);
+    ASSERT_GE(window.size(), std::min(rest, kLookAhead)) << offset;
+    ASSERT_LE(window.size(), rest) << offset;
+    const std::string_view shown(reinterpret_cast<const char*>(window.data()), window.size());
+    ASSERT_TRUE(shown == std::string_view(bytes_).substr(bytes_.size() - rest, window.size()))
+        << offset;
+  }
+
+  MemoryFiles files_;
+  std::string bytes_;
+  std::unique_ptr<InputFile> file_;
+};
+
+TEST_F(InputWindowTest, AnEmptyFileHasEndedAtItsStart) {
+  Open("");
+  InputWindow window(*file_);
+  EXPECT_EQ(window.MoveTo(0), ErrorNumber::kNone);
+  EXPECT_EQ(window.size(), 0u);
+}
+
+TEST_F(InputWindowTest, AShortFileIsShownWhole) {
+  Open("abc");
+  InputWindow window(*file_);
+  for (std::size_t offset = 0; offset <= 3; ++offset) {
+    EXPECT_EQ(window.MoveTo(offset), ErrorNumber::kNone);
+    EXPECT_EQ(window.size(), 3 - offset);
+    ExpectShown(window, offset);
+  }
+}
+
+TEST_F(InputWindowTest, AShortFileIsReadOnce) {
+  Open("abc");
+  InputWindow window(*file_);
+  const std::int64_t calls = files_.calls;
+  for (std::size_t offset = 0; offset <= 3; ++offset) window.MoveTo(offset);
+  EXPECT_EQ(files_.calls, calls + 1);
+}
+
+TEST_F(InputWindowTest, ShowsTheLookAheadFromEveryPlaceAroundTheBordersOfItsBlocks) {
+  Open(Pattern(3 * kMegabyte));
+  for (std::size_t border = kMegabyte; border < bytes_.size(); border += kMegabyte) {
+    InputWindow window(*file_);
+    ASSERT_EQ(window.MoveTo(0), ErrorNumber::kNone);
+    for (std::size_t offset = border - 40; offset < border + 40; ++offset) {
+      ASSERT_EQ(window.MoveTo(offset), ErrorNumber::kNone);
+      ExpectShown(window, offset);
+    }
+  }
+}
+
+TEST_F(InputWindowTest, ShowsExactlyTheRestAtTheEndOfTheFile) {
+  for (const std::size_t size : {kMegabyte, kMegabyte + kLookAhead - 1, kMegabyte + kLookAhead,
+                                 kMegabyte + kLookAhead + 1}) {
+    Open(Pattern(size));
+    InputWindow window(*file_);
+    for (std::size_t offset = size - kLookAhead - 2; offset <= size; offset += 1000) {
+      ASSERT_EQ(window.MoveTo(offset), ErrorNumber::kNone);
+      ExpectShown(window, offset);
+    }
+    for (std::size_t offset = size - 2; offset <= size; ++offset) {
+      ASSERT_EQ(window.MoveTo(offset), ErrorNumber::kNone);
+      EXPECT_EQ(window.size(), size - offset);
+      ExpectShown(window, offset);
+    }
+  }
+}
+
+TEST_F(InputWindowTest, LeapsOverWhatItDoesNotHold) {
+  Open(Pattern(4 * kMegabyte));
+  InputWindow window(*file_);
+  for (const std::size_t offset : {std::size_t{0}, 2 * kMegabyte, 2 * kMegabyte + 5,
+                                   4 * kMegabyte - 1, 4 * kMegabyte, 4 * kMegabyte + 10}) {
+    ASSERT_EQ(window.MoveTo(offset), ErrorNumber::kNone);
+    ExpectShown(window, offset);
+  }
+}
+
+TEST_F(InputWindowTest, GoesThroughAFileInLargeBlocks) {
+  Open(Pattern(3 * kMegabyte));
+  InputWindow window(*file_);
+  const std::int64_t calls = files_.calls;
+  std::string seen;
+  for (std::size_t offset = 0;; ++offset) {
+    ASSERT_EQ(window.MoveTo(offset), ErrorNumber::kNone);
+    if (window.size() == 0) break;
+    seen += static_cast<char>(*window.data());
+  }
+  EXPECT_TRUE(seen == bytes_);
+  EXPECT_LT(files_.calls - calls, 10);
+}
+
+TEST_F(InputWindowTest, AReadErrorLeavesItEmpty) {
+  Open(Pattern(2 * kMegabyte));
+  InputWindow window(*file_);
+  files_.fail = [](const std::string&, const std::string&) { return ErrorNumber::kDeviceIo; };
+  EXPECT_EQ(window.MoveTo(0), ErrorNumber::kDeviceIo);
+  EXPECT_EQ(window.size(), 0u);
+}
+
+TEST_F(InputWindowTest, AReadErrorInMidFileIsGivenWhenItIsMet) {
+  Open(Pattern(2 * kMegabyte));
+  InputWindow window(*file_);
+  ASSERT_EQ(window.MoveTo(0), ErrorNumber::kNone);
+  files_.fail = [](const std::string&, const std::string&) { return ErrorNumber::kDeviceIo; };
+  // What is held is shown still.
+  EXPECT_EQ(window.MoveTo(1000), ErrorNumber::kNone);
+  ExpectShown(window, 1000);
+  EXPECT_EQ(window.MoveTo(kMegabyte + 1), ErrorNumber::kDeviceIo);
+  EXPECT_EQ(window.size(), 0u);
+}
+
+}  // namespace
+}  // namespace morvex::test

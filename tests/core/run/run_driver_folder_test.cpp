@@ -1,0 +1,190 @@
+// Go with a source folder, to its end.
+#include <gtest/gtest.h>
+
+#include "core/list/editor_window.h"
+#include "core/settings/options.h"
+#include "tests/core/run/run_program.h"
+
+namespace morvex::test {
+namespace {
+
+const std::string kHeader = std::string(25, '-') + "11/21/26" + std::string(25, '-');
+
+class GoFolderTest : public ::testing::Test {
+ protected:
+  GoFolderTest() {
+    test_.files.AddFile("/s/a.txt", "aca");
+    test_.files.AddFile("/s/b.bin", "aca");
+    test_.files.AddFile("/s/sub/c.txt", "aaaa");
+    test_.system.times_of_day = {{12, 0, 0}, {12, 2, 5}};
+  }
+
+  RunProgram test_;
+  Program& program_ = test_.program;
+};
+
+TEST_F(GoFolderTest, MakesTheCopies) {
+  test_.ArmAndGo();
+  EXPECT_EQ(test_.files.Below("/t"),
+            (std::vector<std::string>{"/t/a.txt", "/t/b.bin", "/t/sub/", "/t/sub/c.txt"}));
+  EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "bcb");
+  EXPECT_EQ(test_.files.Bytes("/t/b.bin"), "aca");
+  EXPECT_EQ(test_.files.Bytes("/t/sub/c.txt"), "bbbb");
+  EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+}
+
+TEST_F(GoFolderTest, LogsHeaderFilesAndSummary) {
+  test_.ArmAndGo();
+  EXPECT_EQ(test_.LogMessages(),
+            (std::vector<std::string>{
+                kHeader, "/s/a.txt  ----  Hits: 2", "/s/sub/c.txt  ----  Hits: 4", "  ",
+                "Initialisatie-bestand: /program/Init.dat", "Substitutie-bestand: /list.txt",
+                "gemorvexeerd: 2 bestanden", "Overgeslagen: 1 bestanden", "Vervangingen: 6",
+                "Totaal: 10 bytes", "Verstreken tijd: 2 min 5 sec"}));
+}
+
+TEST_F(GoFolderTest, TheRecordsOfTheSummaryStandInQuotesBehindTheTime) {
+  test_.ArmAndGo();
+  const std::string& log = test_.files.Bytes("/program/Morvex.log");
+  EXPECT_NE(log.find("\"12:34:56   \"\r\n\"12:34:56 Initialisatie-bestand: "), std::string::npos);
+  EXPECT_TRUE(log.ends_with("\"12:34:56 Verstreken tijd: 2 min 5 sec\"\r\n")) << log;
+}
+
+TEST_F(GoFolderTest, TheSummaryNamesTheSettingsFileWithTheProgramFolderAsItStands) {
+  TestProgram test('\\');
+  test.system.program_folder = "C:\\";
+  test.files.AddFolder("C:\\s");
+  test.files.AddFolder("C:\\t");
+  StartUp(test.program);
+  Text1_Change(test.program, kSourceBox, "C:\\s");
+  Text1_Change(test.program, kTargetBox, "C:\\t");
+  ASSERT_TRUE(test.program.frmOpties.chkLoggen.SetValue(1));
+  cmdAnonymize_Click(test.program);
+  cmdGo_Click(test.program);
+  EXPECT_NE(test.files.Bytes("C:\\Morvex.log").find(" Initialisatie-bestand: C:\\\\Init.dat\""),
+            std::string::npos);
+}
+
+TEST_F(GoFolderTest, ShowsTimeHitsAndTheFullBar) {
+  test_.ArmAndGo();
+  EXPECT_EQ(test_.window().lblTijd.caption.get(), "2 min 5 sec");
+  EXPECT_EQ(test_.window().lblPercentage.caption.get(), "Hits: 6\r\nDone !");
+  EXPECT_EQ(test_.window().lblTotalFiles.caption.get(), "Scanned: 2\r\nSkipped: 1");
+  EXPECT_EQ(test_.window().ProgressBar1.maximum(), 1000);
+  EXPECT_EQ(test_.window().ProgressBar1.value(), 1000);
+}
+
+TEST_F(GoFolderTest, LeavesTheWindowIdleAndTheLoggingBoxEnabled) {
+  test_.window().cmdExit.enabled = false;
+  test_.ArmAndGo();
+  test_.ExpectIdle();
+  EXPECT_TRUE(test_.window().cmdExit.enabled);
+  EXPECT_TRUE(program_.frmOpties.chkLoggen.enabled);
+  EXPECT_TRUE(test_.window().loaded);
+  EXPECT_TRUE(test_.window().visible);
+}
+
+TEST_F(GoFolderTest, WhileItWorksGoAndTheLoggingBoxAreDisabledUnderAnHourglass) {
+  int looked = 0;
+  test_.OnEveryYield([&] {
+    ++looked;
+    EXPECT_FALSE(test_.window().cmdGo.enabled);
+    EXPECT_FALSE(program_.frmOpties.chkLoggen.enabled);
+    EXPECT_FALSE(test_.source_box().enabled);
+    EXPECT_EQ(test_.window().mouse_pointer, MousePointer::kHourglass);
+    EXPECT_TRUE(test_.window().ProgressBar1.visible);
+    EXPECT_TRUE(program_.run.working);
+  });
+  test_.ArmAndGo();
+  EXPECT_GT(looked, 0);
+  EXPECT_FALSE(test_.window().ProgressBar1.visible);
+  EXPECT_FALSE(program_.run.working);
+}
+
+TEST_F(GoFolderTest, WithLoggingOffThereIsNoLogAtAll) {
+  RunProgram test("/s", "/t", false);
+  test.files.AddFile("/s/a.txt", "aca");
+  test.files.AddFile("/s/article", "aca");
+  test.ArmAndGo();
+  EXPECT_EQ(test.program.run.end, RunEnd::kFinished);
+  EXPECT_FALSE(test.files.Has("/program/Morvex.log"));
+}
+
+TEST_F(GoFolderTest, OverMidnightTheTimeIsNegative) {
+  test_.system.times_of_day = {{23, 59, 50}, {0, 0, 10}};
+  test_.ArmAndGo();
+  EXPECT_EQ(test_.window().lblTijd.caption.get(), "-1439 min -40 sec");
+  EXPECT_EQ(test_.LogMessages().back(), "Verstreken tijd: -1439 min -40 sec");
+  EXPECT_EQ(program_.run.elapsed.elapsed, -86380);
+}
+
+TEST_F(GoFolderTest, DoesNotWriteTheSettingsFile) {
+  test_.Arm();
+  test_.files.DeleteFile("/program/Init.dat");
+  test_.Go();
+  EXPECT_FALSE(test_.files.Has("/program/Init.dat"));
+}
+
+TEST_F(GoFolderTest, ASecondRunCountsAndScalesAnew) {
+  test_.ArmAndGo();
+  test_.files.AddFile("/s/big.bin", std::string(12345678, 'x'));
+  test_.ArmAndGo();
+  EXPECT_EQ(program_.run.FilesDone, 2);
+  EXPECT_EQ(program_.run.HitsTotal, 6);
+  EXPECT_EQ(program_.run.ProgressScale, 4);
+  EXPECT_EQ(test_.window().ProgressBar1.maximum(), 1234);
+}
+
+TEST_F(GoFolderTest, FilesWrittenAfterTheArmingAreNotProcessed) {
+  test_.Arm();
+  test_.files.AddFile("/s/new.txt", "aca", test_.system.now);
+  test_.Go();
+  EXPECT_FALSE(test_.files.Has("/t/new.txt"));
+  EXPECT_TRUE(test_.files.Has("/t/a.txt"));
+  EXPECT_EQ(program_.run.passed_over_files, 1);
+}
+
+TEST_F(GoFolderTest, AListThatWasChangedIsUsedOnlyAfterItsOk) {
+  imList_Click(program_);
+  Cell_Change(program_, {Column::kRight, 0}, "other");
+  test_.ArmAndGo();
+  EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "bcb");
+}
+
+TEST_F(GoFolderTest, WhileARunWorksNothingElseStarts) {
+  int tried = 0;
+  const std::string settings = test_.files.Bytes("/program/Init.dat");
+  test_.Arm();
+  test_.files.AddFile("/program/Init.dat", "kept");
+  test_.OnEveryYield([&] {
+    ++tried;
+    const std::int64_t done = program_.run.FilesDone + program_.run.FilesSkipped;
+    const std::string caption = test_.window().cmdGo.caption;
+    cmdGo_Click(program_);
+    cmdAnonymize_Click(program_);
+    imList_Click(program_);
+    imOpties_Click(program_);
+    EXPECT_EQ(program_.run.FilesDone + program_.run.FilesSkipped, done);
+    EXPECT_FALSE(test_.window().cmdGo.enabled);
+    EXPECT_FALSE(program_.frmReplacements.visible);
+    EXPECT_FALSE(program_.frmOpties.visible);
+    EXPECT_TRUE(test_.window().visible);
+  });
+  test_.Go();
+  EXPECT_GT(tried, 3);
+  EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+  EXPECT_EQ(program_.run.FilesDone, 2);
+  EXPECT_EQ(test_.files.Bytes("/program/Init.dat"), "kept");
+}
+
+TEST_F(GoFolderTest, WindowEventsAreHandledThroughoutTheRun) {
+  std::vector<std::int64_t> seen;
+  test_.OnEveryYield([&] { seen.push_back(program_.run.FilesDone + program_.run.FilesSkipped); });
+  test_.ArmAndGo();
+  for (const std::int64_t files : {0, 1, 2, 3}) {
+    EXPECT_NE(std::find(seen.begin(), seen.end(), files), seen.end()) << files;
+  }
+}
+
+}  // namespace
+}  // namespace morvex::test

@@ -1,0 +1,152 @@
+// A start with a settings file on the command line: the whole run and the program's end.
+#include <gtest/gtest.h>
+
+#include "tests/core/run/run_program.h"
+
+namespace morvex::test {
+namespace {
+
+using std::chrono::milliseconds;
+
+class UnattendedTest : public ::testing::Test {
+ protected:
+  UnattendedTest() {
+    test_.files.AddFile("/s/a.txt", "aca");
+    test_.files.AddFile("/s/sub/b.bin", "aca");
+    test_.files.AddFolder("/t");
+    test_.files.AddFile("/list.txt", kListText);
+    test_.files.AddFile("/job.dat", SettingsText("/s", "/t"));
+    test_.user.on_wait = [this](milliseconds longest) {
+      waits_.push_back(test_.program.frmMorvex.lblTotalFiles.caption);
+      test_.system.steady += std::min(longest, milliseconds(100));
+    };
+  }
+  void Start(const std::string& command_line) {
+    test_.system.command_line = command_line;
+    EXPECT_EQ(StartUp(program_), ErrorNumber::kNone);
+  }
+  void ExpectEnded(int status) {
+    EXPECT_TRUE(HasEnded(program_));
+    EXPECT_FALSE(program_.frmMorvex.visible);
+    EXPECT_TRUE(program_.Beeindigd);
+    EXPECT_EQ(ExitStatus(program_), status);
+  }
+
+  TestProgram test_;
+  Program& program_ = test_.program;
+  std::vector<std::string> waits_;  // what lblTotalFiles showed at each wait
+};
+
+TEST_F(UnattendedTest, ArmsRunsAndEndsWithStatus0) {
+  Start("-if /job.dat");
+  EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "bcb");
+  EXPECT_EQ(test_.files.Bytes("/t/sub/b.bin"), "aca");
+  EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+  ExpectEnded(0);
+  EXPECT_EQ(program_.frmMorvex.lblPercentage.caption.get(), "Hits: 2\r\nDone !");
+}
+
+TEST_F(UnattendedTest, ArmingWritesTheProgramsOwnSettingsFile) {
+  Start("-if /job.dat");
+  EXPECT_EQ(test_.files.Bytes("/program/Init.dat"), SettingsText("/s", "/t"));
+  EXPECT_EQ(test_.files.Bytes("/job.dat"), SettingsText("/s", "/t"));
+}
+
+TEST_F(UnattendedTest, TheSummaryNamesTheSettingsFileOfTheCommandLine) {
+  Start("-if /job.dat");
+  const std::vector<std::string> log = test_.LogMessages();
+  EXPECT_NE(std::find(log.begin(), log.end(), "Initialisatie-bestand: /job.dat"), log.end());
+}
+
+TEST_F(UnattendedTest, ADelayOf0StartsAtOnceWithoutTheWait) {
+  Start("-if /job.dat -dy 0");
+  EXPECT_TRUE(waits_.empty());
+  EXPECT_EQ(program_.frmMorvex.lblTotalFiles.caption.get(), "Scanned: 1\r\nSkipped: 1");
+  EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+}
+
+TEST_F(UnattendedTest, WithoutADelayItStartsAtOnceToo) {
+  Start("-if /job.dat");
+  EXPECT_TRUE(waits_.empty());
+  EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+}
+
+TEST_F(UnattendedTest, ANegativeDelayMeansNoWait) {
+  Start("-if /job.dat -dy=-5");
+  EXPECT_EQ(program_.settings.AutoRunDelay, -5);
+  EXPECT_TRUE(waits_.empty());
+  EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+}
+
+TEST_F(UnattendedTest, ADelayIsWaitedForWithTheWindowAlive) {
+  bool copied_early = false;
+  test_.user.on_events = [&] { copied_early = copied_early || test_.files.Has("/t/a.txt"); };
+  const milliseconds start = test_.system.steady;
+  Start("-if /job.dat -dy 250");
+  EXPECT_EQ(waits_, (std::vector<std::string>(3, "Momentje...")));
+  EXPECT_GE(test_.system.steady - start, milliseconds(250));
+  EXPECT_FALSE(copied_early);
+  EXPECT_TRUE(test_.files.Has("/t/a.txt"));
+  ExpectEnded(0);
+}
+
+TEST_F(UnattendedTest, ExitDuringTheDelayEndsTheProgramWithoutARun) {
+  int waits = 0;
+  test_.user.on_wait = [&](milliseconds) {
+    ++waits;
+    cmdExit_Click(program_);
+  };
+  Start("-if /job.dat -dy 30000");
+  EXPECT_EQ(waits, 1);
+  EXPECT_FALSE(test_.files.Has("/t/a.txt"));
+  EXPECT_FALSE(test_.files.Has("/program/Init.dat"));
+  EXPECT_EQ(program_.run.end, RunEnd::kNone);
+  ExpectEnded(1);
+}
+
+TEST_F(UnattendedTest, ASourceThatIsMissingEndsWithStatus1) {
+  test_.files.AddFile("/job.dat", SettingsText("/none", "/t"));
+  Start("-if /job.dat");
+  ASSERT_EQ(test_.user.messages.size(), 1u);
+  EXPECT_EQ(test_.user.messages[0].text, "/none\r\nSource folder doesn't exist.");
+  EXPECT_EQ(program_.run.end, RunEnd::kCouldNotRun);
+  ExpectEnded(1);
+}
+
+TEST_F(UnattendedTest, ATargetThatIsRefusedEndsWithStatus1) {
+  test_.files.AddFile("/job.dat", SettingsText("/s", "/none"));
+  Start("-if /job.dat");
+  EXPECT_EQ(program_.run.end, RunEnd::kCouldNotRun);
+  ExpectEnded(1);
+}
+
+TEST_F(UnattendedTest, ADiskFullEndsWithStatus1) {
+  test_.files.fail = FailOn("MoveFile", "/t/a.txt", ErrorNumber::kDiskFull);
+  Start("-if /job.dat");
+  EXPECT_EQ(program_.run.end, RunEnd::kStopped);
+  ExpectEnded(1);
+}
+
+TEST_F(UnattendedTest, ASingleFileWithoutCopyEndsWithStatus1) {
+  test_.files.AddFile("/job.dat", SettingsText("/s/a.txt", "/t"));
+  Start("-if /job.dat");
+  EXPECT_EQ(program_.run.end, RunEnd::kCouldNotRun);
+  ExpectEnded(1);
+}
+
+TEST_F(UnattendedTest, ASingleFileWithItsCopyEndsWithStatus0) {
+  test_.files.AddFile("/job.dat", SettingsText("/s/a.txt", "/t/copy"));
+  Start("-if /job.dat");
+  EXPECT_EQ(test_.files.Bytes("/t/copy"), "bcb");
+  ExpectEnded(0);
+}
+
+TEST_F(UnattendedTest, SingleFilesThatCouldNotBeCopiedLeaveTheRunFinished) {
+  test_.files.fail = FailOn("MoveFile", "/t/a.txt", ErrorNumber::kPermissionDenied);
+  Start("-if /job.dat");
+  EXPECT_EQ(program_.run.failed_files, 1);
+  ExpectEnded(0);
+}
+
+}  // namespace
+}  // namespace morvex::test

@@ -1,0 +1,158 @@
+// The delay of an unattended start, and which settings file a name leads to.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "core/run/start_up.h"
+#include "core/settings/command_line.h"
+#include "tests/support/test_program.h"
+
+namespace morvex::test {
+namespace {
+
+struct DelayCase {
+  std::string piece;
+  int delay;
+};
+
+TEST(ApplyCommandLine, TheDelayIsA16BitNumber) {
+  const std::vector<DelayCase> cases = {
+      {"-dy 3000", 3000}, {"dy 0", 0},      {"dy 32767", 32767},     {"dy -32768", -32768},
+      {"dy  20 ", 20},    {"dy 1e3", 1000}, {"dy 1.5", 2},           {"dy 2.5", 2},
+      {"dy -2.5", -2},    {"dy=40", 40},    {"dy -32768.5", -32768},
+  };
+  for (const DelayCase& delay : cases) {
+    TestProgram test;
+    EXPECT_EQ(ApplyCommandLine(test.program, {"", delay.piece}), ErrorNumber::kNone) << delay.piece;
+    EXPECT_EQ(test.program.settings.AutoRunDelay, delay.delay) << delay.piece;
+  }
+}
+
+TEST(ApplyCommandLine, ADelayThatIsNoNumberIsATypeMismatch) {
+  for (const char* piece : {"-dy", "-dy ", "dy soon", "dy 3s", "dy 1 2", "dy ,", "dys"}) {
+    TestProgram test;
+    EXPECT_EQ(ApplyCommandLine(test.program, {"", piece}), ErrorNumber::kTypeMismatch) << piece;
+  }
+}
+
+TEST(ApplyCommandLine, ADelayBeyond16BitsOverflows) {
+  for (const char* piece : {"dy 32768", "dy 32767.5", "dy -32769", "dy 1e300", "dy 1e400"}) {
+    TestProgram test;
+    EXPECT_EQ(ApplyCommandLine(test.program, {"", piece}), ErrorNumber::kOverflow) << piece;
+  }
+}
+
+// The hyphen of a negative number behind a blank starts a piece of its own.
+TEST(ApplyCommandLine, ANegativeDelayBehindABlankIsCutOff) {
+  TestProgram test;
+  EXPECT_EQ(ApplyCommandLine(test.program, SplitCommandLine("-dy -5")), ErrorNumber::kTypeMismatch);
+}
+
+TEST(ApplyCommandLine, ABadDelayKeepsWhatStoodBeforeIt) {
+  TestProgram test;
+  EXPECT_EQ(ApplyCommandLine(test.program, {"", "dy 5", "if a", "dy x", "if b"}),
+            ErrorNumber::kTypeMismatch);
+  EXPECT_EQ(test.program.settings.AutoRunDelay, 5);
+  EXPECT_EQ(test.program.settings.InitFilePath, "a");
+}
+
+TEST(ApplyCommandLine, ANameInTheProgramFolderResolvesToTheFileThere) {
+  TestProgram test;
+  test.files.AddFile("/program/nightly.dat", "");
+  EXPECT_EQ(ApplyCommandLine(test.program, SplitCommandLine("-if nightly.dat")),
+            ErrorNumber::kNone);
+  EXPECT_EQ(test.program.settings.InitFilePath, "/program/nightly.dat");
+}
+
+TEST(ResolveInitFilePath, AFileAsGivenComesFirst) {
+  TestProgram test;
+  test.files.AddFile("/nightly.dat", "");  // the current folder is the root
+  test.files.AddFile("/program/nightly.dat", "");
+  EXPECT_EQ(ResolveInitFilePath(test.program, "/program", "nightly.dat"), "nightly.dat");
+}
+
+TEST(ResolveInitFilePath, ThenTheFileInTheFolder) {
+  TestProgram test;
+  test.files.AddFile("/jobs/nightly.dat", "");
+  EXPECT_EQ(ResolveInitFilePath(test.program, "/jobs", "nightly.dat"), "/jobs/nightly.dat");
+}
+
+TEST(ResolveInitFilePath, ElseTheNameUnchanged) {
+  TestProgram test;
+  EXPECT_EQ(ResolveInitFilePath(test.program, "/program", "none.dat"), "none.dat");
+  EXPECT_EQ(ResolveInitFilePath(test.program, "/program", ""), "");
+}
+
+TEST(ResolveInitFilePath, AFolderOfThatNameIsNoFile) {
+  TestProgram test;
+  test.files.AddFolder("/jobs");
+  test.files.AddFolder("/program/jobs");
+  EXPECT_EQ(ResolveInitFilePath(test.program, "/program", "jobs"), "jobs");
+}
+
+TEST(ResolveInitFilePath, JoinsWithTheSeparatorOfTheHost) {
+  TestProgram test('\\');
+  test.files.AddFile("C:\\Morvex\\nightly.dat", "");
+  EXPECT_EQ(ResolveInitFilePath(test.program, "C:\\Morvex", "nightly.dat"),
+            "C:\\Morvex\\nightly.dat");
+}
+
+TEST(ResolveInitFilePath, AFileThatCannotBeLookedUpGivesTheNameUnchanged) {
+  TestProgram test;
+  test.files.AddFile("/program/nightly.dat", "");
+  test.files.fail = [](const std::string&, const std::string&) {
+    return ErrorNumber::kPermissionDenied;
+  };
+  EXPECT_EQ(ResolveInitFilePath(test.program, "/program", "nightly.dat"), "nightly.dat");
+}
+
+// Starts the program on a job that copies one file; counts how often it waited for its delay.
+class DelayAtStart : public testing::Test {
+ protected:
+  int WaitsWith(const std::string& command_line) {
+    test_.files.AddFile("/in/a.txt", "text");
+    test_.files.AddFolder("/out");
+    test_.files.AddFile("/program/job.dat", "/in\r\n/out\r\n\r\nlog=0\r\nsep=|\r\njok=\r\n");
+    test_.system.command_line = command_line;
+    int waits = 0;
+    test_.user.on_wait = [&](std::chrono::milliseconds longest) {
+      ++waits;
+      waited_caption_ = test_.program.frmMorvex.lblTotalFiles.caption;
+      test_.system.steady += longest;
+    };
+    EXPECT_EQ(StartUp(test_.program), ErrorNumber::kNone);
+    EXPECT_EQ(test_.program.run.end, RunEnd::kFinished);
+    return waits;
+  }
+
+  TestProgram test_;
+  std::string waited_caption_;
+};
+
+TEST_F(DelayAtStart, RunsAtOnceWithADelayOfZero) { EXPECT_EQ(WaitsWith("-if job.dat -dy 0"), 0); }
+
+TEST_F(DelayAtStart, RunsAtOnceWithoutADelay) { EXPECT_EQ(WaitsWith("-if job.dat"), 0); }
+
+TEST_F(DelayAtStart, RunsAtOnceWithANegativeDelay) {
+  EXPECT_EQ(WaitsWith("-if job.dat -dy=-5"), 0);
+}
+
+TEST_F(DelayAtStart, WaitsForADelayAboveZero) {
+  EXPECT_EQ(WaitsWith("-if job.dat -dy 3000"), 1);
+  EXPECT_EQ(waited_caption_, "Momentje...");
+}
+
+TEST(CommandLineAtStart, WithAnEmptyCommandLineReadsTheProgramsOwnSettingsFile) {
+  TestProgram test;
+  test.files.AddFile("/program/Init.dat", "/own source\r\n/own target\r\n");
+  EXPECT_EQ(StartUp(test.program), ErrorNumber::kNone);
+  EXPECT_EQ(test.program.frmMorvex.Text1(kSourceBox).text.get(), "/own source");
+  EXPECT_FALSE(test.program.settings.CommandLine_SET);
+  EXPECT_EQ(test.program.run.end, RunEnd::kNone);
+  EXPECT_FALSE(HasEnded(test.program));
+}
+
+}  // namespace
+}  // namespace morvex::test

@@ -1,0 +1,43 @@
+// Settings files as tests write them down: line by line.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/settings/settings_file.h"
+#include "tests/support/test_program.h"
+
+namespace morvex::test {
+
+inline const std::string kInitFile = "/program/Init.dat";
+
+// Every line with its CR LF.
+inline std::string InitLines(const std::vector<std::string>& lines) {
+  std::string content;
+  for (const std::string& line : lines) content += line + "\r\n";
+  return content;
+}
+
+// Has the program read these lines as its own settings file.
+inline void ReadInitLines(TestProgram& test, const std::vector<std::string>& lines) {
+  test.files.AddFile(kInitFile, InitLines(lines));
+  ReadInitFile(test.program);
+}
+
+// A settings file with nothing set but the line at `index` (from 0).
+inline std::vector<std::string> InitLinesWith(std::size_t index, const std::string& line) {
+  std::vector<std::string> lines = {"", "", "", "log=0", "sep=|", "jok="};
+  lines.at(index) = line;
+  return lines;
+}
+
+// Every extension entry as it is stored: its mark and its text.
+inline std::vector<std::string> ExtensionLines(const TestProgram& test) {
+  std::vector<std::string> lines;
+  for (const ListEntry& entry : test.program.frmOpties.lstExtensie.entries.get()) {
+    lines.push_back((entry.selected ? "1" : "0") + entry.text);
+  }
+  return lines;
+}
+
+}  // namespace morvex::test

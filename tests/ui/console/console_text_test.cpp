@@ -1,0 +1,160 @@
+#include "ui/console/console_text.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/test_program.h"
+
+namespace morvex::test {
+namespace {
+
+TEST(Printable, ControlCharactersAreWrittenOutSoThatANameCannotSteerTheTerminal) {
+  EXPECT_EQ(Printable("a\x1B[31mb"), "a\\x1B[31mb");
+  EXPECT_EQ(Printable("line\nbreak"), "line\\x0Abreak");
+  EXPECT_EQ(Printable(std::string("\0\x7F", 2)), "\\x00\\x7F");
+}
+
+TEST(Printable, ANameCannotBreakItsLine) {
+  EXPECT_EQ(Printable("a\r\nAll is well."), "a\\x0D\\x0AAll is well.");
+}
+
+TEST(Printable, TheControlCharactersBehindAsciiAreWrittenOutToo) {
+  EXPECT_EQ(Printable("\xC2\x9B"
+                      "31m"),
+            "\xC2\\x9B31m");
+  EXPECT_EQ(Printable("\xC2\xA0\xC3\x9B"), "\xC2\xA0\xC3\x9B");
+}
+
+TEST(PrintableLines, CrLfIsALineBreakAndALoneCrIsNot) {
+  EXPECT_EQ(PrintableLines("path\r\nmessage"), "path\nmessage");
+  EXPECT_EQ(PrintableLines("\r\n\r\n"), "\n\n");
+  EXPECT_EQ(PrintableLines("a\rb\r"), "a\\x0Db\\x0D");
+}
+
+TEST(Printable, OtherBytesStay) { EXPECT_EQ(Printable("Zo\xC3\xAB \xFF"), "Zo\xC3\xAB \xFF"); }
+
+struct BytesCase {
+  std::int64_t bytes;
+  const char* text;
+};
+
+class ReadableBytesTest : public testing::TestWithParam<BytesCase> {};
+
+TEST_P(ReadableBytesTest, IsShortAndNeverRoundedUp) {
+  EXPECT_EQ(ReadableBytes(GetParam().bytes), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(Borders, ReadableBytesTest,
+                         testing::Values(BytesCase{0, "0 bytes"}, BytesCase{1, "1 byte"},
+                                         BytesCase{999, "999 bytes"}, BytesCase{1000, "1.0 kB"},
+                                         BytesCase{1999, "1.9 kB"}, BytesCase{999'999, "999.9 kB"},
+                                         BytesCase{1'000'000, "1.0 MB"},
+                                         BytesCase{3'221'225'472, "3.2 GB"},
+                                         BytesCase{1'000'000'000'000, "1.0 TB"},
+                                         BytesCase{2'500'000'000'000'000, "2.5 PB"}));
+
+TEST(ProgressLine, ShowsFilesHitsBytesAndPerCent) {
+  TestProgram test;
+  RunState& run = test.program.run;
+  run.FilesDone = 2;
+  run.FilesSkipped = 1;
+  run.HitsTotal = 1;
+  run.BytesBefore = 1000;
+  run.FileOffset = 500;
+  test.program.frmMorvex.ProgressBar1.SetMaximum(6000);
+  test.program.frmMorvex.ProgressBar1.SetValue(1500);
+  EXPECT_EQ(ProgressLine(test.program), "3 files  1 hit  1.5 kB  25 %");
+}
+
+TEST(ProgressLine, ABarWithoutAMaximumIsAtZero) {
+  TestProgram test;
+  EXPECT_EQ(ProgressLine(test.program), "0 files  0 hits  0 bytes  0 %");
+}
+
+TEST(ResultLines, HoldTheResultLabelsInTheirOrder) {
+  TestProgram test;
+  MainWindow& window = test.program.frmMorvex;
+  window.lblTotalFiles.caption = "Scanned: 3\r\nSkipped: 1";
+  window.lblTijd.caption = "2 min 5 sec";
+  window.lblPercentage.caption = "Hits: 7\r\nDone !";
+  EXPECT_EQ(ResultLines(test.program), "Scanned: 3\nSkipped: 1\n2 min 5 sec\nHits: 7\nDone !\n");
+}
+
+TEST(ResultLines, EmptyLabelsHaveNoLine) {
+  TestProgram test;
+  EXPECT_EQ(ResultLines(test.program), "");
+}
+
+TEST(RunNotes, SayNothingWhenEveryFileHasItsCopy) {
+  TestProgram test;
+  EXPECT_EQ(RunNotes(test.program), "");
+}
+
+TEST(RunNotes, TellHowManyCouldNotBeCopiedAndWhyTheFirst) {
+  TestProgram test;
+  test.program.run.failed_files = 2;
+  test.program.run.first_failure = {"/source/a\x1B.txt", ErrorNumber::kPermissionDenied};
+  EXPECT_EQ(RunNotes(test.program),
+            "2 files or folders could not be copied. The first: /source/a\\x1B.txt: "
+            "Error 70: Permission denied\n");
+}
+
+TEST(RunNotes, FilesThatWerePassedOverAreToldApart) {
+  TestProgram test;
+  test.program.run.passed_over_files = 1;
+  const std::string lines = RunNotes(test.program);
+  EXPECT_TRUE(lines.starts_with("1 file was passed over and not copied: ")) << lines;
+  EXPECT_EQ(lines.find("could not"), std::string::npos) << lines;
+}
+
+TEST(RunNotes, LeftOutFoldersAreCounted) {
+  TestProgram test;
+  test.program.run.left_out_folders = 2;
+  EXPECT_TRUE(RunNotes(test.program).starts_with("2 folders were left out: "))
+      << RunNotes(test.program);
+}
+
+TEST(RunNotes, TellWhatAStopLeftBehind) {
+  TestProgram test;
+  test.program.run.cut_short = "/target/a.txt";
+  test.program.run.left_temporary = "/source/tijdel.enc";
+  EXPECT_EQ(RunNotes(test.program),
+            "Cut short: /target/a.txt\nLeft in the source: /source/tijdel.enc\n");
+}
+
+TEST(RunNotes, AFullDiskIsNamedAsTheEndOfTheRun) {
+  TestProgram test;
+  test.program.run.disk_full = true;
+  EXPECT_EQ(RunNotes(test.program),
+            "The disk is full: the run ended there, the target is not complete.\n");
+}
+
+TEST(RunNotes, ARunWithoutARowSaysThatNothingWasAnonymised) {
+  TestProgram test;
+  test.program.run.end = RunEnd::kFinished;
+  test.program.settings.SubstitutieFile = "/lists/a.txt";
+  EXPECT_EQ(RunNotes(test.program),
+            "Nothing was anonymised: the replacement list has no row, or does not exist: "
+            "/lists/a.txt\n");
+}
+
+TEST(RunNotes, ARunThatProcessedNoFileSaysSo) {
+  TestProgram test;
+  test.ApplyRows({{"a", "b"}});
+  test.program.run.end = RunEnd::kFinished;
+  EXPECT_EQ(RunNotes(test.program), "Nothing was anonymised: no file has a selected extension.\n");
+  test.program.run.FilesDone = 1;
+  EXPECT_EQ(RunNotes(test.program), "");
+}
+
+TEST(RunNotes, AListThatCouldNotBeReadIsNamedWithItsError) {
+  TestProgram test;
+  test.ApplyRows({{"a", "b"}});
+  test.program.settings.SubstitutieFile = "/lists/a.txt";
+  test.program.settings.list_file_error = ErrorNumber::kDeviceIo;
+  EXPECT_EQ(RunNotes(test.program),
+            "The replacement list could not be read to its end: /lists/a.txt: "
+            "Error 57: Device I/O error\n");
+}
+
+}  // namespace
+}  // namespace morvex::test
