@@ -1,6 +1,6 @@
 // The main window's events that are not the run driver's, the start delay, and the program's end.
-// (The two pictures open windows of other rooms: imOpties_Click, imList_Click. Typing in a path box is
-// Text1_Change.)
+// (The two pictures open windows of other rooms: imOpties_Click, imList_Click. Typing in a path box
+// is Text1_Change.)
 #pragma once
 
 #include <chrono>

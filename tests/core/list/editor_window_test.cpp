@@ -84,6 +84,20 @@ TEST_F(EditorWindow, ARefreshedGridGrowsLikeANewOne) {
   EXPECT_EQ(grid_.VScroll1.value(), 7);
 }
 
+TEST_F(EditorWindow, ARowAddedAfterARefreshIsHiddenLikeAnyNewOne) {
+  MakeRows(6);
+  RefreshFormReplacements(test_.program);
+  AddRow(grid_);
+  EXPECT_FALSE(grid_.RowVisible(1));
+}
+
+TEST_F(EditorWindow, ARefreshTakesTheFocusWithoutLeavingTheCell) {
+  Focus(Column::kRight, 0);
+  RefreshFormReplacements(test_.program);
+  EXPECT_FALSE(grid_.focused_cell.has_value());
+  EXPECT_EQ(grid_.FocusCell, "");
+}
+
 TEST_F(EditorWindow, ARefreshLeavesTheTables) {
   TestProgram test;
   test.ApplyRows({{"a", "b"}, {"c", "d"}});

@@ -144,6 +144,13 @@ TEST_F(GridRows, RemovingTheLastRowTakesItsFocusAway) {
   EXPECT_EQ(grid_.LastRow, 2) << "that is the caller's";
 }
 
+TEST_F(GridRows, RemovingARowLeavesTheFocusOfAnother) {
+  MakeRows(3);
+  Focus(Column::kRight, 1);
+  EXPECT_TRUE(RemoveRow(grid_, 2));
+  EXPECT_TRUE(HasFocus(Column::kRight, 1));
+}
+
 TEST_F(GridRows, ARowAddedAfterARemovalIsHiddenAgain) {
   MakeRows(3);
   ASSERT_TRUE(RemoveRow(grid_, 2));
@@ -229,6 +236,9 @@ TEST_F(GridRows, TheSnapshotHoldsEveryCell) {
   EXPECT_EQ(grid_.SavedRechts, (std::vector<std::string>{"", "", "z"}));
   Type(Column::kLeft, 0, "changed");
   EXPECT_EQ(grid_.SavedLinks[0], "a");
+  SnapshotRows(grid_);
+  EXPECT_EQ(grid_.SavedLinks, (std::vector<std::string>{"changed", "", ""}));
+  EXPECT_EQ(grid_.SavedRechts, (std::vector<std::string>{"", "", "z"}));
 }
 
 }  // namespace
