@@ -72,6 +72,13 @@ TEST(EngineModel, TailOfSeveralBytesIsLeftOutOfTheSpan) {
   EXPECT_EQ(Once({{"a*bc", "<*>"}}, '*', "aXYbcd").bytes, "<XY>d");
 }
 
+TEST(EngineModel, TailInFrontOfTheJokerMovesTheWritingBack) {
+  // One byte is caught and five are taken off, so the writing starts three places further back.
+  const std::vector<Row> rows{{"abcde*abcde", "*<>"}};
+  EXPECT_EQ(Once(rows, '*', "1234567abcdeYabcdeZ.").bytes, "1234<>Z.");
+  EXPECT_EQ(Once(rows, '*', "abcdeYabcdeZ.").bytes, ".");
+}
+
 TEST(EngineModel, JokerIsLiteralInTheFirstPlaceAndNothingWhenThereIsNone) {
   EXPECT_EQ(Once({{"*b", "!"}}, '*', "ab").bytes, "ab");
   EXPECT_EQ(Once({{"a*c", "[*]"}}, 0, "aXc a*c").bytes, "aXc [*]");
