@@ -48,7 +48,7 @@ std::string WrittenPath(const Plan& plan, const std::string& name, RandomSource*
     case 5:
       return name;
     case 6:
-      return "../work/" + name;
+      return ".." + plan.work.substr(plan.work.rfind('/')) + "/" + name;
     default:
       return plan.work + "/" + name;
   }

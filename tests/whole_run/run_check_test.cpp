@@ -78,10 +78,10 @@ TEST(LookedUpPath, IsAbsoluteAndPlain) {
 
 // The random cases as the model sees them, without touching a disk.
 RunOutcome Predicted(std::uint64_t seed) {
-  const RandomCase made = MakeRandomCase(seed, "/w/work");
+  const RandomCase made = MakeRandomCase(seed, "/w/job");
   RunInput input;
   input.disk.MakeFolder("/w");
-  input.disk.MakeFolder("/w/work");
+  input.disk.MakeFolder("/w/job");
   for (const Entry& entry : made.entries) {
     const std::string path = "/w/job/" + entry.name;
     for (std::size_t at = path.find('/', 8); at != std::string::npos; at = path.find('/', at + 1)) {
@@ -95,7 +95,7 @@ RunOutcome Predicted(std::uint64_t seed) {
       input.disk.PutFile(path, file);
     }
   }
-  input.current_folder = "/w/work";
+  input.current_folder = "/w/job";
   input.settings_bytes = input.disk.Find("/w/job/" + made.settings_name)->bytes;
   input.settings_path = made.settings_argument;
   input.delay_ms = made.delay_ms;
