@@ -258,6 +258,17 @@ TEST_F(FolderPrepassTest, ALeftOverIsDeletedBeforeTheFirstSelectedFileOfItsFolde
   EXPECT_FALSE(test_.files.Has("/t/tijdel.enc"));
 }
 
+TEST_F(FolderPrepassTest, AFileThatComesWhileTheFilesAreHandledIsNot) {
+  test_.files.AddFile("/s/a.bin", "a");
+  test_.files.AddFile("/s/b.bin", "a");
+  test_.OnEveryYield([&] {
+    if (program_.run.FilesSkipped == 1) test_.files.AddFile("/s/late.bin", "a");
+  });
+  Run();
+  EXPECT_TRUE(test_.files.Has("/s/late.bin"));
+  EXPECT_EQ(test_.files.Below("/t"), (std::vector<std::string>{"/t/a.bin", "/t/b.bin"}));
+}
+
 TEST_F(FolderPrepassTest, YieldsAfterEachFile) {
   for (int i = 0; i < 10; ++i) test_.files.AddFile("/s/" + std::to_string(i) + ".bin", "a");
   std::vector<std::int64_t> handled;

@@ -243,6 +243,19 @@ TEST_F(FolderWalkTest, ALeftOverBelowIsNoFileOfTheSource) {
   EXPECT_FALSE(test_.files.Has("/s/2/tijdel.enc"));
 }
 
+TEST_F(FolderWalkTest, WhatComesIntoAFolderWhileItsFilesAreHandledIsNot) {
+  test_.files.AddFile("/s/1/a.bin", "a");
+  test_.files.AddFile("/s/1/b.bin", "a");
+  test_.OnEveryYield([&] {
+    if (program_.run.FilesSkipped != 1) return;
+    test_.files.AddFile("/s/1/late.bin", "a");
+    test_.files.AddFile("/s/1/late/c.bin", "a");
+  });
+  Walk();
+  EXPECT_TRUE(test_.files.Has("/s/1/late/c.bin"));
+  EXPECT_EQ(Made(), (std::vector<std::string>{"/t/1/", "/t/1/a.bin", "/t/1/b.bin"}));
+}
+
 TEST_F(FolderWalkTest, CountsGoOnFromThePrepass) {
   test_.files.AddFile("/s/a.txt", "aa");
   test_.files.AddFile("/s/sub/b.txt", "aaa");

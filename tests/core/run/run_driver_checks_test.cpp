@@ -131,6 +131,15 @@ TEST_F(SourceMissingTest, LeavesTheLoggingBoxDisabled) {
   EXPECT_FALSE(test_.program.frmOpties.chkLoggen.enabled);
 }
 
+TEST_F(SourceMissingTest, TheLoggingBoxStaysDisabledUntilAFolderRunIsCompleted) {
+  Text1_Change(test_.program, kSourceBox, "/s");
+  test_.Arm();
+  EXPECT_FALSE(test_.program.frmOpties.chkLoggen.enabled) << "arming again is not enough";
+  test_.Go();
+  EXPECT_EQ(test_.program.run.end, RunEnd::kFinished);
+  EXPECT_TRUE(test_.program.frmOpties.chkLoggen.enabled);
+}
+
 TEST_F(SourceMissingTest, IsNoRun) {
   EXPECT_EQ(test_.program.run.end, RunEnd::kCouldNotRun);
   EXPECT_EQ(test_.files.Below("/t"), std::vector<std::string>{});
@@ -181,6 +190,16 @@ TEST_F(TargetMissingTest, OnNoGoStaysAsItWasAndThePathsAreFree) {
   EXPECT_EQ(test_.window().mouse_pointer, MousePointer::kDefault);
   EXPECT_FALSE(test_.program.frmOpties.chkLoggen.enabled);
   EXPECT_EQ(test_.program.run.end, RunEnd::kCouldNotRun);
+}
+
+TEST_F(TargetMissingTest, AfterANoTheLoggingBoxStaysDisabledUntilAFolderRunIsCompleted) {
+  test_.user.answers = {Answer::kNo, Answer::kYes};
+  test_.Go();
+  test_.Arm();
+  EXPECT_FALSE(test_.program.frmOpties.chkLoggen.enabled) << "arming again is not enough";
+  test_.Go();
+  EXPECT_EQ(test_.program.run.end, RunEnd::kFinished);
+  EXPECT_TRUE(test_.program.frmOpties.chkLoggen.enabled);
 }
 
 TEST_F(TargetMissingTest, OnYesItIsMadeWithItsParentsAndTheRunGoesOn) {

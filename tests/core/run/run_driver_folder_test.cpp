@@ -135,6 +135,29 @@ TEST_F(GoFolderTest, ASecondRunCountsAndScalesAnew) {
   EXPECT_EQ(test_.window().ProgressBar1.maximum(), 1234);
 }
 
+TEST_F(GoFolderTest, CountsBeyond32BitsAreShownAndLoggedAsTheyAre) {
+  // What thousands of millions of files would have left behind, in front of the last one.
+  bool grown = false;
+  test_.OnEveryYield([&] {
+    if (grown || program_.run.FilesSkipped == 0) return;
+    grown = true;
+    program_.run.FilesDone += 5'000'000'000;
+    program_.run.FilesSkipped += 6'000'000'000;
+    program_.run.HitsTotal += 7'000'000'000;
+    program_.run.BytesTotal += 8'000'000'000;
+  });
+  test_.ArmAndGo();
+  EXPECT_EQ(test_.window().lblTotalFiles.caption.get(),
+            "Scanned: 5000000002\r\nSkipped: 6000000001");
+  EXPECT_EQ(test_.window().lblPercentage.caption.get(), "Hits: 7000000006\r\nDone !");
+  const std::vector<std::string> log = test_.LogMessages();
+  for (const char* line :
+       {"gemorvexeerd: 5000000002 bestanden", "Overgeslagen: 6000000001 bestanden",
+        "Vervangingen: 7000000006", "Totaal: 8000000010 bytes"}) {
+    EXPECT_NE(std::find(log.begin(), log.end(), line), log.end()) << line;
+  }
+}
+
 TEST_F(GoFolderTest, FilesWrittenAfterTheArmingAreNotProcessed) {
   test_.Arm();
   test_.files.AddFile("/s/new.txt", "aca", test_.system.now);

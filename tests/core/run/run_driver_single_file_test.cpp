@@ -40,6 +40,14 @@ TEST_F(GoSingleFileTest, LogsTheHeaderAndTheEnginesLinesButNoSummary) {
             (std::vector<std::string>{kHeader, "/s/a.txt", "/s/a.txt  ----  Hits: 2"}));
 }
 
+TEST_F(GoSingleFileTest, WithLoggingOffThereIsNoLogAtAll) {
+  RunProgram test("/s/a.txt", "/t/copy.txt", false);
+  test.files.AddFile("/s/a.txt", "aca");
+  test.ArmAndGo();
+  EXPECT_EQ(test.files.Bytes("/t/copy.txt"), "bcb");
+  EXPECT_FALSE(test.files.Has("/program/Morvex.log"));
+}
+
 TEST_F(GoSingleFileTest, GoCanBePressedAgainAtOnceAndTheFilesHitsAddUp) {
   Run();
   test_.Go();

@@ -171,6 +171,17 @@ TEST(ReadInitFile, SaysThatItIsReadingWhileTheListComesIn) {
   EXPECT_FALSE(test.program.settings.ReadingInitFile);
 }
 
+TEST(ReadInitFile, TheEditorsCaptionStaysWhileTheListComesIn) {
+  TestProgram test;
+  test.system.step = std::chrono::milliseconds(20);
+  test.files.AddFile("/l.txt", "a|b\r\nc|d||\r\n");
+  const std::string caption = test.program.frmReplacements.caption;
+  std::vector<std::string> seen;
+  test.user.on_events = [&] { seen.push_back(test.program.frmReplacements.caption); };
+  ReadInitLines(test, {"", "", "/l.txt", "log=0", "sep=|", "jok="});
+  EXPECT_EQ(seen, (std::vector<std::string>{caption, caption}));
+}
+
 // The disk fails for good at the N-th call: what was read stays, nothing lands in a wrong place,
 // and the reading comes to its end.
 TEST(ReadInitFile, AFailureAtAnyCallLeavesEveryValueReadOrAsItWas) {
