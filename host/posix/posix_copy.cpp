@@ -174,10 +174,9 @@ ErrorNumber CopyWholeFile(const std::string& from, const std::string& to,
   ErrorNumber error = CheckPaths(from, to);
   if (error != ErrorNumber::kNone) return error;
   Copying copying{{}, {}, {}, keep_going, ways};
-  Result<Descriptor> source = OpenOrdinary(from, O_RDONLY, Missing::kFile);
+  Result<Descriptor> source = OpenOrdinary(from, O_RDONLY, Missing::kFile, &copying.status);
   if (!source) return source.error;
   copying.source = std::move(source.value);
-  if (fstat(copying.source.Get(), &copying.status) != 0) return LastError(Missing::kFile);
 
   error = CheckTarget(to, copying.status);
   if (error != ErrorNumber::kNone) return error;
@@ -195,14 +194,20 @@ ErrorNumber MoveWholeFile(const std::string& from, const std::string& to,
                           const KeepGoing& keep_going) {
   ErrorNumber error = CheckPaths(from, to);
   if (error != ErrorNumber::kNone) return error;
+  struct stat own {};
+  if (lstat(from.c_str(), &own) != 0) return LastError(Missing::kFile);
+  // Nearly always the name is free, and then nothing else needs to be looked at. Where the system
+  // cannot tell, the rest does.
+  if (S_ISREG(own.st_mode) &&
+      renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+    return ErrorNumber::kNone;
+  }
   struct stat source {};
   if (stat(from.c_str(), &source) != 0) return LastError(Missing::kFile);
   error = CheckOrdinary(source, O_RDONLY);
   if (error == ErrorNumber::kNone) error = CheckTarget(to, source);
   if (error != ErrorNumber::kNone) return error;
 
-  struct stat own {};
-  if (lstat(from.c_str(), &own) != 0) return LastError(Missing::kFile);
   if (!S_ISLNK(own.st_mode)) {
     // Only the target's folder can be missing here.
     if (rename(from.c_str(), to.c_str()) == 0) return ErrorNumber::kNone;

@@ -50,21 +50,28 @@ ErrorNumber CheckOrdinary(const struct stat& status, int flags) {
   return reads ? ErrorNumber::kFileNotFound : ErrorNumber::kPathFileAccess;
 }
 
-Result<Descriptor> OpenOrdinary(const std::string& path, int flags, Missing missing) {
+Result<Descriptor> OpenOrdinary(const std::string& path, int flags, Missing missing,
+                                struct stat* opened) {
   struct stat status {};
   ErrorNumber error = ErrorNumber::kNone;
   if (stat(path.c_str(), &status) == 0) error = CheckOrdinary(status, flags);
   if (error != ErrorNumber::kNone) return error;
+  return OpenLookedUp(path, flags, missing, opened);
+}
 
+Result<Descriptor> OpenLookedUp(const std::string& path, int flags, Missing missing,
+                                struct stat* opened) {
   Descriptor file = OpenAt(AT_FDCWD, path.c_str(), flags | O_NONBLOCK, kNewFileBits);
   if (!file.IsOpen() && errno == EWOULDBLOCK) {
     // Another process holds a lease on the file and has now been told to give it back.
     file = OpenAt(AT_FDCWD, path.c_str(), flags, kNewFileBits);
   }
   if (!file.IsOpen()) return LastError(missing);
+  struct stat status {};
   if (fstat(file.Get(), &status) != 0) return LastError(missing);
-  error = CheckOrdinary(status, flags);
+  const ErrorNumber error = CheckOrdinary(status, flags);
   if (error != ErrorNumber::kNone) return error;
+  if (opened != nullptr) *opened = status;
   return file;
 }
 

@@ -43,7 +43,12 @@ Descriptor OpenAt(int folder, const char* name, int flags, mode_t permissions = 
 // Opens what `path` leads to when that is an ordinary file, or, with O_CREAT, when nothing is
 // there. Never waits for the other end of a pipe and never touches a device. A folder gives 75, any
 // other thing 53 for reading and 75 for writing.
-Result<Descriptor> OpenOrdinary(const std::string& path, int flags, Missing missing);
+// `opened`, unless null, becomes the file's status.
+Result<Descriptor> OpenOrdinary(const std::string& path, int flags, Missing missing,
+                                struct stat* opened = nullptr);
+// The same for a path that a look has just shown to be an ordinary file.
+Result<Descriptor> OpenLookedUp(const std::string& path, int flags, Missing missing,
+                                struct stat* opened = nullptr);
 
 // The error that stands against using a file of this status so; kNone for an ordinary file.
 ErrorNumber CheckOrdinary(const struct stat& status, int flags);

@@ -92,7 +92,12 @@ auto GuardedOn(const std::string& path, Missing missing, Call call) noexcept
 }  // namespace
 
 Result<FileInfo> PosixFileService::LookUpFile(const std::string& path) {
-  return GuardedOn(path, Missing::kFile, FindFile);
+  last_found_.clear();
+  return GuardedOn(path, Missing::kFile, [this](const std::string& file) {
+    Result<FileInfo> found = FindFile(file);
+    if (found) last_found_ = file;
+    return found;
+  });
 }
 
 Result<FolderInfo> PosixFileService::LookUpFolder(const std::string& path) {
@@ -133,7 +138,9 @@ ErrorNumber PosixFileService::DeleteFile(const std::string& path) {
 }
 
 Result<std::unique_ptr<InputFile>> PosixFileService::OpenForReading(const std::string& path) {
-  return GuardedOn(path, Missing::kFile, posix::OpenInput);
+  return GuardedOn(path, Missing::kFile, [this](const std::string& file) {
+    return posix::OpenInput(file, file == last_found_);
+  });
 }
 
 Result<std::unique_ptr<OutputFile>> PosixFileService::CreateFile(const std::string& path,
@@ -144,7 +151,11 @@ Result<std::unique_ptr<OutputFile>> PosixFileService::CreateFile(const std::stri
 }
 
 ErrorNumber PosixFileService::AppendToFile(const std::string& path, std::string_view bytes) {
-  return Guarded([&] { return posix::AppendRecord(path, bytes); });
+  return Guarded([&] {
+    const ErrorNumber error = posix::AppendRecord(path, bytes, path == last_appended_);
+    last_appended_ = error == ErrorNumber::kNone ? path : std::string();
+    return error;
+  });
 }
 
 ErrorNumber PosixFileService::ReplaceFile(const std::string& path, std::string_view bytes) {

@@ -35,6 +35,11 @@ class PosixFileService : public FileService {
                                                  std::uint32_t permissions) override;
   ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) override;
   ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
+
+ private:
+  // Paths that the last call showed to be ordinary files: they are opened without another look.
+  std::string last_found_;
+  std::string last_appended_;
 };
 
 }  // namespace morvex

@@ -158,10 +158,11 @@ ErrorNumber ReplaceContent(const std::string& path, std::string_view bytes) {
   return exists ? ReplaceInPlace(place.value, bytes) : ErrorNumber::kPermissionDenied;
 }
 
-ErrorNumber AppendRecord(const std::string& path, std::string_view bytes) {
+ErrorNumber AppendRecord(const std::string& path, std::string_view bytes, bool looked_up) {
   const ErrorNumber error = CheckPath(path, Missing::kFile);
   if (error != ErrorNumber::kNone) return error;
-  Result<Descriptor> file = OpenOrdinary(path, O_WRONLY | O_APPEND | O_CREAT, Missing::kPath);
+  const auto open = looked_up ? OpenLookedUp : OpenOrdinary;
+  Result<Descriptor> file = open(path, O_WRONLY | O_APPEND | O_CREAT, Missing::kPath, nullptr);
   if (!file) return file.error;
   const int code = WriteAll(file.value.Get(), bytes);
   const int close_code = file.value.Close();

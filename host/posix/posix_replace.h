@@ -13,6 +13,6 @@ namespace morvex::posix {
 ErrorNumber ReplaceContent(const std::string& path, std::string_view bytes);
 
 // As FileService::AppendToFile. Records of several threads or processes do not mix.
-ErrorNumber AppendRecord(const std::string& path, std::string_view bytes);
+ErrorNumber AppendRecord(const std::string& path, std::string_view bytes, bool looked_up = false);
 
 }  // namespace morvex::posix

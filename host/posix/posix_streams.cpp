@@ -3,8 +3,10 @@
 #include "host/posix/posix_streams.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -14,11 +16,18 @@
 namespace morvex::posix {
 namespace {
 
+// Smaller files are read whole at once.
+constexpr off_t kWorthAdvice = off_t{128} << 10;
+
 class PosixInputFile : public InputFile {
  public:
-  explicit PosixInputFile(Descriptor file) : file_(std::move(file)) {}
+  // `size` is the file's when it was opened; files that are made as they are read have 0.
+  PosixInputFile(Descriptor file, std::uint64_t size) : file_(std::move(file)), size_(size) {}
 
   Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
+    // A file that is read to its known size needs no further call to see that it ends there.
+    if (offset < size_)
+      size = static_cast<std::size_t>(std::min<std::uint64_t>(size, size_ - offset));
     const Transfer read = ReadAllAt(file_.Get(), offset, into, size);
     if (read.code != 0) return ErrorFromCode(read.code, Missing::kFile);
     return read.done;
@@ -26,6 +35,7 @@ class PosixInputFile : public InputFile {
 
  private:
   Descriptor file_;
+  std::uint64_t size_;
 };
 
 class PosixOutputFile : public OutputFile {
@@ -65,11 +75,14 @@ ErrorNumber PosixOutputFile::Create(const std::string& path, mode_t permissions)
 
 }  // namespace
 
-Result<std::unique_ptr<InputFile>> OpenInput(const std::string& path) {
-  Result<Descriptor> file = OpenOrdinary(path, O_RDONLY, Missing::kFile);
+Result<std::unique_ptr<InputFile>> OpenInput(const std::string& path, bool looked_up) {
+  struct stat status {};
+  const auto open = looked_up ? OpenLookedUp : OpenOrdinary;
+  Result<Descriptor> file = open(path, O_RDONLY, Missing::kFile, &status);
   if (!file) return file.error;
-  posix_fadvise(file.value.Get(), 0, 0, POSIX_FADV_SEQUENTIAL);
-  return std::unique_ptr<InputFile>(std::make_unique<PosixInputFile>(std::move(file.value)));
+  if (status.st_size > kWorthAdvice) posix_fadvise(file.value.Get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+  return std::unique_ptr<InputFile>(std::make_unique<PosixInputFile>(
+      std::move(file.value), static_cast<std::uint64_t>(status.st_size)));
 }
 
 Result<std::unique_ptr<OutputFile>> CreateOutput(const std::string& path,

@@ -8,7 +8,8 @@
 
 namespace morvex::posix {
 
-Result<std::unique_ptr<InputFile>> OpenInput(const std::string& path);
+// `looked_up`: a look has just shown the path to be an ordinary file.
+Result<std::unique_ptr<InputFile>> OpenInput(const std::string& path, bool looked_up = false);
 Result<std::unique_ptr<OutputFile>> CreateOutput(const std::string& path,
                                                  std::uint32_t permissions);
 

@@ -150,7 +150,15 @@ std::string PosixSystemService::FormatNow(const char* format) const {
 
 std::string PosixSystemService::ShortDate() { return FormatNow("%x"); }
 
-std::string PosixSystemService::TimeText() { return FormatNow("%X"); }
+std::string PosixSystemService::TimeText() {
+  // Asked for at every line of a log, many times a second.
+  const time_t now = Moment(CLOCK_REALTIME).tv_sec;
+  if (time_text_.empty() || now != time_text_second_) {
+    time_text_ = FormatNow("%X");
+    time_text_second_ = now;
+  }
+  return time_text_;
+}
 
 std::chrono::milliseconds PosixSystemService::SteadyTime() {
   const timespec moment = Moment(CLOCK_MONOTONIC);

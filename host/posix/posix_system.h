@@ -42,6 +42,9 @@ class PosixSystemService : public SystemService {
   // The present moment in the locale's `format`; empty when it cannot be had.
   std::string FormatNow(const char* format) const;
 
+  std::string time_text_;  // of the second time_text_second_
+  time_t time_text_second_ = 0;
+
   std::string program_folder_;
   std::string executable_name_;
   std::string command_line_;
