@@ -66,12 +66,19 @@ void CopyUnchanged(Program& program, const std::string& path, const std::string&
 }  // namespace
 
 CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const std::string& name,
-                             const std::string& target, TemporaryAtStop at_stop) {
+                             const Result<FileInfo>& info, const std::string& target,
+                             TemporaryAtStop at_stop, LeftOver left_over) {
   const std::string source = JoinPath(program, folder, name);
   const std::string temporary = TemporaryPath(program, folder);
-  const ErrorNumber left_over = DeleteLeftOver(program, folder, name);
-  if (left_over != ErrorNumber::kNone) return {CopyEnd::kFailed, left_over, temporary};
-  const ProcessResult result = ProcessFile(program, name, folder);
+  ErrorNumber freed = ErrorNumber::kNone;
+  if (left_over == LeftOver::kMayBe) freed = DeleteLeftOver(program, folder, name);
+  ProcessResult result;
+  if (freed == ErrorNumber::kNone) result = ProcessFile(program, name, folder, info);
+  if (result.error == ErrorNumber::kFileAlreadyExists) {
+    freed = DeleteLeftOver(program, folder, name);
+    if (freed == ErrorNumber::kNone) result = ProcessFile(program, name, folder, info);
+  }
+  if (freed != ErrorNumber::kNone) return {CopyEnd::kFailed, freed, temporary};
   switch (result.end) {
     case ProcessEnd::kSkipped:
       return {CopyEnd::kPassedOver, ErrorNumber::kFileNotFound, source};
@@ -81,7 +88,7 @@ CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const 
     case ProcessEnd::kStopped:
       break;
   }
-  const Result<bool> same = IsSameFile(program, source, target);
+  const Result<bool> same = IsSameFile(program, info.value, target);
   if (!same || same.value) {
     program.host.files.DeleteFile(temporary);
     return {CopyEnd::kFailed, same ? ErrorNumber::kPathFileAccess : same.error, target};
@@ -91,7 +98,7 @@ CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const 
 }
 
 bool HandleFile(Program& program, const std::string& folder, const std::string& name,
-                const std::string& target_folder, FolderPassKind pass) {
+                const std::string& target_folder, FolderPassKind pass, LeftOver left_over) {
   const bool selected = IsSelectedExtension(program, name, pass);
   if (program.Beeindigd) return false;
   const std::string target = JoinPath(program, target_folder, name);
@@ -105,7 +112,7 @@ bool HandleFile(Program& program, const std::string& folder, const std::string& 
     ++program.run.FilesDone;
     program.run.Hits_Per_File = 0;
     const CopyResult copy =
-        MakeProcessedCopy(program, folder, name, target, TemporaryAtStop::kStays);
+        MakeProcessedCopy(program, folder, name, info, target, TemporaryAtStop::kStays, left_over);
     if (program.Beeindigd) return false;
     if (copy.end != CopyEnd::kCopied) return Report(program, copy, path);
     program.frmMorvex.lblFiles.caption = path;

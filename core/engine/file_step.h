@@ -27,15 +27,23 @@ struct CopyResult {
 // it is gone afterwards.
 enum class TemporaryAtStop { kStays, kGoes };
 
+// Whether the folder of a file may hold a temporary file that an earlier run left. Where it may,
+// the left-over is deleted before the file is looked at; elsewhere when its name turns out to be
+// taken.
+enum class LeftOver { kMayBe, kNotListed };
+
 // Processes the file `name` of `folder` and brings the result to the path `target`: whole, or after
 // a stop request as far as it got. A target that is the source file itself is kPathFileAccess.
+// `info` is what a look at the file just gave.
 CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const std::string& name,
-                             const std::string& target, TemporaryAtStop at_stop);
+                             const Result<FileInfo>& info, const std::string& target,
+                             TemporaryAtStop at_stop, LeftOver left_over);
 
 // Handles the file `name` of `folder`; its copy goes into `target_folder`. Both are full paths.
 // False when the pass must be left: Beeindigd is then set, by a stop request or because the disk is
 // full.
 bool HandleFile(Program& program, const std::string& folder, const std::string& name,
-                const std::string& target_folder, FolderPassKind pass);
+                const std::string& target_folder, FolderPassKind pass,
+                LeftOver left_over = LeftOver::kMayBe);
 
 }  // namespace morvex

@@ -57,10 +57,14 @@ bool FixScale(Program& program, const std::string& source, const std::string& ta
 void HandleFiles(Program& program, const std::string& folder,
                  const std::vector<FolderEntry>& listing, const std::string& target_folder,
                  FolderPassKind pass) {
+  const bool has_left_over =
+      std::any_of(listing.begin(), listing.end(),
+                  [](const FolderEntry& entry) { return entry.name == kTemporaryName; });
+  const LeftOver left_over = has_left_over ? LeftOver::kMayBe : LeftOver::kNotListed;
   for (const FolderEntry& entry : listing) {
     // A left-over temporary file is no file of the source.
     if (entry.kind != EntryKind::kFile || entry.name == kTemporaryName) continue;
-    if (!HandleFile(program, folder, entry.name, target_folder, pass)) return;
+    if (!HandleFile(program, folder, entry.name, target_folder, pass, left_over)) return;
     ShowHits(program, program.run.HitsTotal);
     YieldToWindows(program);
   }

@@ -1,17 +1,25 @@
 #include "core/engine/input_window.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace morvex {
 namespace {
 
-constexpr std::size_t kBufferSize = (std::size_t{1} << 20) + InputWindow::kLookAhead;
+// Small enough to stay in a core's own cache between reading, matching and writing.
+constexpr std::size_t kBufferSize = (std::size_t{128} << 10) + InputWindow::kLookAhead;
 
 }  // namespace
 
-InputWindow::InputWindow(InputFile& file)
-    : file_(file), buffer_(std::make_unique_for_overwrite<std::uint8_t[]>(kBufferSize)) {}
+InputWindow::InputWindow()
+    : buffer_(std::make_unique_for_overwrite<std::uint8_t[]>(kBufferSize + kPadding)) {}
+
+void InputWindow::Open(InputFile& file) {
+  file_ = &file;
+  base_ = 0;
+  filled_ = 0;
+  start_ = 0;
+  ended_ = false;
+}
 
 ErrorNumber InputWindow::Refill(std::uint64_t offset) {
   std::size_t kept = 0;
@@ -25,13 +33,14 @@ ErrorNumber InputWindow::Refill(std::uint64_t offset) {
   filled_ = kept;
   char* const into = reinterpret_cast<char*>(buffer_.get() + kept);
   const std::size_t room = kBufferSize - kept;
-  const Result<std::size_t> read = file_.ReadAt(base_ + kept, into, room);
+  const Result<std::size_t> read = file_->ReadAt(base_ + kept, into, room);
   if (!read) {
     filled_ = 0;
     return read.error;
   }
   filled_ += read.value;
   ended_ = read.value < room;
+  std::memset(buffer_.get() + filled_, 0, kPadding);
   return ErrorNumber::kNone;
 }
 

@@ -14,28 +14,40 @@ class InputWindow {
  public:
   // The bytes that the longest match attempt can look at.
   static constexpr std::size_t kLookAhead = 32768;
+  // So many bytes behind the last one shown may be read too; behind the file's end they are NUL.
+  static constexpr std::size_t kPadding = 64;
 
-  // `file` must outlive the window.
-  explicit InputWindow(InputFile& file);
+  InputWindow();
+
+  // Shows another file from its start, which must outlive its time in the window.
+  void Open(InputFile& file);
 
   // Moves the window's start to the 0-based `offset`, which never lies before the last one. An
   // error of the file leaves the window empty.
   ErrorNumber MoveTo(std::uint64_t offset) {
+    if (!Holds(offset)) return Refill(offset);
+    start_ = static_cast<std::size_t>(offset - base_);
+    return ErrorNumber::kNone;
+  }
+
+  // Whether a move to `offset` needs no refill, so that At goes on giving the same bytes.
+  bool Holds(std::uint64_t offset) const {
     const bool held = offset >= base_ && offset - base_ <= filled_;
-    if (held && (ended_ || filled_ - (offset - base_) >= kLookAhead)) {
-      start_ = static_cast<std::size_t>(offset - base_);
-      return ErrorNumber::kNone;
-    }
-    return Refill(offset);
+    return held && (ended_ || filled_ - (offset - base_) >= kLookAhead);
   }
 
   const std::uint8_t* data() const { return buffer_.get() + start_; }
   std::size_t size() const { return filled_ - start_; }  // 0: the file has ended
+  // The byte at an offset of the file, from that of the last refill on to the last one shown.
+  const std::uint8_t* At(std::uint64_t offset) const { return buffer_.get() + (offset - base_); }
+  std::uint64_t offset() const { return base_ + start_; }
+  std::uint64_t end() const { return base_ + filled_; }
+  bool ended() const { return ended_; }  // the window reaches to the file's end
 
  private:
   ErrorNumber Refill(std::uint64_t offset);
 
-  InputFile& file_;
+  InputFile* file_ = nullptr;
   std::unique_ptr<std::uint8_t[]> buffer_;
   std::uint64_t base_ = 0;  // the file's offset of buffer_[0]
   std::size_t filled_ = 0;  // bytes of the buffer that are read

@@ -4,7 +4,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <cstring>
+#include <memory>
 #include <string_view>
 
 #include "core/host/file_service.h"
@@ -13,35 +14,43 @@ namespace morvex {
 
 class PositionedOutput {
  public:
-  // `file` must outlive the output.
-  explicit PositionedOutput(OutputFile& file) : file_(file) { pending_.reserve(kBlock); }
+  PositionedOutput();
+
+  // Writes to another file, which is empty and must outlive its time here.
+  void Open(OutputFile& file);
 
   // Writes at the 1-based `position`. Bytes below position 1 have no place and are dropped.
-  void Put(std::int64_t position, char byte) {
-    if (position == next_ && pending_.size() < kBlock) {
-      pending_.push_back(byte);
-      ++next_;
+  void Put(std::int64_t position, std::string_view bytes);
+  // The same for at most kShort bytes, where kShort may be read.
+  void PutShort(std::int64_t position, const char* bytes, std::size_t size) {
+    if (position == first_ + static_cast<std::int64_t>(used_) && used_ + kShort <= kBlock) {
+      std::memcpy(pending_.get() + used_, bytes, kShort);
+      used_ += size;
     } else {
-      Put(position, std::string_view(&byte, 1));
+      Put(position, std::string_view(bytes, size));
     }
   }
-  void Put(std::int64_t position, std::string_view bytes);
+  static constexpr std::size_t kShort = 16;
+  void Put(std::int64_t position, char byte) { Put(position, std::string_view(&byte, 1)); }
 
   // The first error of the file, if any; nothing is written after it.
   ErrorNumber error() const { return error_; }
 
-  // Writes what is pending and closes the file. The last call.
+  // Writes what is pending and closes the file. The last call for it.
   ErrorNumber Finish();
 
  private:
-  static constexpr std::size_t kBlock = std::size_t{1} << 20;
+  static constexpr std::size_t kBlock = std::size_t{128} << 10;
+  // So many bytes are worth a write of their own.
+  static constexpr std::size_t kDirect = std::size_t{64} << 10;
 
+  void Write(std::int64_t position, std::string_view bytes);
   void Flush();
 
-  OutputFile& file_;
-  std::string pending_;     // stands in the file from first_ on
+  OutputFile* file_ = nullptr;
+  std::unique_ptr<char[]> pending_;
   std::int64_t first_ = 1;  // position of pending_[0]
-  std::int64_t next_ = 1;   // position behind the last pending byte
+  std::size_t used_ = 0;    // bytes pending
   ErrorNumber error_ = ErrorNumber::kNone;
 };
 

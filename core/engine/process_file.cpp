@@ -3,11 +3,9 @@
 #include <memory>
 #include <optional>
 
-#include "core/engine/input_window.h"
-#include "core/engine/positioned_output.h"
 #include "core/engine/progress.h"
+#include "core/engine/run_engine.h"
 #include "core/engine/skip_rules.h"
-#include "core/engine/substitution.h"
 #include "core/program/paths.h"
 #include "core/program/run_log.h"
 
@@ -19,12 +17,13 @@ class RunWatcher : public SubstitutionWatcher {
  public:
   explicit RunWatcher(Program& program) : program_(program) {}
 
-  void OnHit() override {
-    // The label shows the hits before this one.
-    hits_shown_ = program_.run.HitsTotal;
+  void OnHits(std::int64_t count) override {
+    if (count == 0) return;
     any_hit_ = true;
-    ++program_.run.Hits_Per_File;
-    ++program_.run.HitsTotal;
+    program_.run.Hits_Per_File += count;
+    program_.run.HitsTotal += count;
+    // The label shows the hits before the last one.
+    hits_shown_ = program_.run.HitsTotal - 1;
   }
 
   bool KeepGoing(std::uint64_t read) override {
@@ -48,13 +47,14 @@ ProcessResult Failed(ErrorNumber error, const std::string& path) {
 // Substitutes from the one open file into the other; `error` is that of either file.
 SubstitutionEnd SubstituteFile(Program& program, InputFile& source, OutputFile& temporary,
                                ErrorNumber& error) {
-  InputWindow input(source);
-  PositionedOutput output(temporary);
+  RunEngine& engine = EngineOf(program);
+  engine.input.Open(source);
+  engine.output.Open(temporary);
   RunWatcher watcher(program);
-  Substitution substitution(program.tables, program.settings.gJoker, program.capture);
-  const SubstitutionEnd end = substitution.Run(input, output, watcher);
-  error = output.Finish();
-  if (end == SubstitutionEnd::kReadFailed) error = substitution.read_error();
+  const SubstitutionEnd end =
+      engine.substitution.Run(engine.input, engine.output, program.capture, watcher);
+  error = engine.output.Finish();
+  if (end == SubstitutionEnd::kReadFailed) error = engine.substitution.read_error();
   return end;
 }
 
@@ -76,8 +76,13 @@ ErrorNumber DeleteLeftOver(const Program& program, const std::string& folder,
 }
 
 ProcessResult ProcessFile(Program& program, const std::string& name, const std::string& folder) {
+  return ProcessFile(program, name, folder,
+                     program.host.files.LookUpFile(JoinPath(program, folder, name)));
+}
+
+ProcessResult ProcessFile(Program& program, const std::string& name, const std::string& folder,
+                          const Result<FileInfo>& source) {
   FileService& files = program.host.files;
-  const Result<FileInfo> source = files.LookUpFile(JoinPath(program, folder, name));
   switch (DecideSkip(program, name, folder,
                      source ? std::optional(source.value.modified) : std::nullopt)) {
     case SkipDecision::kSkipCounted:

@@ -32,7 +32,11 @@ ErrorNumber DeleteLeftOver(const Program& program, const std::string& folder,
                            const std::string& name);
 
 // `name` is the file's bare name, `folder` the full path of its folder. The caller sets
-// Hits_Per_File and BytesBefore before, and copies and deletes the temporary file after.
+// Hits_Per_File and BytesBefore before, and copies and deletes the temporary file after. A file
+// that has the temporary file's name already stays as it is: kFailed with kFileAlreadyExists.
+// `source` is what a look at the file just gave.
+ProcessResult ProcessFile(Program& program, const std::string& name, const std::string& folder,
+                          const Result<FileInfo>& source);
 ProcessResult ProcessFile(Program& program, const std::string& name, const std::string& folder);
 
 }  // namespace morvex

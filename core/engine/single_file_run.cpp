@@ -21,7 +21,8 @@ CopyResult SingleFileRun(Program& program, const std::string& source, const std:
     const FileInfo& file = info.value;
     run.BytesTotal += static_cast<std::int64_t>(file.size);
     gLog(program, JoinPath(program, file.folder, file.name));
-    copy = MakeProcessedCopy(program, file.folder, file.name, target, TemporaryAtStop::kGoes);
+    copy = MakeProcessedCopy(program, file.folder, file.name, info, target, TemporaryAtStop::kGoes,
+                             LeftOver::kMayBe);
   }
   run.FilesDone = 1;
   run.elapsed = ElapsedBetween(start, SecondsOfDay(program.host.system.LocalTimeOfDay()));

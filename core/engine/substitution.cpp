@@ -1,236 +1,276 @@
 #include "core/engine/substitution.h"
 
 #include <algorithm>
-#include <cstring>
-#include <limits>
-#include <optional>
 #include <string_view>
 
 namespace morvex {
 namespace {
 
-constexpr std::int64_t kStepsBetweenQuestions = 50'000;
-
-// The counters of an attempt are 16 bits wide. A step out of that range fails and leaves the
-// counter.
-bool Step16(int& counter, std::int64_t by) {
-  const std::int64_t next = counter + by;
-  if (next < std::numeric_limits<std::int16_t>::min() ||
-      next > std::numeric_limits<std::int16_t>::max()) {
-    return false;
-  }
-  counter = static_cast<int>(next);
-  return true;
-}
+constexpr std::uint64_t kStepsBetweenQuestions = 65'536;
+constexpr std::uint64_t kStepsOfAnAttempt = 32;
+constexpr std::int64_t kNoRow = -1;
 
 }  // namespace
 
-// One attempt to match one row at one place.
-class Substitution::Attempt {
- public:
-  // `bytes` start at the place; behind `size` of them the file has ended and reads as NUL.
-  Attempt(Substitution& owner, std::int64_t row, const std::uint8_t* bytes, std::size_t size)
-      : owner_(owner),
-        state_(owner.state_),
-        tables_(owner.tables_),
-        row_(row),
-        bytes_(bytes),
-        size_(size),
-        current_(bytes[0]) {}
+Substitution::Substitution(const SubstitutionTables& tables, std::uint8_t joker, Kernel kernel)
+    : list_(tables, joker),
+      index_(list_.rows),
+      filter_(index_, list_.rows, kernel),
+      captures_(list_.cutting_rows),
+      next_tails_(list_.tails.begin() + 1, list_.tails.end()) {}
 
-  bool Matches() {
-    while (Advance()) {
-    }
-    const std::int64_t needed = tables_.LeftLengths[static_cast<std::size_t>(row_)] + extra_;
-    return !overflowed_ && examined_ > needed;
-  }
-
-  // Bytes that fitted; the one that ended the attempt is not among them.
-  int length() const { return examined_ - 1; }
-
- private:
-  // One round of the attempt; false when it ends the attempt.
-  bool Advance() {
-    const std::optional<std::uint8_t> pattern = tables_.LeftBytes(row_, position_);
-    if (pattern) {
-      const bool wildcard_here = owner_.IsJoker(*pattern) && position_ >= 2;
-      if (current_ != *pattern && !wildcard_here && !state_.Joker_SET) return false;
-    } else {
-      error_pending_ = true;
-    }
-    if (current_ == 0 || error_pending_) {
-      state_.Joker_SET = false;
-      return false;
-    }
-    CloseSpanAtTail();
-    Capture();
-    if (state_.Joker_SET) {
-      Count(position_, -1);
-      Count(extra_, 1);
-    }
-    if (StandsOnJoker()) state_.Joker_SET = true;
-    const auto ahead = static_cast<std::size_t>(examined_);
-    current_ = ahead < size_ ? bytes_[ahead] : 0;
-    Count(examined_, 1);
-    Count(position_, 1);
-    return true;
-  }
-
-  void Count(int& counter, std::int64_t by) {
-    if (Step16(counter, by)) return;
-    error_pending_ = true;
-    overflowed_ = true;
-  }
-
-  bool StandsOnJoker() const {
-    const std::optional<std::uint8_t> pattern = tables_.LeftBytes(row_, position_);
-    return pattern && owner_.IsJoker(*pattern);
-  }
-
-  // From the place where the tail first stands among the examined bytes, every further round closes
-  // the span again and takes the tail's length off once more.
-  void CloseSpanAtTail() {
-    const std::string& tail = tables_.JokerTail[static_cast<std::size_t>(row_)];
-    if (tail.empty()) return;
-    const auto examined = static_cast<std::size_t>(examined_);
-    tail_seen_ =
-        tail_seen_ || (examined >= tail.size() &&
-                       std::memcmp(bytes_ + examined - tail.size(), tail.data(), tail.size()) == 0);
-    if (!tail_seen_) return;
-    state_.Joker_SET = false;
-    Count(extra_, 1 - static_cast<std::int64_t>(tail.size()));
-  }
-
-  void Capture() {
-    if (row_ >= static_cast<std::int64_t>(tables_.JokerLeft.size())) {
-      error_pending_ = true;
-      return;
-    }
-    std::vector<std::uint8_t>& buffer = state_.CaptureBuffer;
-    if (!tables_.JokerLeft[static_cast<std::size_t>(row_)]) {
-      buffer.resize(1);
-    } else if (state_.Joker_SET || StandsOnJoker()) {
-      buffer.resize(static_cast<std::size_t>(captured_) + 1);
-      buffer.back() = current_;
-      Count(captured_, 1);
-    }
-  }
-
-  Substitution& owner_;
-  CaptureState& state_;
-  const SubstitutionTables& tables_;
-  std::int64_t row_;
-  const std::uint8_t* bytes_;
-  std::size_t size_;
-  std::uint8_t current_;
-  int examined_ = 1;  // bytes looked at, the current one included
-  int position_ = 1;  // in the left text, from 1
-  int extra_ = 0;     // bytes that a span added beyond the left text
-  int captured_ = 0;
-  bool tail_seen_ = false;
-  bool error_pending_ = false;
-  bool overflowed_ = false;
-};
-
-Substitution::Substitution(const SubstitutionTables& tables, std::uint8_t joker,
-                           CaptureState& state)
-    : tables_(tables), joker_(joker), state_(state) {
-  for (std::int64_t row = 0; row < tables.PairCount; ++row) {
-    const std::string& left = tables.LeftTexts[static_cast<std::size_t>(row)];
-    if (left.empty()) continue;
-    rows_.push_back({row, static_cast<std::uint8_t>(left.front())});
-    starts_a_row_[rows_.back().first] = true;
-  }
-}
-
-SubstitutionEnd Substitution::Run(InputWindow& input, PositionedOutput& output,
-                                  SubstitutionWatcher& watcher) {
-  watcher_ = &watcher;
-  read_pos_ = 0;
-  std::int64_t write_pos = 0;
-  std::int64_t last_match_pos = 0;
+void Substitution::Open(CaptureState& state) {
+  captures_.Open(state);
+  next_nul_ = NextNul();
+  for (NextTail& tail : next_tails_) tail.Reset();
+  for (CompiledAttempt& attempt : list_.attempts) attempt.hopeless_until = 0;
+  copied_ = 0;
+  write_position_ = 1;
+  hits_ = 0;
   steps_ = kStepsBetweenQuestions;
-  for (;;) {
-    if (steps_ >= kStepsBetweenQuestions) {
-      if (!MayGoOn()) return SubstitutionEnd::kStopped;
-      if (output.error() != ErrorNumber::kNone) return SubstitutionEnd::kWriteFailed;
-    }
-    ++read_pos_;
-    ++write_pos;
-    if (read_pos_ == last_match_pos) return SubstitutionEnd::kNoProgress;
-    read_error_ = input.MoveTo(static_cast<std::uint64_t>(read_pos_ - 1));
-    if (read_error_ != ErrorNumber::kNone) return SubstitutionEnd::kReadFailed;
-    if (input.size() == 0) return SubstitutionEnd::kWholeFile;
+  stopped_ = false;
+  no_progress_ = false;
+}
 
-    bool stopped = false;
-    const Match match = FirstMatchingRow(input, stopped);
-    if (stopped) return SubstitutionEnd::kStopped;
-    if (match.row == nullptr) {
-      output.Put(write_pos, static_cast<char>(*input.data()));
-      continue;
+SubstitutionEnd Substitution::Run(InputWindow& input, PositionedOutput& output, CaptureState& state,
+                                  SubstitutionWatcher& watcher) {
+  input_ = &input;
+  output_ = &output;
+  watcher_ = &watcher;
+  Open(state);
+  SubstitutionEnd end = SubstitutionEnd::kWholeFile;
+  for (std::uint64_t place = 0;;) {
+    if (steps_ >= kStepsBetweenQuestions && !AskWatcher(place)) {
+      stopped_ = true;
+      CopyUpTo(place);
     }
-    watcher.OnHit();
-    last_match_pos = read_pos_;
-    read_pos_ += match.length - 1;
-    write_pos = WriteRightText(match.row->row, write_pos, output) - 1;
+    if (stopped_ || no_progress_ || output.error() != ErrorNumber::kNone) {
+      end = stopped_       ? SubstitutionEnd::kStopped
+            : no_progress_ ? SubstitutionEnd::kNoProgress
+                           : SubstitutionEnd::kWriteFailed;
+      break;
+    }
+    if (!input.Holds(place)) {
+      CopyUpTo(place);
+      captures_.TriedUpTo(input, place);
+      captures_.Settle(input);
+    }
+    read_error_ = input.MoveTo(place);
+    if (read_error_ != ErrorNumber::kNone) {
+      end = SubstitutionEnd::kReadFailed;
+      break;
+    }
+    if (input.size() == 0) {
+      CopyUpTo(place);
+      captures_.TriedUpTo(input, place);
+      break;
+    }
+    place = RunBlock(place);
+  }
+  if (read_error_ == ErrorNumber::kNone) captures_.Settle(input);
+  watcher.OnHits(hits_);
+  return end;
+}
+
+bool Substitution::AskWatcher(std::uint64_t read) {
+  steps_ = 0;
+  watcher_->OnHits(hits_);
+  hits_ = 0;
+  return watcher_->KeepGoing(read);
+}
+
+inline void Substitution::Write(std::string_view bytes) {
+  if (bytes.empty()) return;
+  output_->Put(write_position_, bytes);
+  write_position_ += static_cast<std::int64_t>(bytes.size());
+}
+
+inline void Substitution::CopyUpTo(std::uint64_t place) {
+  if (place == copied_) return;
+  const char* const begin = reinterpret_cast<const char*>(input_->At(copied_));
+  const auto size = static_cast<std::size_t>(place - copied_);
+  copied_ = place;
+  if (size <= PositionedOutput::kShort) {
+    output_->PutShort(write_position_, begin, size);
+    write_position_ += static_cast<std::int64_t>(size);
+  } else {
+    Write({begin, size});
   }
 }
 
-bool Substitution::MayGoOn() {
-  steps_ = 0;
-  return watcher_->KeepGoing(static_cast<std::uint64_t>(read_pos_));
+inline Substitution::Match Substitution::MatchAt(std::uint64_t place) {
+  const auto size = static_cast<std::size_t>(input_->end() - place);
+  found_.clear();
+  const std::int32_t plain = index_.Find(input_->At(place), size, found_);
+  if (!found_.empty()) return TryAttempts(place, plain);
+  if (plain == KeyIndex::kNone) return {};
+  captures_.Cut();
+  return {plain, list_.effects[static_cast<std::size_t>(plain)].key_size};
 }
 
-Substitution::Match Substitution::FirstMatchingRow(const InputWindow& input, bool& stopped) {
-  const std::uint8_t first = *input.data();
-  ++steps_;
-  // The attempts' first step, taken here for all rows together and then for each, because it ends
-  // nearly every attempt.
-  if (!starts_a_row_[first] && !state_.Joker_SET) return {};
-  for (const UsableRow& row : rows_) {
-    ++steps_;
-    if (first != row.first && !state_.Joker_SET) continue;
-    // With long lists and long spans one byte alone can take long.
-    if (steps_ >= kStepsBetweenQuestions && !MayGoOn()) {
-      stopped = true;
+// The rows in `found_` one by one, then the plain row, if there is one. What they do to the capture
+// buffer comes out as if every row of the table had been tried.
+Substitution::Match Substitution::TryAttempts(std::uint64_t place, std::int32_t plain) {
+  std::int64_t caught_by = kNoRow;
+  Match match;
+  for (const std::int32_t found : found_) {
+    if (steps_ >= kStepsBetweenQuestions && !AskWatcher(place)) {
+      stopped_ = true;
       return {};
     }
-    Attempt attempt(*this, row.row, input.data(), input.size());
-    const bool matches = attempt.Matches();
-    steps_ += attempt.length();
-    if (matches) return {&row, attempt.length()};
+    steps_ += kStepsOfAnAttempt;
+    const CompiledRow& row = list_.rows[static_cast<std::size_t>(found)];
+    CompiledAttempt& compiled = list_.attempts[static_cast<std::size_t>(row.attempt)];
+    const bool matches = Try(compiled, place);
+    if (attempt_.caught_count() > 0) {
+      captures_.Caught(place, attempt_, more_);
+      caught_by = row.table_row;
+    }
+    if (matches) {
+      match = {found, static_cast<std::uint64_t>(attempt_.length())};
+      break;
+    }
   }
-  return {};
+  if (match.row == KeyIndex::kNone && plain != KeyIndex::kNone) {
+    match = {plain, list_.effects[static_cast<std::size_t>(plain)].key_size};
+  }
+  const CompiledRow* const winner =
+      match.row == KeyIndex::kNone ? nullptr : &list_.rows[static_cast<std::size_t>(match.row)];
+  if (winner == nullptr && caught_by == kNoRow) return match;  // as at any other place
+  if (winner != nullptr && winner->cuts) {
+    captures_.Cut();
+    return match;
+  }
+  if (caught_by == kNoRow) captures_.TriedUpTo(*input_, place);
+  const std::int64_t before = winner != nullptr ? winner->table_row : list_.table_size;
+  if (AnyCutBetween(*input_->At(place), caught_by, before)) captures_.Cut();
+  captures_.StartAt(place + 1);
+  return match;
 }
 
-std::int64_t Substitution::WriteRightText(std::int64_t row, std::int64_t position,
-                                          PositionedOutput& output) {
-  const std::vector<std::uint8_t>& buffer = state_.CaptureBuffer;
-  const auto bound = static_cast<std::int64_t>(buffer.size()) - 1;
-  const auto tail =
-      static_cast<std::int64_t>(tables_.JokerTail[static_cast<std::size_t>(row)].size());
-  const std::int64_t last = tables_.RightLengths[static_cast<std::size_t>(row)] + bound;
-  for (std::int64_t j = 1; j <= last; ++j) {
-    const std::optional<std::uint8_t> code = tables_.RightBytes(row, j);
-    if (!code) break;
-    if (!IsJoker(*code)) {
-      if (*code == 0) continue;
-      output.Put(position, static_cast<char>(*code));
-      ++position;
-      continue;
+bool Substitution::AnyCutBetween(std::uint8_t byte, std::int64_t after, std::int64_t before) const {
+  const std::vector<std::int64_t>& rows = list_.cutting_rows[byte];
+  if (rows.empty()) return false;
+  const auto next = std::upper_bound(rows.begin(), rows.end(), after);
+  return next != rows.end() && *next < before;
+}
+
+bool Substitution::Try(CompiledAttempt& compiled, std::uint64_t place) {
+  const PatternRow& pattern = compiled.pattern;
+  if (place < compiled.hopeless_until) {
+    more_.clear();
+    attempt_.FailInSpan(pattern, compiled.behind_key);
+    return false;
+  }
+  // The rounds that meet a NUL or the end of the tail, if any round can.
+  std::uint64_t nul_round = kNowhere;
+  std::uint64_t tail_round = kNowhere;
+  const std::uint64_t limit = place + MatchAttempt::kLastRound;
+  const std::uint64_t nul = next_nul_.Find(*input_, place, limit);
+  if (nul != kNowhere) nul_round = nul - place + 1;
+  if (compiled.tail > 0) {
+    NextTail& tail = next_tails_[static_cast<std::size_t>(compiled.tail - 1)];
+    const std::uint64_t end = tail.FindEnd(*input_, place, std::min(nul, limit));
+    if (end != kNowhere) tail_round = end - place;
+  }
+  if (nul_round == kNowhere && tail_round == kNowhere && compiled.opens_span) {
+    // Nothing ends the span in time, nor will it from the next places on.
+    std::uint64_t known = next_nul_.known_up_to();
+    if (compiled.tail > 0)
+      known =
+          std::min(known, next_tails_[static_cast<std::size_t>(compiled.tail - 1)].known_up_to());
+    compiled.hopeless_until = known - std::min<std::uint64_t>(known, MatchAttempt::kLastRound);
+    more_.clear();
+    attempt_.FailInSpan(pattern, compiled.behind_key);
+    return false;
+  }
+  const auto span_end = static_cast<int>(
+      std::min<std::uint64_t>({nul_round, tail_round, std::uint64_t{MatchAttempt::kLastRound}}));
+
+  attempt_ = compiled.behind_key;
+  more_.clear();
+  for (;;) {
+    if (attempt_.InOpenSpan(pattern) && span_end > attempt_.round()) {
+      attempt_.SkipTo(pattern, span_end);
     }
-    // The captured bytes 0 to n; those of the tail, caught before it was recognised, are left out.
-    const std::int64_t n = bound - tail + 1;
+    const auto round = static_cast<std::uint64_t>(attempt_.round());
+    const std::uint64_t at = place + round - 1;
+    const std::uint8_t byte = at < input_->end() ? *input_->At(at) : std::uint8_t{0};
+    if (!attempt_.Round(pattern, byte, round == tail_round, more_)) break;
+  }
+  return attempt_.Matched(pattern);
+}
+
+inline void Substitution::WriteRightText(std::int32_t row) {
+  const auto index = static_cast<std::size_t>(row);
+  const RowEffect& effect = list_.effects[index];
+  const char* const text = list_.right_bytes.data() + effect.right_begin;
+  if (effect.has_jokers) {
+    WriteWithCaught(list_.rows[index], {text, effect.right_size});
+  } else if (effect.right_size <= PositionedOutput::kShort) {
+    output_->PutShort(write_position_, text, effect.right_size);
+    write_position_ += static_cast<std::int64_t>(effect.right_size);
+  } else {
+    Write({text, effect.right_size});
+  }
+}
+
+void Substitution::WriteWithCaught(const CompiledRow& row, std::string_view text) {
+  std::size_t from = 0;
+  for (const std::size_t joker : row.jokers) {
+    Write(text.substr(from, joker - from));
+    from = joker;
+    // The caught bytes 0 to n; those of the tail, caught before it was recognised, are left out.
+    const std::string_view caught = captures_.Bytes(*input_);
+    const auto bound = static_cast<std::int64_t>(caught.size()) - 1;
+    const std::int64_t n = bound - static_cast<std::int64_t>(row.tail_size) + 1;
     const std::int64_t written = std::min(n, bound) + 1;
     if (written > 0) {
-      output.Put(position, std::string_view(reinterpret_cast<const char*>(buffer.data()),
-                                            static_cast<std::size_t>(written)));
+      output_->Put(write_position_, caught.substr(0, static_cast<std::size_t>(written)));
     }
-    position += n;
-    if (n > bound) break;  // the copy ran out of the buffer, which ends the right text here
-    ++position;
+    write_position_ += n;
+    if (n > bound) return;  // the copy ran out of the buffer, which ends the right text here
+    ++write_position_;
   }
-  return position;
+  Write(text.substr(from));
+}
+
+std::uint64_t Substitution::RunBlock(std::uint64_t place) {
+  const std::uint8_t* const bytes = input_->data();
+  // Places from which an attempt sees as far as it may.
+  const std::size_t open =
+      input_->ended() ? input_->size() : input_->size() - InputWindow::kLookAhead + 1;
+  const std::size_t count = std::min(open, CandidateFilter::kBlock);
+  const std::size_t found = filter_.Find(bytes, count, places_.data());
+  const std::uint64_t block = place;
+  steps_ += count;
+  for (std::size_t i = 0; i < found; ++i) {
+    if (i % KeyIndex::kPrefetched == 0) {
+      index_.Prefetch(bytes, places_.data() + i, std::min(found - i, KeyIndex::kPrefetched),
+                      list_.effects.data());
+    }
+    const std::uint64_t candidate = block + places_[i];
+    if (candidate < place) continue;
+    place = candidate;
+    const Match match = MatchAt(place);
+    if (stopped_) break;
+    if (match.row == KeyIndex::kNone) continue;
+    if (match.length == 0) {
+      no_progress_ = true;
+      break;
+    }
+    CopyUpTo(place);
+    WriteRightText(match.row);
+    ++hits_;
+    place += match.length;
+    copied_ = place;
+    captures_.StartAt(place);
+  }
+  if (stopped_ || no_progress_) {
+    CopyUpTo(place);
+    return place;
+  }
+  return std::max(place, block + count);
 }
 
 }  // namespace morvex

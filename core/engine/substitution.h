@@ -1,22 +1,26 @@
-// The substitution of one file's bytes, in its literal form: at every byte each row is tried in
-// table order by a match attempt that goes through its steps one by one; the first row that matches
+// The substitution of one file's bytes: at every place the first row in table order that matches
 // writes its right text, otherwise the byte is copied.
 //
-// The order of the steps is the behaviour. What looks like a slip in them (a wildcard's captured
-// bytes that live on, a tail that is recognised in the text before the wildcard, a write position
-// that moves back) is part of what a list means and must come out the same.
+// What that means is settled by trying every row at every byte (see match_attempt.h). Here the same
+// result comes at a speed that hardly depends on the number of rows: a filter finds the few places
+// where a row can begin, an index finds the rows that can match there, and the bytes between two
+// matches go out in whole blocks.
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <string_view>
 #include <vector>
 
+#include "core/engine/candidate_filter.h"
+#include "core/engine/capture_memory.h"
+#include "core/engine/compiled_list.h"
 #include "core/engine/input_window.h"
+#include "core/engine/key_index.h"
+#include "core/engine/occurrences.h"
 #include "core/engine/positioned_output.h"
 #include "core/program/program.h"
-#include "core/tables/substitution_tables.h"
 
 namespace morvex {
 
@@ -24,7 +28,8 @@ namespace morvex {
 class SubstitutionWatcher {
  public:
   virtual ~SubstitutionWatcher() = default;
-  virtual void OnHit() = 0;
+  // So many matches since the last call; at least once more before the end.
+  virtual void OnHits(std::int64_t count) = 0;
   // Called at the first byte and then every few ten thousand steps; `read` bytes are done. False
   // stops.
   virtual bool KeepGoing(std::uint64_t read) = 0;
@@ -40,40 +45,63 @@ enum class SubstitutionEnd {
 
 class Substitution {
  public:
-  // Rows with an empty left text are never tried. `tables` and `state` must outlive the object, and
-  // the tables may not change; `joker` is the wildcard's code, 0 for none.
-  Substitution(const SubstitutionTables& tables, std::uint8_t joker, CaptureState& state);
+  // Made once for a run. Rows with an empty left text are never tried. `tables` must outlive the
+  // object and may not change; `joker` is the wildcard's code, 0 for none. The kernel must be
+  // supported here.
+  Substitution(const SubstitutionTables& tables, std::uint8_t joker, Kernel kernel = BestKernel());
+  Substitution(const Substitution&) = delete;
+  Substitution& operator=(const Substitution&) = delete;
 
-  SubstitutionEnd Run(InputWindow& input, PositionedOutput& output, SubstitutionWatcher& watcher);
+  // `input` and `output` have just been opened. `state` is what the attempts of the last file left,
+  // and then what those of this one leave; after an early end it is any state they had.
+  SubstitutionEnd Run(InputWindow& input, PositionedOutput& output, CaptureState& state,
+                      SubstitutionWatcher& watcher);
 
   ErrorNumber read_error() const { return read_error_; }
 
  private:
-  struct UsableRow {
-    std::int64_t row = 0;
-    std::uint8_t first = 0;  // code of the left text's first character
-  };
   struct Match {
-    const UsableRow* row = nullptr;  // null: no row matched
-    int length = 0;                  // bytes matched
+    std::int32_t row = KeyIndex::kNone;  // of the list's rows
+    std::uint64_t length = 0;            // bytes matched
   };
-  class Attempt;
 
-  // `stopped` is set when the watcher wanted to stop before all rows were tried.
-  Match FirstMatchingRow(const InputWindow& input, bool& stopped);
-  bool MayGoOn();
-  // Gives the write position behind the right text.
-  std::int64_t WriteRightText(std::int64_t row, std::int64_t position, PositionedOutput& output);
-  bool IsJoker(std::uint8_t code) const { return joker_ != 0 && code == joker_; }
+  void Open(CaptureState& state);
+  // The block of places from `place` on. Gives the place behind it and its matches.
+  std::uint64_t RunBlock(std::uint64_t place);
+  Match MatchAt(std::uint64_t place);
+  Match TryAttempts(std::uint64_t place, std::int32_t plain);
+  // Whether the row of the attempt matches; `attempt_` is then as its last round left it.
+  bool Try(CompiledAttempt& compiled, std::uint64_t place);
+  // Whether the rows of the table behind `after` and in front of `before` that begin with the byte
+  // hold one that cuts the capture buffer.
+  bool AnyCutBetween(std::uint8_t byte, std::int64_t after, std::int64_t before) const;
+  void CopyUpTo(std::uint64_t place);
+  void WriteRightText(std::int32_t row);
+  void WriteWithCaught(const CompiledRow& row, std::string_view text);
+  void Write(std::string_view bytes);
+  bool AskWatcher(std::uint64_t read);
 
-  const SubstitutionTables& tables_;
-  std::uint8_t joker_;
-  CaptureState& state_;
-  SubstitutionWatcher* watcher_ = nullptr;  // of the present Run
-  std::int64_t read_pos_ = 0;               // 1-based, like every position here
-  std::vector<UsableRow> rows_;
-  std::array<bool, 256> starts_a_row_{};  // by the code of a left text's first character
-  std::int64_t steps_ = 0;                // since the watcher was last asked
+  CompiledList list_;
+  KeyIndex index_;
+  CandidateFilter filter_;
+  CaptureMemory captures_;
+  NextNul next_nul_;
+  std::vector<NextTail> next_tails_;  // as the list's tails, without the first
+
+  // Of the present Run.
+  InputWindow* input_ = nullptr;
+  PositionedOutput* output_ = nullptr;
+  SubstitutionWatcher* watcher_ = nullptr;
+  std::uint64_t copied_ = 0;         // the bytes of the file in front of it are written
+  std::int64_t write_position_ = 1;  // 1-based
+  std::int64_t hits_ = 0;            // that the watcher does not know of yet
+  std::uint64_t steps_ = 0;          // since the watcher was last asked
+  bool stopped_ = false;
+  bool no_progress_ = false;
+  std::array<std::uint16_t, CandidateFilter::kRoom> places_{};
+  std::vector<std::int32_t> found_;  // rows that need an attempt at the present place
+  MatchAttempt attempt_;             // the last one
+  std::vector<std::uint8_t> more_;   // what it caught apart from the rest
   ErrorNumber read_error_ = ErrorNumber::kNone;
 };
 

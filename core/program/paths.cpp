@@ -58,12 +58,16 @@ bool FolderExists(const Program& program, const std::string& path) {
 
 Result<bool> IsSameFile(const Program& program, const std::string& one, const std::string& other) {
   const Result<FileInfo> first = program.host.files.LookUpFile(one);
+  if (LeadsNowhere(first.error)) return false;
+  if (!first) return first.error;
+  return IsSameFile(program, first.value, other);
+}
+
+Result<bool> IsSameFile(const Program& program, const FileInfo& one, const std::string& other) {
   const Result<FileInfo> second = program.host.files.LookUpFile(other);
-  for (const ErrorNumber error : {first.error, second.error}) {
-    if (LeadsNowhere(error)) return false;
-    if (error != ErrorNumber::kNone) return error;
-  }
-  return first.value.identity == second.value.identity;
+  if (LeadsNowhere(second.error)) return false;
+  if (!second) return second.error;
+  return one.identity == second.value.identity;
 }
 
 ErrorNumber MakeFolder(const Program& program, const std::string& path) {

@@ -35,6 +35,7 @@ bool FolderExists(const Program& program, const std::string& path);
 // Both paths lead to the same file, whatever they are called. A path that leads to no file is the
 // same as none; an error says that it cannot be told.
 Result<bool> IsSameFile(const Program& program, const std::string& one, const std::string& other);
+Result<bool> IsSameFile(const Program& program, const FileInfo& one, const std::string& other);
 
 // Makes one folder; gives the number of the error that the attempt met.
 ErrorNumber MakeFolder(const Program& program, const std::string& path);

@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -92,11 +93,14 @@ struct RunState {
   std::string left_temporary;
 };
 
-// What a match attempt leaves for the next one, across rows and files.
+// What a match attempt leaves for the next one, across rows and files. Every attempt ends with its
+// span closed, so Joker_SET is false between attempts.
 struct CaptureState {
   bool Joker_SET = false;
   std::vector<std::uint8_t> CaptureBuffer = {0};
 };
+
+class RunEngine;  // of the engine's room: what it keeps from file to file
 
 struct Program {
   explicit Program(Host services) : host(services) {}
@@ -110,6 +114,7 @@ struct Program {
   SubstitutionTables tables;
   RunState run;
   CaptureState capture;
+  std::shared_ptr<RunEngine> engine;  // made when the first file needs it
   MainWindow frmMorvex;
   OptionsWindow frmOpties;
   ReplacementsWindow frmReplacements;

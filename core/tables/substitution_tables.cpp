@@ -42,6 +42,7 @@ std::string ExpandCRLF(std::string_view text) {
 }
 
 void Apply_CRLF_Hndlr(const ReplacementsWindow& grid, SubstitutionTables& tables) {
+  ++tables.version;
   tables.PairCount = static_cast<std::int64_t>(grid.rows.size());
   tables.RightTexts.clear();
   tables.LeftTexts.clear();
@@ -75,6 +76,7 @@ ErrorNumber Set_Joker(SubstitutionTables& tables, std::string_view Left_Right, s
   std::vector<bool>& flags = Left_Right == "Left" ? tables.JokerLeft : tables.JokerRight;
   flags.resize(static_cast<std::size_t>(index) + 1);
   flags.back() = True_False;
+  ++tables.version;
   return ErrorNumber::kNone;
 }
 

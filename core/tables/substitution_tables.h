@@ -39,6 +39,7 @@ struct SubstitutionTables {
   std::vector<bool> JokerLeft;  // the left text uses the wildcard; up to the highest index ever set
   std::vector<bool> JokerRight;
   std::vector<std::string> JokerTail;  // of a JokerLeft row: the text behind the first wildcard
+  std::uint64_t version = 0;           // counts the changes
 
   // Rows 0 to PairCount, positions 0 to the longest text's length; nothing outside of these bounds.
   std::optional<std::uint8_t> LeftBytes(std::int64_t row, std::int64_t position) const {

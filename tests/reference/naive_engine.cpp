@@ -1,4 +1,4 @@
-#include "tests/core/engine/naive_engine.h"
+#include "tests/reference/naive_engine.h"
 
 #include <algorithm>
 

@@ -1,12 +1,13 @@
 // Random lists over random files: the engine and the naive one must agree in every byte, in the
 // hits and in what they keep for the next file.
+#include "tests/reference/naive_engine.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
 #include <sstream>
 
 #include "tests/core/engine/engine_test.h"
-#include "tests/core/engine/naive_engine.h"
 
 namespace morvex::test {
 namespace {

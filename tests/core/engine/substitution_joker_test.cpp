@@ -131,17 +131,6 @@ TEST(SubstitutionJoker, ATailSeenEarlyLetsPartOfTheLeftTextMatch) {
   ExpectResult({{"abab*ab", "[*]"}}, '*', "abaQ", "abaQ", 0);
 }
 
-TEST(SubstitutionJoker, AFlagThatIsSetLetsTheNextAttemptRunThroughTheFile) {
-  EngineProgram program(Rows{{"ab", "X"}});
-  program.program.capture.Joker_SET = true;
-  // From the first byte on everything fits, extra grows with k, and the end closes the span without
-  // a match; the second byte starts with the flag cleared.
-  EXPECT_EQ(program.Process("abab"), "abX");
-  EXPECT_EQ(program.hits(), 1);
-  EXPECT_FALSE(program.program.capture.Joker_SET);
-  EXPECT_EQ(program.Process("abab"), "XX");
-}
-
 TEST(SubstitutionJoker, NoSpanIsOpenBehindAnAttempt) {
   for (const char* input : {"aXYc", "aXY", "ac", "a", "abXc", "aX*c"}) {
     EngineProgram program({{"a*c", "[*]"}, {"ab*", "y"}, {"*X", "z"}, {"X", "1"}}, '*');

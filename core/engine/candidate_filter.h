@@ -1,0 +1,35 @@
+// Finds the places where a key may stand. First a scan by three bytes; where that lets most places
+// pass, or none has to be left out, a hash of the first bytes alone.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "core/engine/key_index.h"
+#include "core/engine/scan_kernel.h"
+
+namespace morvex {
+
+class CandidateFilter {
+ public:
+  // Places are looked for in blocks of at most so many bytes.
+  static constexpr std::size_t kBlock = 4096;
+
+  static constexpr std::size_t kRoom = kBlock + ScanTables::kSpareRoom;
+
+  // `index` must outlive the filter.
+  CandidateFilter(const KeyIndex& index, const std::vector<CompiledRow>& rows, Kernel kernel);
+
+  // Writes the offsets of the places among the first `count` bytes, ascending, to `places`, which
+  // has room for kRoom; gives how many they are. ScanTables::kReadAhead more bytes may be read.
+  std::size_t Find(const std::uint8_t* bytes, std::size_t count, std::uint16_t* places);
+
+ private:
+  const std::vector<BeginFilter>& filters_;
+  ScanTables tables_;
+  Scan scan_;
+  int blocks_without_scan_ = 0;  // that are still to come
+};
+
+}  // namespace morvex

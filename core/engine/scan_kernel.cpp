@@ -1,0 +1,216 @@
+#include "core/engine/scan_kernel.h"
+
+#include <bit>
+
+#if defined(__x86_64__) && defined(__GNUC__)
+#define MORVEX_X86_KERNELS 1
+#include <immintrin.h>
+#endif
+
+namespace morvex {
+namespace {
+
+std::size_t ScanPairs(const ScanTables& tables, const std::uint8_t* bytes, std::size_t count,
+                      std::uint16_t* places) {
+  const std::uint8_t* const pairs = tables.pairs.data();
+  std::size_t found = 0;
+  for (std::size_t at = 0; at < count; ++at) {
+    places[found] = static_cast<std::uint16_t>(at);
+    found += pairs[bytes[at] | static_cast<std::size_t>(bytes[at + 1]) << 8];
+  }
+  return found;
+}
+
+#ifdef MORVEX_X86_KERNELS
+
+// Notes a place for every bit of `hits`. Two are noted always: that costs less than a branch that
+// nobody can foretell.
+inline std::size_t Note(std::uint32_t hits, std::size_t at, std::uint16_t* places) {
+  const auto place = [at](std::uint32_t bits) {
+    return static_cast<std::uint16_t>(at + static_cast<std::size_t>(std::countr_zero(bits)));
+  };
+  const auto count = static_cast<std::size_t>(std::popcount(hits));
+  places[0] = place(hits);
+  hits &= hits - 1;
+  places[1] = place(hits);
+  for (std::size_t i = 2; i < count; ++i) {
+    hits &= hits - 1;
+    places[i] = place(hits);
+  }
+  return count;
+}
+
+// Leaves the bits of the places in front of `count`.
+inline std::uint32_t InFrontOf(std::size_t count, std::size_t at, std::size_t width,
+                               std::uint32_t hits) {
+  return at + width <= count ? hits : hits & ((std::uint32_t{1} << (count - at)) - 1);
+}
+
+__attribute__((target("ssse3"))) __m128i Load16(const std::uint8_t* bytes) {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+}
+
+__attribute__((target("ssse3"))) std::size_t ScanSsse3(const ScanTables& tables,
+                                                       const std::uint8_t* bytes, std::size_t count,
+                                                       std::uint16_t* places) {
+  constexpr std::size_t kWidth = 16;
+  const __m128i nibble = _mm_set1_epi8(15);
+  __m128i low[ScanTables::kDepth];
+  __m128i high[ScanTables::kDepth];
+  for (std::size_t depth = 0; depth < ScanTables::kDepth; ++depth) {
+    low[depth] = Load16(tables.low[depth].data());
+    high[depth] = Load16(tables.high[depth].data());
+  }
+  std::size_t found = 0;
+  for (std::size_t at = 0; at < count; at += kWidth) {
+    __m128i buckets = _mm_set1_epi8(-1);
+    for (std::size_t depth = 0; depth < ScanTables::kDepth; ++depth) {
+      const __m128i value = Load16(bytes + at + depth);
+      const __m128i upper = _mm_and_si128(_mm_srli_epi16(value, 4), nibble);
+      buckets = _mm_and_si128(
+          buckets, _mm_and_si128(_mm_shuffle_epi8(low[depth], _mm_and_si128(value, nibble)),
+                                 _mm_shuffle_epi8(high[depth], upper)));
+    }
+    const int none = _mm_movemask_epi8(_mm_cmpeq_epi8(buckets, _mm_setzero_si128()));
+    const std::uint32_t hits = ~static_cast<std::uint32_t>(none) & 0xFFFF;
+    found += Note(InFrontOf(count, at, kWidth, hits), at, places + found);
+  }
+  return found;
+}
+
+__attribute__((target("avx2"))) __m256i Load32(const std::uint8_t* bytes) {
+  return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes));
+}
+
+__attribute__((target("avx2,bmi,bmi2,popcnt"))) std::size_t ScanAvx2(const ScanTables& tables,
+                                                                     const std::uint8_t* bytes,
+                                                                     std::size_t count,
+                                                                     std::uint16_t* places) {
+  constexpr std::size_t kWidth = 32;
+  const __m256i nibble = _mm256_set1_epi8(15);
+  __m256i low[ScanTables::kDepth];
+  __m256i high[ScanTables::kDepth];
+  for (std::size_t depth = 0; depth < ScanTables::kDepth; ++depth) {
+    low[depth] = _mm256_broadcastsi128_si256(Load16(tables.low[depth].data()));
+    high[depth] = _mm256_broadcastsi128_si256(Load16(tables.high[depth].data()));
+  }
+  std::size_t found = 0;
+  for (std::size_t at = 0; at < count; at += kWidth) {
+    __m256i buckets = _mm256_set1_epi8(-1);
+    for (std::size_t depth = 0; depth < ScanTables::kDepth; ++depth) {
+      const __m256i value = Load32(bytes + at + depth);
+      const __m256i upper = _mm256_and_si256(_mm256_srli_epi16(value, 4), nibble);
+      buckets = _mm256_and_si256(
+          buckets,
+          _mm256_and_si256(_mm256_shuffle_epi8(low[depth], _mm256_and_si256(value, nibble)),
+                           _mm256_shuffle_epi8(high[depth], upper)));
+    }
+    const int none = _mm256_movemask_epi8(_mm256_cmpeq_epi8(buckets, _mm256_setzero_si256()));
+    const std::uint32_t hits = ~static_cast<std::uint32_t>(none);
+    found += Note(InFrontOf(count, at, kWidth, hits), at, places + found);
+  }
+  return found;
+}
+
+#endif
+
+}  // namespace
+
+bool IsSupported(Kernel kernel) {
+#ifdef MORVEX_X86_KERNELS
+  if (kernel == Kernel::kAvx2) {
+    return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("bmi") != 0 &&
+           __builtin_cpu_supports("bmi2") != 0 && __builtin_cpu_supports("popcnt") != 0;
+  }
+  if (kernel == Kernel::kSsse3) return __builtin_cpu_supports("ssse3") != 0;
+#endif
+  return kernel == Kernel::kPortable;
+}
+
+Kernel BestKernel() {
+  for (const Kernel kernel : {Kernel::kAvx2, Kernel::kSsse3}) {
+    if (IsSupported(kernel)) return kernel;
+  }
+  return Kernel::kPortable;
+}
+
+Scan ScanFor(Kernel kernel) {
+#ifdef MORVEX_X86_KERNELS
+  if (kernel == Kernel::kAvx2) return ScanAvx2;
+  if (kernel == Kernel::kSsse3) return ScanSsse3;
+#endif
+  return ScanPairs;
+}
+
+namespace {
+
+// Deals keys out so that those in one bucket begin alike: the fewer bytes meet in a bucket, the
+// fewer places pass it. Keys that are too short for the whole depth let every byte pass behind
+// their end, so they keep to buckets of their own.
+class Dealer {
+ public:
+  explicit Dealer(const std::vector<std::string_view>& keys) {
+    std::string_view last;
+    for (const std::string_view key : keys) {
+      const std::string_view begin = key.substr(0, ScanTables::kDepth);
+      if (begin.size() < ScanTables::kDepth) {
+        has_short_[begin.size()] = true;
+      } else if (begin != last) {
+        ++beginnings_;
+        last = begin;
+      }
+    }
+    first_long_ = (has_short_[1] ? 1U : 0U) + (has_short_[2] ? 1U : 0U);
+  }
+
+  // For the keys in the same order.
+  std::size_t BucketOf(std::string_view key) {
+    const std::string_view begin = key.substr(0, ScanTables::kDepth);
+    if (begin.size() < ScanTables::kDepth) return begin.size() == 2 && has_short_[1] ? 1 : 0;
+    if (begin != last_) {
+      last_ = begin;
+      ++dealt_;
+    }
+    return first_long_ + (dealt_ - 1) * (ScanTables::kBuckets - first_long_) / beginnings_;
+  }
+
+ private:
+  std::array<bool, ScanTables::kDepth> has_short_{};
+  std::size_t first_long_ = 0;
+  std::size_t beginnings_ = 0;
+  std::size_t dealt_ = 0;
+  std::string_view last_;
+};
+
+}  // namespace
+
+ScanTables::ScanTables(const std::vector<std::string_view>& keys, Kernel kernel) {
+  if (kernel == Kernel::kPortable) {
+    pairs.resize(std::size_t{1} << 16);
+    for (const std::string_view key : keys) {
+      const auto first = static_cast<std::uint8_t>(key[0]);
+      if (key.size() > 1) {
+        pairs[first | static_cast<std::size_t>(static_cast<std::uint8_t>(key[1])) << 8] = 1;
+      } else {
+        for (std::size_t second = 0; second < 256; ++second) pairs[first | second << 8] = 1;
+      }
+    }
+    return;
+  }
+  Dealer dealer(keys);
+  for (const std::string_view key : keys) {
+    const auto bit = static_cast<std::uint8_t>(1U << dealer.BucketOf(key));
+    for (std::size_t depth = 0; depth < kDepth; ++depth) {
+      if (depth < key.size()) {
+        const auto byte = static_cast<std::uint8_t>(key[depth]);
+        low[depth][byte & 15] |= bit;
+        high[depth][byte >> 4] |= bit;
+      } else {
+        for (std::uint8_t& buckets : low[depth]) buckets |= bit;
+        for (std::uint8_t& buckets : high[depth]) buckets |= bit;
+      }
+    }
+  }
+}
+
+}  // namespace morvex

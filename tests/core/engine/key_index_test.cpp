@@ -1,0 +1,144 @@
+// Which rows the index finds at a place.
+#include "core/engine/key_index.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+namespace morvex::test {
+namespace {
+
+struct Key {
+  std::string text;
+  bool plain = true;
+};
+
+struct Found {
+  std::int32_t plain = KeyIndex::kNone;
+  std::vector<std::int32_t> attempts;
+  bool operator==(const Found&) const = default;
+};
+
+// What a look at every row in table order gives.
+Found LookAtAll(const std::vector<Key>& keys, const std::string& text) {
+  Found found;
+  for (std::size_t row = 0; row < keys.size(); ++row) {
+    if (!text.starts_with(keys[row].text)) continue;
+    if (keys[row].plain) {
+      found.plain = static_cast<std::int32_t>(row);
+      break;
+    }
+    found.attempts.push_back(static_cast<std::int32_t>(row));
+  }
+  return found;
+}
+
+class Index {
+ public:
+  explicit Index(const std::vector<Key>& keys) : keys_(keys), rows_(Rows(keys_)), index_(rows_) {}
+
+  Found At(const std::string& text) const {
+    const std::string padded = text + std::string(16, '\0');
+    Found found;
+    found.plain = index_.Find(reinterpret_cast<const std::uint8_t*>(padded.data()), text.size(),
+                              found.attempts);
+    return found;
+  }
+  const KeyIndex& index() const { return index_; }
+
+ private:
+  static std::vector<CompiledRow> Rows(const std::vector<Key>& keys) {
+    std::vector<CompiledRow> rows(keys.size());
+    int attempts = 0;
+    for (std::size_t row = 0; row < keys.size(); ++row) {
+      rows[row].key = keys[row].text;
+      rows[row].attempt = keys[row].plain ? CompiledRow::kPlain : attempts++;
+    }
+    return rows;
+  }
+
+  std::vector<Key> keys_;
+  std::vector<CompiledRow> rows_;
+  KeyIndex index_;
+};
+
+TEST(KeyIndex, OfNoRowsFindsNothing) {
+  const Index index({});
+  EXPECT_EQ(index.At("abc"), Found());
+  EXPECT_TRUE(index.index().filters().empty());
+}
+
+TEST(KeyIndex, TheFirstPlainRowInTableOrderIsFound) {
+  const Index longer_first({{"Jansens"}, {"Jansen"}});
+  EXPECT_EQ(longer_first.At("Jansens!").plain, 0);
+  EXPECT_EQ(longer_first.At("Jansen!").plain, 1);
+  const Index shorter_first({{"Jansen"}, {"Jansens"}});
+  EXPECT_EQ(shorter_first.At("Jansens!").plain, 0);
+}
+
+TEST(KeyIndex, ARowThatAnEarlierOneForestallsIsLeftOut) {
+  EXPECT_EQ(Index({{"ab"}, {"abc"}, {"ab"}, {"b"}}).index().rows_by_key(),
+            (std::vector<std::int32_t>{0, 3}));
+  EXPECT_EQ(Index({{"ab", false}, {"abc"}, {"ab"}}).index().rows_by_key(),
+            (std::vector<std::int32_t>{0, 2, 1}));
+}
+
+TEST(KeyIndex, AttemptsComeInTableOrderAndOnlyInFrontOfThePlainRow) {
+  const Index index({{"abcdefgh", false}, {"a", false}, {"abc"}, {"ab", false}});
+  EXPECT_EQ(index.At("abcdefgh!"), (Found{2, {0, 1}}));
+  EXPECT_EQ(index.At("abX"), (Found{KeyIndex::kNone, {1, 3}}));
+}
+
+TEST(KeyIndex, AKeyThatEndsBehindTheEndIsNotFound) {
+  for (const char* key : {"abcdef", "abcdefghijkl", "abcdefghijklmnopqrstuvwxyz"}) {
+    const std::string text = key;
+    const Index index({{text}, {"abX"}});
+    EXPECT_EQ(index.At(text).plain, 0);
+    EXPECT_EQ(index.At(text.substr(0, text.size() - 1)).plain, KeyIndex::kNone);
+  }
+}
+
+TEST(KeyIndex, ManyRowsThatBeginAlikeAreToldApart) {
+  std::vector<Key> keys;
+  for (int i = 0; i < 5000; ++i) keys.push_back({"employee-record-" + std::to_string(i * 3)});
+  const Index index(keys);
+  EXPECT_EQ(index.At("employee-record-14997.").plain, 4999);
+  EXPECT_EQ(index.At("employee-record-14998.").plain,
+            LookAtAll(keys, "employee-record-14998.").plain);
+  EXPECT_EQ(index.At("employee-record-x").plain, KeyIndex::kNone);
+}
+
+TEST(KeyIndex, FindsWhatALookAtEveryRowFinds) {
+  for (std::uint32_t seed = 0; seed < 2000; ++seed) {
+    std::mt19937 random(seed);
+    const auto text = [&random](std::size_t size) {
+      std::string made(size, ' ');
+      for (char& byte : made) byte = random() % 8 == 0 ? 'b' : 'a';
+      return made;
+    };
+    std::vector<Key> keys;
+    for (std::size_t i = 1 + random() % 12; i > 0; --i) {
+      keys.push_back({text(1 + random() % 30), random() % 3 != 0});
+    }
+    const Index index(keys);
+    for (int i = 0; i < 40; ++i) {
+      std::string place = random() % 2 == 0 ? keys[random() % keys.size()].text : "";
+      place += text(random() % 30);
+      const Found found = index.At(place);
+      const Found wanted = LookAtAll(keys, place);
+      ASSERT_EQ(found.plain, wanted.plain) << "seed " << seed << " at " << place;
+      ASSERT_EQ(found.attempts, wanted.attempts) << "seed " << seed << " at " << place;
+      if (wanted == Found() || place.size() < 16) continue;
+      bool may_hold = false;
+      for (const BeginFilter& filter : index.index().filters()) {
+        may_hold =
+            may_hold || filter.MayHold(reinterpret_cast<const std::uint8_t*>(place.data())) != 0;
+      }
+      ASSERT_TRUE(may_hold) << "seed " << seed << " at " << place;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace morvex::test

@@ -1,0 +1,143 @@
+#include "tests/reference/judge.h"
+
+#include <cstdio>
+
+#include "tests/support/byte_streams.h"
+
+namespace morvex::test {
+namespace {
+
+class CountingWatcher : public SubstitutionWatcher {
+ public:
+  void OnHits(std::int64_t count) override { hits += count; }
+  bool KeepGoing(std::uint64_t) override { return true; }
+
+  std::int64_t hits = 0;
+};
+
+void Fill(const JudgedList& list, SubstitutionTables& tables) {
+  ReplacementsWindow grid;
+  grid.rows.clear();
+  for (const auto& [left, right] : list.rows) {
+    grid.rows.emplace_back();
+    grid.rows.back().txtLinks.text = left;
+    grid.rows.back().txtRechts.text = right;
+    const auto index = static_cast<std::int64_t>(grid.rows.size()) - 1;
+    const bool flag = list.flags != 0 && left.find(list.flags) != std::string::npos;
+    Set_Joker(tables, "Left", index, flag);
+  }
+  FillArrays(grid, static_cast<std::uint8_t>(list.tails), tables);
+  if (list.flagged_rows < tables.JokerLeft.size()) tables.JokerLeft.resize(list.flagged_rows);
+}
+
+std::string PrintChar(char byte) {
+  char text[8];
+  std::snprintf(text, sizeof text, "\\x%02X",
+                static_cast<unsigned>(static_cast<unsigned char>(byte)));
+  return text;
+}
+
+}  // namespace
+
+std::string PrintBytes(const std::string& bytes) {
+  std::string text = "\"";
+  const std::size_t shown = bytes.size() > 400 ? 200 : bytes.size();
+  for (std::size_t at = 0; at < bytes.size(); ++at) {
+    if (at == shown) {
+      text += "\" ... (" + std::to_string(bytes.size()) + " bytes) ... \"";
+      at = bytes.size() - 200;
+    }
+    const char byte = bytes[at];
+    text += byte >= ' ' && byte < 127 && byte != '"' && byte != '\\' ? std::string(1, byte)
+                                                                     : PrintChar(byte);
+  }
+  return text + "\"";
+}
+
+std::string Print(const JudgedList& list) {
+  std::string text = "rows {";
+  for (const auto& [left, right] : list.rows) {
+    text += "{" + PrintBytes(left) + ", " + PrintBytes(right) + "}, ";
+  }
+  const auto wildcard = [](char byte) { return byte == 0 ? "none" : PrintBytes({byte}); };
+  text += "} wildcard of flags " + wildcard(list.flags) + ", tails " + wildcard(list.tails) +
+          ", run " + wildcard(list.run);
+  if (list.flagged_rows < list.rows.size()) {
+    text += ", flags for " + std::to_string(list.flagged_rows) + " rows";
+  }
+  return text;
+}
+
+Judge::Judge(const JudgedList& literal_list, const JudgedList& engine_list, Kernel kernel)
+    : list_(literal_list), kernel_(kernel) {
+  Fill(literal_list, literal_tables_);
+  Fill(engine_list, tables_);
+  literal_ = std::make_unique<LiteralSubstitution>(
+      literal_tables_, static_cast<std::uint8_t>(literal_list.run), literal_state_);
+  engine_ =
+      std::make_unique<Substitution>(tables_, static_cast<std::uint8_t>(engine_list.run), kernel);
+}
+
+Judge::~Judge() = default;
+
+Judge::Buffers& Judge::SharedBuffers() {
+  static Buffers buffers;
+  return buffers;
+}
+
+template <class Run>
+Judge::Outcome Judge::RunThrough(const std::string& file, Run run) {
+  Outcome outcome;
+  CountingWatcher watcher;
+  BytesInput input(file);
+  BytesOutput output(outcome.bytes);
+  Buffers& buffers = SharedBuffers();
+  buffers.input.Open(input);
+  buffers.output.Open(output);
+  outcome.end = run(buffers.input, buffers.output, watcher);
+  buffers.output.Finish();
+  outcome.hits = watcher.hits;
+  return outcome;
+}
+
+std::string Judge::Differences(const std::string& file) {
+  files_.push_back(file);
+  const Outcome literal = RunThrough(file, [this](auto& input, auto& output, auto& watcher) {
+    return literal_->Run(input, output, watcher);
+  });
+  const Outcome engine = RunThrough(file, [this](auto& input, auto& output, auto& watcher) {
+    return engine_->Run(input, output, state_, watcher);
+  });
+  const bool same_state = literal_state_.CaptureBuffer == state_.CaptureBuffer &&
+                          literal_state_.Joker_SET == state_.Joker_SET;
+  if (literal == engine && same_state) return "";
+  const auto buffer = [](const CaptureState& state) {
+    return PrintBytes(std::string(state.CaptureBuffer.begin(), state.CaptureBuffer.end()));
+  };
+  std::string text = Print(list_) + "\nkernel " + std::to_string(static_cast<int>(kernel_));
+  for (const std::string& each : files_) text += "\nfile    " + PrintBytes(each);
+  const auto add = [&text](const char* name, const Outcome& outcome, const std::string& state) {
+    text += std::string("\n") + name + PrintBytes(outcome.bytes) + " hits " +
+            std::to_string(outcome.hits) + " end " + std::to_string(static_cast<int>(outcome.end)) +
+            " kept " + state;
+  };
+  add("literal ", literal, buffer(literal_state_));
+  add("engine  ", engine, buffer(state_));
+  return text;
+}
+
+void Judge::Forget() {
+  literal_state_ = CaptureState();
+  state_ = CaptureState();
+  files_.clear();
+}
+
+std::vector<Kernel> SupportedKernels() {
+  std::vector<Kernel> kernels;
+  for (const Kernel kernel : {Kernel::kPortable, Kernel::kSsse3, Kernel::kAvx2}) {
+    if (IsSupported(kernel)) kernels.push_back(kernel);
+  }
+  return kernels;
+}
+
+}  // namespace morvex::test

@@ -1,0 +1,74 @@
+// Holds the engine against the literal one: same list, same files, and every byte, the hits and
+// what is left for the next file must be the same.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/engine/substitution.h"
+#include "tests/reference/literal_substitution.h"
+
+namespace morvex::test {
+
+// A list and how it was made ready. The three wildcards differ when the setting changed between the
+// editor's opening (`flags`), its OK (`tails`) and the run (`run`); 0: none.
+struct JudgedList {
+  std::vector<std::pair<std::string, std::string>> rows;  // left text, right text
+  char flags = 0;
+  char tails = 0;
+  char run = 0;
+  std::size_t flagged_rows = ~std::size_t{0};  // so many rows have a flag at all
+};
+
+// The list in a form that can be pasted into a test.
+std::string Print(const JudgedList& list);
+std::string PrintBytes(const std::string& bytes);
+
+class Judge {
+ public:
+  Judge(const JudgedList& list, Kernel kernel) : Judge(list, list, kernel) {}
+  // Each engine has a list of its own: shows that the judge sees what differs.
+  Judge(const JudgedList& literal_list, const JudgedList& engine_list, Kernel kernel);
+  ~Judge();
+
+  // Runs the file through both engines, behind the files before it. Empty when they agree, else
+  // everything that a person needs to see why not.
+  std::string Differences(const std::string& file);
+
+  // Both engines forget what they kept from the files so far.
+  void Forget();
+
+ private:
+  struct Outcome {
+    SubstitutionEnd end = SubstitutionEnd::kWholeFile;
+    std::string bytes;
+    std::int64_t hits = 0;
+    bool operator==(const Outcome&) const = default;
+  };
+  struct Buffers {
+    InputWindow input;
+    PositionedOutput output;
+  };
+
+  template <class Run>
+  Outcome RunThrough(const std::string& file, Run run);
+
+  JudgedList list_;
+  Kernel kernel_;
+  SubstitutionTables literal_tables_;
+  SubstitutionTables tables_;
+  CaptureState literal_state_;
+  CaptureState state_;
+  std::unique_ptr<LiteralSubstitution> literal_;
+  std::unique_ptr<Substitution> engine_;
+  std::vector<std::string> files_;  // since the last Forget
+  static Buffers& SharedBuffers();
+};
+
+// Every kernel that this machine supports.
+std::vector<Kernel> SupportedKernels();
+
+}  // namespace morvex::test

@@ -1,0 +1,63 @@
+// The judge of the engine: the substitution of one file's bytes in its literal form. At every byte
+// each row is tried in table order by a match attempt that goes through its steps one by one; the
+// first row that matches writes its right text, otherwise the byte is copied.
+//
+// The order of the steps is the behaviour. What looks like a slip in them (a wildcard's captured
+// bytes that live on, a tail that is recognised in the text before the wildcard, a write position
+// that moves back) is part of what a list means and must come out the same.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/engine/input_window.h"
+#include "core/engine/positioned_output.h"
+#include "core/engine/substitution.h"
+#include "core/program/program.h"
+#include "core/tables/substitution_tables.h"
+
+namespace morvex::test {
+
+class LiteralSubstitution {
+ public:
+  // Rows with an empty left text are never tried. `tables` and `state` must outlive the object, and
+  // the tables may not change; `joker` is the wildcard's code, 0 for none.
+  LiteralSubstitution(const SubstitutionTables& tables, std::uint8_t joker, CaptureState& state);
+
+  SubstitutionEnd Run(InputWindow& input, PositionedOutput& output, SubstitutionWatcher& watcher);
+
+  ErrorNumber read_error() const { return read_error_; }
+
+ private:
+  struct UsableRow {
+    std::int64_t row = 0;
+    std::uint8_t first = 0;  // code of the left text's first character
+  };
+  struct Match {
+    const UsableRow* row = nullptr;  // null: no row matched
+    int length = 0;                  // bytes matched
+  };
+  class Attempt;
+
+  // `stopped` is set when the watcher wanted to stop before all rows were tried.
+  Match FirstMatchingRow(const InputWindow& input, bool& stopped);
+  bool MayGoOn();
+  // Gives the write position behind the right text.
+  std::int64_t WriteRightText(std::int64_t row, std::int64_t position, PositionedOutput& output);
+  bool IsJoker(std::uint8_t code) const { return joker_ != 0 && code == joker_; }
+
+  const SubstitutionTables& tables_;
+  std::uint8_t joker_;
+  CaptureState& state_;
+  SubstitutionWatcher* watcher_ = nullptr;  // of the present Run
+  std::int64_t read_pos_ = 0;               // 1-based, like every position here
+  std::vector<UsableRow> rows_;
+  std::array<bool, 256> starts_a_row_{};  // by the code of a left text's first character
+  std::int64_t steps_ = 0;                // since the watcher was last asked
+  ErrorNumber read_error_ = ErrorNumber::kNone;
+};
+
+}  // namespace morvex::test
