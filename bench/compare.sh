@@ -1,0 +1,17 @@
+#!/usr/bin/env bash
+# Times whole programs side by side: morvex-cli, and what a user would take instead. Every program
+# gets the same source and the same replacement list, the page cache warm; the programs take turns,
+# round by round, and the table shows medians and their ratio to morvex-cli's in the same run.
+#
+#   bench/compare.sh [ROUNDS [FOLDER]]     5 rounds, in a new folder under /tmp
+#
+# A program that does not do the same (other bytes come out) is listed as "differs" and not compared.
+set -euo pipefail
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+rounds=${1:-5}
+work=${2:-$(mktemp -d /tmp/morvex-compare.XXXXXX)}
+./cmake/install_tools.sh g++ cmake ninja-build perl sed sd rpl python3
+cmake --preset release -DMORVEX_TESTS=OFF >/dev/null
+cmake --build --preset release --target morvex-cli >/dev/null
+exec python3 bench/compare.py "$PWD/build/release/bin/morvex-cli" "$work" "$rounds"

@@ -1,0 +1,28 @@
+// The named inputs of the benchmark: a replacement list and a text for it, the same in every run.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace morvex::bench {
+
+struct Input {
+  std::string name;
+  std::string what;  // one line for the reader
+  std::vector<std::pair<std::string, std::string>> rows;
+  char joker = 0;
+  std::string text;
+};
+
+// The names, in the order of the table that the benchmark prints.
+std::vector<std::string> InputNames();
+
+// Worst cases are also run with twice the text, to see that the time only doubles.
+bool IsWorstCase(const std::string& name);
+
+// `size`: about so many bytes of text.
+Input MakeInput(const std::string& name, std::size_t size);
+
+}  // namespace morvex::bench
