@@ -57,7 +57,7 @@ std::vector<std::string> MakeNames(std::size_t count, Random& random) {
   return names;
 }
 
-// Sentences of common words; about every twentieth word is one of `names`.
+// Sentences of common words; about every fortieth word is one of `names`.
 std::string MakeProse(std::size_t size, const std::vector<std::string>& names, Random& random) {
   static constexpr std::array kWords = {
       "the",     "of",      "and",       "to",         "a",       "in",        "that",
@@ -72,7 +72,7 @@ std::string MakeProse(std::size_t size, const std::vector<std::string>& names, R
   std::size_t line = 0;
   while (text.size() < size) {
     const std::size_t before = text.size();
-    if (random.Below(20) == 0 && !names.empty()) {
+    if (random.Below(40) == 0 && !names.empty()) {
       text += names[random.Below(names.size())];
     } else {
       text += kWords[random.Below(kWords.size())];
@@ -99,7 +99,7 @@ Rows NameRows(const std::vector<std::string>& names) {
 Input Prose(std::size_t size, std::size_t count) {
   Random random;
   const std::vector<std::string> names = MakeNames(count, random);
-  return {"", "prose, a name in twenty words", NameRows(names), 0, MakeProse(size, names, random)};
+  return {"", "prose, a name in forty words", NameRows(names), 0, MakeProse(size, names, random)};
 }
 
 Input NoMatch(std::size_t size) {
@@ -112,14 +112,15 @@ Input NoMatch(std::size_t size) {
 Input Ids(std::size_t size) {
   Random random;
   Input input;
-  input.what = "10,000 numbered ids, four in a line of about 110 bytes";
+  input.what = "10,000 numbered ids, three in a line of about 140 bytes";
   for (std::size_t i = 1; i <= 10'000; ++i) {
     input.rows.emplace_back("PATIENT-" + Number(i, 6), "P" + Number(i, 5));
   }
   const auto id = [&] { return "PATIENT-" + Number(1 + random.Below(10'000), 6); };
   while (input.text.size() < size) {
-    input.text += "2024-03-" + Number(1 + random.Below(28), 2) + " " + id() + " transferred with " +
-                  id() + "; ward of " + id() + ", contact " + id() + "\r\n";
+    input.text += "2024-03-" + Number(1 + random.Below(28), 2) + " 14:02:51 INFO transfer " + id() +
+                  " shares a room with " + id() + "; ward 4 informed, contact person of " + id() +
+                  " called\r\n";
   }
   return input;
 }

@@ -127,7 +127,8 @@ void KeyIndex::FillNode(const Waiting& here, std::vector<Waiting>& waiting) {
 void KeyIndex::AddSteps(const Members& members, std::size_t depth, std::size_t bytes,
                         std::uint32_t node, std::vector<Waiting>& waiting) {
   if (members.empty()) return;
-  nodes_[node].takes[nodes_[node].take_count++] = static_cast<std::uint8_t>(bytes);
+  const std::size_t take = nodes_[node].take_count++;
+  nodes_[node].takes[take] = static_cast<std::uint8_t>(bytes);
   if (node == 0) {
     std::vector<std::string_view> keys;
     for (const std::int32_t row : members) keys.push_back(Key(row));
@@ -135,6 +136,7 @@ void KeyIndex::AddSteps(const Members& members, std::size_t depth, std::size_t b
   }
   for (std::size_t at = 0; at < members.size();) {
     const std::uint64_t taken = KeyBytes(Key(members[at]), depth, bytes);
+    nodes_[node].begins[take] |= BeginBit(taken);
     std::size_t end = at + 1;
     while (end < members.size() && KeyBytes(Key(members[end]), depth, bytes) == taken) ++end;
     const bool is_leaf =
@@ -185,6 +187,7 @@ std::int32_t KeyIndex::Walk(const std::uint8_t* bytes, std::size_t size,
     const Node& here = nodes_[from];
     const std::uint64_t ahead = Load64(bytes);
     for (std::uint32_t i = 0; i < here.take_count; ++i) {
+      if ((here.begins[i] & BeginBit(ahead)) == 0) continue;
       const std::size_t taken = here.takes[i];
       const std::uint64_t wanted = ahead & FirstBytesMask(taken);
       if (wanted >> 8 * (taken - 1) == 0) continue;  // would be taken for a shorter step
@@ -248,9 +251,11 @@ void KeyIndex::Prefetch(const std::uint8_t* bytes, const std::uint16_t* places, 
     const Node& node = nodes_[nodes[i]];
     if (node.plain != kNone) __builtin_prefetch(effects + node.plain);
     if (node.take_count == 0 || node.label_size > sizeof(std::uint64_t)) continue;
-    const std::uint8_t* const next = bytes + places[i] + first_take + node.label_size;
-    const std::size_t take = node.takes[node.take_count - 1];
-    __builtin_prefetch(&table_[Slot(Load64(next) & FirstBytesMask(take), nodes[i])]);
+    const std::uint64_t next = Load64(bytes + places[i] + first_take + node.label_size);
+    for (std::uint32_t take = 0; take < node.take_count; ++take) {
+      if ((node.begins[take] & BeginBit(next)) == 0) continue;
+      __builtin_prefetch(&table_[Slot(next & FirstBytesMask(node.takes[take]), nodes[i])]);
+    }
   }
 }
 

@@ -130,6 +130,9 @@ class KeyIndex {
     // The bytes that the steps from here take, each number once, ascending. Only the last leads on.
     std::array<std::uint8_t, 4> takes{};
     std::uint32_t take_count = 0;
+    // Of each of them: one bit for the lower half of every byte that such a step begins with.
+    // Spares most of the look-ups that would find nothing, and so most waits for memory.
+    std::array<std::uint16_t, 4> begins{};
   };
   // A step down the trie. No key holds a NUL, so the bytes tell their number and 0 marks a free
   // slot.
@@ -151,6 +154,9 @@ class KeyIndex {
   std::string_view Key(std::int32_t row) const { return rows_[static_cast<std::size_t>(row)].key; }
   bool IsPlain(std::int32_t row) const {
     return rows_[static_cast<std::size_t>(row)].attempt == CompiledRow::kPlain;
+  }
+  static std::uint16_t BeginBit(std::uint64_t bytes) {
+    return static_cast<std::uint16_t>(1U << (bytes & 15));
   }
   static bool Continues(const Node& node, const std::uint8_t* bytes, std::size_t size);
   void NoteAttempts(const Node& node, std::vector<std::int32_t>& attempts) const;

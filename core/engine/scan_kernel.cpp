@@ -23,20 +23,20 @@ std::size_t ScanPairs(const ScanTables& tables, const std::uint8_t* bytes, std::
 
 #ifdef MORVEX_X86_KERNELS
 
-// Notes a place for every bit of `hits`. Two are noted always: that costs less than a branch that
-// nobody can foretell.
+// Notes a place for every bit of `hits`. Two are noted whether they are there or not: that costs
+// less than a branch that nobody can foretell.
 inline std::size_t Note(std::uint32_t hits, std::size_t at, std::uint16_t* places) {
-  const auto place = [at](std::uint32_t bits) {
-    return static_cast<std::uint16_t>(at + static_cast<std::size_t>(std::countr_zero(bits)));
+  // The upper bit keeps the value from being zero, for which bits are counted in another way.
+  std::uint64_t bits = hits | std::uint64_t{1} << 63;
+  const auto take = [at, &bits] {
+    const auto bit = static_cast<std::size_t>(std::countr_zero(bits));
+    bits &= (bits - 1) | std::uint64_t{1} << 63;
+    return static_cast<std::uint16_t>(at + bit);
   };
   const auto count = static_cast<std::size_t>(std::popcount(hits));
-  places[0] = place(hits);
-  hits &= hits - 1;
-  places[1] = place(hits);
-  for (std::size_t i = 2; i < count; ++i) {
-    hits &= hits - 1;
-    places[i] = place(hits);
-  }
+  places[0] = take();
+  places[1] = take();
+  for (std::size_t i = 2; i < count; ++i) places[i] = take();
   return count;
 }
 
@@ -50,9 +50,10 @@ __attribute__((target("ssse3"))) __m128i Load16(const std::uint8_t* bytes) {
   return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
 }
 
-__attribute__((target("ssse3"))) std::size_t ScanSsse3(const ScanTables& tables,
-                                                       const std::uint8_t* bytes, std::size_t count,
-                                                       std::uint16_t* places) {
+__attribute__((target("ssse3,popcnt"))) std::size_t ScanSsse3(const ScanTables& tables,
+                                                              const std::uint8_t* bytes,
+                                                              std::size_t count,
+                                                              std::uint16_t* places) {
   constexpr std::size_t kWidth = 16;
   const __m128i nibble = _mm_set1_epi8(15);
   __m128i low[ScanTables::kDepth];
@@ -122,7 +123,9 @@ bool IsSupported(Kernel kernel) {
     return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("bmi") != 0 &&
            __builtin_cpu_supports("bmi2") != 0 && __builtin_cpu_supports("popcnt") != 0;
   }
-  if (kernel == Kernel::kSsse3) return __builtin_cpu_supports("ssse3") != 0;
+  if (kernel == Kernel::kSsse3) {
+    return __builtin_cpu_supports("ssse3") != 0 && __builtin_cpu_supports("popcnt") != 0;
+  }
 #endif
   return kernel == Kernel::kPortable;
 }

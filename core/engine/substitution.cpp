@@ -102,10 +102,29 @@ inline Substitution::Match Substitution::MatchAt(std::uint64_t place) {
   const auto size = static_cast<std::size_t>(input_->end() - place);
   found_.clear();
   const std::int32_t plain = index_.Find(input_->At(place), size, found_);
-  if (!found_.empty()) return TryAttempts(place, plain);
+  if (!found_.empty()) {
+    return IsHopeless(place, plain) ? Match{} : TryAttempts(place, plain);
+  }
   if (plain == KeyIndex::kNone) return {};
   captures_.Cut();
   return {plain, list_.effects[static_cast<std::size_t>(plain)].key_size};
+}
+
+// Whether all that can happen is that one attempt catches bytes up to its last round, in vain. That
+// is then noted. A wildcard whose tail never comes is tried in vain at very many places.
+inline bool Substitution::IsHopeless(std::uint64_t place, std::int32_t plain) {
+  if (found_.size() != 1 || plain != KeyIndex::kNone) return false;
+  const CompiledRow& row = list_.rows[static_cast<std::size_t>(found_.front())];
+  const CompiledAttempt& compiled = list_.attempts[static_cast<std::size_t>(row.attempt)];
+  if (place >= compiled.hopeless_until) return false;
+  steps_ += kStepsOfAnAttempt;
+  if (compiled.pattern.flag != PatternRow::Flag::kWildcard) return true;
+  more_.clear();
+  attempt_.FailInSpan(compiled.pattern, compiled.behind_key);
+  captures_.Caught(place, attempt_, more_);
+  if (AnyCutBetween(*input_->At(place), row.table_row, list_.table_size)) captures_.Cut();
+  captures_.StartAt(place + 1);
+  return true;
 }
 
 // The rows in `found_` one by one, then the plain row, if there is one. What they do to the capture

@@ -69,6 +69,7 @@ class Substitution {
   // The block of places from `place` on. Gives the place behind it and its matches.
   std::uint64_t RunBlock(std::uint64_t place);
   Match MatchAt(std::uint64_t place);
+  bool IsHopeless(std::uint64_t place, std::int32_t plain);
   Match TryAttempts(std::uint64_t place, std::int32_t plain);
   // Whether the row of the attempt matches; `attempt_` is then as its last round left it.
   bool Try(CompiledAttempt& compiled, std::uint64_t place);
