@@ -1,5 +1,5 @@
-// Finds the places where a key may stand. First a scan by three bytes; where that lets most places
-// pass, or none has to be left out, a hash of the first bytes alone.
+// Finds the places where a key may stand: first a scan by three bytes, then a hash of the first up
+// to 16. Where the scan lets too many places pass to be worth its time, it is left out for a while.
 #pragma once
 
 #include <cstddef>
