@@ -13,7 +13,6 @@
 
 namespace morvex {
 
-//
 // An error is one of the source or target folder itself, without which nothing could be done.
 ErrorNumber FolderPrepass(Program& program, const std::string& source, const std::string& target);
 ErrorNumber FolderWalk(Program& program, const std::string& source, const std::string& target);

@@ -129,7 +129,7 @@ TEST_F(InputWindowTest, GoesThroughAFileInLargeBlocks) {
     seen += static_cast<char>(*window.data());
   }
   EXPECT_TRUE(seen == bytes_);
-  EXPECT_LT(files_.calls - calls, 30);
+  EXPECT_LE(files_.calls - calls, 25);  // 3 MiB in blocks of 128 KiB, and the end
 }
 
 TEST_F(InputWindowTest, AReadErrorLeavesItEmpty) {

@@ -133,7 +133,7 @@ TEST_F(PositionedOutputTest, SpeaksToTheFileInLargeBlocks) {
   output.Open(*file_);
   const std::int64_t calls = files_.calls;
   for (std::size_t i = 1; i <= 3 * kBlock; ++i) output.Put(static_cast<std::int64_t>(i), 'x');
-  EXPECT_LT(files_.calls - calls, 30);
+  EXPECT_LE(files_.calls - calls, 24);  // 3 MiB in blocks of 128 KiB
   EXPECT_EQ(Finished(output).size(), 3 * kBlock);
 }
 
