@@ -16,57 +16,63 @@ std::vector<std::string_view> Keys(const KeyIndex& index, const std::vector<Comp
   return keys;
 }
 
-// Keeps those of the `count` places given by `place_at` that pass `may_hold`.
-template <class PlaceAt, class MayHold>
-std::size_t Keep(const std::uint8_t* bytes, std::size_t count, std::uint16_t* places,
-                 PlaceAt place_at, MayHold may_hold) {
+// Keeps those of the `count` places given by `place_at` that pass the filter.
+template <BeginFilter::Form kForm, class PlaceAt>
+std::size_t Keep(const BeginFilter& filter, const std::uint8_t* bytes, std::size_t count,
+                 std::uint16_t* places, PlaceAt place_at) {
   std::size_t kept = 0;
   for (std::size_t i = 0; i < count; ++i) {
     const std::size_t place = place_at(i);
     places[kept] = static_cast<std::uint16_t>(place);
-    kept += may_hold(bytes + place);
+    kept += filter.MayHold<kForm>(bytes + place);
   }
   return kept;
 }
 
-// Those that pass one of the filters.
 template <class PlaceAt>
-std::size_t Keep(const std::vector<BeginFilter>& filters, const std::uint8_t* bytes,
-                 std::size_t count, std::uint16_t* places, PlaceAt place_at) {
-  const BeginFilter& filter = filters.front();
-  if (filters.size() > 1) {
-    return Keep(bytes, count, places, place_at, [&filters](const std::uint8_t* place) {
-      std::uint8_t may = 0;
-      for (const BeginFilter& each : filters) may |= each.MayHold(place);
-      return may;
-    });
+std::size_t Keep(const BeginFilter& filter, const std::uint8_t* bytes, std::size_t count,
+                 std::uint16_t* places, PlaceAt place_at) {
+  using Form = BeginFilter::Form;
+  std::size_t kept = 0;
+  switch (filter.form()) {
+    case Form::kBytes:
+      kept = Keep<Form::kBytes>(filter, bytes, count, places, place_at);
+      break;
+    case Form::kBits:
+      kept = Keep<Form::kBits>(filter, bytes, count, places, place_at);
+      break;
+    case Form::kLengths:
+      kept = Keep<Form::kLengths>(filter, bytes, count, places, place_at);
+      break;
   }
-  if (filter.is_large()) {
-    return Keep(bytes, count, places, place_at, [&filter](const std::uint8_t* place) {
-      return filter.MayHold<BeginFilter::kLargeBits>(place);
-    });
+  if (!filter.looks_further()) return kept;
+  std::size_t left = 0;
+  for (std::size_t i = 0; i < kept; ++i) {
+    places[left] = places[i];
+    left += filter.MayGoOn(bytes + places[i]);
   }
-  return Keep(bytes, count, places, place_at, [&filter](const std::uint8_t* place) {
-    return filter.MayHold<BeginFilter::kSmallBits>(place);
-  });
+  return left;
 }
 
 }  // namespace
 
 CandidateFilter::CandidateFilter(const KeyIndex& index, const std::vector<CompiledRow>& rows,
                                  Kernel kernel)
-    : filters_(index.filters()), tables_(Keys(index, rows), kernel), scan_(ScanFor(kernel)) {}
+    : filter_(index.filter()),
+      is_empty_(index.rows_by_key().empty()),
+      tables_(Keys(index, rows), kernel),
+      scan_(ScanFor(kernel)) {}
 
 std::size_t CandidateFilter::Find(const std::uint8_t* bytes, std::size_t count,
                                   std::uint16_t* places) {
-  if (filters_.empty()) return 0;
+  if (is_empty_) return 0;
   if (blocks_without_scan_ > 0) {
     --blocks_without_scan_;
-    return Keep(filters_, bytes, count, places, [](std::size_t i) { return i; });
+    return Keep(filter_, bytes, count, places, [](std::size_t i) { return i; });
   }
   const std::size_t scanned = scan_(tables_, bytes, count, places);
   if (scanned > count / kDense) blocks_without_scan_ = kBlocksWithoutScan;
-  return Keep(filters_, bytes, scanned, places,
+  return Keep(filter_, bytes, scanned, places,
               [places](std::size_t i) { return static_cast<std::size_t>(places[i]); });
 }
 

@@ -1,5 +1,5 @@
-// Finds the places where a key may stand: first a scan by three bytes, then a hash of the first up
-// to 16. Where the scan lets too many places pass to be worth its time, it is left out for a while.
+// Finds the places where a key may stand: first a scan by three bytes, then a hash of up to eight.
+// Where the scan lets too many places pass to be worth its time, it is left out for a while.
 #pragma once
 
 #include <cstddef>
@@ -26,7 +26,8 @@ class CandidateFilter {
   std::size_t Find(const std::uint8_t* bytes, std::size_t count, std::uint16_t* places);
 
  private:
-  const std::vector<BeginFilter>& filters_;
+  const BeginFilter& filter_;
+  bool is_empty_;  // there are no keys
   ScanTables tables_;
   Scan scan_;
   int blocks_without_scan_ = 0;  // that are still to come

@@ -38,7 +38,7 @@ void CaptureMemory::TriedUpTo(const InputWindow& window, std::uint64_t place) {
 }
 
 std::string_view CaptureMemory::Bytes(const InputWindow& window) {
-  if (noted_ && more_.empty()) {
+  if (AreInWindow()) {
     const std::uint8_t* const begin = window.At(first_);
     return {reinterpret_cast<const char*>(begin), count_};
   }

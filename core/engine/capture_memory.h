@@ -47,6 +47,8 @@ class CaptureMemory {
 
   // The buffer's bytes. Valid until the next call here or the window's next move.
   std::string_view Bytes(const InputWindow& window);
+  // Whether Bytes gives bytes of the window, so that InputWindow::kPadding more may be read.
+  bool AreInWindow() const { return noted_ && more_.empty(); }
 
   // Call before the window moves over bytes: puts the buffer's bytes into the state.
   void Settle(const InputWindow& window);

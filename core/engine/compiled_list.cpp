@@ -1,5 +1,6 @@
 #include "core/engine/compiled_list.h"
 
+#include <algorithm>
 #include <map>
 #include <optional>
 
@@ -84,7 +85,10 @@ CompiledList::CompiledList(const SubstitutionTables& tables, std::uint8_t joker)
       const bool opens_span = !attempt.failed() && !attempt.tail_seen() && !attempt.span_open() &&
                               attempt.caught_count() == 0 && attempt.position() < pattern.width &&
                               pattern.IsWildcardAt(attempt.position());
-      attempts.push_back({pattern, attempt, tail, opens_span});
+      const bool is_usual = opens_span && tail > 0 && pattern.flag == PatternRow::Flag::kWildcard &&
+                            pattern.left.substr(row.key.size() + 1) == pattern.tail &&
+                            pattern.tail.find(static_cast<char>(joker)) == std::string_view::npos;
+      attempts.push_back({pattern, attempt, tail, is_usual, opens_span});
     }
     AddRightText(tables.RightTexts[static_cast<std::size_t>(index)], joker, row);
     rows.push_back(std::move(row));
@@ -105,6 +109,10 @@ void CompiledList::AddRightText(const std::string& text, std::uint8_t joker, Com
   }
   effect.right_size = static_cast<std::uint32_t>(right_bytes.size() - effect.right_begin);
   effect.has_jokers = !row.jokers.empty();
+  if (effect.right_size <= RowEffect::kShort) {
+    effect.is_short = !effect.has_jokers;
+    std::copy(right_bytes.end() - effect.right_size, right_bytes.end(), effect.short_text.begin());
+  }
   effects.push_back(effect);
 }
 

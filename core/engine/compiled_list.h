@@ -19,12 +19,16 @@
 
 namespace morvex {
 
-// What a row does where it matches, small enough to stay in the cache by the thousands.
+// What a row does where it matches, in half a cache line.
 struct RowEffect {
-  std::uint64_t right_begin = 0;  // the right text without wildcards, in `right_bytes`
+  static constexpr std::size_t kShort = 16;
+
+  std::array<char, kShort> short_text{};  // the right text without wildcards, if it fits
+  std::uint64_t right_begin = 0;          // where it stands in `right_bytes`
   std::uint32_t right_size = 0;
   std::uint16_t key_size = 0;
   bool has_jokers = false;  // and so also writes caught bytes
+  bool is_short = false;    // all that it writes stands in `short_text`
 };
 
 // Rows count in table order; those that can have no effect on a run are not among them.
@@ -44,6 +48,7 @@ struct CompiledAttempt {
   PatternRow pattern;
   MatchAttempt behind_key;  // as it stands when the key has been looked at
   int tail = 0;             // index into `tails`; 0 when the attempt need not look for a tail
+  bool is_usual = false;    // behind the key come the wildcard and its tail, and then nothing
   bool opens_span = false;  // the first round behind the key stands on the wildcard
   std::uint64_t hopeless_until = 0;  // of the file: in front of it nothing ends a span in time
 };
@@ -56,7 +61,7 @@ struct CompiledList {
   std::vector<CompiledRow> rows;
   std::vector<RowEffect> effects;  // of the rows
   std::string right_bytes;         // kRightPadding more bytes may be read behind each text
-  static constexpr std::size_t kRightPadding = 16;
+  static constexpr std::size_t kRightPadding = 32;
   std::vector<CompiledAttempt> attempts;
   std::vector<std::string_view> tails = {""};  // the distinct tails; the first is none
   // Ascending, by first byte, the table rows whose attempt, once its first byte has fitted, cuts

@@ -1,52 +1,57 @@
 #include "core/engine/key_index.h"
 
 #include <algorithm>
-#include <array>
+#include <bit>
+#include <cstring>
+#include <iterator>
 
 namespace morvex {
 namespace {
 
-constexpr std::size_t kStepBytes = 8;  // the most of one step
-constexpr std::size_t kLongRest = 4;   // shorter rests of keys are steps of their own length
+constexpr std::size_t kStepBytes = sizeof(std::uint64_t);  // the most of one step
+constexpr std::size_t kGroupSize = 8;                      // so few rows are compared one by one
 
-// A filter that keeps within a core's first cache does for so many beginnings.
-constexpr std::size_t kFewBeginnings = 2048;
+// One row in so many may be left in a larger group for the sake of fewer look-ups.
+constexpr std::size_t kFewCrowded = 8;
 
 constexpr std::size_t kCache = std::size_t{256} << 10;
+
+// Behind the table's last slot there is room for those that did not find theirs free.
+constexpr std::size_t kSpareSlots = 64;
+
+// So many bytes of a long key are compared in the time of one look-up.
+constexpr std::size_t kBytesOfALook = 16;
+
+// Of a member's bytes 1 to 8 and 9 to 16, by the number of bytes.
+constexpr auto kMemberMasks = [] {
+  std::array<std::array<std::uint64_t, 2>, 2 * kStepBytes + 1> masks{};
+  for (std::size_t size = 1; size < masks.size(); ++size) {
+    masks[size][0] = FirstBytesMask(std::min(size, kStepBytes));
+    if (size > kStepBytes) masks[size][1] = FirstBytesMask(size - kStepBytes);
+  }
+  return masks;
+}();
 
 const std::uint8_t* Bytes(std::string_view text) {
   return reinterpret_cast<const std::uint8_t*>(text.data());
 }
 
-// `count` bytes of the key from `depth` on, as Load64 gives them.
-std::uint64_t KeyBytes(std::string_view key, std::size_t depth, std::size_t count) {
+// At most 8 bytes of the key from `depth` on, as Load64 gives them.
+std::uint64_t KeyBytes(std::string_view key, std::size_t depth, std::size_t count = kStepBytes) {
   std::uint64_t value = 0;
-  for (std::size_t i = count; i > 0; --i) {
+  for (std::size_t i = depth < key.size() ? std::min(count, key.size() - depth) : 0; i > 0; --i) {
     value = value << 8 | static_cast<std::uint8_t>(key[depth + i - 1]);
   }
   return value;
 }
 
-}  // namespace
-
-BeginFilter::BeginFilter(const std::vector<std::string_view>& keys) {
-  std::size_t shortest = kMostBytes;
-  for (const std::string_view key : keys) shortest = std::min(shortest, key.size());
-  last_load_ = shortest > sizeof(std::uint64_t) ? shortest - sizeof(std::uint64_t) : 0;
-  mask_ = FirstBytesMask(std::min(shortest, sizeof(std::uint64_t)));
-  is_large_ = keys.size() > kFewBeginnings;
-  entries_.resize(std::size_t{1} << (is_large_ ? kLargeBits : kSmallBits));
-  std::array<std::uint8_t, kMostBytes> begin{};
-  for (const std::string_view key : keys) {
-    std::copy_n(key.begin(), shortest, begin.begin());
-    const std::uint64_t hash = Hash(begin.data());
-    if (is_large_) {
-      entries_[First<kLargeBits>(hash)] = entries_[Second<kLargeBits>(hash)] = 1;
-    } else {
-      entries_[First<kSmallBits>(hash)] = entries_[Second<kSmallBits>(hash)] = 1;
-    }
-  }
+// The number of the steps for keys that go on for `rest` (1 or more) bytes.
+std::size_t LengthOf(std::size_t rest) {
+  if (rest >= kStepBytes) return 4;
+  return rest >= 4 ? 3 : rest - 1;
 }
+
+}  // namespace
 
 KeyIndex::KeyIndex(const std::vector<CompiledRow>& rows) : rows_(rows) {
   OrderRows();
@@ -58,6 +63,7 @@ KeyIndex::KeyIndex(const std::vector<CompiledRow>& rows) : rows_(rows) {
     FillNode(here, waiting);
   }
   FillTable();
+  MakeFilter();
 }
 
 // Sorts the rows and drops those that an earlier plain row forestalls: its key is the same or a
@@ -65,10 +71,8 @@ KeyIndex::KeyIndex(const std::vector<CompiledRow>& rows) : rows_(rows) {
 void KeyIndex::OrderRows() {
   Members sorted(rows_.size());
   for (std::size_t i = 0; i < sorted.size(); ++i) sorted[i] = static_cast<std::int32_t>(i);
-  std::sort(sorted.begin(), sorted.end(), [this](std::int32_t a, std::int32_t b) {
-    const int order = Key(a).compare(Key(b));
-    return order != 0 ? order < 0 : a < b;
-  });
+  std::sort(sorted.begin(), sorted.end(),
+            [this](std::int32_t a, std::int32_t b) { return IsInFront(a, b); });
   struct Prefix {
     std::string_view key;
     std::int32_t first_plain = kNone;  // of this key and all beginnings of it
@@ -85,178 +89,366 @@ void KeyIndex::OrderRows() {
 }
 
 void KeyIndex::FillNode(const Waiting& here, std::vector<Waiting>& waiting) {
-  const bool is_root = here.node == 0;
+  const std::string_view first = Key(here.members.front());
+  const std::string_view last = Key(here.members.back());
   std::size_t depth = here.depth;
-  Node node;
-  if (!is_root) {
-    const std::string_view first = Key(here.members.front());
-    const std::string_view last = Key(here.members.back());
+  if (here.members.size() > kGroupSize) {
     while (depth < first.size() && depth < last.size() && first[depth] == last[depth]) ++depth;
-    node.label = Bytes(first) + here.depth;
-    node.label_size = static_cast<std::uint32_t>(depth - here.depth);
-    node.label_begin =
-        KeyBytes(first, here.depth, std::min<std::size_t>(node.label_size, sizeof(std::uint64_t)));
   }
-  node.attempts_begin = static_cast<std::uint32_t>(attempts_.size());
-  std::array<Members, kLongRest> short_rests;  // by length
-  Members long_rests;
-  std::size_t step = kStepBytes;
+  Node node;
+  node.label = Bytes(first) + here.depth;
+  node.label_size = static_cast<std::uint32_t>(depth - here.depth);
+  node.label_begin = KeyBytes(first, here.depth, node.label_size);
+  Members own;
+  std::array<Members, kLengths> longer;
   for (const std::int32_t row : here.members) {
     const std::size_t rest = Key(row).size() - depth;
-    if (rest == 0) {
-      if (IsPlain(row)) {
-        node.plain = row;
-      } else {
-        attempts_.push_back(row);
-      }
-    } else if (rest < kLongRest) {
-      short_rests[rest].push_back(row);
-    } else {
-      long_rests.push_back(row);
-      step = std::min(step, rest);
-    }
+    (rest == 0 ? own : longer[LengthOf(rest)]).push_back(row);
   }
-  node.attempts_end = static_cast<std::uint32_t>(attempts_.size());
+  if (!own.empty()) {
+    node.has_own = true;
+    node.own = AddGroup(own, depth);
+  }
   nodes_[here.node] = node;
-  for (std::size_t rest = 1; rest < kLongRest; ++rest) {
-    AddSteps(short_rests[rest], depth, rest, here.node, waiting);
+  Join(longer, depth);
+  for (std::size_t length = 0; length < kLengths; ++length) {
+    if (!longer[length].empty()) AddSteps(longer[length], depth, length, here.node, waiting);
   }
-  AddSteps(long_rests, depth, step, here.node, waiting);
 }
 
-void KeyIndex::AddSteps(const Members& members, std::size_t depth, std::size_t bytes,
-                        std::uint32_t node, std::vector<Waiting>& waiting) {
-  if (members.empty()) return;
-  const std::size_t take = nodes_[node].take_count++;
-  nodes_[node].takes[take] = static_cast<std::uint8_t>(bytes);
-  if (node == 0) {
-    std::vector<std::string_view> keys;
-    for (const std::int32_t row : members) keys.push_back(Key(row));
-    filters_.emplace_back(keys);
-  }
-  for (std::size_t at = 0; at < members.size();) {
-    const std::uint64_t taken = KeyBytes(Key(members[at]), depth, bytes);
-    nodes_[node].begins[take] |= BeginBit(taken);
-    std::size_t end = at + 1;
-    while (end < members.size() && KeyBytes(Key(members[end]), depth, bytes) == taken) ++end;
-    const bool is_leaf =
-        end == at + 1 && IsPlain(members[at]) && Key(members[at]).size() == depth + bytes;
-    if (is_leaf) {
-      steps_.push_back({taken, node, kLeaf | static_cast<std::uint32_t>(members[at])});
-    } else {
-      const auto to = static_cast<std::uint32_t>(nodes_.size());
-      nodes_.emplace_back();
-      steps_.push_back({taken, node, to});
-      waiting.push_back({Members(members.begin() + static_cast<std::ptrdiff_t>(at),
-                                 members.begin() + static_cast<std::ptrdiff_t>(end)),
-                         depth + bytes, to});
+std::size_t KeyIndex::Shortest(const Members& members) const {
+  std::size_t shortest = ~std::size_t{0};
+  for (const std::int32_t row : members) shortest = std::min(shortest, Key(row).size());
+  return shortest;
+}
+
+// Steps of several lengths cost a look-up each. So those that would take more bytes are joined with
+// those that take fewer where that leaves nearly all rows in small groups.
+void KeyIndex::Join(std::array<Members, kLengths>& by_length, std::size_t depth) const {
+  for (std::size_t length = kLengths - 1; length > 0; --length) {
+    std::size_t shorter = length;
+    while (shorter > 0 && by_length[shorter - 1].empty()) --shorter;
+    if (shorter == 0 || by_length[length].empty()) continue;
+    Members& less = by_length[shorter - 1];
+    Members all;
+    std::merge(less.begin(), less.end(), by_length[length].begin(), by_length[length].end(),
+               std::back_inserter(all),
+               [this](std::int32_t a, std::int32_t b) { return IsInFront(a, b); });
+    const std::size_t take = Shortest(less) - depth;
+    std::size_t crowded = 0;
+    for (std::size_t at = 0, end = 0; at < all.size(); at = end) {
+      end = EndOfStep(all, at, depth, take);
+      if (end - at > kGroupSize) crowded += end - at;
     }
-    at = end;
+    if (crowded > all.size() / kFewCrowded) continue;
+    less = std::move(all);
+    by_length[length].clear();
   }
+}
+
+// Of the members, which are ordered by key, behind the last that goes on with the same bytes.
+std::size_t KeyIndex::EndOfStep(const Members& members, std::size_t at, std::size_t depth,
+                                std::size_t take) const {
+  const std::uint64_t taken = KeyBytes(Key(members[at]), depth, take);
+  std::size_t end = at + 1;
+  while (end < members.size() && KeyBytes(Key(members[end]), depth, take) == taken) ++end;
+  return end;
+}
+
+void KeyIndex::AddSteps(const Members& members, std::size_t depth, std::size_t length,
+                        std::uint32_t node, std::vector<Waiting>& waiting) {
+  const std::size_t take = std::min(kStepBytes, Shortest(members) - depth);
+  nodes_[node].takes[length] = static_cast<std::uint8_t>(take);
+  for (std::size_t at = 0, end = 0; at < members.size(); at = end) {
+    const std::uint64_t taken = KeyBytes(Key(members[at]), depth, take);
+    nodes_[node].begins[length] |= BeginBit(taken);
+    end = EndOfStep(members, at, depth, take);
+    Members next(members.begin() + static_cast<std::ptrdiff_t>(at),
+                 members.begin() + static_cast<std::ptrdiff_t>(end));
+    std::uint32_t to = 0;
+    if (next.size() <= kGroupSize) {
+      to = kGroup | AddGroup(next, depth + take);
+    } else {
+      to = static_cast<std::uint32_t>(nodes_.size());
+      nodes_.emplace_back();
+      waiting.push_back({std::move(next), depth + take, to});
+    }
+    steps_.push_back({taken, From(node, length), to});
+  }
+}
+
+void KeyIndex::MakeFilter() {
+  std::array<Members, kLengths> by_length;
+  for (const std::int32_t row : rows_by_key_) by_length[LengthOf(Key(row).size())].push_back(row);
+  std::vector<KeyBegins> begins;
+  for (const Members& members : by_length) {
+    if (members.empty()) continue;
+    const std::size_t take = std::min(kStepBytes, Shortest(members));
+    begins.push_back({take, {}});
+    for (std::size_t at = 0; at < members.size(); at = EndOfStep(members, at, 0, take)) {
+      begins.back().distinct.push_back(KeyBytes(Key(members[at]), 0, take));
+    }
+  }
+  filter_ = BeginFilter(begins);
+  const std::size_t shortest = Shortest(rows_by_key_);
+  if (rows_by_key_.empty() || shortest <= kStepBytes) return;
+  std::vector<std::string_view> keys;
+  keys.reserve(rows_by_key_.size());
+  for (const std::int32_t row : rows_by_key_) keys.push_back(Key(row));
+  filter_.LookFurther(keys, shortest);
+}
+
+std::uint32_t KeyIndex::AddGroup(const Members& members, std::size_t depth) {
+  const auto first = static_cast<std::uint32_t>(members_.size());
+  for (const std::int32_t row : members) {
+    const std::string_view key = Key(row);
+    Member member;
+    member.size = static_cast<std::uint32_t>(key.size() - depth);
+    member.first = KeyBytes(key, depth);
+    member.second = KeyBytes(key, depth + kStepBytes);
+    member.short_size =
+        static_cast<std::uint8_t>(std::min<std::size_t>(member.size, 2 * kStepBytes));
+    member.is_long = member.size > 2 * kStepBytes;
+    has_attempts_ = has_attempts_ || !IsPlain(row);
+    (IsPlain(row) ? member.plain : member.attempt) = static_cast<std::uint32_t>(row);
+    members_.push_back(member);
+  }
+  members_.back().is_last = true;
+  return first;
 }
 
 void KeyIndex::FillTable() {
-  const std::size_t size = std::bit_ceil(steps_.size() * 2 + 2);
-  table_.resize(size);
-  table_mask_ = size - 1;
+  const auto bits = static_cast<int>(std::bit_width(steps_.size() * 2 + 1));
+  const std::size_t size = std::size_t{1} << bits;
+  table_shift_ = 64 - bits;
+  table_.resize(size + kSpareSlots);
   for (const Step& step : steps_) {
     std::size_t slot = Slot(step.bytes, step.from);
-    while (table_[slot].bytes != 0) slot = (slot + 1) & (size - 1);
+    while (table_[slot].from != kFree) {
+      // The last slot stays free: it ends every search.
+      if (++slot + 1 == table_.size()) table_.emplace_back();
+    }
     table_[slot] = step;
   }
   std::vector<Step>().swap(steps_);
-  is_large_ = size * sizeof(Step) + nodes_.size() * sizeof(Node) > kCache;
+  const Node& root = nodes_.front();
+  if (nodes_.size() == 1 && root.label_size == 0 && !root.has_own) {
+    for (std::size_t length = 0; length < kLengths; ++length) {
+      if (root.takes[length] == 0) continue;
+      only_step_ = only_from_ == kFree ? root.takes[length] : 0;
+      only_from_ = From(0, length);
+    }
+  }
+  keys_are_short_ = std::all_of(rows_by_key_.begin(), rows_by_key_.end(), [this](std::int32_t row) {
+    return Key(row).size() <= 2 * kStepBytes;
+  });
+  is_large_ = size * sizeof(Step) + members_.size() * sizeof(Member) > kCache;
 }
 
 // Whether the node's label stands at `bytes`. No label holds a NUL, so a short one needs no look at
 // the size.
 inline bool KeyIndex::Continues(const Node& node, const std::uint8_t* bytes, std::size_t size) {
   if (node.label_size == 0) return true;
-  const std::size_t begin = std::min<std::size_t>(node.label_size, sizeof(std::uint64_t));
+  const std::size_t begin = std::min<std::size_t>(node.label_size, kStepBytes);
   if ((Load64(bytes) & FirstBytesMask(begin)) != node.label_begin) return false;
   return node.label_size == begin ||
          (node.label_size <= size && std::memcmp(bytes, node.label, node.label_size) == 0);
 }
 
-std::int32_t KeyIndex::Walk(const std::uint8_t* bytes, std::size_t size,
-                            std::vector<std::int32_t>& attempts) const {
-  std::int32_t plain = kNone;
-  std::uint32_t from = 0;
-  for (bool goes_on = true; goes_on;) {
-    goes_on = false;
-    const Node& here = nodes_[from];
-    const std::uint64_t ahead = Load64(bytes);
-    for (std::uint32_t i = 0; i < here.take_count; ++i) {
-      if ((here.begins[i] & BeginBit(ahead)) == 0) continue;
-      const std::size_t taken = here.takes[i];
-      const std::uint64_t wanted = ahead & FirstBytesMask(taken);
-      if (wanted >> 8 * (taken - 1) == 0) continue;  // would be taken for a shorter step
-      const Step* const step = FindStep(wanted, from);
-      if (step == nullptr) continue;
-      if ((step->to & kLeaf) != 0) {
-        plain = static_cast<std::int32_t>(step->to & ~kLeaf);
+inline bool KeyIndex::GoesOn(const Member& member, const std::uint8_t* bytes,
+                             std::size_t size) const {
+  const std::uint32_t row = std::min(member.plain, member.attempt);
+  const std::string_view key = Key(static_cast<std::int32_t>(row));
+  return member.size <= size &&
+         std::memcmp(bytes, key.data() + (key.size() - member.size), member.size) == 0;
+}
+
+template <class Found>
+inline std::size_t KeyIndex::LookAtGroup(std::uint32_t first, const std::uint8_t* bytes,
+                                         std::size_t size, Found found) const {
+  const std::uint64_t begin = Load64(bytes);
+  const std::uint64_t next = Load64(bytes + kStepBytes);
+  std::size_t looks = 0;
+  for (const Member* member = &members_[first];; ++member) {
+    const auto& masks = kMemberMasks[member->short_size];
+    std::uint64_t differ =
+        ((begin & masks[0]) ^ member->first) | ((next & masks[1]) ^ member->second);
+    if (member->is_long && differ == 0) {
+      looks += member->size / kBytesOfALook;
+      differ = GoesOn(*member, bytes, size) ? 0 : 1;
+    }
+    found(*member, differ == 0);
+    if (member->is_last) return looks;
+  }
+}
+
+template <class Found>
+inline std::size_t KeyIndex::Walk(const std::uint8_t* bytes, std::size_t size, Reached* reached,
+                                  std::size_t count, Found found) const {
+  std::array<Wanted, kMostReached> wanted;
+  std::size_t looks = 0;
+  for (;;) {
+    std::size_t wants = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      const auto [to, at, place] = reached[i];
+      const auto note = [place = place, &found](const Member& member, bool stands) {
+        found(place, member, stands);
+      };
+      if ((to & kGroup) != 0) {
+        looks += LookAtGroup(to & ~kGroup, bytes + at, size - at, note);
         continue;
       }
-      const Node& node = nodes_[step->to];
-      // The step's bytes hold no NUL, so they lie in front of the end.
-      if (!Continues(node, bytes + taken, size - taken)) continue;
-      if (node.plain != kNone) plain = node.plain;
-      if (node.attempts_begin != node.attempts_end) NoteAttempts(node, attempts);
-      if (node.take_count == 0) continue;
-      goes_on = true;
-      from = step->to;
-      bytes += taken + node.label_size;
-      size -= taken + node.label_size;
+      const Node& node = nodes_[to];
+      looks += 1 + node.label_size / kBytesOfALook;
+      if (!Continues(node, bytes + at, size - at)) continue;
+      const std::uint32_t behind = at + node.label_size;
+      if (node.has_own) LookAtGroup(node.own, bytes + behind, size - behind, note);
+      const std::uint64_t ahead = Load64(bytes + behind);
+      for (std::size_t length = 0; length < kLengths; ++length) {
+        if ((node.begins[length] & BeginBit(ahead)) == 0) continue;
+        const std::uint32_t take = node.takes[length];
+        const std::uint64_t begin = ahead & FirstBytesMask(take);
+        const std::uint32_t from = From(to, length);
+        if (is_large_) __builtin_prefetch(&table_[Slot(begin, from)]);
+        wanted[wants++] = {begin, from, behind + take, place};
+      }
+    }
+    if (wants == 0) return looks;
+    count = 0;
+    for (std::size_t i = 0; i < wants; ++i) {
+      const Step* const step = FindStep(wanted[i].bytes, wanted[i].from);
+      if (step == nullptr) continue;
+      reached[count++] = {step->to, wanted[i].at, wanted[i].place};
+      Prefetch(step->to);
     }
   }
-  if (attempts.empty()) return plain;
-  if (plain != kNone) {
+}
+
+inline void KeyIndex::Prefetch(std::uint32_t to) const {
+  if (!is_large_) return;
+  if ((to & kGroup) != 0) {
+    __builtin_prefetch(&members_[to & ~kGroup]);
+  } else {
+    __builtin_prefetch(&nodes_[to]);
+  }
+}
+
+inline std::size_t KeyIndex::Begin(const std::uint8_t* bytes, const std::uint16_t* places,
+                                   std::size_t count, Reached* reached) const {
+  const Node& root = nodes_.front();
+  std::size_t found = 0;
+  if (root.label_size > 0) {  // all keys begin alike
+    for (std::uint32_t i = 0; i < count; ++i) reached[i] = {0, places[i], i};
+    return count;
+  }
+  for (std::size_t length = 0; length < kLengths; ++length) {
+    if (root.takes[length] == 0) continue;
+    const std::uint32_t take = root.takes[length];
+    const std::uint64_t mask = FirstBytesMask(take);
+    const std::uint32_t from = From(0, length);
+    if (is_large_) {
+      for (std::size_t i = 0; i < count; ++i) {
+        __builtin_prefetch(&table_[Slot(Load64(bytes + places[i]) & mask, from)]);
+      }
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+      const Step* const step = FindStep(Load64(bytes + places[i]) & mask, from);
+      if (step == nullptr) continue;
+      reached[found++] = {step->to, places[i] + take, static_cast<std::uint32_t>(i)};
+      Prefetch(step->to);
+    }
+  }
+  return found;
+}
+
+template <bool kAttempts>
+inline std::int32_t KeyIndex::Best::Row() const {
+  if constexpr (!kAttempts) return static_cast<std::int32_t>(plain);
+  if (plain < attempt) return static_cast<std::int32_t>(plain);
+  if (attempt == kNoRow) return kNone;
+  if (plain == kNoRow && attempt + 1 == behind_attempts) return OnlyAttempt(attempt);
+  return kUndecided;
+}
+
+// Without a branch: which member it is cannot be foretold.
+template <bool kAttempts>
+inline void KeyIndex::Best::Note(const Member& member, bool stands) {
+  const std::uint32_t missing = stands ? 0 : kNoRow;
+  plain = std::min(plain, member.plain | missing);
+  if constexpr (!kAttempts) return;
+  attempt = std::min(attempt, member.attempt | missing);
+  behind_attempts = std::max(behind_attempts, (member.attempt + 1) & ~missing);
+}
+
+std::size_t KeyIndex::LookAt(const std::uint8_t* bytes, std::size_t size,
+                             const std::uint16_t* places, std::size_t count,
+                             std::int32_t* found) const {
+  if (only_step_ > 0) {
+    return has_attempts_ ? LookAtOneStep<true>(bytes, size, places, count, found)
+                         : LookAtOneStep<false>(bytes, size, places, count, found);
+  }
+  std::array<Reached, kMostReached> reached;
+  std::array<Best, kBatch> best;
+  for (std::size_t i = 0; i < count; ++i) best[i] = {};
+  const std::size_t begun = Begin(bytes, places, count, reached.data());
+  const std::size_t looks = Walk(bytes, size, reached.data(), begun,
+                                 [&best](std::uint32_t place, const Member& member, bool stands) {
+                                   best[place].Note<true>(member, stands);
+                                 });
+  for (std::size_t i = 0; i < count; ++i) {
+    found[i] = best[i].Row<true>();
+  }
+  return looks > count ? looks - count : 0;
+}
+
+// Where every key ends in the group that its first step leads to.
+template <bool kAttempts>
+inline std::size_t KeyIndex::LookAtOneStep(const std::uint8_t* bytes, std::size_t size,
+                                           const std::uint16_t* places, std::size_t count,
+                                           std::int32_t* found) const {
+  const std::uint64_t mask = FirstBytesMask(only_step_);
+  std::size_t looks = 0;
+  std::array<std::uint64_t, 2> last{};
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::uint8_t* const place = bytes + places[i];
+    const std::array<std::uint64_t, 2> here = {Load64(place), Load64(place + kStepBytes)};
+    if (i > 0 && here == last && keys_are_short_) {  // in a run of one byte
+      found[i] = found[i - 1];
+      continue;
+    }
+    last = here;
+    const Step* const step = FindStep(here[0] & mask, only_from_);
+    Best best;
+    if (step != nullptr) {
+      looks += LookAtGroup(
+          step->to & ~kGroup, place + only_step_, size - places[i] - only_step_,
+          [&best](const Member& member, bool stands) { best.Note<kAttempts>(member, stands); });
+    }
+    found[i] = best.Row<kAttempts>();
+  }
+  return looks;
+}
+
+std::int32_t KeyIndex::Find(const std::uint8_t* bytes, std::size_t size,
+                            std::vector<std::int32_t>& attempts) const {
+  std::array<Reached, kMostReached> reached;
+  const std::uint16_t here = 0;
+  std::uint32_t plain = kNoRow;
+  Walk(bytes, size, reached.data(), Begin(bytes, &here, 1, reached.data()),
+       [&plain, &attempts](std::uint32_t, const Member& member, bool stands) {
+         if (!stands) return;
+         plain = std::min(plain, member.plain);
+         if (member.attempt != kNoRow)
+           attempts.push_back(static_cast<std::int32_t>(member.attempt));
+       });
+  const auto first_plain = static_cast<std::int32_t>(plain);
+  if (first_plain != kNone) {
     attempts.erase(std::remove_if(attempts.begin(), attempts.end(),
-                                  [plain](std::int32_t row) { return row > plain; }),
+                                  [first_plain](std::int32_t row) { return row > first_plain; }),
                    attempts.end());
   }
   if (attempts.size() > 1) std::sort(attempts.begin(), attempts.end());
-  return plain;
-}
-
-void KeyIndex::NoteAttempts(const Node& node, std::vector<std::int32_t>& attempts) const {
-  attempts.insert(attempts.end(), attempts_.begin() + node.attempts_begin,
-                  attempts_.begin() + node.attempts_end);
-}
-
-void KeyIndex::Prefetch(const std::uint8_t* bytes, const std::uint16_t* places, std::size_t count,
-                        const RowEffect* effects) const {
-  const Node& root = nodes_.front();
-  if (!is_large_ || root.take_count == 0) return;
-  const std::size_t first_take = root.takes[root.take_count - 1];
-  const std::uint64_t mask = FirstBytesMask(first_take);
-  for (std::size_t i = 0; i < count; ++i) {
-    __builtin_prefetch(&table_[Slot(Load64(bytes + places[i]) & mask, 0)]);
-  }
-  constexpr std::uint32_t kNoNode = 0;
-  std::array<std::uint32_t, kPrefetched> nodes{};
-  for (std::size_t i = 0; i < count; ++i) {
-    const std::uint64_t wanted = Load64(bytes + places[i]) & mask;
-    const Step* const step = FindStep(wanted, 0);
-    if (step == nullptr) continue;
-    if ((step->to & kLeaf) != 0) {
-      __builtin_prefetch(effects + (step->to & ~kLeaf));
-    } else {
-      nodes[i] = step->to;
-      __builtin_prefetch(&nodes_[step->to]);
-    }
-  }
-  for (std::size_t i = 0; i < count; ++i) {
-    if (nodes[i] == kNoNode) continue;
-    const Node& node = nodes_[nodes[i]];
-    if (node.plain != kNone) __builtin_prefetch(effects + node.plain);
-    if (node.take_count == 0 || node.label_size > sizeof(std::uint64_t)) continue;
-    const std::uint64_t next = Load64(bytes + places[i] + first_take + node.label_size);
-    for (std::uint32_t take = 0; take < node.take_count; ++take) {
-      if ((node.begins[take] & BeginBit(next)) == 0) continue;
-      __builtin_prefetch(&table_[Slot(next & FirstBytesMask(node.takes[take]), nodes[i])]);
-    }
-  }
+  return first_plain;
 }
 
 }  // namespace morvex

@@ -54,6 +54,18 @@ class MatchAttempt {
   // in which no NUL and no end of the tail came.
   void FailInSpan(const PatternRow& row, const MatchAttempt& behind_key);
 
+  // The state after all rounds of an attempt that went on from `behind_key`, on the row's only
+  // wildcard, and in which the tail, the rest of the left text, ended with the byte of
+  // `tail_round`: behind the round on the wildcard, less than kLastRound, and with no NUL in front.
+  // The next byte is not the tail's second one.
+  void MatchUpToTail(const MatchAttempt& behind_key, int tail_round) {
+    *this = behind_key;
+    round_ = tail_round + 1;
+    extra_ = 0;
+    caught_first_ = behind_key.round_;
+    caught_count_ = tail_round - behind_key.round_;
+  }
+
   // A span is open that only its tail, a NUL or the last round can end.
   bool InOpenSpan(const PatternRow& row) const {
     return span_open_ && !tail_seen_ && !failed_ && position_ <= row.width;

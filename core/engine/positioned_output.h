@@ -21,16 +21,18 @@ class PositionedOutput {
 
   // Writes at the 1-based `position`. Bytes below position 1 have no place and are dropped.
   void Put(std::int64_t position, std::string_view bytes);
-  // The same for at most kShort bytes, where kShort may be read.
-  void PutShort(std::int64_t position, const char* bytes, std::size_t size) {
-    if (position == first_ + static_cast<std::int64_t>(used_) && used_ + kShort <= kBlock) {
-      std::memcpy(pending_.get() + used_, bytes, kShort);
-      used_ += size;
-    } else {
-      Put(position, std::string_view(bytes, size));
-    }
+  // For many short pieces one behind the other: memory for the bytes from `position` on. It is
+  // empty where they must go through Put. Nothing may be called between the two but Fill, with the
+  // place behind the last byte that was written there.
+  struct Room {
+    char* at = nullptr;
+    char* end = nullptr;
+  };
+  Room RoomAt(std::int64_t position) {
+    if (position != first_ + static_cast<std::int64_t>(used_)) return {};
+    return {pending_.get() + used_, pending_.get() + kBlock};
   }
-  static constexpr std::size_t kShort = 16;
+  void Fill(const char* end) { used_ = static_cast<std::size_t>(end - pending_.get()); }
   void Put(std::int64_t position, char byte) { Put(position, std::string_view(&byte, 1)); }
 
   // The first error of the file, if any; nothing is written after it.

@@ -1,6 +1,7 @@
 #include "core/engine/scan_kernel.h"
 
 #include <bit>
+#include <cstring>
 
 #if defined(__x86_64__) && defined(__GNUC__)
 #define MORVEX_X86_KERNELS 1
@@ -10,14 +11,31 @@
 namespace morvex {
 namespace {
 
+// Two bytes as the table of pairs counts them.
+inline std::size_t PairAt(const std::uint8_t* bytes) {
+  std::uint16_t pair = 0;
+  std::memcpy(&pair, bytes, sizeof pair);
+  return pair;
+}
+
+// Most groups of places hold none at all, which is one branch for the group.
 std::size_t ScanPairs(const ScanTables& tables, const std::uint8_t* bytes, std::size_t count,
                       std::uint16_t* places) {
+  constexpr std::size_t kGroup = 16;
   const std::uint8_t* const pairs = tables.pairs.data();
   std::size_t found = 0;
-  for (std::size_t at = 0; at < count; ++at) {
+  const auto note = [&](std::size_t at) {
     places[found] = static_cast<std::uint16_t>(at);
-    found += pairs[bytes[at] | static_cast<std::size_t>(bytes[at + 1]) << 8];
+    found += pairs[PairAt(bytes + at)];
+  };
+  std::size_t at = 0;
+  for (; at + kGroup <= count; at += kGroup) {
+    std::uint8_t any = 0;
+    for (std::size_t i = 0; i < kGroup; ++i) any |= pairs[PairAt(bytes + at + i)];
+    if (any == 0) continue;
+    for (std::size_t i = 0; i < kGroup; ++i) note(at + i);
   }
+  for (; at < count; ++at) note(at);
   return found;
 }
 
@@ -191,11 +209,10 @@ ScanTables::ScanTables(const std::vector<std::string_view>& keys, Kernel kernel)
   if (kernel == Kernel::kPortable) {
     pairs.resize(std::size_t{1} << 16);
     for (const std::string_view key : keys) {
-      const auto first = static_cast<std::uint8_t>(key[0]);
-      if (key.size() > 1) {
-        pairs[first | static_cast<std::size_t>(static_cast<std::uint8_t>(key[1])) << 8] = 1;
-      } else {
-        for (std::size_t second = 0; second < 256; ++second) pairs[first | second << 8] = 1;
+      std::array<std::uint8_t, 2> pair = {static_cast<std::uint8_t>(key[0]), 0};
+      for (int second = 0; second < 256; ++second) {
+        pair[1] = static_cast<std::uint8_t>(key.size() > 1 ? key[1] : second);
+        pairs[PairAt(pair.data())] = 1;
       }
     }
     return;

@@ -32,7 +32,7 @@ struct ScanTables {
   using Nibbles = std::array<std::array<std::uint8_t, 16>, kDepth>;
   alignas(16) Nibbles low{};
   alignas(16) Nibbles high{};
-  std::vector<std::uint8_t> pairs;  // 1 where some key begins with these two bytes; low byte first
+  std::vector<std::uint8_t> pairs;  // 1 where some key begins with these two bytes
 };
 
 // Writes the offsets of the places among the first `count` bytes, ascending, to `places`, which has

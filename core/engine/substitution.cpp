@@ -1,6 +1,7 @@
 #include "core/engine/substitution.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 
 namespace morvex {
@@ -10,20 +11,51 @@ constexpr std::uint64_t kStepsBetweenQuestions = 65'536;
 constexpr std::uint64_t kStepsOfAnAttempt = 32;
 constexpr std::int64_t kNoRow = -1;
 
+// With more than one look a place in so many, the places after them are left to the automaton.
+constexpr std::size_t kFewLooks = 4;
+constexpr std::size_t kPlacesForAutomaton = std::size_t{1} << 18;
+constexpr std::size_t kAllPlaces = ~std::size_t{0};
+constexpr std::size_t kAutomatonBlock = std::size_t{1} << 16;  // twice the longest key
+// Keys of more bytes in all would make an automaton of some 60 MiB.
+constexpr std::size_t kMostAutomatonBytes = std::size_t{4} << 20;
+
+// A piece is copied in steps of so many bytes: the last one may read and write too much.
+constexpr std::size_t kCopyStep = 32;
+// Longer pieces are left to the library.
+constexpr std::size_t kLongPiece = 1024;
+
+// Both must have room for kCopyStep more bytes.
+inline void CopyShort(char* to, const std::uint8_t* from, std::size_t size) {
+  if (size > kLongPiece) {
+    std::memcpy(to, from, size);
+    return;
+  }
+  for (std::size_t at = 0; at < size; at += kCopyStep) std::memcpy(to + at, from + at, kCopyStep);
+}
+
 }  // namespace
 
-Substitution::Substitution(const SubstitutionTables& tables, std::uint8_t joker, Kernel kernel)
+Substitution::Substitution(const SubstitutionTables& tables, std::uint8_t joker, Kernel kernel,
+                           Search search)
     : list_(tables, joker),
       index_(list_.rows),
       filter_(index_, list_.rows, kernel),
+      search_(search),
       captures_(list_.cutting_rows),
-      next_tails_(list_.tails.begin() + 1, list_.tails.end()) {}
+      next_tails_(list_.tails.begin() + 1, list_.tails.end()) {
+  std::size_t bytes = 0;
+  for (const std::int32_t row : index_.rows_by_key()) {
+    bytes += list_.rows[static_cast<std::size_t>(row)].key.size();
+  }
+  automaton_refused_ = bytes > kMostAutomatonBytes;
+}
 
 void Substitution::Open(CaptureState& state) {
   captures_.Open(state);
   next_nul_ = NextNul();
   for (NextTail& tail : next_tails_) tail.Reset();
   for (CompiledAttempt& attempt : list_.attempts) attempt.hopeless_until = 0;
+  places_for_automaton_ = search_ == Search::kAutomaton ? kAllPlaces : 0;
   copied_ = 0;
   write_position_ = 1;
   hits_ = 0;
@@ -85,46 +117,35 @@ inline void Substitution::Write(std::string_view bytes) {
   write_position_ += static_cast<std::int64_t>(bytes.size());
 }
 
-inline void Substitution::CopyUpTo(std::uint64_t place) {
-  if (place == copied_) return;
-  const char* const begin = reinterpret_cast<const char*>(input_->At(copied_));
-  const auto size = static_cast<std::size_t>(place - copied_);
-  copied_ = place;
-  if (size <= PositionedOutput::kShort) {
-    output_->PutShort(write_position_, begin, size);
+// The same for bytes behind which kCopyStep more may be read.
+inline void Substitution::WritePadded(const std::uint8_t* bytes, std::size_t size) {
+  const PositionedOutput::Room room = output_->RoomAt(write_position_);
+  if (size + kCopyStep <= static_cast<std::size_t>(room.end - room.at)) {
+    CopyShort(room.at, bytes, size);
+    output_->Fill(room.at + size);
     write_position_ += static_cast<std::int64_t>(size);
   } else {
-    Write({begin, size});
+    Write({reinterpret_cast<const char*>(bytes), size});
   }
 }
 
-inline Substitution::Match Substitution::MatchAt(std::uint64_t place) {
-  const auto size = static_cast<std::size_t>(input_->end() - place);
-  found_.clear();
-  const std::int32_t plain = index_.Find(input_->At(place), size, found_);
-  if (!found_.empty()) {
-    return IsHopeless(place, plain) ? Match{} : TryAttempts(place, plain);
-  }
-  if (plain == KeyIndex::kNone) return {};
-  captures_.Cut();
-  return {plain, list_.effects[static_cast<std::size_t>(plain)].key_size};
+inline void Substitution::CopyUpTo(std::uint64_t place) {
+  if (place == copied_) return;
+  WritePadded(input_->At(copied_), static_cast<std::size_t>(place - copied_));
+  copied_ = place;
 }
 
-// Whether all that can happen is that one attempt catches bytes up to its last round, in vain. That
-// is then noted. A wildcard whose tail never comes is tried in vain at very many places.
-inline bool Substitution::IsHopeless(std::uint64_t place, std::int32_t plain) {
-  if (found_.size() != 1 || plain != KeyIndex::kNone) return false;
-  const CompiledRow& row = list_.rows[static_cast<std::size_t>(found_.front())];
-  const CompiledAttempt& compiled = list_.attempts[static_cast<std::size_t>(row.attempt)];
-  if (place >= compiled.hopeless_until) return false;
-  steps_ += kStepsOfAnAttempt;
-  if (compiled.pattern.flag != PatternRow::Flag::kWildcard) return true;
+// At the place an attempt of the row, the only one there, caught bytes up to its last round, in
+// vain.
+void Substitution::NoteVain(std::int32_t row, std::uint64_t place) {
+  const CompiledRow& compiled_row = list_.rows[static_cast<std::size_t>(row)];
+  const CompiledAttempt& compiled = list_.attempts[static_cast<std::size_t>(compiled_row.attempt)];
   more_.clear();
   attempt_.FailInSpan(compiled.pattern, compiled.behind_key);
+  if (attempt_.caught_count() == 0) return;
   captures_.Caught(place, attempt_, more_);
-  if (AnyCutBetween(*input_->At(place), row.table_row, list_.table_size)) captures_.Cut();
+  if (AnyCutBetween(*input_->At(place), compiled_row.table_row, list_.table_size)) captures_.Cut();
   captures_.StartAt(place + 1);
-  return true;
 }
 
 // The rows in `found_` one by one, then the plain row, if there is one. What they do to the capture
@@ -203,6 +224,14 @@ bool Substitution::Try(CompiledAttempt& compiled, std::uint64_t place) {
     attempt_.FailInSpan(pattern, compiled.behind_key);
     return false;
   }
+  if (compiled.is_usual && tail_round < MatchAttempt::kLastRound &&
+      tail_round > static_cast<std::uint64_t>(compiled.behind_key.round()) &&
+      (pattern.tail.size() == 1 ||
+       *input_->At(place + tail_round) != static_cast<std::uint8_t>(pattern.tail[1]))) {
+    more_.clear();
+    attempt_.MatchUpToTail(compiled.behind_key, static_cast<int>(tail_round));
+    return true;
+  }
   const auto span_end = static_cast<int>(
       std::min<std::uint64_t>({nul_round, tail_round, std::uint64_t{MatchAttempt::kLastRound}}));
 
@@ -220,30 +249,34 @@ bool Substitution::Try(CompiledAttempt& compiled, std::uint64_t place) {
   return attempt_.Matched(pattern);
 }
 
-inline void Substitution::WriteRightText(std::int32_t row) {
+void Substitution::WriteRightText(std::int32_t row) {
   const auto index = static_cast<std::size_t>(row);
   const RowEffect& effect = list_.effects[index];
-  const char* const text = list_.right_bytes.data() + effect.right_begin;
+  const auto* const text =
+      reinterpret_cast<const std::uint8_t*>(list_.right_bytes.data()) + effect.right_begin;
   if (effect.has_jokers) {
-    WriteWithCaught(list_.rows[index], {text, effect.right_size});
-  } else if (effect.right_size <= PositionedOutput::kShort) {
-    output_->PutShort(write_position_, text, effect.right_size);
-    write_position_ += static_cast<std::int64_t>(effect.right_size);
+    WriteWithCaught(list_.rows[index], text, effect.right_size);
   } else {
-    Write({text, effect.right_size});
+    WritePadded(text, effect.right_size);
   }
 }
 
-void Substitution::WriteWithCaught(const CompiledRow& row, std::string_view text) {
+void Substitution::WriteWithCaught(const CompiledRow& row, const std::uint8_t* text,
+                                   std::size_t size) {
   std::size_t from = 0;
   for (const std::size_t joker : row.jokers) {
-    Write(text.substr(from, joker - from));
+    WritePadded(text + from, joker - from);
     from = joker;
     // The caught bytes 0 to n; those of the tail, caught before it was recognised, are left out.
     const std::string_view caught = captures_.Bytes(*input_);
     const auto bound = static_cast<std::int64_t>(caught.size()) - 1;
     const std::int64_t n = bound - static_cast<std::int64_t>(row.tail_size) + 1;
     const std::int64_t written = std::min(n, bound) + 1;
+    if (written > 0 && written == n + 1 && captures_.AreInWindow()) {
+      WritePadded(reinterpret_cast<const std::uint8_t*>(caught.data()),
+                  static_cast<std::size_t>(written));
+      continue;
+    }
     if (written > 0) {
       output_->Put(write_position_, caught.substr(0, static_cast<std::size_t>(written)));
     }
@@ -251,45 +284,181 @@ void Substitution::WriteWithCaught(const CompiledRow& row, std::string_view text
     if (n > bound) return;  // the copy ran out of the buffer, which ends the right text here
     ++write_position_;
   }
-  Write(text.substr(from));
+  WritePadded(text + from, size - from);
 }
 
 std::uint64_t Substitution::RunBlock(std::uint64_t place) {
-  const std::uint8_t* const bytes = input_->data();
   // Places from which an attempt sees as far as it may.
   const std::size_t open =
       input_->ended() ? input_->size() : input_->size() - InputWindow::kLookAhead + 1;
-  const std::size_t count = std::min(open, CandidateFilter::kBlock);
+  const std::uint64_t next = places_for_automaton_ > 0
+                                 ? RunByAutomaton(place, std::min(open, kAutomatonBlock))
+                                 : RunByIndex(place, std::min(open, CandidateFilter::kBlock));
+  if (stopped_ || no_progress_) CopyUpTo(next);
+  return next;
+}
+
+// The `count` places from `place` on.
+std::uint64_t Substitution::RunByIndex(std::uint64_t place, std::size_t count) {
+  const std::uint8_t* const bytes = input_->data();
+  const std::size_t size = input_->size();
   const std::size_t found = filter_.Find(bytes, count, places_.data());
-  const std::uint64_t block = place;
+  const std::uint64_t begin = place;
   steps_ += count;
-  for (std::size_t i = 0; i < found; ++i) {
-    if (i % KeyIndex::kPrefetched == 0) {
-      index_.Prefetch(bytes, places_.data() + i, std::min(found - i, KeyIndex::kPrefetched),
-                      list_.effects.data());
+  std::size_t looks = 0;
+  std::array<std::int32_t, KeyIndex::kBatch> rows;
+  for (std::size_t first = 0; first < found; first += KeyIndex::kBatch) {
+    const std::uint16_t* const places = places_.data() + first;
+    const std::size_t batch = std::min(found - first, KeyIndex::kBatch);
+    looks += index_.LookAt(bytes, size, places, batch, rows.data());
+    if (index_.is_large()) {
+      for (std::size_t i = 0; i < batch; ++i) {
+        if (rows[i] >= 0) __builtin_prefetch(&list_.effects[static_cast<std::size_t>(rows[i])]);
+      }
     }
-    const std::uint64_t candidate = block + places_[i];
-    if (candidate < place) continue;
-    place = candidate;
-    const Match match = MatchAt(place);
-    if (stopped_) break;
-    if (match.row == KeyIndex::kNone) continue;
-    if (match.length == 0) {
-      no_progress_ = true;
-      break;
+    std::size_t i = 0;
+    place = RunCandidates(begin, place, [&](std::uint64_t from, Candidate& candidate) {
+      for (; i < batch; ++i) {
+        candidate.place = begin + places[i];
+        candidate.plain = rows[i];
+        if (candidate.place < from || candidate.plain == KeyIndex::kNone) continue;
+        candidate.needs_attempts = candidate.plain < KeyIndex::kNone;
+        candidate.only_attempt = KeyIndex::kNone;
+        if (candidate.plain == KeyIndex::kUndecided) {
+          found_.clear();
+          candidate.plain = index_.Find(bytes + places[i], size - places[i], found_);
+        } else if (candidate.needs_attempts) {
+          candidate.only_attempt = KeyIndex::OnlyAttempt(candidate.plain);
+          candidate.plain = KeyIndex::kNone;
+        }
+        ++i;
+        return true;
+      }
+      return false;
+    });
+    if (stopped_ || no_progress_) return place;
+    if (looks > count / kFewLooks && !automaton_refused_) {
+      places_for_automaton_ = kPlacesForAutomaton;
+      return std::max(place, begin + places[batch - 1] + 1);
     }
-    CopyUpTo(place);
-    WriteRightText(match.row);
-    ++hits_;
-    place += match.length;
-    copied_ = place;
-    captures_.StartAt(place);
   }
-  if (stopped_ || no_progress_) {
-    CopyUpTo(place);
-    return place;
+  return std::max(place, begin + count);
+}
+
+// The same, where so many rows nearly match that a look at each place would cost too much.
+std::uint64_t Substitution::RunByAutomaton(std::uint64_t place, std::size_t count) {
+  if (!automaton_) automaton_.emplace(list_.rows, index_.rows_by_key());
+  const std::uint64_t begin = place;
+  steps_ += count;
+  places_for_automaton_ -= std::min(places_for_automaton_, count);
+  found_by_automaton_.clear();
+  automaton_->Find(input_->data(), count, input_->size(), found_by_automaton_);
+  auto next = found_by_automaton_.rbegin();  // they are in descending order
+  place = RunCandidates(begin, place, [&](std::uint64_t from, Candidate& candidate) {
+    while (next != found_by_automaton_.rend() && begin + next->place < from) ++next;
+    if (next == found_by_automaton_.rend()) return false;
+    found_.clear();
+    candidate.place = begin + next->place;
+    candidate.plain = automaton_->RowsAt(next->state, found_);
+    candidate.needs_attempts = !found_.empty();
+    const bool is_only = found_.size() == 1 && candidate.plain == KeyIndex::kNone;
+    candidate.only_attempt = is_only ? found_.front() : KeyIndex::kNone;
+    ++next;
+    return true;
+  });
+  if (stopped_ || no_progress_) return place;
+  return std::max(place, begin + count);
+}
+
+// Goes through the candidates from `place` on, which the window's first byte, at `begin`, is not
+// behind; `next_candidate` gives the next one that is not in front of a place, if there is one.
+// Gives the place behind the last match.
+template <class NextCandidate>
+std::uint64_t Substitution::RunCandidates(std::uint64_t begin, std::uint64_t place,
+                                          NextCandidate next_candidate) {
+  // Short pieces go straight to the output's memory. Nothing else may be asked of the output before
+  // `leave` has told it of them.
+  const std::uint8_t* const bytes = input_->data();
+  PositionedOutput::Room room = output_->RoomAt(write_position_);
+  const char* room_begin = room.at;
+  std::uint64_t copied = copied_;
+  std::int64_t hits = 0;
+  // A wildcard whose tail never comes is tried in vain at very many places, of which only the last
+  // one matters.
+  std::int32_t vain = KeyIndex::kNone;
+  std::uint64_t vain_place = 0;
+  const auto note_vain = [&] {
+    if (vain != KeyIndex::kNone) NoteVain(vain, vain_place);
+    vain = KeyIndex::kNone;
+  };
+  const auto leave = [&] {
+    note_vain();
+    copied_ = copied;
+    if (hits == 0) return;
+    hits_ += hits;
+    hits = 0;
+    output_->Fill(room.at);
+    write_position_ += room.at - room_begin;
+  };
+  Candidate candidate;
+  while (next_candidate(place, candidate)) {
+    place = candidate.place;
+    if (!candidate.needs_attempts) {
+      const RowEffect& effect = list_.effects[static_cast<std::size_t>(candidate.plain)];
+      const auto before = static_cast<std::size_t>(place - copied);
+      if (effect.is_short &&
+          before + kCopyStep + RowEffect::kShort <= static_cast<std::size_t>(room.end - room.at)) {
+        note_vain();
+        captures_.Cut();
+        CopyShort(room.at, bytes + static_cast<std::ptrdiff_t>(copied - begin), before);
+        room.at += before;
+        std::memcpy(room.at, effect.short_text.data(), RowEffect::kShort);
+        room.at += effect.right_size;
+        place += effect.key_size;
+        copied = place;
+        ++hits;
+        continue;
+      }
+    } else if (candidate.only_attempt != KeyIndex::kNone) {
+      const CompiledRow& row = list_.rows[static_cast<std::size_t>(candidate.only_attempt)];
+      if (place < list_.attempts[static_cast<std::size_t>(row.attempt)].hopeless_until) {
+        vain = candidate.only_attempt;
+        vain_place = place;
+        ++place;
+        continue;
+      }
+      found_.assign(1, candidate.only_attempt);
+    }
+    leave();
+    RunCandidate(candidate);
+    copied = copied_;
+    if (stopped_ || no_progress_) return place;
+    place = std::max(place + 1, copied);
+    room = output_->RoomAt(write_position_);
+    room_begin = room.at;
   }
-  return std::max(place, block + count);
+  leave();
+  return place;
+}
+
+void Substitution::RunCandidate(Candidate candidate) {
+  Match match;
+  if (!candidate.needs_attempts) {
+    captures_.Cut();
+    match = {candidate.plain, list_.effects[static_cast<std::size_t>(candidate.plain)].key_size};
+  } else {
+    match = TryAttempts(candidate.place, candidate.plain);
+  }
+  if (stopped_ || match.row == KeyIndex::kNone) return;
+  if (match.length == 0) {
+    no_progress_ = true;
+    return;
+  }
+  CopyUpTo(candidate.place);
+  WriteRightText(match.row);
+  ++hits_;
+  copied_ = candidate.place + match.length;
+  captures_.StartAt(copied_);
 }
 
 }  // namespace morvex

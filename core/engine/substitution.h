@@ -10,6 +10,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -17,6 +18,7 @@
 #include "core/engine/capture_memory.h"
 #include "core/engine/compiled_list.h"
 #include "core/engine/input_window.h"
+#include "core/engine/key_automaton.h"
 #include "core/engine/key_index.h"
 #include "core/engine/occurrences.h"
 #include "core/engine/positioned_output.h"
@@ -43,12 +45,19 @@ enum class SubstitutionEnd {
   kNoProgress,   // a match consumed nothing: the program must end
 };
 
+// How the places where rows match are found. It makes no difference to what is found.
+enum class Search {
+  kAsItPays,   // by filter and index; by the automaton where rows nearly match too often
+  kAutomaton,  // by the automaton alone
+};
+
 class Substitution {
  public:
   // Made once for a run. Rows with an empty left text are never tried. `tables` must outlive the
   // object and may not change; `joker` is the wildcard's code, 0 for none. The kernel must be
   // supported here.
-  Substitution(const SubstitutionTables& tables, std::uint8_t joker, Kernel kernel = BestKernel());
+  Substitution(const SubstitutionTables& tables, std::uint8_t joker, Kernel kernel = BestKernel(),
+               Search search = Search::kAsItPays);
   Substitution(const Substitution&) = delete;
   Substitution& operator=(const Substitution&) = delete;
 
@@ -65,11 +74,24 @@ class Substitution {
     std::uint64_t length = 0;            // bytes matched
   };
 
+  // A place where rows may match.
+  struct Candidate {
+    std::uint64_t place = 0;
+    std::int32_t plain = KeyIndex::kNone;         // matches when no attempt in front of it does
+    bool needs_attempts = false;                  // of the rows in `found_`, or of the only one
+    std::int32_t only_attempt = KeyIndex::kNone;  // the row, when no other is found
+  };
+
   void Open(CaptureState& state);
   // The block of places from `place` on. Gives the place behind it and its matches.
   std::uint64_t RunBlock(std::uint64_t place);
-  Match MatchAt(std::uint64_t place);
-  bool IsHopeless(std::uint64_t place, std::int32_t plain);
+  std::uint64_t RunByIndex(std::uint64_t place, std::size_t count);
+  std::uint64_t RunByAutomaton(std::uint64_t place, std::size_t count);
+  template <class NextCandidate>
+  std::uint64_t RunCandidates(std::uint64_t begin, std::uint64_t place,
+                              NextCandidate next_candidate);
+  void RunCandidate(Candidate candidate);
+  void NoteVain(std::int32_t row, std::uint64_t place);
   Match TryAttempts(std::uint64_t place, std::int32_t plain);
   // Whether the row of the attempt matches; `attempt_` is then as its last round left it.
   bool Try(CompiledAttempt& compiled, std::uint64_t place);
@@ -78,13 +100,17 @@ class Substitution {
   bool AnyCutBetween(std::uint8_t byte, std::int64_t after, std::int64_t before) const;
   void CopyUpTo(std::uint64_t place);
   void WriteRightText(std::int32_t row);
-  void WriteWithCaught(const CompiledRow& row, std::string_view text);
+  void WriteWithCaught(const CompiledRow& row, const std::uint8_t* text, std::size_t size);
   void Write(std::string_view bytes);
+  void WritePadded(const std::uint8_t* bytes, std::size_t size);
   bool AskWatcher(std::uint64_t read);
 
   CompiledList list_;
   KeyIndex index_;
   CandidateFilter filter_;
+  std::optional<KeyAutomaton> automaton_;  // made when it is first needed
+  Search search_;
+  bool automaton_refused_ = false;  // would take too much memory
   CaptureMemory captures_;
   NextNul next_nul_;
   std::vector<NextTail> next_tails_;  // as the list's tails, without the first
@@ -93,13 +119,15 @@ class Substitution {
   InputWindow* input_ = nullptr;
   PositionedOutput* output_ = nullptr;
   SubstitutionWatcher* watcher_ = nullptr;
-  std::uint64_t copied_ = 0;         // the bytes of the file in front of it are written
-  std::int64_t write_position_ = 1;  // 1-based
-  std::int64_t hits_ = 0;            // that the watcher does not know of yet
-  std::uint64_t steps_ = 0;          // since the watcher was last asked
+  std::size_t places_for_automaton_ = 0;  // are still to be run by it
+  std::uint64_t copied_ = 0;              // the bytes of the file in front of it are written
+  std::int64_t write_position_ = 1;       // 1-based
+  std::int64_t hits_ = 0;                 // that the watcher does not know of yet
+  std::uint64_t steps_ = 0;               // since the watcher was last asked
   bool stopped_ = false;
   bool no_progress_ = false;
   std::array<std::uint16_t, CandidateFilter::kRoom> places_{};
+  std::vector<KeyAutomaton::Found> found_by_automaton_;
   std::vector<std::int32_t> found_;  // rows that need an attempt at the present place
   MatchAttempt attempt_;             // the last one
   std::vector<std::uint8_t> more_;   // what it caught apart from the rest

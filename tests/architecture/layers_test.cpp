@@ -23,10 +23,10 @@ const std::vector<std::string> kRooms = {
 
 // Headers of the C++ standard library that the program uses.
 const std::set<std::string> kStandardHeaders = {
-    "algorithm",   "array",   "bit",     "charconv", "chrono",      "cmath",      "compare",
-    "cstddef",     "cstdint", "cstdlib", "cstring",  "deque",       "functional", "iostream",
-    "istream",     "limits",  "map",     "memory",   "optional",    "ostream",    "string",
-    "string_view", "thread",  "utility", "vector",   "system_error"};
+    "algorithm", "array",       "bit",     "charconv", "chrono", "cmath",       "compare",
+    "cstddef",   "cstdint",     "cstdlib", "cstring",  "deque",  "functional",  "iostream",
+    "istream",   "iterator",    "limits",  "map",      "memory", "optional",    "ostream",
+    "string",    "string_view", "thread",  "utility",  "vector", "system_error"};
 
 struct Include {
   std::string file;  // that includes

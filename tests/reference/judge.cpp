@@ -76,6 +76,8 @@ Judge::Judge(const JudgedList& literal_list, const JudgedList& engine_list, Kern
       literal_tables_, static_cast<std::uint8_t>(literal_list.run), literal_state_);
   engine_ =
       std::make_unique<Substitution>(tables_, static_cast<std::uint8_t>(engine_list.run), kernel);
+  by_automaton_ = std::make_unique<Substitution>(
+      tables_, static_cast<std::uint8_t>(engine_list.run), kernel, Search::kAutomaton);
 }
 
 Judge::~Judge() = default;
@@ -108,27 +110,32 @@ std::string Judge::Differences(const std::string& file) {
   const Outcome engine = RunThrough(file, [this](auto& input, auto& output, auto& watcher) {
     return engine_->Run(input, output, state_, watcher);
   });
-  const bool same_state = literal_state_.CaptureBuffer == state_.CaptureBuffer &&
-                          literal_state_.Joker_SET == state_.Joker_SET;
-  if (literal == engine && same_state) return "";
-  const auto buffer = [](const CaptureState& state) {
-    return PrintBytes(std::string(state.CaptureBuffer.begin(), state.CaptureBuffer.end()));
+  const Outcome automaton = RunThrough(file, [this](auto& input, auto& output, auto& watcher) {
+    return by_automaton_->Run(input, output, automaton_state_, watcher);
+  });
+  const auto agrees = [&](const Outcome& outcome, const CaptureState& state) {
+    return outcome == literal && literal_state_.CaptureBuffer == state.CaptureBuffer &&
+           literal_state_.Joker_SET == state.Joker_SET;
   };
+  if (agrees(engine, state_) && agrees(automaton, automaton_state_)) return "";
   std::string text = Print(list_) + "\nkernel " + std::to_string(static_cast<int>(kernel_));
   for (const std::string& each : files_) text += "\nfile    " + PrintBytes(each);
-  const auto add = [&text](const char* name, const Outcome& outcome, const std::string& state) {
+  const auto add = [&text](const char* name, const Outcome& outcome, const CaptureState& state) {
     text += std::string("\n") + name + PrintBytes(outcome.bytes) + " hits " +
             std::to_string(outcome.hits) + " end " + std::to_string(static_cast<int>(outcome.end)) +
-            " kept " + state;
+            " kept " +
+            PrintBytes(std::string(state.CaptureBuffer.begin(), state.CaptureBuffer.end()));
   };
-  add("literal ", literal, buffer(literal_state_));
-  add("engine  ", engine, buffer(state_));
+  add("literal ", literal, literal_state_);
+  add("engine  ", engine, state_);
+  add("by the automaton ", automaton, automaton_state_);
   return text;
 }
 
 void Judge::Forget() {
   literal_state_ = CaptureState();
   state_ = CaptureState();
+  automaton_state_ = CaptureState();
   files_.clear();
 }
 

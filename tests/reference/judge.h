@@ -62,8 +62,10 @@ class Judge {
   SubstitutionTables tables_;
   CaptureState literal_state_;
   CaptureState state_;
+  CaptureState automaton_state_;
   std::unique_ptr<LiteralSubstitution> literal_;
   std::unique_ptr<Substitution> engine_;
+  std::unique_ptr<Substitution> by_automaton_;
   std::vector<std::string> files_;  // since the last Forget
   static Buffers& SharedBuffers();
 };

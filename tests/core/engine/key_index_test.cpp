@@ -38,11 +38,21 @@ class Index {
  public:
   explicit Index(const std::vector<Key>& keys) : keys_(keys), rows_(Rows(keys_)), index_(rows_) {}
 
+  // The two ways to look say the same.
   Found At(const std::string& text) const {
-    const std::string padded = text + std::string(16, '\0');
+    const std::string padded = text + std::string(KeyIndex::kReadAhead, '\0');
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(padded.data());
     Found found;
-    found.plain = index_.Find(reinterpret_cast<const std::uint8_t*>(padded.data()), text.size(),
-                              found.attempts);
+    found.plain = index_.Find(bytes, text.size(), found.attempts);
+    const std::uint16_t here = 0;
+    std::int32_t row = 0;
+    index_.LookAt(bytes, text.size(), &here, 1, &row);
+    if (found.attempts.empty()) {
+      EXPECT_EQ(row, found.plain) << text;
+    } else if (row != KeyIndex::kUndecided) {
+      EXPECT_EQ(found.plain, KeyIndex::kNone) << text;
+      EXPECT_EQ(found.attempts, (std::vector<std::int32_t>{KeyIndex::OnlyAttempt(row)})) << text;
+    }
     return found;
   }
   const KeyIndex& index() const { return index_; }
@@ -66,7 +76,7 @@ class Index {
 TEST(KeyIndex, OfNoRowsFindsNothing) {
   const Index index({});
   EXPECT_EQ(index.At("abc"), Found());
-  EXPECT_TRUE(index.index().filters().empty());
+  EXPECT_TRUE(index.index().rows_by_key().empty());
 }
 
 TEST(KeyIndex, TheFirstPlainRowInTableOrderIsFound) {
@@ -109,6 +119,38 @@ TEST(KeyIndex, ManyRowsThatBeginAlikeAreToldApart) {
   EXPECT_EQ(index.At("employee-record-x").plain, KeyIndex::kNone);
 }
 
+TEST(KeyIndex, PlacesLookedAtTogetherGetWhatEachGetsAlone) {
+  for (std::uint32_t seed = 0; seed < 500; ++seed) {
+    std::mt19937 random(seed);
+    const std::uint32_t letters = seed % 2 == 0 ? 1 : 3;
+    std::string text;
+    for (int i = 0; i < 200; ++i) text += static_cast<char>('a' + random() % letters);
+    // One list has a single step for all keys, another steps of several lengths and deep nodes.
+    const std::size_t count = 1 + random() % 40;
+    const std::size_t shortest = 1 + random() % 12;
+    std::vector<Key> keys;
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::size_t length = shortest + random() % 20;
+      keys.push_back({text.substr(random() % 150, length), random() % 4 != 0});
+    }
+    const Index index(keys);
+    const std::string padded = text + std::string(KeyIndex::kReadAhead, '\0');
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(padded.data());
+    std::uint16_t places[KeyIndex::kBatch];
+    for (std::size_t i = 0; i < KeyIndex::kBatch; ++i) {
+      places[i] = static_cast<std::uint16_t>(i * (1 + seed % 12));
+    }
+    std::int32_t together[KeyIndex::kBatch];
+    index.index().LookAt(bytes, text.size(), places, KeyIndex::kBatch, together);
+    for (std::size_t i = 0; i < KeyIndex::kBatch; ++i) {
+      std::int32_t alone = 0;
+      index.index().LookAt(bytes, text.size(), places + i, 1, &alone);
+      ASSERT_EQ(together[i], alone) << "seed " << seed << " at " << places[i];
+      index.At(text.substr(places[i]));
+    }
+  }
+}
+
 TEST(KeyIndex, FindsWhatALookAtEveryRowFinds) {
   for (std::uint32_t seed = 0; seed < 2000; ++seed) {
     std::mt19937 random(seed);
@@ -130,11 +172,21 @@ TEST(KeyIndex, FindsWhatALookAtEveryRowFinds) {
       ASSERT_EQ(found.plain, wanted.plain) << "seed " << seed << " at " << place;
       ASSERT_EQ(found.attempts, wanted.attempts) << "seed " << seed << " at " << place;
       if (wanted == Found() || place.size() < 16) continue;
+      const BeginFilter& filter = index.index().filter();
+      const auto* const bytes = reinterpret_cast<const std::uint8_t*>(place.data());
       bool may_hold = false;
-      for (const BeginFilter& filter : index.index().filters()) {
-        may_hold =
-            may_hold || filter.MayHold(reinterpret_cast<const std::uint8_t*>(place.data())) != 0;
+      switch (filter.form()) {
+        case BeginFilter::Form::kBytes:
+          may_hold = filter.MayHold<BeginFilter::Form::kBytes>(bytes) != 0;
+          break;
+        case BeginFilter::Form::kBits:
+          may_hold = filter.MayHold<BeginFilter::Form::kBits>(bytes) != 0;
+          break;
+        case BeginFilter::Form::kLengths:
+          may_hold = filter.MayHold<BeginFilter::Form::kLengths>(bytes) != 0;
+          break;
       }
+      may_hold = may_hold && (!filter.looks_further() || filter.MayGoOn(bytes) != 0);
       ASSERT_TRUE(may_hold) << "seed " << seed << " at " << place;
     }
   }

@@ -69,6 +69,28 @@ TEST(MatchAttempt, ASpanThatNothingEndsFailsInItsLastRound) {
   EXPECT_EQ(failed.caught_count(), slow.caught_count());
 }
 
+TEST(MatchAttempt, AMatchUpToTheTailIsWhatItsRoundsGive) {
+  for (const char* tail : {";", ";end"}) {
+    const std::string left = std::string("ab*") + tail;
+    const PatternRow row = WildcardRow(left, tail, 20);
+    MatchAttempt behind_key;
+    std::vector<std::uint8_t> more;
+    ASSERT_TRUE(behind_key.Round(row, 'a', false, more));
+    ASSERT_TRUE(behind_key.Round(row, 'b', false, more));
+    for (const std::size_t caught : {1U, 2U, 3U, 30'000U}) {
+      const std::string bytes = "ab" + std::string(caught, 'x') + tail + "...";
+      const MatchAttempt slow = Ended(row, bytes, false);
+      MatchAttempt fast;
+      fast.MatchUpToTail(behind_key, static_cast<int>(2 + caught + std::string(tail).size()));
+      EXPECT_TRUE(slow.Matched(row)) << bytes.size();
+      EXPECT_TRUE(fast.Matched(row)) << bytes.size();
+      EXPECT_EQ(slow.length(), fast.length()) << bytes.size();
+      EXPECT_EQ(slow.caught_first(), fast.caught_first()) << bytes.size();
+      EXPECT_EQ(slow.caught_count(), fast.caught_count()) << bytes.size();
+    }
+  }
+}
+
 TEST(MatchAttempt, TheLongestMatchHas32766Bytes) {
   for (const std::size_t size : {std::size_t{32766}, std::size_t{32767}}) {
     const PatternRow row = WildcardRow("a*;", ";", 9);

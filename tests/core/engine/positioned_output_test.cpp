@@ -137,6 +137,42 @@ TEST_F(PositionedOutputTest, SpeaksToTheFileInLargeBlocks) {
   EXPECT_EQ(Finished(output).size(), 3 * kBlock);
 }
 
+TEST_F(PositionedOutputTest, BytesFilledIntoItsRoomStandBetweenThoseThatArePut) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(1, "ab");
+  const PositionedOutput::Room room = output.RoomAt(3);
+  ASSERT_GE(room.end - room.at, 1000);
+  std::fill_n(room.at, 10, '?');  // more may be written than is kept
+  std::copy_n("cd", 2, room.at);
+  output.Fill(room.at + 2);
+  output.Put(5, "ef");
+  output.Put(2, "B");
+  EXPECT_EQ(Finished(output), "aBcdef");
+}
+
+TEST_F(PositionedOutputTest, ThereIsRoomOnlyRightBehindTheBytesBefore) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(1, "abc");
+  EXPECT_EQ(output.RoomAt(3).at, nullptr);
+  EXPECT_EQ(output.RoomAt(5).at, nullptr);
+  EXPECT_EQ(output.RoomAt(0).at, nullptr);
+  EXPECT_NE(output.RoomAt(4).at, nullptr);
+}
+
+TEST_F(PositionedOutputTest, AFullBlockHasNoRoom) {
+  PositionedOutput output;
+  output.Open(*file_);
+  const PositionedOutput::Room room = output.RoomAt(1);
+  std::fill(room.at, room.end, 'x');
+  output.Fill(room.end);
+  const PositionedOutput::Room left = output.RoomAt(1 + (room.end - room.at));
+  EXPECT_EQ(left.at, left.end);
+  output.Put(1 + (room.end - room.at), 'y');
+  EXPECT_EQ(Finished(output), std::string(static_cast<std::size_t>(room.end - room.at), 'x') + "y");
+}
+
 TEST_F(PositionedOutputTest, AWriteErrorStays) {
   PositionedOutput output;
   output.Open(*file_);
