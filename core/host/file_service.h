@@ -81,8 +81,12 @@ class OutputFile {
  public:
   virtual ~OutputFile() = default;
   // Writes all of `bytes` at the 0-based `offset`, over what stands there; nothing is ever cut off.
+  // The bytes need not be in the file when the call returns, but later ones never get there before
+  // them. So an error may be that of an earlier call; after one it is unknown how much of the
+  // file's later bytes is written, and nothing more should be.
   virtual ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) = 0;
-  // Ends the writing; gives an error that a delayed write met. No other call may follow.
+  // Ends the writing: all bytes are in the file, or the first error of a delayed write is given. No
+  // other call may follow.
   virtual ErrorNumber Close() = 0;
 };
 

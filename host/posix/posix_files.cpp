@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <limits>
+#include <thread>
 #include <utility>
 
 #include "host/posix/posix_copy.h"
@@ -89,13 +90,20 @@ auto GuardedOn(const std::string& path, Missing missing, Call call) noexcept
   });
 }
 
+std::shared_ptr<posix::WriteBehind> MakeWriteBehind() {
+  if (std::thread::hardware_concurrency() < 2) return nullptr;
+  return std::make_shared<posix::WriteBehind>();
+}
+
 }  // namespace
 
+PosixFileService::PosixFileService() : write_behind_(MakeWriteBehind()) {}
+
 Result<FileInfo> PosixFileService::LookUpFile(const std::string& path) {
-  last_found_.clear();
   return GuardedOn(path, Missing::kFile, [this](const std::string& file) {
     Result<FileInfo> found = FindFile(file);
-    if (found) last_found_ = file;
+    const std::lock_guard lock(mutex_);
+    last_found_ = found ? file : std::string();
     return found;
   });
 }
@@ -139,14 +147,19 @@ ErrorNumber PosixFileService::DeleteFile(const std::string& path) {
 
 Result<std::unique_ptr<InputFile>> PosixFileService::OpenForReading(const std::string& path) {
   return GuardedOn(path, Missing::kFile, [this](const std::string& file) {
-    return posix::OpenInput(file, file == last_found_);
+    bool looked_up = false;
+    {
+      const std::lock_guard lock(mutex_);
+      looked_up = file == last_found_;
+    }
+    return posix::OpenInput(file, looked_up);
   });
 }
 
 Result<std::unique_ptr<OutputFile>> PosixFileService::CreateFile(const std::string& path,
                                                                  std::uint32_t permissions) {
-  return GuardedOn(path, Missing::kFile, [permissions](const std::string& file) {
-    return posix::CreateOutput(file, permissions);
+  return GuardedOn(path, Missing::kFile, [&](const std::string& file) {
+    return posix::CreateOutput(file, permissions, write_behind_);
   });
 }
 

@@ -4,14 +4,28 @@
 // path gives 53 where a file is asked for and 76 where a folder is; a path that leads through a
 // file gives 76. Writing past the greatest file size the process may have gives 61 only as long as
 // SIGXFSZ is ignored, which PosixSystemService sees to. Calls may come from several threads.
+//
+// A large file is written by a thread of the service while its caller goes on, if there is a second
+// processor to run it; the thread is started when the first such file is met and ends with the
+// service and its last open file.
 #pragma once
+
+#include <memory>
+#include <mutex>
+#include <string>
 
 #include "core/host/file_service.h"
 
 namespace morvex {
 
+namespace posix {
+class WriteBehind;
+}
+
 class PosixFileService : public FileService {
  public:
+  PosixFileService();
+
   char Separator() const override { return '/'; }
 
   Result<FileInfo> LookUpFile(const std::string& path) override;
@@ -37,6 +51,9 @@ class PosixFileService : public FileService {
   ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
 
  private:
+  const std::shared_ptr<posix::WriteBehind> write_behind_;  // null: all is written at once
+
+  std::mutex mutex_;  // for what follows
   // Paths that the last call showed to be ordinary files: they are opened without another look.
   std::string last_found_;
   std::string last_appended_;

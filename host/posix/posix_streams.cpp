@@ -19,6 +19,9 @@ namespace {
 // Smaller files are read whole at once.
 constexpr off_t kWorthAdvice = off_t{128} << 10;
 
+// So many bytes of a file are written before a thread is asked to write the rest.
+constexpr std::uint64_t kWorthWriteBehind = std::uint64_t{512} << 10;
+
 class PosixInputFile : public InputFile {
  public:
   // `size` is the file's when it was opened; files that are made as they are read have 0.
@@ -38,19 +41,51 @@ class PosixInputFile : public InputFile {
   std::uint64_t size_;
 };
 
+// A file that is still short is written at once. What follows is written behind, as long as it fits
+// into the offsets that a file can have.
 class PosixOutputFile : public OutputFile {
  public:
+  explicit PosixOutputFile(std::shared_ptr<WriteBehind> behind) : behind_(std::move(behind)) {}
+  ~PosixOutputFile() override { EndWriteBehind(); }
+
   ErrorNumber Create(const std::string& path, mode_t permissions);
 
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
-    return ErrorFromCode(WriteAllAt(file_.Get(), offset, bytes), Missing::kFile);
+    return ErrorFromCode(Write(offset, bytes), Missing::kFile);
   }
 
-  ErrorNumber Close() override { return ErrorFromCode(file_.Close(), Missing::kFile); }
+  ErrorNumber Close() override {
+    const int code = EndWriteBehind();
+    const int close_code = file_.Close();
+    return ErrorFromCode(code != 0 ? code : close_code, Missing::kFile);
+  }
 
  private:
+  int Write(std::uint64_t offset, std::string_view bytes);
+  int EndWriteBehind();
+
   Descriptor file_;
+  std::shared_ptr<WriteBehind> behind_;  // null: everything is written at once
+  bool is_behind_ = false;
+  std::uint64_t taken_ = 0;  // bytes, before writing behind begins
 };
+
+int PosixOutputFile::Write(std::uint64_t offset, std::string_view bytes) {
+  if (is_behind_) return behind_->Write(offset, bytes);
+  if (taken_ >= kWorthWriteBehind && behind_ != nullptr) {
+    is_behind_ = behind_->Begin(file_.Get());
+    if (is_behind_) return behind_->Write(offset, bytes);
+    behind_ = nullptr;
+  }
+  taken_ += bytes.size();
+  return WriteAllAt(file_.Get(), offset, bytes);
+}
+
+int PosixOutputFile::EndWriteBehind() {
+  if (!is_behind_) return 0;
+  is_behind_ = false;
+  return behind_->Finish();
+}
 
 // Gives a new file the bits that the process's mask took from it. A file system that keeps no bits
 // of its own is no error as long as the file is not open to more people than it should be.
@@ -85,9 +120,9 @@ Result<std::unique_ptr<InputFile>> OpenInput(const std::string& path, bool looke
       std::move(file.value), static_cast<std::uint64_t>(status.st_size)));
 }
 
-Result<std::unique_ptr<OutputFile>> CreateOutput(const std::string& path,
-                                                 std::uint32_t permissions) {
-  auto file = std::make_unique<PosixOutputFile>();
+Result<std::unique_ptr<OutputFile>> CreateOutput(const std::string& path, std::uint32_t permissions,
+                                                 std::shared_ptr<WriteBehind> behind) {
+  auto file = std::make_unique<PosixOutputFile>(std::move(behind));
   const ErrorNumber error = file->Create(path, static_cast<mode_t>(permissions) & kPermissionBits);
   if (error != ErrorNumber::kNone) return error;
   return std::unique_ptr<OutputFile>(std::move(file));

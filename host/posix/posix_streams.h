@@ -5,12 +5,13 @@
 #include <string>
 
 #include "core/host/file_service.h"
+#include "host/posix/posix_write_behind.h"
 
 namespace morvex::posix {
 
 // `looked_up`: a look has just shown the path to be an ordinary file.
 Result<std::unique_ptr<InputFile>> OpenInput(const std::string& path, bool looked_up = false);
-Result<std::unique_ptr<OutputFile>> CreateOutput(const std::string& path,
-                                                 std::uint32_t permissions);
+Result<std::unique_ptr<OutputFile>> CreateOutput(const std::string& path, std::uint32_t permissions,
+                                                 std::shared_ptr<WriteBehind> behind = nullptr);
 
 }  // namespace morvex::posix
