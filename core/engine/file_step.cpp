@@ -88,9 +88,13 @@ CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const 
     case ProcessEnd::kStopped:
       break;
   }
+  FileService& files = program.host.files;
+  if (!program.Beeindigd && files.MoveToFreeName(temporary, target) == ErrorNumber::kNone) {
+    return {CopyEnd::kCopied, ErrorNumber::kNone, ""};
+  }
   const Result<bool> same = IsSameFile(program, info.value, target);
   if (!same || same.value) {
-    program.host.files.DeleteFile(temporary);
+    files.DeleteFile(temporary);
     return {CopyEnd::kFailed, same ? ErrorNumber::kPathFileAccess : same.error, target};
   }
   return program.Beeindigd ? DeliverAtStop(program, temporary, target, at_stop)

@@ -119,6 +119,11 @@ class FileService {
   // After an error `from` is still there.
   virtual ErrorNumber MoveFile(const std::string& from, const std::string& to,
                                const KeepGoing& keep_going) = 0;
+  // Gives the file `from` the name `to` where that takes one step and nothing goes by that name,
+  // which therefore need not be looked at first. After an error nothing has changed, and MoveFile
+  // may do what this could not: kFileAlreadyExists when the name is taken, a link's too;
+  // kPathFileAccess when `from` is no file, or the two lie on different file systems.
+  virtual ErrorNumber MoveToFreeName(const std::string& from, const std::string& to) = 0;
   // Deletes a file, or a link without what it leads to; never a folder (kPathFileAccess).
   // kFileNotFound when there is none.
   virtual ErrorNumber DeleteFile(const std::string& path) = 0;

@@ -196,14 +196,8 @@ ErrorNumber MoveWholeFile(const std::string& from, const std::string& to,
   if (error != ErrorNumber::kNone) return error;
   struct stat own {};
   if (lstat(from.c_str(), &own) != 0) return LastError(Missing::kFile);
-  // Nearly always the name is free, and then nothing else needs to be looked at. Where the system
-  // cannot tell, the rest does.
-  if (S_ISREG(own.st_mode) &&
-      renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
-    return ErrorNumber::kNone;
-  }
-  struct stat source {};
-  if (stat(from.c_str(), &source) != 0) return LastError(Missing::kFile);
+  struct stat source = own;
+  if (S_ISLNK(own.st_mode) && stat(from.c_str(), &source) != 0) return LastError(Missing::kFile);
   error = CheckOrdinary(source, O_RDONLY);
   if (error == ErrorNumber::kNone) error = CheckTarget(to, source);
   if (error != ErrorNumber::kNone) return error;
@@ -215,6 +209,18 @@ ErrorNumber MoveWholeFile(const std::string& from, const std::string& to,
   }
   error = CopyWholeFile(from, to, keep_going);
   return error != ErrorNumber::kNone ? error : DeleteOneFile(from);
+}
+
+ErrorNumber MoveFileToFreeName(const std::string& from, const std::string& to) {
+  const ErrorNumber error = CheckPaths(from, to);
+  if (error != ErrorNumber::kNone) return error;
+  struct stat own {};
+  if (lstat(from.c_str(), &own) != 0) return LastError(Missing::kFile);
+  if (!S_ISREG(own.st_mode)) return ErrorNumber::kPathFileAccess;
+  if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+    return ErrorNumber::kNone;
+  }
+  return LastError(Missing::kPath);
 }
 
 ErrorNumber DeleteOneFile(const std::string& path) {

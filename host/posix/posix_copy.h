@@ -22,6 +22,9 @@ ErrorNumber CopyWholeFile(const std::string& from, const std::string& to,
 ErrorNumber MoveWholeFile(const std::string& from, const std::string& to,
                           const KeepGoing& keep_going);
 
+// As FileService::MoveToFreeName.
+ErrorNumber MoveFileToFreeName(const std::string& from, const std::string& to);
+
 // As FileService::DeleteFile.
 ErrorNumber DeleteOneFile(const std::string& path);
 

@@ -100,10 +100,14 @@ std::shared_ptr<posix::WriteBehind> MakeWriteBehind() {
 PosixFileService::PosixFileService() : write_behind_(MakeWriteBehind()) {}
 
 Result<FileInfo> PosixFileService::LookUpFile(const std::string& path) {
+  {
+    const std::lock_guard lock(mutex_);
+    last_found_.clear();
+  }
   return GuardedOn(path, Missing::kFile, [this](const std::string& file) {
     Result<FileInfo> found = FindFile(file);
     const std::lock_guard lock(mutex_);
-    last_found_ = found ? file : std::string();
+    if (found) last_found_ = file;
     return found;
   });
 }
@@ -141,6 +145,10 @@ ErrorNumber PosixFileService::MoveFile(const std::string& from, const std::strin
   return Guarded([&] { return posix::MoveWholeFile(from, to, keep_going); });
 }
 
+ErrorNumber PosixFileService::MoveToFreeName(const std::string& from, const std::string& to) {
+  return Guarded([&] { return posix::MoveFileToFreeName(from, to); });
+}
+
 ErrorNumber PosixFileService::DeleteFile(const std::string& path) {
   return Guarded([&] { return posix::DeleteOneFile(path); });
 }
@@ -165,7 +173,13 @@ Result<std::unique_ptr<OutputFile>> PosixFileService::CreateFile(const std::stri
 
 ErrorNumber PosixFileService::AppendToFile(const std::string& path, std::string_view bytes) {
   return Guarded([&] {
-    const ErrorNumber error = posix::AppendRecord(path, bytes, path == last_appended_);
+    bool looked_up = false;
+    {
+      const std::lock_guard lock(mutex_);
+      looked_up = path == last_appended_;
+    }
+    const ErrorNumber error = posix::AppendRecord(path, bytes, looked_up);
+    const std::lock_guard lock(mutex_);
     last_appended_ = error == ErrorNumber::kNone ? path : std::string();
     return error;
   });

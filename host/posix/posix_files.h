@@ -42,6 +42,7 @@ class PosixFileService : public FileService {
                        const KeepGoing& keep_going) override;
   ErrorNumber MoveFile(const std::string& from, const std::string& to,
                        const KeepGoing& keep_going) override;
+  ErrorNumber MoveToFreeName(const std::string& from, const std::string& to) override;
   ErrorNumber DeleteFile(const std::string& path) override;
 
   Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) override;

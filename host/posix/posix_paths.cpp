@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 namespace morvex::posix {
@@ -38,6 +39,18 @@ ErrorNumber GoUp(std::string& path) {
   return ErrorNumber::kNone;
 }
 
+// Whether an absolute path is already as AbsolutePath leaves one, as those of a tree walk are.
+bool IsTidy(const std::string& path) {
+  for (std::size_t at = 0; at < path.size();) {
+    if (path[at] != '/') return false;
+    const std::size_t end = std::min(path.find('/', at + 1), path.size());
+    const std::string_view name = std::string_view(path).substr(at + 1, end - at - 1);
+    if (name.empty() || name == "." || name == "..") return false;
+    at = end;
+  }
+  return true;
+}
+
 }  // namespace
 
 ErrorNumber CheckPath(const std::string& path, Missing missing) {
@@ -57,6 +70,7 @@ PathParts SplitPath(const std::string& path) {
 }
 
 Result<std::string> AbsolutePath(const std::string& path) {
+  if (IsTidy(path)) return path;
   std::string absolute;
   if (path.front() != '/') {
     Result<std::string> current = TakeText(getcwd(nullptr, 0));

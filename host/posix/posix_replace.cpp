@@ -161,8 +161,11 @@ ErrorNumber ReplaceContent(const std::string& path, std::string_view bytes) {
 ErrorNumber AppendRecord(const std::string& path, std::string_view bytes, bool looked_up) {
   const ErrorNumber error = CheckPath(path, Missing::kFile);
   if (error != ErrorNumber::kNone) return error;
-  const auto open = looked_up ? OpenLookedUp : OpenOrdinary;
-  Result<Descriptor> file = open(path, O_WRONLY | O_APPEND | O_CREAT, Missing::kPath, nullptr);
+  const int flags = O_WRONLY | O_APPEND | O_CREAT;
+  Result<Descriptor> file = looked_up ? OpenLookedUp(path, flags, Missing::kPath)
+                                      : OpenOrdinary(path, flags, Missing::kPath);
+  // What the name leads to now has to be known to say what is wrong with it.
+  if (!file && looked_up) file = OpenOrdinary(path, flags, Missing::kPath);
   if (!file) return file.error;
   const int code = WriteAll(file.value.Get(), bytes);
   const int close_code = file.value.Close();

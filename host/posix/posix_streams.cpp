@@ -87,14 +87,17 @@ int PosixOutputFile::EndWriteBehind() {
   return behind_->Finish();
 }
 
-// Gives a new file the bits that the process's mask took from it. A file system that keeps no bits
-// of its own is no error as long as the file is not open to more people than it should be.
+// Gives a new file the bits that the process's mask or the folder's rules took from it. A file
+// system that keeps no bits of its own is no error as long as the file is not open to more people
+// than it should be.
 int SetExactBits(int file, mode_t permissions) {
+  struct stat status {};
+  const bool known = fstat(file, &status) == 0;
+  const mode_t bits = status.st_mode & kPermissionBits;
+  if (known && bits == permissions) return 0;
   if (fchmod(file, permissions) == 0) return 0;
   const int code = errno;
-  struct stat status {};
-  if (fstat(file, &status) == 0 && (status.st_mode & kPermissionBits & ~permissions) == 0) return 0;
-  return code;
+  return known && (bits & ~permissions) == 0 ? 0 : code;
 }
 
 ErrorNumber PosixOutputFile::Create(const std::string& path, mode_t permissions) {

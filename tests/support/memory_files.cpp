@@ -252,6 +252,22 @@ ErrorNumber MemoryFiles::MoveFile(const std::string& from, const std::string& to
   return error;
 }
 
+ErrorNumber MemoryFiles::MoveToFreeName(const std::string& from, const std::string& to) {
+  // Whoever makes a move fail means either kind.
+  if (const ErrorNumber error = Asked("MoveFile", to); error != ErrorNumber::kNone) return error;
+  const Node* source = from.empty() ? nullptr : Find(Resolve(from, false));
+  if (source == nullptr) return ErrorNumber::kFileNotFound;
+  if (source->kind != Kind::kFile) return ErrorNumber::kPathFileAccess;
+  if (!moves_in_one_step) return ErrorNumber::kPathFileAccess;
+  if (Find(Resolve(to, false)) != nullptr) return ErrorNumber::kFileAlreadyExists;
+  if (to.empty() || !IsFolder(Parent(Resolve(to, false)))) return ErrorNumber::kPathNotFound;
+  const FailCall kept = std::exchange(fail, nullptr);
+  ErrorNumber error = CopyFile(from, to, {});
+  if (error == ErrorNumber::kNone) error = DeleteFile(from);
+  fail = kept;
+  return error;
+}
+
 ErrorNumber MemoryFiles::DeleteFile(const std::string& path) {
   if (const ErrorNumber error = Asked("DeleteFile", path); error != ErrorNumber::kNone)
     return error;

@@ -38,6 +38,8 @@ class MemoryFiles : public FileService {
   std::vector<std::string> Below(const std::string& folder) const;
 
   FailCall fail;
+  // False: sources and targets lie on different file systems, as it were.
+  bool moves_in_one_step = true;
   DriveSpace drive{1'000'000'000, 400'000'000};
   std::int64_t calls = 0;
 
@@ -52,6 +54,7 @@ class MemoryFiles : public FileService {
                        const KeepGoing& keep_going) override;
   ErrorNumber MoveFile(const std::string& from, const std::string& to,
                        const KeepGoing& keep_going) override;
+  ErrorNumber MoveToFreeName(const std::string& from, const std::string& to) override;
   ErrorNumber DeleteFile(const std::string& path) override;
   Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) override;
   Result<std::unique_ptr<OutputFile>> CreateFile(const std::string& path,

@@ -51,6 +51,25 @@ TEST_F(FileStepTest, AnExistingTargetFileIsOverwritten) {
   EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "cbcb");
 }
 
+TEST_F(FileStepTest, AFreeTargetIsNotLookedAt) {
+  std::vector<std::string> calls;
+  test_.files.fail = [&](const std::string& call, const std::string& path) {
+    if (path == "/t/a.txt") calls.push_back(call);
+    return ErrorNumber::kNone;
+  };
+  EXPECT_TRUE(Handle("a.txt"));
+  EXPECT_EQ(calls, std::vector<std::string>{"MoveFile"});
+  EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "cbcb");
+}
+
+TEST_F(FileStepTest, ATargetOnAnotherFileSystemGetsTheCopyToo) {
+  test_.files.moves_in_one_step = false;
+  EXPECT_TRUE(Handle("a.txt"));
+  EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "cbcb");
+  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_EQ(program_.run.failed_files, 0);
+}
+
 TEST_F(FileStepTest, AFileThatIsNotSelectedIsCopiedUnchanged) {
   test_.files.AddFile("/s/a.TXT", "caca", kOld, 0440);
   EXPECT_TRUE(Handle("a.TXT"));

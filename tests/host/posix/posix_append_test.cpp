@@ -69,6 +69,104 @@ TEST_F(PosixAppendTest, AFullDiskIsAnError) {
   EXPECT_EQ(Append("log", "1"), ErrorNumber::kDiskFull);
 }
 
+TEST_F(PosixAppendTest, AfterAFullDiskRecordsAreTakenAgain) {
+  {
+    const FileSizeLimit limit(10);
+    EXPECT_EQ(Append("log", "12345678"), ErrorNumber::kNone);
+    EXPECT_EQ(Append("log", "12345678"), ErrorNumber::kDiskFull);
+  }
+  EXPECT_EQ(Append("log", "more"), ErrorNumber::kNone);
+  EXPECT_EQ(Content(folder_ / "log"), "1234567812more");
+}
+
+TEST_F(PosixAppendTest, EachRecordIsThereWhenTheCallReturns) {
+  std::string expected;
+  for (const char* record : {"one ", "two ", "", "three "}) {
+    EXPECT_EQ(Append("log", record), ErrorNumber::kNone);
+    expected += record;
+    EXPECT_EQ(Content(folder_ / "log"), expected);
+  }
+}
+
+TEST_F(PosixAppendTest, ADeletedFileIsMadeAnew) {
+  EXPECT_EQ(Append("log", "one"), ErrorNumber::kNone);
+  ASSERT_EQ(unlink((folder_ / "log").c_str()), 0);
+  EXPECT_EQ(Append("log", "two"), ErrorNumber::kNone);
+  EXPECT_EQ(Content(folder_ / "log"), "two");
+}
+
+TEST_F(PosixAppendTest, AFileThatWasMovedAwayGetsNoMore) {
+  EXPECT_EQ(Append("log", "one"), ErrorNumber::kNone);
+  fs::rename(folder_ / "log", folder_ / "old");
+  EXPECT_EQ(Append("log", "two"), ErrorNumber::kNone);
+  EXPECT_EQ(Content(folder_ / "old"), "one");
+  EXPECT_EQ(Content(folder_ / "log"), "two");
+}
+
+TEST_F(PosixAppendTest, AFileThatTookTheNameGetsTheRecord) {
+  EXPECT_EQ(Append("log", "one"), ErrorNumber::kNone);
+  Put(folder_ / "other", "other ");
+  fs::rename(folder_ / "other", folder_ / "log");
+  EXPECT_EQ(Append("log", "two"), ErrorNumber::kNone);
+  EXPECT_EQ(Content(folder_ / "log"), "other two");
+}
+
+TEST_F(PosixAppendTest, AFolderThatWasMovedAwayGetsNoMore) {
+  fs::create_directory(folder_ / "in");
+  EXPECT_EQ(Append("in/log", "one"), ErrorNumber::kNone);
+  fs::rename(folder_ / "in", folder_ / "out");
+  EXPECT_EQ(Append("in/log", "two"), ErrorNumber::kPathNotFound);
+  fs::create_directory(folder_ / "in");
+  EXPECT_EQ(Append("in/log", "two"), ErrorNumber::kNone);
+  EXPECT_EQ(Content(folder_ / "out/log"), "one");
+  EXPECT_EQ(Content(folder_ / "in/log"), "two");
+}
+
+TEST_F(PosixAppendTest, ALinkThatNowLeadsElsewhereIsFollowedThere) {
+  fs::create_symlink("one", folder_ / "link");
+  EXPECT_EQ(Append("link", "1"), ErrorNumber::kNone);
+  fs::remove(folder_ / "link");
+  fs::create_symlink("two", folder_ / "link");
+  EXPECT_EQ(Append("link", "2"), ErrorNumber::kNone);
+  EXPECT_EQ(Content(folder_ / "one") + Content(folder_ / "two"), "12");
+}
+
+TEST_F(PosixAppendTest, WhatTookTheNameButIsNoFileIsRefused) {
+  EXPECT_EQ(Append("log", "one"), ErrorNumber::kNone);
+  fs::rename(folder_ / "log", folder_ / "old");
+  ASSERT_EQ(mkfifo((folder_ / "log").c_str(), 0600), 0);
+  EXPECT_EQ(Append("log", "x"), ErrorNumber::kPathFileAccess);
+  fs::remove(folder_ / "log");
+  fs::create_directory(folder_ / "log");
+  EXPECT_EQ(Append("log", "x"), ErrorNumber::kPathFileAccess);
+  EXPECT_EQ(Content(folder_ / "old"), "one");
+}
+
+TEST_F(PosixAppendTest, AFileThatWasCutGetsTheRecordAtItsEnd) {
+  EXPECT_EQ(Append("log", "one two"), ErrorNumber::kNone);
+  ASSERT_EQ(truncate((folder_ / "log").c_str(), 3), 0);
+  EXPECT_EQ(Append("log", "!"), ErrorNumber::kNone);
+  EXPECT_EQ(Content(folder_ / "log"), "one!");
+}
+
+TEST_F(PosixAppendTest, RightsThatWereTakenAwayCount) {
+  const OrdinaryUser user(folder_.Path());
+  EXPECT_EQ(Append("log", "one "), ErrorNumber::kNone);
+  ASSERT_EQ(chmod((folder_ / "log").c_str(), 0444), 0);
+  EXPECT_EQ(Append("log", "x"), ErrorNumber::kPermissionDenied);
+  ASSERT_EQ(chmod((folder_ / "log").c_str(), 0644), 0);
+  EXPECT_EQ(Append("log", "two"), ErrorNumber::kNone);
+  EXPECT_EQ(Content(folder_ / "log"), "one two");
+}
+
+TEST_F(PosixAppendTest, TwoFilesInTurns) {
+  for (int round = 0; round < 3; ++round) {
+    EXPECT_EQ(Append("a", "1"), ErrorNumber::kNone);
+    EXPECT_EQ(Append("b", "2"), ErrorNumber::kNone);
+  }
+  EXPECT_EQ(Content(folder_ / "a") + Content(folder_ / "b"), "111222");
+}
+
 TEST_F(PosixAppendTest, RecordsOfTwoThreadsDoNotMix) {
   constexpr int kRecords = 2000;
   const std::string path = folder_ / "log";

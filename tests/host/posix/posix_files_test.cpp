@@ -148,6 +148,8 @@ TEST_F(PosixFilesTest, BadNamesAreRefusedByEveryCall) {
     EXPECT_EQ(files_.CopyFile(good, bad, never_asked), kBad);
     EXPECT_EQ(files_.MoveFile(bad, folder_ / "new", never_asked), kBad);
     EXPECT_EQ(files_.MoveFile(good, bad, never_asked), kBad);
+    EXPECT_EQ(files_.MoveToFreeName(bad, folder_ / "new"), kBad);
+    EXPECT_EQ(files_.MoveToFreeName(good, bad), kBad);
     EXPECT_EQ(files_.DeleteFile(bad), kBad);
     EXPECT_EQ(files_.OpenForReading(bad).error, kBad);
     EXPECT_EQ(files_.CreateFile(bad, 0600).error, kBad);
@@ -173,6 +175,8 @@ TEST_F(PosixFilesTest, TheEmptyPathNamesNothing) {
   EXPECT_EQ(files_.CopyFile(folder_ / "file", "", never_asked), kNoFile);
   EXPECT_EQ(files_.MoveFile("", folder_ / "new", never_asked), kNoFile);
   EXPECT_EQ(files_.MoveFile(folder_ / "file", "", never_asked), kNoFile);
+  EXPECT_EQ(files_.MoveToFreeName("", folder_ / "new"), kNoFile);
+  EXPECT_EQ(files_.MoveToFreeName(folder_ / "file", ""), kNoFile);
   EXPECT_EQ(files_.DeleteFile(""), kNoFile);
   EXPECT_EQ(files_.OpenForReading("").error, kNoFile);
   EXPECT_EQ(files_.CreateFile("", 0600).error, kNoFile);

@@ -25,6 +25,9 @@ class PosixMoveTest : public PosixTest {
   ErrorNumber Move(std::string_view from, std::string_view to) {
     return files_.MoveFile(folder_ / from, folder_ / to, {});
   }
+  ErrorNumber MoveToFreeName(std::string_view from, std::string_view to) {
+    return files_.MoveToFreeName(folder_ / from, folder_ / to);
+  }
 };
 
 TEST_F(PosixMoveTest, TheFileItselfMoves) {
@@ -93,6 +96,41 @@ TEST_F(PosixMoveTest, AForbiddenFolderKeepsItsFile) {
   EXPECT_TRUE(Names(folder_ / "out").empty());
 }
 
+TEST_F(PosixMoveTest, AFreeNameIsTakenInOneStep) {
+  const struct stat before = StatusOf(folder_ / "in/file");
+  EXPECT_EQ(MoveToFreeName("in/file", "out/file"), ErrorNumber::kNone);
+  EXPECT_EQ(StatusOf(folder_ / "out/file").st_ino, before.st_ino);
+  EXPECT_TRUE(Names(folder_ / "in").empty());
+}
+
+TEST_F(PosixMoveTest, ATakenNameIsNotFree) {
+  fs::create_hard_link(folder_ / "in/file", folder_ / "out/hard");
+  fs::create_symlink(folder_ / "in/file", folder_ / "out/soft");
+  fs::create_symlink("nowhere", folder_ / "out/broken");
+  fs::create_directory(folder_ / "out/folder");
+  Put(folder_ / "out/other", "kept");
+  const NameList names = Names(folder_ / "out");
+  for (const std::string& name : names) {
+    EXPECT_EQ(MoveToFreeName("in/file", "out/" + name), ErrorNumber::kFileAlreadyExists) << name;
+  }
+  EXPECT_EQ(MoveToFreeName("in/file", "in/file"), ErrorNumber::kFileAlreadyExists);
+  EXPECT_EQ(Names(folder_ / "out"), names);
+  EXPECT_EQ(Content(folder_ / "in/file"), "text");
+  EXPECT_EQ(Content(folder_ / "out/other"), "kept");
+  EXPECT_FALSE(IsThere(folder_ / "out/nowhere"));
+}
+
+TEST_F(PosixMoveTest, OnlyAFileItselfTakesAFreeName) {
+  fs::create_symlink("file", folder_ / "in/link");
+  ASSERT_EQ(mkfifo((folder_ / "in/pipe").c_str(), 0600), 0);
+  EXPECT_EQ(MoveToFreeName("in/link", "out/new"), ErrorNumber::kPathFileAccess);
+  EXPECT_EQ(MoveToFreeName("in/pipe", "out/new"), ErrorNumber::kPathFileAccess);
+  EXPECT_EQ(MoveToFreeName("in", "out/new"), ErrorNumber::kPathFileAccess);
+  EXPECT_EQ(MoveToFreeName("in/none", "out/new"), ErrorNumber::kFileNotFound);
+  EXPECT_EQ(MoveToFreeName("in/file", "none/new"), ErrorNumber::kPathNotFound);
+  EXPECT_TRUE(Names(folder_ / "out").empty());
+}
+
 // With a second folder, on another file system.
 class PosixMoveAcrossTest : public PosixMoveTest {
  protected:
@@ -122,6 +160,13 @@ TEST_F(PosixMoveAcrossTest, TheFileArrivesWithBitsAndTime) {
   EXPECT_EQ(status.st_mtim.tv_nsec, 222333444);
   EXPECT_TRUE(Names(folder_ / "in").empty());
   EXPECT_EQ(Names(far_->Path()), NameList{"file"});
+}
+
+TEST_F(PosixMoveAcrossTest, NoFreeNameIsTakenThere) {
+  EXPECT_EQ(files_.MoveToFreeName(folder_ / "in/file", *far_ / "file"),
+            ErrorNumber::kPathFileAccess);
+  EXPECT_EQ(Names(folder_ / "in"), NameList{"file"});
+  EXPECT_TRUE(Names(far_->Path()).empty());
 }
 
 TEST_F(PosixMoveAcrossTest, AnAbandonedMoveLeavesTheSource) {

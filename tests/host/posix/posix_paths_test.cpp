@@ -93,6 +93,18 @@ TEST_F(PosixPathsTest, TwoDotsTakeANameOff) {
   ExpectAbsolute("/../../dev", "/dev");
 }
 
+TEST_F(PosixPathsTest, NamesThatBeginWithDotsAreNames) {
+  fs::create_directories(folder_ / "..a/.b/...");
+  for (const char* path : {"..a", "..a/.b", "..a/.b/..."}) {
+    ExpectAbsolute(folder_ / path, folder_ / path);
+    ExpectAbsolute(folder_ / path + "/", folder_ / path);
+    ExpectAbsolute(folder_ / path + "/..", fs::path(folder_ / path).parent_path());
+  }
+  ExpectAbsolute("/", "/");
+  ExpectAbsolute("/.", "/");
+  ExpectAbsolute("/dev/..", "/");
+}
+
 TEST_F(PosixPathsTest, LinksKeepTheirNames) {
   ExpectAbsolute("other/link", folder_ / "other/link");
   ExpectAbsolute("other/link/c", folder_ / "other/link/c");
