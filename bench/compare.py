@@ -7,8 +7,10 @@ import shutil
 import statistics
 import subprocess
 import sys
+import tempfile
 import time
 
+LONG = 30  # seconds; what takes longer has one round
 cli, work, rounds = sys.argv[1], sys.argv[2], int(sys.argv[3])
 WORDS = ("the of and to in that was for on with as at by from they report patient treatment meeting "
          "between hospital letter signed before after account number department received payment").split()
@@ -67,15 +69,16 @@ def each_file(target):
 
 
 def programs(home, rows):
+    """(name, command that must be there, what bash runs)"""
     copy = f"cp -r {home}/source {home}/target"
     target = f"{home}/target"
-    yield "morvex-cli", f"mkdir {target} && {home}/morvex/morvex-cli -if {home}/settings.dat"
-    yield "cp -r", copy
-    yield "sed -i", f"{copy} && {each_file(target)} sed -i -f {home}/rows.sed"
-    yield "perl -pi", f"{copy} && {each_file(target)} perl -i -p {home}/rows.pl"
+    yield "morvex-cli", cli, f"mkdir {target} && {home}/morvex/morvex-cli -if {home}/settings.dat"
+    yield "cp -r", "cp", copy
+    yield "sed -i", "sed", f"{copy} && {each_file(target)} sed -i -f {home}/rows.sed"
+    yield "perl -pi", "perl", f"{copy} && {each_file(target)} perl -i -p {home}/rows.pl"
     if len(rows) <= 10:
-        yield "sd, row by row", copy + "".join(f" && {each_file(target)} sd -s '{l}' '{r}'" for l, r in rows)
-        yield "rpl, row by row", copy + "".join(f" && rpl -q -R '{l}' '{r}' {target} 2>&1" for l, r in rows)
+        yield "sd, row by row", "sd", copy + "".join(f" && {each_file(target)} sd -s '{l}' '{r}'" for l, r in rows)
+        yield "rpl, row by row", "rpl", copy + "".join(f" && rpl -q -R '{l}' '{r}' {target} 2>&1" for l, r in rows)
 
 
 def same(home):
@@ -94,26 +97,48 @@ def run(command):
     return time.monotonic() - started, done.returncode
 
 
+def put_away(home):
+    """Frees the target's name. Many files are kept to the end, for a disk that has just deleted some
+    is slow at making new ones."""
+    target = f"{home}/target"
+    if sum(len(files) for _, _, files in os.walk(target)) < 100:
+        shutil.rmtree(target, ignore_errors=True)
+    else:
+        os.rename(target, tempfile.mkdtemp(dir=home) + "/target")
+
+
 def compare(home, rows):
-    seconds, remarks = {}, {}
+    seconds, out, once = {}, {}, set()
     for turn in range(rounds):
-        for name, command in programs(home, rows):
-            if remarks.get(name):
+        for name, needed, command in programs(home, rows):
+            if name in out or name in once:
                 continue
-            shutil.rmtree(f"{home}/target", ignore_errors=True)
+            if shutil.which(needed) is None:
+                out[name] = "not installed"
+                continue
             taken, status = run(command)
             seconds.setdefault(name, []).append(taken)
+            if taken > LONG:
+                once.add(name)
             if status != 0:
-                remarks[name] = f"ended with {status}"
+                out[name] = f"ended with {status}"
             elif turn == 0 and name == "morvex-cli":
                 os.rename(f"{home}/target", f"{home}/expected")
             elif turn == 0 and name != "cp -r" and not same(home):
-                remarks[name] = "differs"
+                out[name] = "differs"
+            put_away(home)
+    if "morvex-cli" in out:
+        sys.exit(f"morvex-cli {out['morvex-cli']}")
     ours = statistics.median(seconds["morvex-cli"])
     print(f"\n{os.path.basename(home)}: {len(rows)} rows")
-    for name, taken in seconds.items():
-        middle = statistics.median(taken)
-        print(f"  {name:16} {middle:9.2f} s {middle / ours:8.2f} times morvex-cli  {remarks.get(name, '')}")
+    for name, _, _ in programs(home, rows):
+        if name in out:
+            print(f"  {name:16} {out[name]}, not compared")
+            continue
+        middle = statistics.median(seconds[name])
+        remark = "  (one round)" if name in once and rounds > 1 else ""
+        print(f"  {name:16} {middle:9.2f} s {middle / ours:8.2f} times morvex-cli{remark}")
+    sys.stdout.flush()
 
 
 rng = random.Random(20261121)
