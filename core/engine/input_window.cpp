@@ -3,13 +3,6 @@
 #include <cstring>
 
 namespace morvex {
-namespace {
-
-// Small enough to stay in a core's own cache between reading, matching and writing.
-constexpr std::size_t kBufferSize = (std::size_t{128} << 10) + InputWindow::kLookAhead;
-
-}  // namespace
-
 InputWindow::InputWindow()
     : buffer_(std::make_unique_for_overwrite<std::uint8_t[]>(kBufferSize + kPadding)) {}
 

@@ -16,6 +16,9 @@ class InputWindow {
   static constexpr std::size_t kLookAhead = 32768;
   // So many bytes behind the last one shown may be read too; behind the file's end they are NUL.
   static constexpr std::size_t kPadding = 64;
+  // What is read at once. Small enough to stay in a core's own cache between reading, matching and
+  // writing.
+  static constexpr std::size_t kBufferSize = (std::size_t{128} << 10) + kLookAhead;
 
   InputWindow();
 

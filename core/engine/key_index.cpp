@@ -11,8 +11,8 @@ namespace {
 constexpr std::size_t kStepBytes = sizeof(std::uint64_t);  // the most of one step
 constexpr std::size_t kGroupSize = 8;                      // so few rows are compared one by one
 
-// One row in so many may be left in a larger group for the sake of fewer look-ups.
-constexpr std::size_t kFewCrowded = 8;
+// For the sake of fewer look-ups a group may be so large.
+constexpr std::size_t kLargeGroupSize = 24;
 
 constexpr std::size_t kCache = std::size_t{256} << 10;
 
@@ -110,9 +110,11 @@ void KeyIndex::FillNode(const Waiting& here, std::vector<Waiting>& waiting) {
     node.own = AddGroup(own, depth);
   }
   nodes_[here.node] = node;
-  Join(longer, depth);
+  const std::array<bool, kLengths> joined = Join(longer, depth);
   for (std::size_t length = 0; length < kLengths; ++length) {
-    if (!longer[length].empty()) AddSteps(longer[length], depth, length, here.node, waiting);
+    if (longer[length].empty()) continue;
+    AddSteps(longer[length], depth, length, joined[length] ? kLargeGroupSize : kGroupSize,
+             here.node, waiting);
   }
 }
 
@@ -123,8 +125,12 @@ std::size_t KeyIndex::Shortest(const Members& members) const {
 }
 
 // Steps of several lengths cost a look-up each. So those that would take more bytes are joined with
-// those that take fewer where that leaves nearly all rows in small groups.
-void KeyIndex::Join(std::array<Members, kLengths>& by_length, std::size_t depth) const {
+// those that take fewer where all of them then lead to groups. Were it allowed that some lead to
+// nodes, long keys would be under way behind short steps too, and a place could have more steps to
+// look for than there is room. Gives which lengths others have joined.
+std::array<bool, KeyIndex::kLengths> KeyIndex::Join(std::array<Members, kLengths>& by_length,
+                                                    std::size_t depth) const {
+  std::array<bool, kLengths> joined{};
   for (std::size_t length = kLengths - 1; length > 0; --length) {
     std::size_t shorter = length;
     while (shorter > 0 && by_length[shorter - 1].empty()) --shorter;
@@ -135,15 +141,17 @@ void KeyIndex::Join(std::array<Members, kLengths>& by_length, std::size_t depth)
                std::back_inserter(all),
                [this](std::int32_t a, std::int32_t b) { return IsInFront(a, b); });
     const std::size_t take = Shortest(less) - depth;
-    std::size_t crowded = 0;
+    std::size_t largest = 0;
     for (std::size_t at = 0, end = 0; at < all.size(); at = end) {
       end = EndOfStep(all, at, depth, take);
-      if (end - at > kGroupSize) crowded += end - at;
+      largest = std::max(largest, end - at);
     }
-    if (crowded > all.size() / kFewCrowded) continue;
+    if (largest > kLargeGroupSize) continue;
     less = std::move(all);
     by_length[length].clear();
+    joined[shorter - 1] = true;
   }
+  return joined;
 }
 
 // Of the members, which are ordered by key, behind the last that goes on with the same bytes.
@@ -156,7 +164,7 @@ std::size_t KeyIndex::EndOfStep(const Members& members, std::size_t at, std::siz
 }
 
 void KeyIndex::AddSteps(const Members& members, std::size_t depth, std::size_t length,
-                        std::uint32_t node, std::vector<Waiting>& waiting) {
+                        std::size_t group_size, std::uint32_t node, std::vector<Waiting>& waiting) {
   const std::size_t take = std::min(kStepBytes, Shortest(members) - depth);
   nodes_[node].takes[length] = static_cast<std::uint8_t>(take);
   for (std::size_t at = 0, end = 0; at < members.size(); at = end) {
@@ -166,7 +174,7 @@ void KeyIndex::AddSteps(const Members& members, std::size_t depth, std::size_t l
     Members next(members.begin() + static_cast<std::ptrdiff_t>(at),
                  members.begin() + static_cast<std::ptrdiff_t>(end));
     std::uint32_t to = 0;
-    if (next.size() <= kGroupSize) {
+    if (next.size() <= group_size) {
       to = kGroup | AddGroup(next, depth + take);
     } else {
       to = static_cast<std::uint32_t>(nodes_.size());

@@ -121,7 +121,9 @@ class KeyIndex {
     std::uint32_t at;  // behind the step
     std::uint32_t place;
   };
-  // A place has at most one node with steps of all lengths under way and one with the short ones.
+  // Of the nodes that a place has under way at a time, one at most was reached by 8 bytes, with
+  // steps of all lengths behind it, and one by 4 to 7, with the three short lengths. The others
+  // have no steps: shorter steps leave nothing of a key, and joined ones lead to groups.
   static constexpr std::size_t kMostReached = kBatch * (2 * kLengths);
   using Members = std::vector<std::int32_t>;  // rows, ordered by key
   // Rows whose keys share their first `depth` bytes and that wait for their node.
@@ -152,10 +154,11 @@ class KeyIndex {
                         std::size_t take) const;
   void OrderRows();
   void FillNode(const Waiting& here, std::vector<Waiting>& waiting);
-  void Join(std::array<Members, kLengths>& by_length, std::size_t depth) const;
-  // The steps of one length from the node to where the members go on.
-  void AddSteps(const Members& members, std::size_t depth, std::size_t length, std::uint32_t node,
-                std::vector<Waiting>& waiting);
+  std::array<bool, kLengths> Join(std::array<Members, kLengths>& by_length,
+                                  std::size_t depth) const;
+  // The steps of one length from the node to where the members go on: groups of at most so many.
+  void AddSteps(const Members& members, std::size_t depth, std::size_t length,
+                std::size_t group_size, std::uint32_t node, std::vector<Waiting>& waiting);
   std::uint32_t AddGroup(const Members& members, std::size_t depth);
   void FillTable();
   void MakeFilter();

@@ -14,6 +14,9 @@ namespace morvex {
 
 class PositionedOutput {
  public:
+  // Pending bytes go to the file when there are so many.
+  static constexpr std::size_t kBlock = std::size_t{128} << 10;
+
   PositionedOutput();
 
   // Writes to another file, which is empty and must outlive its time here.
@@ -42,7 +45,6 @@ class PositionedOutput {
   ErrorNumber Finish();
 
  private:
-  static constexpr std::size_t kBlock = std::size_t{128} << 10;
   // So many bytes are worth a write of their own.
   static constexpr std::size_t kDirect = std::size_t{64} << 10;
 

@@ -9,15 +9,17 @@ namespace {
 
 constexpr std::uint64_t kStepsBetweenQuestions = 65'536;
 constexpr std::uint64_t kStepsOfAnAttempt = 32;
+constexpr std::uint64_t kStepsOfALook = 16;
+constexpr std::uint64_t kWrittenBytesOfAStep = 16;
 constexpr std::int64_t kNoRow = -1;
 
 // With more than one look a place in so many, the places after them are left to the automaton.
 constexpr std::size_t kFewLooks = 4;
-constexpr std::size_t kPlacesForAutomaton = std::size_t{1} << 18;
+constexpr std::size_t kPlacesForAutomaton = std::size_t{1} << 16;
 constexpr std::size_t kAllPlaces = ~std::size_t{0};
 constexpr std::size_t kAutomatonBlock = std::size_t{1} << 16;  // twice the longest key
-// Keys of more bytes in all would make an automaton of some 60 MiB.
-constexpr std::size_t kMostAutomatonBytes = std::size_t{4} << 20;
+// Keys of so many bytes in all take 100 ms and some 25 MiB to make an automaton of.
+constexpr std::size_t kMostAutomatonBytes = std::size_t{1} << 20;
 
 // A piece is copied in steps of so many bytes: the last one may read and write too much.
 constexpr std::size_t kCopyStep = 32;
@@ -25,6 +27,9 @@ constexpr std::size_t kCopyStep = 32;
 constexpr std::size_t kLongPiece = 1024;
 
 // Both must have room for kCopyStep more bytes.
+static_assert(kCopyStep <= InputWindow::kPadding && kCopyStep <= CompiledList::kRightPadding);
+static_assert(KeyIndex::kReadAhead <= InputWindow::kPadding);
+static_assert(ScanTables::kReadAhead <= InputWindow::kPadding);
 inline void CopyShort(char* to, const std::uint8_t* from, std::size_t size) {
   if (size > kLongPiece) {
     std::memcpy(to, from, size);
@@ -241,6 +246,7 @@ bool Substitution::Try(CompiledAttempt& compiled, std::uint64_t place) {
     if (attempt_.InOpenSpan(pattern) && span_end > attempt_.round()) {
       attempt_.SkipTo(pattern, span_end);
     }
+    ++steps_;
     const auto round = static_cast<std::uint64_t>(attempt_.round());
     const std::uint64_t at = place + round - 1;
     const std::uint8_t byte = at < input_->end() ? *input_->At(at) : std::uint8_t{0};
@@ -272,6 +278,7 @@ void Substitution::WriteWithCaught(const CompiledRow& row, const std::uint8_t* t
     const auto bound = static_cast<std::int64_t>(caught.size()) - 1;
     const std::int64_t n = bound - static_cast<std::int64_t>(row.tail_size) + 1;
     const std::int64_t written = std::min(n, bound) + 1;
+    steps_ += caught.size() / kWrittenBytesOfAStep;
     if (written > 0 && written == n + 1 && captures_.AreInWindow()) {
       WritePadded(reinterpret_cast<const std::uint8_t*>(caught.data()),
                   static_cast<std::size_t>(written));
@@ -310,7 +317,13 @@ std::uint64_t Substitution::RunByIndex(std::uint64_t place, std::size_t count) {
   for (std::size_t first = 0; first < found; first += KeyIndex::kBatch) {
     const std::uint16_t* const places = places_.data() + first;
     const std::size_t batch = std::min(found - first, KeyIndex::kBatch);
-    looks += index_.LookAt(bytes, size, places, batch, rows.data());
+    if (steps_ >= kStepsBetweenQuestions && !AskWatcher(place)) {
+      stopped_ = true;
+      return place;
+    }
+    const std::size_t extra_looks = index_.LookAt(bytes, size, places, batch, rows.data());
+    looks += extra_looks;
+    steps_ += extra_looks * kStepsOfALook;
     if (index_.is_large()) {
       for (std::size_t i = 0; i < batch; ++i) {
         if (rows[i] >= 0) __builtin_prefetch(&list_.effects[static_cast<std::size_t>(rows[i])]);
@@ -422,6 +435,7 @@ std::uint64_t Substitution::RunCandidates(std::uint64_t begin, std::uint64_t pla
     } else if (candidate.only_attempt != KeyIndex::kNone) {
       const CompiledRow& row = list_.rows[static_cast<std::size_t>(candidate.only_attempt)];
       if (place < list_.attempts[static_cast<std::size_t>(row.attempt)].hopeless_until) {
+        if (vain != candidate.only_attempt) note_vain();
         vain = candidate.only_attempt;
         vain_place = place;
         ++place;

@@ -32,7 +32,8 @@ class SubstitutionWatcher {
   virtual ~SubstitutionWatcher() = default;
   // So many matches since the last call; at least once more before the end.
   virtual void OnHits(std::int64_t count) = 0;
-  // Called at the first byte and then every few ten thousand steps; `read` bytes are done. False
+  // Called at the first byte and then every few ten thousand steps, of which each takes some
+  // nanoseconds: a byte passed, a part of a look-up or of an attempt. `read` bytes are done. False
   // stops.
   virtual bool KeepGoing(std::uint64_t read) = 0;
 };

@@ -94,9 +94,8 @@ struct RunState {
 };
 
 // What a match attempt leaves for the next one, across rows and files. Every attempt ends with its
-// span closed, so Joker_SET is false between attempts.
+// span closed, so nothing of a span is kept.
 struct CaptureState {
-  bool Joker_SET = false;
   std::vector<std::uint8_t> CaptureBuffer = {0};
 };
 

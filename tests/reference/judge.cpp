@@ -115,7 +115,7 @@ std::string Judge::Differences(const std::string& file) {
   });
   const auto agrees = [&](const Outcome& outcome, const CaptureState& state) {
     return outcome == literal && literal_state_.CaptureBuffer == state.CaptureBuffer &&
-           literal_state_.Joker_SET == state.Joker_SET;
+           !literal_state_.Joker_SET;
   };
   if (agrees(engine, state_) && agrees(automaton, automaton_state_)) return "";
   std::string text = Print(list_) + "\nkernel " + std::to_string(static_cast<int>(kernel_));
@@ -133,7 +133,7 @@ std::string Judge::Differences(const std::string& file) {
 }
 
 void Judge::Forget() {
-  literal_state_ = CaptureState();
+  literal_state_ = LiteralState();
   state_ = CaptureState();
   automaton_state_ = CaptureState();
   files_.clear();

@@ -60,7 +60,7 @@ class Judge {
   Kernel kernel_;
   SubstitutionTables literal_tables_;
   SubstitutionTables tables_;
-  CaptureState literal_state_;
+  LiteralState literal_state_;
   CaptureState state_;
   CaptureState automaton_state_;
   std::unique_ptr<LiteralSubstitution> literal_;

@@ -90,7 +90,7 @@ class LiteralSubstitution::Attempt {
   // From the place where the tail first stands among the examined bytes, every further round closes
   // the span again and takes the tail's length off once more.
   void CloseSpanAtTail() {
-    const std::string& tail = tables_.JokerTail[static_cast<std::size_t>(row_)];
+    const std::string tail = owner_.TailOf(row_);
     if (tail.empty()) return;
     const auto examined = static_cast<std::size_t>(examined_);
     tail_seen_ =
@@ -117,7 +117,7 @@ class LiteralSubstitution::Attempt {
   }
 
   LiteralSubstitution& owner_;
-  CaptureState& state_;
+  LiteralState& state_;
   const SubstitutionTables& tables_;
   std::int64_t row_;
   const std::uint8_t* bytes_;
@@ -133,7 +133,7 @@ class LiteralSubstitution::Attempt {
 };
 
 LiteralSubstitution::LiteralSubstitution(const SubstitutionTables& tables, std::uint8_t joker,
-                                         CaptureState& state)
+                                         LiteralState& state)
     : tables_(tables), joker_(joker), state_(state) {
   for (std::int64_t row = 0; row < tables.PairCount; ++row) {
     const std::string& left = tables.LeftTexts[static_cast<std::size_t>(row)];
@@ -208,8 +208,7 @@ std::int64_t LiteralSubstitution::WriteRightText(std::int64_t row, std::int64_t 
                                                  PositionedOutput& output) {
   const std::vector<std::uint8_t>& buffer = state_.CaptureBuffer;
   const auto bound = static_cast<std::int64_t>(buffer.size()) - 1;
-  const auto tail =
-      static_cast<std::int64_t>(tables_.JokerTail[static_cast<std::size_t>(row)].size());
+  const auto tail = static_cast<std::int64_t>(TailOf(row).size());
   const std::int64_t last = tables_.RightLengths[static_cast<std::size_t>(row)] + bound;
   for (std::int64_t j = 1; j <= last; ++j) {
     const std::optional<std::uint8_t> code = tables_.RightBytes(row, j);

@@ -21,11 +21,16 @@
 
 namespace morvex::test {
 
+// What an attempt leaves for the next one.
+struct LiteralState : CaptureState {
+  bool Joker_SET = false;  // a span is open
+};
+
 class LiteralSubstitution {
  public:
   // Rows with an empty left text are never tried. `tables` and `state` must outlive the object, and
   // the tables may not change; `joker` is the wildcard's code, 0 for none.
-  LiteralSubstitution(const SubstitutionTables& tables, std::uint8_t joker, CaptureState& state);
+  LiteralSubstitution(const SubstitutionTables& tables, std::uint8_t joker, LiteralState& state);
 
   SubstitutionEnd Run(InputWindow& input, PositionedOutput& output, SubstitutionWatcher& watcher);
 
@@ -47,11 +52,16 @@ class LiteralSubstitution {
   bool MayGoOn();
   // Gives the write position behind the right text.
   std::int64_t WriteRightText(std::int64_t row, std::int64_t position, PositionedOutput& output);
+  // Tables that were filled before a list grew may have no tail for a row.
+  std::string TailOf(std::int64_t row) const {
+    const auto index = static_cast<std::size_t>(row);
+    return index < tables_.JokerTail.size() ? tables_.JokerTail[index] : std::string();
+  }
   bool IsJoker(std::uint8_t code) const { return joker_ != 0 && code == joker_; }
 
   const SubstitutionTables& tables_;
   std::uint8_t joker_;
-  CaptureState& state_;
+  LiteralState& state_;
   SubstitutionWatcher* watcher_ = nullptr;  // of the present Run
   std::int64_t read_pos_ = 0;               // 1-based, like every position here
   std::vector<UsableRow> rows_;

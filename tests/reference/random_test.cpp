@@ -125,6 +125,36 @@ TEST(RandomJudge, FindsNoDifferenceWhereRowsNearlyMatchEverywhere) {
   }
 }
 
+// Enough of what makes the index look too often, then more of other text than the automaton is
+// given at once, and the same again.
+TEST(RandomJudge, FindsNoDifferenceWhereTheSearchChangesToAndFro) {
+  for (std::uint64_t seed = 1; seed <= 4; ++seed) {
+    Generator generator(seed);
+    JudgedList list;
+    list.flags = list.tails = list.run = '*';
+    for (std::size_t length = 4; length < 16; ++length) {
+      list.rows.emplace_back(std::string(length, 'a') + (length % 4 == 0 ? "*b" : "b"), "<*>");
+    }
+    std::string file;
+    for (int part = 0; part < 2; ++part) {
+      file += std::string(6000 + generator.Below(500), 'a') + "b";
+      file += std::string(60'000 + generator.Below(12'000), '-') + "aaaaab-aaaaaaaaxb";
+    }
+    Judge judge(list, BestKernel());
+    ASSERT_EQ(judge.Differences(file), "") << "seed " << seed;
+  }
+}
+
+TEST(Judge, AWildcardTriedInVainStaysCaughtBehindARowThatCatchesNothing) {
+  // The wildcard of the run is not the one that the list was applied with.
+  JudgedList list;
+  list.rows = {{"ac*x", "<*>"}, {"b*y", "[*]"}, {"q", "[*]"}};
+  list.flags = 'c';
+  list.tails = list.run = '*';
+  Judge judge(list, BestKernel());
+  EXPECT_EQ(judge.Differences("b--b--ac0--ac1--ac2--b--q" + std::string(40'000, '-')), "");
+}
+
 TEST(RandomJudge, FindsNoDifference) {
   if (const char* seed = std::getenv("MORVEX_JUDGE_SEED")) {
     JudgeSeed(std::strtoull(seed, nullptr, 10));

@@ -77,10 +77,14 @@ TEST_F(InputWindowTest, AShortFileIsReadOnce) {
 
 TEST_F(InputWindowTest, ShowsTheLookAheadFromEveryPlaceAroundTheBordersOfItsBlocks) {
   Open(Pattern(3 * kMegabyte));
-  for (std::size_t border = kMegabyte; border < bytes_.size(); border += kMegabyte) {
+  // Moved on byte by byte the window is filled again when less than the look-ahead is left in it.
+  constexpr std::size_t kBlock = InputWindow::kBufferSize - kLookAhead;
+  for (std::size_t border = kBlock; border < bytes_.size(); border += kBlock) {
     InputWindow window;
     window.Open(*file_);
-    ASSERT_EQ(window.MoveTo(0), ErrorNumber::kNone);
+    ASSERT_EQ(window.MoveTo(border - kBlock), ErrorNumber::kNone);
+    ASSERT_TRUE(window.Holds(border)) << border;
+    ASSERT_FALSE(window.Holds(border + 1) && !window.ended()) << border;
     for (std::size_t offset = border - 40; offset < border + 40; ++offset) {
       ASSERT_EQ(window.MoveTo(offset), ErrorNumber::kNone);
       ExpectShown(window, offset);

@@ -151,6 +151,52 @@ TEST(KeyIndex, PlacesLookedAtTogetherGetWhatEachGetsAlone) {
   }
 }
 
+// Every way to go on in a run of one letter is there at every depth: in groups and nodes, behind
+// short steps and long ones. As many steps are under way at once as there can be.
+TEST(KeyIndex, HasRoomForAllStepsThatAPlaceHasUnderWay) {
+  std::vector<Key> keys;
+  const auto run = [](std::size_t size) { return std::string(size, 'a'); };
+  std::string others;
+  for (int code = 2; code < 256; ++code) {
+    if (code != 'a') others += static_cast<char>(code);
+  }
+  const auto comb = [&](const std::string& begin) {
+    for (std::size_t more = 7; more > 0; --more) {
+      for (char end = 'b'; end <= 'j'; ++end) keys.push_back({begin + run(more) + end});
+    }
+    keys.push_back({begin + "a"});
+    keys.push_back({begin + "z"});
+  };
+  for (int i = 0; i < 100; ++i) {
+    const std::string end = {static_cast<char>('b' + i % 20), static_cast<char>('b' + i / 20)};
+    keys.push_back({run(23) + end});
+  }
+  for (const std::size_t depth : {16U, 9U, 8U, 2U, 1U, 0U}) {
+    comb(run(depth));
+    for (const char other : others) {
+      keys.push_back({run(depth) + other + "12"});
+      keys.push_back({run(depth) + other + "2345678", depth % 2 == 0});
+    }
+    keys.push_back({run(depth) + "\x01"});
+  }
+  for (const char other : others) {
+    for (char digit = '0'; digit < '8'; ++digit) {
+      keys.push_back({std::string(1, other) + digit + "1"});
+    }
+  }
+  const Index index(keys);
+  const std::string text = run(100);
+  const std::string padded = text + std::string(KeyIndex::kReadAhead, '\0');
+  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(padded.data());
+  std::uint16_t places[KeyIndex::kBatch];
+  for (std::size_t i = 0; i < KeyIndex::kBatch; ++i) places[i] = static_cast<std::uint16_t>(i * 6);
+  std::int32_t found[KeyIndex::kBatch];
+  index.index().LookAt(bytes, text.size(), places, KeyIndex::kBatch, found);
+  for (std::size_t i = 0; i < KeyIndex::kBatch; ++i) {
+    EXPECT_EQ(found[i], LookAtAll(keys, text.substr(places[i])).plain) << places[i];
+  }
+}
+
 TEST(KeyIndex, FindsWhatALookAtEveryRowFinds) {
   for (std::uint32_t seed = 0; seed < 2000; ++seed) {
     std::mt19937 random(seed);

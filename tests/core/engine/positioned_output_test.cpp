@@ -13,7 +13,7 @@
 namespace morvex::test {
 namespace {
 
-constexpr std::size_t kBlock = std::size_t{1} << 20;
+constexpr std::size_t kBlock = PositionedOutput::kBlock;
 
 class PositionedOutputTest : public ::testing::Test {
  protected:
@@ -132,9 +132,9 @@ TEST_F(PositionedOutputTest, SpeaksToTheFileInLargeBlocks) {
   PositionedOutput output;
   output.Open(*file_);
   const std::int64_t calls = files_.calls;
-  for (std::size_t i = 1; i <= 3 * kBlock; ++i) output.Put(static_cast<std::int64_t>(i), 'x');
-  EXPECT_LE(files_.calls - calls, 24);  // 3 MiB in blocks of 128 KiB
-  EXPECT_EQ(Finished(output).size(), 3 * kBlock);
+  for (std::size_t i = 1; i <= 24 * kBlock; ++i) output.Put(static_cast<std::int64_t>(i), 'x');
+  EXPECT_LE(files_.calls - calls, 24);
+  EXPECT_EQ(Finished(output).size(), 24 * kBlock);
 }
 
 TEST_F(PositionedOutputTest, BytesFilledIntoItsRoomStandBetweenThoseThatArePut) {

@@ -2,6 +2,8 @@
 // through memory.
 #include <gtest/gtest.h>
 
+#include "core/engine/input_window.h"
+#include "core/engine/positioned_output.h"
 #include "tests/core/engine/engine_test.h"
 
 namespace morvex::test {
@@ -10,7 +12,10 @@ namespace {
 using namespace std::string_literals;
 
 constexpr std::size_t kLongestMatch = 32766;
-constexpr std::size_t kBlock = std::size_t{1} << 20;
+// Where the first refill of the input's window and the first full block of the output fall.
+constexpr std::size_t kInputBorder = InputWindow::kBufferSize;
+constexpr std::size_t kOutputBorder = PositionedOutput::kBlock;
+constexpr std::size_t kManyBlocks = std::size_t{3} << 20;
 
 std::string Times(std::size_t count, char byte) { return std::string(count, byte); }
 
@@ -61,17 +66,21 @@ TEST(SubstitutionLimits, ExtraThatFallsOutOfRangeEndsTheAttempt) {
 }
 
 TEST(SubstitutionLimits, AMatchOverABlocksBorderIsFound) {
-  for (std::size_t before = kBlock - 6; before <= kBlock + 1; ++before) {
-    const std::string fill = Times(before, '.');
-    ExpectResult({{"abcdef", "x"}, {"<*>", "(*)"}}, '*', fill + "abcdef<abc>" + fill,
-                 fill + "x(abc)" + fill, 2);
+  // The window moves on when it shows less than the look-ahead, which is in front of its end.
+  for (const std::size_t border :
+       {kOutputBorder, kInputBorder - InputWindow::kLookAhead, kInputBorder}) {
+    for (std::size_t before = border - 12; before <= border + 1; ++before) {
+      const std::string fill = Times(before, '.');
+      ExpectResult({{"abcdef", "x"}, {"<*>", "(*)"}}, '*', fill + "abcdef<abc>" + fill,
+                   fill + "x(abc)" + fill, 2);
+    }
   }
 }
 
 TEST(SubstitutionLimits, AMatchOverTheLastLookAheadBytesOfABlockIsFound) {
   // The longest match, ending just before, at and behind the end of what is read at once.
   const std::string span = Times(kLongestMatch - 2, 'X');
-  for (const std::size_t end : {kBlock + 32767, kBlock + 32768, kBlock + 32769, kBlock + 32770}) {
+  for (std::size_t end = kInputBorder - 3; end <= kInputBorder + 3; ++end) {
     const std::string fill = Times(end - kLongestMatch, '.');
     ExpectResult({{"a*c", "[*]"}}, '*', fill + "a" + span + "c.", fill + "[" + span + "].", 1);
   }
@@ -79,16 +88,24 @@ TEST(SubstitutionLimits, AMatchOverTheLastLookAheadBytesOfABlockIsFound) {
 
 TEST(SubstitutionLimits, AWritePositionThatMovesBackOverABlocksBorderOverwrites) {
   // As "0123bcdefaXYZ" gives "01>Z<", around the place where a block of the output is full.
-  for (std::size_t before = kBlock - 6; before <= kBlock + 1; ++before) {
+  for (std::size_t before = kOutputBorder - 6; before <= kOutputBorder + 1; ++before) {
     const std::string fill = Times(before, '.');
     ExpectResult({{"bcdefa*bcdef", "<*>"}}, '*', fill + "0123bcdefaXYZ", fill + "01>Z<", 1);
   }
 }
 
+TEST(SubstitutionLimits, AListTooLargeForTheAutomatonFindsItsLongRowsAll) {
+  Rows rows;
+  for (std::size_t more = 0; more < 40; ++more)
+    rows.push_back({Times(30'000 + more, 'a') + "b", "x"});
+  // The first place from which a row reaches the end.
+  ExpectResult(rows, '*', Times(31'000, 'a') + "b.", Times(31'000 - 30'039, 'a') + "x.", 1);
+}
+
 TEST(SubstitutionLimits, AFileOfManyBlocksKeepsItsOrder) {
   std::string input;
   std::string output;
-  for (int i = 0; input.size() < 3 * kBlock; ++i) {
+  for (int i = 0; input.size() < kManyBlocks; ++i) {
     input += "name" + std::to_string(i) + ";";
     output += "<" + std::to_string(i) + ">";
   }

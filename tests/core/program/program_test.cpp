@@ -74,7 +74,6 @@ TEST(Program, AFreshOneHasNoListNoWildcardAndOneCapturedZero) {
   EXPECT_EQ(program.settings.gSeparator, "");
   EXPECT_EQ(program.tables.PairCount, 0);
   EXPECT_EQ(program.capture.CaptureBuffer, std::vector<std::uint8_t>{0});
-  EXPECT_FALSE(program.capture.Joker_SET);
   EXPECT_EQ(program.run.end, RunEnd::kNone);
   EXPECT_EQ(program.run.ResultTail, "");
 }
