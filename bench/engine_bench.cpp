@@ -135,7 +135,7 @@ void Literal(benchmark::State& state, const std::string& name) {
   for (auto _ : state) {
     Watcher watcher;
     test::BytesInput file(text);
-    CaptureState captures;
+    test::LiteralState captures;
     test::LiteralSubstitution literal(loaded.tables, static_cast<std::uint8_t>(loaded.input.joker),
                                       captures);
     input.Open(file);
