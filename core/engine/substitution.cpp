@@ -125,7 +125,7 @@ inline void Substitution::Write(std::string_view bytes) {
 // The same for bytes behind which kCopyStep more may be read.
 inline void Substitution::WritePadded(const std::uint8_t* bytes, std::size_t size) {
   const PositionedOutput::Room room = output_->RoomAt(write_position_);
-  if (size + kCopyStep <= static_cast<std::size_t>(room.end - room.at)) {
+  if (room.at != nullptr && size + kCopyStep <= static_cast<std::size_t>(room.end - room.at)) {
     CopyShort(room.at, bytes, size);
     output_->Fill(room.at + size);
     write_position_ += static_cast<std::int64_t>(size);
@@ -419,7 +419,7 @@ std::uint64_t Substitution::RunCandidates(std::uint64_t begin, std::uint64_t pla
     if (!candidate.needs_attempts) {
       const RowEffect& effect = list_.effects[static_cast<std::size_t>(candidate.plain)];
       const auto before = static_cast<std::size_t>(place - copied);
-      if (effect.is_short &&
+      if (effect.is_short && room.at != nullptr &&
           before + kCopyStep + RowEffect::kShort <= static_cast<std::size_t>(room.end - room.at)) {
         note_vain();
         captures_.Cut();
