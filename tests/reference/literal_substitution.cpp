@@ -90,7 +90,7 @@ class LiteralSubstitution::Attempt {
   // From the place where the tail first stands among the examined bytes, every further round closes
   // the span again and takes the tail's length off once more.
   void CloseSpanAtTail() {
-    const std::string tail = owner_.TailOf(row_);
+    const std::string& tail = owner_.TailOf(row_);
     if (tail.empty()) return;
     const auto examined = static_cast<std::size_t>(examined_);
     tail_seen_ =

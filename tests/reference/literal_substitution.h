@@ -53,9 +53,10 @@ class LiteralSubstitution {
   // Gives the write position behind the right text.
   std::int64_t WriteRightText(std::int64_t row, std::int64_t position, PositionedOutput& output);
   // Tables that were filled before a list grew may have no tail for a row.
-  std::string TailOf(std::int64_t row) const {
+  const std::string& TailOf(std::int64_t row) const {
+    static const std::string kNone;
     const auto index = static_cast<std::size_t>(row);
-    return index < tables_.JokerTail.size() ? tables_.JokerTail[index] : std::string();
+    return index < tables_.JokerTail.size() ? tables_.JokerTail[index] : kNone;
   }
   bool IsJoker(std::uint8_t code) const { return joker_ != 0 && code == joker_; }
 
