@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 // From the top down; a room may include what stands below it.
 const std::vector<std::string> kRooms = {
-    "apps/morvex-cli", "host/posix",   "ui/console",  "core/run",     "core/settings", "core/list",
+    "apps/morvex-cli", "host/posix",   "ui/qt", "ui/console",  "core/run",     "core/settings", "core/list",
     "core/engine",     "core/program", "core/tables", "core/windows", "core/host"};
 
 // Headers of the C++ standard library that the program uses.
