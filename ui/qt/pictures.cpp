@@ -25,12 +25,12 @@ QByteArray Contents(const QString& resource) {
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-QPixmap Rendered(const QString& resource, int size) {
+QPixmap Rendered(const QString& resource, int size, const QColor& ink = Qt::black) {
   QPixmap pixmap(size, size);
   pixmap.fill(Qt::transparent);
   QPainter painter(&pixmap);
   painter.setRenderHint(QPainter::Antialiasing);
-  LineDrawing(resource).Paint(painter, QRectF(0, 0, size, size), Qt::black);
+  LineDrawing(resource).Paint(painter, QRectF(0, 0, size, size), ink);
   return pixmap;
 }
 
@@ -64,11 +64,13 @@ void PictureView::paintEvent(QPaintEvent*) {
   drawing_.Paint(painter, rect(), palette().color(QPalette::WindowText));
 }
 
-QIcon ProgramIcon() {
+QIcon DrawingIcon(const QString& resource, const QColor& ink) {
   QIcon icon;
-  for (const int size : kIconSizes) icon.addPixmap(Rendered(":/pictures/morvex.svg", size));
+  for (const int size : kIconSizes) icon.addPixmap(Rendered(resource, size, ink));
   return icon;
 }
+
+QIcon ProgramIcon() { return DrawingIcon(":/pictures/morvex.svg", Qt::black); }
 
 QCursor HandCursor(qreal scale) {
   QPixmap pixmap =

@@ -48,6 +48,9 @@ class PictureView : public QWidget {
   LineDrawing drawing_;
 };
 
+// A drawing as an icon on a ground where `ink` reads.
+QIcon DrawingIcon(const QString& resource, const QColor& ink);
+
 // The icon of the program's windows.
 QIcon ProgramIcon();
 
