@@ -1,13 +1,17 @@
 #include "ui/qt/code_page.h"
 
+#include <algorithm>
+#include <clocale>
 #include <cstdlib>
 #include <cwchar>
 
 namespace morvex {
 namespace {
 
-constexpr char16_t kFirstEscape = 0xDC80;  // stands for the byte 0x80
-constexpr char16_t kLastEscape = 0xDCFF;
+// A lone surrogate stands for the byte in its lower half.
+constexpr char16_t kEscapes = 0xDC00;
+constexpr char16_t kFirstEscape = kEscapes + 0x80;
+constexpr char16_t kLastEscape = kEscapes + 0xFF;
 
 // Windows-1252 from 0x80 to 0x9F; elsewhere a byte is the character of its number.
 constexpr std::array<char16_t, 32> kWindows1252 = {
@@ -24,24 +28,53 @@ std::array<char16_t, 256> Windows1252() {
   return characters;
 }
 
-// Of the C library's locale. Nothing when it has none, or when two bytes would look the same.
+// Sets the C library's characters to those of the user's locale; as before when it goes. A toolkit
+// may have replaced them by others.
+class UserCharacters {
+ public:
+  UserCharacters() {
+    const char* const present = std::setlocale(LC_CTYPE, nullptr);
+    before_ = present == nullptr ? "C" : present;
+    is_known_ = std::setlocale(LC_CTYPE, "") != nullptr;
+  }
+  ~UserCharacters() { std::setlocale(LC_CTYPE, before_.c_str()); }
+  UserCharacters(const UserCharacters&) = delete;
+  UserCharacters& operator=(const UserCharacters&) = delete;
+
+  bool is_known() const { return is_known_; }
+
+ private:
+  std::string before_;
+  bool is_known_ = false;
+};
+
+// The character of a byte in the C library's present locale, where it has one of its own.
+std::optional<char16_t> LocaleCharacter(std::uint8_t byte) {
+  const char text = static_cast<char>(byte);
+  std::mbstate_t state{};
+  wchar_t wide = 0;
+  if (std::mbrtowc(&wide, &text, 1, &state) > 1) return std::nullopt;
+  const auto code = static_cast<std::uint32_t>(wide);
+  if (code > 0xFFFF || QChar::isSurrogate(code)) return std::nullopt;
+  return static_cast<char16_t>(code);
+}
+
+// Of the user's locale. Nothing when that is unknown, has no characters beyond ASCII or shows two
+// bytes alike.
 std::optional<std::array<char16_t, 256>> LocalePage() {
-  if (MB_CUR_MAX != 1) return std::nullopt;
+  const UserCharacters user;
+  if (!user.is_known() || MB_CUR_MAX != 1) return std::nullopt;
   std::array<char16_t, 256> characters{};
   bool beyond_ascii = false;
   for (std::size_t byte = 0; byte < characters.size(); ++byte) {
-    const char text = static_cast<char>(byte);
-    std::mbstate_t state{};
-    wchar_t wide = 0;
-    const std::size_t taken = std::mbrtowc(&wide, &text, 1, &state);
-    const bool is_known = taken <= 1 && static_cast<std::uint32_t>(wide) <= 0xFFFF;
-    beyond_ascii = beyond_ascii || (is_known && byte >= 0x80);
-    characters[byte] = static_cast<char16_t>(is_known ? wide : static_cast<wchar_t>(byte));
-    for (std::size_t other = 0; other < byte; ++other) {
-      if (characters[other] == characters[byte]) return std::nullopt;
-    }
+    const std::optional<char16_t> character = LocaleCharacter(static_cast<std::uint8_t>(byte));
+    beyond_ascii = beyond_ascii || (character && *character >= 0x80);
+    characters[byte] = character.value_or(static_cast<char16_t>(kEscapes + byte));
   }
-  if (!beyond_ascii) return std::nullopt;  // the plain C locale
+  if (!beyond_ascii) return std::nullopt;
+  std::array<char16_t, 256> sorted = characters;
+  std::sort(sorted.begin(), sorted.end());
+  if (std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end()) return std::nullopt;
   return characters;
 }
 
@@ -68,7 +101,12 @@ std::size_t SequenceLength(std::string_view bytes, std::size_t at, char32_t& cha
 }  // namespace
 
 CodePage::CodePage(TextCodec codec) : is_utf8_(codec == TextCodec::kUtf8) {
-  if (!is_utf8_) characters_ = LocalePage().value_or(Windows1252());
+  if (is_utf8_) return;
+  characters_ = LocalePage().value_or(Windows1252());
+  bytes_.resize(0x10000);
+  for (std::size_t byte = 0; byte < characters_.size(); ++byte) {
+    bytes_[characters_[byte]] = static_cast<std::uint16_t>(byte + 1);
+  }
 }
 
 QString CodePage::Shown(std::string_view bytes) const {
@@ -84,7 +122,7 @@ QString CodePage::Shown(std::string_view bytes) const {
     char32_t character = 0;
     const std::size_t length = SequenceLength(bytes, at, character);
     if (length == 0) {
-      shown += QChar(static_cast<char16_t>(kFirstEscape + byte - 0x80));
+      shown += QChar(static_cast<char16_t>(kEscapes + byte));
       ++at;
       continue;
     }
@@ -99,57 +137,72 @@ QString CodePage::Shown(std::string_view bytes) const {
   return shown;
 }
 
-// Adds the bytes of the character at `at`, which moves behind it.
-bool CodePage::AppendBytes(const QString& shown, qsizetype& at, std::string& bytes) const {
-  const QChar unit = shown[at++];
-  const char16_t code = unit.unicode();
+// The bytes of the character at `at`, which moves behind it.
+CodePage::Encoded CodePage::Encode(const QString& shown, qsizetype& at) const {
+  const char16_t unit = shown[at++].unicode();
+  Encoded encoded;
+  const auto add = [&](char32_t byte) {
+    encoded.bytes[encoded.size++] = static_cast<char>(static_cast<std::uint8_t>(byte));
+  };
   if (!is_utf8_) {
-    for (std::size_t byte = 0; byte < characters_.size(); ++byte) {
-      if (characters_[byte] != code) continue;
-      bytes += static_cast<char>(byte);
-      return true;
-    }
-    return false;
+    if (bytes_[unit] != 0) add(bytes_[unit] - 1U);
+    return encoded;
   }
-  if (code >= kFirstEscape && code <= kLastEscape) {
-    bytes += static_cast<char>(code - kFirstEscape + 0x80);
-    return true;
+  char32_t character = unit;
+  if (QChar::isHighSurrogate(unit) && at < shown.size() && shown[at].isLowSurrogate()) {
+    character = QChar::surrogateToUcs4(unit, shown[at++].unicode());
+  } else if (unit >= kFirstEscape && unit <= kLastEscape) {
+    add(unit - kEscapes);
+    return encoded;
+  } else if (QChar::isSurrogate(unit)) {
+    return encoded;
   }
-  QString character(unit);
-  if (unit.isHighSurrogate() && at < shown.size() && shown[at].isLowSurrogate()) {
-    character += shown[at++];
-  } else if (unit.isSurrogate()) {
-    return false;
+  const auto add_rest = [&](int shift) { add(0x80U | ((character >> shift) & 0x3FU)); };
+  if (character < 0x80) {
+    add(character);
+  } else if (character < 0x800) {
+    add(0xC0U | character >> 6);
+    add_rest(0);
+  } else if (character < 0x10000) {
+    add(0xE0U | character >> 12);
+    add_rest(6);
+    add_rest(0);
+  } else {
+    add(0xF0U | character >> 18);
+    add_rest(12);
+    add_rest(6);
+    add_rest(0);
   }
-  bytes += character.toStdString();
-  return true;
+  return encoded;
 }
 
 std::optional<std::string> CodePage::Bytes(const QString& shown) const {
   std::string bytes;
   bytes.reserve(static_cast<std::size_t>(shown.size()));
   for (qsizetype at = 0; at < shown.size();) {
-    if (!AppendBytes(shown, at, bytes)) return std::nullopt;
+    const Encoded character = Encode(shown, at);
+    if (character.size == 0) return std::nullopt;
+    bytes.append(character.bytes.data(), character.size);
   }
   return bytes;
 }
 
 std::size_t CodePage::BytesInFront(const QString& shown, qsizetype characters) const {
-  std::string bytes;
-  for (qsizetype at = 0; at < shown.size();) {
-    const std::size_t in_front = bytes.size();
-    AppendBytes(shown, at, bytes);
-    if (at > characters) return in_front;
+  std::size_t bytes = 0;
+  for (qsizetype at = 0; at < shown.size() && at < characters;) {
+    const std::size_t size = Encode(shown, at).size;
+    if (at > characters) break;
+    bytes += size;
   }
-  return bytes.size();
+  return bytes;
 }
 
 qsizetype CodePage::CharactersInFront(const QString& shown, std::size_t bytes) const {
-  std::string taken;
+  std::size_t taken = 0;
   for (qsizetype at = 0; at < shown.size();) {
     const qsizetype in_front = at;
-    AppendBytes(shown, at, taken);
-    if (taken.size() > bytes) return in_front;
+    taken += Encode(shown, at).size;
+    if (taken > bytes) return in_front;
   }
   return shown.size();
 }
