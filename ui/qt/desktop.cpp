@@ -1,8 +1,11 @@
 #include "ui/qt/desktop.h"
 
+#include <QApplication>
+#include <QKeyEvent>
 #include <algorithm>
 
 #include "core/run/start_up.h"
+#include "ui/qt/help.h"
 
 namespace morvex {
 namespace {
@@ -22,6 +25,7 @@ Desktop::Desktop(Program& program)
   timer_.setTimerType(Qt::PreciseTimer);
   connect(&timer_, &QTimer::timeout, this, &Desktop::Refresh);
   since_refresh_.start();
+  QApplication::instance()->installEventFilter(this);
   for (BoundWindow* window : windows_) {
     window->state().changes.on_change = [this] { NoteChange(); };
   }
@@ -50,6 +54,19 @@ void Desktop::Refresh() {
   }
   was_loaded_ = was_loaded_ || program_.frmMorvex.loaded;
   if (was_loaded_ && HasEnded(program_)) emit Ended();
+}
+
+bool Desktop::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress && watched->isWidgetType()) {
+    const auto* const key = static_cast<const QKeyEvent*>(event);
+    const QWidget* const window = static_cast<const QWidget*>(watched)->window();
+    const bool is_ours = std::find(windows_.begin(), windows_.end(), window) != windows_.end();
+    if (is_ours && key->key() == Qt::Key_F1 && key->modifiers() == Qt::NoModifier) {
+      if (!key->isAutoRepeat()) ShowHelp(program_);
+      return true;
+    }
+  }
+  return QObject::eventFilter(watched, event);
 }
 
 }  // namespace morvex

@@ -37,6 +37,10 @@ class Desktop : public QObject {
   // No window is loaded any more.
   void Ended();
 
+ protected:
+  // F1 in any of the windows opens the help file.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   void NoteChange();
 

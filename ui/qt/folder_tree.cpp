@@ -34,34 +34,38 @@ FolderTreeView::FolderTreeView(QWidget* parent) : QTreeView(parent) {
   setUniformRowHeights(true);
   setEditTriggers(NoEditTriggers);
   connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
-    if (!opening_) emit Visited(PathOf(index));
+    if (!going_) emit Visited(PathOf(index));
   });
 }
 
 void FolderTreeView::OpenAt(const std::string& path) {
-  const QString folder = NearestFolder(path);
-  opening_ = true;
+  opened_at_ = NearestFolder(path);
   if (model_ == nullptr) {
     model_ = new QFileSystemModel(this);
     model_->setOption(QFileSystemModel::DontUseCustomDirectoryIcons);
-    // Folders are read when they are opened, and their order settles a little later.
-    connect(model_, &QFileSystemModel::directoryLoaded, this, [this] {
-      if (currentIndex().isValid()) scrollTo(currentIndex());
-    });
-  }
-  QDir::Filters filter = QDir::AllDirs | QDir::Drives | QDir::NoDotAndDotDot;
-  if (folder.contains("/.")) filter |= QDir::Hidden;
-  model_->setFilter(filter);
-  model_->setRootPath(QString());
-  if (model() == nullptr) {
+    model_->setRootPath(QString());
     setModel(model_);
     for (int column = 1; column < kColumns; ++column) hideColumn(column);
+    // Folders are read in the background, and their rows come and move until that is done.
+    const auto settle = [this] {
+      if (!opened_at_.isEmpty()) GoTo(opened_at_);
+    };
+    connect(model_, &QFileSystemModel::directoryLoaded, this, settle);
+    connect(model_, &QFileSystemModel::layoutChanged, this, settle, Qt::QueuedConnection);
   }
+  QDir::Filters filter = QDir::AllDirs | QDir::Drives | QDir::NoDotAndDotDot;
+  if (opened_at_.contains("/.")) filter |= QDir::Hidden;
+  model_->setFilter(filter);
+  GoTo(opened_at_);
+}
+
+void FolderTreeView::GoTo(const QString& folder) {
+  going_ = true;
   const QModelIndex index = model_->index(folder);
   for (QModelIndex above = index; above.isValid(); above = above.parent()) expand(above);
   setCurrentIndex(index);
   scrollTo(index, PositionAtCenter);
-  opening_ = false;
+  going_ = false;
 }
 
 std::string FolderTreeView::PathOf(const QModelIndex& index) const {
@@ -90,10 +94,11 @@ void FolderTreeView::Choose(const QModelIndex& index) {
 
 void FolderTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTreeView::currentChanged(current, previous);
-  if (!opening_ && current.isValid()) emit Visited(PathOf(current));
+  if (!going_ && current.isValid()) emit Visited(PathOf(current));
 }
 
 void FolderTreeView::keyPressEvent(QKeyEvent* event) {
+  opened_at_.clear();
   switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -105,6 +110,16 @@ void FolderTreeView::keyPressEvent(QKeyEvent* event) {
     default:
       QTreeView::keyPressEvent(event);
   }
+}
+
+void FolderTreeView::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  if (!opened_at_.isEmpty()) scrollTo(currentIndex(), PositionAtCenter);
+}
+
+void FolderTreeView::mousePressEvent(QMouseEvent* event) {
+  opened_at_.clear();
+  QTreeView::mousePressEvent(event);
 }
 
 void FolderTreeView::mouseDoubleClickEvent(QMouseEvent* event) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QFileSystemModel>
+#include <QString>
 #include <QTreeView>
 #include <string>
 
@@ -31,13 +32,17 @@ class FolderTreeView : public QTreeView {
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void GoTo(const QString& folder);
   void Choose(const QModelIndex& index);
   std::string PathOf(const QModelIndex& index) const;
 
   QFileSystemModel* model_ = nullptr;  // made when the tree is opened first
-  bool opening_ = false;
+  QString opened_at_;                  // while the folders are read, until the user goes elsewhere
+  bool going_ = false;                 // to a folder that the user did not choose
 };
 
 }  // namespace morvex

@@ -36,6 +36,7 @@ class MainWindowWidget : public BoundWindow {
  protected:
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
@@ -50,12 +51,13 @@ class MainWindowWidget : public BoundWindow {
   QBoxLayout* LayOutPaths();
   QBoxLayout* LayOutCommands();
   QBoxLayout* LayOutStatistics();
-  QFrame* MakeLine(int number, QFrame::Shape shape);
+  QWidget* MakeLine(int number, Qt::Orientation orientation);
   void Connect();
   void ConnectPathRow(const PathRow& row);
 
   void OrderTabs();
   void ShowTexts();
+  void ShowColours();
   void ShowGo();
   void ShowTree();
   void ShowProgress();

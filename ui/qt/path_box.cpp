@@ -45,7 +45,7 @@ void PathBox::DrawBrowseIcon() {
 
 void PathBox::changeEvent(QEvent* event) {
   ByteLineEdit::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) DrawBrowseIcon();
+  if (event->type() == QEvent::PaletteChange && browse_ != nullptr) DrawBrowseIcon();
 }
 
 void PathBox::keyPressEvent(QKeyEvent* event) {

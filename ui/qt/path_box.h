@@ -42,7 +42,7 @@ class PathBox : public ByteLineEdit {
   FileService& files_;
   const CodePage& page_;
   Takes takes_;
-  QAction* browse_;
+  QAction* browse_ = nullptr;
   bool takes_dragged_ = false;
 };
 

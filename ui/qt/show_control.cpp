@@ -2,6 +2,8 @@
 
 #include <QFontDatabase>
 #include <QWidget>
+#include <algorithm>
+#include <cmath>
 
 namespace morvex {
 namespace {
@@ -9,6 +11,38 @@ namespace {
 constexpr QRgb kRedOnLight = 0xFFC01C28;
 constexpr QRgb kRedOnDark = 0xFFFF7B72;
 constexpr int kMiddleLightness = 128;
+constexpr double kLeastContrast = 4.5;
+constexpr int kBlendSteps = 10;
+
+// As the eye weighs the parts of a colour, 0 to 1.
+double Luminance(const QColor& colour) {
+  const auto linear = [](double part) {
+    return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+         0.0722 * linear(colour.blueF());
+}
+
+double Contrast(const QColor& one, const QColor& other) {
+  const auto [least, most] = std::minmax({Luminance(one), Luminance(other)});
+  return (most + 0.05) / (least + 0.05);
+}
+
+QColor Blend(const QColor& one, const QColor& other, float part) {
+  const auto mix = [part](float a, float b) { return a + (b - a) * part; };
+  return QColor::fromRgbF(mix(one.redF(), other.redF()), mix(one.greenF(), other.greenF()),
+                          mix(one.blueF(), other.blueF()));
+}
+
+// A colour made for grounds, moved towards the text's own until it can be read as text.
+QColor Readable(const QColor& colour, const QPalette& palette) {
+  for (int step = 0; step <= kBlendSteps; ++step) {
+    const float part = static_cast<float>(step) / static_cast<float>(kBlendSteps);
+    const QColor blended = Blend(colour, palette.color(QPalette::WindowText), part);
+    if (Contrast(blended, palette.color(QPalette::Window)) >= kLeastContrast) return blended;
+  }
+  return palette.color(QPalette::WindowText);
+}
 
 }  // namespace
 
@@ -26,7 +60,7 @@ QColor TextColour(Colour colour, const QPalette& palette) {
       return QColor(palette.color(QPalette::Base).lightness() < kMiddleLightness ? kRedOnDark
                                                                                  : kRedOnLight);
     case Colour::kSystemHighlight:
-      return palette.color(QPalette::Highlight);
+      return Readable(palette.color(QPalette::Highlight), palette);
   }
   return palette.color(QPalette::Text);
 }
@@ -34,15 +68,11 @@ QColor TextColour(Colour colour, const QPalette& palette) {
 void ShowTextColour(QWidget& widget, const Control& control, QPalette::ColorRole role) {
   QPalette own;
   if (control.colour.get() != Colour::kBlack) {
-    const QColor colour = TextColour(control.colour, widget.palette());
+    const QWidget* const around = widget.parentWidget();
+    const QColor colour =
+        TextColour(control.colour, around == nullptr ? QPalette() : around->palette());
     own.setColor(QPalette::Active, role, colour);
     own.setColor(QPalette::Inactive, role, colour);
-  }
-  const bool has_own = widget.testAttribute(Qt::WA_SetPalette);
-  if (own.resolveMask() == 0 && !has_own) return;
-  if (has_own && widget.palette().color(QPalette::Active, role) == own.color(role) &&
-      own.resolveMask() != 0) {
-    return;
   }
   widget.setPalette(own);
 }

@@ -18,10 +18,11 @@ namespace morvex {
 void ShowPresence(QWidget& widget, const Control& control);
 
 // The control's colour for text on `palette`'s ground: black stands for the ground's own text
-// colour, and red is one that reads on a dark ground too.
+// colour, and the others are shades that can be read there.
 QColor TextColour(Colour colour, const QPalette& palette);
 
-// Gives the widget's text the control's colour; `role` is the one that it draws text with.
+// Gives the widget's text the control's colour, and no other colour of its own; `role` is the one
+// that it draws text with.
 void ShowTextColour(QWidget& widget, const Control& control, QPalette::ColorRole role);
 
 // A caption's lines, parted by CR LF, as the toolkit parts them.
