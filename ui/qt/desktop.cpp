@@ -37,6 +37,8 @@ Desktop::~Desktop() {
 }
 
 void Desktop::NoteChange() {
+  // A run may begin and end before anything is shown.
+  was_loaded_ = was_loaded_ || program_.frmMorvex.loaded;
   if (timer_.isActive()) return;
   timer_.start(static_cast<int>(std::max<qint64>(0, kRefreshInterval - since_refresh_.elapsed())));
 }
@@ -52,7 +54,6 @@ void Desktop::Refresh() {
     Window& state = windows_[i]->state();
     windows_[i]->setVisible(state.loaded && state.visible);
   }
-  was_loaded_ = was_loaded_ || program_.frmMorvex.loaded;
   if (was_loaded_ && HasEnded(program_)) emit Ended();
 }
 

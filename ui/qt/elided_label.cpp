@@ -4,7 +4,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
-#include <QTextDocument>
+
+#include "ui/qt/tool_tip.h"
 
 namespace morvex {
 namespace {
@@ -43,8 +44,7 @@ void ElidedLabel::UpdateToolTip() {
     if (!tip.isEmpty()) tip += '\n';
     tip += text_;
   }
-  // A name may look like markup.
-  setToolTip(Qt::mightBeRichText(tip) ? "<p>" + tip.toHtmlEscaped() + "</p>" : tip);
+  setToolTip(PlainToolTip(tip));
 }
 
 void ElidedLabel::changeEvent(QEvent* event) {

@@ -40,7 +40,8 @@ PathBox::PathBox(FileService& files, const CodePage& page, Takes takes, QWidget*
 }
 
 void PathBox::DrawBrowseIcon() {
-  browse_->setIcon(DrawingIcon(":/pictures/folder.svg", palette().color(QPalette::WindowText)));
+  browse_->setIcon(DrawingIcon(":/pictures/folder.svg",
+                               palette().color(QPalette::Active, QPalette::WindowText)));
 }
 
 void PathBox::changeEvent(QEvent* event) {

@@ -58,7 +58,7 @@ void PictureButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const QRectF frame = QRectF(rect()).adjusted(1, 1, -1, -1);
-  const QColor ink = palette().color(QPalette::WindowText);
+  const QColor ink = palette().color(QPalette::Active, QPalette::WindowText);
   if (isEnabled() && (underMouse() || isDown())) {
     QColor ground = ink;
     ground.setAlphaF(isDown() ? 0.22F : 0.10F);
