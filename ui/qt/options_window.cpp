@@ -5,6 +5,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QScreen>
 #include <QStyledItemDelegate>
 #include <QVBoxLayout>
@@ -49,13 +50,30 @@ int KeyCode(const QKeyEvent& event) {
   }
 }
 
-// Rows with some air, so that neighbours read apart and are easy to hit.
+// Rows with some air, so that neighbours read apart and are easy to hit. The current one is framed
+// even while the focus is in the entry field, whose keys work on it.
 class RoomyRows : public QStyledItemDelegate {
  public:
-  using QStyledItemDelegate::QStyledItemDelegate;
+  explicit RoomyRows(QListWidget& list) : QStyledItemDelegate(&list), list_(list) {}
+
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 2 * kRowPadding);
   }
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    QStyleOptionViewItem unfocused = option;
+    unfocused.state &= ~QStyle::State_HasFocus;
+    QStyledItemDelegate::paint(painter, unfocused, index);
+    if (index != list_.currentIndex()) return;
+    const bool is_selected = option.state.testFlag(QStyle::State_Selected);
+    painter->setPen(option.palette.color(is_selected ? QPalette::HighlightedText : QPalette::Text));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
+  }
+
+ private:
+  QListWidget& list_;
 };
 
 // Bits of other modifiers than those of keys.h tell the handlers that it is another command.
@@ -179,7 +197,7 @@ void OptionsWindowWidget::LayOut() {
   lstExtensie_->setSelectionMode(QAbstractItemView::MultiSelection);
   lstExtensie_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   lstExtensie_->setUniformItemSizes(true);
-  lstExtensie_->setItemDelegate(new RoomyRows(lstExtensie_));
+  lstExtensie_->setItemDelegate(new RoomyRows(*lstExtensie_));
 
   const auto stacked = [](QLabel* upper, QLabel* lower) {
     auto* const lines = new QVBoxLayout;

@@ -214,6 +214,22 @@ TEST_F(OptionsListTest, ArrowsMoveTheFocusMarkAndSpaceSelects) {
   EXPECT_EQ(Stored(), (Entries{{".a", true}, {".b", false}, {".c", true}}));
 }
 
+TEST_F(OptionsListTest, TheFocusMarkIsSeenWhileTheEntryFieldHasTheFocus) {
+  Open({{".a", true}, {".b", false}, {".c", true}});
+  OpenList();
+  EXPECT_TRUE(entry().hasFocus());
+  const QImage without = list().viewport()->grab().toImage();
+  for (int current = 0; current < 3; ++current) {
+    state().lstExtensie.current = current;
+    Settle();
+    const QImage with = list().viewport()->grab().toImage();
+    for (int row = 0; row < 3; ++row) {
+      const QRect place = list().visualItemRect(list().item(row));
+      EXPECT_EQ(with.copy(place) != without.copy(place), row == current) << row;
+    }
+  }
+}
+
 TEST_F(OptionsListTest, ADragSelectsAllThatItPassesAndTheLastHasTheFocusMark) {
   Open({{".a", false}, {".b", false}, {".c", false}, {".d", false}});
   OpenList();
