@@ -285,7 +285,7 @@ TEST_F(MainWindowRunTest, AnUnattendedRunPressesTheButtonsAndEnds) {
 TEST_F(MainWindowRunTest, BeforeADelayedRunTheWindowShowsThatItWaits) {
   files_.AddFile("/set.dat", "/s\r\n/t\r\n/list.txt\r\nlog=0\r\nsep=|\r\njok=*\r\n1.txt\r\n");
   system_.command_line = "-if /set.dat -dy 100";
-  system_.step = std::chrono::milliseconds(1);
+  system_.step = std::chrono::milliseconds(20);
   desktop_.emplace(program_);
   QString waiting;
   QTimer::singleShot(20, &program_context_, [&] {
