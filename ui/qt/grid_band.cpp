@@ -23,10 +23,14 @@ class GridCell : public ByteLineEdit {
  protected:
   void paintEvent(QPaintEvent* event) override {
     ByteLineEdit::paintEvent(event);
+    const int line = hasFocus() ? 2 : 1;  // pixels
+    const QColor colour = hasFocus() ? palette().color(QPalette::Highlight) : Outline();
     QPainter painter(this);
-    painter.setPen(hasFocus() ? palette().color(QPalette::Highlight) : Outline());
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
-    if (hasFocus()) painter.drawRect(rect().adjusted(1, 1, -2, -2));
+    // Strips, which begin and end with a pixel at any scale of the screen.
+    painter.fillRect(0, 0, width(), line, colour);
+    painter.fillRect(0, height() - line, width(), line, colour);
+    painter.fillRect(0, 0, line, height(), colour);
+    painter.fillRect(width() - line, 0, line, height(), colour);
   }
 
  private:

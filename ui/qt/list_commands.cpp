@@ -10,7 +10,7 @@
 namespace morvex {
 namespace {
 
-constexpr int kRoomBesideCaption = 8;  // pixels, for a button's frame
+constexpr int kRoomBesideCaption = 12;  // pixels, for a button's frame
 
 // What a screen reader can say; signs like "<-|->" are none.
 bool IsWord(const QString& caption) {
