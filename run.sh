@@ -38,11 +38,11 @@ settings() {
     'log=1' 'sep=|' 'jok=*' '1.txt' '1.csv' '1.log' '0.xml'
 }
 
-./cmake/install_tools.sh g++ cmake ninja-build
+./cmake/install_tools.sh g++ cmake ninja-build qt6-base-dev libqt6svg6-dev
 
-echo 'Building morvex-cli ...'
+echo 'Building ...'
 mkdir -p build
-quietly cmake --preset release -DMORVEX_TESTS=OFF
+quietly cmake --preset release -DMORVEX_TESTS=OFF -DMORVEX_DESKTOP=ON
 quietly cmake --build --preset release
 
 # The program keeps its settings and its log in its own folder, so the example gets one of its own.

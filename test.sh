@@ -45,7 +45,7 @@ project_files() {
 }
 
 build() {
-  cmake --preset dev && cmake --build --preset dev
+  cmake --preset dev -DMORVEX_DESKTOP=ON && cmake --build --preset dev
 }
 
 # Counts test by test. A test that could not be started counts as failed: only one that said so
@@ -106,7 +106,8 @@ scripts() {
 
 mkdir -p build
 # A tool that stays missing fails the check that needs it.
-./cmake/install_tools.sh g++ cmake ninja-build libgtest-dev clang-format clang-tidy
+./cmake/install_tools.sh g++ cmake ninja-build libgtest-dev clang-format clang-tidy \
+  qt6-base-dev libqt6svg6-dev
 check 'Build' build
 tests
 check 'Format' format

@@ -1,0 +1,59 @@
+// The desktop program.
+//
+// Exit status: 0, or with a settings file on the command line as the console program has it: 1 when
+// the run could not be done or did not finish. 2 when the command line is wrong.
+
+#include <QApplication>
+#include <QTimer>
+#include <iostream>
+
+#include "core/run/start_up.h"
+#include "host/posix/posix_files.h"
+#include "host/posix/posix_system.h"
+#include "ui/qt/desktop.h"
+#include "ui/qt/pictures.h"
+#include "ui/qt/qt_user.h"
+
+namespace morvex {
+namespace {
+
+constexpr int kCommandLineError = 2;
+
+void DescribeApplication() {
+  QApplication::setApplicationName("Morvex");
+  QApplication::setApplicationVersion(MORVEX_VERSION);
+  QApplication::setDesktopFileName("morvex");
+  QApplication::setWindowIcon(ProgramIcon());
+  // The program ends when its windows are unloaded, not when none is shown for a moment.
+  QApplication::setQuitOnLastWindowClosed(false);
+}
+
+int Main(int argc, char** argv) {
+  // Before the toolkit takes its own options out of the arguments.
+  PosixSystemService system(argc, argv);
+  QApplication::setHighDpiScaleFactorRoundingPolicy(
+      Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+  QApplication application(argc, argv);
+  DescribeApplication();
+  PosixFileService files;
+  QtUser user(system.Codec());
+  Program program({files, system, user});
+  Desktop desktop(program);
+  ErrorNumber error = ErrorNumber::kNone;
+  QObject::connect(
+      &desktop, &Desktop::Ended, &application, [] { QApplication::exit(); }, Qt::QueuedConnection);
+  // Start-up may hold a whole run, in which windows are shown and Exit may be given.
+  QTimer::singleShot(0, &application, [&] { error = StartUp(program); });
+  QApplication::exec();
+
+  if (error != ErrorNumber::kNone) {
+    std::cerr << "Run-time error '" << static_cast<int>(error) << "': " << ErrorText(error) << "\n";
+    return kCommandLineError;
+  }
+  return program.settings.CommandLine_SET ? ExitStatus(program) : 0;
+}
+
+}  // namespace
+}  // namespace morvex
+
+int main(int argc, char** argv) { return morvex::Main(argc, argv); }

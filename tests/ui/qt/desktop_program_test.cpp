@@ -1,0 +1,85 @@
+// The desktop program as a process of its own: what it leaves behind and how it ends.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+namespace morvex::test {
+namespace {
+
+constexpr int kPatience = 60'000;  // milliseconds
+
+class DesktopProgramTest : public testing::Test {
+ protected:
+  // The program writes in its own folder, so each test has one.
+  DesktopProgramTest() {
+    EXPECT_TRUE(QFile::copy(MORVEX_DESKTOP_PROGRAM, root_.filePath("Morvex")));
+    QDir(root_.path()).mkpath("source/sub");
+    QDir(root_.path()).mkpath("target");
+    Write("source/one.txt", "aca");
+    Write("source/sub/two.txt", "aca");
+    Write("list.txt", "a|b||\r\n");
+    Write("settings.dat", (root_.filePath("source") + "\r\n" + root_.filePath("target") + "\r\n" +
+                           root_.filePath("list.txt") + "\r\nlog=1\r\nsep=|\r\njok=*\r\n1.txt\r\n")
+                              .toUtf8());
+  }
+
+  void Write(const char* name, const QByteArray& bytes) {
+    QFile file(root_.filePath(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+  }
+  QByteArray Read(const char* name) {
+    QFile file(root_.filePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  }
+
+  // The exit status; -1 when the program did not end by itself.
+  int Run(const QStringList& arguments) {
+    QProcess process;
+    process.start(root_.filePath("Morvex"), arguments);
+    if (!process.waitForFinished(kPatience) || process.exitStatus() != QProcess::NormalExit) {
+      process.kill();
+      process.waitForFinished();
+      return -1;
+    }
+    errors_ = process.readAllStandardError();
+    return process.exitCode();
+  }
+
+  QTemporaryDir root_;
+  QByteArray errors_;
+};
+
+TEST_F(DesktopProgramTest, AnUnattendedRunEndsWithStatus0) {
+  EXPECT_EQ(Run({"-if", root_.filePath("settings.dat")}), 0) << errors_.toStdString();
+  EXPECT_EQ(Read("target/one.txt"), "bcb");
+  EXPECT_EQ(Read("target/sub/two.txt"), "bcb");
+  EXPECT_TRUE(Read("Morvex.log").contains("Vervangingen: 4"));
+}
+
+TEST_F(DesktopProgramTest, ADelayedRunEndsWithStatus0) {
+  EXPECT_EQ(Run({"-if", root_.filePath("settings.dat"), "-dy", "50"}), 0) << errors_.toStdString();
+  EXPECT_EQ(Read("target/one.txt"), "bcb");
+}
+
+TEST_F(DesktopProgramTest, AMissingSettingsFileEndsWithStatus1) {
+  EXPECT_EQ(Run({"-if", root_.filePath("nowhere.dat")}), 1);
+  EXPECT_TRUE(Read("Morvex.log").contains("Initialisatiebestand bestaat niet: "));
+}
+
+TEST_F(DesktopProgramTest, ADelayThatIsNoNumberEndsWithStatus2) {
+  EXPECT_EQ(Run({"-if", root_.filePath("settings.dat"), "-dy", "soon"}), 2);
+  EXPECT_TRUE(errors_.contains("Run-time error '13': Type mismatch")) << errors_.toStdString();
+  EXPECT_EQ(Read("target/one.txt"), "");
+}
+
+TEST_F(DesktopProgramTest, ADelayBeyond16BitsEndsWithStatus2) {
+  EXPECT_EQ(Run({"-if", root_.filePath("settings.dat"), "-dy", "40000"}), 2);
+  EXPECT_TRUE(errors_.contains("Run-time error '6': Overflow")) << errors_.toStdString();
+}
+
+}  // namespace
+}  // namespace morvex::test

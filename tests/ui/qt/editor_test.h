@@ -1,0 +1,143 @@
+// The list editor on the screen, and what a user does in it.
+#pragma once
+
+#include <QFileDialog>
+#include <QScrollBar>
+#include <functional>
+#include <string>
+#include <utility>
+
+#include "core/list/editor_window.h"
+#include "tests/ui/qt/desktop_test.h"
+#include "ui/qt/byte_line_edit.h"
+
+namespace morvex::test {
+
+class EditorTest : public DesktopTest {
+ protected:
+  // Starts the program and opens the editor.
+  EditorWindowWidget& Open() {
+    Start();
+    return OpenAgain();
+  }
+  EditorWindowWidget& OpenAgain() {
+    imList_Click(program_);
+    Settle();
+    Activate();
+    return Editor();
+  }
+  // What a window manager does with a window that comes, or comes back, to the front.
+  void Activate() {
+    QApplication::setActiveWindow(&Editor());
+    Settle();
+  }
+
+  EditorWindowWidget& Editor() { return desktop_->editor_window(); }
+  ByteLineEdit& Left(int row) { return Cell("txtLinks_", row); }
+  ByteLineEdit& Right(int row) { return Cell("txtRechts_", row); }
+  bool HasRow(int row) {
+    const QString number = QString::number(row);
+    auto* const left = Editor().findChild<ByteLineEdit*>("txtLinks_" + number);
+    auto* const right = Editor().findChild<ByteLineEdit*>("txtRechts_" + number);
+    return left != nullptr && left->isVisible() && right != nullptr && right->isVisible();
+  }
+  QPushButton& Command(const char* name) { return Find<QPushButton>(Editor(), name); }
+  QScrollBar& Bar() { return Find<QScrollBar>(Editor(), "VScroll1"); }
+
+  // Gives the widget the focus and presses the key.
+  void Press(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    widget.setFocus();
+    QTest::keyClick(&widget, key, modifiers);
+    Settle();
+  }
+  // Presses the key wherever the focus is.
+  void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    ASSERT_NE(QApplication::focusWidget(), nullptr);
+    Press(*QApplication::focusWidget(), key, modifiers);
+  }
+  void Type(QWidget& widget, const char* text) {
+    widget.setFocus();
+    QTest::keyClicks(&widget, text);
+    Settle();
+  }
+  // Enter in the last row until there are `count` rows; then everything is settled.
+  void MakeRows(int count) {
+    while (grid_.LastRow + 1 < count) Press(Left(static_cast<int>(grid_.LastRow)), Qt::Key_Return);
+  }
+  // Types the rows from row 0 on, with Enter between them.
+  void TypeRows(const Rows& rows) {
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      const int row = static_cast<int>(i);
+      if (i > 0) Press(Left(row - 1), Qt::Key_Return);
+      Type(Left(row), rows[i].first.c_str());
+      Type(Right(row), rows[i].second.c_str());
+    }
+  }
+  Rows GridRows() const {
+    Rows rows;
+    for (const GridRow& row : grid_.rows) rows.emplace_back(row.txtLinks.text, row.txtRechts.text);
+    return rows;
+  }
+  // What the rows in view show, from the top.
+  Rows ShownRows() {
+    Rows rows;
+    for (int row = 0; row <= grid_.LastRow; ++row) {
+      if (HasRow(row)) rows.emplace_back(Left(row).bytes(), Right(row).bytes());
+    }
+    return rows;
+  }
+  // Numbers of the rows in view, as in "0 1 2".
+  std::string RowsInView() {
+    std::string rows;
+    for (int row = 0; row <= grid_.LastRow + 1; ++row) {
+      if (HasRow(row)) rows += (rows.empty() ? "" : " ") + std::to_string(row);
+    }
+    return rows;
+  }
+  // Name of what has the keyboard.
+  static std::string Focus() {
+    const QWidget* const widget = QApplication::focusWidget();
+    return widget == nullptr ? "nothing" : widget->objectName().toStdString();
+  }
+  // Three rows a notch; positive moves towards the list's end.
+  void Wheel(QWidget& over, int notches) {
+    const QPointF middle = over.rect().center();
+    QWheelEvent event(middle, over.mapToGlobal(middle), {}, {0, -120 * notches}, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QSpontaneKeyEvent::setSpontaneous(&event);  // as from a mouse
+    qApp->notify(&over, &event);
+    Settle();
+  }
+  // Calls `act` with the file dialog that comes up while something else is done.
+  void OnFileDialog(std::function<void(QFileDialog&)> act) {
+    QTimer::singleShot(0, &program_context_, [this, act = std::move(act)]() mutable {
+      auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) {
+        OnFileDialog(std::move(act));
+        return;
+      }
+      act(*dialog);
+    });
+  }
+  // Chooses a path in the file dialog that comes up.
+  void Choose(const std::string& path) {
+    OnFileDialog([path](QFileDialog& dialog) {
+      auto* const name = dialog.findChild<QLineEdit*>("fileNameEdit");
+      ASSERT_NE(name, nullptr);
+      name->setText(QString::fromStdString(path));
+      QMetaObject::invokeMethod(&dialog, "accept");
+    });
+  }
+  void CancelDialog() {
+    OnFileDialog([](QFileDialog& dialog) { dialog.reject(); });
+  }
+
+  ReplacementsWindow& grid_ = program_.frmReplacements;
+
+ private:
+  ByteLineEdit& Cell(const char* column, int row) {
+    return Find<ByteLineEdit>(Editor(), (column + std::to_string(row)).c_str());
+  }
+};
+
+}  // namespace morvex::test

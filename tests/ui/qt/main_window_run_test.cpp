@@ -1,0 +1,329 @@
+// Arming and running from the main window: what is seen before, while and after a run works.
+#include <QSignalSpy>
+
+#include "core/run/main_window_events.h"
+#include "tests/ui/qt/main_window_test.h"
+#include "ui/qt/elided_label.h"
+
+namespace morvex::test {
+namespace {
+
+class MainWindowRunTest : public MainWindowTest {};
+
+TEST_F(MainWindowRunTest, OkArmsTheRunAndSavesTheSettings) {
+  Start();
+  window().activateWindow();
+  QTest::keyClicks(&source(), "/s");
+  QTest::keyClicks(&target(), "/t");
+  Click(ok());
+  EXPECT_EQ(Caption(go()), "GO !");
+  EXPECT_TRUE(go().isEnabled());
+  EXPECT_FALSE(ok().isEnabled());
+  EXPECT_FALSE(source().isEnabled());
+  EXPECT_FALSE(target().isEnabled());
+  EXPECT_TRUE(files_.Bytes("/program/Init.dat").starts_with("/s\r\n/t\r\n"));
+}
+
+TEST_F(MainWindowRunTest, TheFocusPassesFromOkToGoWhichStandsOut) {
+  StartWith("/s", "/t");
+  window().activateWindow();
+  ok().setFocus();
+  QTest::keyClick(&ok(), Qt::Key_Return);
+  Settle();
+  EXPECT_TRUE(go().hasFocus());
+  EXPECT_TRUE(go().isDefault());
+}
+
+TEST_F(MainWindowRunTest, AKeyThatIsHeldDownOnOkDoesNotGoOnToGo) {
+  StartWith("/s", "/t");
+  window().activateWindow();
+  ok().setFocus();
+  QTest::keyClick(&ok(), Qt::Key_Return);
+  Settle();
+  QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+  QApplication::sendEvent(QApplication::focusWidget(), &repeated);
+  Settle();
+  EXPECT_FALSE(program_.run.RunStarted);
+}
+
+TEST_F(MainWindowRunTest, AFolderRunShowsItsResultAndTheWindowIsIdleAgain) {
+  StartWith("/s", "/t");
+  Click(ok());
+  ClickGo();
+  EXPECT_EQ(files_.Bytes("/t/one.txt"), "bcb");
+  EXPECT_EQ(files_.Bytes("/t/sub/two.txt"), "bcb");
+  EXPECT_EQ(files_.Bytes("/t/plain.bin"), "aca");
+  EXPECT_EQ(Text("lblPercentage"), "Hits: 4\nDone !");
+  EXPECT_EQ(Text("lblTijd"), "0 min 0 sec");
+  EXPECT_FALSE(go().isEnabled());
+  EXPECT_TRUE(ok().isEnabled());
+  EXPECT_TRUE(exit().isEnabled());
+  EXPECT_TRUE(source().isEnabled());
+  EXPECT_TRUE(target().isEnabled());
+  EXPECT_FALSE(Get<QWidget>("ProgressBar1").isVisible());
+  EXPECT_EQ(window().cursor().shape(), Qt::ArrowCursor);
+  EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+}
+
+TEST_F(MainWindowRunTest, ASingleFileRunLeavesTheWindowArmed) {
+  StartWith("/s/one.txt", "/t/copy.txt");
+  Click(ok());
+  ClickGo();
+  EXPECT_EQ(files_.Bytes("/t/copy.txt"), "bcb");
+  EXPECT_EQ(Text("lblPercentage"), "Hits: 2\nDone !");
+  EXPECT_EQ(Text("lblTotalFiles"), "Scanned: 1 ");
+  EXPECT_EQ(Caption(go()), "GO !");
+  EXPECT_TRUE(go().isEnabled());
+  EXPECT_FALSE(ok().isEnabled());
+  EXPECT_FALSE(source().isEnabled());
+}
+
+TEST_F(MainWindowRunTest, AMissingSourceIsToldWithItsPathAndMarkedRed) {
+  StartWith("/nowhere", "/t");
+  window().activateWindow();
+  Click(ok());
+  QString text;
+  QMessageBox::StandardButtons buttons;
+  bool red = false;
+  OnMessage([&](QMessageBox& box) {
+    text = box.text();
+    buttons = box.standardButtons();
+    desktop_->Refresh();
+    red = IsRed(source());
+    box.button(QMessageBox::Ok)->click();
+  });
+  ClickGo();
+  EXPECT_EQ(text, "/nowhere\nSource folder doesn't exist.");
+  EXPECT_EQ(buttons, QMessageBox::Ok);
+  EXPECT_TRUE(red);
+  EXPECT_TRUE(IsRed(source()));
+  EXPECT_EQ(window().focusWidget(), &source());
+  EXPECT_EQ(Caption(go()), ">----------->");
+  EXPECT_TRUE(ok().isEnabled());
+  EXPECT_TRUE(source().isEnabled());
+  EXPECT_TRUE(target().isEnabled());
+  EXPECT_EQ(window().cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(MainWindowRunTest, TheNextGoShowsTheSourceInBlackAgain) {
+  StartWith("/nowhere", "/t");
+  Click(ok());
+  OnMessage([](QMessageBox& box) { box.accept(); });
+  ClickGo();
+  ASSERT_TRUE(IsRed(source()));
+  source().selectAll();
+  QTest::keyClicks(&source(), "/s");
+  Settle();
+  Click(ok());
+  ClickGo();
+  EXPECT_FALSE(IsRed(source()));
+  EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+}
+
+TEST_F(MainWindowRunTest, AMissingTargetIsMadeWhenTheUserSaysYes) {
+  StartWith("/s", "/new/target");
+  Click(ok());
+  QString text;
+  QMessageBox::StandardButtons buttons;
+  bool red = false;
+  OnMessage([&](QMessageBox& box) {
+    text = box.text();
+    buttons = box.standardButtons();
+    desktop_->Refresh();
+    red = IsRed(target());
+    box.button(QMessageBox::Yes)->click();
+  });
+  ClickGo();
+  EXPECT_EQ(text, "Target folder doesn't exist. Create?");
+  EXPECT_EQ(buttons, QMessageBox::Yes | QMessageBox::No);
+  EXPECT_TRUE(red);
+  EXPECT_FALSE(IsRed(target()));
+  EXPECT_EQ(files_.Bytes("/new/target/sub/two.txt"), "bcb");
+}
+
+TEST_F(MainWindowRunTest, AMissingTargetThatIsRefusedGetsTheFocus) {
+  StartWith("/s", "/new");
+  window().activateWindow();
+  Click(ok());
+  OnMessage([&](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  ClickGo();
+  EXPECT_EQ(window().focusWidget(), &target());
+  EXPECT_FALSE(IsRed(target()));
+  EXPECT_TRUE(source().isEnabled());
+  EXPECT_TRUE(target().isEnabled());
+  EXPECT_TRUE(exit().isEnabled());
+  EXPECT_EQ(Caption(go()), "GO !");
+  EXPECT_FALSE(files_.Has("/new"));
+  EXPECT_EQ(window().cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(MainWindowRunTest, TypingAfterARefusedTargetDisablesGo) {
+  StartWith("/s", "/new");
+  Click(ok());
+  OnMessage([&](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  ClickGo();
+  ASSERT_TRUE(go().isEnabled());
+  QTest::keyClicks(&target(), "er");
+  Settle();
+  EXPECT_FALSE(go().isEnabled());
+  EXPECT_EQ(Caption(go()), ">------------>>>>");
+}
+
+TEST_F(MainWindowRunTest, ATargetThatCannotBeMadeIsToldWithItsPath) {
+  StartWith("/s", "/new");
+  files_.fail = [](const std::string& call, const std::string&) {
+    return call == "CreateFolder" ? ErrorNumber::kPermissionDenied : ErrorNumber::kNone;
+  };
+  Click(ok());
+  QString text;
+  OnMessage([&](QMessageBox& question) {
+    OnMessage([&](QMessageBox& box) {
+      text = box.text();
+      box.accept();
+    });
+    question.button(QMessageBox::Yes)->click();
+  });
+  ClickGo();
+  EXPECT_EQ(text, "/new\nCan't create target folder.");
+  EXPECT_TRUE(IsRed(target()));
+  EXPECT_FALSE(go().isEnabled());
+  EXPECT_TRUE(ok().isEnabled());
+}
+
+TEST_F(MainWindowRunTest, WhileARunWorksItsProgressIsShownAndTheCommandsRest) {
+  StartWith("/s", "/t");
+  Click(ok());
+  bool seen = false;
+  InRun([&] {
+    seen = true;
+    EXPECT_TRUE(Get<QWidget>("ProgressBar1").isVisible());
+    EXPECT_EQ(window().cursor().shape(), Qt::WaitCursor);
+    EXPECT_FALSE(go().isEnabled());
+    EXPECT_FALSE(ok().isEnabled());
+    EXPECT_FALSE(source().isEnabled());
+    EXPECT_TRUE(exit().isEnabled());
+    EXPECT_NE(Get<ElidedLabel>("lblFiles").text(), "");
+  });
+  ClickGo();
+  EXPECT_TRUE(seen);
+}
+
+TEST_F(MainWindowRunTest, WhileARunWorksThePicturesAndGoDoNothing) {
+  StartWith("/s/one.txt", "/t/copy.txt");  // which leaves Go enabled all the time
+  files_.AddFile("/s/one.txt", std::string(200'000, 'a'));
+  Click(ok());
+  bool seen = false;
+  system_.step = std::chrono::milliseconds(15);
+  std::function<void()> act = [&] {
+    if (!program_.run.working) return QTimer::singleShot(0, &program_context_, act);
+    seen = true;
+    QTest::mouseClick(&Get<QWidget>("imOpties"), Qt::LeftButton);
+    QTest::mouseClick(&Get<QWidget>("imList"), Qt::LeftButton);
+    QTest::mouseClick(&go(), Qt::LeftButton);
+    EXPECT_FALSE(program_.frmOpties.visible);
+    EXPECT_FALSE(program_.frmReplacements.visible);
+    EXPECT_TRUE(program_.frmMorvex.visible);
+  };
+  QTimer::singleShot(0, &program_context_, act);
+  ClickGo();
+  EXPECT_TRUE(seen);
+  EXPECT_EQ(program_.run.FilesDone, 1);
+  EXPECT_EQ(program_.run.HitsTotal, 200'000);
+}
+
+TEST_F(MainWindowRunTest, ExitDuringARunEndsItAndTheProgram) {
+  StartWith("/s", "/t");
+  Click(ok());
+  QSignalSpy ended(&*desktop_, &Desktop::Ended);
+  InRun([&] { QTest::mouseClick(&exit(), Qt::LeftButton); });
+  ClickGo();
+  EXPECT_EQ(program_.run.end, RunEnd::kStopped);
+  EXPECT_TRUE(HasEnded(program_));
+  EXPECT_FALSE(window().isVisible());
+  EXPECT_FALSE(files_.Has("/t/sub/two.txt"));
+  EXPECT_GE(ended.count(), 1);
+}
+
+TEST_F(MainWindowRunTest, ClosingTheWindowDuringARunEndsItAndTheProgram) {
+  StartWith("/s", "/t");
+  Click(ok());
+  InRun([&] { window().close(); });
+  ClickGo();
+  EXPECT_EQ(program_.run.end, RunEnd::kStopped);
+  EXPECT_TRUE(HasEnded(program_));
+  EXPECT_FALSE(window().isVisible());
+}
+
+TEST_F(MainWindowRunTest, AKeyTypedTwiceOnGoDoesNotReachExit) {
+  StartWith("/s", "/t");
+  window().activateWindow();
+  Click(ok());
+  go().setFocus();
+  QWidget* focus = nullptr;
+  InRun([&] { focus = QApplication::focusWidget(); });
+  QTest::keyClick(&go(), Qt::Key_Space);
+  Settle();
+  EXPECT_NE(focus, &exit());
+  EXPECT_FALSE(program_.Beeindigd);
+  EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+}
+
+TEST_F(MainWindowRunTest, AnUnattendedRunPressesTheButtonsAndEnds) {
+  files_.AddFile("/set.dat", "/s\r\n/t\r\n/list.txt\r\nlog=0\r\nsep=|\r\njok=*\r\n1.txt\r\n");
+  system_.command_line = "-if /set.dat";
+  desktop_.emplace(program_);
+  QSignalSpy ended(&*desktop_, &Desktop::Ended);
+  EXPECT_EQ(StartUp(program_), ErrorNumber::kNone);
+  Settle();
+  EXPECT_TRUE(HasEnded(program_));
+  EXPECT_EQ(ExitStatus(program_), 0);
+  EXPECT_EQ(files_.Bytes("/t/one.txt"), "bcb");
+  EXPECT_FALSE(window().isVisible());
+  EXPECT_GE(ended.count(), 1);
+}
+
+TEST_F(MainWindowRunTest, BeforeADelayedRunTheWindowShowsThatItWaits) {
+  files_.AddFile("/set.dat", "/s\r\n/t\r\n/list.txt\r\nlog=0\r\nsep=|\r\njok=*\r\n1.txt\r\n");
+  system_.command_line = "-if /set.dat -dy 100";
+  system_.step = std::chrono::milliseconds(20);
+  desktop_.emplace(program_);
+  QString waiting;
+  QTimer::singleShot(20, &program_context_, [&] {
+    desktop_->Refresh();
+    EXPECT_TRUE(window().isVisible());
+    waiting = Text("lblTotalFiles");
+  });
+  EXPECT_EQ(StartUp(program_), ErrorNumber::kNone);
+  EXPECT_EQ(waiting, "Momentje...");
+  EXPECT_EQ(ExitStatus(program_), 0);
+}
+
+TEST_F(MainWindowRunTest, ExitDuringTheDelayEndsTheProgramWithoutARun) {
+  files_.AddFile("/set.dat", "/s\r\n/t\r\n/list.txt\r\nlog=0\r\nsep=|\r\njok=*\r\n1.txt\r\n");
+  system_.command_line = "-if /set.dat -dy 30000";
+  desktop_.emplace(program_);
+  QTimer::singleShot(20, &program_context_, [&] {
+    desktop_->Refresh();
+    QTest::mouseClick(&exit(), Qt::LeftButton);
+  });
+  EXPECT_EQ(StartUp(program_), ErrorNumber::kNone);
+  Settle();
+  EXPECT_TRUE(HasEnded(program_));
+  EXPECT_EQ(ExitStatus(program_), 1);
+  EXPECT_FALSE(files_.Has("/t/one.txt"));
+}
+
+TEST_F(MainWindowRunTest, AMissingSettingsFileEndsTheProgramBeforeAWindowIsShown) {
+  system_.command_line = "-if /nowhere.dat";
+  desktop_.emplace(program_);
+  QSignalSpy ended(&*desktop_, &Desktop::Ended);
+  EXPECT_EQ(StartUp(program_), ErrorNumber::kNone);
+  Settle();
+  EXPECT_TRUE(HasEnded(program_));
+  EXPECT_EQ(ExitStatus(program_), 1);
+  EXPECT_FALSE(window().isVisible());
+  EXPECT_GE(ended.count(), 1);
+}
+
+}  // namespace
+}  // namespace morvex::test

@@ -1,0 +1,70 @@
+// The main window of a program with a source folder, a target folder and a list.
+#pragma once
+
+#include <QLineEdit>
+#include <QMimeData>
+#include <QProgressBar>
+#include <string>
+
+#include "tests/ui/qt/desktop_test.h"
+#include "ui/qt/path_box.h"
+#include "ui/qt/picture_button.h"
+
+namespace morvex::test {
+
+class MainWindowTest : public DesktopTest {
+ protected:
+  MainWindowTest() {
+    files_.AddFolder("/s/sub");
+    files_.AddFolder("/t");
+    files_.AddFile("/s/one.txt", "aca");
+    files_.AddFile("/s/sub/two.txt", "aca");
+    files_.AddFile("/s/plain.bin", "aca");
+    files_.AddFile("/list.txt", "a|b||\r\n");
+  }
+
+  // With a settings file: these paths, the list, ".txt" selected.
+  void StartWith(const std::string& source, const std::string& target) {
+    files_.AddFile(
+        "/program/Init.dat",
+        source + "\r\n" + target + "\r\n/list.txt\r\nlog=0\r\nsep=|\r\njok=*\r\n1.txt\r\n");
+    Start();
+  }
+
+  MainWindowWidget& window() { return desktop_->main_window(); }
+  template <class Widget>
+  Widget& Get(const char* name) {
+    return Find<Widget>(window(), name);
+  }
+  PathBox& source() { return Get<PathBox>("Text1_0"); }
+  PathBox& target() { return Get<PathBox>("Text1_2"); }
+  QPushButton& ok() { return Get<QPushButton>("cmdAnonymize"); }
+  QPushButton& go() { return Get<QPushButton>("cmdGo"); }
+  QPushButton& exit() { return Get<QPushButton>("cmdExit"); }
+  // A button's caption as it is read, without the mark of its mnemonic.
+  static QString Caption(const QPushButton& button) { return button.text().remove('&'); }
+  QString Text(const char* label) { return Get<QLabel>(label).text().remove('&'); }
+
+  // The text's colour is the red of a path that is wrong.
+  static bool IsRed(const QWidget& box) {
+    const QColor colour = box.palette().color(QPalette::Active, QPalette::Text);
+    return colour.red() > 2 * colour.green() && colour.red() > 2 * colour.blue();
+  }
+
+  // Calls `act` once in the middle of the next run, as an event of its own.
+  void InRun(std::function<void()> act) {
+    system_.step = std::chrono::milliseconds(15);
+    QTimer::singleShot(0, &program_context_, [this, act = std::move(act)]() mutable {
+      if (program_.run.working && program_.run.FilesDone > 0) {
+        desktop_->Refresh();
+        act();
+      } else {
+        InRun(std::move(act));
+      }
+    });
+  }
+
+  void ClickGo() { Click(go()); }
+};
+
+}  // namespace morvex::test

@@ -1,0 +1,84 @@
+// The options window, opened as its picture opens it.
+#pragma once
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QToolButton>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/settings/options.h"
+#include "tests/ui/qt/desktop_test.h"
+#include "ui/qt/picture_button.h"
+
+namespace morvex::test {
+
+class OptionsTest : public DesktopTest {
+ protected:
+  // Starts the program, gives the list these entries and opens the window.
+  void Open(std::vector<ListEntry> entries = {}) {
+    Start();
+    state().lstExtensie.entries = std::move(entries);
+    Reopen();
+  }
+  void Reopen() {
+    imOpties_Click(program_);
+    Settle();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+    Settle();
+  }
+
+  OptionsWindow& state() { return program_.frmOpties; }
+  OptionsWindowWidget& window() { return desktop_->options_window(); }
+  QLineEdit& Line(const char* name) { return Find<QLineEdit>(window(), name); }
+  QLineEdit& entry() { return Line("txtExtensie"); }
+  QListWidget& list() { return Find<QListWidget>(window(), "lstExtensie"); }
+  QToolButton& list_button() { return Find<QToolButton>(window(), "cmdListExtensie_Down"); }
+  QCheckBox& logging() { return Find<QCheckBox>(window(), "chkLoggen"); }
+  QPushButton& apply() { return Find<QPushButton>(window(), "cmdToepassen"); }
+  // A label's text as it is read.
+  QString Caption(const char* name) { return Find<QLabel>(window(), name).text().remove('&'); }
+
+  void Key(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(&widget, key, modifiers);
+    Settle();
+  }
+  // Replaces what stands in a field.
+  void Fill(QLineEdit& line, const char* text) {
+    line.selectAll();
+    if (*text == '\0') QTest::keyClick(&line, Qt::Key_Delete);
+    QTest::keyClicks(&line, text);
+    Settle();
+  }
+  void AddExtension(const char* typed) {
+    Fill(entry(), typed);
+    Key(entry(), Qt::Key_Return, Qt::ControlModifier);
+  }
+  void OpenList() { Click(list_button()); }
+  void ClickRow(int row) {
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, Qt::NoModifier,
+                      list().visualItemRect(list().item(row)).center());
+    Settle();
+  }
+  // What the list shows, with the marks that it shows.
+  std::vector<ListEntry> ShownEntries() {
+    std::vector<ListEntry> entries;
+    for (int row = 0; row < list().count(); ++row) {
+      entries.push_back({list().item(row)->text().toStdString(), list().item(row)->isSelected()});
+    }
+    return entries;
+  }
+  static std::vector<ListEntry> Numbered(int count) {
+    std::vector<ListEntry> entries;
+    for (int i = 0; i < count; ++i) entries.push_back({".e" + std::to_string(i), i < 3});
+    return entries;
+  }
+};
+
+inline void PrintTo(const ListEntry& entry, std::ostream* out) {
+  *out << entry.text << (entry.selected ? " (selected)" : "");
+}
+
+}  // namespace morvex::test

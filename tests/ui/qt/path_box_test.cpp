@@ -1,0 +1,100 @@
+// What can be dropped on the path boxes.
+#include "ui/qt/path_box.h"
+
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QUrl>
+
+#include "tests/ui/qt/main_window_test.h"
+
+namespace morvex::test {
+namespace {
+
+class PathBoxTest : public MainWindowTest {
+ protected:
+  PathBoxTest() {
+    files_.AddFile("/s/caf\xE9.txt", "x");
+    files_.AddFile("/s/two\nlines.txt", "x");
+  }
+
+  // Whether the box takes what is dragged over it.
+  bool Drop(PathBox& box, const QMimeData& dragged) {
+    const QPoint place = box.rect().center();
+    const Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
+    QDragEnterEvent enter(place, actions, &dragged, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&box, &enter);
+    QDragMoveEvent move(place, actions, &dragged, Qt::LeftButton, Qt::NoModifier);
+    move.ignore();
+    QApplication::sendEvent(&box, &move);
+    EXPECT_EQ(enter.isAccepted(), move.isAccepted());
+    QDropEvent drop(place, actions, &dragged, Qt::LeftButton, Qt::NoModifier);
+    drop.ignore();
+    QApplication::sendEvent(&box, &drop);
+    EXPECT_EQ(enter.isAccepted(), drop.isAccepted());
+    if (drop.isAccepted()) {
+      EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
+    }
+    Settle();
+    return enter.isAccepted();
+  }
+  bool Drop(PathBox& box, const QList<QUrl>& addresses) {
+    QMimeData dragged;
+    dragged.setUrls(addresses);
+    return Drop(box, dragged);
+  }
+  const std::string& SourceText() { return program_.frmMorvex.Text1(kSourceBox).text.get(); }
+  const std::string& TargetText() { return program_.frmMorvex.Text1(kTargetBox).text.get(); }
+};
+
+TEST_F(PathBoxTest, TheSourceTakesAFileAndAFolder) {
+  Start();
+  EXPECT_TRUE(Drop(source(), {QUrl("file:///s/one.txt")}));
+  EXPECT_EQ(SourceText(), "/s/one.txt");
+  EXPECT_EQ(source().text(), "/s/one.txt");
+  EXPECT_TRUE(Drop(source(), {QUrl("file:///s")}));
+  EXPECT_EQ(SourceText(), "/s");
+  EXPECT_EQ(Caption(go()), ">------------>>>>");
+}
+
+TEST_F(PathBoxTest, TheTargetTakesFoldersOnly) {
+  Start();
+  EXPECT_TRUE(Drop(target(), {QUrl("file:///t")}));
+  EXPECT_EQ(TargetText(), "/t");
+  EXPECT_FALSE(Drop(target(), {QUrl("file:///s/one.txt")}));
+  EXPECT_EQ(TargetText(), "/t");
+}
+
+TEST_F(PathBoxTest, WhatIsNoSingleFileOrFolderIsRefused) {
+  Start();
+  QMimeData text;
+  text.setText("/s");
+  EXPECT_FALSE(Drop(source(), text));
+  EXPECT_FALSE(Drop(source(), {QUrl("file:///nowhere")}));
+  EXPECT_FALSE(Drop(source(), {QUrl("http://localhost/s")}));
+  EXPECT_FALSE(Drop(source(), {QUrl("file:///s"), QUrl("file:///t")}));
+  EXPECT_FALSE(Drop(source(), QList<QUrl>()));
+  EXPECT_EQ(SourceText(), "");
+}
+
+TEST_F(PathBoxTest, ANameWithALineBreakIsRefused) {
+  Start();
+  EXPECT_FALSE(Drop(source(), {QUrl::fromEncoded("file:///s/two%0Alines.txt")}));
+  EXPECT_EQ(SourceText(), "");
+}
+
+TEST_F(PathBoxTest, TheBytesOfADroppedNameStayAsTheyAre) {
+  Start();
+  EXPECT_TRUE(Drop(source(), {QUrl::fromEncoded("file:///s/caf%E9.txt")}));
+  EXPECT_EQ(SourceText(), "/s/caf\xE9.txt");
+}
+
+TEST_F(PathBoxTest, TypedBytesGoByTheCodePage) {
+  Start();
+  QTest::keyClicks(&source(), "/s/caf");
+  QTest::sendKeyEvent(QTest::Click, &source(), Qt::Key_Eacute, QString(QChar(0xE9)),
+                      Qt::NoModifier);
+  EXPECT_EQ(SourceText(), "/s/caf\xE9");
+}
+
+}  // namespace
+}  // namespace morvex::test

@@ -1,0 +1,406 @@
+// Messages, file dialogs and waiting, with a person's clicks and keys.
+#include "ui/qt/qt_user.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <ctime>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <thread>
+
+namespace morvex::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+class QtUserTest : public testing::Test {
+ protected:
+  // Calls `act` with the message box, or file dialog, that comes up next.
+  template <class Dialog>
+  void On(std::function<void(Dialog&)> act) {
+    QTimer::singleShot(5, &context_, [this, act = std::move(act)]() mutable {
+      auto* const dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) {
+        On<Dialog>(std::move(act));
+        return;
+      }
+      act(*dialog);
+    });
+  }
+  void OnMessage(std::function<void(QMessageBox&)> act) { On<QMessageBox>(std::move(act)); }
+  void OnDialog(std::function<void(QFileDialog&)> act) { On<QFileDialog>(std::move(act)); }
+
+  static void Press(QMessageBox& box, QMessageBox::StandardButton button) {
+    QTest::mouseClick(box.button(button), Qt::LeftButton);
+  }
+  // What shows a message with these buttons answers when `act` is done to it.
+  Answer AnswerTo(MessageButtons buttons, std::function<void(QMessageBox&)> act) {
+    OnMessage(std::move(act));
+    return user_.ShowMessage("text", buttons, MessageIcon::kNone);
+  }
+
+  // A name in the dialog's field, and its button.
+  static void Enter(QFileDialog& dialog, const QString& name) {
+    auto* const field = dialog.findChild<QLineEdit*>("fileNameEdit");
+    ASSERT_NE(field, nullptr);
+    field->setText(name);
+    QMetaObject::invokeMethod(&dialog, "accept");
+  }
+
+  std::string Folder() const { return folder_.path().toStdString(); }
+  std::string MakeFile(const std::string& name) {
+    const std::string path = Folder() + "/" + name;
+    std::ofstream(path) << "content";
+    return path;
+  }
+  FileDialog ListDialog(const std::string& name = "") const {
+    return {"txt", "Text (*.txt)|*.txt", Folder(), name};
+  }
+
+  QtUser user_{TextCodec::kUtf8};
+  QObject context_;
+  QTemporaryDir folder_;
+};
+
+using MessageBoxTest = QtUserTest;
+using FileDialogTest = QtUserTest;
+using WaitingTest = QtUserTest;
+
+TEST_F(MessageBoxTest, HasTheProgramsTitleTheTextsLinesAndNoIcon) {
+  OnMessage([](QMessageBox& box) {
+    EXPECT_EQ(box.windowTitle(), "Morvex");
+    EXPECT_EQ(box.text(), "first \n\nthird");
+    EXPECT_EQ(box.icon(), QMessageBox::NoIcon);
+    EXPECT_TRUE(box.isModal());
+    Press(box, QMessageBox::Ok);
+  });
+  user_.ShowMessage("first \r\n\r\nthird", MessageButtons::kOk, MessageIcon::kNone);
+}
+
+TEST_F(MessageBoxTest, AnInformationHasItsIcon) {
+  OnMessage([](QMessageBox& box) {
+    EXPECT_EQ(box.icon(), QMessageBox::Information);
+    Press(box, QMessageBox::Ok);
+  });
+  user_.ShowMessage("text", MessageButtons::kOk, MessageIcon::kInformation);
+}
+
+TEST_F(MessageBoxTest, TextIsNeverTakenForMarkup) {
+  OnMessage([](QMessageBox& box) {
+    EXPECT_EQ(box.text(), "<b>/folder</b>");
+    EXPECT_EQ(box.textFormat(), Qt::PlainText);
+    Press(box, QMessageBox::Ok);
+  });
+  user_.ShowMessage("<b>/folder</b>", MessageButtons::kOk, MessageIcon::kNone);
+}
+
+TEST_F(MessageBoxTest, TextIsShownInTheCodePage) {
+  OnMessage([](QMessageBox& box) {
+    EXPECT_EQ(box.text(), QString::fromUtf8("Zoë"));
+    Press(box, QMessageBox::Ok);
+  });
+  user_.ShowMessage("Zo\xC3\xAB", MessageButtons::kOk, MessageIcon::kNone);
+}
+
+TEST_F(MessageBoxTest, OkAloneAnswersOkWhateverIsDone) {
+  const auto has_one_button = [](QMessageBox& box) {
+    EXPECT_EQ(box.standardButtons(), QMessageBox::Ok);
+  };
+  EXPECT_EQ(AnswerTo(MessageButtons::kOk,
+                     [&](QMessageBox& box) {
+                       has_one_button(box);
+                       Press(box, QMessageBox::Ok);
+                     }),
+            Answer::kOk);
+  const auto escape = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); };
+  EXPECT_EQ(AnswerTo(MessageButtons::kOk, escape), Answer::kOk);
+  EXPECT_EQ(AnswerTo(MessageButtons::kOk, [](QMessageBox& box) { box.close(); }), Answer::kOk);
+}
+
+TEST_F(MessageBoxTest, OkAndCancelAnswerThemselves) {
+  const auto ok = [](QMessageBox& box) {
+    EXPECT_EQ(box.standardButtons(), QMessageBox::Ok | QMessageBox::Cancel);
+    Press(box, QMessageBox::Ok);
+  };
+  EXPECT_EQ(AnswerTo(MessageButtons::kOkCancel, ok), Answer::kOk);
+  const auto cancel = [](QMessageBox& box) { Press(box, QMessageBox::Cancel); };
+  EXPECT_EQ(AnswerTo(MessageButtons::kOkCancel, cancel), Answer::kCancel);
+}
+
+TEST_F(MessageBoxTest, EscapeAndTheCloseBoxMeanCancel) {
+  const auto escape = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); };
+  EXPECT_EQ(AnswerTo(MessageButtons::kOkCancel, escape), Answer::kCancel);
+  EXPECT_EQ(AnswerTo(MessageButtons::kOkCancel, [](QMessageBox& box) { box.close(); }),
+            Answer::kCancel);
+}
+
+TEST_F(MessageBoxTest, YesAndNoAnswerThemselves) {
+  const auto yes = [](QMessageBox& box) {
+    EXPECT_EQ(box.standardButtons(), QMessageBox::Yes | QMessageBox::No);
+    Press(box, QMessageBox::Yes);
+  };
+  EXPECT_EQ(AnswerTo(MessageButtons::kYesNo, yes), Answer::kYes);
+  const auto no = [](QMessageBox& box) { Press(box, QMessageBox::No); };
+  EXPECT_EQ(AnswerTo(MessageButtons::kYesNo, no), Answer::kNo);
+}
+
+TEST_F(MessageBoxTest, EscapeAndTheCloseBoxMeanNo) {
+  const auto escape = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); };
+  EXPECT_EQ(AnswerTo(MessageButtons::kYesNo, escape), Answer::kNo);
+  EXPECT_EQ(AnswerTo(MessageButtons::kYesNo, [](QMessageBox& box) { box.close(); }), Answer::kNo);
+}
+
+TEST_F(MessageBoxTest, EnterPressesTheFirstButton) {
+  const auto enter = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); };
+  EXPECT_EQ(AnswerTo(MessageButtons::kOk, enter), Answer::kOk);
+  EXPECT_EQ(AnswerTo(MessageButtons::kYesNo, enter), Answer::kYes);
+}
+
+TEST_F(MessageBoxTest, WhenTheProgramEndsMeanwhileNothingIsAgreedTo) {
+  for (const auto& [buttons, refusal] : {std::pair(MessageButtons::kOk, Answer::kOk),
+                                         std::pair(MessageButtons::kOkCancel, Answer::kCancel),
+                                         std::pair(MessageButtons::kYesNo, Answer::kNo)}) {
+    std::optional<Answer> answer;
+    QTimer::singleShot(0, &context_, [&, asked = buttons] {
+      OnMessage([](QMessageBox&) { QApplication::exit(); });
+      answer = user_.ShowMessage("text", asked, MessageIcon::kNone);
+    });
+    QApplication::exec();
+    EXPECT_EQ(answer, refusal);
+  }
+}
+
+TEST_F(MessageBoxTest, AMessageOfAnEndingProgramDoesNotHoldItUp) {
+  std::optional<Answer> answer;
+  QTimer::singleShot(0, &context_, [&] {
+    QApplication::exit();
+    answer = user_.ShowMessage("text", MessageButtons::kYesNo, MessageIcon::kNone);
+  });
+  QApplication::exec();
+  EXPECT_EQ(answer, Answer::kNo);
+}
+
+TEST_F(MessageBoxTest, StandsInFrontOfTheWindowThatIsShown) {
+  QWidget window;
+  window.show();
+  OnMessage([&](QMessageBox& box) {
+    EXPECT_EQ(box.parentWidget(), &window);
+    Press(box, QMessageBox::Ok);
+  });
+  user_.ShowMessage("text", MessageButtons::kOk, MessageIcon::kNone);
+}
+
+TEST_F(MessageBoxTest, AMessageUponAMessageStandsInFrontOfIt) {
+  OnMessage([&](QMessageBox& lower) {
+    OnMessage([&](QMessageBox& upper) {
+      EXPECT_EQ(upper.parentWidget(), &lower);
+      Press(upper, QMessageBox::Ok);
+    });
+    user_.ShowMessage("upper", MessageButtons::kOk, MessageIcon::kNone);
+    Press(lower, QMessageBox::Ok);
+  });
+  user_.ShowMessage("lower", MessageButtons::kOk, MessageIcon::kNone);
+}
+
+TEST_F(FileDialogTest, OpenShowsTheFolderAndTextFilesAndGivesTheFile) {
+  const std::string path = MakeFile("list.txt");
+  MakeFile("other.csv");
+  OnDialog([&](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptOpen);
+    EXPECT_EQ(dialog.fileMode(), QFileDialog::ExistingFile);
+    EXPECT_EQ(dialog.nameFilters(), QStringList{"Text (*.txt)"});
+    EXPECT_EQ(dialog.defaultSuffix(), "txt");
+    EXPECT_EQ(dialog.directory().absolutePath().toStdString(), Folder());
+    Enter(dialog, "list.txt");
+  });
+  const FileChoice choice = user_.ChooseFileToOpen(ListDialog());
+  EXPECT_EQ(choice.error, 0);
+  EXPECT_EQ(choice.path, path);
+}
+
+TEST_F(FileDialogTest, OpenCancelledTellsSo) {
+  OnDialog([](QFileDialog& dialog) { dialog.reject(); });
+  const FileChoice choice = user_.ChooseFileToOpen(ListDialog());
+  EXPECT_EQ(choice.error, kDialogCancelled);
+  EXPECT_EQ(choice.path, "");
+}
+
+TEST_F(FileDialogTest, AFolderThatDoesNotExistIsPassedOver) {
+  FileDialog dialog = ListDialog();
+  dialog.initial_folder = Folder() + "/gone";
+  OnDialog([](QFileDialog& chooser) {
+    EXPECT_TRUE(chooser.directory().exists());
+    chooser.reject();
+  });
+  EXPECT_EQ(user_.ChooseFileToOpen(dialog).error, kDialogCancelled);
+}
+
+TEST_F(FileDialogTest, SaveComesUpWithThePresetFolderAndName) {
+  OnDialog([&](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
+    EXPECT_EQ(dialog.nameFilters(), QStringList{"Text (*.txt)"});
+    EXPECT_EQ(dialog.directory().absolutePath().toStdString(), Folder());
+    EXPECT_EQ(dialog.findChild<QLineEdit*>("fileNameEdit")->text(), "names.txt");
+    QMetaObject::invokeMethod(&dialog, "accept");
+  });
+  const FileChoice choice = user_.ChooseFileToSave(ListDialog("names.txt"));
+  EXPECT_EQ(choice.error, 0);
+  EXPECT_EQ(choice.path, Folder() + "/names.txt");
+}
+
+TEST_F(FileDialogTest, ANameWithoutAnExtensionGetsTheDefaultOne) {
+  OnDialog([&](QFileDialog& dialog) { Enter(dialog, "plain"); });
+  EXPECT_EQ(user_.ChooseFileToSave(ListDialog()).path, Folder() + "/plain.txt");
+  OnDialog([&](QFileDialog& dialog) { Enter(dialog, "other.lst"); });
+  EXPECT_EQ(user_.ChooseFileToSave(ListDialog()).path, Folder() + "/other.lst");
+}
+
+TEST_F(FileDialogTest, SavingOverAFileIsNotAskedAboutHere) {
+  const std::string path = MakeFile("old.txt");
+  OnDialog([&](QFileDialog& dialog) { Enter(dialog, "old.txt"); });
+  EXPECT_EQ(user_.ChooseFileToSave(ListDialog()).path, path);
+}
+
+TEST_F(FileDialogTest, SaveCancelledTellsSo) {
+  OnDialog([](QFileDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+  EXPECT_EQ(user_.ChooseFileToSave(ListDialog("names.txt")).error, kDialogCancelled);
+}
+
+TEST_F(FileDialogTest, APathHasTheBytesOfTheFileWhateverTheTextsCodePage) {
+  const std::string path = MakeFile("Zo\xC3\xAB \xE6\x97\xA5.txt");
+  for (const TextCodec codec : {TextCodec::kUtf8, TextCodec::kSingleByte}) {
+    QtUser user(codec);
+    OnDialog([&](QFileDialog& dialog) { Enter(dialog, QString::fromUtf8("Zoë 日.txt")); });
+    EXPECT_EQ(user.ChooseFileToOpen(ListDialog()).path, path);
+    OnDialog([&](QFileDialog& dialog) { QMetaObject::invokeMethod(&dialog, "accept"); });
+    EXPECT_EQ(user.ChooseFileToSave(ListDialog("Zo\xC3\xAB \xE6\x97\xA5.txt")).path, path);
+  }
+}
+
+TEST_F(FileDialogTest, APathThatCannotBeSpelledIsToldAndAskedForAgain) {
+  for (const QChar character : {QChar(0xD800), QChar(QChar::ReplacementCharacter)}) {
+    OnDialog([&](QFileDialog& dialog) {
+      OnMessage([&](QMessageBox& box) {
+        EXPECT_EQ(box.windowTitle(), "Morvex");
+        EXPECT_TRUE(box.text().contains("cannot be used")) << box.text().toStdString();
+        EXPECT_TRUE(box.informativeText().contains(character));
+        OnDialog([&](QFileDialog& again) { Enter(again, "good.txt"); });
+        Press(box, QMessageBox::Ok);
+      });
+      Enter(dialog, QString("bad") + character + ".txt");
+    });
+    const FileChoice choice = user_.ChooseFileToSave(ListDialog());
+    EXPECT_EQ(choice.error, 0);
+    EXPECT_EQ(choice.path, Folder() + "/good.txt");
+  }
+}
+
+TEST_F(FileDialogTest, AFileWhoseNameHoldsTheReplacementCharacterItselfCanBeChosen) {
+  const std::string path = MakeFile("odd\xEF\xBF\xBD.txt");
+  OnDialog([&](QFileDialog& dialog) { Enter(dialog, QString("odd") + QChar(0xFFFD) + ".txt"); });
+  EXPECT_EQ(user_.ChooseFileToOpen(ListDialog()).path, path);
+}
+
+TEST_F(FileDialogTest, AFilterWithoutItsPatternsInTheNameGetsThem) {
+  FileDialog dialog = ListDialog();
+  dialog.filter = "Lists|*.txt;*.lst";
+  OnDialog([](QFileDialog& chooser) {
+    EXPECT_EQ(chooser.nameFilters(), QStringList{"Lists (*.txt *.lst)"});
+    chooser.reject();
+  });
+  EXPECT_EQ(user_.ChooseFileToOpen(dialog).error, kDialogCancelled);
+}
+
+TEST_F(FileDialogTest, TheProgramsEndMeanwhileIsACancel) {
+  int error = 0;
+  QTimer::singleShot(0, &context_, [&] {
+    OnDialog([](QFileDialog&) { QApplication::exit(); });
+    error = user_.ChooseFileToSave(ListDialog("names.txt")).error;
+  });
+  QApplication::exec();
+  EXPECT_EQ(error, kDialogCancelled);
+}
+
+TEST_F(WaitingTest, ReturnsAsSoonAsAnEventWasHandled) {
+  bool handled = false;
+  QTimer::singleShot(30, &context_, [&] { handled = true; });
+  QElapsedTimer timer;
+  timer.start();
+  while (!handled && timer.elapsed() < 20000) user_.WaitForEvents(60s);
+  EXPECT_TRUE(handled);
+  EXPECT_LT(timer.elapsed(), 20000);
+}
+
+TEST_F(WaitingTest, AnEventFromAnotherThreadEndsIt) {
+  bool handled = false;
+  std::thread other([&] {
+    std::this_thread::sleep_for(30ms);
+    QMetaObject::invokeMethod(
+        &context_, [&] { handled = true; }, Qt::QueuedConnection);
+  });
+  QElapsedTimer timer;
+  timer.start();
+  while (!handled && timer.elapsed() < 20000) user_.WaitForEvents(60s);
+  other.join();
+  EXPECT_TRUE(handled);
+  EXPECT_LT(timer.elapsed(), 20000);
+}
+
+TEST_F(WaitingTest, WithoutEventsItLastsAsLongAsAllowedAndNoLonger) {
+  QApplication::processEvents();
+  QElapsedTimer timer;
+  timer.start();
+  int waits = 0;
+  for (; timer.elapsed() < 300; ++waits) {
+    user_.WaitForEvents(300ms - std::chrono::milliseconds(timer.elapsed()));
+  }
+  EXPECT_LT(timer.elapsed(), 5000);
+  EXPECT_LT(waits, 50) << "it returned although nothing had happened";
+}
+
+TEST_F(WaitingTest, TakesNoProcessorTime) {
+  QApplication::processEvents();
+  QElapsedTimer timer;
+  timer.start();
+  const std::clock_t before = std::clock();
+  while (timer.elapsed() < 400) user_.WaitForEvents(100ms);
+  const double seconds = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+  EXPECT_LT(seconds, 0.1);
+}
+
+TEST_F(WaitingTest, NoTimeAtAllStillHandlesWhatIsPending) {
+  bool handled = false;
+  QMetaObject::invokeMethod(
+      &context_, [&] { handled = true; }, Qt::QueuedConnection);
+  QElapsedTimer timer;
+  timer.start();
+  user_.WaitForEvents(0ms);
+  user_.WaitForEvents(-5ms);
+  EXPECT_TRUE(handled);
+  EXPECT_LT(timer.elapsed(), 5000);
+}
+
+TEST_F(WaitingTest, PendingEventsAreHandledWithoutWaiting) {
+  bool handled = false;
+  QMetaObject::invokeMethod(
+      &context_, [&] { handled = true; }, Qt::QueuedConnection);
+  user_.HandlePendingEvents();
+  EXPECT_TRUE(handled);
+  QElapsedTimer timer;
+  timer.start();
+  user_.HandlePendingEvents();
+  EXPECT_LT(timer.elapsed(), 5000);
+}
+
+}  // namespace
+}  // namespace morvex::test

@@ -1,0 +1,49 @@
+// Between the core's bytes and the text that a person sees and types. Every byte has a shown form
+// and comes back from it as it was, so text that is only passed through is never changed.
+#pragma once
+
+#include <QString>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/host/system_service.h"
+
+namespace morvex {
+
+class CodePage {
+ public:
+  // kUtf8: bytes that are no UTF-8 are shown as the lone surrogates U+DC80 to U+DCFF.
+  // kSingleByte: the code page of the user's locale if its characters take one byte each, and bytes
+  // without a character are shown as the lone surrogates U+DC00 to U+DCFF; else Windows-1252, where
+  // they are shown as the control characters of their numbers. Not while another thread asks the C
+  // library for its locale.
+  explicit CodePage(TextCodec codec);
+
+  QString Shown(std::string_view bytes) const;
+  // Nothing when a character has no bytes.
+  std::optional<std::string> Bytes(const QString& shown) const;
+  // How many bytes the first `characters` UTF-16 units of a text take, and back: a position within
+  // a character counts as the one in front of it. A character without bytes takes none.
+  std::size_t BytesInFront(const QString& shown, qsizetype characters) const;
+  qsizetype CharactersInFront(const QString& shown, std::size_t bytes) const;
+
+ private:
+  struct Encoded {
+    std::array<char, 4> bytes{};
+    std::size_t size = 0;  // 0: the character has no bytes
+  };
+
+  Encoded Encode(const QString& shown, qsizetype& at) const;
+
+  bool is_utf8_;
+  // Of a single-byte code page: the character of each byte, and the byte of each character plus 1.
+  std::array<char16_t, 256> characters_{};
+  std::vector<std::uint16_t> bytes_;
+};
+
+}  // namespace morvex

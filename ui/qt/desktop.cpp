@@ -1,0 +1,73 @@
+#include "ui/qt/desktop.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <algorithm>
+
+#include "core/run/start_up.h"
+#include "ui/qt/help.h"
+
+namespace morvex {
+namespace {
+
+constexpr int kRefreshInterval = 17;  // milliseconds: just below sixty times a second
+
+}  // namespace
+
+Desktop::Desktop(Program& program)
+    : program_(program),
+      page_(program.host.system.Codec()),
+      main_window_(program, page_),
+      options_window_(program, page_),
+      editor_window_(program, page_),
+      windows_{&main_window_, &options_window_, &editor_window_} {
+  timer_.setSingleShot(true);
+  timer_.setTimerType(Qt::PreciseTimer);
+  connect(&timer_, &QTimer::timeout, this, &Desktop::Refresh);
+  since_refresh_.start();
+  QApplication::instance()->installEventFilter(this);
+  for (BoundWindow* window : windows_) {
+    window->state().changes.on_change = [this] { NoteChange(); };
+  }
+  NoteChange();
+}
+
+Desktop::~Desktop() {
+  for (BoundWindow* window : windows_) window->state().changes.on_change = nullptr;
+}
+
+void Desktop::NoteChange() {
+  // A run may begin and end before anything is shown.
+  was_loaded_ = was_loaded_ || program_.frmMorvex.loaded;
+  if (timer_.isActive()) return;
+  timer_.start(static_cast<int>(std::max<qint64>(0, kRefreshInterval - since_refresh_.elapsed())));
+}
+
+void Desktop::Refresh() {
+  since_refresh_.restart();
+  for (std::size_t i = 0; i < windows_.size(); ++i) {
+    const std::uint64_t revision = windows_[i]->state().changes.revision();
+    if (revision == shown_revisions_[i]) continue;
+    shown_revisions_[i] = revision;
+    windows_[i]->Show();
+    // Windows before their contents: what appears is never empty for a moment.
+    Window& state = windows_[i]->state();
+    windows_[i]->setVisible(state.loaded && state.visible);
+  }
+  if (was_loaded_ && HasEnded(program_)) emit Ended();
+}
+
+bool Desktop::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress && watched->isWidgetType()) {
+    const auto* const key = static_cast<const QKeyEvent*>(event);
+    const QWidget* const window = static_cast<const QWidget*>(watched)->window();
+    const bool is_ours = std::find(windows_.begin(), windows_.end(), window) != windows_.end();
+    if (is_ours && key->key() == Qt::Key_F1 && key->modifiers() == Qt::NoModifier) {
+      if (!key->isAutoRepeat()) ShowHelp(program_);
+      return true;
+    }
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+}  // namespace morvex

@@ -1,0 +1,277 @@
+#include "ui/qt/editor_window.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QRegularExpression>
+#include <QScopedValueRollback>
+#include <QWheelEvent>
+#include <algorithm>
+#include <limits>
+#include <optional>
+
+#include "core/list/editor_window.h"
+#include "core/list/grid.h"
+#include "core/windows/keys.h"
+#include "ui/qt/show_control.h"
+#include "ui/qt/tool_tip.h"
+
+namespace morvex {
+namespace {
+
+constexpr int kHeadingIndent = 5;   // pixels, so that heads and texts stand in one line
+constexpr int kRoomAroundText = 4;  // pixels above and below a cell's letters
+
+int ToInt(std::int64_t value) {
+  return static_cast<int>(std::min<std::int64_t>(value, std::numeric_limits<int>::max()));
+}
+
+// The key as the grid's handler takes it; 0 for those that it has no use for.
+int GridKey(int key) {
+  switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return kKeyEnter;
+    case Qt::Key_Up:
+      return kKeyUp;
+    case Qt::Key_Down:
+      return kKeyDown;
+    default:
+      return 0;
+  }
+}
+
+}  // namespace
+
+EditorWindowWidget::EditorWindowWidget(Program& program, const CodePage& page)
+    : BoundWindow(program.frmReplacements),
+      program_(program),
+      page_(page),
+      left_heading_(new QLabel(this)),
+      right_heading_(new QLabel(this)),
+      scroll_bar_(new QScrollBar(Qt::Vertical, this)),
+      band_(program.frmReplacements, page, *this),
+      commands_(program.frmReplacements, page, *this) {
+  setObjectName("frmReplacements");
+  for (QLabel* heading : {left_heading_, right_heading_}) {
+    heading->setTextFormat(Qt::PlainText);
+    heading->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    heading->setIndent(kHeadingIndent);
+  }
+  scroll_bar_->setObjectName("VScroll1");
+  scroll_bar_->setAccessibleName(tr("rows"));
+  scroll_bar_->setFocusPolicy(Qt::StrongFocus);
+  scroll_bar_->setPageStep(static_cast<int>(kRowsInBand));
+  scroll_bar_->installEventFilter(this);
+  connect(scroll_bar_, &QScrollBar::valueChanged, this, &EditorWindowWidget::ScrollByUser);
+  connect(&commands_, &ListCommands::Clicked, this,
+          [this](ListCommands::Handler handler, bool opens_afresh) {
+            Report([&] { handler(program_); });
+            if (opens_afresh) FocusFirstCell();
+          });
+  connect(&band_, &GridBand::TextEdited, this, [this](CellAddress cell, const std::string& text) {
+    Report([&] {
+      Cell_Change(program_, cell, text);
+      TellCaret(cell);
+    });
+  });
+  connect(&band_, &GridBand::CaretMoved, this, [this](CellAddress cell) {
+    if (!showing_) TellCaret(cell);
+  });
+}
+
+// The one way from the user to the core.
+void EditorWindowWidget::Report(const std::function<void()>& handler) {
+  if (showing_ || !state().loaded || !state().visible) return;
+  handler();
+  // At once, so that what is typed next reaches the cell that has the focus now.
+  Show();
+  TellFocus();
+}
+
+// Tells the core where the focus is. That is where it was while another window is in front. Not
+// while a list is being read, which moves focus and scroll bar itself.
+void EditorWindowWidget::TellFocus() {
+  const ReplacementsWindow& grid = program_.frmReplacements;
+  if (showing_ || !grid.loaded || !grid.visible || grid.importing) return;
+  if (const std::optional<CellAddress> cell = band_.AddressOf(focusWidget())) {
+    Cell_GotFocus(program_, *cell);
+    TellCaret(*cell);
+  } else if (focusWidget() == scroll_bar_) {
+    if (!grid.ScrollHasFocus) VScroll1_GotFocus(program_);
+  } else {
+    if (grid.focused_cell) Cell_LostFocus(program_, *grid.focused_cell);
+    if (grid.ScrollHasFocus) VScroll1_LostFocus(program_);
+  }
+}
+
+void EditorWindowWidget::TellCaret(CellAddress cell) {
+  if (band_.At(cell) != nullptr) Cell_SelectionChange(program_, cell, band_.TakeCaret(cell));
+}
+
+// The wheel moves the rows while a cell keeps the focus. To the core the scroll bar has it for that
+// moment, as when it is dragged; else a move to the end would not count as the user's.
+void EditorWindowWidget::ScrollByUser(int value) {
+  Report([&] {
+    const ReplacementsWindow& grid = program_.frmReplacements;
+    if (grid.importing) return;
+    const std::optional<CellAddress> cell = grid.focused_cell;
+    const bool has_focus = grid.ScrollHasFocus;
+    if (!has_focus) VScroll1_GotFocus(program_);
+    VScroll1_Change(program_, value);
+    if (!has_focus) VScroll1_LostFocus(program_);
+    if (cell) FocusOnCell(program_, *cell);
+  });
+}
+
+void EditorWindowWidget::FocusFirstCell() {
+  const std::vector<ByteLineEdit*> cells = band_.InTabOrder();
+  if (cells.empty() || program_.frmReplacements.focused_cell) return;
+  cells.front()->setFocus();
+  TellFocus();
+}
+
+bool EditorWindowWidget::eventFilter(QObject* watched, QEvent* event) {
+  const std::optional<CellAddress> cell = band_.AddressOf(watched);
+  switch (event->type()) {
+    case QEvent::FocusIn:
+      if (cell) band_.At(*cell)->raise();
+      TellFocus();
+      break;
+    case QEvent::FocusOut:
+      // Before the cell drops its selection, whose end is to be remembered.
+      TellFocus();
+      break;
+    case QEvent::KeyPress:
+      if (const int key = GridKey(static_cast<QKeyEvent*>(event)->key()); cell && key != 0) {
+        Report([&] { Cell_KeyDown(program_, *cell, key); });
+        return true;
+      }
+      break;
+    default:
+      break;
+  }
+  return BoundWindow::eventFilter(watched, event);
+}
+
+void EditorWindowWidget::changeEvent(QEvent* event) {
+  BoundWindow::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) band_.ForgetColours();
+  const bool shows_otherwise =
+      event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange;
+  if (shows_otherwise && !showing_) Show();
+}
+
+void EditorWindowWidget::closeEvent(QCloseEvent* event) {
+  Report([&] { frmReplacements_Close(program_); });
+  event->setAccepted(!state().visible);
+}
+
+void EditorWindowWidget::resizeEvent(QResizeEvent*) { Arrange(); }
+
+void EditorWindowWidget::wheelEvent(QWheelEvent* event) {
+  // Not by way of the application, which would bring back here what the bar has no use for.
+  if (scroll_bar_->isVisible()) static_cast<QObject*>(scroll_bar_)->event(event);
+  event->accept();
+}
+
+void EditorWindowWidget::Show() {
+  ReplacementsWindow& grid = program_.frmReplacements;
+  const QScopedValueRollback<bool> showing(showing_, true);
+  setWindowTitle(page_.Shown(grid.caption.get()));
+  if (!grid.loaded) return;
+  const std::optional<CellAddress> had_focus = band_.AddressOf(focusWidget());
+  ShowHeadings();
+  commands_.Show();
+  ShowScrollBar();
+  band_.Show();
+  ShowSize();
+  Arrange();
+  ShowTabOrder();
+  ShowFocus(had_focus);
+}
+
+// The screen's own. Everything grows together where the font is too large for the boxes.
+TwipScale EditorWindowWidget::Scale() const {
+  const double of_screen = logicalDpiY() / 1440.0;
+  const double of_cells =
+      static_cast<double>(fontMetrics().height() + kRoomAroundText) / kCellHeight;
+  return {std::max({of_screen, of_cells, commands_.LeastScale().pixels_per_twip})};
+}
+
+void EditorWindowWidget::ShowSize() {
+  const ReplacementsWindow& grid = program_.frmReplacements;
+  const TwipScale scale = Scale();
+  const QSize least(scale.Px(grid.width), scale.Px(grid.height));
+  if (least != minimumSize()) {
+    setMinimumSize(least);
+    setMaximumSize(QWIDGETSIZE_MAX, least.height());
+  }
+  const int width_now = is_sized_ ? std::max(width(), least.width()) : least.width();
+  is_sized_ = true;
+  resize(width_now, least.height());
+}
+
+void EditorWindowWidget::Arrange() {
+  const ReplacementsWindow& grid = program_.frmReplacements;
+  const TwipScale scale = Scale();
+  const int wider = std::max(0, width() - scale.Px(grid.width)) / 2;  // each of the two columns
+  band_.Place(scale, wider);
+
+  const int heading_top = scale.Px(kFirstRowTop) - fontMetrics().height() - kRoomAroundText / 2;
+  const QSize heading(scale.Px(kCellWidth) + wider, fontMetrics().height());
+  left_heading_->setGeometry({{scale.Px(kLeftColumn), heading_top}, heading});
+  right_heading_->setGeometry({{scale.Px(kRightColumn) + wider, heading_top}, heading});
+
+  scroll_bar_->setGeometry(scale.Px(grid.VScroll1.box.get()).translated(2 * wider, 0));
+  commands_.Place(scale, 2 * wider);
+}
+
+// The caption heads the columns. A title bar drops its blanks, so its words stand here once more.
+void EditorWindowWidget::ShowHeadings() {
+  static const QRegularExpression kGap(" {2,}");
+  const QString caption = page_.Shown(program_.frmReplacements.caption.get());
+  const QStringList words = caption.split(kGap, Qt::SkipEmptyParts);
+  left_heading_->setText(words.value(0));
+  right_heading_->setText(words.value(1));
+}
+
+void EditorWindowWidget::ShowScrollBar() {
+  const ScrollBar& bar = program_.frmReplacements.VScroll1;
+  scroll_bar_->setRange(ToInt(bar.minimum()), ToInt(bar.maximum()));
+  scroll_bar_->setValue(ToInt(bar.value()));
+  scroll_bar_->setToolTip(PlainToolTip(page_.Shown(bar.tool_tip.get())));
+  ShowPresence(*scroll_bar_, bar);
+}
+
+void EditorWindowWidget::ShowTabOrder() {
+  const std::vector<ByteLineEdit*> cells = band_.InTabOrder();
+  std::vector<QWidget*> order(cells.begin(), cells.end());
+  const std::vector<QWidget*> commands = commands_.InTabOrder();
+  order.insert(order.end(), commands.begin(), commands.end());
+  order.push_back(scroll_bar_);
+  if (order == tab_order_) return;
+  tab_order_ = std::move(order);
+  for (std::size_t i = 1; i < tab_order_.size(); ++i) {
+    setTabOrder(tab_order_[i - 1], tab_order_[i]);
+  }
+}
+
+// The focus moves only where the core wants it, or where the cell that had it is out of view.
+void EditorWindowWidget::ShowFocus(std::optional<CellAddress> had_focus) {
+  const ReplacementsWindow& grid = program_.frmReplacements;
+  const std::vector<ByteLineEdit*> cells = band_.InTabOrder();
+  QWidget* const first = cells.empty() ? nullptr : cells.front();
+  QWidget* target = grid.focused_cell ? band_.At(*grid.focused_cell) : nullptr;
+  if (target == nullptr && had_focus && band_.At(*had_focus) == nullptr) {
+    target = grid.VScroll1.visible ? scroll_bar_ : first;
+  }
+  const bool appears = grid.visible && !isVisible();
+  if (target == nullptr && appears) target = first;
+  if (target == nullptr || target == focusWidget()) return;
+  target->setFocus();
+  // Where the core did not ask for it.
+  QMetaObject::invokeMethod(
+      this, [this] { TellFocus(); }, Qt::QueuedConnection);
+}
+
+}  // namespace morvex

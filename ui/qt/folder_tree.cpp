@@ -1,0 +1,136 @@
+#include "ui/qt/folder_tree.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+namespace morvex {
+namespace {
+
+constexpr int kRowsShown = 10;
+constexpr int kColumns = 4;
+
+QString NearestFolder(const std::string& path) {
+  QString folder = QFile::decodeName(QByteArray::fromStdString(path));
+  if (!QDir::isAbsolutePath(folder)) return QDir::homePath();
+  folder = QDir::cleanPath(QDir::fromNativeSeparators(folder));
+  while (!QFileInfo(folder).isDir()) {
+    const QString above = QFileInfo(folder).path();
+    if (above == folder) return QDir::homePath();
+    folder = above;
+  }
+  return folder;
+}
+
+}  // namespace
+
+FolderTreeView::FolderTreeView(QWidget* parent) : QTreeView(parent) {
+  setHeaderHidden(true);
+  setExpandsOnDoubleClick(false);
+  setUniformRowHeights(true);
+  setEditTriggers(NoEditTriggers);
+  connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
+    if (!going_) emit Visited(PathOf(index));
+  });
+}
+
+void FolderTreeView::OpenAt(const std::string& path) {
+  opened_at_ = NearestFolder(path);
+  if (model_ == nullptr) {
+    model_ = new QFileSystemModel(this);
+    model_->setOption(QFileSystemModel::DontUseCustomDirectoryIcons);
+    model_->setRootPath(QString());
+    setModel(model_);
+    for (int column = 1; column < kColumns; ++column) hideColumn(column);
+    // Folders are read in the background, and their rows come and move until that is done.
+    const auto settle = [this] {
+      if (!opened_at_.isEmpty()) GoTo(opened_at_);
+    };
+    connect(model_, &QFileSystemModel::directoryLoaded, this, settle);
+    connect(model_, &QFileSystemModel::layoutChanged, this, settle, Qt::QueuedConnection);
+  }
+  QDir::Filters filter = QDir::AllDirs | QDir::Drives | QDir::NoDotAndDotDot;
+  if (opened_at_.contains("/.")) filter |= QDir::Hidden;
+  model_->setFilter(filter);
+  GoTo(opened_at_);
+}
+
+void FolderTreeView::GoTo(const QString& folder) {
+  going_ = true;
+  const QModelIndex index = model_->index(folder);
+  for (QModelIndex above = index; above.isValid(); above = above.parent()) expand(above);
+  setCurrentIndex(index);
+  scrollTo(index, PositionAtCenter);
+  going_ = false;
+}
+
+std::string FolderTreeView::PathOf(const QModelIndex& index) const {
+  if (model_ == nullptr || !index.isValid()) return "";
+  return QFile::encodeName(QDir::toNativeSeparators(model_->filePath(index))).toStdString();
+}
+
+std::string FolderTreeView::Current() const { return PathOf(currentIndex()); }
+
+QSize FolderTreeView::sizeHint() const {
+  return {QTreeView::sizeHint().width(),
+          kRowsShown * (fontMetrics().height() + fontMetrics().leading() + 4) + 2 * frameWidth()};
+}
+
+void FolderTreeView::Choose(const QModelIndex& index) {
+  // A name that the toolkit cannot write, or that has two lines, is no path for the box; nor is a
+  // folder that is gone by now.
+  const std::string path = PathOf(index);
+  const bool is_one_line = path.find_first_of("\r\n") == std::string::npos;
+  if (path.empty() || !is_one_line || !QFileInfo(model_->filePath(index)).isDir()) {
+    QApplication::beep();
+    return;
+  }
+  emit Chosen(path);
+}
+
+void FolderTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QTreeView::currentChanged(current, previous);
+  if (!going_ && current.isValid()) emit Visited(PathOf(current));
+}
+
+void FolderTreeView::keyPressEvent(QKeyEvent* event) {
+  opened_at_.clear();
+  switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      Choose(currentIndex());
+      return;
+    case Qt::Key_Escape:
+      emit GivenUp();
+      return;
+    default:
+      QTreeView::keyPressEvent(event);
+  }
+}
+
+void FolderTreeView::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  if (!opened_at_.isEmpty()) scrollTo(currentIndex(), PositionAtCenter);
+}
+
+void FolderTreeView::mousePressEvent(QMouseEvent* event) {
+  opened_at_.clear();
+  QTreeView::mousePressEvent(event);
+}
+
+void FolderTreeView::mouseDoubleClickEvent(QMouseEvent* event) {
+  const QModelIndex index = indexAt(event->position().toPoint());
+  // Beside a name, at the sign that opens the folder, two clicks are two clicks.
+  const bool on_name = index.isValid() && visualRect(index).contains(event->position().toPoint());
+  if (event->button() == Qt::LeftButton && on_name) {
+    Choose(index);
+    return;
+  }
+  QTreeView::mouseDoubleClickEvent(event);
+}
+
+}  // namespace morvex

@@ -1,0 +1,48 @@
+// Folders to choose one from. Enter or a double click chooses; Escape gives the choice up.
+#pragma once
+
+#include <QFileSystemModel>
+#include <QString>
+#include <QTreeView>
+#include <string>
+
+namespace morvex {
+
+class FolderTreeView : public QTreeView {
+  Q_OBJECT
+
+ public:
+  explicit FolderTreeView(QWidget* parent);
+
+  // Opens the tree at that folder, or at the nearest one above it that is there; at the user's own
+  // when the path is no help.
+  void OpenAt(const std::string& path);
+  // The folder that the tree is at; empty when it is at none.
+  std::string Current() const;
+
+  QSize sizeHint() const override;
+
+ signals:
+  void Chosen(const std::string& path);
+  void GivenUp();
+  // The user went to that folder, or opened it.
+  void Visited(const std::string& path);
+
+ protected:
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void GoTo(const QString& folder);
+  void Choose(const QModelIndex& index);
+  std::string PathOf(const QModelIndex& index) const;
+
+  QFileSystemModel* model_ = nullptr;  // made when the tree is opened first
+  QString opened_at_;                  // while the folders are read, until the user goes elsewhere
+  bool going_ = false;                 // to a folder that the user did not choose
+};
+
+}  // namespace morvex

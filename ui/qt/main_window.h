@@ -1,0 +1,100 @@
+// The main window: source and target, the commands, the statistics of a run.
+#pragma once
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <array>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/program/program.h"
+#include "ui/qt/bound_window.h"
+#include "ui/qt/code_page.h"
+#include "ui/qt/elided_label.h"
+#include "ui/qt/folder_tree.h"
+#include "ui/qt/path_box.h"
+#include "ui/qt/picture_button.h"
+
+class QBoxLayout;
+class QGridLayout;
+
+namespace morvex {
+
+class MainWindowWidget : public BoundWindow {
+  Q_OBJECT
+
+ public:
+  // Both must outlive the widget.
+  MainWindowWidget(Program& program, const CodePage& page);
+
+  // Every control is a child of that name; the path boxes are "Text1_0" and "Text1_2".
+  void Show() override;
+
+ protected:
+  void changeEvent(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+
+ private:
+  struct PathRow {
+    int index;
+    PathBox* box;
+    QLabel* label;
+  };
+
+  void NameControls();
+  void LayOut();
+  QBoxLayout* LayOutPaths();
+  QBoxLayout* LayOutCommands();
+  QBoxLayout* LayOutStatistics();
+  QWidget* MakeLine(int number, Qt::Orientation orientation);
+  void Connect();
+  void ConnectPathRow(const PathRow& row);
+
+  void OrderTabs();
+  void ShowTexts();
+  void ShowColours();
+  void ShowGo();
+  void ShowTree();
+  void ShowProgress();
+  void ShowPointers();
+  void ShowFocus();
+
+  void GiveUpChoice();
+
+  Program& program_;
+  const CodePage& page_;
+  MainWindow& window_;
+
+  std::array<PathRow, 2> rows_;
+  FolderTreeView* tree_;
+  QPushButton* anonymize_;
+  QPushButton* go_;
+  QPushButton* exit_;
+  PictureButton* options_;
+  PictureButton* list_;
+  ElidedLabel* extensions_;
+  ElidedLabel* files_;
+  QLabel* heading_;
+  QLabel* total_files_;
+  QLabel* time_;
+  QLabel* result_;
+  QProgressBar* progress_;
+  PictureView* image_;
+
+  // Every control that the state knows, and what shows it.
+  std::vector<std::pair<const Control*, QWidget*>> controls_;
+  std::vector<int> tab_order_;  // the tab indexes of `controls_` as they are set up
+
+  QGridLayout* paths_ = nullptr;
+  QBoxLayout* column_ = nullptr;
+  std::string tree_folder_;  // that the tree was opened at
+  int tree_grew_ = 0;        // how much taller the tree made the window
+  std::uint64_t focus_requests_ = 0;
+};
+
+}  // namespace morvex

@@ -1,0 +1,78 @@
+// The options window on the screen: wildcard, separator, logging, and the extensions whose files
+// are scanned. Their list drops down below its entry field, over what lies there.
+#pragma once
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QToolButton>
+
+#include "core/program/program.h"
+#include "ui/qt/bound_window.h"
+#include "ui/qt/byte_line_edit.h"
+#include "ui/qt/code_page.h"
+#include "ui/qt/picture_button.h"
+
+class QItemSelection;
+
+namespace morvex {
+
+class OptionsWindowWidget : public BoundWindow {
+  Q_OBJECT
+
+ public:
+  // Both must outlive the widget.
+  OptionsWindowWidget(Program& program, const CodePage& page);
+
+  void Show() override;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  void NameControls();
+  void LayOut();
+  void OrderTabs();
+  void ConnectEvents();
+
+  bool TakeEntryKey(const QKeyEvent& event);
+  bool TakeListKey(const QKeyEvent& event);
+  void TakeSelection(const QItemSelection& selected, const QItemSelection& deselected);
+  void TakeEscape();
+
+  void ShowTexts();
+  void ShowLogging();
+  void ShowList();
+  void ShowEntries();
+  void ShowFocus();
+  void PlaceList();
+  int RowHeight() const;
+  QWidget* WidgetOf(const Control* control) const;
+
+  Program& program_;
+  OptionsWindow& state_;
+  const CodePage& page_;
+  QLabel* const lblJoker_;
+  QLabel* const lblJokerWhere_;
+  ByteLineEdit* const txtJoker_;
+  QLabel* const lblSeparator_;
+  QLabel* const lblSeparatorWhere_;
+  ByteLineEdit* const txtSeparator_;
+  QLabel* const lblExtensies_;
+  ByteLineEdit* const txtExtensie_;
+  QToolButton* const cmdListExtensie_Down_;
+  QCheckBox* const chkLoggen_;
+  PictureButton* const imOptionsToFolder_;
+  QPushButton* const cmdToepassen_;
+  QListWidget* const lstExtensie_;  // the last child: it lies above the others
+  std::uint64_t focus_requests_ = 0;
+  bool showing_ = false;    // what the widgets tell now is not the user's doing
+  bool is_placed_ = false;  // the user may have moved and sized it since
+};
+
+}  // namespace morvex

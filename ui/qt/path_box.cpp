@@ -1,0 +1,100 @@
+#include "ui/qt/path_box.h"
+
+#include <QAction>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QIcon>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QUrl>
+
+#include "ui/qt/pictures.h"
+
+namespace morvex {
+namespace {
+
+// A file name may hold any byte. Addresses carry those that are no UTF-8 escaped, so the bytes are
+// taken from there and never from a decoded text.
+std::string LocalPath(const QUrl& address, char separator, const CodePage& page) {
+  if (!address.isLocalFile()) return "";
+  if (separator != '/') {
+    return page.Bytes(QDir::toNativeSeparators(address.toLocalFile())).value_or("");
+  }
+  return QByteArray::fromPercentEncoding(address.path(QUrl::FullyEncoded).toLatin1()).toStdString();
+}
+
+bool IsOneLine(const std::string& path) {
+  return path.find_first_of(std::string("\r\n\0", 3)) == std::string::npos;
+}
+
+}  // namespace
+
+PathBox::PathBox(FileService& files, const CodePage& page, Takes takes, QWidget* parent)
+    : ByteLineEdit(page, parent), files_(files), page_(page), takes_(takes) {
+  setAcceptDrops(true);
+  browse_ = addAction(QIcon(), TrailingPosition);
+  browse_->setText(tr("Choose a folder"));
+  browse_->setToolTip(tr("Choose a folder (Alt+Down)"));
+  connect(browse_, &QAction::triggered, this, &PathBox::BrowseWanted);
+  DrawBrowseIcon();
+}
+
+void PathBox::DrawBrowseIcon() {
+  browse_->setIcon(DrawingIcon(":/pictures/folder.svg",
+                               palette().color(QPalette::Active, QPalette::WindowText)));
+}
+
+void PathBox::changeEvent(QEvent* event) {
+  ByteLineEdit::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && browse_ != nullptr) DrawBrowseIcon();
+}
+
+void PathBox::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Down && event->modifiers().testFlag(Qt::AltModifier)) {
+    emit BrowseWanted();
+    return;
+  }
+  ByteLineEdit::keyPressEvent(event);
+}
+
+void PathBox::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) emit BrowseWanted();
+}
+
+std::string PathBox::PathOf(const QMimeData& dragged) const {
+  const QList<QUrl> addresses = dragged.urls();
+  if (addresses.size() != 1 || isReadOnly()) return "";
+  std::string path = LocalPath(addresses.first(), files_.Separator(), page_);
+  if (path.empty() || !IsOneLine(path)) return "";
+  if (files_.LookUpFolder(path)) return path;
+  if (takes_ == Takes::kFilesAndFolders && files_.LookUpFile(path)) return path;
+  return "";
+}
+
+void PathBox::dragEnterEvent(QDragEnterEvent* event) {
+  takes_dragged_ = !PathOf(*event->mimeData()).empty();
+  dragMoveEvent(event);
+}
+
+void PathBox::dragMoveEvent(QDragMoveEvent* event) {
+  if (!takes_dragged_) {
+    event->ignore();
+    return;
+  }
+  // The path is taken over; what it names stays where it is.
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+}
+
+void PathBox::dropEvent(QDropEvent* event) {
+  const std::string path = PathOf(*event->mimeData());
+  if (path.empty()) {
+    event->ignore();
+    return;
+  }
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+  emit Dropped(path);
+}
+
+}  // namespace morvex

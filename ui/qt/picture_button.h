@@ -1,0 +1,42 @@
+// A picture that can be clicked: with the mouse, and with Space or Enter when it has the focus.
+#pragma once
+
+#include <QAbstractButton>
+#include <QString>
+
+#include "core/windows/control.h"
+#include "ui/qt/pictures.h"
+
+namespace morvex {
+
+class PictureButton : public QAbstractButton {
+  Q_OBJECT
+
+ public:
+  // `svg_resource` as in ":/pictures/folder.svg". The picture has no text: give the button an
+  // accessible name.
+  PictureButton(const QString& svg_resource, QWidget* parent);
+
+  // The pointer over the picture: the program's own cursor for kCustom, else that of the window.
+  void ShowPointer(MousePointer pointer);
+
+  QSize sizeHint() const override { return {40, 40}; }
+
+ signals:
+  // The pointer moves over the picture.
+  void PointerMoved();
+
+ protected:
+  bool event(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void UpdateCursor();
+
+  LineDrawing drawing_;
+  MousePointer pointer_ = MousePointer::kDefault;
+};
+
+}  // namespace morvex

@@ -1,0 +1,148 @@
+#include "ui/qt/qt_user.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QTimer>
+#include <algorithm>
+
+namespace morvex {
+namespace {
+
+constexpr const char* kTitle = "Morvex";
+constexpr std::chrono::milliseconds kLongestWait = std::chrono::hours(1);
+
+// The window that a message stands in front of.
+QWidget* Parent() {
+  if (QWidget* const modal = QApplication::activeModalWidget()) return modal;
+  if (QWidget* const active = QApplication::activeWindow()) return active;
+  const QWidgetList windows = QApplication::topLevelWidgets();
+  const auto shown = std::find_if(windows.begin(), windows.end(), [](const QWidget* window) {
+    return window->isVisible() && window->windowType() == Qt::Window;
+  });
+  return shown == windows.end() ? nullptr : *shown;
+}
+
+QMessageBox::StandardButtons ToolkitButtons(MessageButtons buttons) {
+  switch (buttons) {
+    case MessageButtons::kOk:
+      break;
+    case MessageButtons::kOkCancel:
+      return QMessageBox::Ok | QMessageBox::Cancel;
+    case MessageButtons::kYesNo:
+      return QMessageBox::Yes | QMessageBox::No;
+  }
+  return QMessageBox::Ok;
+}
+
+// The answer that changes nothing.
+Answer Refusal(MessageButtons buttons) {
+  switch (buttons) {
+    case MessageButtons::kOk:
+      break;
+    case MessageButtons::kOkCancel:
+      return Answer::kCancel;
+    case MessageButtons::kYesNo:
+      return Answer::kNo;
+  }
+  return Answer::kOk;
+}
+
+// "Text (*.txt)|*.txt" names the filter and then its patterns; the toolkit wants both in one.
+QString ToolkitFilter(const QString& filter) {
+  const QString name = filter.section('|', 0, 0);
+  QString patterns = filter.section('|', 1);
+  if (name.contains('(') || patterns.isEmpty()) return name;
+  return name + " (" + patterns.replace(';', ' ') + ")";
+}
+
+// Nothing for a path that is not the file's: a name that the system's character set cannot hold is
+// shown with U+FFFD in the place of what is missing.
+std::optional<std::string> PathBytes(const QString& path) {
+  const QByteArray bytes = QFile::encodeName(QDir::toNativeSeparators(path));
+  const QString back = QDir::fromNativeSeparators(QFile::decodeName(bytes));
+  const bool is_garbled = path.contains(QChar::ReplacementCharacter) && !QFileInfo::exists(path);
+  if (back != QDir::fromNativeSeparators(path) || is_garbled) return std::nullopt;
+  return bytes.toStdString();
+}
+
+QString ShownPath(const std::string& path) {
+  return QFile::decodeName(QByteArray::fromStdString(path));
+}
+
+}  // namespace
+
+Answer QtUser::ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon) {
+  QMessageBox box(Parent());
+  box.setObjectName("message");
+  box.setWindowTitle(kTitle);
+  box.setTextFormat(Qt::PlainText);
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+  box.setText(page_.Shown(text).replace("\r\n", "\n"));
+  box.setIcon(icon == MessageIcon::kInformation ? QMessageBox::Information : QMessageBox::NoIcon);
+  box.setStandardButtons(ToolkitButtons(buttons));
+  if (buttons == MessageButtons::kYesNo) box.setEscapeButton(QMessageBox::No);
+  box.exec();
+  switch (box.standardButton(box.clickedButton())) {
+    case QMessageBox::Ok:
+      return Answer::kOk;
+    case QMessageBox::Yes:
+      return Answer::kYes;
+    default:
+      return Refusal(buttons);
+  }
+}
+
+FileChoice QtUser::ChooseFileToOpen(const FileDialog& dialog) {
+  QFileDialog chooser(Parent());
+  chooser.setFileMode(QFileDialog::ExistingFile);
+  return Choose(chooser, dialog);
+}
+
+FileChoice QtUser::ChooseFileToSave(const FileDialog& dialog) {
+  QFileDialog chooser(Parent());
+  chooser.setAcceptMode(QFileDialog::AcceptSave);
+  chooser.setFileMode(QFileDialog::AnyFile);
+  // The core asks before a file is replaced, in its own words.
+  chooser.setOption(QFileDialog::DontConfirmOverwrite);
+  return Choose(chooser, dialog);
+}
+
+FileChoice QtUser::Choose(QFileDialog& chooser, const FileDialog& dialog) {
+  chooser.setObjectName("cdSaveList");
+  chooser.setNameFilter(ToolkitFilter(page_.Shown(dialog.filter)));
+  chooser.setDefaultSuffix(page_.Shown(dialog.default_extension));
+  const QString folder = ShownPath(dialog.initial_folder);
+  if (QFileInfo(folder).isDir()) chooser.setDirectory(folder);
+  if (!dialog.file_name.empty()) chooser.selectFile(ShownPath(dialog.file_name));
+  while (chooser.exec() == QDialog::Accepted) {
+    const QString chosen = chooser.selectedFiles().value(0);
+    if (const std::optional<std::string> path = PathBytes(chosen)) return {0, *path};
+    QMessageBox box(QMessageBox::NoIcon, kTitle,
+                    QFileDialog::tr("This file cannot be used: its path has characters that the "
+                                    "system's character set for file names does not have."),
+                    QMessageBox::Ok, Parent());
+    box.setObjectName("message");
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(chosen);
+    box.exec();
+  }
+  return {kDialogCancelled, ""};
+}
+
+void QtUser::HandlePendingEvents() { QApplication::processEvents(); }
+
+void QtUser::WaitForEvents(std::chrono::milliseconds longest) {
+  // Its end is an event like any other.
+  QTimer alarm;
+  alarm.setSingleShot(true);
+  alarm.setTimerType(Qt::PreciseTimer);
+  alarm.start(std::clamp(longest, std::chrono::milliseconds(0), kLongestWait));
+  QEventLoop().processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+}  // namespace morvex
