@@ -27,10 +27,11 @@ const std::set<std::string> kToolkitRooms = {"apps/morvex", "ui/qt"};
 
 // Headers of the C++ standard library that the program uses.
 const std::set<std::string> kStandardHeaders = {
-    "algorithm", "array",   "bit",         "charconv", "chrono",  "cmath",  "compare",
-    "cstddef",   "cstdint", "cstdlib",     "cstring",  "cwchar",  "deque",  "functional",
-    "iostream",  "istream", "iterator",    "limits",   "map",     "memory", "optional",
-    "ostream",   "string",  "string_view", "thread",   "utility", "vector", "system_error"};
+    "algorithm",   "array",   "bit",        "charconv", "chrono",      "clocale",
+    "cmath",       "compare", "cstddef",    "cstdint",  "cstdlib",     "cstring",
+    "cwchar",      "deque",   "functional", "iostream", "istream",     "iterator",
+    "limits",      "map",     "memory",     "optional", "ostream",     "string",
+    "string_view", "thread",  "utility",    "vector",   "system_error"};
 
 struct Include {
   std::string file;  // that includes
