@@ -1,5 +1,6 @@
 #include "ui/qt/byte_line_edit.h"
 
+#include <QTimer>
 #include <QToolTip>
 #include <QValidator>
 #include <algorithm>
@@ -88,7 +89,7 @@ bool ByteLineEdit::IsTakenOver(const QString& text, int caret) {
                 static_cast<int>(std::max<qsizetype>(0, shown_.size() - rest - at)), inserted};
   // Once the toolkit has taken the change back: at the end of this event, or soon after a command
   // that did not come as one.
-  QMetaObject::invokeMethod(this, &ByteLineEdit::InsertWithoutBreaks, Qt::QueuedConnection);
+  QTimer::singleShot(0, this, &ByteLineEdit::InsertWithoutBreaks);
   return false;
 }
 
