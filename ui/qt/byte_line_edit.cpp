@@ -1,6 +1,5 @@
 #include "ui/qt/byte_line_edit.h"
 
-#include <QTimer>
 #include <QToolTip>
 #include <QValidator>
 #include <algorithm>
@@ -31,6 +30,8 @@ class ByteLineEdit::Judge : public QValidator {
 };
 
 ByteLineEdit::ByteLineEdit(const CodePage& page, QWidget* parent) : QLineEdit(parent), page_(page) {
+  insert_later_.setSingleShot(true);
+  connect(&insert_later_, &QTimer::timeout, this, &ByteLineEdit::InsertWithoutBreaks);
   setMaxLength(std::numeric_limits<int>::max());
   setValidator(new Judge(*this));
   connect(this, &QLineEdit::textEdited, this, &ByteLineEdit::TakeEdit);
@@ -89,7 +90,7 @@ bool ByteLineEdit::IsTakenOver(const QString& text, int caret) {
                 static_cast<int>(std::max<qsizetype>(0, shown_.size() - rest - at)), inserted};
   // Once the toolkit has taken the change back: at the end of this event, or soon after a command
   // that did not come as one.
-  QTimer::singleShot(0, this, &ByteLineEdit::InsertWithoutBreaks);
+  insert_later_.start(0);
   return false;
 }
 
