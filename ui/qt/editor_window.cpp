@@ -52,6 +52,8 @@ EditorWindowWidget::EditorWindowWidget(Program& program, const CodePage& page)
       band_(program.frmReplacements, page, *this),
       commands_(program.frmReplacements, page, *this) {
   setObjectName("frmReplacements");
+  tell_focus_later_.setSingleShot(true);
+  connect(&tell_focus_later_, &QTimer::timeout, this, &EditorWindowWidget::TellFocus);
   for (QLabel* heading : {left_heading_, right_heading_}) {
     heading->setTextFormat(Qt::PlainText);
     heading->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -270,8 +272,7 @@ void EditorWindowWidget::ShowFocus(std::optional<CellAddress> had_focus) {
   if (target == nullptr || target == focusWidget()) return;
   target->setFocus();
   // Where the core did not ask for it.
-  QMetaObject::invokeMethod(
-      this, [this] { TellFocus(); }, Qt::QueuedConnection);
+  tell_focus_later_.start(0);
 }
 
 }  // namespace morvex

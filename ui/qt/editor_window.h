@@ -7,6 +7,7 @@
 
 #include <QLabel>
 #include <QScrollBar>
+#include <QTimer>
 #include <functional>
 #include <vector>
 
@@ -60,6 +61,7 @@ class EditorWindowWidget : public BoundWindow {
   bool is_sized_ = false;
   GridBand band_;
   ListCommands commands_;
+  QTimer tell_focus_later_;
 };
 
 }  // namespace morvex
