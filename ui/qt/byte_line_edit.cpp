@@ -32,6 +32,8 @@ class ByteLineEdit::Judge : public QValidator {
 ByteLineEdit::ByteLineEdit(const CodePage& page, QWidget* parent) : QLineEdit(parent), page_(page) {
   setMaxLength(std::numeric_limits<int>::max());
   setValidator(new Judge(*this));
+  soon_.setSingleShot(true);
+  connect(&soon_, &QTimer::timeout, this, &ByteLineEdit::InsertWithoutBreaks);
   connect(this, &QLineEdit::textEdited, this, &ByteLineEdit::TakeEdit);
   connect(this, &QLineEdit::inputRejected, this, &ByteLineEdit::TellRefusal);
 }
@@ -88,7 +90,7 @@ bool ByteLineEdit::IsTakenOver(const QString& text, int caret) {
                 static_cast<int>(std::max<qsizetype>(0, shown_.size() - rest - at)), inserted};
   // Once the toolkit has taken the change back: at the end of this event, or soon after a command
   // that did not come as one.
-  QMetaObject::invokeMethod(this, &ByteLineEdit::InsertWithoutBreaks, Qt::QueuedConnection);
+  soon_.start();
   return false;
 }
 

@@ -5,6 +5,7 @@
 
 #include <QLineEdit>
 #include <QString>
+#include <QTimer>
 #include <optional>
 #include <string>
 
@@ -56,6 +57,7 @@ class ByteLineEdit : public QLineEdit {
   QString tool_tip_;
   QString refusal_;  // why the change that is being judged is not taken over
   std::optional<Insertion> without_breaks_;
+  QTimer soon_;
   qsizetype most_nuls_ = 0;  // as many as the core put there itself
   bool showing_ = false;
 };
