@@ -5,9 +5,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QPainter>
 #include <QScreen>
-#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 #include <QWindow>
 #include <algorithm>
@@ -24,7 +22,6 @@ namespace {
 
 // The part of the window that the open list has for itself.
 constexpr int kListRows = 7;
-constexpr int kRowPadding = 3;
 constexpr int kMargin = 16;
 constexpr int kSpacing = 12;
 constexpr int kGap = 2;          // between the entry field, its button and its list
@@ -49,32 +46,6 @@ int KeyCode(const QKeyEvent& event) {
       return 0;
   }
 }
-
-// Rows with some air, so that neighbours read apart and are easy to hit. The current one is framed
-// even while the focus is in the entry field, whose keys work on it.
-class RoomyRows : public QStyledItemDelegate {
- public:
-  explicit RoomyRows(QListWidget& list) : QStyledItemDelegate(&list), list_(list) {}
-
-  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 2 * kRowPadding);
-  }
-
-  void paint(QPainter* painter, const QStyleOptionViewItem& option,
-             const QModelIndex& index) const override {
-    QStyleOptionViewItem unfocused = option;
-    unfocused.state &= ~QStyle::State_HasFocus;
-    QStyledItemDelegate::paint(painter, unfocused, index);
-    if (index != list_.currentIndex()) return;
-    const bool is_selected = option.state.testFlag(QStyle::State_Selected);
-    painter->setPen(option.palette.color(is_selected ? QPalette::HighlightedText : QPalette::Text));
-    painter->setBrush(Qt::NoBrush);
-    painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
-  }
-
- private:
-  QListWidget& list_;
-};
 
 // Bits of other modifiers than those of keys.h tell the handlers that it is another command.
 int ShiftState(const QKeyEvent& event) {
@@ -140,7 +111,7 @@ OptionsWindowWidget::OptionsWindowWidget(Program& program, const CodePage& page)
       chkLoggen_(new QCheckBox(this)),
       imOptionsToFolder_(new PictureButton(":/pictures/folder.svg", this)),
       cmdToepassen_(new QPushButton(this)),
-      lstExtensie_(new QListWidget(this)) {
+      lstExtensie_(new ExtensionList(this)) {
   setWindowFlags(Qt::Dialog);
   setWindowModality(Qt::ApplicationModal);
   NameControls();
@@ -194,10 +165,6 @@ void OptionsWindowWidget::LayOut() {
   cmdListExtensie_Down_->setFocusPolicy(Qt::TabFocus);
   cmdListExtensie_Down_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
   cmdToepassen_->setAutoDefault(true);  // Enter presses it when it has the focus
-  lstExtensie_->setSelectionMode(QAbstractItemView::MultiSelection);
-  lstExtensie_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  lstExtensie_->setUniformItemSizes(true);
-  lstExtensie_->setItemDelegate(new RoomyRows(*lstExtensie_));
 
   const auto stacked = [](QLabel* upper, QLabel* lower) {
     auto* const lines = new QVBoxLayout;
@@ -222,7 +189,7 @@ void OptionsWindowWidget::LayOut() {
   grid->addWidget(lblExtensies_, 2, 0);
   grid->addLayout(entry, 2, 1);
   grid->addWidget(chkLoggen_, 3, 0);
-  grid->setRowMinimumHeight(4, RowHeight() * (kListRows - 2));
+  grid->setRowMinimumHeight(4, lstExtensie_->RowHeight() * (kListRows - 2));
   grid->setRowStretch(4, 1);
   grid->setColumnStretch(1, 1);
   grid->addWidget(imOptionsToFolder_, 5, 0, Qt::AlignLeft | Qt::AlignVCenter);
@@ -412,29 +379,12 @@ void OptionsWindowWidget::ShowList() {
   if (cmdListExtensie_Down_->text() != caption) cmdListExtensie_Down_->setText(caption);
   const bool is_open = state_.lstExtensie.visible;
   cmdListExtensie_Down_->setArrowType(is_open ? Qt::UpArrow : Qt::DownArrow);
-  ShowEntries();
+  lstExtensie_->ShowEntries(page_, state_.lstExtensie);
   PlaceList();
   // A widget that goes with the focus would leave it to chance who has it next.
   if (!is_open && lstExtensie_->hasFocus()) txtExtensie_->setFocus();
   ShowPresence(*lstExtensie_, state_.lstExtensie);
   ShowToolTip(*lstExtensie_, page_, state_.lstExtensie);
-}
-
-void OptionsWindowWidget::ShowEntries() {
-  const std::vector<ListEntry>& entries = state_.lstExtensie.entries;
-  const int count = static_cast<int>(entries.size());
-  while (lstExtensie_->count() > count) delete lstExtensie_->takeItem(lstExtensie_->count() - 1);
-  for (int row = 0; row < count; ++row) {
-    const ListEntry& entry = entries[static_cast<std::size_t>(row)];
-    const QString text = page_.Shown(entry.text);
-    if (row == lstExtensie_->count()) lstExtensie_->addItem(text);
-    QListWidgetItem* const item = lstExtensie_->item(row);
-    if (item->text() != text) item->setText(text);
-    if (item->isSelected() != entry.selected) item->setSelected(entry.selected);
-  }
-  if (lstExtensie_->currentRow() != state_.lstExtensie.current) {
-    lstExtensie_->setCurrentRow(state_.lstExtensie.current, QItemSelectionModel::NoUpdate);
-  }
 }
 
 void OptionsWindowWidget::ShowFocus() {
@@ -460,21 +410,13 @@ QWidget* OptionsWindowWidget::WidgetOf(const Control* control) const {
   return nullptr;
 }
 
-int OptionsWindowWidget::RowHeight() const {
-  return lstExtensie_->count() > 0 ? lstExtensie_->sizeHintForRow(0)
-                                   : fontMetrics().height() + 2 * kRowPadding;
-}
-
 // As high as its entries, as far as there is room above the buttons.
 void OptionsWindowWidget::PlaceList() {
   const QRect entry = txtExtensie_->geometry();
   const int top = entry.bottom() + 1 + kGap;
   const int width = cmdListExtensie_Down_->geometry().right() + 1 - entry.left();
   const int room = cmdToepassen_->geometry().top() - kGap - top;
-  const int row = RowHeight();
-  const int rows = std::max(1, std::min(lstExtensie_->count(), room / row));
-  const int frame = 2 * lstExtensie_->frameWidth();
-  lstExtensie_->setGeometry(entry.left(), top, width, std::min(room, rows * row + frame));
+  lstExtensie_->setGeometry(entry.left(), top, width, lstExtensie_->HeightWithin(room));
 }
 
 }  // namespace morvex

@@ -4,7 +4,6 @@
 
 #include <QCheckBox>
 #include <QLabel>
-#include <QListWidget>
 #include <QPushButton>
 #include <QToolButton>
 
@@ -12,6 +11,7 @@
 #include "ui/qt/bound_window.h"
 #include "ui/qt/byte_line_edit.h"
 #include "ui/qt/code_page.h"
+#include "ui/qt/extension_list.h"
 #include "ui/qt/picture_button.h"
 
 class QItemSelection;
@@ -48,10 +48,8 @@ class OptionsWindowWidget : public BoundWindow {
   void ShowTexts();
   void ShowLogging();
   void ShowList();
-  void ShowEntries();
   void ShowFocus();
   void PlaceList();
-  int RowHeight() const;
   QWidget* WidgetOf(const Control* control) const;
 
   Program& program_;
@@ -69,7 +67,7 @@ class OptionsWindowWidget : public BoundWindow {
   QCheckBox* const chkLoggen_;
   PictureButton* const imOptionsToFolder_;
   QPushButton* const cmdToepassen_;
-  QListWidget* const lstExtensie_;  // the last child: it lies above the others
+  ExtensionList* const lstExtensie_;  // the last child: it lies above the others
   std::uint64_t focus_requests_ = 0;
   bool showing_ = false;    // what the widgets tell now is not the user's doing
   bool is_placed_ = false;  // the user may have moved and sized it since

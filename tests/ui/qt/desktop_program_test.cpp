@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QTemporaryDir>
 
 namespace morvex::test {
@@ -39,6 +40,9 @@ class DesktopProgramTest : public testing::Test {
   // The exit status; -1 when the program did not end by itself.
   int Run(const QStringList& arguments) {
     QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    process.setProcessEnvironment(environment);
     process.start(root_.filePath("Morvex"), arguments);
     if (!process.waitForFinished(kPatience) || process.exitStatus() != QProcess::NormalExit) {
       process.kill();

@@ -30,7 +30,7 @@ class FolderTreeTest : public MainWindowTest {
   // Opens the tree in place of the source box at that path.
   void OpenAt(const std::string& path) {
     StartWith(path, "/t");
-    window().activateWindow();
+    Activate();
     DoubleClick(source());
     WaitForRows();
   }

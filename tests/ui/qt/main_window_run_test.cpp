@@ -12,7 +12,7 @@ class MainWindowRunTest : public MainWindowTest {};
 
 TEST_F(MainWindowRunTest, OkArmsTheRunAndSavesTheSettings) {
   Start();
-  window().activateWindow();
+  Activate();
   QTest::keyClicks(&source(), "/s");
   QTest::keyClicks(&target(), "/t");
   Click(ok());
@@ -26,7 +26,7 @@ TEST_F(MainWindowRunTest, OkArmsTheRunAndSavesTheSettings) {
 
 TEST_F(MainWindowRunTest, TheFocusPassesFromOkToGoWhichStandsOut) {
   StartWith("/s", "/t");
-  window().activateWindow();
+  Activate();
   ok().setFocus();
   QTest::keyClick(&ok(), Qt::Key_Return);
   Settle();
@@ -36,7 +36,7 @@ TEST_F(MainWindowRunTest, TheFocusPassesFromOkToGoWhichStandsOut) {
 
 TEST_F(MainWindowRunTest, AKeyThatIsHeldDownOnOkDoesNotGoOnToGo) {
   StartWith("/s", "/t");
-  window().activateWindow();
+  Activate();
   ok().setFocus();
   QTest::keyClick(&ok(), Qt::Key_Return);
   Settle();
@@ -80,7 +80,7 @@ TEST_F(MainWindowRunTest, ASingleFileRunLeavesTheWindowArmed) {
 
 TEST_F(MainWindowRunTest, AMissingSourceIsToldWithItsPathAndMarkedRed) {
   StartWith("/nowhere", "/t");
-  window().activateWindow();
+  Activate();
   Click(ok());
   QString text;
   QMessageBox::StandardButtons buttons;
@@ -143,7 +143,7 @@ TEST_F(MainWindowRunTest, AMissingTargetIsMadeWhenTheUserSaysYes) {
 
 TEST_F(MainWindowRunTest, AMissingTargetThatIsRefusedGetsTheFocus) {
   StartWith("/s", "/new");
-  window().activateWindow();
+  Activate();
   Click(ok());
   OnMessage([&](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
   ClickGo();
@@ -256,7 +256,7 @@ TEST_F(MainWindowRunTest, ClosingTheWindowDuringARunEndsItAndTheProgram) {
 
 TEST_F(MainWindowRunTest, AKeyTypedTwiceOnGoDoesNotReachExit) {
   StartWith("/s", "/t");
-  window().activateWindow();
+  Activate();
   Click(ok());
   go().setFocus();
   QWidget* focus = nullptr;

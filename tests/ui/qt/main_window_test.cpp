@@ -84,7 +84,7 @@ TEST_F(MainWindowTest, TheSettingsFileFillsTheWindow) {
 
 TEST_F(MainWindowTest, TheTabKeyGoesThroughTheControlsInTheirOrder) {
   Start();
-  window().activateWindow();
+  Activate();
   source().setFocus();
   const QList<const char*> order = {"Text1_2",  "cmdAnonymize", "cmdExit",
                                     "imOpties", "imList",       "Text1_0"};
@@ -96,7 +96,7 @@ TEST_F(MainWindowTest, TheTabKeyGoesThroughTheControlsInTheirOrder) {
 
 TEST_F(MainWindowTest, AltAndALetterReachesBoxesAndButtons) {
   Start();
-  window().activateWindow();
+  Activate();
   exit().setFocus();
   QTest::keyClick(&window(), Qt::Key_T, Qt::AltModifier);
   EXPECT_TRUE(target().hasFocus());
@@ -303,7 +303,7 @@ TEST_F(MainWindowTest, TheProgressBarShowsRunsOfAnyLength) {
 
 TEST_F(MainWindowTest, AWishForTheFocusCountsOnce) {
   Start();
-  window().activateWindow();
+  Activate();
   program_.frmMorvex.focus = &program_.frmMorvex.Text1(kTargetBox);
   Settle();
   EXPECT_TRUE(target().hasFocus());

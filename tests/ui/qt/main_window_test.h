@@ -64,6 +64,12 @@ class MainWindowTest : public DesktopTest {
     });
   }
 
+  // Only an active window shows which control has the focus.
+  void Activate() {
+    window().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+  }
+
   void ClickGo() { Click(go()); }
 };
 

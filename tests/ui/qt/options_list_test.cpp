@@ -286,6 +286,14 @@ TEST_F(OptionsListTest, IsAsHighAsItsEntriesAndScrollsWhenTheyAreTooMany) {
   EXPECT_GE(list().viewport()->height(), 6 * row);
 }
 
+TEST_F(OptionsListTest, AnEntryAddedBelowTheLastOneSeenComesIntoView) {
+  Open(Numbered(100));
+  OpenList();
+  AddExtension("new");
+  const QRect place = list().visualItemRect(list().item(100));
+  EXPECT_TRUE(list().viewport()->rect().contains(place));
+}
+
 TEST_F(OptionsListTest, GrowsWithTheWindow) {
   Open(Numbered(100));
   OpenList();

@@ -1,0 +1,73 @@
+#include "ui/qt/extension_list.h"
+
+#include <QPainter>
+#include <QStyledItemDelegate>
+#include <algorithm>
+
+namespace morvex {
+namespace {
+
+constexpr int kRowPadding = 3;
+
+// Rows with some air, so that neighbours read apart and are easy to hit. The current one is framed
+// even while the focus is in the entry field, whose keys work on it.
+class RoomyRows : public QStyledItemDelegate {
+ public:
+  explicit RoomyRows(ExtensionList& list) : QStyledItemDelegate(&list), list_(list) {}
+
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 2 * kRowPadding);
+  }
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    QStyleOptionViewItem unfocused = option;
+    unfocused.state &= ~QStyle::State_HasFocus;
+    QStyledItemDelegate::paint(painter, unfocused, index);
+    if (index != list_.currentIndex()) return;
+    const bool is_selected = option.state.testFlag(QStyle::State_Selected);
+    painter->setPen(option.palette.color(is_selected ? QPalette::HighlightedText : QPalette::Text));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
+  }
+
+ private:
+  ExtensionList& list_;
+};
+
+}  // namespace
+
+ExtensionList::ExtensionList(QWidget* parent) : QListWidget(parent) {
+  setSelectionMode(QAbstractItemView::MultiSelection);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setUniformItemSizes(true);
+  setItemDelegate(new RoomyRows(*this));
+}
+
+void ExtensionList::ShowEntries(const CodePage& page, const ListBox& list) {
+  const std::vector<ListEntry>& entries = list.entries;
+  const int wanted = static_cast<int>(entries.size());
+  const bool grows = wanted > count();
+  while (count() > wanted) delete takeItem(count() - 1);
+  for (int row = 0; row < wanted; ++row) {
+    const ListEntry& entry = entries[static_cast<std::size_t>(row)];
+    const QString text = page.Shown(entry.text);
+    if (row == count()) addItem(text);
+    QListWidgetItem* const shown = item(row);
+    if (shown->text() != text) shown->setText(text);
+    if (shown->isSelected() != entry.selected) shown->setSelected(entry.selected);
+  }
+  if (currentRow() != list.current) setCurrentRow(list.current, QItemSelectionModel::NoUpdate);
+  if (grows && isVisible()) scrollToBottom();  // a new entry is to be seen
+}
+
+int ExtensionList::RowHeight() const {
+  return count() > 0 ? sizeHintForRow(0) : fontMetrics().height() + 2 * kRowPadding;
+}
+
+int ExtensionList::HeightWithin(int room) const {
+  const int rows = std::max(1, std::min(count(), room / RowHeight()));
+  return std::min(room, rows * RowHeight() + 2 * frameWidth());
+}
+
+}  // namespace morvex
