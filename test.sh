@@ -98,7 +98,7 @@ tidy() {
 
 scripts() {
   local file good=0
-  for file in run.sh test.sh .ci/run cmake/*.sh; do
+  for file in run.sh test.sh .ci/run cmake/*.sh fuzz/*.sh tests/*/*.sh; do
     bash -n "$file" || good=1
   done
   return "$good"
