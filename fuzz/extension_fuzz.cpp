@@ -77,7 +77,7 @@ void FuzzExtensions(const std::uint8_t* data, std::size_t size) {
     }
     CheckList(program);
     CheckFilter(program, text);
-    if (!list.entries->empty()) CheckFilter(program, "name" + list.entries->front().text);
+    if (!list.entries.get().empty()) CheckFilter(program, "name" + list.entries.get().front().text);
   }
 }
 
