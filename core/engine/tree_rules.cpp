@@ -21,13 +21,14 @@ ErrorNumber TreeRules::error() const {
   return ErrorNumber::kNone;
 }
 
-bool TreeRules::MayEnter(const FolderInfo& folder) const {
+PassedOver TreeRules::WhyNotEntered(const FolderInfo& folder) const {
   if (std::find(current_path_.begin(), current_path_.end(), folder.identity) !=
       current_path_.end()) {
-    return false;
+    return PassedOver::kLoop;
   }
-  if (target_ && target_.value.identity == folder.identity) return false;
-  return !folder.is_link || !InsideTarget(folder.path);
+  const bool is_target = target_ && target_.value.identity == folder.identity;
+  if (is_target || (folder.is_link && InsideTarget(folder.path))) return PassedOver::kTargetFolder;
+  return PassedOver::kNo;
 }
 
 bool TreeRules::MayWriteInto(const FolderInfo& folder) const {
@@ -58,7 +59,7 @@ Result<std::uint64_t> FolderSize(Program& program, TreeRules& rules, const Folde
     }
     const Result<FolderInfo> below = files.LookUpFolder(path);
     if (!below) return below.error;
-    if (!rules.MayEnter(below.value)) continue;
+    if (rules.WhyNotEntered(below.value) != PassedOver::kNo) continue;
     const TreeRules::Visit visit(rules, below.value);
     const Result<std::uint64_t> size_below = FolderSize(program, rules, below.value);
     if (!size_below) return size_below.error;

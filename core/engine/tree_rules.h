@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core/program/program.h"
+#include "core/program/run_observer.h"
 
 namespace morvex {
 
@@ -22,8 +23,8 @@ class TreeRules {
   // Why one of the two folders could not be looked up. Without both the rules protect nothing.
   ErrorNumber error() const;
 
-  // The folder may be entered from the current path.
-  bool MayEnter(const FolderInfo& folder) const;
+  // Why the folder is not entered from the current path; kNo: it is.
+  PassedOver WhyNotEntered(const FolderInfo& folder) const;
   // Copies may be written into the folder, one below the target.
   bool MayWriteInto(const FolderInfo& folder) const;
 
