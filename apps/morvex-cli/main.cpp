@@ -47,7 +47,8 @@ std::string UsageText(const Program& program) {
          "\n" +
          CommandsText() +
          "\n"
-         "Exit status of a run with -if: 0 the run finished, 1 it could not run or did not finish,\n"
+         "Exit status of a run with -if: 0 the run finished, 1 it could not run or did not "
+         "finish,\n"
          "2 the command line is wrong.\n";
 }
 
@@ -95,11 +96,10 @@ int RunFromSettingsFile(Program& program, ConsoleUser& user) {
 
 int RunOneCommand(const std::vector<std::string>& arguments, FileService& files,
                   SystemService& system) {
-  return RunCommandLine(
-      arguments, {files, system, std::cin, std::cout, std::cerr, MORVEX_VERSION,
-                  IsTerminal(kStandardInput), IsTerminal(kStandardOutput),
-                  IsTerminal(kStandardError), TerminalColumns, InstallStopSignals, StopRequested,
-                  StandardInput, StandardOutput});
+  return RunCommandLine(arguments, {files, system, std::cin, std::cout, std::cerr, MORVEX_VERSION,
+                                    IsTerminal(kStandardInput), IsTerminal(kStandardOutput),
+                                    IsTerminal(kStandardError), TerminalColumns, InstallStopSignals,
+                                    StopRequested, StandardInput, StandardOutput});
 }
 
 int Main(int argc, char** argv) {
