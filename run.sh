@@ -38,7 +38,8 @@ settings() {
     'log=1' 'sep=|' 'jok=*' '1.txt' '1.csv' '1.log' '0.xml'
 }
 
-./cmake/install_tools.sh g++ cmake ninja-build qt6-base-dev libqt6svg6-dev
+./cmake/install_tools.sh g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev \
+  libqt6svg6-dev
 
 echo 'Building ...'
 mkdir -p build

@@ -98,7 +98,8 @@ tidy() {
 
 scripts() {
   local file good=0
-  for file in run.sh test.sh .ci/run cmake/*.sh fuzz/*.sh tests/*/*.sh; do
+  for file in run.sh test.sh .ci/run cmake/*.sh fuzz/*.sh tests/*/*.sh \
+    packaging/linux/completions/*.bash; do
     bash -n "$file" || good=1
   done
   return "$good"
@@ -107,7 +108,7 @@ scripts() {
 mkdir -p build
 # A tool that stays missing fails the check that needs it.
 ./cmake/install_tools.sh g++ cmake ninja-build libgtest-dev clang-format clang-tidy \
-  qt6-base-dev libqt6svg6-dev
+  libcli11-dev nlohmann-json3-dev parallel qt6-base-dev libqt6svg6-dev
 check 'Build' build
 tests
 check 'Format' format

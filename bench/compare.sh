@@ -11,7 +11,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 rounds=${1:-5}
 work=${2:-$(mktemp -d /tmp/morvex-compare.XXXXXX)}
-./cmake/install_tools.sh g++ cmake ninja-build perl sed python3
+./cmake/install_tools.sh g++ cmake ninja-build libcli11-dev nlohmann-json3-dev perl sed python3
 # Not every release has these as packages; what cannot be had is left out of the table.
 for package in sd rpl; do
   ./cmake/install_tools.sh "$package" >/dev/null 2>&1 || true

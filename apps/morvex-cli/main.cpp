@@ -1,18 +1,22 @@
-// The console program: performs the unattended run that a settings file describes.
+// The console program: performs the unattended run that a settings file describes, or a command.
 //
 // Exit status: 0 the run finished, 1 it could not run or did not finish, 2 the command line is
-// wrong.
+// wrong. Those of the commands stand in ui/commands/command_console.h.
 
 #include <iostream>
 #include <string>
+#include <vector>
 
 #include "core/program/paths.h"
 #include "core/run/start_up.h"
 #include "core/settings/command_line.h"
 #include "core/settings/settings_file.h"
 #include "host/posix/posix_files.h"
+#include "host/posix/posix_standard_streams.h"
 #include "host/posix/posix_system.h"
 #include "host/posix/posix_terminal.h"
+#include "ui/commands/command_line.h"
+#include "ui/commands/commands.h"
 #include "ui/console/console_text.h"
 #include "ui/console/console_user.h"
 
@@ -20,6 +24,7 @@ namespace morvex {
 namespace {
 
 constexpr int kStandardInput = 0;
+constexpr int kStandardOutput = 1;
 constexpr int kStandardError = 2;
 constexpr int kDone = 0;
 constexpr int kNotDone = 1;
@@ -39,8 +44,10 @@ std::string UsageText(const Program& program) {
          "  " +
          Printable(InProgramFolder(program, kInitFileName)) +
          "\nand nothing is run. To run them, name that file with -if.\n"
+         "\n" +
+         CommandsText() +
          "\n"
-         "Exit status: 0 the run finished, 1 it could not run or did not finish,\n"
+         "Exit status of a run with -if: 0 the run finished, 1 it could not run or did not finish,\n"
          "2 the command line is wrong.\n";
 }
 
@@ -86,9 +93,22 @@ int RunFromSettingsFile(Program& program, ConsoleUser& user) {
   return AfterOutput(ExitStatus(program));
 }
 
+int RunOneCommand(const std::vector<std::string>& arguments, FileService& files,
+                  SystemService& system) {
+  return RunCommandLine(
+      arguments, {files, system, std::cin, std::cout, std::cerr, MORVEX_VERSION,
+                  IsTerminal(kStandardInput), IsTerminal(kStandardOutput),
+                  IsTerminal(kStandardError), TerminalColumns, InstallStopSignals, StopRequested,
+                  StandardInput, StandardOutput});
+}
+
 int Main(int argc, char** argv) {
   PosixSystemService system(argc, argv);
   PosixFileService files;
+  const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+  if (!arguments.empty() && IsCommand(arguments.front())) {
+    return RunOneCommand(arguments, files, system);
+  }
   InstallStopSignals();
   ConsoleUser user({std::cin, std::cerr, IsTerminal(kStandardInput), IsTerminal(kStandardError),
                     TerminalColumns, StopRequested});

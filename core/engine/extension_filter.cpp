@@ -20,6 +20,7 @@ std::string_view FileExtension(std::string_view name) {
 }
 
 bool IsSelectedExtension(const Program& program, std::string_view name, FolderPassKind pass) {
+  if (program.settings.AllFilesSelected) return true;
   const std::string key = LookUpKey(name, pass);
   const std::vector<ListEntry>& entries = program.frmOpties.lstExtensie.entries;
   return std::any_of(entries.begin(), entries.end(),

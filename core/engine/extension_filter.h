@@ -18,7 +18,7 @@ enum class FolderPassKind {
 // The characters after the first "." of the name; empty when there is none.
 std::string_view FileExtension(std::string_view name);
 
-// Comparison is exact, letter case included.
+// Comparison is exact, letter case included. With AllFilesSelected every file is.
 bool IsSelectedExtension(const Program& program, std::string_view name, FolderPassKind pass);
 
 }  // namespace morvex

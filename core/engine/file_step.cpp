@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "core/engine/failures.h"
+#include "core/engine/outcomes.h"
 #include "core/engine/process_file.h"
 #include "core/engine/progress.h"
 #include "core/program/paths.h"
@@ -66,28 +66,23 @@ CopyResult DeliverAtStop(Program& program, const std::string& temporary, const s
   if (!stays && error != ErrorNumber::kNone) DropTemporary(program, temporary);
   if (error == ErrorNumber::kNone) program.run.cut_short = target;
   if (stays) program.run.left_temporary = temporary;
-  return {CopyEnd::kStopped, error, target};
+  return {CopyEnd::kStopped, error, target, PassedOver::kNo};
 }
 
 CopyResult Deliver(Program& program, const std::string& temporary, const std::string& target) {
   FileService& files = program.host.files;
   const ErrorNumber error = files.MoveFile(temporary, target, UntilStopped(program));
-  if (error == ErrorNumber::kNone) return {CopyEnd::kCopied, error, ""};
+  if (error == ErrorNumber::kNone) return {CopyEnd::kCopied, error, "", PassedOver::kNo};
   if (program.Beeindigd) {
     program.run.left_temporary = temporary;
-    return {CopyEnd::kStopped, error, target};
+    return {CopyEnd::kStopped, error, target, PassedOver::kNo};
   }
   DropTemporary(program, temporary);
-  return {CopyEnd::kFailed, error, target};
+  return {CopyEnd::kFailed, error, target, PassedOver::kNo};
 }
 
-// Tells of a copy that failed or was passed over. False when the disk is full, which ends the run.
+// Logs a copy that failed or was passed over. False when the disk is full, which ends the run.
 bool Report(Program& program, const CopyResult& copy, const std::string& path) {
-  if (copy.end == CopyEnd::kPassedOver) {
-    ++program.run.passed_over_files;
-  } else {
-    CountFailure(program, copy.path, copy.error);
-  }
   if (copy.error == ErrorNumber::kDiskFull) {
     program.Beeindigd = true;
     program.run.disk_full = true;
@@ -98,10 +93,32 @@ bool Report(Program& program, const CopyResult& copy, const std::string& path) {
 }
 
 // A copy that fails is not logged: the log tells of the files that were to be processed.
-void CopyUnchanged(Program& program, const std::string& path, const std::string& target) {
-  const ErrorNumber error = program.host.files.CopyFile(path, target, UntilStopped(program));
-  if (error != ErrorNumber::kNone && !program.Beeindigd) CountFailure(program, path, error);
+void CopyUnchanged(Program& program, const std::string& path, const std::string& target,
+                   std::int64_t bytes) {
+  Outcome outcome;
+  outcome.kind = OutcomeKind::kCopied;
+  outcome.path = outcome.error_path = path;
+  outcome.bytes = bytes;
+  outcome.error = program.host.files.CopyFile(path, target, UntilStopped(program));
+  if (outcome.error != ErrorNumber::kNone) {
+    outcome.kind = program.Beeindigd ? OutcomeKind::kStopped : OutcomeKind::kFailed;
+  }
+  NoteOutcome(program, outcome);
   ++program.run.FilesSkipped;
+}
+
+OutcomeKind KindOf(CopyEnd end) {
+  switch (end) {
+    case CopyEnd::kCopied:
+      return OutcomeKind::kProcessed;
+    case CopyEnd::kPassedOver:
+      return OutcomeKind::kPassedOver;
+    case CopyEnd::kFailed:
+      return OutcomeKind::kFailed;
+    case CopyEnd::kStopped:
+      break;
+  }
+  return OutcomeKind::kStopped;
 }
 
 }  // namespace
@@ -114,9 +131,9 @@ CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const 
   const ProcessResult result = ProcessInTurn(program, folder, name, info, left_over);
   switch (result.end) {
     case ProcessEnd::kSkipped:
-      return {CopyEnd::kPassedOver, ErrorNumber::kFileNotFound, source};
+      return {CopyEnd::kPassedOver, ErrorNumber::kFileNotFound, source, result.why};
     case ProcessEnd::kFailed:
-      return {CopyEnd::kFailed, result.error, result.path};
+      return {CopyEnd::kFailed, result.error, result.path, PassedOver::kNo};
     case ProcessEnd::kProcessed:
     case ProcessEnd::kStopped:
       break;
@@ -125,7 +142,7 @@ CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const 
   bool taken = true;
   if (!program.Beeindigd) {
     const ErrorNumber moved = files.MoveToFreeName(temporary, target);
-    if (moved == ErrorNumber::kNone) return {CopyEnd::kCopied, ErrorNumber::kNone, ""};
+    if (moved == ErrorNumber::kNone) return {CopyEnd::kCopied, ErrorNumber::kNone, "", PassedOver::kNo};
     taken = moved == ErrorNumber::kFileAlreadyExists;
   }
   const Result<bool> same = IsOwnSource(program, info.value, target, taken);
@@ -137,6 +154,21 @@ CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const 
                            : Deliver(program, temporary, target);
 }
 
+Outcome OutcomeOf(const CopyResult& copy, std::string_view path, std::int64_t bytes,
+                  std::int64_t hits) {
+  Outcome outcome;
+  outcome.kind = KindOf(copy.end);
+  outcome.path = path;
+  outcome.why = copy.why;
+  if (copy.end == CopyEnd::kFailed) {
+    outcome.error = copy.error;
+    outcome.error_path = copy.path;
+  }
+  outcome.bytes = bytes;
+  outcome.hits = hits;
+  return outcome;
+}
+
 bool HandleFile(Program& program, const std::string& folder, const std::string& name,
                 const std::string& target_folder, FolderPassKind pass, LeftOver left_over) {
   const bool selected = IsSelectedExtension(program, name, pass);
@@ -146,19 +178,21 @@ bool HandleFile(Program& program, const std::string& folder, const std::string& 
   const std::string path = info ? info.value.path : JoinPath(program, folder, name);
   program.run.BytesBefore = program.run.BytesTotal;
   program.run.FileOffset = 0;
-  if (info) program.run.BytesTotal += static_cast<std::int64_t>(info.value.size);
+  const std::int64_t bytes = info ? static_cast<std::int64_t>(info.value.size) : 0;
+  program.run.BytesTotal += bytes;
 
   if (selected) {
     ++program.run.FilesDone;
     program.run.Hits_Per_File = 0;
     const CopyResult copy =
         MakeProcessedCopy(program, folder, name, info, target, TemporaryAtStop::kStays, left_over);
+    NoteOutcome(program, OutcomeOf(copy, path, bytes, program.run.Hits_Per_File));
     if (program.Beeindigd) return false;
     if (copy.end != CopyEnd::kCopied) return Report(program, copy, path);
     program.frmMorvex.lblFiles.caption = path;
     YieldToWindows(program);
   } else {
-    CopyUnchanged(program, path, target);
+    CopyUnchanged(program, path, target, bytes);
   }
   ShowFileCounts(program, "Skipped: ");
   ShowHits(program, program.run.HitsTotal);

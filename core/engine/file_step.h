@@ -6,6 +6,7 @@
 
 #include "core/engine/extension_filter.h"
 #include "core/program/program.h"
+#include "core/program/run_observer.h"
 
 namespace morvex {
 
@@ -21,6 +22,7 @@ struct CopyResult {
   CopyEnd end = CopyEnd::kCopied;
   ErrorNumber error = ErrorNumber::kNone;  // of the copy; kFileNotFound for a file passed over
   std::string path;                        // of the file that the error is about
+  PassedOver why = PassedOver::kNo;        // it was passed over
 };
 
 // What becomes of the temporary file when a stop request cuts the file short. In every other case
@@ -39,9 +41,14 @@ CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const 
                              const Result<FileInfo>& info, const std::string& target,
                              TemporaryAtStop at_stop, LeftOver left_over);
 
-// Handles the file `name` of `folder`; its copy goes into `target_folder`. Both are full paths.
-// False when the pass must be left: Beeindigd is then set, by a stop request or because the disk is
-// full.
+// The same as an outcome of the file at `path`; it points into `copy`.
+Outcome OutcomeOf(const CopyResult& copy, std::string_view path, std::int64_t bytes,
+                  std::int64_t hits);
+
+// Handles the file `name` of `folder`; its copy goes into `target_folder`. Both are full paths. The
+// outcome is noted. False when the pass must be left: Beeindigd is then set, by a stop request or
+// because the disk is full.
+
 bool HandleFile(Program& program, const std::string& folder, const std::string& name,
                 const std::string& target_folder, FolderPassKind pass,
                 LeftOver left_over = LeftOver::kMayBe);

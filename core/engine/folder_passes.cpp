@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "core/engine/extension_filter.h"
-#include "core/engine/failures.h"
 #include "core/engine/file_step.h"
+#include "core/engine/outcomes.h"
 #include "core/engine/progress.h"
 #include "core/engine/tree_rules.h"
 #include "core/program/paths.h"
@@ -54,6 +54,14 @@ bool FixScale(Program& program, const std::string& source, const std::string& ta
   return true;
 }
 
+void PassOverLeftOver(Program& program, const std::string& path) {
+  Outcome outcome;
+  outcome.kind = OutcomeKind::kPassedOver;
+  outcome.path = path;
+  outcome.why = PassedOver::kTemporaryFile;
+  NoteOutcome(program, outcome);
+}
+
 void HandleFiles(Program& program, const std::string& folder,
                  const std::vector<FolderEntry>& listing, const std::string& target_folder,
                  FolderPassKind pass) {
@@ -63,7 +71,11 @@ void HandleFiles(Program& program, const std::string& folder,
   const LeftOver left_over = has_left_over ? LeftOver::kMayBe : LeftOver::kNotListed;
   for (const FolderEntry& entry : listing) {
     // A left-over temporary file is no file of the source.
-    if (entry.kind != EntryKind::kFile || entry.name == kTemporaryName) continue;
+    if (entry.kind != EntryKind::kFile) continue;
+    if (entry.name == kTemporaryName) {
+      PassOverLeftOver(program, JoinPath(program, folder, entry.name));
+      continue;
+    }
     if (!HandleFile(program, folder, entry.name, target_folder, pass, left_over)) return;
     ShowHits(program, program.run.HitsTotal);
     YieldToWindows(program);
@@ -121,16 +133,25 @@ class TreeWalk {
   }
 
  private:
+  void PassOverFolder(const std::string& path, PassedOver why) {
+    Outcome outcome;
+    outcome.kind = OutcomeKind::kPassedOver;
+    outcome.path = path;
+    outcome.is_folder = true;
+    outcome.why = why;
+    NoteOutcome(program_, outcome);
+  }
+
   // The sub-folder's own files; its sub-folders come next.
   void SubFolder(const std::string& name, const std::string& target) {
     FileService& files = program_.host.files;
     const std::string source_path = JoinPath(program_, walk_.level().source, name);
     const Result<FolderInfo> source = files.LookUpFolder(source_path);
-    if (!source) return CountFailure(program_, source_path, source.error);
+    if (!source) return NoteFailedFolder(program_, source_path, source.error);
     const std::string& path = source.value.path;
-    const Result<bool> may_enter = rules_.MayEnter(source.value);
-    if (!may_enter) return Fail(path, may_enter.error);
-    if (!may_enter.value) return;
+    const Result<PassedOver> why = rules_.WhyNotEntered(source.value);
+    if (!why) return Fail(path, why.error);
+    if (why.value != PassedOver::kNo) return PassOverFolder(path, why.value);
     // Made before the words are looked at: a folder that is left out stands empty in the target.
     const std::string target_path = Normaliseer(program_, JoinPath(program_, target, name));
     if (!FolderExists(program_, target_path)) files.CreateFolderLike(target_path, source.value);
@@ -142,12 +163,9 @@ class TreeWalk {
     if (error != ErrorNumber::kNone && error != ErrorNumber::kPathNotFound) {
       return Fail(path, error);
     }
-    if (IsLeftOut(path, target)) {
-      ++program_.run.left_out_folders;
-      return;
-    }
+    if (IsLeftOut(path, target)) return PassOverFolder(path, PassedOver::kRecycleBin);
     Result<std::vector<FolderEntry>> listing = files.ListFolder(path);
-    if (!listing) return CountFailure(program_, path, listing.error);
+    if (!listing) return NoteFailedFolder(program_, path, listing.error);
     HandleFiles(program_, path, listing.value, target_path, FolderPassKind::kWalk);
     if (program_.Beeindigd) return;
     walk_.Enter({path, JoinPath(program_, target, name), std::move(listing.value)}, source.value);
@@ -155,7 +173,7 @@ class TreeWalk {
 
   void Fail(const std::string& path, ErrorNumber error) {
     LogError(program_, path, error);
-    CountFailure(program_, path, error);
+    NoteFailedFolder(program_, path, error);
   }
 
   Program& program_;

@@ -34,6 +34,12 @@ class RunWatcher : public SubstitutionWatcher {
     return !program_.Beeindigd;
   }
 
+  std::int64_t* HitsOfRows() override {
+    if (program_.observer == nullptr) return nullptr;
+    program_.run.hits_of_rows.resize(static_cast<std::size_t>(program_.tables.PairCount));
+    return program_.run.hits_of_rows.data();
+  }
+
  private:
   Program& program_;
   std::int64_t hits_shown_ = 0;
@@ -41,7 +47,7 @@ class RunWatcher : public SubstitutionWatcher {
 };
 
 ProcessResult Failed(ErrorNumber error, const std::string& path) {
-  return {ProcessEnd::kFailed, error, path};
+  return {ProcessEnd::kFailed, error, path, PassedOver::kNo};
 }
 
 // Substitutes from the one open file into the other; `error` is that of either file.
@@ -97,17 +103,13 @@ ProcessResult ProcessFile(Program& program, const std::string& name, const std::
 ProcessResult ProcessFile(Program& program, const std::string& name, const std::string& folder,
                           const Result<FileInfo>& source) {
   FileService& files = program.host.files;
-  switch (DecideSkip(program, name, folder,
-                     source ? std::optional(source.value.modified) : std::nullopt)) {
-    case SkipDecision::kSkipCounted:
-      gLog(program, "SKIP " + name);
-      ++program.run.FilesSkipped;
-      return {ProcessEnd::kSkipped, ErrorNumber::kNone, ""};
-    case SkipDecision::kSkipSilently:
-      return {ProcessEnd::kSkipped, ErrorNumber::kNone, ""};
-    case SkipDecision::kProcess:
-      break;
+  const SkipDecision skip = DecideSkip(
+      program, name, folder, source ? std::optional(source.value.modified) : std::nullopt);
+  if (skip.counted) {
+    gLog(program, "SKIP " + name);
+    ++program.run.FilesSkipped;
   }
+  if (skip.why != PassedOver::kNo) return {ProcessEnd::kSkipped, ErrorNumber::kNone, "", skip.why};
   if (!source) return Failed(source.error, JoinPath(program, folder, name));
   program.frmMorvex.lblFiles.caption = source.value.path;
   YieldToWindows(program);
@@ -125,7 +127,7 @@ ProcessResult ProcessFile(Program& program, const std::string& name, const std::
   const SubstitutionEnd end = SubstituteFile(program, *input.value, *output.value, error);
   if (end == SubstitutionEnd::kNoProgress) program.Beeindigd = true;
   const bool stopped = error == ErrorNumber::kNone && end != SubstitutionEnd::kWholeFile;
-  if (stopped) return {ProcessEnd::kStopped, ErrorNumber::kNone, ""};
+  if (stopped) return {ProcessEnd::kStopped, ErrorNumber::kNone, "", PassedOver::kNo};
   const Result<bool> changed = input.value->HasChanged();
   if (error != ErrorNumber::kNone || !changed || changed.value) {
     // A copy that comes to nothing has no replacements.
@@ -134,7 +136,9 @@ ProcessResult ProcessFile(Program& program, const std::string& name, const std::
     DropTemporary(program, temporary_path);
     const bool of_output = error != ErrorNumber::kNone && end != SubstitutionEnd::kReadFailed;
     if (error == ErrorNumber::kNone) error = changed.error;
-    if (error == ErrorNumber::kNone) return {ProcessEnd::kSkipped, ErrorNumber::kNone, ""};
+    if (error == ErrorNumber::kNone) {
+      return {ProcessEnd::kSkipped, ErrorNumber::kNone, "", PassedOver::kChangedMeanwhile};
+    }
     return Failed(error, of_output ? temporary_path : source.value.path);
   }
 
@@ -142,7 +146,7 @@ ProcessResult ProcessFile(Program& program, const std::string& name, const std::
   ShowHits(program, program.run.HitsTotal);
   gLog(program, source.value.path + "  ----  Hits: " + std::to_string(program.run.Hits_Per_File));
   YieldToWindows(program);
-  return {ProcessEnd::kProcessed, ErrorNumber::kNone, ""};
+  return {ProcessEnd::kProcessed, ErrorNumber::kNone, "", PassedOver::kNo};
 }
 
 }  // namespace morvex

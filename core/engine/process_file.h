@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/program/program.h"
+#include "core/program/run_observer.h"
 
 namespace morvex {
 
@@ -19,6 +20,7 @@ struct ProcessResult {
   ProcessEnd end = ProcessEnd::kProcessed;
   ErrorNumber error = ErrorNumber::kNone;  // why it is kFailed
   std::string path;                        // of the file that the error is about
+  PassedOver why = PassedOver::kNo;        // it is kSkipped
 };
 
 // Path of the temporary file for the files of `folder`; empty once the program is to stop.

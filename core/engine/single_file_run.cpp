@@ -1,5 +1,6 @@
 #include "core/engine/single_file_run.h"
 
+#include "core/engine/outcomes.h"
 #include "core/engine/progress.h"
 #include "core/program/elapsed_time.h"
 #include "core/program/paths.h"
@@ -15,8 +16,8 @@ CopyResult SingleFileRun(Program& program, const std::string& source, const std:
   run.ProgressScale = ScaleFor(info.value.size);
   window.ProgressBar1.SetMaximum(Scaled(info.value.size, run.ProgressScale));
   window.ProgressBar1.SetValue(0);
-  if (program.Beeindigd) return {CopyEnd::kStopped, ErrorNumber::kNone, ""};
-  CopyResult copy{CopyEnd::kFailed, info.error, source};
+  if (program.Beeindigd) return {CopyEnd::kStopped, ErrorNumber::kNone, "", PassedOver::kNo};
+  CopyResult copy{CopyEnd::kFailed, info.error, source, PassedOver::kNo};
   if (info) {
     const FileInfo& file = info.value;
     run.BytesTotal += static_cast<std::int64_t>(file.size);
@@ -24,6 +25,8 @@ CopyResult SingleFileRun(Program& program, const std::string& source, const std:
     copy = MakeProcessedCopy(program, file.folder, file.name, info, target, TemporaryAtStop::kGoes,
                              LeftOver::kMayBe);
   }
+  NoteOutcome(program, OutcomeOf(copy, info ? info.value.path : source,
+                                 static_cast<std::int64_t>(info.value.size), run.HitsTotal));
   run.FilesDone = 1;
   run.elapsed = ElapsedBetween(start, SecondsOfDay(program.host.system.LocalTimeOfDay()));
   window.lblTotalFiles.caption = "Scanned: 1 ";

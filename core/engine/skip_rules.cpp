@@ -33,15 +33,15 @@ bool InLeftOutFolder(const std::string& folder) {
 
 SkipDecision DecideSkip(const Program& program, const std::string& name, const std::string& folder,
                         const std::optional<WallTime>& modified) {
-  if (BaseName(name) == kProgramName) return SkipDecision::kSkipSilently;
-  if (name == "Morvex.exe") return SkipDecision::kSkipSilently;
+  if (BaseName(name) == kProgramName) return {PassedOver::kOwnFile};
+  if (name == "Morvex.exe") return {PassedOver::kOwnFile};
   // The base name has already caught the run log; the rule keeps its place behind that one.
-  if (name == "Morvex.log") return SkipDecision::kSkipCounted;
-  if (name == program.host.system.ExecutableName() + ".exe") return SkipDecision::kSkipSilently;
-  if (InLeftOutFolder(folder)) return SkipDecision::kSkipSilently;
-  if (modified && *modified >= program.run.ArmedAt) return SkipDecision::kSkipSilently;
-  if (name.ends_with("cle")) return SkipDecision::kSkipCounted;
-  return SkipDecision::kProcess;
+  if (name == "Morvex.log") return {PassedOver::kOwnFile, true};
+  if (name == program.host.system.ExecutableName() + ".exe") return {PassedOver::kOwnFile};
+  if (InLeftOutFolder(folder)) return {PassedOver::kRecycleBin};
+  if (modified && *modified >= program.run.ArmedAt) return {PassedOver::kChangedMeanwhile};
+  if (name.ends_with("cle")) return {PassedOver::kNameEnding, true};
+  return {};
 }
 
 }  // namespace morvex

@@ -5,13 +5,14 @@
 #include <string>
 
 #include "core/program/program.h"
+#include "core/program/run_observer.h"
 
 namespace morvex {
 
-enum class SkipDecision {
-  kProcess,
-  kSkipSilently,
-  kSkipCounted,  // logged as "SKIP " and the name, and counted in FilesSkipped
+struct SkipDecision {
+  PassedOver why = PassedOver::kNo;  // kNo: the file is processed
+  bool counted = false;              // logged as "SKIP " and the name, and counted in FilesSkipped
+  bool operator==(const SkipDecision&) const = default;
 };
 
 // Never processed: the program's own files, files in recycle-bin and restore folders, files that

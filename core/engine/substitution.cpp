@@ -74,6 +74,7 @@ SubstitutionEnd Substitution::Run(InputWindow& input, PositionedOutput& output, 
   input_ = &input;
   output_ = &output;
   watcher_ = &watcher;
+  hits_of_rows_ = watcher.HitsOfRows();
   Open(state);
   SubstitutionEnd end = SubstitutionEnd::kWholeFile;
   for (std::uint64_t place = 0;;) {
@@ -430,6 +431,7 @@ std::uint64_t Substitution::RunCandidates(std::uint64_t begin, std::uint64_t pla
         place += effect.key_size;
         copied = place;
         ++hits;
+        CountRow(candidate.plain);
         continue;
       }
     } else if (candidate.only_attempt != KeyIndex::kNone) {
@@ -471,6 +473,7 @@ void Substitution::RunCandidate(Candidate candidate) {
   CopyUpTo(candidate.place);
   WriteRightText(match.row);
   ++hits_;
+  CountRow(match.row);
   copied_ = candidate.place + match.length;
   captures_.StartAt(copied_);
 }

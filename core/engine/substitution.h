@@ -36,6 +36,9 @@ class SubstitutionWatcher {
   // nanoseconds: a byte passed, a part of a look-up or of an attempt. `read` bytes are done. False
   // stops.
   virtual bool KeepGoing(std::uint64_t read) = 0;
+  // Counters by row of the tables, each raised by one at a match of its row; null when nobody wants
+  // to know. Asked once, at the start.
+  virtual std::int64_t* HitsOfRows() { return nullptr; }
 };
 
 enum class SubstitutionEnd {
@@ -100,6 +103,11 @@ class Substitution {
   // hold one that cuts the capture buffer.
   bool AnyCutBetween(std::uint8_t byte, std::int64_t after, std::int64_t before) const;
   void CopyUpTo(std::uint64_t place);
+  void CountRow(std::int32_t row) {
+    if (hits_of_rows_ != nullptr) {
+      ++hits_of_rows_[list_.rows[static_cast<std::size_t>(row)].table_row];
+    }
+  }
   void WriteRightText(std::int32_t row);
   void WriteWithCaught(const CompiledRow& row, const std::uint8_t* text, std::size_t size);
   void Write(std::string_view bytes);
@@ -124,6 +132,7 @@ class Substitution {
   std::uint64_t copied_ = 0;              // the bytes of the file in front of it are written
   std::int64_t write_position_ = 1;       // 1-based
   std::int64_t hits_ = 0;                 // that the watcher does not know of yet
+  std::int64_t* hits_of_rows_ = nullptr;  // the watcher's
   std::uint64_t steps_ = 0;               // since the watcher was last asked
   bool stopped_ = false;
   bool no_progress_ = false;

@@ -21,16 +21,16 @@ ErrorNumber TreeRules::error() const {
   return ErrorNumber::kNone;
 }
 
-Result<bool> TreeRules::MayEnter(const FolderInfo& folder) const {
+Result<PassedOver> TreeRules::WhyNotEntered(const FolderInfo& folder) const {
   if (std::find(current_path_.begin(), current_path_.end(), folder.identity) !=
       current_path_.end()) {
-    return false;
+    return PassedOver::kLoop;
   }
-  if (target_ && target_.value.identity == folder.identity) return false;
-  if (!folder.is_link) return true;
+  if (target_ && target_.value.identity == folder.identity) return PassedOver::kTargetFolder;
+  if (!folder.is_link) return PassedOver::kNo;
   const Result<bool> inside = InsideTarget(folder.path);
   if (!inside) return inside.error;
-  return !inside.value;
+  return inside.value ? PassedOver::kTargetFolder : PassedOver::kNo;
 }
 
 bool TreeRules::MayWriteInto(const FolderInfo& folder) const {
@@ -79,9 +79,9 @@ Result<std::uint64_t> FolderSize(Program& program, TreeRules& rules, const Folde
     }
     const Result<FolderInfo> below = files.LookUpFolder(path);
     if (!below) return below.error;
-    const Result<bool> may_enter = rules.MayEnter(below.value);
-    if (!may_enter) return may_enter.error;
-    if (!may_enter.value) continue;
+    const Result<PassedOver> why = rules.WhyNotEntered(below.value);
+    if (!why) return why.error;
+    if (why.value != PassedOver::kNo) continue;
     listing = files.ListFolder(below.value.path);
     if (!listing) return listing.error;
     walk.Enter({below.value.path, "", std::move(listing.value)}, below.value);

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "core/program/program.h"
+#include "core/program/run_observer.h"
 
 namespace morvex {
 
@@ -24,8 +25,9 @@ class TreeRules {
   // Why one of the two folders could not be looked up. Without both the rules protect nothing.
   ErrorNumber error() const;
 
-  // The folder may be entered from the current path; an error where that cannot be told.
-  Result<bool> MayEnter(const FolderInfo& folder) const;
+  // Why the folder is not entered from the current path; kNo: it is. An error where that cannot be
+  // told.
+  Result<PassedOver> WhyNotEntered(const FolderInfo& folder) const;
   // Copies may be written into the folder, one below the target.
   bool MayWriteInto(const FolderInfo& folder) const;
 

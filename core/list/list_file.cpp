@@ -1,18 +1,15 @@
 #include "core/list/list_file.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "core/list/editor_window.h"
 #include "core/list/grid.h"
+#include "core/list/list_line.h"
 #include "core/program/paths.h"
 #include "core/program/text_file.h"
 
 namespace morvex {
 namespace {
-
-// Cut off the right text of the last row, whatever the separator's length.
-constexpr std::size_t kFinalRowMark = 2;
 
 void SetUpDialog(FileDialog& dialog) { dialog = FileDialog{"txt", "Text (*.txt)|*.txt", "", ""}; }
 
@@ -20,7 +17,7 @@ void SetUpDialog(FileDialog& dialog) { dialog = FileDialog{"txt", "Text (*.txt)|
 class ListImport {
  public:
   explicit ListImport(Program& program)
-      : program_(program), grid_(program.frmReplacements), separator_(program.settings.gSeparator) {
+      : program_(program), grid_(program.frmReplacements), parser_(program.settings.gSeparator) {
     grid_.importing = true;
   }
   ~ListImport() { grid_.importing = false; }
@@ -32,20 +29,17 @@ class ListImport {
 
   // Takes one line; false when it ends the reading.
   bool TakeLine(const std::string& line) {
-    const std::size_t found = separator_.empty() ? std::string::npos : line.find(separator_);
-    if (found == std::string::npos) return true;
-    if (line == separator_ + separator_ + separator_) {
+    const ListLine parsed = parser_.Parse(line);
+    if (parsed.kind == ListLine::Kind::kNoRow) return true;
+    if (parsed.kind == ListLine::Kind::kEnd) {
       RemoveAppendedRow();
       return false;
     }
-    if (line.find(separator_ + separator_) != std::string::npos) final_row_seen_ = true;
     // A line fell on a row that does not exist, so it is lost and reading ends.
     if (!grid_.HasRow(row_)) return false;
-    std::string right = line.substr(found + separator_.size());
-    if (final_row_seen_) right.resize(right.size() - std::min(right.size(), kFinalRowMark));
-    SetCellText(grid_, {Column::kLeft, row_}, line.substr(0, found));
-    SetCellText(grid_, {Column::kRight, row_}, right);
-    if (!final_row_seen_) EnterInCell(program_, {Column::kLeft, row_});
+    SetCellText(grid_, {Column::kLeft, row_}, parsed.left);
+    SetCellText(grid_, {Column::kRight, row_}, parsed.right);
+    if (!parser_.final_row_seen()) EnterInCell(program_, {Column::kLeft, row_});
     YieldToWindows(program_);
     ++row_;
     return true;
@@ -65,9 +59,8 @@ class ListImport {
 
   Program& program_;
   ReplacementsWindow& grid_;
-  const std::string separator_;
+  ListLineParser parser_;
   std::int64_t row_ = 0;
-  bool final_row_seen_ = false;
 };
 
 }  // namespace

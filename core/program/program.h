@@ -36,6 +36,7 @@ struct Settings {
   ErrorNumber list_file_error = ErrorNumber::kNone;  // what ended the last reading of a list early
   ErrorNumber init_file_error = ErrorNumber::kNone;  // why the settings file could not be opened
   std::string LoggingStatusText;
+  bool AllFilesSelected = false;  // every file is processed, whatever the extension filter says
   std::int64_t N_Extension_Selected = 0;
   std::int64_t N_Extension_Total = 0;
 };
@@ -91,6 +92,8 @@ struct RunState {
   // its source.
   std::string cut_short;
   std::string left_temporary;
+  // By row of the tables; collected only for an observer.
+  std::vector<std::int64_t> hits_of_rows;
 };
 
 // What a match attempt leaves for the next one, across rows and files. Every attempt ends with its
@@ -99,7 +102,8 @@ struct CaptureState {
   std::vector<std::uint8_t> CaptureBuffer = {0};
 };
 
-class RunEngine;  // of the engine's room: what it keeps from file to file
+class RunObserver;  // see core/program/run_observer.h
+class RunEngine;    // of the engine's room: what it keeps from file to file
 
 struct Program {
   explicit Program(Host services) : host(services) {}
@@ -114,6 +118,7 @@ struct Program {
   RunState run;
   CaptureState capture;
   std::shared_ptr<RunEngine> engine;  // made when the first file needs it
+  RunObserver* observer = nullptr;    // is told of every outcome; outlives the run
   MainWindow frmMorvex;
   OptionsWindow frmOpties;
   ReplacementsWindow frmReplacements;

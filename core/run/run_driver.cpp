@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "core/engine/failures.h"
 #include "core/engine/folder_passes.h"
+#include "core/engine/outcomes.h"
 #include "core/engine/progress.h"
 #include "core/engine/single_file_run.h"
 #include "core/program/elapsed_time.h"
@@ -37,6 +37,7 @@ void ResetCounters(RunState& run) {
   run.left_out_folders = 0;
   run.failed_files = 0;
   run.first_failure = {};
+  run.hits_of_rows.clear();
   run.RunStarted = true;
 }
 
@@ -127,7 +128,7 @@ RunEnd RunFolder(Program& program, const std::string& source, const std::string&
   ShowResult(program);
   if (program.run.LoggingOn) LogSummary(program);
   if (error == ErrorNumber::kNone) return RunEnd::kFinished;
-  CountFailure(program, FolderExists(program, source) ? target : source, error);
+  NoteFailedFolder(program, FolderExists(program, source) ? target : source, error);
   return RunEnd::kCouldNotRun;
 }
 
@@ -144,13 +145,7 @@ RunEnd RunSingleFile(Program& program, const std::string& source, const std::str
   const CopyResult copy = SingleFileRun(program, source, target);
   program.frmMorvex.mouse_pointer = MousePointer::kDefault;
   if (program.Beeindigd) return RunEnd::kStopped;
-  if (copy.end == CopyEnd::kCopied) return RunEnd::kFinished;
-  if (copy.end == CopyEnd::kPassedOver) {
-    ++program.run.passed_over_files;
-  } else {
-    CountFailure(program, copy.path, copy.error);
-  }
-  return RunEnd::kCouldNotRun;
+  return copy.end == CopyEnd::kCopied ? RunEnd::kFinished : RunEnd::kCouldNotRun;
 }
 
 RunEnd Go(Program& program) {
@@ -187,6 +182,12 @@ RunEnd Go(Program& program) {
 
 void cmdAnonymize_Click(Program& program) {
   if (IsBusy(program)) return;
+  ArmRun(program);
+  WriteInitFile(program);
+}
+
+void ArmRun(Program& program) {
+  if (IsBusy(program)) return;
   program.run.ArmedAt = program.host.system.Now();
   program.run.elapsed = {};
   program.run.RunStarted = false;
@@ -196,7 +197,6 @@ void cmdAnonymize_Click(Program& program) {
   window.cmdGo.visible = true;
   window.cmdAnonymize.enabled = false;
   EnablePathBoxes(program, false);
-  WriteInitFile(program);
 }
 
 void cmdGo_Click(Program& program) {

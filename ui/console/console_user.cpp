@@ -20,6 +20,8 @@ ConsoleUser::ConsoleUser(ConsoleStreams streams) : streams_(std::move(streams)) 
 
 Answer ConsoleUser::ShowMessage(const std::string& text, MessageButtons buttons,
                                 MessageIcon /*icon*/) {
+  if (streams_.answers_yes && buttons == MessageButtons::kYesNo) return Answer::kYes;
+  if (streams_.answers_yes && buttons == MessageButtons::kOkCancel) return Answer::kOk;
   ClearProgress();
   streams_.error << PrintableLines(text);
   switch (buttons) {
@@ -63,8 +65,9 @@ void ConsoleUser::ClearProgress() {
 }
 
 void ConsoleUser::ShowProgressLine() {
+  if (!streams_.error_is_terminal || !streams_.shows_progress) return;
   const bool waiting = program_->frmMorvex.Timer1.enabled;
-  if (!streams_.error_is_terminal || (!waiting && !program_->run.working)) return;
+  if (!waiting && !program_->run.working) return;
   const std::chrono::milliseconds now = program_->host.system.SteadyTime();
   if (now - last_shown_ < kProgressInterval) return;
   last_shown_ = now;

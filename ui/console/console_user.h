@@ -21,6 +21,8 @@ struct ConsoleStreams {
   bool error_is_terminal = false;
   std::function<int()> columns;          // of the terminal
   std::function<bool()> stop_requested;  // the user interrupted the program
+  bool answers_yes = false;              // to every question, without asking it
+  bool shows_progress = true;            // on a terminal
 };
 
 class ConsoleUser : public UserService {

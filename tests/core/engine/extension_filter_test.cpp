@@ -108,5 +108,14 @@ TEST_F(ExtensionFilterTest, AnEmptyListSelectsNothing) {
   }
 }
 
+TEST_F(ExtensionFilterTest, WithAllFilesSelectedEveryNameIsInBothPasses) {
+  test_.program.settings.AllFilesSelected = true;
+  for (const FolderPassKind pass : {kTop, kBelow}) {
+    for (const char* name : {"report.txt", "page.html", "README", ""}) {
+      EXPECT_TRUE(IsSelectedExtension(test_.program, name, pass)) << name;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace morvex::test

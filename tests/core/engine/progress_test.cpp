@@ -5,7 +5,6 @@
 
 #include <limits>
 
-#include "core/engine/failures.h"
 #include "tests/support/test_program.h"
 
 namespace morvex::test {

@@ -13,101 +13,103 @@ constexpr std::chrono::nanoseconds kInstant{1};
 class SkipRulesTest : public ::testing::Test {
  protected:
   SkipRulesTest() { test_.program.run.ArmedAt = test_.system.now; }
-  SkipDecision Decide(const std::string& name, const std::string& folder = "/s") {
-    return DecideSkip(test_.program, name, folder, test_.system.now - kInstant);
+  PassedOver Decide(const std::string& name, const std::string& folder = "/s") {
+    return DecideSkip(test_.program, name, folder, test_.system.now - kInstant).why;
   }
-  SkipDecision DecideModified(WallTime modified) {
-    return DecideSkip(test_.program, "a.txt", "/s", modified);
+  PassedOver DecideModified(WallTime modified) {
+    return DecideSkip(test_.program, "a.txt", "/s", modified).why;
   }
 
   TestProgram test_;
 };
 
 TEST_F(SkipRulesTest, AnOrdinaryFileIsProcessed) {
-  EXPECT_EQ(Decide("a.txt"), SkipDecision::kProcess);
-  EXPECT_EQ(Decide(""), SkipDecision::kProcess);
+  EXPECT_EQ(Decide("a.txt"), PassedOver::kNo);
+  EXPECT_EQ(Decide(""), PassedOver::kNo);
 }
 
 TEST_F(SkipRulesTest, TheBaseNameMorvexIsSkippedSilently) {
   for (const char* name :
        {"Morvex.log", "Morvex.exe", "Morvex.", "Morvex.txt", "Morvex.tar.gz", "Morvex.cle"}) {
-    EXPECT_EQ(Decide(name), SkipDecision::kSkipSilently) << name;
+    EXPECT_EQ(Decide(name), PassedOver::kOwnFile) << name;
   }
 }
 
 TEST_F(SkipRulesTest, MorvexAndOneCharacterWithoutPointIsSkippedSilently) {
-  EXPECT_EQ(Decide("Morvex1"), SkipDecision::kSkipSilently);
-  EXPECT_EQ(Decide("MorvexX"), SkipDecision::kSkipSilently);
-  EXPECT_EQ(Decide("Morvex"), SkipDecision::kProcess);
-  EXPECT_EQ(Decide("Morvex12"), SkipDecision::kProcess);
+  EXPECT_EQ(Decide("Morvex1"), PassedOver::kOwnFile);
+  EXPECT_EQ(Decide("MorvexX"), PassedOver::kOwnFile);
+  EXPECT_EQ(Decide("Morvex"), PassedOver::kNo);
+  EXPECT_EQ(Decide("Morvex12"), PassedOver::kNo);
 }
 
 TEST_F(SkipRulesTest, OtherNamesAroundMorvexAreProcessed) {
   for (const char* name : {"morvex.log", "MORVEX.EXE", "Morvex1.log", "xMorvex.log", "Morve.log",
                            ".Morvex", "MorvexHELP.chm"}) {
-    EXPECT_EQ(Decide(name), SkipDecision::kProcess) << name;
+    EXPECT_EQ(Decide(name), PassedOver::kNo) << name;
   }
 }
 
 TEST_F(SkipRulesTest, TheRunningProgramsOwnExecutableIsSkippedSilently) {
   test_.system.executable_name = "anonymise";
-  EXPECT_EQ(Decide("anonymise.exe"), SkipDecision::kSkipSilently);
-  EXPECT_EQ(Decide("anonymise"), SkipDecision::kProcess);
-  EXPECT_EQ(Decide("Anonymise.exe"), SkipDecision::kProcess);
-  EXPECT_EQ(Decide("morvex-cli.exe"), SkipDecision::kProcess);
+  EXPECT_EQ(Decide("anonymise.exe"), PassedOver::kOwnFile);
+  EXPECT_EQ(Decide("anonymise"), PassedOver::kNo);
+  EXPECT_EQ(Decide("Anonymise.exe"), PassedOver::kNo);
+  EXPECT_EQ(Decide("morvex-cli.exe"), PassedOver::kNo);
 }
 
 TEST_F(SkipRulesTest, FilesInRecycleBinsAreSkippedSilentlyInAnyLetterCase) {
   for (const char* folder : {"/s/RECYCLED", "/s/recycled", "/s/ReCycled/deep/er", "/RECYCLER/s",
                              "/s/Recycler", "/s/unrecycled stuff"}) {
-    EXPECT_EQ(Decide("a.txt", folder), SkipDecision::kSkipSilently) << folder;
+    EXPECT_EQ(Decide("a.txt", folder), PassedOver::kRecycleBin) << folder;
   }
-  EXPECT_EQ(Decide("recycled.txt", "/s"), SkipDecision::kProcess);
-  EXPECT_EQ(Decide("a.txt", "/s/recycle"), SkipDecision::kProcess);
+  EXPECT_EQ(Decide("recycled.txt", "/s"), PassedOver::kNo);
+  EXPECT_EQ(Decide("a.txt", "/s/recycle"), PassedOver::kNo);
 }
 
 TEST_F(SkipRulesTest, FilesInRestoreFoldersAreSkippedSilentlyInAnyLetterCase) {
-  EXPECT_EQ(Decide("a.txt", "/_RESTORE"), SkipDecision::kSkipSilently);
-  EXPECT_EQ(Decide("a.txt", "/s/my_restore/x"), SkipDecision::kSkipSilently);
-  EXPECT_EQ(Decide("a.txt", "/restore"), SkipDecision::kProcess);
+  EXPECT_EQ(Decide("a.txt", "/_RESTORE"), PassedOver::kRecycleBin);
+  EXPECT_EQ(Decide("a.txt", "/s/my_restore/x"), PassedOver::kRecycleBin);
+  EXPECT_EQ(Decide("a.txt", "/restore"), PassedOver::kNo);
 }
 
 TEST_F(SkipRulesTest, SystemVolumeInformationNeverFires) {
   for (const char* folder : {"/System Volume Information", "/SYSTEM VOLUME INFORMATION/x",
                              "/system volume information"}) {
-    EXPECT_EQ(Decide("a.txt", folder), SkipDecision::kProcess) << folder;
+    EXPECT_EQ(Decide("a.txt", folder), PassedOver::kNo) << folder;
   }
 }
 
 TEST_F(SkipRulesTest, AFileChangedAtTheMomentOfArmingIsSkippedSilently) {
-  EXPECT_EQ(DecideModified(test_.system.now), SkipDecision::kSkipSilently);
+  EXPECT_EQ(DecideModified(test_.system.now), PassedOver::kChangedMeanwhile);
 }
 
 TEST_F(SkipRulesTest, AFileChangedAnInstantBeforeArmingIsProcessed) {
-  EXPECT_EQ(DecideModified(test_.system.now - kInstant), SkipDecision::kProcess);
+  EXPECT_EQ(DecideModified(test_.system.now - kInstant), PassedOver::kNo);
 }
 
 TEST_F(SkipRulesTest, AFileChangedAfterArmingIsSkippedSilently) {
-  EXPECT_EQ(DecideModified(test_.system.now + kInstant), SkipDecision::kSkipSilently);
+  EXPECT_EQ(DecideModified(test_.system.now + kInstant), PassedOver::kChangedMeanwhile);
 }
 
 TEST_F(SkipRulesTest, WithoutATimeThatRuleIsPassedOver) {
-  EXPECT_EQ(DecideSkip(test_.program, "a.txt", "/s", std::nullopt), SkipDecision::kProcess);
+  EXPECT_EQ(DecideSkip(test_.program, "a.txt", "/s", std::nullopt), SkipDecision{});
 }
 
 TEST_F(SkipRulesTest, NamesEndingInCleAreSkippedAndCounted) {
   for (const char* name : {"article", "cle", "a.cle", "x.txtcle"}) {
-    EXPECT_EQ(Decide(name), SkipDecision::kSkipCounted) << name;
+    EXPECT_EQ(DecideSkip(test_.program, name, "/s", std::nullopt),
+              (SkipDecision{PassedOver::kNameEnding, true}))
+        << name;
   }
   for (const char* name : {"article.txt", "CLE", "a.Cle", "cle.", "le"}) {
-    EXPECT_EQ(Decide(name), SkipDecision::kProcess) << name;
+    EXPECT_EQ(Decide(name), PassedOver::kNo) << name;
   }
 }
 
 TEST_F(SkipRulesTest, TheSilentRulesComeBeforeTheCountedOne) {
-  EXPECT_EQ(Decide("article", "/s/recycler"), SkipDecision::kSkipSilently);
+  EXPECT_EQ(Decide("article", "/s/recycler"), PassedOver::kRecycleBin);
   EXPECT_EQ(DecideSkip(test_.program, "article", "/s", test_.system.now),
-            SkipDecision::kSkipSilently);
+            SkipDecision{PassedOver::kChangedMeanwhile});
 }
 
 // The same rules as a file meets them.

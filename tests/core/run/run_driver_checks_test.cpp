@@ -257,5 +257,24 @@ TEST(GoEmptySource, GoesIntoAFolderRunThatEndsForWantOfAScale) {
   EXPECT_EQ(test.program.run.end, RunEnd::kStopped);
 }
 
+TEST(ArmRun, ArmsLikeAnonymizeAndWritesNoSettings) {
+  RunProgram test;
+  const std::string settings = "left as it was";
+  test.files.AddFile("/program/Init.dat", settings);
+  test.system.now += std::chrono::hours(1);
+  ArmRun(test.program);
+  test.ExpectArmed();
+  EXPECT_EQ(test.program.run.ArmedAt, test.system.now);
+  EXPECT_EQ(test.files.Bytes("/program/Init.dat"), settings);
+}
+
+TEST(ArmRun, DoesNothingWhileARunWorks) {
+  RunProgram test;
+  test.program.run.working = true;
+  test.system.now += std::chrono::hours(1);
+  ArmRun(test.program);
+  EXPECT_NE(test.program.run.ArmedAt, test.system.now);
+}
+
 }  // namespace
 }  // namespace morvex::test

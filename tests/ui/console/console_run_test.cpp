@@ -192,5 +192,31 @@ TEST(ConsoleAlone, AfterAMessageTheProgressLineComesAgain) {
   EXPECT_EQ(error.str(), "\r" + ProgressLine(test.program));
 }
 
+TEST(ConsoleAlone, AUserWhoAnswersYesIsNotAsked) {
+  std::istringstream input;
+  std::ostringstream error;
+  ConsoleStreams streams{input, error, false, false, nullptr, nullptr};
+  streams.answers_yes = true;
+  ConsoleUser user(streams);
+  EXPECT_EQ(user.ShowMessage("Make?", MessageButtons::kYesNo, MessageIcon::kNone), Answer::kYes);
+  EXPECT_EQ(user.ShowMessage("Sure?", MessageButtons::kOkCancel, MessageIcon::kNone), Answer::kOk);
+  EXPECT_EQ(error.str(), "");
+  user.ShowMessage("text", MessageButtons::kOk, MessageIcon::kNone);
+  EXPECT_EQ(error.str(), "text\n");
+}
+
+TEST(ConsoleAlone, ProgressThatIsNotWantedIsNotShown) {
+  TestProgram test;
+  test.program.run.working = true;
+  std::istringstream input;
+  std::ostringstream error;
+  ConsoleStreams streams{input, error, true, true, nullptr, nullptr};
+  streams.shows_progress = false;
+  ConsoleUser user(streams);
+  user.Attach(test.program);
+  user.HandlePendingEvents();
+  EXPECT_EQ(error.str(), "");
+}
+
 }  // namespace
 }  // namespace morvex::test

@@ -1,0 +1,237 @@
+#include "core/leftovers/leftover_search.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace morvex {
+namespace {
+
+constexpr std::size_t kPadding = 64;
+static_assert(kPadding >= KeyIndex::kReadAhead && kPadding >= ScanTables::kReadAhead);
+
+// As in a substitution: with more than one look a place in so many, the places after them are left
+// to the automaton, unless its keys have too many bytes.
+constexpr std::size_t kFewLooks = 4;
+constexpr std::size_t kPlacesForAutomaton = std::size_t{1} << 16;
+constexpr std::size_t kMostAutomatonBytes = std::size_t{1} << 20;
+
+std::size_t KeyBytes(const std::vector<CompiledRow>& keys) {
+  std::size_t bytes = 0;
+  for (const CompiledRow& key : keys) bytes += key.key.size();
+  return bytes;
+}
+
+}  // namespace
+
+LeftoverSearch::LeftoverSearch(const Sought& sought, Kernel kernel, std::size_t block)
+    : sought_(sought),
+      filter_(sought.index(), sought.keys(), kernel),
+      automaton_refused_(KeyBytes(sought.keys()) > kMostAutomatonBytes),
+      behind_(static_cast<std::size_t>(sought.look_behind()) + kAround + 1),
+      ahead_(std::max(sought.look_ahead(), kShown) + kAround),
+      capacity_(behind_ + ahead_ + block),
+      bytes_(std::make_unique<std::uint8_t[]>(capacity_ + kPadding)),
+      folded_(std::make_unique<std::uint8_t[]>(capacity_ + kPadding)),
+      progress_(sought.rows().size()) {}
+
+void LeftoverSearch::Open() {
+  for (const std::size_t row : touched_) progress_[row] = Progress();
+  touched_.clear();
+  base_ = 0;
+  filled_ = 0;
+  next_ = 0;
+  counted_ = 0;
+  line_ = 1;
+  places_for_automaton_ = 0;
+}
+
+ErrorNumber LeftoverSearch::Run(InputFile& file, const TellLeftover& tell,
+                                const KeepGoing& keep_going) {
+  Open();
+  tell_ = &tell;
+  for (;;) {
+    if (keep_going && !keep_going()) return ErrorNumber::kInvalidCall;
+    const std::size_t room = capacity_ - filled_;
+    const Result<std::size_t> read =
+        file.ReadAt(base_ + filled_, reinterpret_cast<char*>(bytes_.get()) + filled_, room);
+    if (!read) return read.error;
+    std::transform(bytes_.get() + filled_, bytes_.get() + filled_ + read.value,
+                   folded_.get() + filled_, Folded);
+    filled_ += read.value;
+    // No key goes on behind the end: none holds a NUL.
+    std::memset(folded_.get() + filled_, 0, kPadding);
+    const bool ended = read.value < room;
+    SearchUpTo(ended ? filled_ : filled_ - ahead_);
+    if (ended) return ErrorNumber::kNone;
+    Slide();
+  }
+}
+
+// Drops what no later place needs.
+void LeftoverSearch::Slide() {
+  LineAt(next_);
+  const std::size_t dropped = next_ - std::min(next_, behind_);
+  std::memmove(bytes_.get(), bytes_.get() + dropped, filled_ - dropped);
+  std::memmove(folded_.get(), folded_.get() + dropped, filled_ - dropped);
+  base_ += dropped;
+  filled_ -= dropped;
+  next_ -= dropped;
+  counted_ -= dropped;
+}
+
+void LeftoverSearch::SearchUpTo(std::size_t limit) {
+  if (sought_.keys().empty()) next_ = limit;
+  while (next_ < limit) {
+    if (places_for_automaton_ > 0) {
+      ByAutomaton(std::min(limit - next_, kPlacesForAutomaton));
+    } else {
+      ByIndex(std::min(limit - next_, CandidateFilter::kBlock));
+    }
+  }
+}
+
+void LeftoverSearch::ByIndex(std::size_t count) {
+  const std::uint8_t* const folded = folded_.get() + next_;
+  const std::size_t size = filled_ - next_;
+  const std::size_t found = filter_.Find(folded, count, places_.data());
+  std::array<std::int32_t, KeyIndex::kBatch> rows;
+  std::size_t looks = 0;
+  for (std::size_t first = 0; first < found; first += KeyIndex::kBatch) {
+    const std::uint16_t* const places = places_.data() + first;
+    const std::size_t batch = std::min(found - first, KeyIndex::kBatch);
+    looks += sought_.index().LookAt(folded, size, places, batch, rows.data());
+    for (std::size_t i = 0; i < batch; ++i) {
+      if (rows[i] == KeyIndex::kNone) continue;
+      if (rows[i] != KeyIndex::kUndecided) {
+        KeyAt(next_ + places[i], KeyIndex::OnlyAttempt(rows[i]));
+        continue;
+      }
+      keys_.clear();
+      sought_.index().Find(folded + places[i], size - places[i], keys_);
+      for (const std::int32_t key : keys_) KeyAt(next_ + places[i], key);
+    }
+  }
+  next_ += count;
+  if (looks > count / kFewLooks && !automaton_refused_) places_for_automaton_ = kPlacesForAutomaton;
+}
+
+void LeftoverSearch::ByAutomaton(std::size_t count) {
+  if (!automaton_) automaton_.emplace(sought_.keys(), sought_.index().rows_by_key());
+  places_for_automaton_ -= std::min(places_for_automaton_, count);
+  found_by_automaton_.clear();
+  automaton_->Find(folded_.get() + next_, count, filled_ - next_, found_by_automaton_);
+  for (auto found = found_by_automaton_.rbegin(); found != found_by_automaton_.rend(); ++found) {
+    keys_.clear();
+    automaton_->RowsAt(found->state, keys_);
+    for (const std::int32_t key : keys_) KeyAt(next_ + found->place, key);
+  }
+  next_ += count;
+}
+
+void LeftoverSearch::KeyAt(std::size_t at, std::int32_t key) {
+  for (const std::int32_t index : sought_.PartsOf(key)) {
+    const SoughtPart& part = sought_.parts()[static_cast<std::size_t>(index)];
+    if (IsDone(at, part)) continue;
+    const std::optional<Standing> standing = StandsAt(part.spelling, BytesFrom(at));
+    if (standing && !StandsInOtherOrder(at, part)) PartAt(at, part, *standing);
+  }
+}
+
+// Whatever stands at the place, the part there leads to nothing.
+bool LeftoverSearch::IsDone(std::size_t at, const SoughtPart& part) const {
+  const Progress& progress = progress_[part.sought_row];
+  return part.number == 0 ? base_ + at < progress.not_before : !progress.touched;
+}
+
+// Between two NULs UTF-16 reads in both byte orders, a byte apart. The one at an even offset
+// counts.
+bool LeftoverSearch::StandsInOtherOrder(std::size_t at, const SoughtPart& part) const {
+  if (part.other_order == SoughtPart::kNone || (base_ + at) % 2 == 0) return false;
+  const SoughtPart& other = sought_.parts()[static_cast<std::size_t>(part.other_order)];
+  const bool is_little = part.spelling.encoding == Encoding::kUtf16Le;
+  if (!is_little && at + 1 > filled_) return false;
+  return StandsAt(other.spelling, BytesFrom(is_little ? at - 1 : at + 1)).has_value();
+}
+
+void LeftoverSearch::PartAt(std::size_t at, const SoughtPart& part, const Standing& standing) {
+  const SoughtRow& row = sought_.rows()[part.sought_row];
+  const std::uint64_t place = base_ + at;
+  const std::string_view bytes = BytesFrom(at).substr(0, standing.size);
+  Occurrence here{
+      place, place + standing.size, 0, standing.as_written,
+      std::all_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) == 0; })};
+  if (part.number == 0) {
+    if (!row.put_in.empty() && BytesFrom(at).starts_with(row.put_in)) return;
+    here.line = LineAt(at);
+  } else {
+    const std::optional<Occurrence> begun =
+        TakeReady(progress_[part.sought_row].stages[part.number - 1], place);
+    if (!begun || here.end - begun->begin > row.longest_span) return;
+    here.begin = begun->begin;
+    here.line = begun->line;
+    here.as_written = here.as_written && begun->as_written;
+    here.is_ascii = here.is_ascii && begun->is_ascii;
+  }
+  Progress& progress = ProgressOf(part);
+  if (part.number + 1 < row.parts) {
+    progress.stages[part.number].waiting.push_back(here);
+    TakeReady(progress.stages[part.number], place);
+    return;
+  }
+  for (Progress::Stage& stage : progress.stages) stage = {};
+  progress.not_before = here.end;
+  if (!here.is_ascii || !row.ascii_is_told_elsewhere) Tell(row, here);
+}
+
+// The latest that ends in front of the place or at it, if there is one.
+std::optional<LeftoverSearch::Occurrence> LeftoverSearch::TakeReady(Progress::Stage& stage,
+                                                                    std::uint64_t place) const {
+  while (!stage.waiting.empty() && stage.waiting.front().end <= place) {
+    stage.ready = stage.waiting.front();
+    stage.waiting.pop_front();
+  }
+  return stage.ready;
+}
+
+LeftoverSearch::Progress& LeftoverSearch::ProgressOf(const SoughtPart& part) {
+  Progress& progress = progress_[part.sought_row];
+  if (!progress.touched) {
+    progress.touched = true;
+    touched_.push_back(part.sought_row);
+    progress.stages.resize(sought_.rows()[part.sought_row].parts - 1);
+  }
+  return progress;
+}
+
+// The line of a place that is not in front of one asked about before.
+std::int64_t LeftoverSearch::LineAt(std::size_t at) {
+  if (at > counted_) {
+    line_ += std::count(bytes_.get() + counted_, bytes_.get() + at, std::uint8_t{'\n'});
+    counted_ = at;
+  }
+  return line_;
+}
+
+void LeftoverSearch::Tell(const SoughtRow& row, const Occurrence& found) {
+  Leftover leftover;
+  leftover.offset = found.begin;
+  leftover.line = found.line;
+  leftover.row = row.row;
+  leftover.encoding = row.encoding;
+  leftover.as_written = found.as_written;
+  leftover.is_wildcard = row.is_wildcard;
+  leftover.size = found.end - found.begin;
+  const auto at = static_cast<std::size_t>(found.begin - base_);
+  leftover.before = std::min(at, kAround);
+  const std::size_t shown =
+      static_cast<std::size_t>(std::min<std::uint64_t>(leftover.size, kShown)) + kAround;
+  leftover.around = BytesFrom(at - leftover.before).substr(0, leftover.before + shown);
+  (*tell_)(leftover);
+}
+
+Result<std::size_t> BytesAsFile::ReadAt(std::uint64_t offset, char* into, std::size_t size) {
+  if (offset >= bytes_.size()) return std::size_t{0};
+  return bytes_.copy(into, size, static_cast<std::size_t>(offset));
+}
+
+}  // namespace morvex

@@ -1,0 +1,189 @@
+#include "core/leftovers/sought.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+namespace morvex {
+namespace {
+
+// Of one part, in one encoding. Behind so many the key ends and the rest is compared at the place.
+constexpr std::size_t kMostKeys = 16;
+// A part that is longer is sought by its beginning, a right text that is longer is not looked for.
+constexpr std::size_t kLongestPart = 32000;
+// The bytes that a match of the engine may span.
+constexpr std::uint64_t kLongestMatch = 32766;
+
+std::vector<std::string> FoldedWays(const LetterWays& ways) {
+  std::vector<std::string> folded;
+  for (std::string way : ways) {
+    for (char& byte : way) byte = static_cast<char>(Folded(static_cast<std::uint8_t>(byte)));
+    if (std::find(folded.begin(), folded.end(), way) == folded.end()) folded.push_back(way);
+  }
+  return folded;
+}
+
+std::vector<std::string> KeysOf(const Spelling& spelling) {
+  std::vector<std::string> keys = {""};
+  for (const LetterWays* letter : spelling.letters) {
+    const std::vector<std::string> ways = FoldedWays(*letter);
+    if (!keys.front().empty() && keys.size() * ways.size() > kMostKeys) break;
+    std::vector<std::string> longer;
+    for (const std::string& key : keys) {
+      for (const std::string& way : ways) longer.push_back(key + way);
+    }
+    keys = std::move(longer);
+  }
+  return keys;
+}
+
+bool IsAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char byte) { return (byte & 0x80) == 0; });
+}
+
+// The pieces of a text between its wildcards, without empty ones. In first place of a left text the
+// wildcard is an ordinary character.
+std::vector<std::string_view> PiecesOf(std::string_view text, char joker, std::size_t from) {
+  std::vector<std::string_view> pieces;
+  std::size_t begin = 0;
+  while (begin <= text.size()) {
+    const std::size_t end = std::min(text.find(joker, std::max(begin, from)), text.size());
+    if (end > begin) pieces.push_back(text.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return pieces;
+}
+
+// All pieces stand in the text, in their order, the first one at its beginning.
+bool HoldsAll(std::string_view text, const std::vector<std::string_view>& pieces) {
+  if (!text.starts_with(pieces.front())) return false;
+  std::size_t at = 0;
+  for (const std::string_view piece : pieces) {
+    at = text.find(piece, at);
+    if (at == std::string_view::npos) return false;
+    at += piece.size();
+  }
+  return true;
+}
+
+}  // namespace
+
+// A row as the list has it.
+struct Sought::ListRow {
+  std::int64_t row = 0;
+  bool is_wildcard = false;
+  std::vector<std::string_view> parts;
+  std::string put_in;
+  Encoding encoding = Encoding::kBytes;  // of the list, or kBytes where the row cannot be read so
+};
+
+Sought::Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding list_encoding) {
+  const char wildcard = static_cast<char>(joker);
+  for (std::int64_t index = 0; index < tables.PairCount; ++index) {
+    const std::string& left = tables.LeftTexts[static_cast<std::size_t>(index)];
+    const std::string& right = tables.RightTexts[static_cast<std::size_t>(index)];
+    if (left.empty()) continue;
+    ListRow row;
+    row.row = index;
+    row.is_wildcard = joker != 0 && left.find(wildcard, 1) != std::string::npos;
+    row.parts = row.is_wildcard ? PiecesOf(left, wildcard, 1) : std::vector<std::string_view>{left};
+    if (row.is_wildcard) {
+      std::string kept = right;
+      kept.erase(std::remove(kept.begin(), kept.end(), wildcard), kept.end());
+      if (HoldsAll(kept, row.parts)) {
+        if (kept != right) {
+          rows_that_stay_.push_back(index);
+          continue;
+        }
+        if (kept.size() <= kLongestPart) row.put_in = kept;
+      }
+    }
+    row.encoding = Decode(left, list_encoding) ? list_encoding : Encoding::kBytes;
+    AddRow(row, row.encoding);
+    if (row.encoding == Encoding::kBytes) continue;
+    if (!IsAscii(left)) {
+      AddRow(row, row.encoding == Encoding::kUtf8 ? Encoding::kWindows1252 : Encoding::kUtf8, true);
+    }
+    const std::size_t first_little = parts_.size();
+    AddRow(row, Encoding::kUtf16Le);
+    const std::size_t first_big = parts_.size();
+    AddRow(row, Encoding::kUtf16Be);
+    AddOtherOrders(first_little, first_big);
+  }
+  MakeKeys();
+}
+
+// Nothing when one of the parts cannot be spelled so.
+void Sought::AddRow(const ListRow& row, Encoding encoding, bool ascii_is_told_elsewhere) {
+  std::vector<Spelling> spellings;
+  for (const std::string_view part : row.parts) {
+    const std::optional<std::u32string> text = Decode(part, row.encoding);
+    std::optional<Spelling> spelling = text ? alphabet_.Spell(*text, encoding) : std::nullopt;
+    if (!spelling) return;
+    while (spelling->LongestSize() > kLongestPart) {
+      spelling->Cut(spelling->letters.size() / 2);
+    }
+    look_ahead_ = std::max(look_ahead_, spelling->LongestSize());
+    spellings.push_back(std::move(*spelling));
+  }
+  SoughtRow sought;
+  sought.row = row.row;
+  sought.encoding = encoding;
+  sought.is_wildcard = row.is_wildcard;
+  sought.ascii_is_told_elsewhere = ascii_is_told_elsewhere;
+  sought.parts = spellings.size();
+  if (!row.put_in.empty()) {
+    const std::optional<std::u32string> put_in = Decode(row.put_in, row.encoding);
+    const std::optional<std::string> bytes = put_in ? Encode(*put_in, encoding) : std::nullopt;
+    if (bytes) sought.put_in = *bytes;
+    look_ahead_ = std::max(look_ahead_, sought.put_in.size());
+  }
+  if (sought.parts > 1) {
+    const bool is_wide = encoding == Encoding::kUtf16Le || encoding == Encoding::kUtf16Be;
+    sought.longest_span = kLongestMatch * (is_wide ? 2 : 1);
+    look_behind_ = std::max(look_behind_, sought.longest_span);
+  }
+  rows_.push_back(std::move(sought));
+  for (std::size_t number = 0; number < spellings.size(); ++number) {
+    SoughtPart part;
+    part.sought_row = rows_.size() - 1;
+    part.number = number;
+    part.spelling = std::move(spellings[number]);
+    parts_.push_back(std::move(part));
+  }
+}
+
+void Sought::AddOtherOrders(std::size_t first_little, std::size_t first_big) {
+  for (std::size_t i = 0; first_big + i < parts_.size(); ++i) {
+    parts_[first_little + i].other_order = static_cast<std::int32_t>(first_big + i);
+    parts_[first_big + i].other_order = static_cast<std::int32_t>(first_little + i);
+  }
+}
+
+void Sought::MakeKeys() {
+  std::map<std::string, std::vector<std::int32_t>> parts_by_key;
+  for (std::size_t part = 0; part < parts_.size(); ++part) {
+    for (const std::string& key : KeysOf(parts_[part].spelling)) {
+      parts_by_key[key].push_back(static_cast<std::int32_t>(part));
+    }
+  }
+  key_bytes_.reserve(parts_by_key.size());  // the keys lie in it, so it may not move
+  for (auto& [bytes, parts] : parts_by_key) {
+    key_bytes_.push_back(bytes);
+    CompiledRow key;
+    key.key = key_bytes_.back();
+    key.attempt = 0;  // so the index gives all keys that stand at a place, not the first alone
+    keys_.push_back(std::move(key));
+    parts_of_keys_.push_back(std::move(parts));
+  }
+  index_ = std::make_unique<KeyIndex>(keys_);
+}
+
+Encoding GuessEncoding(const SubstitutionTables& tables) {
+  const bool is_utf8 =
+      std::all_of(tables.LeftTexts.begin(), tables.LeftTexts.end(),
+                  [](const std::string& text) { return Decode(text, Encoding::kUtf8); });
+  return is_utf8 ? Encoding::kUtf8 : Encoding::kWindows1252;
+}
+
+}  // namespace morvex

@@ -1,0 +1,97 @@
+// What is sought of a replacement list: the left text of every row, in every encoding in which it
+// can be spelled, in any letter case.
+//
+// A row with the wildcard is sought by its parts: all of them, in their order, no further from each
+// other than a match may reach. Each part in one encoding has keys, the beginnings under which an
+// index finds it. Keys and files are compared folded, with a bit set in every byte that makes most
+// letter cases one; where a letter's cases still differ there is a key for each.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/engine/compiled_list.h"
+#include "core/engine/key_index.h"
+#include "core/leftovers/spelling.h"
+#include "core/tables/substitution_tables.h"
+
+namespace morvex {
+
+// Makes one of two letters that differ in case alone, in most alphabets, and nothing a NUL.
+constexpr std::uint8_t Folded(std::uint8_t byte) { return byte | 0x20; }
+
+// A row in one encoding.
+struct SoughtRow {
+  std::int64_t row = 0;  // of the tables
+  Encoding encoding = Encoding::kBytes;
+  bool is_wildcard = false;
+  std::size_t parts = 1;
+  // Where it stands in ASCII alone, the row in another encoding stands as well.
+  bool ascii_is_told_elsewhere = false;
+  std::uint64_t longest_span = 0;  // bytes, from the first part's beginning to the last one's end
+  // Of a wildcard row whose right text would be found again: where that stands, nothing is left.
+  std::string put_in;
+};
+
+struct SoughtPart {
+  static constexpr std::int32_t kNone = -1;
+
+  std::size_t sought_row = 0;
+  std::size_t number = 0;  // among the row's parts
+  Spelling spelling;
+  // The same part in UTF-16 of the other byte order.
+  std::int32_t other_order = kNone;
+};
+
+class Sought {
+ public:
+  // `joker` is the wildcard's code, 0 for none; `list_encoding` says how the list's own bytes are
+  // read. A text that they cannot be is sought as bytes alone.
+  Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding list_encoding);
+  Sought(const Sought&) = delete;
+  Sought& operator=(const Sought&) = delete;
+
+  const std::vector<SoughtRow>& rows() const { return rows_; }
+  const std::vector<SoughtPart>& parts() const { return parts_; }
+  // Rows whose right text puts back what the wildcard took in, together with all parts of the left
+  // text: nothing of them is ever gone, so they are not sought.
+  const std::vector<std::int64_t>& rows_that_stay() const { return rows_that_stay_; }
+
+  // Of the folded keys.
+  const std::vector<CompiledRow>& keys() const { return keys_; }
+  const KeyIndex& index() const { return *index_; }
+  // The parts of which a key, an index into keys(), is a beginning.
+  const std::vector<std::int32_t>& PartsOf(std::int32_t key) const {
+    return parts_of_keys_[static_cast<std::size_t>(key)];
+  }
+
+  // So many bytes behind a place may be looked at, so many before it belong to what is found there.
+  std::size_t look_ahead() const { return look_ahead_; }
+  std::uint64_t look_behind() const { return look_behind_; }
+
+ private:
+  struct ListRow;
+  void AddRow(const ListRow& row, Encoding encoding, bool ascii_is_told_elsewhere = false);
+  void AddOtherOrders(std::size_t first_little, std::size_t first_big);
+  void MakeKeys();
+
+  Alphabet alphabet_;
+  std::vector<SoughtRow> rows_;
+  std::vector<SoughtPart> parts_;
+  std::vector<std::int64_t> rows_that_stay_;
+  std::vector<std::string> key_bytes_;
+  std::vector<CompiledRow> keys_;
+  std::vector<std::vector<std::int32_t>> parts_of_keys_;
+  std::unique_ptr<KeyIndex> index_;
+  std::size_t look_ahead_ = 1;
+  std::uint64_t look_behind_ = 0;
+};
+
+// UTF-8 when all left texts are that, else Windows-1252.
+Encoding GuessEncoding(const SubstitutionTables& tables);
+
+}  // namespace morvex

@@ -1,0 +1,50 @@
+// Looks a list file over before it is used: rows that will not do what their writer thinks.
+//
+// The file is read by the same grammar as an import, so the rows are those that an import makes.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/host/file_service.h"
+
+namespace morvex {
+
+enum class ListProblem {
+  kNoUsableRow,    // of the whole list: no row has a left text
+  kByteOrderMark,  // stands in front of the first row and becomes part of its left text
+  kNoSeparator,    // the line is no row
+  kRowsLost,       // the line stands behind the final row
+  kEmptyLeft,      // the row is never tried
+  kDuplicate,      // the left text of an earlier row: this one never wins
+  kForestalled,    // the left text begins with that of an earlier row: this one never wins
+  kShort,          // one or two characters, which will be found everywhere
+  kOpenWildcard,   // the wildcard ends the left text, so nothing ends what it takes
+  kStrayWildcard,  // the right text has a wildcard and the left text has none
+};
+
+struct ListRemark {
+  ListProblem problem = ListProblem::kNoUsableRow;
+  std::int64_t line = 0;          // counts from 1; 0 for the whole list
+  std::int64_t earlier_line = 0;  // of the row that wins instead, or of the final row
+  std::string text;               // the left text, or the line that is no row
+  std::string earlier_text;       // the left text that wins instead
+};
+
+struct ListReview {
+  std::vector<ListRemark> remarks;         // by line; that on the whole list comes first
+  std::vector<std::int64_t> line_of_row;   // rows as the tables count them
+  ErrorNumber error = ErrorNumber::kNone;  // what ended the reading early
+
+  bool IsUsable() const {
+    return remarks.empty() || remarks.front().problem != ListProblem::kNoUsableRow;
+  }
+};
+
+// `joker` is the wildcard's code, 0 for none. An error when the file cannot be opened.
+Result<ListReview> ReviewList(FileService& files, const std::string& path,
+                              std::string_view separator, std::uint8_t joker);
+
+}  // namespace morvex

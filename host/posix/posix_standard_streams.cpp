@@ -1,0 +1,69 @@
+#include "host/posix/posix_standard_streams.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "host/posix/posix_descriptor.h"
+
+namespace morvex {
+namespace {
+
+// A pipe that holds more has its two ends wait for each other less often. Where the system does not
+// give so much, what it gives will do.
+constexpr int kPipeSize = 1 << 20;
+
+void Widen(int stream) {
+#ifdef F_SETPIPE_SZ
+  fcntl(stream, F_SETPIPE_SZ, kPipeSize);
+#endif
+}
+
+class PipeInput : public InputFile {
+ public:
+  explicit PipeInput(int stream) : stream_(stream) { Widen(stream); }
+
+  Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
+    if (offset != done_) return ErrorNumber::kInvalidCall;
+    const posix::Transfer read = posix::TransferAll(
+        size, 0,
+        [&](std::size_t done, std::size_t left) { return ::read(stream_, into + done, left); });
+    done_ += read.done;
+    if (read.code != 0) return posix::ErrorFromCode(read.code, posix::Missing::kFile);
+    return read.done;
+  }
+
+ private:
+  const int stream_;
+  std::uint64_t done_ = 0;
+};
+
+class PipeOutput : public OutputFile {
+ public:
+  explicit PipeOutput(int stream) : stream_(stream) { Widen(stream); }
+
+  ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
+    if (offset != done_) return ErrorNumber::kInvalidCall;
+    done_ += bytes.size();
+    return posix::ErrorFromCode(posix::WriteAll(stream_, bytes), posix::Missing::kFile);
+  }
+
+  ErrorNumber Close() override {
+    return posix::ErrorFromCode(::close(stream_) == 0 ? 0 : errno, posix::Missing::kFile);
+  }
+
+ private:
+  const int stream_;
+  std::uint64_t done_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<InputFile> StandardInput() { return std::make_unique<PipeInput>(STDIN_FILENO); }
+
+std::unique_ptr<OutputFile> StandardOutput() { return std::make_unique<PipeOutput>(STDOUT_FILENO); }
+
+}  // namespace morvex

@@ -1,0 +1,333 @@
+// Every form of a left text is found wherever it stands, and nothing else is.
+#include "core/leftovers/leftover_search.h"
+
+#include <algorithm>
+#include <random>
+
+#include "tests/core/leftovers/leftovers_test.h"
+
+namespace morvex::test {
+namespace {
+
+using namespace std::string_literals;
+using Finds = std::vector<FoundLeftover>;
+
+const std::string kMueller = "M\xC3\xBCller";
+
+struct Form {
+  const char* name;
+  std::string bytes;
+  Encoding encoding;
+  bool as_written;
+};
+
+std::vector<Form> FormsOfMueller() {
+  return {
+      {"as it stands", "M\xC3\xBCller", Encoding::kUtf8, true},
+      {"upper case", "M\xC3\x9CLLER", Encoding::kUtf8, false},
+      {"lower case", "m\xC3\xBCller", Encoding::kUtf8, false},
+      {"mixed case", "mUeLlEr"s.replace(1, 2, "\xC3\x9C"), Encoding::kUtf8, false},
+      {"Windows-1252", "M\xFCller", Encoding::kWindows1252, true},
+      {"Windows-1252, upper case", "M\xDCLLER", Encoding::kWindows1252, false},
+      {"UTF-16LE", "M\0\xFC\0l\0l\0e\0r\0"s, Encoding::kUtf16Le, true},
+      {"UTF-16LE, upper case", "M\0\xDC\0L\0L\0E\0R\0"s, Encoding::kUtf16Le, false},
+      {"UTF-16BE", "\0M\0\xFC\0l\0l\0e\0r"s, Encoding::kUtf16Be, true},
+      {"UTF-16BE, upper case", "\0M\0\xDC\0L\0L\0E\0R"s, Encoding::kUtf16Be, false},
+  };
+}
+
+TEST(LeftoverSearchTest, EveryFormIsFoundAtTheFirstAndAtTheLastByteAndBetween) {
+  const SoughtList list(Rows{{kMueller, "[tenant]"}});
+  for (const Form& form : FormsOfMueller()) {
+    const std::uint64_t size = form.bytes.size();
+    const FoundLeftover first{0, 1, 0, form.encoding, form.as_written, size};
+    EXPECT_EQ(list.Find(form.bytes), Finds{first}) << form.name;
+    EXPECT_EQ(list.Find(form.bytes + " lives here."), Finds{first}) << form.name;
+    FoundLeftover last = first;
+    last.offset = 12;
+    last.line = 2;
+    EXPECT_EQ(list.Find("here lives:\n" + form.bytes), Finds{last}) << form.name;
+    EXPECT_EQ(list.Find("here lives:\n" + form.bytes + "."), Finds{last}) << form.name;
+  }
+}
+
+TEST(LeftoverSearchTest, EveryFormIsFoundAcrossTheBorderOfABlock) {
+  const SoughtList list(Rows{{kMueller, "[tenant]"}});
+  constexpr std::size_t kBlock = 64;
+  for (const Form& form : FormsOfMueller()) {
+    // Every place around the first few borders, wherever they lie.
+    for (std::size_t at = 0; at < 1000; at += 2) {
+      const std::string bytes = std::string(at, '.') + form.bytes + std::string(300, '.');
+      EXPECT_EQ(list.Find(bytes, kBlock),
+                Finds({{at, 1, 0, form.encoding, form.as_written, form.bytes.size()}}))
+          << form.name << " at " << at;
+    }
+  }
+}
+
+TEST(LeftoverSearchTest, WhatOnlyLooksLikeATextIsNotFound) {
+  const SoughtList list(Rows{{kMueller, "[tenant]"}, {"a@b[1]", "x"}});
+  for (const std::string& bytes :
+       {""s, "M\xC3\xBClle"s, "M\xC3\xBC"s, "Mueller"s, "Muller"s, "\xC3\xBCller"s,
+        "m\xC3\xBDller"s, "M\xC3\xBC"s + "\xCC"s + "ler"s, "M\xE3\xBCller"s, "M\0\xFC\0l\0l\0e\0r"s,
+        "\0M\0\xFC\0l\0l\0e\0"s, "a`b[1]"s, "a@b{1}"s, "A@B[\x11]"s, "M\xC3\xBC ller"s}) {
+    EXPECT_EQ(list.Find(bytes), Finds{}) << bytes;
+  }
+}
+
+TEST(LeftoverSearchTest, Utf16IsFoundOnceInItsOwnByteOrder) {
+  const SoughtList list(Rows{{"Anna", "x"}});
+  const std::string little = "x\0A\0n\0n\0a\0y\0"s;
+  const std::string big = "\0x\0A\0n\0n\0a\0y"s;
+  EXPECT_EQ(list.Find(little), Finds({{2, 1, 0, Encoding::kUtf16Le, true, 8}}));
+  EXPECT_EQ(list.Find(big), Finds({{2, 1, 0, Encoding::kUtf16Be, true, 8}}));
+  // Out of step it is still found.
+  EXPECT_EQ(list.Find("?" + little).size(), 1u);
+  EXPECT_EQ(list.Find("?" + big).size(), 1u);
+}
+
+TEST(LeftoverSearchTest, AListInWindows1252IsFoundInUtf8) {
+  const SoughtList list(Rows{{"M\xFCller", "x"}}, '*', Encoding::kWindows1252);
+  EXPECT_EQ(list.Find("M\xFCller M\xC3\xBCller"), Finds({{0, 1, 0, Encoding::kWindows1252, true, 6},
+                                                         {7, 1, 0, Encoding::kUtf8, true, 7}}));
+}
+
+TEST(LeftoverSearchTest, ATextThatTheListsEncodingCannotReadIsSoughtAsBytes) {
+  const SoughtList list(Rows{{"M\xFCller", "x"}}, '*', Encoding::kUtf8);
+  EXPECT_EQ(list.Find("M\xFCller m\xFCLLER M\xDC"
+                      "ller"),
+            Finds({{0, 1, 0, Encoding::kBytes, true, 6}, {7, 1, 0, Encoding::kBytes, false, 6}}));
+}
+
+TEST(LeftoverSearchTest, LettersWhoseCasesDifferInMoreThanABitAreFound) {
+  const std::vector<std::pair<std::string, std::string>> texts = {
+      {"\xC5\x81\xC3\xB3"
+       "d\xC5\xBA",
+       "\xC5\x82\xC3\x93"
+       "D\xC5\xB9"},                                                             // Polish
+      {"\xD0\xA0\xD1\x83\xD1\x81\xD1\x8F", "\xD1\x80\xD0\xA3\xD0\xA1\xD0\xAF"},  // Russian
+      {"\xCE\xA0\xCF\x8D\xCF\x81\xCE\xB3\xCE\xBF\xCF\x82",
+       "\xCF\x80\xCE\x8E\xCE\xA1\xCE\x93\xCE\x9F\xCE\xA3"},  // Greek, with a final sigma
+      {"Stra\xC3\x9F"
+       "e",
+       "STRASSE"},
+      {"Y\xC4\xB1lmaz", "YILMAZ"},
+      {"\xC5\xA0t\xC4\x9Bp\xC3\xA1n", "\xC5\xA1T\xC4\x9AP\xC3\x81N"}};
+  for (const auto& [left, other] : texts) {
+    const SoughtList list(Rows{{left, "x"}});
+    EXPECT_EQ(list.Find(left), Finds({{0, 1, 0, Encoding::kUtf8, true, left.size()}})) << left;
+    EXPECT_EQ(list.Find(other), Finds({{0, 1, 0, Encoding::kUtf8, false, other.size()}})) << left;
+    const std::u32string text = *Decode(other, Encoding::kUtf8);
+    for (const Encoding encoding : {Encoding::kUtf16Le, Encoding::kUtf16Be}) {
+      const std::string wide = *Encode(text, encoding);
+      EXPECT_EQ(list.Find(wide), Finds({{0, 1, 0, encoding, false, wide.size()}})) << left;
+    }
+  }
+}
+
+TEST(LeftoverSearchTest, ALineBreakInALeftTextIsOneInTheFile) {
+  const SoughtList list(Rows{{"van der[CRLF]Linden", "x"}});
+  EXPECT_EQ(list.Find("Zoe van der\r\nLinden"), Finds({{4, 1, 0, Encoding::kUtf8, true, 15}}));
+}
+
+TEST(LeftoverSearchTest, EveryRowThatStandsAtAPlaceIsTold) {
+  const SoughtList list(Rows{{"Anna", "x"}, {"Annabel", "y"}, {"ANNA", "z"}, {"abel", "w"}});
+  const Finds found = list.Find("Annabel");
+  EXPECT_EQ(found.size(), 4u);
+  for (std::int64_t row = 0; row < 4; ++row) {
+    EXPECT_EQ(std::count_if(found.begin(), found.end(),
+                            [row](const FoundLeftover& each) { return each.row == row; }),
+              1)
+        << row;
+  }
+}
+
+TEST(LeftoverSearchTest, OccurrencesOfOneRowDoNotOverlap) {
+  const SoughtList list(Rows{{"aa", "x"}});
+  EXPECT_EQ(list.Find("aaaaa").size(), 2u);
+}
+
+TEST(LeftoverSearchTest, AnEmptyListFindsNothing) {
+  EXPECT_EQ(SoughtList(Rows{{"", "x"}}).Find("anything"), Finds{});
+}
+
+TEST(LeftoverSearchTest, LinesAreCountedFromOneByTheirLineFeeds) {
+  const SoughtList list(Rows{{"Anna", "x"}});
+  EXPECT_EQ(list.Find("Anna\r\nAnna\n\nAnna\n"s + std::string(500, '\n') + "Anna", 64),
+            Finds({{0, 1, 0, Encoding::kUtf8, true, 4},
+                   {6, 2, 0, Encoding::kUtf8, true, 4},
+                   {12, 4, 0, Encoding::kUtf8, true, 4},
+                   {517, 505, 0, Encoding::kUtf8, true, 4}}));
+}
+
+TEST(LeftoverSearchTest, AWildcardRowIsFoundWhereItsPartsFollowEachOther) {
+  const SoughtList list(Rows{{"Born: *;", ""}});
+  EXPECT_EQ(list.Find("Born: 1 May;"), Finds({{0, 1, 0, Encoding::kUtf8, true, 12}}));
+  EXPECT_EQ(list.Find("x\nborn: 1 May;"), Finds({{2, 2, 0, Encoding::kUtf8, false, 12}}));
+  EXPECT_EQ(list.Find("Born: 1 May"), Finds{});
+  EXPECT_EQ(list.Find("; Born: "), Finds{});
+  EXPECT_EQ(list.Find("Born: a; Born: b;").size(), 2u);
+  const std::string wide = *Encode(U"Born: 1 May;", Encoding::kUtf16Be);
+  EXPECT_EQ(list.Find(wide), Finds({{0, 1, 0, Encoding::kUtf16Be, true, 24}}));
+}
+
+TEST(LeftoverSearchTest, PartsDoNotShareBytes) {
+  const SoughtList list(Rows{{"aa*ab", "x"}});
+  EXPECT_EQ(list.Find("aab"), Finds{});
+  EXPECT_EQ(list.Find("aaab"), Finds({{0, 1, 0, Encoding::kUtf8, true, 4}}));
+  EXPECT_EQ(list.Find("aaaab"), Finds({{1, 1, 0, Encoding::kUtf8, true, 4}}));
+}
+
+TEST(LeftoverSearchTest, PartsCountAsFarApartAsAMatchReaches) {
+  const SoughtList list(Rows{{"Born: *;", ""}});
+  const auto apart = [](std::size_t span) { return "Born: " + std::string(span - 7, '.') + ";"; };
+  EXPECT_EQ(list.Find(apart(32766), 4096).size(), 1u);
+  EXPECT_EQ(list.Find(apart(32767), 4096).size(), 0u);
+}
+
+TEST(LeftoverSearchTest, WhatARunPutInForAWildcardRowIsNoLeftover) {
+  const SoughtList list(Rows{{"Born: *;", "Born: [withheld];"}});
+  EXPECT_EQ(list.Find("Born: [withheld];"), Finds{});
+  EXPECT_EQ(list.Find("Born: [withheld] and 1 May;").size(), 1u);
+  const std::string wide = *Encode(U"Born: [withheld];", Encoding::kUtf16Le);
+  EXPECT_EQ(list.Find(wide), Finds{});
+}
+
+TEST(LeftoverSearchTest, ARightTextThatDropsAPartHidesNothing) {
+  const SoughtList list(Rows{{"Born: *;", "Born: "}});
+  EXPECT_EQ(list.Find("Born: 1 May;").size(), 1u);
+}
+
+TEST(LeftoverSearchTest, ARowThatPutsBackAllItTookIsNotSought) {
+  const SoughtList list(Rows{{"Name: *;", "Name: <*>;"}, {"HSL-*/RM", "HSL-*"}});
+  EXPECT_EQ(list.sought->rows_that_stay(), std::vector<std::int64_t>{0});
+  EXPECT_EQ(list.Find("Name: Anna; HSL-0417/RM"), Finds({{12, 1, 1, Encoding::kUtf8, true, 11}}));
+  EXPECT_EQ(list.Find("HSL-0417"), Finds{});
+}
+
+TEST(LeftoverSearchTest, AWildcardInFirstOrLastPlaceLeavesOnePart) {
+  EXPECT_EQ(SoughtList(Rows{{"Tel: *", ""}}).Find("Tel: 12"),
+            Finds({{0, 1, 0, Encoding::kUtf8, true, 5}}));
+  EXPECT_EQ(SoughtList(Rows{{"*ab", "x"}}).Find("ab *ab"),
+            Finds({{3, 1, 0, Encoding::kUtf8, true, 3}}));
+}
+
+TEST(LeftoverSearchTest, ASearchStartsAfreshWithEveryFile) {
+  const SoughtList list(Rows{{"Born: *;", ""}, {"Anna", "x"}});
+  LeftoverSearch search(*list.sought);
+  EXPECT_EQ(SoughtList::FindWith(search, "Born: \nAnna"),
+            Finds({{7, 2, 1, Encoding::kUtf8, true, 4}}));
+  EXPECT_EQ(SoughtList::FindWith(search, "; Anna"), Finds({{2, 1, 1, Encoding::kUtf8, true, 4}}));
+}
+
+TEST(LeftoverSearchTest, WhatStandsAroundIsGiven) {
+  const SoughtList list(Rows{{"Anna", "x"}});
+  LeftoverSearch search(*list.sought);
+  BytesAsFile file("before Anna behind");
+  int calls = 0;
+  search.Run(file, [&](const Leftover& leftover) {
+    ++calls;
+    EXPECT_EQ(leftover.around, "before Anna behind");
+    EXPECT_EQ(leftover.before, 7u);
+  });
+  EXPECT_EQ(calls, 1);
+}
+
+TEST(LeftoverSearchTest, AReadErrorEndsTheSearch) {
+  class Broken : public InputFile {
+    Result<std::size_t> ReadAt(std::uint64_t, char*, std::size_t) override {
+      return ErrorNumber::kDeviceIo;
+    }
+  };
+  const SoughtList list(Rows{{"Anna", "x"}});
+  LeftoverSearch search(*list.sought);
+  Broken file;
+  EXPECT_EQ(search.Run(file, [](const Leftover&) {}), ErrorNumber::kDeviceIo);
+  BytesAsFile whole("Anna");
+  EXPECT_EQ(search.Run(
+                whole, [](const Leftover&) {}, [] { return false; }),
+            ErrorNumber::kInvalidCall);
+}
+
+// What is found by trying every row, in every encoding, at every place.
+Finds FoundByTrying(const Rows& rows, const std::string& bytes) {
+  Finds found;
+  Alphabet alphabet;
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    const std::u32string text = *Decode(rows[row].first, Encoding::kUtf8);
+    for (const Encoding encoding :
+         {Encoding::kUtf8, Encoding::kWindows1252, Encoding::kUtf16Le, Encoding::kUtf16Be}) {
+      const bool is_ascii =
+          std::all_of(text.begin(), text.end(), [](char32_t c) { return c < 0x80; });
+      const std::optional<Spelling> spelling = alphabet.Spell(text, encoding);
+      if (!spelling || (is_ascii && encoding == Encoding::kWindows1252)) continue;
+      for (std::size_t at = 0; at < bytes.size();) {
+        const std::optional<Standing> standing =
+            StandsAt(*spelling, std::string_view(bytes).substr(at));
+        if (!standing) {
+          ++at;
+          continue;
+        }
+        const auto line =
+            1 + std::count(bytes.begin(), bytes.begin() + static_cast<long>(at), '\n');
+        const std::string_view there = std::string_view(bytes).substr(at, standing->size);
+        const bool is_ascii_there =
+            std::all_of(there.begin(), there.end(), [](char c) { return (c & 0x80) == 0; });
+        if (!is_ascii_there || encoding != Encoding::kWindows1252) {
+          found.push_back({at, line, static_cast<std::int64_t>(row), encoding, standing->as_written,
+                           standing->size});
+        }
+        at += standing->size;
+      }
+    }
+  }
+  return found;
+}
+
+Finds Sorted(Finds found) {
+  std::sort(found.begin(), found.end(), [](const FoundLeftover& a, const FoundLeftover& b) {
+    return std::tuple(a.offset, a.row, a.encoding) < std::tuple(b.offset, b.row, b.encoding);
+  });
+  return found;
+}
+
+// Texts of few letters, so that they meet often; no NUL, which would let both byte orders fit.
+TEST(LeftoverSearchTest, ItFindsWhatTryingEverythingFinds) {
+  std::mt19937 random(20240117);
+  const std::vector<std::string> letters = {"a",        "A",        "b", "\xC3\xBC", "\xC3\x9C",
+                                            "\xC5\x82", "\xC3\x9F", "s", "\n"};
+  const std::vector<std::string> pieces = {"a",        "A",    "b",    "B",        "\xC3\xBC",
+                                           "\xC3\x9C", "\xFC", "\xDC", "\xC5\x82", "\xC5\x81",
+                                           "\xC3\x9F", "ss",   "S",    "\n",       "\xC3"};
+  const auto text = [&](const std::vector<std::string>& of, std::size_t most) {
+    std::string made;
+    for (std::size_t n = 1 + random() % most; n > 0; --n) made += of[random() % of.size()];
+    return made;
+  };
+  for (int round = 0; round < 300; ++round) {
+    Rows rows;
+    for (std::size_t n = 1 + random() % 12; n > 0; --n) rows.push_back({text(letters, 5), "x"});
+    const SoughtList list(rows);
+    const std::string bytes = text(pieces, 600);
+    const Finds expected = Sorted(FoundByTrying(rows, bytes));
+    for (const Kernel kernel : {Kernel::kPortable, Kernel::kSsse3, Kernel::kAvx2}) {
+      if (!IsSupported(kernel)) continue;
+      ASSERT_EQ(Sorted(list.Find(bytes, 100, kernel)), expected) << "round " << round;
+    }
+  }
+}
+
+TEST(LeftoverSearchTest, ManyNearMatchesAreFoundAsWell) {
+  Rows rows;
+  for (std::size_t size = 2; size < 60; ++size) rows.push_back({std::string(size, 'a') + "b", ""});
+  const SoughtList list(rows);
+  const std::string bytes = std::string(300'000, 'A') + "B" + std::string(100'000, 'a') + "b";
+  const Finds found = list.Find(bytes);
+  EXPECT_EQ(found.size(), 2 * rows.size());
+  EXPECT_EQ(std::count_if(found.begin(), found.end(),
+                          [](const FoundLeftover& each) { return each.as_written; }),
+            static_cast<long>(rows.size()));
+}
+
+}  // namespace
+}  // namespace morvex::test

@@ -1,0 +1,93 @@
+// What is sought of a list, and under which keys.
+#include "core/leftovers/sought.h"
+
+#include <algorithm>
+
+#include "tests/core/leftovers/leftovers_test.h"
+
+namespace morvex::test {
+namespace {
+
+std::vector<Encoding> EncodingsOf(const Sought& sought) {
+  std::vector<Encoding> encodings;
+  for (const SoughtRow& row : sought.rows()) encodings.push_back(row.encoding);
+  return encodings;
+}
+
+TEST(SoughtTest, AsciiIsTheSameInBothNarrowEncodings) {
+  EXPECT_EQ(EncodingsOf(*SoughtList(Rows{{"Anna", "x"}}).sought),
+            (std::vector<Encoding>{Encoding::kUtf8, Encoding::kUtf16Le, Encoding::kUtf16Be}));
+}
+
+TEST(SoughtTest, OtherLettersAreSoughtInEveryEncodingThatHasThem) {
+  EXPECT_EQ(EncodingsOf(*SoughtList(Rows{{"Zo\xC3\xAB", "x"}}).sought),
+            (std::vector<Encoding>{Encoding::kUtf8, Encoding::kWindows1252, Encoding::kUtf16Le,
+                                   Encoding::kUtf16Be}));
+  EXPECT_EQ(EncodingsOf(*SoughtList(Rows{{"\xC5\x81ukasz", "x"}}).sought),
+            (std::vector<Encoding>{Encoding::kUtf8, Encoding::kUtf16Le, Encoding::kUtf16Be}));
+}
+
+TEST(SoughtTest, BytesThatAreNoTextAreSoughtAsTheyAre) {
+  EXPECT_EQ(EncodingsOf(*SoughtList(Rows{{"Zo\xEB", "x"}}).sought),
+            std::vector<Encoding>{Encoding::kBytes});
+}
+
+TEST(SoughtTest, ATextWhoseCasesDifferInABitHasOneKeyAnEncoding) {
+  const SoughtList list(Rows{{"M\xC3\xBCller", "x"}});
+  EXPECT_EQ(list.sought->keys().size(), 4u);
+}
+
+TEST(SoughtTest, LettersWhoseCasesDifferOtherwiseMultiplyTheKeysOnlyUpToALimit) {
+  std::string left;
+  for (int i = 0; i < 40; ++i) left += "\xC5\x82";  // one bit that the folding leaves, each
+  const SoughtList list(Rows{{left, "x"}});
+  EXPECT_EQ(list.sought->keys().size(), 3u * 16u);
+  for (const CompiledRow& key : list.sought->keys()) EXPECT_EQ(key.key.size(), 8u);
+}
+
+TEST(SoughtTest, EveryKeyIsFoldedAndLeadsToAPart) {
+  const SoughtList list(Rows{{"Stra\xC3\x9F"
+                              "e",
+                              "x"},
+                             {"Born: *;", ""},
+                             {"STRASSE", "y"}});
+  const Sought& sought = *list.sought;
+  for (std::size_t key = 0; key < sought.keys().size(); ++key) {
+    for (const char byte : sought.keys()[key].key) {
+      EXPECT_EQ(Folded(static_cast<std::uint8_t>(byte)), static_cast<std::uint8_t>(byte));
+    }
+    EXPECT_FALSE(sought.PartsOf(static_cast<std::int32_t>(key)).empty());
+  }
+  // A key that two rows share leads to both, to the first in both narrow encodings.
+  const auto shared = std::find_if(sought.keys().begin(), sought.keys().end(),
+                                   [](const CompiledRow& key) { return key.key == "strasse"; });
+  ASSERT_NE(shared, sought.keys().end());
+  EXPECT_EQ(sought.PartsOf(static_cast<std::int32_t>(shared - sought.keys().begin())).size(), 3u);
+}
+
+TEST(SoughtTest, AWildcardRowHasAPartBetweenItsWildcards) {
+  const SoughtList list(Rows{{"a*b**c", "x"}});
+  EXPECT_EQ(list.sought->rows().front().parts, 3u);
+  EXPECT_TRUE(list.sought->rows().front().is_wildcard);
+  EXPECT_GE(list.sought->look_behind(), 32766u);
+}
+
+TEST(SoughtTest, AVeryLongTextIsSoughtByItsBeginning) {
+  const std::string left(100'000, 'a');
+  const SoughtList list(Rows{{left, "x"}});
+  EXPECT_LE(list.sought->look_ahead(), 32'000u);
+  EXPECT_GE(list.sought->look_ahead(), 16'000u);
+  EXPECT_FALSE(list.Find(left).empty());
+}
+
+TEST(SoughtTest, AListIsReadAsUtf8WhenAllOfItIsThat) {
+  TestProgram test;
+  test.ApplyRows({{"M\xC3\xBCller", "x"}, {"Anna", "\xFF"}});
+  EXPECT_EQ(GuessEncoding(test.program.tables), Encoding::kUtf8);
+  TestProgram other;
+  other.ApplyRows({{"M\xC3\xBCller", "x"}, {"Zo\xEB", "y"}});
+  EXPECT_EQ(GuessEncoding(other.program.tables), Encoding::kWindows1252);
+}
+
+}  // namespace
+}  // namespace morvex::test

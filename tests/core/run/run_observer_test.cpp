@@ -1,0 +1,135 @@
+// What a run tells its observer of every file and folder, and of the hits of every row.
+#include "core/program/run_observer.h"
+
+#include "tests/core/engine/folder_program.h"
+#include "tests/core/run/run_program.h"
+
+namespace morvex::test {
+namespace {
+
+// The outcomes as lines of text, in order.
+class Notebook : public RunObserver {
+ public:
+  std::vector<std::string> lines;
+
+  void OnOutcome(const Outcome& outcome) override {
+    std::string line(outcome.path);
+    if (outcome.is_folder) line += "/";
+    switch (outcome.kind) {
+      case OutcomeKind::kProcessed:
+        line += " processed " + std::to_string(outcome.hits) + " hits";
+        break;
+      case OutcomeKind::kCopied:
+        line += " copied";
+        break;
+      case OutcomeKind::kPassedOver:
+        line += " passed over " + std::to_string(static_cast<int>(outcome.why));
+        break;
+      case OutcomeKind::kFailed:
+        line += " failed " + std::to_string(static_cast<int>(outcome.error)) + " " +
+                std::string(outcome.error_path);
+        break;
+      case OutcomeKind::kStopped:
+        line += " stopped";
+        break;
+    }
+    lines.push_back(line + " " + std::to_string(outcome.bytes));
+  }
+};
+
+std::string Why(PassedOver why) {
+  return " passed over " + std::to_string(static_cast<int>(why)) + " ";
+}
+
+class RunObserverTest : public ::testing::Test {
+ protected:
+  RunObserverTest() { test_.program.observer = &notebook_; }
+
+  RunProgram test_;
+  Notebook notebook_;
+};
+
+TEST_F(RunObserverTest, EveryFileIsToldOnceWithItsOutcome) {
+  test_.files.AddFile("/s/a.txt", "banana");
+  test_.files.AddFile("/s/b.doc", "aaaa");
+  test_.files.AddFile("/s/Morvex.txt", "a");
+  test_.files.AddFile("/s/new.txt", "a", test_.system.now);
+  test_.files.AddFile("/s/sub/tijdel.enc", "aa");
+  test_.files.AddFile("/s/sub/recycler/x.txt", "a");
+  test_.files.AddFile("/s/sub/c.txt", "a");
+  test_.ArmAndGo();
+  EXPECT_EQ(notebook_.lines,
+            (std::vector<std::string>{"/s/a.txt processed 3 hits 6", "/s/b.doc copied 4",
+                                      "/s/Morvex.txt" + Why(PassedOver::kOwnFile) + "1",
+                                      "/s/new.txt" + Why(PassedOver::kChangedMeanwhile) + "1",
+                                      "/s/sub/tijdel.enc" + Why(PassedOver::kTemporaryFile) + "0",
+                                      "/s/sub/c.txt processed 1 hits 1",
+                                      "/s/sub/recycler/" + Why(PassedOver::kRecycleBin) + "0"}));
+  EXPECT_EQ(test_.program.run.passed_over_files, 2);
+  EXPECT_EQ(test_.program.run.left_out_folders, 1);
+}
+
+TEST_F(RunObserverTest, AFailureIsToldWithItsErrorAndThePathItIsAbout) {
+  test_.files.AddFile("/s/a.txt", "a");
+  test_.files.AddFile("/s/b.doc", "a");
+  test_.files.AddFile("/s/sub/c.txt", "a");
+  test_.files.fail = [](const std::string& call, const std::string& path) {
+    const bool fails = (call == "OpenForReading" && path == "/s/a.txt") ||
+                       (call == "CopyFile" && path == "/t/b.doc") ||
+                       (call == "ListFolder" && path == "/s/sub");
+    return fails ? ErrorNumber::kPermissionDenied : ErrorNumber::kNone;
+  };
+  test_.ArmAndGo();
+  EXPECT_EQ(notebook_.lines, (std::vector<std::string>{"/s/a.txt failed 70 /s/a.txt 1",
+                                                       "/s/b.doc failed 70 /s/b.doc 1",
+                                                       "/s/sub/ failed 70 /s/sub 0"}));
+  EXPECT_EQ(test_.program.run.failed_files, 3);
+}
+
+TEST_F(RunObserverTest, TheTargetInTheSourceAndALinkInALoopAreToldAsPassedOver) {
+  Text1_Change(test_.program, kTargetBox, "/s/out");
+  test_.files.AddFolder("/s/out");
+  test_.files.AddFolder("/s/sub");
+  test_.files.AddLink("/s/sub/up", "/s");
+  test_.ArmAndGo();
+  EXPECT_EQ(notebook_.lines,
+            (std::vector<std::string>{"/s/out/" + Why(PassedOver::kTargetFolder) + "0",
+                                      "/s/sub/up/" + Why(PassedOver::kLoop) + "0"}));
+}
+
+TEST_F(RunObserverTest, AFileThatAStopCutsShortIsToldAsStopped) {
+  test_.files.AddFile("/s/a.txt", kLongText);
+  test_.files.AddFile("/s/b.txt", "a");
+  test_.OnEveryYield([this] {
+    if (test_.program.run.FileOffset > 0) test_.program.Beeindigd = true;
+  });
+  test_.ArmAndGo();
+  EXPECT_EQ(notebook_.lines, std::vector<std::string>{"/s/a.txt stopped 200000"});
+}
+
+TEST_F(RunObserverTest, ASingleFileIsTold) {
+  test_.files.AddFile("/s/a.txt", "banana");
+  Text1_Change(test_.program, kSourceBox, "/s/a.txt");
+  Text1_Change(test_.program, kTargetBox, "/t/copy.txt");
+  test_.ArmAndGo();
+  EXPECT_EQ(notebook_.lines, std::vector<std::string>{"/s/a.txt processed 3 hits 6"});
+}
+
+TEST_F(RunObserverTest, HitsAreCountedByRowOfTheList) {
+  test_.ApplyRows({{"", "nothing"}, {"a", "b"}, {"x*;", "y"}, {"unused", "z"}}, '*');
+  test_.files.AddFile("/s/1.txt", "a xqq; a");
+  test_.files.AddFile("/s/2.txt", "aa x1;x2;");
+  test_.ArmAndGo();
+  EXPECT_EQ(test_.program.run.hits_of_rows, (std::vector<std::int64_t>{0, 4, 3, 0}));
+}
+
+TEST(RunWithoutObserver, CollectsNoHitsByRow) {
+  RunProgram test;
+  test.files.AddFile("/s/a.txt", "banana");
+  test.ArmAndGo();
+  EXPECT_EQ(test.program.run.HitsTotal, 3);
+  EXPECT_TRUE(test.program.run.hits_of_rows.empty());
+}
+
+}  // namespace
+}  // namespace morvex::test

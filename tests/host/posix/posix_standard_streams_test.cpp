@@ -1,0 +1,96 @@
+// Standard input and output as files, at the two ends of a pipe.
+#include "host/posix/posix_standard_streams.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <array>
+#include <string>
+#include <thread>
+
+namespace morvex::test {
+namespace {
+
+// For its time a pipe stands in the place of standard input and output.
+class StandardStreamsTest : public ::testing::Test {
+ protected:
+  StandardStreamsTest() {
+    std::array<int, 2> ends{};
+    EXPECT_EQ(pipe(ends.data()), 0);
+    saved_input_ = dup(STDIN_FILENO);
+    saved_output_ = dup(STDOUT_FILENO);
+    EXPECT_EQ(dup2(ends[0], STDIN_FILENO), STDIN_FILENO);
+    EXPECT_EQ(dup2(ends[1], STDOUT_FILENO), STDOUT_FILENO);
+    close(ends[0]);
+    close(ends[1]);
+  }
+  ~StandardStreamsTest() override { PutBack(); }
+
+  void PutBack() {
+    if (saved_input_ < 0) return;
+    dup2(saved_input_, STDIN_FILENO);
+    dup2(saved_output_, STDOUT_FILENO);
+    close(saved_input_);
+    close(saved_output_);
+    saved_input_ = -1;
+  }
+
+ private:
+  int saved_input_ = -1;
+  int saved_output_ = -1;
+};
+
+TEST_F(StandardStreamsTest, AReadWaitsForAllOfItsBytesAndOneAtTheEndGivesWhatThereIs) {
+  std::string first(300'000, '?');
+  std::string second(300'000, '?');
+  Result<std::size_t> first_read;
+  Result<std::size_t> second_read;
+  Result<std::size_t> last_read;
+  std::thread reader([&] {
+    const std::unique_ptr<InputFile> input = StandardInput();
+    first_read = input->ReadAt(0, first.data(), first.size());
+    second_read = input->ReadAt(first.size(), second.data(), second.size());
+    last_read = input->ReadAt(400'000, second.data(), 1);
+  });
+  const std::unique_ptr<OutputFile> output = StandardOutput();
+  ErrorNumber writing = ErrorNumber::kNone;
+  for (int i = 0; i < 4 && writing == ErrorNumber::kNone; ++i) {
+    writing = output->WriteAt(static_cast<std::uint64_t>(i) * 100'000,
+                              std::string(100'000, static_cast<char>('a' + i)));
+  }
+  const ErrorNumber closing = output->Close();
+  reader.join();
+  PutBack();
+  EXPECT_EQ(writing, ErrorNumber::kNone);
+  EXPECT_EQ(closing, ErrorNumber::kNone);
+  ASSERT_EQ(first_read.value, 300'000u);
+  EXPECT_EQ(first,
+            std::string(100'000, 'a') + std::string(100'000, 'b') + std::string(100'000, 'c'));
+  ASSERT_EQ(second_read.value, 100'000u);
+  EXPECT_EQ(second.substr(0, 100'000), std::string(100'000, 'd'));
+  EXPECT_EQ(last_read.error, ErrorNumber::kNone);
+  EXPECT_EQ(last_read.value, 0u);
+}
+
+TEST_F(StandardStreamsTest, APlaceThatIsNotNextIsRefused) {
+  const std::unique_ptr<OutputFile> output = StandardOutput();
+  const ErrorNumber ahead = output->WriteAt(1, "a");
+  const ErrorNumber next = output->WriteAt(0, "abc");
+  const ErrorNumber back = output->WriteAt(2, "x");
+  const std::unique_ptr<InputFile> input = StandardInput();
+  char byte = 0;
+  const ErrorNumber read_ahead = input->ReadAt(1, &byte, 1).error;
+  const ErrorNumber read_next = input->ReadAt(0, &byte, 1).error;
+  const ErrorNumber read_back = input->ReadAt(0, &byte, 1).error;
+  PutBack();
+  EXPECT_EQ(ahead, ErrorNumber::kInvalidCall);
+  EXPECT_EQ(next, ErrorNumber::kNone);
+  EXPECT_EQ(back, ErrorNumber::kInvalidCall);
+  EXPECT_EQ(read_ahead, ErrorNumber::kInvalidCall);
+  EXPECT_EQ(read_next, ErrorNumber::kNone);
+  EXPECT_EQ(byte, 'a');
+  EXPECT_EQ(read_back, ErrorNumber::kInvalidCall);
+}
+
+}  // namespace
+}  // namespace morvex::test

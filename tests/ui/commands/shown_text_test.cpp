@@ -1,0 +1,62 @@
+// Bytes as text that can be shown anywhere.
+#include "ui/commands/shown_text.h"
+
+#include <gtest/gtest.h>
+
+namespace morvex::test {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(ShownText, IsUtf8OrElseWindows1252WithControlsEscaped) {
+  EXPECT_EQ(ShownText("M\xC3\xBCller"), "M\xC3\xBCller");
+  EXPECT_EQ(ShownText("M\xFCller"), "M\xC3\xBCller");
+  EXPECT_EQ(ShownText("a\r\n\tb\x1b[0m\0\x7F"s),
+            "a\\x0D\\x0A\\x09"
+            "b\\x1B[0m\\x00\\x7F");
+  EXPECT_EQ(ShownText("\xC2\x85"), "\\x85");
+  EXPECT_EQ(ShownText(""), "");
+}
+
+TEST(ShownText, OfAPathOnlyWhatIsNoUtf8IsEscaped) {
+  EXPECT_EQ(ShownPath("/a/M\xC3\xBCller \xE2\x82\xAC \xF0\x9F\x98\x80"),
+            "/a/M\xC3\xBCller \xE2\x82\xAC \xF0\x9F\x98\x80");
+  EXPECT_EQ(ShownPath("/a/M\xFCller"), "/a/M\\xFCller");
+  EXPECT_EQ(ShownPath("\xC3\nx\xC3"), "\\xC3\\x0Ax\\xC3");
+}
+
+TEST(ShownText, APieceLosesTheCharactersThatItsEndsCut) {
+  EXPECT_EQ(ShownPiece("\xBC"
+                       "ab\xC3",
+                       Encoding::kUtf8),
+            "ab");
+  EXPECT_EQ(ShownPiece("\x82\xAC"
+                       "ab\xE2\x82",
+                       Encoding::kUtf8),
+            "ab");
+  EXPECT_EQ(ShownPiece("ab", Encoding::kUtf8), "ab");
+  EXPECT_EQ(ShownPiece("", Encoding::kUtf8), "");
+}
+
+TEST(ShownText, APieceThatIsNoUtf8IsReadAsWindows1252) {
+  EXPECT_EQ(ShownPiece("Br\xFC"
+                       "ckner",
+                       Encoding::kUtf8),
+            "Br\xC3\xBC"
+            "ckner");
+  EXPECT_EQ(ShownPiece("Br\xFC"
+                       "ckner",
+                       Encoding::kBytes),
+            "Br\xC3\xBC"
+            "ckner");
+  EXPECT_EQ(ShownPiece("M\xC3\xBC", Encoding::kWindows1252), "M\xC3\x83\xC2\xBC");
+}
+
+TEST(ShownText, APieceOfUtf16IsReadInItsByteOrder) {
+  EXPECT_EQ(ShownPiece("M\0\xFC\0\n\0"s, Encoding::kUtf16Le), "M\xC3\xBC\\x0A");
+  EXPECT_EQ(ShownPiece("\0M\0\xFC\0"s, Encoding::kUtf16Be), "M\xC3\xBC");
+  EXPECT_EQ(ShownPiece("\x3D\xD8M\0"s, Encoding::kUtf16Le), "\xEF\xBF\xBDM");
+}
+
+}  // namespace
+}  // namespace morvex::test

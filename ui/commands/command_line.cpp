@@ -1,0 +1,180 @@
+#include "ui/commands/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+
+#include "ui/commands/command_console.h"
+#include "ui/commands/command_messages.h"
+#include "ui/commands/shown_text.h"
+
+namespace morvex {
+namespace {
+
+constexpr std::array<const char*, 3> kCommands = {"run", "check", "filter"};
+
+constexpr const char* kRunAbout =
+    "Copies SOURCE into TARGET and replaces every text of the list on the way. SOURCE is a folder "
+    "and\nTARGET the folder that its copy goes into, or both are files.\n";
+constexpr const char* kRunExamples =
+    "Examples:\n"
+    "  morvex-cli run case handover --list names.txt --ext .txt,.csv\n"
+    "  morvex-cli run case handover --list names.txt --joker '*' --all --yes --report run.json\n"
+    "  morvex-cli run letter.txt anonymous.txt --list names.txt\n"
+    "  morvex-cli run --from settings.dat --strict\n"
+    "\n"
+    "Exit status: 0 all is done; 1 the run could not be done or was stopped; 2 the command line\n"
+    "is wrong; 3 it is done, but some files have no copy.";
+
+constexpr const char* kCheckAbout =
+    "Searches the bytes and the name of every file and folder in TREE for every left text of the\n"
+    "list: as it stands, in other letter case, in UTF-8, Windows-1252 and UTF-16. A text with the\n"
+    "wildcard is sought by its parts. TREE may also be one file. Nothing is changed.\n";
+constexpr const char* kCheckExamples =
+    "Examples:\n"
+    "  morvex-cli check handover --list names.txt --joker '*'\n"
+    "  morvex-cli check handover --list names.txt --json > findings.json\n"
+    "  morvex-cli check handover --list names.txt --quiet && tar -cf handover.tar handover\n"
+    "\n"
+    "Exit status: 0 nothing is left; 3 something is; 1 something could not be read, whatever was\n"
+    "found elsewhere; 2 the command line is wrong.";
+
+constexpr const char* kFilterAbout =
+    "Reads standard input, replaces every text of the list, and writes standard output, in "
+    "constant\n"
+    "memory. The number of replacements goes to standard error.\n";
+constexpr const char* kFilterExamples =
+    "Examples:\n"
+    "  morvex-cli filter --list names.txt < letter.txt > anonymous.txt\n"
+    "  zcat dump.sql.gz | morvex-cli filter --list names.txt | gzip > anonymous.sql.gz\n"
+    "  find case -name '*.log' -print0 |\n"
+    "    xargs -0 -P 4 -I{} sh -c 'morvex-cli filter --list names.txt < \"$1\" > \"$1.anon\"' - "
+    "{}\n"
+    "\n"
+    "Exit status: 0 all is done; 1 reading, writing or the list failed; 2 the command line is\n"
+    "wrong.";
+
+// The options that all commands have.
+void AddListOptions(CLI::App& command, ListOptions& options, bool list_required) {
+  CLI::Option* const list =
+      command.add_option("--list", options.list, "The replacement list")->type_name("FILE");
+  if (list_required) list->required();
+  command.add_option("--separator", options.separator, "What parts left from right; default \"|\"")
+      ->type_name("TEXT");
+  command.add_option("--joker", options.joker, "The wildcard character; default: none")
+      ->type_name("CHARACTER");
+}
+
+void AddLastOptions(CLI::App& command, ListOptions& options, const std::string& quiet) {
+  command.add_flag("--strict", options.strict, "Take every warning for an error: nothing is done");
+  command.add_flag("--quiet", options.quiet, quiet);
+}
+
+void AddRun(CLI::App& app, RunOptions& options) {
+  CLI::App* const run = app.add_subcommand("run", kRunAbout);
+  run->add_option("SOURCE", options.source, "A folder or a file")->type_name("");
+  run->add_option("TARGET", options.target, "The folder or the file that is made")->type_name("");
+  AddListOptions(*run, options, false);
+  run->add_option("--from", options.from, "A settings file, for all that is not given here")
+      ->type_name("FILE");
+  CLI::Option* const extensions =
+      run->add_option("--ext", options.extensions,
+                      "Process files with these extensions, copy all others unchanged")
+          ->type_name(".EXT,.EXT")
+          ->delimiter(',');
+  run->add_flag("--all", options.all, "Process every file, whatever its extension")
+      ->excludes(extensions);
+  run->add_flag("--log", options.log, "Write the run log, in the program's folder");
+  run->add_flag("--yes", options.yes, "Make a missing target folder without asking");
+  run->add_option("--report", options.report, "Write what became of every file, as JSON")
+      ->type_name("FILE");
+  AddLastOptions(*run, options, "No results and no progress, only errors and warnings");
+  run->footer(kRunExamples);
+}
+
+void AddCheck(CLI::App& app, CheckOptions& options) {
+  CLI::App* const check = app.add_subcommand("check", kCheckAbout);
+  check->add_option("TREE", options.tree, "A folder or a file")->type_name("")->required();
+  AddListOptions(*check, options, true);
+  check
+      ->add_option("--list-encoding", options.list_encoding,
+                   "How the list's bytes are read; auto: as UTF-8 if they are that")
+      ->type_name("ENCODING")
+      ->check(CLI::IsMember({"auto", "utf-8", "windows-1252"}));
+  check->add_flag("--json", options.json, "Write one JSON document instead of lines");
+  AddLastOptions(*check, options, "No count at the end, only findings, errors and warnings");
+  check->footer(kCheckExamples);
+}
+
+void AddFilter(CLI::App& app, FilterOptions& options) {
+  CLI::App* const filter = app.add_subcommand("filter", kFilterAbout);
+  AddListOptions(*filter, options, true);
+  AddLastOptions(*filter, options, "No count at the end, only errors and warnings");
+  filter->footer(kFilterExamples);
+}
+
+Command CommandNamed(const std::string& name) {
+  if (name == "run") return Command::kRun;
+  return name == "check" ? Command::kCheck : Command::kFilter;
+}
+
+// The parser's texts begin with a capital here and there, and end in a point here and there.
+CommandLine Wrong(const std::string& command, std::string text) {
+  while (text.ends_with('.') || text.ends_with('\n')) text.pop_back();
+  CommandLine line;
+  line.exit_status = kExitUsage;
+  line.text = std::string(kProgramPlace) + ": error: " + ShownText(text) + ".\n" + "Try \"" +
+              kProgramPlace + " " + command + " --help\".\n";
+  return line;
+}
+
+// What the parser cannot know.
+std::string WhatIsMissing(const CommandLine& line) {
+  if (line.command != Command::kRun) return "";
+  const RunOptions& run = line.run;
+  if (!run.from.empty()) return "";
+  if (run.source.empty()) return "SOURCE is required, or --from";
+  if (run.target.empty()) return "TARGET is required, or --from";
+  if (run.list.empty()) return "--list is required, or --from";
+  return "";
+}
+
+}  // namespace
+
+bool IsCommand(const std::string& argument) {
+  return std::find(kCommands.begin(), kCommands.end(), argument) != kCommands.end();
+}
+
+CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
+  CommandLine line;
+  CLI::App app("", kProgramPlace);
+  app.require_subcommand(1);
+  AddRun(app, line.run);
+  AddCheck(app, line.check);
+  AddFilter(app, line.filter);
+  const std::string& name = arguments.front();
+  try {
+    // The parser takes them from the end.
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+  } catch (const CLI::CallForHelp&) {
+    line.text = app.get_subcommand(name)->help(kProgramPlace);
+    return line;
+  } catch (const CLI::ArgumentMismatch& error) {
+    const std::string text = error.what();
+    return Wrong(name, text.substr(0, text.find(':')) + " takes one value, and is given once");
+  } catch (const CLI::Error& error) {
+    return Wrong(name, error.what());
+  }
+  line.command = CommandNamed(name);
+  const std::string missing = WhatIsMissing(line);
+  return missing.empty() ? line : Wrong(name, missing);
+}
+
+std::string CommandsText() {
+  return "Commands, each with a --help of its own:\n"
+         "  run SOURCE TARGET --list FILE    make an anonymised copy, with settings given here\n"
+         "  check TREE --list FILE           find what is left of the list's texts\n"
+         "  filter --list FILE               anonymise standard input to standard output\n";
+}
+
+}  // namespace morvex

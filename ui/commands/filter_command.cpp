@@ -1,0 +1,85 @@
+#include "ui/commands/filter_command.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/engine/input_window.h"
+#include "core/engine/positioned_output.h"
+#include "core/engine/substitution.h"
+#include "ui/commands/command_messages.h"
+#include "ui/commands/list_loading.h"
+#include "ui/commands/stream_output.h"
+#include "ui/console/console_user.h"
+
+namespace morvex {
+namespace {
+
+// A wildcard in a right text can send the writing back, by a few bytes a match for nearly every
+// list that does so at all.
+constexpr std::size_t kHeldBack = std::size_t{1} << 20;
+
+class HitCounter : public SubstitutionWatcher {
+ public:
+  void OnHits(std::int64_t count) override { hits += count; }
+  bool KeepGoing(std::uint64_t /*read*/) override { return true; }
+
+  std::int64_t hits = 0;
+};
+
+bool MayWriteBack(const Program& program) {
+  const std::string joker = JokerText(program);
+  const std::vector<std::string>& texts = program.tables.RightTexts;
+  return !joker.empty() && std::any_of(texts.begin(), texts.end(), [&](const std::string& text) {
+    return text.find(joker) != std::string::npos;
+  });
+}
+
+// Says what ended the stream early; true when nothing did.
+bool SayEnd(SubstitutionEnd end, ErrorNumber read_error, ErrorNumber write_error,
+            CommandMessages& messages) {
+  if (end == SubstitutionEnd::kReadFailed) {
+    messages.Error("standard input", ErrorLine(read_error));
+  } else if (write_error == ErrorNumber::kInvalidCall) {
+    messages.Error("standard output",
+                   "a right text with the wildcard writes over bytes that have long been written, "
+                   "which a stream cannot: process this list's files with run.");
+  } else if (write_error != ErrorNumber::kNone) {
+    messages.Error("standard output", ErrorLine(write_error));
+  } else if (end != SubstitutionEnd::kWholeFile) {
+    messages.Error("standard input", "the list matches nothing at all and would go on for ever.");
+  }
+  return !messages.any_error();
+}
+
+}  // namespace
+
+int RunFilter(const FilterOptions& options, const CommandConsole& console) {
+  CommandMessages messages(console.error, ColoursFor(console.system, console.error_is_terminal),
+                           options.strict);
+  ConsoleUser user({console.input, console.error, false, false, nullptr, nullptr});
+  Program program({console.files, console.system, user});
+  program.settings.gSeparator = kDefaultSeparator;
+  if (!TakeListOptions(program, options, messages)) return kExitUsage;
+  if (!ReviewList(program, messages) || messages.any_error() || !LoadList(program, messages)) {
+    return kExitFailed;
+  }
+  const std::unique_ptr<InputFile> from = console.open_input();
+  const std::unique_ptr<OutputFile> to = console.open_output();
+  StreamOutput stream(*to, MayWriteBack(program) ? kHeldBack : 0);
+  InputWindow input;
+  PositionedOutput output;
+  input.Open(*from);
+  output.Open(stream);
+  Substitution substitution(program.tables, program.settings.gJoker);
+  CaptureState captured;
+  HitCounter counter;
+  const SubstitutionEnd end = substitution.Run(input, output, captured, counter);
+  const ErrorNumber write_error = output.Finish();
+  const bool whole = SayEnd(end, substitution.read_error(), write_error, messages);
+  if (!options.quiet) console.error << "Hits: " + std::to_string(counter.hits) + "\n" << std::flush;
+  return whole ? kExitDone : kExitFailed;
+}
+
+}  // namespace morvex

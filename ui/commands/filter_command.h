@@ -1,0 +1,12 @@
+// The command "filter": standard input through the engine to standard output, in constant memory.
+#pragma once
+
+#include "ui/commands/command_console.h"
+#include "ui/commands/command_line.h"
+
+namespace morvex {
+
+// Gives the exit status.
+int RunFilter(const FilterOptions& options, const CommandConsole& console);
+
+}  // namespace morvex

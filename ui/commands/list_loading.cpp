@@ -1,0 +1,111 @@
+#include "ui/commands/list_loading.h"
+
+#include "core/list/editor_window.h"
+#include "core/list/list_file.h"
+#include "core/list/list_operations.h"
+#include "core/settings/character_code.h"
+#include "ui/commands/shown_text.h"
+
+namespace morvex {
+namespace {
+
+std::string Quoted(const std::string& text) { return "\"" + ShownText(text) + "\""; }
+
+std::string Advice(const ListRemark& remark, const std::string& separator) {
+  const std::string text = Quoted(remark.text);
+  const std::string earlier = "line " + std::to_string(remark.earlier_line);
+  switch (remark.problem) {
+    case ListProblem::kNoUsableRow:
+      return "no row has a left text: write one row a line, left text, separator, right text, or "
+             "name the right separator; now it is " +
+             Quoted(separator) + ".";
+    case ListProblem::kByteOrderMark:
+      return "a byte-order mark stands here and becomes part of the first left text: save the list "
+             "without it.";
+    case ListProblem::kNoSeparator:
+      return "no row, for it does not hold the separator " + Quoted(separator) +
+             ": add it, or take the line out.";
+    case ListProblem::kRowsLost:
+      return "lost, with all that follows, for two separators in a row mark " + earlier +
+             " as the last row: take one of them out there.";
+    case ListProblem::kEmptyLeft:
+      return "the left text is empty, so this row is never tried: write what is to be found, or "
+             "take the row out.";
+    case ListProblem::kDuplicate:
+      return text + " never wins, for " + earlier +
+             " has the same left text: take one of the two out.";
+    case ListProblem::kForestalled:
+      return text + " never wins, for " + earlier + ", " + Quoted(remark.earlier_text) +
+             ", is its beginning and is tried first: move this row above that one.";
+    case ListProblem::kShort:
+      return text +
+             " is so short that it will be found everywhere, inside other words too: write "
+             "more of it.";
+    case ListProblem::kOpenWildcard:
+      return text +
+             " ends in the wildcard, so nothing ends what it takes in: write what follows "
+             "there, or [CRLF].";
+    case ListProblem::kStrayWildcard:
+      return "the right text has a wildcard and " + text +
+             " has none, so it puts in stray bytes: take it out.";
+  }
+  return "";
+}
+
+}  // namespace
+
+bool TakeListOptions(Program& program, const ListOptions& options, CommandMessages& messages) {
+  if (options.separator) {
+    if (options.separator->empty()) {
+      messages.Error(kProgramPlace, "--separator takes one character or more.");
+      return false;
+    }
+    program.settings.gSeparator = *options.separator;
+  }
+  if (options.joker) {
+    const std::uint8_t code = CharacterCode(program, *options.joker);
+    if (!options.joker->empty() && (options.joker->size() != 1 || code == 0)) {
+      messages.Error(kProgramPlace, "--joker takes one character of one byte: " +
+                                        Quoted(*options.joker) + " is not that.");
+      return false;
+    }
+    program.settings.gJoker = code;
+  }
+  if (!options.list.empty()) program.settings.SubstitutieFile = options.list;
+  return true;
+}
+
+std::optional<ListReview> ReviewList(Program& program, CommandMessages& messages) {
+  const Settings& settings = program.settings;
+  const std::string path = ShownPath(settings.SubstitutieFile);
+  const Result<ListReview> review = ReviewList(program.host.files, settings.SubstitutieFile,
+                                               settings.gSeparator, settings.gJoker);
+  const ErrorNumber error = review ? review.value.error : review.error;
+  if (error != ErrorNumber::kNone) {
+    messages.Error(path, ErrorLine(error));
+    return std::nullopt;
+  }
+  for (const ListRemark& remark : review.value.remarks) {
+    const std::string place = remark.line == 0 ? path : path + ":" + std::to_string(remark.line);
+    const std::string advice = Advice(remark, settings.gSeparator);
+    if (remark.problem == ListProblem::kNoUsableRow) {
+      messages.Error(place, advice);
+    } else {
+      messages.Warn(place, advice);
+    }
+  }
+  if (!review.value.IsUsable()) return std::nullopt;
+  return review.value;
+}
+
+bool LoadList(Program& program, CommandMessages& messages) {
+  const std::string path = program.settings.SubstitutieFile;
+  if (program.frmReplacements.loaded) RefreshFormReplacements(program);
+  ImportReplacementList(program, path);
+  cmdOK_Click(program);
+  const ErrorNumber error = program.settings.list_file_error;
+  if (error != ErrorNumber::kNone) messages.Error(ShownPath(path), ErrorLine(error));
+  return error == ErrorNumber::kNone;
+}
+
+}  // namespace morvex

@@ -1,0 +1,187 @@
+#include "ui/commands/run_report.h"
+
+#include <nlohmann/json.hpp>
+
+#include "ui/commands/shown_text.h"
+
+namespace morvex {
+namespace {
+
+// Keeps the order in which keys are put in.
+using Json = nlohmann::ordered_json;
+
+const char* WordFor(OutcomeKind kind) {
+  switch (kind) {
+    case OutcomeKind::kProcessed:
+      return "processed";
+    case OutcomeKind::kCopied:
+      return "copied";
+    case OutcomeKind::kPassedOver:
+      return "passed over";
+    case OutcomeKind::kFailed:
+      return "failed";
+    case OutcomeKind::kStopped:
+      break;
+  }
+  return "stopped";
+}
+
+const char* WordsFor(PassedOver why) {
+  switch (why) {
+    case PassedOver::kNo:
+      break;
+    case PassedOver::kOwnFile:
+      return "a file of the program's own, by its name";
+    case PassedOver::kRecycleBin:
+      return "a recycle-bin, restore or system folder, by its path";
+    case PassedOver::kChangedMeanwhile:
+      return "changed after the run started";
+    case PassedOver::kNameEnding:
+      return "the name ends in \"cle\"";
+    case PassedOver::kTemporaryFile:
+      return "the temporary file of an earlier run, by its name";
+    case PassedOver::kTargetFolder:
+      return "the target folder";
+    case PassedOver::kLoop:
+      return "a link to a folder that it lies in";
+  }
+  return "";
+}
+
+const char* WordsFor(RunEnd end) {
+  switch (end) {
+    case RunEnd::kNone:
+    case RunEnd::kCouldNotRun:
+      return "could not run";
+    case RunEnd::kStopped:
+      return "stopped";
+    case RunEnd::kFinished:
+      break;
+  }
+  return "finished";
+}
+
+// As in 2026-01-31T23:59:59Z.
+std::string UtcText(WallTime time) {
+  using std::chrono::days;
+  using std::chrono::floor;
+  using std::chrono::seconds;
+  const auto day = floor<days>(time);
+  const std::chrono::year_month_day date(day);
+  const std::chrono::hh_mm_ss clock(floor<seconds>(time) - day);
+  const auto two = [](auto number) {
+    std::string digits = std::to_string(static_cast<long long>(number));
+    return digits.size() < 2 ? "0" + digits : digits;
+  };
+  return std::to_string(static_cast<int>(date.year())) + "-" +
+         two(static_cast<unsigned>(date.month())) + "-" + two(static_cast<unsigned>(date.day())) +
+         "T" + two(clock.hours().count()) + ":" + two(clock.minutes().count()) + ":" +
+         two(clock.seconds().count()) + "Z";
+}
+
+Json SettingsAsJson(const Program& program, const std::string& settings_file) {
+  const MainWindow& window = program.frmMorvex;
+  Json settings;
+  if (!settings_file.empty()) settings["settings_file"] = ShownPath(settings_file);
+  settings["source"] = ShownPath(window.Text1(kSourceBox).text.get());
+  settings["target"] = ShownPath(window.Text1(kTargetBox).text.get());
+  settings["list"] = ShownPath(program.settings.SubstitutieFile);
+  settings["separator"] = ShownText(program.settings.gSeparator);
+  settings["joker"] = ShownText(JokerText(program));
+  settings["log"] = program.run.LoggingOn;
+  settings["all"] = program.settings.AllFilesSelected;
+  settings["extensions"] = Json::array();
+  for (const ListEntry& entry : program.frmOpties.lstExtensie.entries.get()) {
+    if (entry.selected) settings["extensions"].push_back(ShownText(entry.text));
+  }
+  return settings;
+}
+
+Json RowsAsJson(const Program& program, const ListReview& review) {
+  const SubstitutionTables& tables = program.tables;
+  Json rows = Json::array();
+  for (std::size_t row = 0; row < tables.LeftTexts.size(); ++row) {
+    if (tables.LeftTexts[row].empty() && tables.RightTexts[row].empty()) continue;
+    Json entry;
+    entry["row"] = row + 1;
+    if (row < review.line_of_row.size()) entry["line"] = review.line_of_row[row];
+    entry["left"] = ShownText(tables.LeftTexts[row]);
+    entry["right"] = ShownText(tables.RightTexts[row]);
+    const std::vector<std::int64_t>& hits = program.run.hits_of_rows;
+    entry["hits"] = row < hits.size() ? hits[row] : 0;
+    rows.push_back(std::move(entry));
+  }
+  return rows;
+}
+
+}  // namespace
+
+RunReport::RunReport(const Program& program)
+    : program_(program),
+      started_(program.host.system.Now()),
+      steady_start_(program.host.system.SteadyTime()),
+      last_(steady_start_) {}
+
+void RunReport::OnOutcome(const Outcome& outcome) {
+  Json entry;
+  entry["path"] = ShownPath(outcome.path);
+  if (outcome.is_folder) entry["folder"] = true;
+  entry["outcome"] = WordFor(outcome.kind);
+  switch (outcome.kind) {
+    case OutcomeKind::kProcessed:
+      ++totals_.processed;
+      break;
+    case OutcomeKind::kCopied:
+      ++totals_.copied;
+      break;
+    case OutcomeKind::kPassedOver:
+      ++totals_.passed_over;
+      entry["why"] = WordsFor(outcome.why);
+      break;
+    case OutcomeKind::kFailed:
+      ++totals_.failed;
+      entry["why"] = ErrorText(outcome.error);
+      entry["error"] = static_cast<int>(outcome.error);
+      entry["error_path"] = ShownPath(outcome.error_path);
+      break;
+    case OutcomeKind::kStopped:
+      ++totals_.stopped;
+      break;
+  }
+  const std::chrono::milliseconds now = program_.host.system.SteadyTime();
+  if (!outcome.is_folder) {
+    entry["bytes"] = outcome.bytes;
+    entry["hits"] = outcome.hits;
+    entry["milliseconds"] = (now - last_).count();
+  }
+  last_ = now;
+  if (!entries_.empty()) entries_ += ",\n";
+  entries_ += "    " + entry.dump();
+}
+
+std::string RunReport::Text(const std::string& version, int exit_status, const ListReview& review,
+                            const std::string& settings_file) const {
+  const RunState& run = program_.run;
+  const std::chrono::milliseconds took = program_.host.system.SteadyTime() - steady_start_;
+  Json head;
+  head["program"] = "Morvex";
+  head["version"] = version;
+  head["started"] = UtcText(started_);
+  head["milliseconds"] = took.count();
+  head["end"] = WordsFor(run.end);
+  head["exit_status"] = exit_status;
+  head["settings"] = SettingsAsJson(program_, settings_file);
+  head["totals"] = {{"processed", totals_.processed},
+                    {"copied", totals_.copied},
+                    {"passed_over", totals_.passed_over},
+                    {"failed", totals_.failed},
+                    {"stopped", totals_.stopped},
+                    {"hits", run.HitsTotal},
+                    {"bytes", run.BytesTotal}};
+  head["rows"] = RowsAsJson(program_, review);
+  std::string text = head.dump(2);
+  text.resize(text.size() - 2);  // the closing brace and the line break in front of it
+  return text + ",\n  \"files\": [" + (entries_.empty() ? "" : "\n" + entries_ + "\n  ") + "]\n}\n";
+}
+
+}  // namespace morvex
