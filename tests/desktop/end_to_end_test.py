@@ -16,6 +16,7 @@ import unittest
 
 from program import Program
 from screen import Screen, wait_for
+from tree import read_tree, write_tree
 
 program_path, pictures = sys.argv[1:3]
 
@@ -34,28 +35,6 @@ TARGET = dict(SOURCE, **{
     "letter.txt": b"Dear Mr Person A,\r\nsigned: Person B. Person A agrees.\r\n",
     "sub/note.txt": b"Jan Person A",
 })
-
-
-def write_tree(root, tree):
-    os.mkdir(root)
-    for path, contents in tree.items():
-        if contents is None:
-            os.mkdir(os.path.join(root, path))
-            continue
-        with open(os.path.join(root, path), "wb") as file:
-            file.write(contents)
-
-
-def read_tree(root):
-    found = {}
-    for folder, folders, files in os.walk(root):
-        for name in folders:
-            found[os.path.relpath(os.path.join(folder, name), root)] = None
-        for name in files:
-            path = os.path.join(folder, name)
-            with open(path, "rb") as file:
-                found[os.path.relpath(path, root)] = file.read()
-    return found
 
 
 class EndToEnd(unittest.TestCase):
