@@ -98,7 +98,7 @@ tidy() {
 
 scripts() {
   local file good=0
-  for file in run.sh test.sh .ci/run cmake/*.sh; do
+  for file in run.sh test.sh .ci/run cmake/*.sh tests/packaging/*.sh bench/*.sh; do
     bash -n "$file" || good=1
   done
   while IFS= read -r -d '' file; do
@@ -111,7 +111,7 @@ mkdir -p build
 # A tool that stays missing fails the check that needs it.
 ./cmake/install_tools.sh g++ cmake ninja-build libgtest-dev clang-format clang-tidy \
   qt6-base-dev libqt6svg6-dev \
-  xvfb openbox xdotool x11-utils imagemagick at-spi2-core dbus-daemon python3-gi gir1.2-atspi-2.0
+  desktop-file-utils xvfb openbox xdotool x11-utils imagemagick at-spi2-core dbus-daemon python3-gi gir1.2-atspi-2.0
 check 'Build' build
 tests
 check 'Format' format

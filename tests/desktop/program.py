@@ -39,7 +39,7 @@ class Control:
 
     @property
     def place(self):
-        """Left, top, width, height in pixels of the screen."""
+        """Left, top, width, height as the toolkit counts, in 96ths of an inch of the screen."""
         box = Atspi.Component.get_extents(self._accessible, Atspi.CoordType.SCREEN)
         return box.x, box.y, box.width, box.height
 
@@ -151,7 +151,9 @@ class Program:
 
     def point_at(self, window, name):
         left, top, width, height = self.find(window, name).place
-        self.screen.run("xdotool", "mousemove", str(left + width // 2), str(top + height // 2))
+        scale = self.screen.dpi / 96
+        middle = (left + width / 2) * scale, (top + height / 2) * scale
+        self.screen.run("xdotool", "mousemove", *(str(round(part)) for part in middle))
 
     def click(self, window, name):
         self.point_at(window, name)

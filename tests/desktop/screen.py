@@ -84,6 +84,8 @@ class Screen:
         self.environment["DISPLAY"] = ":" + number
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._first_line(
             lambda ready: ["dbus-daemon", "--session", "--nofork", f"--print-address={ready}"])
+        # Where the toolkit looks for it; the server's own figure is that of a physical screen.
+        self.run("xprop", "-root", "-f", "RESOURCE_MANAGER", "8s", "-set", "RESOURCE_MANAGER", f"Xft.dpi:\t{self.dpi}\n")
         self._spawn(["openbox"])
         # From then on windows get a frame, a place and the focus.
         wait_for("window manager", lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
