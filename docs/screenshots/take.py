@@ -4,9 +4,11 @@
     docs/screenshots/take.py PROGRAM [FOLDER]
 
 PROGRAM is the desktop program, FOLDER (this one unless named) gets the pictures: each window on a light
-and on a dark desktop, at 96 and at 192 dots per inch, without and with its frame's scale doubled.
+and on a dark desktop, at 96 and at 192 dots per inch. With MORVEX_PICTURES=dark-192 and the like only
+those of that desktop are taken. After a failure failed.png shows the screen.
 """
 
+import functools
 import os
 import shutil
 import sys
@@ -14,17 +16,15 @@ import time
 
 here = os.path.dirname(os.path.abspath(__file__))
 root = os.path.dirname(os.path.dirname(here))
+sys.dont_write_bytecode = True
 sys.path.insert(0, os.path.join(root, "tests", "desktop"))
 
-from program import Program  # noqa: E402  (its folder is named first)
+from program import EDITOR, MAIN, OPTIONS, Program  # noqa: E402  (its folder is named first)
 from screen import Screen, wait_for  # noqa: E402
 
-HOME = "/tmp/ada"  # stands in the pictures
+HOME = "/tmp/ada"  # stands in the pictures; made anew and removed
 CASE = HOME + "/Cases/2024 Quay Lane"
 LARGE = 1 << 30  # bytes of the file that a run is seen to work on
-MAIN = "Morvex v11.0"
-EDITOR = "replace:" + " " * 81 + "by:"
-OPTIONS = "Opties"
 FOLDERS = """Cases/2023 Canal Street, Cases/2023 Dyke 7, Cases/2024 Harbour Square, Cases/2024 Mill Lane,
 Cases/2024 Quay Lane/hearing/exhibits, Cases/2024 Quay Lane/post, Cases/2025 Old Market, Cases/2025 Tower Road,
 Handover, Letters, Templates""".split(",")
@@ -147,7 +147,7 @@ class Session:
 def main():
     program_path = os.path.abspath(sys.argv[1])
     folder = sys.argv[2] if len(sys.argv) > 2 else here
-    one = os.environ.get("MORVEX_PICTURES")  # such as "dark-192": only that desktop
+    one = os.environ.get("MORVEX_PICTURES")
     for palette in PALETTES:
         for dpi in (96, 192):
             ending = f"{palette}-{dpi}"
@@ -165,17 +165,17 @@ def take(program_path, folder, palette, dpi, ending):
     shutil.copy(program_path, os.path.join(HOME, "Morvex", "Morvex"))
     variables = {"XDG_CURRENT_DESKTOP": "KDE", "KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5"}
     scale = dpi // 96
-    with Screen(1000 * scale, 720 * scale, dpi, variables, prepare=lambda home: desktop_settings(home, palette)) as screen:
+    settings = functools.partial(desktop_settings, name=palette)
+    with Screen(1000 * scale, 720 * scale, dpi, variables, settings) as screen:
         program = Program(screen, [os.path.join(HOME, "Morvex", "Morvex")], os.path.join(screen.folder, "output"))
         try:
             Session(screen, program, folder, ending).take_all()
         except BaseException:
-            screen.take_picture("/tmp/failed.png")
-            pass
+            screen.take_picture(os.path.join(folder, "failed.png"))
             raise
         finally:
             program.close()
-    shutil.rmtree(HOME)
+            shutil.rmtree(HOME)
 
 
 if __name__ == "__main__":

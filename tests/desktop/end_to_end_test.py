@@ -14,15 +14,11 @@ import sys
 import tempfile
 import unittest
 
-from program import Program
+from program import EDITOR, MAIN, OPTIONS, Program
 from screen import Screen, wait_for
 from tree import read_tree, write_tree
 
 program_path, pictures = sys.argv[1:3]
-
-MAIN = "Morvex v11.0"
-EDITOR = "replace:" + " " * 81 + "by:"
-OPTIONS = "Opties"
 
 SOURCE = {
     "letter.txt": b"Dear Mr Jansen,\r\nsigned: Piet\r\nde Vries. Jansen agrees.\r\n",

@@ -12,6 +12,11 @@ from screen import PATIENCE, wait_for
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402  (the version is chosen first)
 
+# The titles of the windows; blanks at their ends are no matter here.
+MAIN = "Morvex v11.0"
+EDITOR = "replace:" + " " * 81 + "by:"
+OPTIONS = "Opties"
+
 
 class Control:
     """What a screen reader knows of a control, now: name, text and states change with the program."""
@@ -74,14 +79,14 @@ class Control:
 class Program:
     """Started on the screen with its own output in `log`; `close` ends it when it has not ended."""
 
-    def __init__(self, screen, command, log, variables=None):
+    def __init__(self, screen, command, log):
         self.screen = screen
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = screen.environment["DBUS_SESSION_BUS_ADDRESS"]
         os.environ["DISPLAY"] = screen.environment["DISPLAY"]
         Atspi.init()
         with open(log, "wb") as output:
-            self.process = subprocess.Popen(command, env=dict(screen.environment, **(variables or {})),
-                                            stdin=subprocess.DEVNULL, stdout=output, stderr=output)
+            self.process = subprocess.Popen(command, env=screen.environment, stdin=subprocess.DEVNULL, stdout=output,
+                                            stderr=output)
 
     def close(self):
         if self.process.poll() is None:

@@ -26,9 +26,8 @@ def wait_for(what, condition, seconds=PATIENCE):
 
 class Screen:
     """`with Screen() as screen:` starts it; `screen.environment` is for programs that shall appear
-    on it. `variables` are added to that, and
-    `prepare` gets the folder of the settings before anything starts. One process has one screen at most, for the bus of screen
-    readers is a process's own.
+    on it. `variables` are added to that, and `prepare` gets the folder of the settings before anything
+    starts. One process has one screen at most, for the bus of screen readers is a process's own.
     """
 
     def __init__(self, width=1280, height=900, dpi=96, variables=None, prepare=None):
@@ -37,7 +36,8 @@ class Screen:
         self.prepare = prepare
         self.folder = None
         self.environment = dict(os.environ)
-        for name in ("WAYLAND_DISPLAY", "XAUTHORITY", "QT_QPA_PLATFORM", "QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE"):
+        for name in ("WAYLAND_DISPLAY", "XAUTHORITY", "QT_QPA_PLATFORM", "QT_QPA_PLATFORMTHEME",
+                     "QT_STYLE_OVERRIDE"):
             self.environment.pop(name, None)
         self.environment.update(LC_ALL="C.UTF-8", NO_AT_BRIDGE="1", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
         self.environment.update(variables or {})
@@ -85,7 +85,8 @@ class Screen:
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._first_line(
             lambda ready: ["dbus-daemon", "--session", "--nofork", f"--print-address={ready}"])
         # Where the toolkit looks for it; the server's own figure is that of a physical screen.
-        self.run("xprop", "-root", "-f", "RESOURCE_MANAGER", "8s", "-set", "RESOURCE_MANAGER", f"Xft.dpi:\t{self.dpi}\n")
+        self.run("xprop", "-root", "-f", "RESOURCE_MANAGER", "8s",
+                 "-set", "RESOURCE_MANAGER", f"Xft.dpi:\t{self.dpi}\n")
         self._spawn(["openbox"])
         # From then on windows get a frame, a place and the focus.
         wait_for("window manager", lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
