@@ -71,7 +71,9 @@ void FuzzExtensions(const std::uint8_t* data, std::size_t size) {
         lstExtensie_Select(program, text.size(), what % 2 == 0);
         break;
       default:
-        list.current = static_cast<int>(text.size()) - 1;
+        list.current =
+            std::min(static_cast<int>(text.size()), static_cast<int>(list.entries.get().size())) -
+            1;
         lstExtensie_KeyDown(program, kKeyDelete, kShiftControl);
         break;
     }

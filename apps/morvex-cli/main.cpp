@@ -1,7 +1,7 @@
 // The console program: performs the unattended run that a settings file describes, or a command.
 //
-// Exit status: 0 the run finished, 1 it could not run or did not finish, 2 the command line is
-// wrong. Those of the commands stand in ui/commands/command_console.h.
+// Exit status: 0 all done, 1 it could not run or was stopped, 2 the command line is wrong, 3 done
+// but some files were not copied. Those of the commands stand in ui/commands/command_console.h.
 
 #include <iostream>
 #include <string>
@@ -47,9 +47,8 @@ std::string UsageText(const Program& program) {
          "\n" +
          CommandsText() +
          "\n"
-         "Exit status of a run with -if: 0 the run finished, 1 it could not run or did not "
-         "finish,\n"
-         "2 the command line is wrong.\n";
+         "Exit status of a run with -if: 0 all done, 1 it could not run or was stopped, 2 the\n"
+         "command line is wrong, 3 done, but some files were not copied.\n";
 }
 
 int ReportCommandLineError(ErrorNumber error) {

@@ -35,12 +35,39 @@ std::string Counted(std::int64_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
+const char* ReasonText(PassedOver why) {
+  switch (why) {
+    case PassedOver::kOwnFile:
+      return "the program's own";
+    case PassedOver::kRecycleBin:
+      return "in a recycle bin or restore folder";
+    case PassedOver::kChangedMeanwhile:
+      return "changed after the start";
+    case PassedOver::kNameEnding:
+      return "a name that ends in \"cle\"";
+    case PassedOver::kNo:
+    case PassedOver::kTemporaryFile:
+    case PassedOver::kTargetFolder:
+    case PassedOver::kLoop:
+      break;
+  }
+  return "no part of the source";
+}
+
+// As in "2 for Error 70: Permission denied, 1 for Error 57: Device I/O error".
+std::string FailuresByError(const RunState& run) {
+  std::string text;
+  for (const auto& [error, count] : run.failed_by_error) {
+    text += (text.empty() ? "" : ", ") + std::to_string(count) + " for " + ErrorLine(error);
+  }
+  return text;
+}
+
 std::string MissingCopyNotes(const RunState& run) {
   std::string notes;
-  if (run.passed_over_files > 0) {
-    notes += Counted(run.passed_over_files, "file was", "files were") +
-             " passed over and not copied: the program's own, changed after the start, in a "
-             "recycle bin, or a name that ends in \"cle\".\n";
+  for (const auto& [why, count] : run.passed_over_by_reason) {
+    notes += Counted(count, "file was", "files were") +
+             " passed over and not copied: " + ReasonText(why) + ".\n";
   }
   if (run.left_out_folders > 0) {
     notes += Counted(run.left_out_folders, "folder was", "folders were") +
@@ -48,7 +75,9 @@ std::string MissingCopyNotes(const RunState& run) {
   }
   if (run.failed_files > 0) {
     notes += Counted(run.failed_files, "file or folder", "files or folders") +
-             " could not be copied. The first: " + Printable(run.first_failure.path) + ": " +
+             " could not be copied" +
+             (run.failed_by_error.size() > 1 ? ": " + FailuresByError(run) : std::string()) +
+             ". The first: " + Printable(run.first_failure.path) + ": " +
              ErrorLine(run.first_failure.error) + "\n";
   }
   return notes;

@@ -182,10 +182,41 @@ TEST_F(UnattendedTest, ASingleFileWithItsCopyEndsWithStatus0) {
   ExpectEnded(0);
 }
 
-TEST_F(UnattendedTest, SingleFilesThatCouldNotBeCopiedLeaveTheRunFinished) {
+TEST_F(UnattendedTest, SingleFilesThatCouldNotBeCopiedEndAFinishedRunWithStatus3) {
   test_.files.fail = FailOn("MoveFile", "/t/a.txt", ErrorNumber::kPermissionDenied);
   Start("-if /job.dat");
   EXPECT_EQ(program_.run.failed_files, 1);
+  EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+  ExpectEnded(3);
+}
+
+TEST_F(UnattendedTest, FilesThatAreNotSelectedAndCouldNotBeCopiedEndWithStatus3Too) {
+  test_.files.fail = FailOn("CopyFile", "/t/sub/b.bin", ErrorNumber::kPermissionDenied);
+  Start("-if /job.dat");
+  ExpectEnded(3);
+}
+
+TEST_F(UnattendedTest, FilesAndFoldersThatArePassedOverEndWithStatus3) {
+  for (const char* path : {"/s/Morvex.txt", "/s/RECYCLER/x.txt"}) {
+    TestProgram test;
+    test.files.AddFile("/s/a.txt", "aca");
+    test.files.AddFile(path, "aca");
+    test.files.AddFolder("/t");
+    test.files.AddFile("/list.txt", kListText);
+    test.files.AddFile("/job.dat", SettingsText("/s", "/t"));
+    test.system.command_line = "-if /job.dat";
+    EXPECT_EQ(StartUp(test.program), ErrorNumber::kNone);
+    EXPECT_EQ(ExitStatus(test.program), 3) << path;
+  }
+}
+
+TEST_F(UnattendedTest, WhatIsNoPartOfTheSourceIsMissedByNobody) {
+  test_.files.AddFile("/s/tijdel.enc", "left over");
+  test_.files.AddFolder("/s/out");
+  test_.files.AddLink("/s/loop", "/s");
+  test_.files.AddFile("/job.dat", SettingsText("/s", "/s/out"));
+  Start("-if /job.dat");
+  EXPECT_EQ(test_.files.Bytes("/s/out/a.txt"), "bcb");
   ExpectEnded(0);
 }
 
