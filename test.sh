@@ -98,11 +98,11 @@ tidy() {
 
 scripts() {
   local file good=0
-  for file in run.sh test.sh .ci/run cmake/*.sh tests/packaging/*.sh bench/*.sh; do
+  for file in run.sh test.sh .ci/run bench/*.sh cmake/*.sh fuzz/*.sh tests/*/*.sh; do
     bash -n "$file" || good=1
   done
   while IFS= read -r -d '' file; do
-    python3 -c 'import ast, sys; ast.parse(open(sys.argv[1], encoding="utf-8").read(), sys.argv[1])' "$file" || good=1
+    /usr/bin/python3 -c 'import ast, sys; ast.parse(open(sys.argv[1], encoding="utf-8").read(), sys.argv[1])' "$file" || good=1
   done < <(project_files '*.py')
   return "$good"
 }

@@ -51,12 +51,24 @@ int ReportCommandLineError(ErrorNumber error) {
 
 // Why a named settings file did not lead to a run.
 int ReportSettingsFile(const Program& program) {
-  const std::string& path = program.settings.InitFilePath;
-  if (program.settings.init_file_error == ErrorNumber::kNone) {
-    std::cerr << Printable(MissingInitFileText(path)) << "\n";
+  const Settings& settings = program.settings;
+  if (settings.init_file_error != ErrorNumber::kNone) {
+    std::cerr << Printable(settings.InitFilePath) << ": " << ErrorLine(settings.init_file_error)
+              << "\n";
+  } else if (settings.list_file_error != ErrorNumber::kNone) {
+    std::cerr << RunNotes(program)
+              << "Nothing was run: a row that is missing is a name that stays.\n";
   } else {
-    std::cerr << Printable(path) << ": " << ErrorLine(program.settings.init_file_error) << "\n";
+    std::cerr << Printable(MissingInitFileText(settings.InitFilePath)) << "\n";
   }
+  return kNotDone;
+}
+
+// The status of a program whose output is to reach somebody.
+int AfterOutput(int status) {
+  std::cout << std::flush;
+  if (std::cout) return status;
+  std::cerr << "The result could not be written to standard output.\n";
   return kNotDone;
 }
 
@@ -71,7 +83,7 @@ int RunFromSettingsFile(Program& program, ConsoleUser& user) {
                       : "Interrupted: the run was stopped, the target is not complete.\n");
   }
   std::cerr << RunNotes(program);
-  return ExitStatus(program);
+  return AfterOutput(ExitStatus(program));
 }
 
 int Main(int argc, char** argv) {
@@ -86,11 +98,11 @@ int Main(int argc, char** argv) {
   const std::string line = system.CommandLineText();
   if (line == "--help" || line == "-h") {
     std::cout << UsageText(program);
-    return kDone;
+    return AfterOutput(kDone);
   }
   if (line == "--version") {
     std::cout << "Morvex " MORVEX_VERSION "\n";
-    return kDone;
+    return AfterOutput(kDone);
   }
   const ErrorNumber error = ApplyCommandLine(program, SplitCommandLine(line));
   if (error != ErrorNumber::kNone) return ReportCommandLineError(error);

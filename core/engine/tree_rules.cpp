@@ -21,36 +21,57 @@ ErrorNumber TreeRules::error() const {
   return ErrorNumber::kNone;
 }
 
-bool TreeRules::MayEnter(const FolderInfo& folder) const {
+Result<bool> TreeRules::MayEnter(const FolderInfo& folder) const {
   if (std::find(current_path_.begin(), current_path_.end(), folder.identity) !=
       current_path_.end()) {
     return false;
   }
   if (target_ && target_.value.identity == folder.identity) return false;
-  return !folder.is_link || !InsideTarget(folder.path);
+  if (!folder.is_link) return true;
+  const Result<bool> inside = InsideTarget(folder.path);
+  if (!inside) return inside.error;
+  return !inside.value;
 }
 
 bool TreeRules::MayWriteInto(const FolderInfo& folder) const {
   return !folder.is_link && !(source_ && source_.value.identity == folder.identity);
 }
 
-bool TreeRules::InsideTarget(const std::string& path) const {
+Result<bool> TreeRules::InsideTarget(const std::string& path) const {
   if (!target_real_path_) return false;
   const Result<std::string> real = program_.host.files.RealPath(path);
+  if (!real) return real.error;
   const char separator = program_.host.files.Separator();
-  return real && (real.value + separator).starts_with(target_real_path_.value + separator);
+  return (real.value + separator).starts_with(target_real_path_.value + separator);
+}
+
+void FolderStack::Enter(Level level, const FolderInfo& folder) {
+  rules_.Enter(folder);
+  levels_.push_back(std::move(level));
+}
+
+const FolderEntry* FolderStack::Next() {
+  while (!levels_.empty()) {
+    Level& level = levels_.back();
+    if (level.next < level.listing.size()) return &level.listing[level.next++];
+    if (levels_.size() > 1) rules_.Leave();
+    levels_.pop_back();
+  }
+  return nullptr;
 }
 
 Result<std::uint64_t> FolderSize(Program& program, TreeRules& rules, const FolderInfo& folder) {
   FileService& files = program.host.files;
-  const Result<std::vector<FolderEntry>> listing = files.ListFolder(folder.path);
+  Result<std::vector<FolderEntry>> listing = files.ListFolder(folder.path);
   if (!listing) return listing.error;
+  FolderStack walk(rules);
+  walk.Start({folder.path, "", std::move(listing.value)});
   std::uint64_t size = 0;
-  for (const FolderEntry& entry : listing.value) {
+  while (const FolderEntry* entry = walk.Next()) {
     YieldToWindows(program);
     if (program.Beeindigd) return size;
-    const std::string path = JoinPath(program, folder.path, entry.name);
-    if (entry.kind == EntryKind::kFile) {
+    const std::string path = JoinPath(program, walk.level().source, entry->name);
+    if (entry->kind == EntryKind::kFile) {
       const Result<FileInfo> file = files.LookUpFile(path);
       if (!file && file.error != ErrorNumber::kFileNotFound) return file.error;
       size += file.value.size;
@@ -58,11 +79,12 @@ Result<std::uint64_t> FolderSize(Program& program, TreeRules& rules, const Folde
     }
     const Result<FolderInfo> below = files.LookUpFolder(path);
     if (!below) return below.error;
-    if (!rules.MayEnter(below.value)) continue;
-    const TreeRules::Visit visit(rules, below.value);
-    const Result<std::uint64_t> size_below = FolderSize(program, rules, below.value);
-    if (!size_below) return size_below.error;
-    size += size_below.value;
+    const Result<bool> may_enter = rules.MayEnter(below.value);
+    if (!may_enter) return may_enter.error;
+    if (!may_enter.value) continue;
+    listing = files.ListFolder(below.value.path);
+    if (!listing) return listing.error;
+    walk.Enter({below.value.path, "", std::move(listing.value)}, below.value);
   }
   return size;
 }

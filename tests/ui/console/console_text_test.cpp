@@ -24,6 +24,17 @@ TEST(Printable, TheControlCharactersBehindAsciiAreWrittenOutToo) {
   EXPECT_EQ(Printable("\xC2\xA0\xC3\x9B"), "\xC2\xA0\xC3\x9B");
 }
 
+TEST(Printable, ABadByteOfUtf8CannotSteerATerminalEither) {
+  EXPECT_EQ(Printable("\x9B"
+                      "31m"),
+            "\\x9B31m");
+  // Cut off, of the wrong length, behind an end.
+  EXPECT_EQ(Printable("\xE2\x82"), "\xE2\\x82");
+  EXPECT_EQ(Printable("\xC3\x9B\x9B"), "\xC3\x9B\\x9B");
+  EXPECT_EQ(Printable("\xF5\x80\x80\x80"), "\xF5\\x80\\x80\\x80");
+  EXPECT_EQ(Printable("\xE2\x82\xAC \xF0\x9F\x98\x80"), "\xE2\x82\xAC \xF0\x9F\x98\x80");
+}
+
 TEST(PrintableLines, CrLfIsALineBreakAndALoneCrIsNot) {
   EXPECT_EQ(PrintableLines("path\r\nmessage"), "path\nmessage");
   EXPECT_EQ(PrintableLines("\r\n\r\n"), "\n\n");
