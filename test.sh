@@ -103,7 +103,7 @@ scripts() {
     bash -n "$file" || good=1
   done
   while IFS= read -r -d '' file; do
-    python3 -c 'import ast, sys; ast.parse(open(sys.argv[1], encoding="utf-8").read(), sys.argv[1])' "$file" || good=1
+    /usr/bin/python3 -c 'import ast, sys; ast.parse(open(sys.argv[1], encoding="utf-8").read(), sys.argv[1])' "$file" || good=1
   done < <(project_files '*.py')
   return "$good"
 }
