@@ -10,33 +10,11 @@
 #include <cstdlib>
 #include <string>
 
+#include "fuzz/fuzz_bytes.h"
 #include "tests/reference/judge.h"
 
 namespace morvex::test {
 namespace {
-
-class Bytes {
- public:
-  Bytes(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
-
-  std::size_t left() const { return size_; }
-  std::uint8_t Next() {
-    if (size_ == 0) return 0;
-    --size_;
-    return *data_++;
-  }
-  std::string Take(std::size_t count) {
-    count = std::min(count, size_);
-    std::string taken(reinterpret_cast<const char*>(data_), count);
-    data_ += count;
-    size_ -= count;
-    return taken;
-  }
-
- private:
-  const std::uint8_t* data_;
-  std::size_t size_;
-};
 
 // Few letters meet each other more often.
 std::string Narrowed(std::string text, std::uint8_t alphabet) {
@@ -49,7 +27,7 @@ std::string Narrowed(std::string text, std::uint8_t alphabet) {
 
 // Puts filler, in which nothing begins, into the text, so that what follows it stands at the border
 // of a block or where a span has become too long.
-std::string Stretched(const std::string& text, Bytes& bytes) {
+std::string Stretched(const std::string& text, FuzzBytes& bytes) {
   static constexpr std::size_t kBorders[] = {4096, 8192, 32766, 32768, 98304, 131072, 163840};
   const std::size_t at = bytes.Next() % (text.size() + 1);
   const std::size_t border = kBorders[bytes.Next() % std::size(kBorders)];
@@ -60,7 +38,7 @@ std::string Stretched(const std::string& text, Bytes& bytes) {
 }  // namespace
 
 void JudgeBytes(const std::uint8_t* data, std::size_t size) {
-  Bytes bytes(data, size);
+  FuzzBytes bytes(data, size);
   JudgedList list;
   const std::uint8_t alphabet = bytes.Next();
   const std::uint8_t wildcards = bytes.Next();

@@ -1,7 +1,7 @@
 // The console program: performs the unattended run that a settings file describes, or a command.
 //
-// Exit status: 0 the run finished, 1 it could not run or did not finish, 2 the command line is
-// wrong. Those of the commands stand in ui/commands/command_console.h.
+// Exit status: 0 all done, 1 it could not run or was stopped, 2 the command line is wrong, 3 done
+// but some files were not copied. Those of the commands stand in ui/commands/command_console.h.
 
 #include <iostream>
 #include <string>
@@ -47,8 +47,8 @@ std::string UsageText(const Program& program) {
          "\n" +
          CommandsText() +
          "\n"
-         "Exit status of a run with -if: 0 the run finished, 1 it could not run or did not finish,\n"
-         "2 the command line is wrong.\n";
+         "Exit status of a run with -if: 0 all done, 1 it could not run or was stopped, 2 the\n"
+         "command line is wrong, 3 done, but some files were not copied.\n";
 }
 
 int ReportCommandLineError(ErrorNumber error) {
@@ -58,12 +58,24 @@ int ReportCommandLineError(ErrorNumber error) {
 
 // Why a named settings file did not lead to a run.
 int ReportSettingsFile(const Program& program) {
-  const std::string& path = program.settings.InitFilePath;
-  if (program.settings.init_file_error == ErrorNumber::kNone) {
-    std::cerr << Printable(MissingInitFileText(path)) << "\n";
+  const Settings& settings = program.settings;
+  if (settings.init_file_error != ErrorNumber::kNone) {
+    std::cerr << Printable(settings.InitFilePath) << ": " << ErrorLine(settings.init_file_error)
+              << "\n";
+  } else if (settings.list_file_error != ErrorNumber::kNone) {
+    std::cerr << RunNotes(program)
+              << "Nothing was run: a row that is missing is a name that stays.\n";
   } else {
-    std::cerr << Printable(path) << ": " << ErrorLine(program.settings.init_file_error) << "\n";
+    std::cerr << Printable(MissingInitFileText(settings.InitFilePath)) << "\n";
   }
+  return kNotDone;
+}
+
+// The status of a program whose output is to reach somebody.
+int AfterOutput(int status) {
+  std::cout << std::flush;
+  if (std::cout) return status;
+  std::cerr << "The result could not be written to standard output.\n";
   return kNotDone;
 }
 
@@ -78,16 +90,15 @@ int RunFromSettingsFile(Program& program, ConsoleUser& user) {
                       : "Interrupted: the run was stopped, the target is not complete.\n");
   }
   std::cerr << RunNotes(program);
-  return ExitStatus(program);
+  return AfterOutput(ExitStatus(program));
 }
 
 int RunOneCommand(const std::vector<std::string>& arguments, FileService& files,
                   SystemService& system) {
-  return RunCommandLine(
-      arguments, {files, system, std::cin, std::cout, std::cerr, MORVEX_VERSION,
-                  IsTerminal(kStandardInput), IsTerminal(kStandardOutput),
-                  IsTerminal(kStandardError), TerminalColumns, InstallStopSignals, StopRequested,
-                  StandardInput, StandardOutput});
+  return RunCommandLine(arguments, {files, system, std::cin, std::cout, std::cerr, MORVEX_VERSION,
+                                    IsTerminal(kStandardInput), IsTerminal(kStandardOutput),
+                                    IsTerminal(kStandardError), TerminalColumns, InstallStopSignals,
+                                    StopRequested, StandardInput, StandardOutput});
 }
 
 int Main(int argc, char** argv) {
@@ -106,11 +117,11 @@ int Main(int argc, char** argv) {
   const std::string line = system.CommandLineText();
   if (line == "--help" || line == "-h") {
     std::cout << UsageText(program);
-    return kDone;
+    return AfterOutput(kDone);
   }
   if (line == "--version") {
     std::cout << "Morvex " MORVEX_VERSION "\n";
-    return kDone;
+    return AfterOutput(kDone);
   }
   const ErrorNumber error = ApplyCommandLine(program, SplitCommandLine(line));
   if (error != ErrorNumber::kNone) return ReportCommandLineError(error);

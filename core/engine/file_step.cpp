@@ -1,5 +1,7 @@
 #include "core/engine/file_step.h"
 
+#include <chrono>
+
 #include "core/engine/outcomes.h"
 #include "core/engine/process_file.h"
 #include "core/engine/progress.h"
@@ -8,11 +10,51 @@
 namespace morvex {
 namespace {
 
+// How long a temporary file of another run is waited for: about five seconds.
+constexpr std::chrono::milliseconds kWait{15};
+constexpr int kMostWaits = 333;
+
 KeepGoing UntilStopped(Program& program) {
   return [&program] {
     YieldToWindows(program);
     return !program.Beeindigd;
   };
+}
+
+// Processes the file once the name of the temporary file is free: of what an earlier run left, or
+// of another run's that works on the same source at this moment and is waited for.
+ProcessResult ProcessInTurn(Program& program, const std::string& folder, const std::string& name,
+                            const Result<FileInfo>& info, LeftOver left_over) {
+  bool taken = false;
+  for (int waits = 0;; ++waits) {
+    ErrorNumber freed = ErrorNumber::kNone;
+    if (info && (taken || left_over == LeftOver::kMayBe)) {
+      freed = DeleteLeftOver(program, folder, info.value, taken);
+    }
+    ProcessResult result{ProcessEnd::kFailed, freed, TemporaryPath(program, folder),
+                         PassedOver::kNo};
+    if (freed == ErrorNumber::kNone) result = ProcessFile(program, name, folder, info);
+    taken = result.error == ErrorNumber::kFileAlreadyExists;
+    const bool in_use = freed == ErrorNumber::kFileAlreadyOpen;
+    if ((!taken && !in_use) || program.Beeindigd || waits == kMostWaits) return result;
+    if (in_use) program.host.user.WaitForEvents(kWait);
+  }
+}
+
+// Whether a copy at `target`, a name that may be taken, would take the place of its own source.
+Result<bool> IsOwnSource(const Program& program, const FileInfo& source, const std::string& target,
+                         bool taken) {
+  const Result<bool> same = IsSameFile(program, source, target);
+  if (!same || same.value || !taken) return same;
+  // Something is there that was not found: a link that leads nowhere, it seems. The source is not
+  // staked on that.
+  if (NameIn(program, target) != source.name) return false;
+  FileService& files = program.host.files;
+  const Result<FolderInfo> target_folder = files.LookUpFolder(FolderOf(program, target));
+  if (!target_folder) return target_folder.error;
+  const Result<FolderInfo> source_folder = files.LookUpFolder(source.folder);
+  if (!source_folder) return source_folder.error;
+  return target_folder.value.identity == source_folder.value.identity;
 }
 
 // A stop request cuts the file short: what there is of it still reaches the target.
@@ -22,7 +64,7 @@ CopyResult DeliverAtStop(Program& program, const std::string& temporary, const s
   const bool stays = at_stop == TemporaryAtStop::kStays;
   const ErrorNumber error =
       stays ? files.CopyFile(temporary, target, {}) : files.MoveFile(temporary, target, {});
-  if (!stays && error != ErrorNumber::kNone) files.DeleteFile(temporary);
+  if (!stays && error != ErrorNumber::kNone) DropTemporary(program, temporary);
   if (error == ErrorNumber::kNone) program.run.cut_short = target;
   if (stays) program.run.left_temporary = temporary;
   return {CopyEnd::kStopped, error, target, PassedOver::kNo};
@@ -36,7 +78,7 @@ CopyResult Deliver(Program& program, const std::string& temporary, const std::st
     program.run.left_temporary = temporary;
     return {CopyEnd::kStopped, error, target, PassedOver::kNo};
   }
-  files.DeleteFile(temporary);
+  DropTemporary(program, temporary);
   return {CopyEnd::kFailed, error, target, PassedOver::kNo};
 }
 
@@ -87,15 +129,7 @@ CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const 
                              TemporaryAtStop at_stop, LeftOver left_over) {
   const std::string source = JoinPath(program, folder, name);
   const std::string temporary = TemporaryPath(program, folder);
-  ErrorNumber freed = ErrorNumber::kNone;
-  if (left_over == LeftOver::kMayBe) freed = DeleteLeftOver(program, folder, name);
-  ProcessResult result;
-  if (freed == ErrorNumber::kNone) result = ProcessFile(program, name, folder, info);
-  if (result.error == ErrorNumber::kFileAlreadyExists) {
-    freed = DeleteLeftOver(program, folder, name);
-    if (freed == ErrorNumber::kNone) result = ProcessFile(program, name, folder, info);
-  }
-  if (freed != ErrorNumber::kNone) return {CopyEnd::kFailed, freed, temporary, PassedOver::kNo};
+  const ProcessResult result = ProcessInTurn(program, folder, name, info, left_over);
   switch (result.end) {
     case ProcessEnd::kSkipped:
       return {CopyEnd::kPassedOver, ErrorNumber::kFileNotFound, source, result.why};
@@ -106,12 +140,17 @@ CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const 
       break;
   }
   FileService& files = program.host.files;
-  if (!program.Beeindigd && files.MoveToFreeName(temporary, target) == ErrorNumber::kNone) {
-    return {CopyEnd::kCopied, ErrorNumber::kNone, "", PassedOver::kNo};
+  bool taken = true;
+  if (!program.Beeindigd) {
+    const ErrorNumber moved = files.MoveToFreeName(temporary, target);
+    if (moved == ErrorNumber::kNone) {
+      return {CopyEnd::kCopied, ErrorNumber::kNone, "", PassedOver::kNo};
+    }
+    taken = moved == ErrorNumber::kFileAlreadyExists;
   }
-  const Result<bool> same = IsSameFile(program, info.value, target);
+  const Result<bool> same = IsOwnSource(program, info.value, target, taken);
   if (!same || same.value) {
-    files.DeleteFile(temporary);
+    DropTemporary(program, temporary);
     return {CopyEnd::kFailed, same ? ErrorNumber::kPathFileAccess : same.error, target,
             PassedOver::kNo};
   }

@@ -120,14 +120,14 @@ class TreeWalk {
 
   ErrorNumber error() const { return rules_.error(); }
 
-  // The sub-folders that `listing` names, of the folder `source`.
-  void SubFolders(const std::string& source, const std::vector<FolderEntry>& listing,
-                  const std::string& target) {
-    for (const FolderEntry& entry : listing) {
-      if (entry.kind != EntryKind::kFolder) continue;
+  // Handles the sub-folders of the two folders' source, depth first.
+  void Run(OpenedFolders folders) {
+    walk_.Start({std::move(folders.source), std::move(folders.target), std::move(folders.listing)});
+    while (const FolderEntry* entry = walk_.Next()) {
+      if (entry->kind != EntryKind::kFolder) continue;
       YieldToWindows(program_);
       if (program_.Beeindigd) return;
-      SubFolder(JoinPath(program_, source, entry.name), entry.name, target);
+      SubFolder(entry->name, walk_.level().target);
       if (program_.Beeindigd) return;
     }
   }
@@ -142,36 +142,43 @@ class TreeWalk {
     NoteOutcome(program_, outcome);
   }
 
-  void SubFolder(const std::string& source_path, const std::string& name,
-                 const std::string& target) {
-    const Result<FolderInfo> source = program_.host.files.LookUpFolder(source_path);
+  // The sub-folder's own files; its sub-folders come next.
+  void SubFolder(const std::string& name, const std::string& target) {
+    FileService& files = program_.host.files;
+    const std::string source_path = JoinPath(program_, walk_.level().source, name);
+    const Result<FolderInfo> source = files.LookUpFolder(source_path);
     if (!source) return NoteFailedFolder(program_, source_path, source.error);
     const std::string& path = source.value.path;
-    const PassedOver why = rules_.WhyNotEntered(source.value);
-    if (why != PassedOver::kNo) return PassOverFolder(path, why);
+    const Result<PassedOver> why = rules_.WhyNotEntered(source.value);
+    if (!why) return Fail(path, why.error);
+    if (why.value != PassedOver::kNo) return PassOverFolder(path, why.value);
     // Made before the words are looked at: a folder that is left out stands empty in the target.
     const std::string target_path = Normaliseer(program_, JoinPath(program_, target, name));
-    if (!FolderExists(program_, target_path)) MakeFolder(program_, target_path);
-    const Result<FolderInfo> made = program_.host.files.LookUpFolder(target_path);
+    if (!FolderExists(program_, target_path)) files.CreateFolderLike(target_path, source.value);
+    const Result<FolderInfo> made = files.LookUpFolder(target_path);
     // One that could not be made is met by its files. One that cannot be looked at may lie
     // anywhere.
     const ErrorNumber error =
         made && !rules_.MayWriteInto(made.value) ? ErrorNumber::kPathFileAccess : made.error;
     if (error != ErrorNumber::kNone && error != ErrorNumber::kPathNotFound) {
-      LogError(program_, path, error);
-      return NoteFailedFolder(program_, path, error);
+      return Fail(path, error);
     }
     if (IsLeftOut(path, target)) return PassOverFolder(path, PassedOver::kRecycleBin);
-    const Result<std::vector<FolderEntry>> listing = program_.host.files.ListFolder(path);
+    Result<std::vector<FolderEntry>> listing = files.ListFolder(path);
     if (!listing) return NoteFailedFolder(program_, path, listing.error);
-    const TreeRules::Visit visit(rules_, source.value);
     HandleFiles(program_, path, listing.value, target_path, FolderPassKind::kWalk);
     if (program_.Beeindigd) return;
-    SubFolders(path, listing.value, JoinPath(program_, target, name));
+    walk_.Enter({path, JoinPath(program_, target, name), std::move(listing.value)}, source.value);
+  }
+
+  void Fail(const std::string& path, ErrorNumber error) {
+    LogError(program_, path, error);
+    NoteFailedFolder(program_, path, error);
   }
 
   Program& program_;
   TreeRules rules_;
+  FolderStack walk_{rules_};
 };
 
 }  // namespace
@@ -192,11 +199,11 @@ ErrorNumber FolderWalk(Program& program, const std::string& source, const std::s
   const std::string source_path = FolderPathClean(program, source);
   const std::string target_path = FolderPathClean(program, target);
   if (!FolderExists(program, target_path)) MakeFolder(program, target_path);
-  const OpenedFolders folders = OpenFolders(program, source_path, target_path);
+  OpenedFolders folders = OpenFolders(program, source_path, target_path);
   if (folders.error != ErrorNumber::kNone) return folders.error;
   TreeWalk walk(program, folders.source, folders.target);
   if (walk.error() != ErrorNumber::kNone) return walk.error();
-  walk.SubFolders(folders.source, folders.listing, folders.target);
+  walk.Run(std::move(folders));
   return ErrorNumber::kNone;
 }
 

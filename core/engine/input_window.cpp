@@ -24,15 +24,16 @@ ErrorNumber InputWindow::Refill(std::uint64_t offset) {
   base_ = offset;
   start_ = 0;
   filled_ = kept;
-  char* const into = reinterpret_cast<char*>(buffer_.get() + kept);
-  const std::size_t room = kBufferSize - kept;
-  const Result<std::size_t> read = file_->ReadAt(base_ + kept, into, room);
-  if (!read) {
-    filled_ = 0;
-    return read.error;
+  while (!ended_ && filled_ < kBufferSize) {
+    char* const into = reinterpret_cast<char*>(buffer_.get() + filled_);
+    const Result<std::size_t> read = file_->ReadAt(base_ + filled_, into, kBufferSize - filled_);
+    if (!read) {
+      filled_ = 0;
+      return read.error;
+    }
+    filled_ += read.value;
+    ended_ = read.value == 0;
   }
-  filled_ += read.value;
-  ended_ = read.value < room;
   std::memset(buffer_.get() + filled_, 0, kPadding);
   return ErrorNumber::kNone;
 }

@@ -18,9 +18,13 @@ void NoteOutcome(Program& program, const Outcome& outcome) {
   RunState& run = program.run;
   if (outcome.kind == OutcomeKind::kPassedOver && IsMissed(outcome.why)) {
     ++(outcome.is_folder ? run.left_out_folders : run.passed_over_files);
+    if (!outcome.is_folder) ++run.passed_over_by_reason[outcome.why];
   }
-  if (outcome.kind == OutcomeKind::kFailed && run.failed_files++ == 0) {
-    run.first_failure = {std::string(outcome.error_path), outcome.error};
+  if (outcome.kind == OutcomeKind::kFailed) {
+    if (run.failed_files++ == 0) {
+      run.first_failure = {std::string(outcome.error_path), outcome.error};
+    }
+    ++run.failed_by_error[outcome.error];
   }
   if (program.observer != nullptr) program.observer->OnOutcome(outcome);
 }

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "core/engine/progress.h"
 #include "core/engine/run_engine.h"
@@ -70,15 +71,29 @@ std::string TemporaryPath(const Program& program, const std::string& folder) {
   return Normaliseer(program, JoinPath(program, folder, kTemporaryName));
 }
 
-ErrorNumber DeleteLeftOver(const Program& program, const std::string& folder,
-                           const std::string& name) {
+ErrorNumber DeleteLeftOver(Program& program, const std::string& folder, const FileInfo& source,
+                           bool taken) {
   FileService& files = program.host.files;
   const std::string temporary = TemporaryPath(program, folder);
-  const Result<bool> same = IsSameFile(program, JoinPath(program, folder, name), temporary);
-  if (!same) return same.error;
-  if (same.value) return ErrorNumber::kPathFileAccess;
+  if (source.name == kTemporaryName) return ErrorNumber::kPathFileAccess;
+  const Result<FileInfo> found = files.LookUpFile(temporary);
+  if (found.error == ErrorNumber::kFileNotFound) {
+    if (!taken) return ErrorNumber::kNone;
+  } else if (!found) {
+    return found.error;
+  } else if (found.value.identity == source.identity) {
+    return ErrorNumber::kPathFileAccess;
+  }
   const ErrorNumber error = files.DeleteFile(temporary);
-  return error == ErrorNumber::kFileNotFound ? ErrorNumber::kNone : error;
+  if (error != ErrorNumber::kNone && error != ErrorNumber::kFileNotFound) return error;
+  if (program.run.left_temporary == temporary) program.run.left_temporary.clear();
+  return ErrorNumber::kNone;
+}
+
+void DropTemporary(Program& program, const std::string& temporary) {
+  if (program.host.files.DeleteFile(temporary) != ErrorNumber::kNone) {
+    program.run.left_temporary = temporary;
+  }
 }
 
 ProcessResult ProcessFile(Program& program, const std::string& name, const std::string& folder) {
@@ -108,15 +123,27 @@ ProcessResult ProcessFile(Program& program, const std::string& name, const std::
       files.CreateFile(temporary_path, source.value.permissions);
   if (!output) return Failed(output.error, temporary_path);
 
+  const std::int64_t hits_before = program.run.Hits_Per_File;
+  const std::vector<std::int64_t> hits_of_rows_before = program.run.hits_of_rows;
   ErrorNumber error = ErrorNumber::kNone;
   const SubstitutionEnd end = SubstituteFile(program, *input.value, *output.value, error);
-  if (error != ErrorNumber::kNone) {
-    files.DeleteFile(temporary_path);
-    return Failed(error, end == SubstitutionEnd::kReadFailed ? source.value.path : temporary_path);
-  }
   if (end == SubstitutionEnd::kNoProgress) program.Beeindigd = true;
-  if (end != SubstitutionEnd::kWholeFile)
-    return {ProcessEnd::kStopped, ErrorNumber::kNone, "", PassedOver::kNo};
+  const bool stopped = error == ErrorNumber::kNone && end != SubstitutionEnd::kWholeFile;
+  if (stopped) return {ProcessEnd::kStopped, ErrorNumber::kNone, "", PassedOver::kNo};
+  const Result<bool> changed = input.value->HasChanged();
+  if (error != ErrorNumber::kNone || !changed || changed.value) {
+    // A copy that comes to nothing has no replacements.
+    program.run.HitsTotal -= program.run.Hits_Per_File - hits_before;
+    program.run.Hits_Per_File = hits_before;
+    program.run.hits_of_rows = hits_of_rows_before;
+    DropTemporary(program, temporary_path);
+    const bool of_output = error != ErrorNumber::kNone && end != SubstitutionEnd::kReadFailed;
+    if (error == ErrorNumber::kNone) error = changed.error;
+    if (error == ErrorNumber::kNone) {
+      return {ProcessEnd::kSkipped, error, "", PassedOver::kChangedMeanwhile};
+    }
+    return Failed(error, of_output ? temporary_path : source.value.path);
+  }
 
   ShowFileCounts(program, "Sipped: ");
   ShowHits(program, program.run.HitsTotal);

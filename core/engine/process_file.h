@@ -27,11 +27,16 @@ struct ProcessResult {
 std::string TemporaryPath(const Program& program, const std::string& folder);
 
 // Deletes a temporary file that an earlier run left in `folder`, so that no byte of it reaches the
-// copy of the file `name`, which is processed next. kNone also when there was none;
+// copy of the file `source`, which is processed next. kNone also when there was none;
 // kPathFileAccess, and nothing deleted, when that file is the temporary file itself, by name or by
-// link.
-ErrorNumber DeleteLeftOver(const Program& program, const std::string& folder,
-                           const std::string& name);
+// link. What goes by the name and is no file is deleted only with `taken`: the name has just turned
+// out to be taken.
+ErrorNumber DeleteLeftOver(Program& program, const std::string& folder, const FileInfo& source,
+                           bool taken);
+
+// Deletes the temporary file of a copy that came to nothing. Where that fails the run remembers
+// that it is left.
+void DropTemporary(Program& program, const std::string& temporary);
 
 // `name` is the file's bare name, `folder` the full path of its folder. The caller sets
 // Hits_Per_File and BytesBefore before, and copies and deletes the temporary file after. A file

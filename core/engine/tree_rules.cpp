@@ -21,37 +21,57 @@ ErrorNumber TreeRules::error() const {
   return ErrorNumber::kNone;
 }
 
-PassedOver TreeRules::WhyNotEntered(const FolderInfo& folder) const {
+Result<PassedOver> TreeRules::WhyNotEntered(const FolderInfo& folder) const {
   if (std::find(current_path_.begin(), current_path_.end(), folder.identity) !=
       current_path_.end()) {
     return PassedOver::kLoop;
   }
-  const bool is_target = target_ && target_.value.identity == folder.identity;
-  if (is_target || (folder.is_link && InsideTarget(folder.path))) return PassedOver::kTargetFolder;
-  return PassedOver::kNo;
+  if (target_ && target_.value.identity == folder.identity) return PassedOver::kTargetFolder;
+  if (!folder.is_link) return PassedOver::kNo;
+  const Result<bool> inside = InsideTarget(folder.path);
+  if (!inside) return inside.error;
+  return inside.value ? PassedOver::kTargetFolder : PassedOver::kNo;
 }
 
 bool TreeRules::MayWriteInto(const FolderInfo& folder) const {
   return !folder.is_link && !(source_ && source_.value.identity == folder.identity);
 }
 
-bool TreeRules::InsideTarget(const std::string& path) const {
+Result<bool> TreeRules::InsideTarget(const std::string& path) const {
   if (!target_real_path_) return false;
   const Result<std::string> real = program_.host.files.RealPath(path);
+  if (!real) return real.error;
   const char separator = program_.host.files.Separator();
-  return real && (real.value + separator).starts_with(target_real_path_.value + separator);
+  return (real.value + separator).starts_with(target_real_path_.value + separator);
+}
+
+void FolderStack::Enter(Level level, const FolderInfo& folder) {
+  rules_.Enter(folder);
+  levels_.push_back(std::move(level));
+}
+
+const FolderEntry* FolderStack::Next() {
+  while (!levels_.empty()) {
+    Level& level = levels_.back();
+    if (level.next < level.listing.size()) return &level.listing[level.next++];
+    if (levels_.size() > 1) rules_.Leave();
+    levels_.pop_back();
+  }
+  return nullptr;
 }
 
 Result<std::uint64_t> FolderSize(Program& program, TreeRules& rules, const FolderInfo& folder) {
   FileService& files = program.host.files;
-  const Result<std::vector<FolderEntry>> listing = files.ListFolder(folder.path);
+  Result<std::vector<FolderEntry>> listing = files.ListFolder(folder.path);
   if (!listing) return listing.error;
+  FolderStack walk(rules);
+  walk.Start({folder.path, "", std::move(listing.value)});
   std::uint64_t size = 0;
-  for (const FolderEntry& entry : listing.value) {
+  while (const FolderEntry* entry = walk.Next()) {
     YieldToWindows(program);
     if (program.Beeindigd) return size;
-    const std::string path = JoinPath(program, folder.path, entry.name);
-    if (entry.kind == EntryKind::kFile) {
+    const std::string path = JoinPath(program, walk.level().source, entry->name);
+    if (entry->kind == EntryKind::kFile) {
       const Result<FileInfo> file = files.LookUpFile(path);
       if (!file && file.error != ErrorNumber::kFileNotFound) return file.error;
       size += file.value.size;
@@ -59,11 +79,12 @@ Result<std::uint64_t> FolderSize(Program& program, TreeRules& rules, const Folde
     }
     const Result<FolderInfo> below = files.LookUpFolder(path);
     if (!below) return below.error;
-    if (rules.WhyNotEntered(below.value) != PassedOver::kNo) continue;
-    const TreeRules::Visit visit(rules, below.value);
-    const Result<std::uint64_t> size_below = FolderSize(program, rules, below.value);
-    if (!size_below) return size_below.error;
-    size += size_below.value;
+    const Result<PassedOver> why = rules.WhyNotEntered(below.value);
+    if (!why) return why.error;
+    if (why.value != PassedOver::kNo) continue;
+    listing = files.ListFolder(below.value.path);
+    if (!listing) return listing.error;
+    walk.Enter({below.value.path, "", std::move(listing.value)}, below.value);
   }
   return size;
 }

@@ -6,8 +6,10 @@
 // folder itself or through a link. Folders are compared by identity, not by name.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/program/program.h"
@@ -23,33 +25,54 @@ class TreeRules {
   // Why one of the two folders could not be looked up. Without both the rules protect nothing.
   ErrorNumber error() const;
 
-  // Why the folder is not entered from the current path; kNo: it is.
-  PassedOver WhyNotEntered(const FolderInfo& folder) const;
+  // Why the folder is not entered from the current path, kNo: it is; an error where that cannot be
+  // told.
+  Result<PassedOver> WhyNotEntered(const FolderInfo& folder) const;
   // Copies may be written into the folder, one below the target.
   bool MayWriteInto(const FolderInfo& folder) const;
 
-  // Keeps a folder on the current path as long as the object lives.
-  class Visit {
-   public:
-    Visit(TreeRules& rules, const FolderInfo& folder) : rules_(rules) {
-      rules_.current_path_.push_back(folder.identity);
-    }
-    ~Visit() { rules_.current_path_.pop_back(); }
-    Visit(const Visit&) = delete;
-    Visit& operator=(const Visit&) = delete;
-
-   private:
-    TreeRules& rules_;
-  };
+  // The current path grows by a folder that is entered, and shrinks again when it is left.
+  void Enter(const FolderInfo& folder) { current_path_.push_back(folder.identity); }
+  void Leave() { current_path_.pop_back(); }
 
  private:
-  bool InsideTarget(const std::string& path) const;
+  Result<bool> InsideTarget(const std::string& path) const;
 
   Program& program_;
   Result<FolderInfo> source_;
   Result<FolderInfo> target_;
   Result<std::string> target_real_path_;
   std::vector<FileIdentity> current_path_;
+};
+
+// A walk through a tree in pre-order. It keeps what it has still to do in memory of its own: a tree
+// may be deeper than a program's stack.
+class FolderStack {
+ public:
+  // `rules` starts at the folder in which the walk starts, and must outlive the walk.
+  explicit FolderStack(TreeRules& rules) : rules_(rules) {}
+
+  struct Level {
+    std::string source;
+    std::string target;                // may be empty
+    std::vector<FolderEntry> listing;  // of `source`
+    std::size_t next = 0;              // of it
+  };
+
+  // The next folder to look at is one of this folder.
+  void Enter(Level level, const FolderInfo& folder);
+  // The same for the folder in which the walk starts.
+  void Start(Level level) { levels_.push_back(std::move(level)); }
+
+  // The next name of the folder that is being looked at, and behind its last one of the folder
+  // above; null at the end of the walk. Valid until the next call.
+  const FolderEntry* Next();
+  // The folder that the name is of.
+  const Level& level() const { return levels_.back(); }
+
+ private:
+  TreeRules& rules_;
+  std::vector<Level> levels_;
 };
 
 // The bytes of all files below `folder`. An error of any folder or file below gives that error.

@@ -46,7 +46,8 @@ struct FileInfo {
 struct FolderInfo {
   std::string path;  // absolute, "." and ".." resolved, no separator at its end unless it is a root
   FileIdentity identity;
-  bool is_link = false;  // the last name of the path is itself a link
+  bool is_link = false;           // the last name of the path is itself a link
+  std::uint32_t permissions = 0;  // the host's permission bits, opaque to the core
 };
 
 enum class EntryKind { kFile, kFolder };
@@ -70,9 +71,12 @@ using KeepGoing = std::function<bool()>;
 class InputFile {
  public:
   virtual ~InputFile() = default;
-  // Reads up to `size` bytes from the 0-based `offset`; gives how many it read. Fewer than `size`
-  // means that the file ends there; 0 that it ended before.
+  // Reads up to `size` bytes from the 0-based `offset`; gives how many it read, 0 only where the
+  // file has ended.
   virtual Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) = 0;
+  // The file is no longer what it was when it was opened, as far as its size and modification time
+  // tell: what was read of it may be of two minds.
+  virtual Result<bool> HasChanged() { return false; }
 };
 
 // An open file that is only written. Closed by its destructor, which cannot report an error: call
@@ -108,6 +112,12 @@ class FileService {
 
   // One level; kPathNotFound without its parent folder, kFileAlreadyExists when the name is taken.
   virtual ErrorNumber CreateFolder(const std::string& path) = 0;
+  // The same; others than its owner may do no more in the new folder than in `like`, a folder that
+  // was looked up.
+  virtual ErrorNumber CreateFolderLike(const std::string& path, const FolderInfo& like) {
+    static_cast<void>(like);
+    return CreateFolder(path);
+  }
 
   // Copies `from` to `to` with its permission bits and modification time. `to` appears whole or not
   // at all, replaces a file or link of that name and never writes through a link. kPathFileAccess
@@ -125,7 +135,8 @@ class FileService {
   // kPathFileAccess when `from` is no file, or the two lie on different file systems.
   virtual ErrorNumber MoveToFreeName(const std::string& from, const std::string& to) = 0;
   // Deletes a file, or a link without what it leads to; never a folder (kPathFileAccess).
-  // kFileNotFound when there is none.
+  // kFileNotFound when there is none; kFileAlreadyOpen for a file that another run of the program
+  // is making.
   virtual ErrorNumber DeleteFile(const std::string& path) = 0;
 
   // Ordinary files only: kPathFileAccess for a folder, kFileNotFound for anything else.

@@ -13,14 +13,6 @@ namespace {
 
 void SetUpDialog(FileDialog& dialog) { dialog = FileDialog{"txt", "Text (*.txt)|*.txt", "", ""}; }
 
-// The folder of a file, without a separator at its end unless it is a root; empty without a folder.
-std::string FolderOf(const std::string& path, char separator) {
-  const std::size_t end = path.rfind(separator);
-  if (end == std::string::npos) return "";
-  const bool drive_root = separator == '\\' && end == 2 && path[1] == ':';
-  return path.substr(0, end == 0 || drive_root ? end + 1 : end);
-}
-
 // Reads the lines of one list file into the grid.
 class ListImport {
  public:
@@ -126,9 +118,8 @@ void cmdSaveList_Click(Program& program) {
   FileDialog& dialog = program.frmReplacements.cdSaveList;
   SetUpDialog(dialog);
   const std::string& current = program.settings.SubstitutieFile;
-  const char separator = program.host.files.Separator();
-  dialog.initial_folder = FolderOf(current, separator);
-  dialog.file_name = current.substr(current.rfind(separator) + 1);
+  dialog.file_name = NameIn(program, current);
+  if (dialog.file_name != current) dialog.initial_folder = FolderOf(program, current);
 
   const FileChoice choice = program.host.user.ChooseFileToSave(dialog);
   if (choice.error == kDialogCancelled) return;

@@ -53,6 +53,22 @@ bool Contains(const std::string& text, const std::string& joker) {
   return !joker.empty() && text.find(joker) != std::string::npos;
 }
 
+// Fills the freshly opened grid.
+void PutRows(Program& program, const std::vector<GridRow>& rows) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  for (std::size_t i = 0; i < rows.size() && grid.HasRow(static_cast<std::int64_t>(i)); ++i) {
+    const auto row = static_cast<std::int64_t>(i);
+    SetCellText(grid, {Column::kLeft, row}, rows[i].txtLinks.text);
+    SetCellText(grid, {Column::kRight, row}, rows[i].txtRechts.text);
+    if (i + 1 < rows.size()) EnterInCell(program, {Column::kLeft, row});
+  }
+}
+
+void ShowFailure(Program& program, const std::string& path, ErrorNumber error) {
+  program.host.user.ShowMessage(path + "\r\n" + ErrorLine(error), MessageButtons::kOk,
+                                MessageIcon::kNone);
+}
+
 }  // namespace
 
 void cmdJoker_Click(Program& program) {
@@ -94,13 +110,17 @@ void cmdDeleteEmpty_Click(Program& program) {
   ErrorNumber error = SaveReplacementList(program, path);
   // What cannot be read back must not cost the rows.
   if (error == ErrorNumber::kNone) error = LineReader().Open(program.host.files, path);
-  if (error != ErrorNumber::kNone) {
-    program.host.user.ShowMessage(path + "\r\n" + ErrorLine(error), MessageButtons::kOk,
-                                  MessageIcon::kNone);
-    return;
-  }
+  if (error != ErrorNumber::kNone) return ShowFailure(program, path, error);
+  const std::vector<GridRow> rows = program.frmReplacements.rows;
+  const std::string list = program.settings.SubstitutieFile;
   RefreshFormReplacements(program);
   ImportReplacementList(program, path);
+  error = program.settings.list_file_error;
+  if (error == ErrorNumber::kNone) return;
+  RefreshFormReplacements(program);
+  PutRows(program, rows);
+  program.settings.SubstitutieFile = list;
+  ShowFailure(program, path, error);
 }
 
 void cmdOK_Click(Program& program) {

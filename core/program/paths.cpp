@@ -22,6 +22,18 @@ std::string InProgramFolder(const Program& program, std::string_view name) {
   return JoinPath(program, program.host.system.ProgramFolder(), name);
 }
 
+std::string FolderOf(const Program& program, const std::string& path) {
+  const char separator = program.host.files.Separator();
+  const std::size_t end = path.rfind(separator);
+  if (end == std::string::npos) return ".";
+  const bool drive_root = separator == '\\' && end == 2 && path[1] == ':';
+  return path.substr(0, end == 0 || drive_root ? end + 1 : end);
+}
+
+std::string NameIn(const Program& program, const std::string& path) {
+  return path.substr(path.rfind(program.host.files.Separator()) + 1);
+}
+
 std::string Normaliseer(const Program& program, const std::string& StringIn) {
   if (program.Beeindigd) return "";
   if (StringIn.size() < 4 || StringIn[3] != '\\') return StringIn;

@@ -18,6 +18,12 @@ std::string JoinPath(const Program& program, std::string_view folder, std::strin
 // The same with the program's own folder, not passed through Normaliseer.
 std::string InProgramFolder(const Program& program, std::string_view name);
 
+// The folder of a path, as text: what stands before its last separator, "." where there is none. A
+// root keeps its separator.
+std::string FolderOf(const Program& program, const std::string& path);
+// What follows its last separator.
+std::string NameIn(const Program& program, const std::string& path);
+
 // Repairs the doubled backslash of a path made from a drive root: a backslash in fourth place is
 // left out. Gives the empty text once the program is to stop.
 std::string Normaliseer(const Program& program, const std::string& StringIn);

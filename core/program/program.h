@@ -7,11 +7,13 @@
 
 #include <chrono>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "core/host/host.h"
+#include "core/program/run_observer.h"
 #include "core/tables/substitution_tables.h"
 #include "core/windows/main_window.h"
 #include "core/windows/options_window.h"
@@ -86,6 +88,12 @@ struct RunState {
   std::int64_t passed_over_files = 0;
   std::int64_t left_out_folders = 0;
   std::int64_t failed_files = 0;
+  std::map<PassedOver, std::int64_t> passed_over_by_reason;
+  std::map<ErrorNumber, std::int64_t> failed_by_error;
+  // Something of the source has no copy that somebody may miss.
+  bool LacksCopies() const {
+    return passed_over_files > 0 || left_out_folders > 0 || failed_files > 0;
+  }
   FileFailure first_failure;
   bool disk_full = false;  // which ended the run
   // What a stop request left: the path of a copy that is incomplete, and of a temporary file beside

@@ -36,6 +36,8 @@ void ResetCounters(RunState& run) {
   run.passed_over_files = 0;
   run.left_out_folders = 0;
   run.failed_files = 0;
+  run.passed_over_by_reason.clear();
+  run.failed_by_error.clear();
   run.first_failure = {};
   run.hits_of_rows.clear();
   run.RunStarted = true;

@@ -101,6 +101,12 @@ bool HasEnded(const Program& program) {
   return !program.frmMorvex.loaded && !program.frmOpties.loaded && !program.frmReplacements.loaded;
 }
 
-int ExitStatus(const Program& program) { return program.run.end == RunEnd::kFinished ? 0 : 1; }
+int ExitStatus(const Program& program) {
+  constexpr int kAllDone = 0;
+  constexpr int kNotDone = 1;
+  constexpr int kCopiesLack = 3;
+  if (program.run.end != RunEnd::kFinished) return kNotDone;
+  return program.run.LacksCopies() ? kCopiesLack : kAllDone;
+}
 
 }  // namespace morvex

@@ -23,7 +23,8 @@ ErrorNumber StartUp(Program& program);
 // All windows are unloaded.
 bool HasEnded(const Program& program);
 
-// Exit status of an unattended run: 0 when it finished, 1 when it could not run or did not finish.
+// Exit status of an unattended run: 0 when all is done, 1 when it could not run or did not finish,
+// 3 when it finished but something of the source has no copy.
 int ExitStatus(const Program& program);
 
 }  // namespace morvex

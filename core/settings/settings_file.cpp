@@ -63,6 +63,18 @@ void ReadExtensions(Program& program, LineReader& reader) {
   program.frmMorvex.lblExtensions.caption = std::move(selected_texts);
 }
 
+// A list that does not exist is none. One of which that cannot be told is one that cannot be read.
+void ReadList(Program& program) {
+  Settings& settings = program.settings;
+  const ErrorNumber found = program.host.files.LookUpFile(settings.SubstitutieFile).error;
+  if (found == ErrorNumber::kNone) {
+    ImportReplacementList(program, settings.SubstitutieFile);
+    cmdOK_Click(program);
+  } else if (found != ErrorNumber::kFileNotFound && found != ErrorNumber::kPathNotFound) {
+    settings.list_file_error = found;
+  }
+}
+
 // The file to read; false when there is none.
 bool ChooseInitFile(Program& program, std::string& path) {
   Settings& settings = program.settings;
@@ -97,16 +109,16 @@ void ReadInitFile(Program& program) {
     settings.AutoRunFromInitFile = true;
   }
   ReadPlacedLines(program, reader);
-  if (FileExists(program, settings.SubstitutieFile)) {
-    ImportReplacementList(program, settings.SubstitutieFile);
-    cmdOK_Click(program);
-  }
+  ReadList(program);
   program.frmMorvex.lblFiles.colour = Colour::kSystemHighlight;
   program.frmMorvex.lblFiles.caption = std::string(12, ' ');
   ReadExtensions(program, reader);
   settings.init_file_error = reader.error();
-  // A file that could only be read in part describes no run.
-  if (settings.init_file_error != ErrorNumber::kNone) settings.AutoRunFromInitFile = false;
+  // A file that could only be read in part describes no run: a row that is missing would be a name
+  // that stays.
+  const bool whole = settings.init_file_error == ErrorNumber::kNone &&
+                     settings.list_file_error == ErrorNumber::kNone;
+  if (!whole) settings.AutoRunFromInitFile = false;
   settings.ReadingInitFile = false;
 }
 

@@ -13,6 +13,8 @@
 #include <optional>
 #include <utility>
 
+#include "host/posix/posix_calls.h"
+#include "host/posix/posix_claim.h"
 #include "host/posix/posix_copy_data.h"
 #include "host/posix/posix_descriptor.h"
 #include "host/posix/posix_paths.h"
@@ -48,13 +50,13 @@ ErrorNumber CheckPaths(const std::string& from, const std::string& to) {
 // folder or a device.
 ErrorNumber CheckTarget(const std::string& to, const struct stat& source) {
   struct stat found {};
-  if (stat(to.c_str(), &found) == 0) {
+  if (Stat(to, &found) == 0) {
     const bool replaceable = S_ISREG(found.st_mode) && !IsSameFile(found, source);
     return replaceable ? ErrorNumber::kNone : ErrorNumber::kPathFileAccess;
   }
   const int code = errno;
   if (code == ENOENT) return ErrorNumber::kNone;
-  if (lstat(to.c_str(), &found) == 0 && S_ISLNK(found.st_mode)) return ErrorNumber::kNone;
+  if (LinkStat(to, &found) == 0 && S_ISLNK(found.st_mode)) return ErrorNumber::kNone;
   return ErrorFromCode(code, Missing::kPath);
 }
 
@@ -62,6 +64,10 @@ ErrorNumber Fill(const Copying& copying, int file) {
   const ErrorNumber error = CopyData(copying.source.Get(), file, copying.status, copying.keep_going,
                                      copying.ways.copy_in_kernel);
   if (error != ErrorNumber::kNone) return error;
+  struct stat now {};
+  if (fstat(copying.source.Get(), &now) != 0) return LastError(Missing::kFile);
+  // What was copied of a file that changed meanwhile may be of two minds.
+  if (!IsUnchanged(copying.status, now)) return ErrorNumber::kFileAlreadyOpen;
   if (fchmod(file, copying.status.st_mode & kPermissionBits) != 0 && !IsNotKept(errno)) {
     return LastError(Missing::kPath);
   }
@@ -143,8 +149,8 @@ ErrorNumber RemoveLeftOver(int folder, const char* name, const struct stat& sour
   struct stat end {};
   const bool leads_to_source = fstatat(folder, name, &end, 0) == 0 && IsSameFile(end, source);
   if (leads_to_source) return ErrorNumber::kPathFileAccess;
-  if (unlinkat(folder, name, 0) != 0) return LastError(Missing::kPath);
-  return ErrorNumber::kNone;
+  const ErrorNumber error = DeleteUnclaimed(folder, name);
+  return error == ErrorNumber::kFileNotFound ? ErrorNumber::kNone : error;
 }
 
 ErrorNumber CopyNamed(const Copying& copying) {
@@ -154,10 +160,11 @@ ErrorNumber CopyNamed(const Copying& copying) {
   ErrorNumber error = RemoveLeftOver(folder, partial, copying.status);
   if (error != ErrorNumber::kNone) return error;
 
-  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW;
-  Descriptor file = OpenAt(folder, partial, flags, copying.FirstBits());
+  Descriptor file = CreateClaimed(folder, partial, copying.FirstBits());
   if (!file.IsOpen()) return LastError(Missing::kPath);
+  const Descriptor claim = KeepClaim(file);
   PassingName passing(folder, partial);
+  if (!claim.IsOpen()) return LastError(Missing::kPath);
   error = Fill(copying, file.Get());
   if (error != ErrorNumber::kNone) return error;
   const int code = file.Close();
@@ -170,13 +177,17 @@ ErrorNumber CopyNamed(const Copying& copying) {
 }  // namespace
 
 ErrorNumber CopyWholeFile(const std::string& from, const std::string& to,
-                          const KeepGoing& keep_going, CopyWays ways) {
+                          const KeepGoing& keep_going, CopyWays ways, Descriptor source) {
   ErrorNumber error = CheckPaths(from, to);
   if (error != ErrorNumber::kNone) return error;
-  Copying copying{{}, {}, {}, keep_going, ways};
-  Result<Descriptor> source = OpenOrdinary(from, O_RDONLY, Missing::kFile, &copying.status);
-  if (!source) return source.error;
-  copying.source = std::move(source.value);
+  Copying copying{std::move(source), {}, {}, keep_going, ways};
+  if (copying.source.IsOpen()) {
+    if (fstat(copying.source.Get(), &copying.status) != 0) return LastError(Missing::kFile);
+  } else {
+    Result<Descriptor> opened = OpenOrdinary(from, O_RDONLY, Missing::kFile, &copying.status);
+    if (!opened) return opened.error;
+    copying.source = std::move(opened.value);
+  }
 
   error = CheckTarget(to, copying.status);
   if (error != ErrorNumber::kNone) return error;
@@ -191,42 +202,44 @@ ErrorNumber CopyWholeFile(const std::string& from, const std::string& to,
 }
 
 ErrorNumber MoveWholeFile(const std::string& from, const std::string& to,
-                          const KeepGoing& keep_going) {
+                          const KeepGoing& keep_going, Descriptor source) {
   ErrorNumber error = CheckPaths(from, to);
   if (error != ErrorNumber::kNone) return error;
   struct stat own {};
-  if (lstat(from.c_str(), &own) != 0) return LastError(Missing::kFile);
-  struct stat source = own;
-  if (S_ISLNK(own.st_mode) && stat(from.c_str(), &source) != 0) return LastError(Missing::kFile);
-  error = CheckOrdinary(source, O_RDONLY);
-  if (error == ErrorNumber::kNone) error = CheckTarget(to, source);
+  if (LinkStat(from, &own) != 0) return LastError(Missing::kFile);
+  struct stat moved = own;
+  if (S_ISLNK(own.st_mode) && Stat(from, &moved) != 0) return LastError(Missing::kFile);
+  error = CheckOrdinary(moved, O_RDONLY);
+  if (error == ErrorNumber::kNone) error = CheckTarget(to, moved);
   if (error != ErrorNumber::kNone) return error;
 
   if (!S_ISLNK(own.st_mode)) {
     // Only the target's folder can be missing here.
-    if (rename(from.c_str(), to.c_str()) == 0) return ErrorNumber::kNone;
+    if (Rename(from, to) == 0) return ErrorNumber::kNone;
     if (errno != EXDEV) return LastError(Missing::kPath);
   }
-  error = CopyWholeFile(from, to, keep_going);
-  return error != ErrorNumber::kNone ? error : DeleteOneFile(from);
+  const bool claimed = source.IsOpen();
+  error = CopyWholeFile(from, to, keep_going, {}, std::move(source));
+  return error != ErrorNumber::kNone ? error : DeleteOneFile(from, claimed);
 }
 
 ErrorNumber MoveFileToFreeName(const std::string& from, const std::string& to) {
   const ErrorNumber error = CheckPaths(from, to);
   if (error != ErrorNumber::kNone) return error;
   struct stat own {};
-  if (lstat(from.c_str(), &own) != 0) return LastError(Missing::kFile);
+  if (LinkStat(from, &own) != 0) return LastError(Missing::kFile);
   if (!S_ISREG(own.st_mode)) return ErrorNumber::kPathFileAccess;
-  if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
-    return ErrorNumber::kNone;
-  }
+  if (Rename(from, to, RENAME_NOREPLACE) == 0) return ErrorNumber::kNone;
   return LastError(Missing::kPath);
 }
 
-ErrorNumber DeleteOneFile(const std::string& path) {
+ErrorNumber DeleteOneFile(const std::string& path, bool own) {
   const ErrorNumber error = CheckPath(path, Missing::kFile);
   if (error != ErrorNumber::kNone) return error;
-  if (unlink(path.c_str()) == 0) return ErrorNumber::kNone;
+  const Reach at(path);
+  if (!at.Found()) return LastError(Missing::kFile);
+  if (!own) return DeleteUnclaimed(at.Folder(), at.Name());
+  if (unlinkat(at.Folder(), at.Name(), 0) == 0) return ErrorNumber::kNone;
   return LastError(Missing::kFile);
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "core/host/file_service.h"
+#include "host/posix/posix_descriptor.h"
 
 namespace morvex::posix {
 
@@ -14,18 +15,20 @@ struct CopyWays {
   bool copy_in_kernel = true;  // let the system copy from file to file
 };
 
-// As FileService::CopyFile. The paths need not have passed CheckPath.
+// As FileService::CopyFile. The paths need not have passed CheckPath. The bytes are those of
+// `source` where that is open, a file that this process has made at `from`.
 ErrorNumber CopyWholeFile(const std::string& from, const std::string& to,
-                          const KeepGoing& keep_going, CopyWays ways = {});
+                          const KeepGoing& keep_going, CopyWays ways = {}, Descriptor source = {});
 
-// As FileService::MoveFile. A link at `from` is moved as the file that it leads to.
+// As FileService::MoveFile. A link at `from` is moved as the file that it leads to. `source` as for
+// CopyWholeFile.
 ErrorNumber MoveWholeFile(const std::string& from, const std::string& to,
-                          const KeepGoing& keep_going);
+                          const KeepGoing& keep_going, Descriptor source = {});
 
 // As FileService::MoveToFreeName.
 ErrorNumber MoveFileToFreeName(const std::string& from, const std::string& to);
 
-// As FileService::DeleteFile.
-ErrorNumber DeleteOneFile(const std::string& path);
+// As FileService::DeleteFile. `own`: this process claims the file.
+ErrorNumber DeleteOneFile(const std::string& path, bool own = false);
 
 }  // namespace morvex::posix

@@ -10,6 +10,7 @@
 #include <limits>
 #include <utility>
 
+#include "host/posix/posix_calls.h"
 #include "host/posix/posix_paths.h"
 
 namespace morvex::posix {
@@ -54,17 +55,17 @@ Result<Descriptor> OpenOrdinary(const std::string& path, int flags, Missing miss
                                 struct stat* opened) {
   struct stat status {};
   ErrorNumber error = ErrorNumber::kNone;
-  if (stat(path.c_str(), &status) == 0) error = CheckOrdinary(status, flags);
+  if (Stat(path, &status) == 0) error = CheckOrdinary(status, flags);
   if (error != ErrorNumber::kNone) return error;
   return OpenLookedUp(path, flags, missing, opened);
 }
 
 Result<Descriptor> OpenLookedUp(const std::string& path, int flags, Missing missing,
                                 struct stat* opened) {
-  Descriptor file = OpenAt(AT_FDCWD, path.c_str(), flags | O_NONBLOCK, kNewFileBits);
+  Descriptor file = Open(path, flags | O_NONBLOCK, kNewFileBits);
   if (!file.IsOpen() && errno == EWOULDBLOCK) {
     // Another process holds a lease on the file and has now been told to give it back.
-    file = OpenAt(AT_FDCWD, path.c_str(), flags, kNewFileBits);
+    file = Open(path, flags, kNewFileBits);
   }
   if (!file.IsOpen()) return LastError(missing);
   struct stat status {};
@@ -81,7 +82,7 @@ Result<Place> OpenPlace(const std::string& path) {
     return ErrorNumber::kPathNotFound;
   }
   Place place;
-  place.folder = OpenAt(AT_FDCWD, parts.folder.c_str(), O_PATH | O_DIRECTORY);
+  place.folder = Open(parts.folder, O_PATH | O_DIRECTORY);
   if (!place.folder.IsOpen()) return LastError(Missing::kPath);
   place.name = std::move(parts.name);
   return place;
@@ -104,11 +105,11 @@ int WriteAllAt(int file, std::uint64_t offset, std::string_view bytes) {
   return TransferAll(bytes.size(), ENOSPC, step).code;
 }
 
-int WriteAll(int file, std::string_view bytes) {
+Transfer WriteAll(int file, std::string_view bytes) {
   const auto step = [&](std::size_t done, std::size_t left) {
     return write(file, bytes.data() + done, left);
   };
-  return TransferAll(bytes.size(), ENOSPC, step).code;
+  return TransferAll(bytes.size(), ENOSPC, step);
 }
 
 }  // namespace morvex::posix

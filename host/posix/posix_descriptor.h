@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/host/error.h"
 #include "host/posix/posix_errors.h"
@@ -29,6 +30,8 @@ class Descriptor {
 
   bool IsOpen() const { return number_ >= 0; }
   int Get() const { return number_; }
+  // Gives up the ownership: somebody else closes it now.
+  int Release() { return std::exchange(number_, -1); }
   // 0, or the error code of a write that failed only now. Closed it is in any case.
   int Close();
 
@@ -55,6 +58,13 @@ ErrorNumber CheckOrdinary(const struct stat& status, int flags);
 
 inline bool IsSameFile(const struct stat& one, const struct stat& other) {
   return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
+// The file of the one status holds the bytes that it had at the other, as far as size and time
+// tell.
+inline bool IsUnchanged(const struct stat& then, const struct stat& now) {
+  return then.st_size == now.st_size && then.st_mtim.tv_sec == now.st_mtim.tv_sec &&
+         then.st_mtim.tv_nsec == now.st_mtim.tv_nsec;
 }
 
 // Codes with which a file system says that it keeps no permission bits or times of a kind. A copy
@@ -95,7 +105,7 @@ Transfer TransferAll(std::size_t size, int at_nothing, Step step) {
 Transfer ReadAllAt(int file, std::uint64_t offset, char* into, std::size_t size);
 // Writes all of `bytes`, or gives the error code; a write that takes nothing counts as a full disk.
 int WriteAllAt(int file, std::uint64_t offset, std::string_view bytes);
-// The same at the position that the system keeps for the file.
-int WriteAll(int file, std::string_view bytes);
+// The same at the position that the system keeps for the file; tells how far it came.
+Transfer WriteAll(int file, std::string_view bytes);
 
 }  // namespace morvex::posix

@@ -10,6 +10,8 @@
 #include <thread>
 #include <utility>
 
+#include "host/posix/posix_calls.h"
+#include "host/posix/posix_claim.h"
 #include "host/posix/posix_copy.h"
 #include "host/posix/posix_descriptor.h"
 #include "host/posix/posix_errors.h"
@@ -30,7 +32,7 @@ FileIdentity IdentityOf(const struct stat& status) { return {status.st_dev, stat
 
 Result<FileInfo> FindFile(const std::string& path) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return LastError(Missing::kFile);
+  if (posix::Stat(path, &status) != 0) return LastError(Missing::kFile);
   if (!S_ISREG(status.st_mode)) return ErrorNumber::kFileNotFound;
   Result<std::string> absolute = posix::AbsolutePath(path);
   if (!absolute) return absolute.error;
@@ -48,7 +50,7 @@ Result<FileInfo> FindFile(const std::string& path) {
 
 Result<FolderInfo> FindFolder(const std::string& path) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return LastError(Missing::kPath);
+  if (posix::Stat(path, &status) != 0) return LastError(Missing::kPath);
   if (!S_ISDIR(status.st_mode)) return ErrorNumber::kPathNotFound;
   Result<std::string> absolute = posix::AbsolutePath(path);
   if (!absolute) return absolute.error;
@@ -56,8 +58,9 @@ Result<FolderInfo> FindFolder(const std::string& path) {
   info.path = std::move(absolute.value);
   info.identity = IdentityOf(status);
   struct stat own {};
-  if (lstat(info.path.c_str(), &own) != 0) return LastError(Missing::kPath);
+  if (posix::LinkStat(info.path, &own) != 0) return LastError(Missing::kPath);
   info.is_link = S_ISLNK(own.st_mode);
+  info.permissions = status.st_mode & posix::kPermissionBits;
   return info;
 }
 
@@ -77,6 +80,11 @@ Result<DriveSpace> MeasureDrive(const std::string& path) {
   if (result != 0) return LastError(Missing::kPath);
   return DriveSpace{BytesIn(drive.f_blocks, drive.f_frsize),
                     BytesIn(drive.f_bavail, drive.f_frsize)};
+}
+
+ErrorNumber MakeOneFolder(const std::string& path, mode_t permissions) {
+  if (posix::MakeDirectory(path, permissions) == 0) return ErrorNumber::kNone;
+  return LastError(Missing::kPath);
 }
 
 // Runs `call` with `path` once it has passed the check.
@@ -130,27 +138,46 @@ Result<DriveSpace> PosixFileService::LookUpDrive(const std::string& path) {
 
 ErrorNumber PosixFileService::CreateFolder(const std::string& path) {
   return GuardedOn(path, Missing::kPath, [](const std::string& folder) {
-    if (mkdir(folder.c_str(), posix::kPermissionBits) == 0) return ErrorNumber::kNone;
-    return LastError(Missing::kPath);
+    return MakeOneFolder(folder, posix::kPermissionBits);
+  });
+}
+
+ErrorNumber PosixFileService::CreateFolderLike(const std::string& path, const FolderInfo& like) {
+  return GuardedOn(path, Missing::kPath, [&](const std::string& folder) {
+    // Its owner has to put files into it.
+    return MakeOneFolder(folder, (like.permissions & posix::kPermissionBits) | S_IRWXU);
   });
 }
 
 ErrorNumber PosixFileService::CopyFile(const std::string& from, const std::string& to,
                                        const KeepGoing& keep_going) {
-  return Guarded([&] { return posix::CopyWholeFile(from, to, keep_going); });
+  return Guarded([&] { return posix::CopyWholeFile(from, to, keep_going, {}, ClaimedFile(from)); });
 }
 
 ErrorNumber PosixFileService::MoveFile(const std::string& from, const std::string& to,
                                        const KeepGoing& keep_going) {
-  return Guarded([&] { return posix::MoveWholeFile(from, to, keep_going); });
+  return Guarded([&] {
+    const ErrorNumber error = posix::MoveWholeFile(from, to, keep_going, ClaimedFile(from));
+    if (error == ErrorNumber::kNone) EndClaim(from);
+    return error;
+  });
 }
 
 ErrorNumber PosixFileService::MoveToFreeName(const std::string& from, const std::string& to) {
-  return Guarded([&] { return posix::MoveFileToFreeName(from, to); });
+  return Guarded([&] {
+    const ErrorNumber error = posix::MoveFileToFreeName(from, to);
+    if (error == ErrorNumber::kNone) EndClaim(from);
+    return error;
+  });
 }
 
 ErrorNumber PosixFileService::DeleteFile(const std::string& path) {
-  return Guarded([&] { return posix::DeleteOneFile(path); });
+  return Guarded([&] {
+    const bool own = ClaimedFile(path).IsOpen();
+    const ErrorNumber error = posix::DeleteOneFile(path, own);
+    if (own && error == ErrorNumber::kNone) EndClaim(path);
+    return error;
+  });
 }
 
 Result<std::unique_ptr<InputFile>> PosixFileService::OpenForReading(const std::string& path) {
@@ -167,8 +194,27 @@ Result<std::unique_ptr<InputFile>> PosixFileService::OpenForReading(const std::s
 Result<std::unique_ptr<OutputFile>> PosixFileService::CreateFile(const std::string& path,
                                                                  std::uint32_t permissions) {
   return GuardedOn(path, Missing::kFile, [&](const std::string& file) {
-    return posix::CreateOutput(file, permissions, write_behind_);
+    posix::Descriptor claim;
+    Result<std::unique_ptr<OutputFile>> made =
+        posix::CreateOutput(file, permissions, write_behind_, &claim);
+    if (!made) return made;
+    const std::lock_guard lock(mutex_);
+    claim_ = std::move(claim);
+    claimed_ = file;
+    return made;
   });
+}
+
+posix::Descriptor PosixFileService::ClaimedFile(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  return path == claimed_ ? posix::KeepClaim(claim_) : posix::Descriptor();
+}
+
+void PosixFileService::EndClaim(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  if (path != claimed_) return;
+  claimed_.clear();
+  claim_.Close();
 }
 
 ErrorNumber PosixFileService::AppendToFile(const std::string& path, std::string_view bytes) {

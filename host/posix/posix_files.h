@@ -1,9 +1,13 @@
 // The file system of a POSIX system. Names are bytes as the system takes them; "/" parts them.
 //
-// Beyond the contract of FileService: a name that holds a NUL byte is a bad one (52); the empty
-// path gives 53 where a file is asked for and 76 where a folder is; a path that leads through a
-// file gives 76. Writing past the greatest file size the process may have gives 61 only as long as
-// SIGXFSZ is ignored, which PosixSystemService sees to. Calls may come from several threads.
+// The file that was made last is claimed until it is moved or deleted: DeleteFile of another
+// process gives kFileAlreadyOpen for it.
+//
+// Beyond the contract of FileService: paths may be longer than the system takes at a time, but
+// those given to RealPath and LookUpDrive; a name that holds a NUL byte is a bad one (52); the
+// empty path gives 53 where a file is asked for and 76 where a folder is; a path that leads through
+// a file gives 76. Writing past the greatest file size the process may have gives 61 only as long
+// as SIGXFSZ is ignored, which PosixSystemService sees to. Calls may come from several threads.
 //
 // A large file is written by a thread of the service while its caller goes on, if there is a second
 // processor to run it; the thread is started when the first such file is met and ends with the
@@ -15,6 +19,7 @@
 #include <string>
 
 #include "core/host/file_service.h"
+#include "host/posix/posix_descriptor.h"
 
 namespace morvex {
 
@@ -35,6 +40,7 @@ class PosixFileService : public FileService {
   Result<DriveSpace> LookUpDrive(const std::string& path) override;
 
   ErrorNumber CreateFolder(const std::string& path) override;
+  ErrorNumber CreateFolderLike(const std::string& path, const FolderInfo& like) override;
 
   // Copying stops at the size that the source has at the start, or earlier when it shrinks.
   // Nothing but a file, a link to one or a link to nothing is ever replaced at `to` (75).
@@ -52,12 +58,19 @@ class PosixFileService : public FileService {
   ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
 
  private:
+  // The open file behind a path that is claimed; not open for any other.
+  posix::Descriptor ClaimedFile(const std::string& path);
+  void EndClaim(const std::string& path);
+
   const std::shared_ptr<posix::WriteBehind> write_behind_;  // null: all is written at once
 
   std::mutex mutex_;  // for what follows
   // Paths that the last call showed to be ordinary files: they are opened without another look.
   std::string last_found_;
   std::string last_appended_;
+  // The file that this process is making.
+  std::string claimed_;
+  posix::Descriptor claim_;
 };
 
 }  // namespace morvex

@@ -10,6 +10,7 @@
 #include <memory>
 #include <string_view>
 
+#include "host/posix/posix_calls.h"
 #include "host/posix/posix_errors.h"
 
 namespace morvex::posix {
@@ -71,8 +72,11 @@ Result<Examined> ExamineEntry(int folder, const char* name, unsigned char type) 
 }
 
 Result<std::vector<FolderEntry>> ReadFolder(const std::string& path) {
-  const FolderHandle folder(opendir(path.c_str()));
+  Descriptor opened = Open(path, O_RDONLY | O_DIRECTORY | O_NONBLOCK);
+  if (!opened.IsOpen()) return LastError(Missing::kPath);
+  const FolderHandle folder(fdopendir(opened.Get()));
   if (folder == nullptr) return LastError(Missing::kPath);
+  opened.Release();
   std::vector<FolderEntry> entries;
   for (;;) {
     errno = 0;  // the only difference between the end and an error

@@ -10,12 +10,12 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 
+#include "host/posix/posix_claim.h"
 #include "host/posix/posix_descriptor.h"
 #include "host/posix/posix_paths.h"
 
@@ -28,19 +28,29 @@ constexpr int kNamingAttempts = 100;
 
 struct HiddenFile {
   Descriptor file;
+  Descriptor claim;  // until the file has its final name
   std::string name;
 };
 
-// A new file beside the one that is to be replaced, under a name that nothing else has.
+// A new file beside the one that is to be replaced, under the first name that nobody uses now: what
+// a killed process left under one of them goes.
 Result<HiddenFile> MakeHiddenFile(const Place& place, mode_t permissions, int& code) {
-  static std::atomic<unsigned> counter = 0;
+  const int folder = place.folder.Get();
   HiddenFile hidden;
-  for (int attempt = 0; attempt < kNamingAttempts; ++attempt) {
-    hidden.name = ".morvex-" + std::to_string(getpid()) + "-" + std::to_string(++counter);
-    const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW;
-    hidden.file = OpenAt(place.folder.Get(), hidden.name.c_str(), flags, permissions);
-    if (hidden.file.IsOpen()) return hidden;
+  for (int number = 1; number <= kNamingAttempts; ++number) {
+    hidden.name = ".morvex-" + std::to_string(number);
+    const char* name = hidden.name.c_str();
+    hidden.file = CreateClaimed(folder, name, permissions);
     code = errno;
+    if (!hidden.file.IsOpen() && code == EEXIST &&
+        DeleteUnclaimed(folder, name) == ErrorNumber::kNone) {
+      hidden.file = CreateClaimed(folder, name, permissions);
+      code = errno;
+    }
+    if (hidden.file.IsOpen()) {
+      hidden.claim = KeepClaim(hidden.file);
+      return hidden;
+    }
     if (code != EEXIST) break;
   }
   return ErrorFromCode(code, Missing::kPath);
@@ -119,6 +129,19 @@ int Overwrite(int file, std::uint64_t old_size, std::string_view bytes) {
   return ftruncate(file, static_cast<off_t>(bytes.size())) == 0 ? 0 : errno;
 }
 
+// Adds all of `bytes` to the file, opened for appending, or nothing. Gives 0 or an error code.
+int AppendWhole(int file, std::string_view bytes) {
+  const Transfer written = WriteAll(file, bytes);
+  if (written.code == 0 || written.done == 0) return written.code;
+  // Half a record would spoil the next one as well. What somebody else has added behind it stays.
+  const off_t end = lseek(file, 0, SEEK_CUR);
+  struct stat status {};
+  if (end >= 0 && fstat(file, &status) == 0 && status.st_size == end) {
+    static_cast<void>(ftruncate(file, end - static_cast<off_t>(written.done)) == 0);
+  }
+  return written.code;
+}
+
 ErrorNumber ReplaceInPlace(const Place& place, std::string_view bytes) {
   const int flags = O_WRONLY | O_NOFOLLOW | O_NONBLOCK;
   Descriptor file = OpenAt(place.folder.Get(), place.name.c_str(), flags);
@@ -167,7 +190,7 @@ ErrorNumber AppendRecord(const std::string& path, std::string_view bytes, bool l
   // What the name leads to now has to be known to say what is wrong with it.
   if (!file && looked_up) file = OpenOrdinary(path, flags, Missing::kPath);
   if (!file) return file.error;
-  const int code = WriteAll(file.value.Get(), bytes);
+  const int code = AppendWhole(file.value.Get(), bytes);
   const int close_code = file.value.Close();
   return ErrorFromCode(code != 0 ? code : close_code, Missing::kPath);
 }

@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "host/posix/posix_calls.h"
+#include "host/posix/posix_claim.h"
 #include "host/posix/posix_descriptor.h"
 
 namespace morvex::posix {
@@ -24,21 +26,32 @@ constexpr std::uint64_t kWorthWriteBehind = std::uint64_t{512} << 10;
 
 class PosixInputFile : public InputFile {
  public:
-  // `size` is the file's when it was opened; files that are made as they are read have 0.
-  PosixInputFile(Descriptor file, std::uint64_t size) : file_(std::move(file)), size_(size) {}
+  // `opened` is the file's status when it was opened; files that are made as they are read have the
+  // size 0.
+  PosixInputFile(Descriptor file, const struct stat& opened)
+      : file_(std::move(file)), opened_(opened) {}
 
   Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
     // A file that is read to its known size needs no further call to see that it ends there.
-    if (offset < size_)
-      size = static_cast<std::size_t>(std::min<std::uint64_t>(size, size_ - offset));
+    const auto known_size = static_cast<std::uint64_t>(opened_.st_size);
+    if (known_size > 0) {
+      if (offset >= known_size) return std::size_t{0};
+      size = static_cast<std::size_t>(std::min<std::uint64_t>(size, known_size - offset));
+    }
     const Transfer read = ReadAllAt(file_.Get(), offset, into, size);
     if (read.code != 0) return ErrorFromCode(read.code, Missing::kFile);
     return read.done;
   }
 
+  Result<bool> HasChanged() override {
+    struct stat now {};
+    if (fstat(file_.Get(), &now) != 0) return LastError(Missing::kFile);
+    return !IsUnchanged(opened_, now);
+  }
+
  private:
   Descriptor file_;
-  std::uint64_t size_;
+  struct stat opened_;
 };
 
 // A file that is still short is written at once. What follows is written behind, as long as it fits
@@ -48,7 +61,7 @@ class PosixOutputFile : public OutputFile {
   explicit PosixOutputFile(std::shared_ptr<WriteBehind> behind) : behind_(std::move(behind)) {}
   ~PosixOutputFile() override { EndWriteBehind(); }
 
-  ErrorNumber Create(const std::string& path, mode_t permissions);
+  ErrorNumber Create(const std::string& path, mode_t permissions, Descriptor* claim);
 
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
     return ErrorFromCode(Write(offset, bytes), Missing::kFile);
@@ -100,14 +113,20 @@ int SetExactBits(int file, mode_t permissions) {
   return known && (bits & ~permissions) == 0 ? 0 : code;
 }
 
-ErrorNumber PosixOutputFile::Create(const std::string& path, mode_t permissions) {
-  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW;
-  file_ = OpenAt(AT_FDCWD, path.c_str(), flags, permissions);
+ErrorNumber PosixOutputFile::Create(const std::string& path, mode_t permissions,
+                                    Descriptor* claim) {
+  const Reach at(path);
+  if (!at.Found()) return LastError(Missing::kPath);
+  file_ = CreateClaimed(at.Folder(), at.Name(), permissions);
   if (!file_.IsOpen()) return LastError(Missing::kPath);
-  const int code = SetExactBits(file_.Get(), permissions);
+  int code = SetExactBits(file_.Get(), permissions);
+  if (code == 0 && claim != nullptr) {
+    *claim = KeepClaim(file_);
+    if (!claim->IsOpen()) code = errno;
+  }
   if (code == 0) return ErrorNumber::kNone;
+  unlinkat(at.Folder(), at.Name(), 0);
   file_.Close();
-  unlink(path.c_str());
   return ErrorFromCode(code, Missing::kPath);
 }
 
@@ -119,14 +138,16 @@ Result<std::unique_ptr<InputFile>> OpenInput(const std::string& path, bool looke
   Result<Descriptor> file = open(path, O_RDONLY, Missing::kFile, &status);
   if (!file) return file.error;
   if (status.st_size > kWorthAdvice) posix_fadvise(file.value.Get(), 0, 0, POSIX_FADV_SEQUENTIAL);
-  return std::unique_ptr<InputFile>(std::make_unique<PosixInputFile>(
-      std::move(file.value), static_cast<std::uint64_t>(status.st_size)));
+  return std::unique_ptr<InputFile>(
+      std::make_unique<PosixInputFile>(std::move(file.value), status));
 }
 
 Result<std::unique_ptr<OutputFile>> CreateOutput(const std::string& path, std::uint32_t permissions,
-                                                 std::shared_ptr<WriteBehind> behind) {
+                                                 std::shared_ptr<WriteBehind> behind,
+                                                 Descriptor* claim) {
   auto file = std::make_unique<PosixOutputFile>(std::move(behind));
-  const ErrorNumber error = file->Create(path, static_cast<mode_t>(permissions) & kPermissionBits);
+  const ErrorNumber error =
+      file->Create(path, static_cast<mode_t>(permissions) & kPermissionBits, claim);
   if (error != ErrorNumber::kNone) return error;
   return std::unique_ptr<OutputFile>(std::move(file));
 }

@@ -11,7 +11,8 @@ constexpr int kMostLinks = 16;
 class MemoryInput : public InputFile {
  public:
   MemoryInput(MemoryFiles& files, std::string path, std::shared_ptr<std::string> bytes)
-      : files_(files), path_(std::move(path)), bytes_(std::move(bytes)) {}
+      : files_(files), path_(std::move(path)), bytes_(std::move(bytes)), size_(bytes_->size()) {}
+  Result<bool> HasChanged() override { return bytes_->size() != size_; }
   Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
     const ErrorNumber error = files_.Asked("ReadAt", path_);
     if (error != ErrorNumber::kNone) return error;
@@ -23,6 +24,7 @@ class MemoryInput : public InputFile {
   MemoryFiles& files_;
   std::string path_;
   std::shared_ptr<std::string> bytes_;
+  std::size_t size_;  // when it was opened
 };
 
 class MemoryOutput : public OutputFile {
@@ -137,6 +139,11 @@ void MemoryFiles::AddLink(const std::string& path, const std::string& leads_to) 
 bool MemoryFiles::IsFolder(const std::string& path) const {
   const Node* node = Find(path);
   return node != nullptr && node->kind == Kind::kFolder;
+}
+
+bool MemoryFiles::IsLink(const std::string& path) const {
+  const Node* node = Find(path);
+  return node != nullptr && node->kind == Kind::kLink;
 }
 
 std::vector<std::string> MemoryFiles::Below(const std::string& folder) const {

@@ -32,6 +32,7 @@ class MemoryFiles : public FileService {
   // Look at what is there; a test fails loudly on a file that does not exist (throws out_of_range).
   bool Has(const std::string& path) const { return nodes_.contains(path); }
   bool IsFolder(const std::string& path) const;
+  bool IsLink(const std::string& path) const;
   const std::string& Bytes(const std::string& path) const { return *nodes_.at(path).bytes; }
   std::uint32_t Permissions(const std::string& path) const { return nodes_.at(path).permissions; }
   // Paths of everything below `folder`, sorted; folders end in the separator.

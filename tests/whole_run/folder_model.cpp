@@ -80,13 +80,16 @@ ProcessedFile FolderModel::ProcessFile(const std::string& folder, const std::str
     ++files_skipped_;
     return {};
   }
+  if (disk_.IsFolder(folder + "/" + kTemporaryName)) {
+    return {false, true, {}};
+  }
   const std::string path = folder + "/" + name;
   const Substituted substituted = engine_.Process(disk_.Find(path)->bytes);
   hits_total_ += substituted.hits;
   total_files_caption_ =
       "Scanned: " + std::to_string(files_done_) + "\r\nSipped: " + std::to_string(files_skipped_);
   Log(path + "  ----  Hits: " + std::to_string(substituted.hits));
-  return {true, substituted.bytes};
+  return {true, false, substituted.bytes};
 }
 
 FolderModel::CopyError FolderModel::Copy(const std::string& source, const std::string& target,
@@ -100,7 +103,9 @@ FolderModel::CopyError FolderModel::Copy(const std::string& source, const std::s
 void FolderModel::LogFailedCopy(const std::string& path, const ProcessedFile& processed,
                                 CopyError error) {
   Log(path);
-  if (!processed.made) {
+  if (processed.no_room) {
+    Log("Error 75: Path/File access error");
+  } else if (!processed.made) {
     Log("Error 53: File not found");
   } else if (error == CopyError::kOntoItself) {
     Log("Error 75: Path/File access error");
@@ -125,11 +130,14 @@ void FolderModel::HandleFile(const std::string& folder, const std::string& name,
         processed.made ? Copy(path, target + "/" + name, std::move(copy)) : CopyError::kOther;
     if (error != CopyError::kNone) {
       ++left_out_;
+      ++missed_;
       LogFailedCopy(path, processed, error);
       return;
     }
   } else {
-    left_out_ += Copy(path, target + "/" + name, source) == CopyError::kNone ? 0 : 1;
+    const bool copied = Copy(path, target + "/" + name, source) == CopyError::kNone;
+    left_out_ += copied ? 0 : 1;
+    missed_ += copied ? 0 : 1;
     ++files_skipped_;
   }
   total_files_caption_ =
@@ -168,6 +176,7 @@ void FolderModel::Walk(const std::string& source, const std::string& target) {
     left_out_ += disk_.IsFolder(folder_target) ? 0 : 1;
     if (IsLeftOut(folder) || IsLeftOut(target)) {
       ++left_out_;
+      ++missed_;
       continue;
     }
     const std::vector<std::string> names = disk_.Find(folder)->listing;

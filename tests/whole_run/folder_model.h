@@ -16,7 +16,10 @@ namespace morvex::whole_run {
 inline constexpr char kTemporaryName[] = "tijdel.enc";
 
 struct ProcessedFile {
-  bool made = false;  // false: a skip rule fired, so there is nothing to copy
+  // False: there is nothing to copy, because a skip rule fired,
+  bool made = false;
+  // or because a folder has the name of the temporary file.
+  bool no_room = false;
   std::string bytes;
 };
 
@@ -41,6 +44,8 @@ class FolderModel {
   std::int64_t files_skipped() const { return files_skipped_; }
   // Files and folders that did not go to the target, by a rule or for an error.
   std::int64_t left_out() const { return left_out_; }
+  // Those of them that belong to the source.
+  std::int64_t missed() const { return missed_; }
   std::int64_t hits_total() const { return hits_total_; }
   std::int64_t bytes_total() const { return bytes_total_; }
   const std::string& total_files_caption() const { return total_files_caption_; }
@@ -66,6 +71,7 @@ class FolderModel {
   std::int64_t files_done_ = 0;
   std::int64_t files_skipped_ = 0;
   std::int64_t left_out_ = 0;
+  std::int64_t missed_ = 0;
   std::int64_t hits_total_ = 0;
   std::int64_t bytes_total_ = 0;
   std::string total_files_caption_;

@@ -14,6 +14,8 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -69,7 +71,7 @@ pid_t Start(std::vector<std::string> words, const std::string& current_folder,
   const std::vector<char*> arguments = Pointers(&words);
   pid_t process = -1;
   const int failed =
-      posix_spawn(&process, arguments[0], &actions, nullptr, arguments.data(), entries.data());
+      posix_spawnp(&process, arguments[0], &actions, nullptr, arguments.data(), entries.data());
   posix_spawn_file_actions_destroy(&actions);
   if (failed != 0) {
     throw std::runtime_error("test set-up: cannot start " + words[0]);
@@ -103,6 +105,14 @@ std::string BuiltProgram() {
   return named == nullptr ? MORVEX_CLI : named;
 }
 
+// The words of MORVEX_UNDER, parted by blanks: a program that every run takes place under, such as
+// valgrind with its options.
+std::vector<std::string> Under() {
+  const char* words = std::getenv("MORVEX_UNDER");
+  std::istringstream text(words == nullptr ? "" : words);
+  return {std::istream_iterator<std::string>(text), std::istream_iterator<std::string>()};
+}
+
 std::string MakeTemporaryFolder() {
   const std::string base = std::filesystem::canonical(std::filesystem::temp_directory_path());
   std::string pattern = base + "/whole_run_XXXXXX";
@@ -119,7 +129,8 @@ ProgramResult RunProgram(const std::string& executable, const std::vector<std::s
   const std::string place = MakeTemporaryFolder();
   const std::string output = place + "/output";
   const std::string errors = place + "/errors";
-  std::vector<std::string> words{executable};
+  std::vector<std::string> words = Under();
+  words.push_back(executable);
   words.insert(words.end(), arguments.begin(), arguments.end());
   const pid_t process = Start(std::move(words), current_folder, output, errors);
   ProgramResult result;

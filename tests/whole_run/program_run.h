@@ -22,7 +22,7 @@ struct ProgramResult {
 };
 
 // Runs `executable` in `current_folder` with LC_ALL=C and an empty standard input, and ends it
-// after `limit_seconds`.
+// after `limit_seconds`. MORVEX_UNDER="valgrind -q --error-exitcode=99" runs it under that.
 ProgramResult RunProgram(const std::string& executable, const std::vector<std::string>& arguments,
                          const std::string& current_folder, int limit_seconds);
 

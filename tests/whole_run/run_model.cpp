@@ -63,6 +63,7 @@ void RunFolder(const RunInput& input, const Settings& settings, FolderModel* fil
   }
   files->HandleTopFiles(source, target);
   files->Walk(source, target);
+  outcome->exit_status = files->missed() > 0 ? 3 : 0;
   outcome->captions[0] = files->total_files_caption();
   outcome->captions[1] = kElapsedCaption;
   outcome->captions[2] = "Hits: " + std::to_string(files->hits_total()) + "\r\nDone !";

@@ -7,23 +7,67 @@
 namespace morvex {
 namespace {
 
-// Of the control characters behind ASCII the second byte in UTF-8, C2 80 to C2 9F.
-bool IsControlAt(std::string_view text, std::size_t place) {
-  const auto code = static_cast<unsigned char>(text[place]);
-  if (code < 0x20 || code == 0x7F) return true;
-  return place > 0 && text[place - 1] == '\xC2' && code >= 0x80 && code <= 0x9F;
+bool IsIn(char byte, unsigned first, unsigned last) {
+  const auto code = static_cast<unsigned char>(byte);
+  return code >= first && code <= last;
+}
+
+bool IsControl(char byte) {
+  return IsIn(byte, 0, 0x1F) || byte == '\x7F' || IsIn(byte, 0x80, 0x9F);
+}
+
+// How many bytes at `place` are one character: more than one where they are a character of UTF-8
+// behind the control ones, which end with C2 9F.
+std::size_t CharacterSize(std::string_view text, std::size_t place) {
+  const char lead = text[place];
+  const std::size_t size = IsIn(lead, 0xC2, 0xDF)   ? 2
+                           : IsIn(lead, 0xE0, 0xEF) ? 3
+                           : IsIn(lead, 0xF0, 0xF4) ? 4
+                                                    : 1;
+  if (text.size() - place < size) return 1;
+  for (std::size_t i = 1; i < size; ++i) {
+    if (!IsIn(text[place + i], 0x80, 0xBF)) return 1;
+  }
+  return lead == '\xC2' && IsControl(text[place + 1]) ? 1 : size;
 }
 
 std::string Counted(std::int64_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
+const char* ReasonText(PassedOver why) {
+  switch (why) {
+    case PassedOver::kOwnFile:
+      return "the program's own";
+    case PassedOver::kRecycleBin:
+      return "in a recycle bin or restore folder";
+    case PassedOver::kChangedMeanwhile:
+      return "changed after the start";
+    case PassedOver::kNameEnding:
+      return "a name that ends in \"cle\"";
+    case PassedOver::kNo:
+    case PassedOver::kTemporaryFile:
+    case PassedOver::kTargetFolder:
+    case PassedOver::kLoop:
+      break;
+  }
+  return "no part of the source";
+}
+
+// As in "2 for Error 70: Permission denied, 1 for Error 57: Device I/O error".
+std::string FailuresByError(const RunState& run) {
+  std::string text;
+  for (const auto& [error, count] : run.failed_by_error) {
+    text += (text.empty() ? "" : ", ") + std::to_string(count) + " for " + ErrorLine(error);
+  }
+  return text;
+}
+
 std::string MissingCopyNotes(const RunState& run) {
   std::string notes;
-  if (run.passed_over_files > 0) {
-    notes += Counted(run.passed_over_files, "file was", "files were") +
-             " passed over and not copied: the program's own, changed after the start, in a "
-             "recycle bin, or a name that ends in \"cle\".\n";
+  for (const auto& [why, count] : run.passed_over_by_reason) {
+    notes += Counted(count, "file was", "files were") +
+             " passed over and not copied: " + ReasonText(why) + ".\n";
   }
   if (run.left_out_folders > 0) {
     notes += Counted(run.left_out_folders, "folder was", "folders were") +
@@ -31,7 +75,9 @@ std::string MissingCopyNotes(const RunState& run) {
   }
   if (run.failed_files > 0) {
     notes += Counted(run.failed_files, "file or folder", "files or folders") +
-             " could not be copied. The first: " + Printable(run.first_failure.path) + ": " +
+             " could not be copied" +
+             (run.failed_by_error.size() > 1 ? ": " + FailuresByError(run) : std::string()) +
+             ". The first: " + Printable(run.first_failure.path) + ": " +
              ErrorLine(run.first_failure.error) + "\n";
   }
   return notes;
@@ -77,9 +123,10 @@ std::string NothingToDoNotes(const Program& program) {
 std::string Printable(std::string_view text) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string shown;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (!IsControlAt(text, i)) {
-      shown += text[i];
+  for (std::size_t i = 0, size = 0; i < text.size(); i += size) {
+    size = CharacterSize(text, i);
+    if (size > 1 || !IsControl(text[i])) {
+      shown.append(text, i, size);
       continue;
     }
     const auto code = static_cast<unsigned char>(text[i]);

@@ -8,8 +8,8 @@
 
 namespace morvex {
 
-// Control characters as \xHH, so that a file's name cannot steer the terminal or break its line;
-// other bytes stay.
+// Control characters as \xHH, so that a file's name cannot steer the terminal or break its line:
+// those of ASCII and those behind it, in UTF-8 or as single bytes. Other bytes stay.
 std::string Printable(std::string_view text);
 
 // The same for a text of several lines: CR LF becomes a line break.

@@ -66,11 +66,13 @@ void ConsoleUser::ClearProgress() {
 
 void ConsoleUser::ShowProgressLine() {
   if (!streams_.error_is_terminal || !streams_.shows_progress) return;
-  if (!program_->run.working) return;
+  const bool waiting = program_->frmMorvex.Timer1.enabled;
+  if (!waiting && !program_->run.working) return;
   const std::chrono::milliseconds now = program_->host.system.SteadyTime();
   if (now - last_shown_ < kProgressInterval) return;
   last_shown_ = now;
-  std::string line = ProgressLine(*program_);
+  std::string line = waiting ? Printable(program_->frmMorvex.lblTotalFiles.caption.get())
+                             : ProgressLine(*program_);
   // The last column stays free: a terminal would break the line behind it.
   const int columns = streams_.columns ? streams_.columns() : 0;
   if (columns > 1) line.resize(std::min(line.size(), static_cast<std::size_t>(columns - 1)));

@@ -292,5 +292,105 @@ TEST_F(FileStepTest, AStopDuringTheCopyOfAFileThatIsNotSelectedIsNoFailure) {
   EXPECT_EQ(program_.run.failed_files, 0);
 }
 
+TEST_F(FileStepTest, ATemporaryFileOfAnotherRunIsWaitedFor) {
+  test_.files.AddFile(kTemporary, "another run's");
+  int asked = 0;
+  int waits = 0;
+  test_.files.fail = [&](const std::string& call, const std::string& path) {
+    const bool in_use = call == "DeleteFile" && path == kTemporary && ++asked <= 3;
+    return in_use ? ErrorNumber::kFileAlreadyOpen : ErrorNumber::kNone;
+  };
+  test_.user.on_wait = [&](std::chrono::milliseconds) { ++waits; };
+  EXPECT_TRUE(Handle("a.txt"));
+  EXPECT_EQ(waits, 3);
+  EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "cbcb");
+}
+
+TEST_F(FileStepTest, AnotherRunThatStandsStillIsNotWaitedForForEver) {
+  test_.files.AddFile(kTemporary, "another run's");
+  test_.files.fail = FailOn("DeleteFile", kTemporary, ErrorNumber::kFileAlreadyOpen);
+  std::chrono::milliseconds waited{0};
+  test_.user.on_wait = [&](std::chrono::milliseconds longest) { waited += longest; };
+  ExpectNotCopied("a.txt", "Error 55: File already open");
+  EXPECT_GT(waited, std::chrono::seconds(4));
+  EXPECT_LT(waited, std::chrono::seconds(6));
+  EXPECT_EQ(test_.files.Bytes(kTemporary), "another run's");
+}
+
+TEST_F(FileStepTest, AStopRequestEndsTheWaitForAnotherRun) {
+  test_.files.AddFile(kTemporary, "another run's");
+  test_.files.fail = FailOn("DeleteFile", kTemporary, ErrorNumber::kFileAlreadyOpen);
+  int waits = 0;
+  test_.user.on_wait = [&](std::chrono::milliseconds) {
+    ++waits;
+    program_.Beeindigd = true;
+  };
+  EXPECT_FALSE(Handle("a.txt"));
+  EXPECT_EQ(waits, 1);
+  EXPECT_EQ(test_.files.Bytes(kTemporary), "another run's");
+  EXPECT_FALSE(test_.files.Has("/t/a.txt"));
+}
+
+TEST_F(FileStepTest, ANameThatAnotherRunTookInBetweenIsTriedAgain) {
+  int tries = 0;
+  test_.files.fail = [&](const std::string& call, const std::string&) {
+    const bool taken = call == "CreateFile" && ++tries <= 2;
+    return taken ? ErrorNumber::kFileAlreadyExists : ErrorNumber::kNone;
+  };
+  EXPECT_TRUE(Handle("a.txt"));
+  EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "cbcb");
+}
+
+TEST_F(FileStepTest, AFileThatChangesWhileItIsReadIsPassedOver) {
+  test_.files.AddFile("/s/b.txt", kLongText, kOld);
+  test_.OnEveryYield([&] {
+    if (program_.run.FileOffset > 0) test_.files.AppendToFile("/s/b.txt", "a");
+  });
+  ExpectNotCopied("b.txt", "Error 53: File not found");
+  EXPECT_EQ(program_.run.passed_over_files, 1);
+  EXPECT_EQ(program_.run.HitsTotal, 0);
+  EXPECT_FALSE(test_.files.Has(kTemporary));
+}
+
+TEST_F(FileStepTest, HitsOfACopyThatCameToNothingDoNotCount) {
+  EXPECT_TRUE(Handle("a.txt"));
+  test_.files.AddFile("/s/b.txt", kLongText, kOld);
+  int reads = 0;
+  test_.files.fail = [&](const std::string& call, const std::string& path) {
+    const bool second = call == "ReadAt" && path == "/s/b.txt" && ++reads == 2;
+    return second ? ErrorNumber::kDeviceIo : ErrorNumber::kNone;
+  };
+  EXPECT_TRUE(Handle("b.txt"));
+  EXPECT_EQ(program_.run.first_failure.error, ErrorNumber::kDeviceIo);
+  EXPECT_FALSE(test_.files.Has("/t/b.txt"));
+  EXPECT_EQ(program_.run.HitsTotal, 2);
+}
+
+TEST_F(FileStepTest, ASourceThatTheTargetCannotBeToldFromIsNotStaked) {
+  // The look at the target says that nothing is there, although its name is taken.
+  bool lie = false;
+  test_.files.fail = [&](const std::string& call, const std::string& path) {
+    if (call == "MoveFile") lie = true;
+    return lie && call == "LookUpFile" && path == "/s/a.txt" ? ErrorNumber::kFileNotFound
+                                                             : ErrorNumber::kNone;
+  };
+  EXPECT_TRUE(HandleFile(program_, "/s", "a.txt", "/s", FolderPassKind::kPrepass));
+  EXPECT_EQ(test_.files.Bytes("/s/a.txt"), "caca");
+  EXPECT_EQ(program_.run.first_failure.error, ErrorNumber::kPathFileAccess);
+}
+
+TEST_F(FileStepTest, ALinkToNothingInTheTargetIsReplacedByTheCopy) {
+  test_.files.AddLink("/t/a.txt", "/nowhere");
+  EXPECT_TRUE(Handle("a.txt"));
+  EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "cbcb");
+}
+
+TEST_F(FileStepTest, ATemporaryFileThatCannotBeDeletedIsRemembered) {
+  test_.files.AddFolder("/t/a.txt");
+  test_.files.fail = FailOn("DeleteFile", kTemporary, ErrorNumber::kPermissionDenied);
+  EXPECT_TRUE(Handle("a.txt"));
+  EXPECT_EQ(program_.run.left_temporary, kTemporary);
+}
+
 }  // namespace
 }  // namespace morvex::test

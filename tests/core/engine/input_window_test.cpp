@@ -66,13 +66,13 @@ TEST_F(InputWindowTest, AShortFileIsShownWhole) {
   }
 }
 
-TEST_F(InputWindowTest, AShortFileIsReadOnce) {
+TEST_F(InputWindowTest, AShortFileIsReadOnceAndFoundToHaveEnded) {
   Open("abc");
   InputWindow window;
   window.Open(*file_);
   const std::int64_t calls = files_.calls;
   for (std::size_t offset = 0; offset <= 3; ++offset) window.MoveTo(offset);
-  EXPECT_EQ(files_.calls, calls + 1);
+  EXPECT_EQ(files_.calls, calls + 2);
 }
 
 TEST_F(InputWindowTest, ShowsTheLookAheadFromEveryPlaceAroundTheBordersOfItsBlocks) {
@@ -134,6 +134,30 @@ TEST_F(InputWindowTest, GoesThroughAFileInLargeBlocks) {
   }
   EXPECT_TRUE(seen == bytes_);
   EXPECT_LE(files_.calls - calls, 25);  // 3 MiB in blocks of 128 KiB, and the end
+}
+
+// Hands out a few bytes at a time, as a slow network may.
+class Trickle : public InputFile {
+ public:
+  explicit Trickle(std::string_view bytes) : bytes_(bytes) {}
+  Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
+    constexpr std::size_t kFew = 1000;
+    return bytes_.copy(into, std::min(size, kFew), std::min<std::size_t>(offset, bytes_.size()));
+  }
+
+ private:
+  std::string_view bytes_;
+};
+
+TEST_F(InputWindowTest, AReadThatGivesLessThanAskedIsNoEndOfTheFile) {
+  bytes_ = Pattern(kMegabyte);
+  Trickle trickle(bytes_);
+  InputWindow window;
+  window.Open(trickle);
+  for (const std::size_t offset : {std::size_t{0}, kMegabyte / 2, kMegabyte - 1, kMegabyte}) {
+    ASSERT_EQ(window.MoveTo(offset), ErrorNumber::kNone);
+    ExpectShown(window, offset);
+  }
 }
 
 TEST_F(InputWindowTest, AReadErrorLeavesItEmpty) {

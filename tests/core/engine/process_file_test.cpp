@@ -229,29 +229,63 @@ TEST_F(ProcessFileTest, WindowEventsAreHandledWhileItWorksWhen15MillisecondsHave
   EXPECT_GE(test_.user.events_handled, 5);
 }
 
-TEST_F(ProcessFileTest, DeletingALeftOverThatIsNotThereIsNoError) {
-  EXPECT_EQ(DeleteLeftOver(program_, "/s", "a.txt"), ErrorNumber::kNone);
+class LeftOverTest : public ProcessFileTest {
+ protected:
+  LeftOverTest() { test_.files.AddFile("/s/a.txt", "aca"); }
+  ErrorNumber Delete(const char* source = "/s/a.txt", bool taken = false) {
+    return DeleteLeftOver(program_, "/s", test_.files.LookUpFile(source).value, taken);
+  }
+};
+
+TEST_F(LeftOverTest, ThatIsNotThereIsNoError) {
+  EXPECT_EQ(Delete(), ErrorNumber::kNone);
+  EXPECT_EQ(Delete("/s/a.txt", true), ErrorNumber::kNone);
 }
 
-TEST_F(ProcessFileTest, ALeftOverIsDeleted) {
+TEST_F(LeftOverTest, IsDeleted) {
   test_.files.AddFile(kTemporary, "left over");
-  EXPECT_EQ(DeleteLeftOver(program_, "/s", "a.txt"), ErrorNumber::kNone);
+  EXPECT_EQ(Delete(), ErrorNumber::kNone);
   EXPECT_FALSE(test_.files.Has(kTemporary));
 }
 
-TEST_F(ProcessFileTest, ALeftOverThatStaysIsAnError) {
+TEST_F(LeftOverTest, ThatStaysIsAnError) {
   test_.files.AddFile(kTemporary, "left over");
   test_.files.fail = FailOn("DeleteFile", kTemporary, ErrorNumber::kPermissionDenied);
-  EXPECT_EQ(DeleteLeftOver(program_, "/s", "a.txt"), ErrorNumber::kPermissionDenied);
+  EXPECT_EQ(Delete(), ErrorNumber::kPermissionDenied);
 }
 
-TEST_F(ProcessFileTest, AFileThatIsTheTemporaryFileItselfIsNoLeftOver) {
+TEST_F(LeftOverTest, OfWhichNothingIsKnownStays) {
+  test_.files.AddFile(kTemporary, "left over");
+  test_.files.fail = FailOn("LookUpFile", kTemporary, ErrorNumber::kDeviceIo);
+  EXPECT_EQ(Delete(), ErrorNumber::kDeviceIo);
+  EXPECT_TRUE(test_.files.Has(kTemporary));
+}
+
+TEST_F(LeftOverTest, ThatIsALinkToNothingIsDeletedOnceTheNameIsNeeded) {
+  test_.files.AddLink(kTemporary, "/nowhere");
+  EXPECT_EQ(Delete(), ErrorNumber::kNone);
+  EXPECT_TRUE(test_.files.Has(kTemporary));
+  EXPECT_EQ(Delete("/s/a.txt", true), ErrorNumber::kNone);
+  EXPECT_FALSE(test_.files.Has(kTemporary));
+}
+
+TEST_F(LeftOverTest, IsNoneWhenTheFileIsTheTemporaryFileItself) {
   test_.files.AddFile(kTemporary, "a source");
   test_.files.AddLink("/s/link.txt", kTemporary);
-  for (const char* name : {"tijdel.enc", "link.txt"}) {
-    EXPECT_EQ(DeleteLeftOver(program_, "/s", name), ErrorNumber::kPathFileAccess) << name;
+  for (const char* name : {"/s/tijdel.enc", "/s/link.txt"}) {
+    EXPECT_EQ(Delete(name, true), ErrorNumber::kPathFileAccess) << name;
     EXPECT_EQ(test_.files.Bytes(kTemporary), "a source") << name;
   }
+}
+
+TEST_F(LeftOverTest, IsForgottenOnceItIsGone) {
+  test_.files.AddFile(kTemporary, "left over");
+  test_.files.fail = FailOn("DeleteFile", kTemporary, ErrorNumber::kPermissionDenied);
+  DropTemporary(program_, kTemporary);
+  EXPECT_EQ(program_.run.left_temporary, kTemporary);
+  test_.files.fail = nullptr;
+  EXPECT_EQ(Delete(), ErrorNumber::kNone);
+  EXPECT_EQ(program_.run.left_temporary, "");
 }
 
 }  // namespace

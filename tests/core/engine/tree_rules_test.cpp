@@ -246,5 +246,24 @@ TEST_F(TreeRulesTest, TheSizeOfALoopEnds) {
   EXPECT_EQ(FolderSize(program_, rules, test_.files.LookUpFolder("/s").value).value, 10u);
 }
 
+TEST_F(TreeRulesTest, ALinkOfWhichItCannotBeToldWhereItLeadsIsNotFollowed) {
+  test_.files.AddFile("/t/in/a.txt", "a");
+  test_.files.AddLink("/s/into_target", "/t/in");
+  test_.files.fail = FailOn("RealPath", "/s/into_target", ErrorNumber::kDeviceIo);
+  test_.RunPasses();
+  EXPECT_EQ(Made(), (std::vector<std::string>{"/t/in/", "/t/in/a.txt"}));
+  EXPECT_EQ(program_.run.failed_files, 1);
+  EXPECT_EQ(program_.run.first_failure.path, "/s/into_target");
+}
+
+TEST_F(TreeRulesTest, ATreeOfAnyDepthIsWalked) {
+  constexpr int kLevels = 200;
+  std::string path = "/s";
+  for (int level = 0; level < kLevels; ++level) path += "/d";
+  test_.files.AddFile(path + "/a.txt", "a");
+  test_.RunPasses();
+  EXPECT_EQ(test_.files.Bytes("/t" + path.substr(2) + "/a.txt"), "b");
+}
+
 }  // namespace
 }  // namespace morvex::test

@@ -127,6 +127,47 @@ TEST_F(UnattendedTest, ADiskFullEndsWithStatus1) {
   ExpectEnded(1);
 }
 
+TEST_F(UnattendedTest, AListThatBreaksOffStartsNoRun) {
+  // Long enough to be read in two pieces.
+  std::string list;
+  while (list.size() < 600'000) list += "filler" + std::to_string(list.size()) + "|x\r\n";
+  test_.files.AddFile("/list.txt", list + kListText);
+  int reads = 0;
+  test_.files.fail = [&](const std::string& call, const std::string& path) {
+    const bool second = call == "ReadAt" && path == "/list.txt" && ++reads == 2;
+    return second ? ErrorNumber::kDeviceIo : ErrorNumber::kNone;
+  };
+  Start("-if /job.dat");
+  EXPECT_EQ(program_.settings.list_file_error, ErrorNumber::kDeviceIo);
+  EXPECT_FALSE(program_.settings.AutoRunFromInitFile);
+  EXPECT_EQ(program_.run.end, RunEnd::kNone);
+  EXPECT_EQ(test_.files.Below("/t"), std::vector<std::string>{});
+  EXPECT_EQ(ExitStatus(program_), 1);
+  EXPECT_GT(program_.frmReplacements.rows.size(), 1u) << "the rows that were read stay";
+}
+
+TEST_F(UnattendedTest, AListOfWhichNothingCanBeToldStartsNoRun) {
+  for (const ErrorNumber error : {ErrorNumber::kDeviceIo, ErrorNumber::kPathFileAccess}) {
+    TestProgram test;
+    test.files.AddFile("/s/a.txt", "aca");
+    test.files.AddFolder("/t");
+    test.files.AddFile("/list.txt", kListText);
+    test.files.AddFile("/job.dat", SettingsText("/s", "/t"));
+    test.system.command_line = "-if /job.dat";
+    test.files.fail = FailOn("LookUpFile", "/list.txt", error);
+    EXPECT_EQ(StartUp(test.program), ErrorNumber::kNone);
+    EXPECT_EQ(test.program.run.end, RunEnd::kNone);
+    EXPECT_EQ(test.files.Below("/t"), std::vector<std::string>{});
+  }
+}
+
+TEST_F(UnattendedTest, AListThatDoesNotExistStartsTheRunWithoutRows) {
+  test_.files.AddFile("/job.dat", "/s\r\n/t\r\n/none.txt\r\nlog=0\r\nsep=|\r\njok=\r\n1.txt\r\n");
+  Start("-if /job.dat");
+  EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "aca");
+  ExpectEnded(0);
+}
+
 TEST_F(UnattendedTest, ASingleFileWithoutCopyEndsWithStatus1) {
   test_.files.AddFile("/job.dat", SettingsText("/s/a.txt", "/t"));
   Start("-if /job.dat");
@@ -141,10 +182,41 @@ TEST_F(UnattendedTest, ASingleFileWithItsCopyEndsWithStatus0) {
   ExpectEnded(0);
 }
 
-TEST_F(UnattendedTest, SingleFilesThatCouldNotBeCopiedLeaveTheRunFinished) {
+TEST_F(UnattendedTest, SingleFilesThatCouldNotBeCopiedEndAFinishedRunWithStatus3) {
   test_.files.fail = FailOn("MoveFile", "/t/a.txt", ErrorNumber::kPermissionDenied);
   Start("-if /job.dat");
   EXPECT_EQ(program_.run.failed_files, 1);
+  EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+  ExpectEnded(3);
+}
+
+TEST_F(UnattendedTest, FilesThatAreNotSelectedAndCouldNotBeCopiedEndWithStatus3Too) {
+  test_.files.fail = FailOn("CopyFile", "/t/sub/b.bin", ErrorNumber::kPermissionDenied);
+  Start("-if /job.dat");
+  ExpectEnded(3);
+}
+
+TEST_F(UnattendedTest, FilesAndFoldersThatArePassedOverEndWithStatus3) {
+  for (const char* path : {"/s/Morvex.txt", "/s/RECYCLER/x.txt"}) {
+    TestProgram test;
+    test.files.AddFile("/s/a.txt", "aca");
+    test.files.AddFile(path, "aca");
+    test.files.AddFolder("/t");
+    test.files.AddFile("/list.txt", kListText);
+    test.files.AddFile("/job.dat", SettingsText("/s", "/t"));
+    test.system.command_line = "-if /job.dat";
+    EXPECT_EQ(StartUp(test.program), ErrorNumber::kNone);
+    EXPECT_EQ(ExitStatus(test.program), 3) << path;
+  }
+}
+
+TEST_F(UnattendedTest, WhatIsNoPartOfTheSourceIsMissedByNobody) {
+  test_.files.AddFile("/s/tijdel.enc", "left over");
+  test_.files.AddFolder("/s/out");
+  test_.files.AddLink("/s/loop", "/s");
+  test_.files.AddFile("/job.dat", SettingsText("/s", "/s/out"));
+  Start("-if /job.dat");
+  EXPECT_EQ(test_.files.Bytes("/s/out/a.txt"), "bcb");
   ExpectEnded(0);
 }
 

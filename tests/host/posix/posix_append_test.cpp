@@ -62,10 +62,12 @@ TEST_F(PosixAppendTest, WhatIsForbiddenIsRefused) {
   EXPECT_EQ(Content(folder_ / "log"), "kept");
 }
 
-TEST_F(PosixAppendTest, AFullDiskIsAnError) {
+TEST_F(PosixAppendTest, AFullDiskIsAnErrorAndTakesNoPartOfTheRecord) {
   const FileSizeLimit limit(10);
   EXPECT_EQ(Append("log", "12345678"), ErrorNumber::kNone);
   EXPECT_EQ(Append("log", "12345678"), ErrorNumber::kDiskFull);
+  EXPECT_EQ(Content(folder_ / "log"), "12345678");
+  EXPECT_EQ(Append("log", "90"), ErrorNumber::kNone);
   EXPECT_EQ(Append("log", "1"), ErrorNumber::kDiskFull);
 }
 
@@ -76,7 +78,7 @@ TEST_F(PosixAppendTest, AfterAFullDiskRecordsAreTakenAgain) {
     EXPECT_EQ(Append("log", "12345678"), ErrorNumber::kDiskFull);
   }
   EXPECT_EQ(Append("log", "more"), ErrorNumber::kNone);
-  EXPECT_EQ(Content(folder_ / "log"), "1234567812more");
+  EXPECT_EQ(Content(folder_ / "log"), "12345678more");
 }
 
 TEST_F(PosixAppendTest, EachRecordIsThereWhenTheCallReturns) {

@@ -2,7 +2,9 @@
 #include "host/posix/posix_copy.h"
 
 #include <filesystem>
+#include <functional>
 #include <new>
+#include <vector>
 
 #include "tests/host/posix/posix_test.h"
 
@@ -214,6 +216,26 @@ TEST_P(PosixCopyTest, AnothersFileInAStickyFolderStays) {
   EXPECT_EQ(error, ErrorNumber::kPermissionDenied);
   EXPECT_EQ(Content(folder_ / "out/file"), "kept");
   EXPECT_EQ(Out(), NameList{"file"});
+}
+
+TEST_P(PosixCopyTest, ASourceThatChangesMeanwhileLeavesTheOldFile) {
+  Put(folder_ / "out/file", "kept");
+  const std::string from = folder_ / "in/file";
+  const std::string bytes = Pattern(20'000'000);
+  for (const std::function<void()>& change : std::vector<std::function<void()>>{
+           [&] { truncate(from.c_str(), 100); }, [&] { files_.AppendToFile(from, "more"); },
+           [&] {
+             SetModified(from, {1'000'000'000, 1});
+           }}) {
+    Put(from, bytes);
+    const KeepGoing once = [&] {
+      change();
+      return true;
+    };
+    EXPECT_EQ(Copy("in/file", "out/file", once), ErrorNumber::kFileAlreadyOpen);
+    EXPECT_EQ(Content(folder_ / "out/file"), "kept");
+    EXPECT_EQ(Out(), NameList{"file"});
+  }
 }
 
 TEST_P(PosixCopyTest, AFullDiskLeavesTheOldFile) {

@@ -136,7 +136,7 @@ TEST_F(PosixDescriptorTest, WritingWhereNoFileReachesIsAFullDisk) {
 TEST_F(PosixDescriptorTest, AFullDeviceIsAFullDisk) {
   Descriptor device = OpenAt(AT_FDCWD, "/dev/full", O_WRONLY);
   if (!device.IsOpen()) GTEST_SKIP() << "no /dev/full here";
-  EXPECT_EQ(WriteAll(device.Get(), "x"), ENOSPC);
+  EXPECT_EQ(WriteAll(device.Get(), "x").code, ENOSPC);
 }
 
 TEST_F(PosixDescriptorTest, APlaceNeedsAFolderAndAName) {

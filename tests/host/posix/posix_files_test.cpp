@@ -9,6 +9,7 @@
 #include <chrono>
 #include <filesystem>
 #include <limits>
+#include <map>
 
 #include "host/posix/posix_time.h"
 #include "tests/host/posix/posix_test.h"
@@ -197,6 +198,19 @@ TEST_F(PosixFilesTest, AFolderIsMadeOneLevelAtATime) {
   EXPECT_EQ(files_.CreateFolder("/"), ErrorNumber::kFileAlreadyExists);
   EXPECT_EQ(files_.CreateFolder(folder_ / "none/new"), ErrorNumber::kPathNotFound);
   EXPECT_EQ(files_.CreateFolder(folder_ / "file/new"), ErrorNumber::kPathNotFound);
+}
+
+TEST_F(PosixFilesTest, AFolderLikeAnotherIsNoMoreOpenAndItsOwnersToWrite) {
+  const FileMask mask(022);
+  for (const auto& [bits, made] : std::map<mode_t, mode_t>{
+           {0700, 0700}, {0750, 0750}, {0777, 0755}, {0555, 0755}, {0000, 0700}, {02770, 0750}}) {
+    FolderInfo like;
+    like.permissions = bits;
+    const std::string path = folder_ / std::to_string(bits);
+    EXPECT_EQ(files_.CreateFolderLike(path, like), ErrorNumber::kNone);
+    EXPECT_EQ(Bits(path), made) << std::oct << bits;
+    EXPECT_EQ(files_.LookUpFolder(path).value.permissions, made);
+  }
 }
 
 TEST_F(PosixFilesTest, ForbiddenFoldersAreForbidden) {

@@ -1,16 +1,13 @@
 // File systems that are really full, really read-only or missing something. Each test runs in a
 // process with mounts of its own, which root may have, and others where the system lets them.
-#include <sched.h>
 #include <sys/mount.h>
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <filesystem>
-#include <functional>
 
 #include "host/posix/posix_copy.h"
 #include "host/posix/posix_system.h"
 #include "tests/host/posix/posix_test.h"
+#include "tests/support/own_mounts.h"
 
 namespace morvex {
 namespace {
@@ -20,9 +17,6 @@ using namespace posix_test;
 
 using NameList = std::vector<std::string>;
 
-constexpr int kFailed = 1;
-constexpr int kNotAllowed = 2;
-
 class PosixMountsTest : public PosixTest {
  protected:
   void SetUp() override {
@@ -31,54 +25,17 @@ class PosixMountsTest : public PosixTest {
     fs::create_directory(disk_);
   }
 
-  // Runs `work` where it may mount what it likes. Gives false, having said why the test is skipped,
-  // where nobody may.
-  static bool Allowed(const std::function<void()>& work) {
-    fflush(nullptr);
-    const pid_t child = fork();
-    if (child == 0) {
-      if (!LeaveTheMountsOfOthers()) _exit(kNotAllowed);
-      work();
-      fflush(nullptr);
-      _exit(HasFailure() ? kFailed : 0);
-    }
-    int status = 0;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFEXITED(status));
-    EXPECT_NE(WEXITSTATUS(status), kFailed) << "see the failures above";
-    return WEXITSTATUS(status) != kNotAllowed;
-  }
-
   void MountDisk(const char* options) {
     ASSERT_EQ(mount("tmpfs", disk_.c_str(), "tmpfs", 0, options), 0);
   }
 
   std::string disk_;
-
- private:
-  static bool LeaveTheMountsOfOthers() {
-    const uid_t user = geteuid();
-    const gid_t group = getegid();
-    if (unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER) != 0) return false;
-    if (user != 0 && !BecomeRootHere(user, group)) return false;
-    return mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-  }
-
-  static bool BecomeRootHere(uid_t user, gid_t group) {
-    return Write("/proc/self/setgroups", "deny") &&
-           Write("/proc/self/gid_map", "0 " + std::to_string(group) + " 1\n") &&
-           Write("/proc/self/uid_map", "0 " + std::to_string(user) + " 1\n");
-  }
-
-  static bool Write(const char* path, const std::string& line) {
-    std::ofstream file(path);
-    file << line << std::flush;
-    return file.good();
-  }
 };
 
-#define RUN_OR_SKIP(...) \
-  if (!Allowed(__VA_ARGS__)) GTEST_SKIP() << "this user may not make mounts of his own"
+#define RUN_OR_SKIP(...)                                  \
+  if (!test::OwnMounts::Run(__VA_ARGS__))                 \
+  GTEST_SKIP() << "this user may not make mounts of his " \
+                  "own"
 
 TEST_F(PosixMountsTest, AFullDiskLosesNothing) {
   RUN_OR_SKIP([this] {

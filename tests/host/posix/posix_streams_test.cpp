@@ -2,6 +2,7 @@
 #include "host/posix/posix_streams.h"
 
 #include <filesystem>
+#include <functional>
 #include <limits>
 
 #include "host/posix/posix_replace.h"
@@ -37,6 +38,37 @@ TEST_F(PosixStreamsTest, ReadingAnyPlace) {
   EXPECT_EQ(Read(*file.value, 5'000'000'000'000, 100), "");
   EXPECT_EQ(Read(*file.value, std::numeric_limits<std::uint64_t>::max(), 100), "");
   EXPECT_EQ(Read(*file.value, 0, 0), "");
+}
+
+TEST_F(PosixStreamsTest, AFileThatChangesWhileItIsOpenIsFoundOut) {
+  const std::string path = folder_ / "file";
+  const auto changes = [&](const std::function<void()>& change) {
+    Put(path, "content");
+    SetModified(path, {1'000'000'000, 5});
+    const auto file = files_.OpenForReading(path);
+    change();
+    return file.value->HasChanged().value;
+  };
+  EXPECT_FALSE(changes([] {}));
+  EXPECT_TRUE(changes([&] { files_.AppendToFile(path, "more"); }));
+  EXPECT_TRUE(changes([&] { truncate(path.c_str(), 3); }));
+  EXPECT_TRUE(changes([&] { Put(path, "CONTENT"); }));
+  EXPECT_TRUE(changes([&] { SetModified(path, {1'000'000'000, 6}); }));
+  // Only the name leads to another file now.
+  EXPECT_FALSE(changes([&] {
+    Put(folder_ / "new", "new");
+    fs::rename(folder_ / "new", path);
+  }));
+  EXPECT_FALSE(changes([&] { fs::remove(path); }));
+}
+
+TEST_F(PosixStreamsTest, AFileIsReadUpToTheSizeThatItHasWhenItIsOpened) {
+  const std::string path = folder_ / "file";
+  Put(path, "content");
+  const auto file = files_.OpenForReading(path);
+  ASSERT_EQ(files_.AppendToFile(path, "more"), ErrorNumber::kNone);
+  EXPECT_EQ(Read(*file.value, 0, 100), "content");
+  EXPECT_EQ(Read(*file.value, 7, 100), "");
 }
 
 TEST_F(PosixStreamsTest, AnEmptyFileHasNothingToRead) {

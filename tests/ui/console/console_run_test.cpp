@@ -128,10 +128,16 @@ TEST_F(ConsoleRunTest, TheRunComesAfterTheDelay) {
   EXPECT_EQ(files_.Bytes("/t/1.txt"), "bcb");
 }
 
+TEST_F(ConsoleRunTest, OnATerminalTheDelayIsShown) {
+  files_.AddFolder("/t");
+  EXPECT_EQ(Run("/s", "/t", true, " -dy 60"), 0);
+  EXPECT_TRUE(error_.str().starts_with("\rMomentje...")) << error_.str();
+}
+
 TEST_F(ConsoleRunTest, FilesWithoutACopyAreToldAfterTheRun) {
   files_.AddFolder("/t/1.txt");
   files_.AddFile("/s/Morvex.txt", "aca");
-  EXPECT_EQ(Run("/s", "/t", false), 0);
+  EXPECT_EQ(Run("/s", "/t", false), 3);
   const std::string notes = RunNotes(*program_);
   EXPECT_TRUE(notes.starts_with("1 file was passed over and not copied: ")) << notes;
   EXPECT_TRUE(

@@ -24,6 +24,17 @@ TEST(Printable, TheControlCharactersBehindAsciiAreWrittenOutToo) {
   EXPECT_EQ(Printable("\xC2\xA0\xC3\x9B"), "\xC2\xA0\xC3\x9B");
 }
 
+TEST(Printable, ABadByteOfUtf8CannotSteerATerminalEither) {
+  EXPECT_EQ(Printable("\x9B"
+                      "31m"),
+            "\\x9B31m");
+  // Cut off, of the wrong length, behind an end.
+  EXPECT_EQ(Printable("\xE2\x82"), "\xE2\\x82");
+  EXPECT_EQ(Printable("\xC3\x9B\x9B"), "\xC3\x9B\\x9B");
+  EXPECT_EQ(Printable("\xF5\x80\x80\x80"), "\xF5\\x80\\x80\\x80");
+  EXPECT_EQ(Printable("\xE2\x82\xAC \xF0\x9F\x98\x80"), "\xE2\x82\xAC \xF0\x9F\x98\x80");
+}
+
 TEST(PrintableLines, CrLfIsALineBreakAndALoneCrIsNot) {
   EXPECT_EQ(PrintableLines("path\r\nmessage"), "path\nmessage");
   EXPECT_EQ(PrintableLines("\r\n\r\n"), "\n\n");
@@ -98,12 +109,29 @@ TEST(RunNotes, TellHowManyCouldNotBeCopiedAndWhyTheFirst) {
             "Error 70: Permission denied\n");
 }
 
-TEST(RunNotes, FilesThatWerePassedOverAreToldApart) {
+TEST(RunNotes, FailuresOfSeveralKindsAreCountedByTheirErrors) {
   TestProgram test;
-  test.program.run.passed_over_files = 1;
-  const std::string lines = RunNotes(test.program);
-  EXPECT_TRUE(lines.starts_with("1 file was passed over and not copied: ")) << lines;
-  EXPECT_EQ(lines.find("could not"), std::string::npos) << lines;
+  test.program.run.failed_files = 3;
+  test.program.run.failed_by_error = {{ErrorNumber::kDeviceIo, 1},
+                                      {ErrorNumber::kPermissionDenied, 2}};
+  test.program.run.first_failure = {"/source/a", ErrorNumber::kPermissionDenied};
+  EXPECT_EQ(RunNotes(test.program),
+            "3 files or folders could not be copied: 1 for Error 57: Device I/O error, 2 for Error "
+            "70: Permission denied. The first: /source/a: Error 70: Permission denied\n");
+}
+
+TEST(RunNotes, FilesThatWerePassedOverAreCountedByReason) {
+  TestProgram test;
+  test.program.run.passed_over_files = 6;
+  test.program.run.passed_over_by_reason = {{PassedOver::kOwnFile, 1},
+                                            {PassedOver::kRecycleBin, 2},
+                                            {PassedOver::kChangedMeanwhile, 1},
+                                            {PassedOver::kNameEnding, 2}};
+  EXPECT_EQ(RunNotes(test.program),
+            "1 file was passed over and not copied: the program's own.\n"
+            "2 files were passed over and not copied: in a recycle bin or restore folder.\n"
+            "1 file was passed over and not copied: changed after the start.\n"
+            "2 files were passed over and not copied: a name that ends in \"cle\".\n");
 }
 
 TEST(RunNotes, LeftOutFoldersAreCounted) {

@@ -1,0 +1,81 @@
+// A file service that hands every call on to another one, but lets chosen calls fail: the N-th, or
+// all from the N-th on. Calls on open files count too.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/host/file_service.h"
+
+namespace morvex::test {
+
+enum class FaultKind {
+  kError,       // any call: it does nothing and gives the error
+  kShortRead,   // a read of an open file: it gives half of the bytes, at least one
+  kShortWrite,  // a write or an appending: half of the bytes arrive, then comes the error
+};
+
+struct Fault {
+  FaultKind kind = FaultKind::kError;
+  int call = 0;  // counted from 1 among the calls of the kind; 0: none fails
+  ErrorNumber error = ErrorNumber::kNone;
+  bool from_then_on = false;
+};
+
+// A call that was made to fail: its name ("LookUpFile", "ReadAt", ...) and its path.
+struct FailedCall {
+  std::string name;
+  std::string path;
+};
+
+class FailingFiles : public FileService {
+ public:
+  // `files` must outlive it, and it its open files.
+  explicit FailingFiles(FileService& files) : files_(files) {}
+
+  // Counts anew.
+  void Set(const Fault& fault);
+
+  const std::vector<FailedCall>& failed() const { return failed_; }
+  bool HasFailed(const std::string& name) const;
+  // Calls, comma-parted, for a failure's text.
+  std::string Description() const;
+
+  char Separator() const override { return files_.Separator(); }
+  Result<FileInfo> LookUpFile(const std::string& path) override;
+  Result<FolderInfo> LookUpFolder(const std::string& path) override;
+  Result<std::vector<FolderEntry>> ListFolder(const std::string& path) override;
+  Result<std::string> RealPath(const std::string& path) override;
+  Result<DriveSpace> LookUpDrive(const std::string& path) override;
+  ErrorNumber CreateFolder(const std::string& path) override;
+  ErrorNumber CreateFolderLike(const std::string& path, const FolderInfo& like) override;
+  ErrorNumber CopyFile(const std::string& from, const std::string& to,
+                       const KeepGoing& keep_going) override;
+  ErrorNumber MoveFile(const std::string& from, const std::string& to,
+                       const KeepGoing& keep_going) override;
+  ErrorNumber MoveToFreeName(const std::string& from, const std::string& to) override;
+  ErrorNumber DeleteFile(const std::string& path) override;
+  Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) override;
+  Result<std::unique_ptr<OutputFile>> CreateFile(const std::string& path,
+                                                 std::uint32_t permissions) override;
+  ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) override;
+  ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
+
+ private:
+  friend class FailingInput;
+  friend class FailingOutput;
+
+  // The error of a call that is to do nothing.
+  ErrorNumber Ask(const char* name, const std::string& path);
+  // Whether a call of the kind is to be short.
+  bool IsShort(FaultKind kind, const char* name, const std::string& path);
+  bool Counts(const char* name, const std::string& path);
+
+  FileService& files_;
+  Fault fault_;
+  int calls_ = 0;
+  std::vector<FailedCall> failed_;
+};
+
+}  // namespace morvex::test

@@ -1,0 +1,181 @@
+// Files and folders that the user may not read or write, and files that cannot be read. The program
+// runs without privileges; root becomes somebody else for that.
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "tests/system/system_run.h"
+
+namespace morvex::system_test {
+namespace {
+
+class Permissions : public SystemTest {
+ protected:
+  Permissions() { Put(source_); }
+  ~Permissions() override {
+    for (const auto& [path, bits] : changed_) chmod(path.c_str(), 0755);
+  }
+
+  // Takes rights away, then runs.
+  ProgramResult RunWith(const std::map<std::string, mode_t>& bits) {
+    HandOver(scene_);
+    for (const auto& [name, mode] : bits) {
+      const std::string path = name == "program" ? scene_.program_folder() : scene_.At(name);
+      EXPECT_EQ(chmod(path.c_str(), mode), 0) << path;
+      changed_[path] = mode;
+    }
+    const ProgramResult result = Run({BecomeNobody, {}});
+    for (const auto& [path, mode] : changed_) chmod(path.c_str(), 0755);
+    return result;
+  }
+  void ExpectMissing(const std::string& name) {
+    EXPECT_FALSE(scene_.Exists("out/" + name)) << name;
+  }
+  void ExpectTold(const ProgramResult& result, const std::string& words) {
+    EXPECT_NE(result.errors.find(words), std::string::npos) << result.errors;
+  }
+
+  const Files source_ = {
+      {"a.txt", "ab1"}, {"b.bin", "ab2"}, {"sub/c.txt", "ab3"}, {"sub/d.bin", "ab4"}};
+  std::map<std::string, mode_t> changed_;
+};
+
+TEST_F(Permissions, AFileThatMayNotBeReadIsNamedAndTheRestIsCopied) {
+  const ProgramResult result = RunWith({{"src/a.txt", 0}});
+  ExpectNothingWrong(source_);
+  ExpectMissing("a.txt");
+  EXPECT_EQ(Target().size(), 3u);
+  ExpectTold(result, "1 file or folder could not be copied");
+  ExpectTold(result, "src/a.txt: Error 70: Permission denied");
+}
+
+TEST_F(Permissions, AFileThatIsCopiedUnchangedAndMayNotBeReadIsNamedToo) {
+  const ProgramResult result = RunWith({{"src/b.bin", 0}});
+  ExpectNothingWrong(source_);
+  ExpectMissing("b.bin");
+  ExpectTold(result, "src/b.bin: Error 70: Permission denied");
+}
+
+TEST_F(Permissions, AFolderThatMayNotBeListedIsNamedAndTheRestIsCopied) {
+  const ProgramResult result = RunWith({{"src/sub", 0}});
+  ExpectNothingWrong(source_);
+  EXPECT_EQ(Target().size(), 2u);
+  ExpectTold(result, "src/sub: Error 70: Permission denied");
+}
+
+TEST_F(Permissions, ASourceFolderThatTakesNoTemporaryFileFailsItsFilesAndChangesNothing) {
+  const ProgramResult result = RunWith({{"src", 0555}});
+  ExpectNothingWrong(source_);
+  ExpectMissing("a.txt");
+  EXPECT_EQ(Target().size(), 3u);
+  ExpectTold(result, "src/tijdel.enc: Error 70: Permission denied");
+}
+
+TEST_F(Permissions, ATargetThatMayNotBeWrittenTakesNothing) {
+  const ProgramResult result = RunWith({{"out", 0555}});
+  ExpectNothingWrong(source_);
+  EXPECT_EQ(Target().size(), 0u);
+  ExpectTold(result, "Error 70: Permission denied");
+}
+
+TEST_F(Permissions, ATargetFolderBelowThatMayNotBeWrittenFailsItsFiles) {
+  scene_.MakeFolder("out/sub");
+  const ProgramResult result = RunWith({{"out/sub", 0555}});
+  ExpectNothingWrong(source_);
+  EXPECT_EQ(Target().size(), 2u);
+  ExpectTold(result, "2 files or folders could not be copied");
+}
+
+TEST_F(Permissions, AnOldCopyThatMayNotBeWrittenIsReplacedWhole) {
+  scene_.Write("out/a.txt", "old");
+  const ProgramResult result = RunWith({{"out/a.txt", 0444}});
+  EXPECT_EQ(result.status, 0) << result.errors;
+  ExpectAllRight(source_);
+}
+
+TEST_F(Permissions, AProgramFolderThatMayNotBeWrittenStopsNoRun) {
+  const ProgramResult result = RunWith({{"program", 0555}});
+  EXPECT_EQ(result.status, 0) << result.errors;
+  ExpectAllRight(source_);
+  EXPECT_EQ(scene_.ProgramFolderNames(), std::vector<std::string>{});
+}
+
+TEST_F(Permissions, AListThatMayNotBeReadStartsNoRun) {
+  const ProgramResult result = RunWith({{"list", 0}});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(Target().size(), 0u);
+  ExpectTold(result, "list: Error 70: Permission denied");
+}
+
+TEST_F(Permissions, ASettingsFileThatMayNotBeReadStartsNoRun) {
+  const ProgramResult result = RunWith({{"job.dat", 0}});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(Target().size(), 0u);
+  ExpectTold(result, "job.dat: Error 70: Permission denied");
+}
+
+TEST_F(Permissions, ANewFolderOfTheTargetIsNoMoreOpenThanItsSource) {
+  scene_.MakeFolder("src/private");
+  scene_.Write("src/private/e.txt", "ab");
+  HandOver(scene_);
+  ASSERT_EQ(chmod(scene_.At("src/private").c_str(), 0700), 0);
+  EXPECT_EQ(Run({BecomeNobody, {}}).status, 0);
+  struct stat status {};
+  ASSERT_EQ(stat(scene_.At("out/private").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0700u);
+  EXPECT_EQ(Target().at("private/e.txt"), "X");
+}
+
+TEST_F(Permissions, AFolderWithoutWriteRightHasItsUnchangedFilesCopiedIntoOneThatCanBeWritten) {
+  scene_.MakeFolder("src/fixed");
+  scene_.Write("src/fixed/e.bin", "ab");
+  const ProgramResult result = RunWith({{"src/fixed", 0555}});
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_EQ(Target().at("fixed/e.bin"), "ab");
+}
+
+class ReadErrors : public SystemTest {};
+
+TEST_F(ReadErrors, InAFileLeaveNoCopyOfItAndAreNamed) {
+  // The first byte of a process's memory is a file's byte that cannot be read.
+  const Files source = {{"a.txt", "ab1"}, {"z.txt", "ab2"}};
+  Put(source);
+  std::filesystem::create_symlink("/proc/self/mem", scene_.At("src/broken.txt"));
+  const ProgramResult result = Run();
+  ExpectAllRight(source);
+  EXPECT_NE(result.errors.find("src/broken.txt: Error 57: Device I/O error"), std::string::npos)
+      << result.errors;
+}
+
+TEST_F(ReadErrors, InTheListStartNoRun) {
+  Put({{"a.txt", "ab1"}});
+  scene_.Write("job.dat",
+               whole_run::UsualSettings(scene_.At("src"), scene_.At("out"), "/proc/self/mem"));
+  const ProgramResult result = Run();
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(Target().size(), 0u);
+  EXPECT_NE(result.errors.find("Error 57: Device I/O error"), std::string::npos) << result.errors;
+}
+
+TEST_F(ReadErrors, InTheSettingsFileStartNoRun) {
+  std::filesystem::remove(scene_.At("job.dat"));
+  std::filesystem::create_symlink("/proc/self/mem", scene_.At("job.dat"));
+  const ProgramResult result = Run();
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.errors.find("Error 57: Device I/O error"), std::string::npos) << result.errors;
+}
+
+TEST(Output, ThatCannotBeWrittenIsNoSuccess) {
+  const Scene scene;
+  const std::string program = scene.program_folder() + "/morvex-cli";
+  for (const char* option : {"--help", "--version"}) {
+    const ProgramResult result = whole_run::RunProgram(
+        "/bin/sh", {"-c", "exec \"$0\" " + std::string(option) + " >/dev/full", program},
+        scene.work(), 60);
+    EXPECT_EQ(result.status, 1) << option;
+    EXPECT_EQ(result.errors, "The result could not be written to standard output.\n");
+  }
+}
+
+}  // namespace
+}  // namespace morvex::system_test

@@ -1,0 +1,154 @@
+#include "tests/system/system_run.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <stdexcept>
+#include <thread>
+
+namespace morvex::system_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kSignalBase = 128;
+constexpr int kNotStarted = 127;
+constexpr auto kLimit = std::chrono::seconds(300);
+constexpr uid_t kNobody = 65534;
+
+void Redirect(int stream, const std::string& path, int flags) {
+  const int file = open(path.c_str(), flags, 0600);
+  if (file < 0 || dup2(file, stream) < 0) _exit(kNotStarted);
+  close(file);
+}
+
+int WaitFor(pid_t process) {
+  const auto limit = std::chrono::steady_clock::now() + kLimit;
+  int status = 0;
+  while (waitpid(process, &status, WNOHANG) == 0) {
+    if (std::chrono::steady_clock::now() > limit) {
+      kill(process, SIGKILL);
+      waitpid(process, &status, 0);
+      ADD_FAILURE() << "the program did not end";
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return WIFEXITED(status) ? WEXITSTATUS(status) : kSignalBase + WTERMSIG(status);
+}
+
+}  // namespace
+
+SystemTest::SystemTest() {
+  scene_.Write("list", "ab|X||\r\n");
+  scene_.MakeFolder("src");
+  scene_.MakeFolder("out");
+  scene_.Write("job.dat",
+               whole_run::UsualSettings(scene_.At("src"), scene_.At("out"), scene_.At("list")));
+}
+
+ProgramResult SystemTest::Run(const Start& start) const { return RunJob("job.dat", start); }
+
+ProgramResult SystemTest::RunJob(const std::string& settings, const Start& start) const {
+  const std::string output = scene_.root() + "/output." + settings;
+  const std::string errors = scene_.root() + "/errors." + settings;
+  const std::string program = scene_.program_folder() + "/morvex-cli";
+  const std::string job = scene_.At(settings);
+  fflush(nullptr);
+  const pid_t process = fork();
+  if (process == 0) {
+    Redirect(STDIN_FILENO, "/dev/null", O_RDONLY);
+    Redirect(STDOUT_FILENO, output, O_WRONLY | O_CREAT | O_TRUNC);
+    Redirect(STDERR_FILENO, errors, O_WRONLY | O_CREAT | O_TRUNC);
+    if (chdir(scene_.work().c_str()) != 0) _exit(kNotStarted);
+    setenv("LC_ALL", "C", 1);
+    if (start.prepare) start.prepare();
+    execl(program.c_str(), program.c_str(), "-if", job.c_str(), nullptr);
+    _exit(kNotStarted);
+  }
+  if (process < 0) throw std::runtime_error("test set-up: cannot start the program");
+  if (start.meanwhile) start.meanwhile(process);
+  ProgramResult result;
+  result.status = WaitFor(process);
+  EXPECT_NE(result.status, kNotStarted) << "the program could not be started";
+  result.output = whole_run::ReadWholeFile(output);
+  result.errors = whole_run::ReadWholeFile(errors);
+  EXPECT_EQ(result.errors.find("Sanitizer"), std::string::npos) << result.errors;
+  EXPECT_EQ(result.errors.find("runtime error"), std::string::npos) << result.errors;
+  return result;
+}
+
+void SystemTest::Put(const Files& files) const {
+  for (const auto& [name, bytes] : files) scene_.Write("src/" + name, bytes);
+}
+
+Files SystemTest::Target() const { return FilesBelow(scene_.At("out")); }
+
+Files SystemTest::Source() const { return FilesBelow(scene_.At("src")); }
+
+Files SystemTest::Copied(const Files& files) {
+  Files copies;
+  for (const auto& [name, bytes] : files) {
+    std::string& copy = copies[name] = bytes;
+    if (!name.ends_with(".txt")) continue;
+    for (std::size_t at = copy.find("ab"); at != std::string::npos; at = copy.find("ab", at + 1)) {
+      copy.replace(at, 2, "X");
+    }
+  }
+  return copies;
+}
+
+void SystemTest::ExpectNothingWrong(const Files& source) const {
+  EXPECT_TRUE(Source() == source) << "the source has changed, or holds a temporary file";
+  const Files right = Copied(source);
+  for (const auto& [name, bytes] : Target()) {
+    const auto found = right.find(name);
+    ASSERT_NE(found, right.end()) << whole_run::Escaped(name);
+    EXPECT_TRUE(bytes == found->second) << whole_run::Escaped(name) << " has " << bytes.size()
+                                        << " bytes instead of " << found->second.size();
+  }
+}
+
+void SystemTest::ExpectAllRight(const Files& source) const {
+  ExpectNothingWrong(source);
+  EXPECT_EQ(Target().size(), source.size());
+}
+
+std::vector<std::string> SystemTest::Log() const { return whole_run::LogMessages(scene_.RunLog()); }
+
+Files FilesBelow(const std::string& folder) {
+  Files files;
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    if (entry.is_symlink() || !entry.is_regular_file()) continue;
+    files[entry.path().string().substr(folder.size() + 1)] = whole_run::ReadWholeFile(entry.path());
+  }
+  return files;
+}
+
+void BecomeNobody() {
+  if (geteuid() != 0) return;
+  if (setgid(kNobody) != 0 || setuid(kNobody) != 0) _exit(kNotStarted);
+}
+
+void HandOver(const Scene& scene) {
+  if (geteuid() != 0) return;
+  ASSERT_EQ(lchown(scene.root().c_str(), kNobody, kNobody), 0);
+  for (const auto& entry : fs::recursive_directory_iterator(scene.root())) {
+    ASSERT_EQ(lchown(entry.path().c_str(), kNobody, kNobody), 0) << entry.path();
+  }
+}
+
+std::string Text(std::size_t size) {
+  std::string text;
+  for (unsigned number = 0; text.size() < size; number += 7919) {
+    text += (number % 3 == 0 ? "ab" : "cd") + std::to_string(number);
+  }
+  text.resize(size);
+  return text;
+}
+
+}  // namespace morvex::system_test
