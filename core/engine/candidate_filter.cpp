@@ -3,8 +3,6 @@
 namespace morvex {
 namespace {
 
-// When the scan lets more than one place in so many pass, it is left out for some blocks.
-constexpr std::size_t kDense = 4;
 constexpr int kBlocksWithoutScan = 64;
 
 std::vector<std::string_view> Keys(const KeyIndex& index, const std::vector<CompiledRow>& rows) {
@@ -57,11 +55,12 @@ std::size_t Keep(const BeginFilter& filter, const std::uint8_t* bytes, std::size
 }  // namespace
 
 CandidateFilter::CandidateFilter(const KeyIndex& index, const std::vector<CompiledRow>& rows,
-                                 Kernel kernel)
+                                 Kernel kernel, std::size_t dense)
     : filter_(index.filter()),
       is_empty_(index.rows_by_key().empty()),
       tables_(Keys(index, rows), kernel),
-      scan_(ScanFor(kernel)) {}
+      scan_(ScanFor(kernel)),
+      dense_(dense) {}
 
 std::size_t CandidateFilter::Find(const std::uint8_t* bytes, std::size_t count,
                                   std::uint16_t* places) {
@@ -71,7 +70,7 @@ std::size_t CandidateFilter::Find(const std::uint8_t* bytes, std::size_t count,
     return Keep(filter_, bytes, count, places, [](std::size_t i) { return i; });
   }
   const std::size_t scanned = scan_(tables_, bytes, count, places);
-  if (scanned > count / kDense) blocks_without_scan_ = kBlocksWithoutScan;
+  if (scanned > count / dense_) blocks_without_scan_ = kBlocksWithoutScan;
   return Keep(filter_, bytes, scanned, places,
               [places](std::size_t i) { return static_cast<std::size_t>(places[i]); });
 }

@@ -18,8 +18,12 @@ class CandidateFilter {
 
   static constexpr std::size_t kRoom = kBlock + ScanTables::kSpareRoom;
 
+  // When the scan lets more than one place in so many pass, it is left out for some blocks.
+  static constexpr std::size_t kDense = 4;
+
   // `index` must outlive the filter.
-  CandidateFilter(const KeyIndex& index, const std::vector<CompiledRow>& rows, Kernel kernel);
+  CandidateFilter(const KeyIndex& index, const std::vector<CompiledRow>& rows, Kernel kernel,
+                  std::size_t dense = kDense);
 
   // Writes the offsets of the places among the first `count` bytes, ascending, to `places`, which
   // has room for kRoom; gives how many they are. ScanTables::kReadAhead more bytes may be read.
@@ -30,6 +34,7 @@ class CandidateFilter {
   bool is_empty_;  // there are no keys
   ScanTables tables_;
   Scan scan_;
+  std::size_t dense_;
   int blocks_without_scan_ = 0;  // that are still to come
 };
 

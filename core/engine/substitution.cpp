@@ -397,6 +397,7 @@ std::uint64_t Substitution::RunCandidates(std::uint64_t begin, std::uint64_t pla
   const char* room_begin = room.at;
   std::uint64_t copied = copied_;
   std::int64_t hits = 0;
+  const bool counts_rows = hits_of_rows_ != nullptr;
   // A wildcard whose tail never comes is tried in vain at very many places, of which only the last
   // one matters.
   std::int32_t vain = KeyIndex::kNone;
@@ -431,7 +432,7 @@ std::uint64_t Substitution::RunCandidates(std::uint64_t begin, std::uint64_t pla
         place += effect.key_size;
         copied = place;
         ++hits;
-        CountRow(candidate.plain);
+        if (counts_rows) CountRow(candidate.plain);
         continue;
       }
     } else if (candidate.only_attempt != KeyIndex::kNone) {

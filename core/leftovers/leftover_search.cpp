@@ -9,6 +9,10 @@ namespace {
 constexpr std::size_t kPadding = 64;
 static_assert(kPadding >= KeyIndex::kReadAhead && kPadding >= ScanTables::kReadAhead);
 
+// Keys of all spellings make the look behind the scan dearer than it is in a substitution: the scan
+// pays as long as it spares every second one.
+constexpr std::size_t kDense = 2;
+
 // As in a substitution: with more than one look a place in so many, the places after them are left
 // to the automaton, unless its keys have too many bytes.
 constexpr std::size_t kFewLooks = 4;
@@ -25,7 +29,7 @@ std::size_t KeyBytes(const std::vector<CompiledRow>& keys) {
 
 LeftoverSearch::LeftoverSearch(const Sought& sought, Kernel kernel, std::size_t block)
     : sought_(sought),
-      filter_(sought.index(), sought.keys(), kernel),
+      filter_(sought.index(), sought.keys(), kernel, kDense),
       automaton_refused_(KeyBytes(sought.keys()) > kMostAutomatonBytes),
       behind_(static_cast<std::size_t>(sought.look_behind()) + kAround + 1),
       ahead_(std::max(sought.look_ahead(), kShown) + kAround),

@@ -21,8 +21,11 @@
 
 namespace morvex {
 
-// Makes one of two letters that differ in case alone, in most alphabets, and nothing a NUL.
-constexpr std::uint8_t Folded(std::uint8_t byte) { return byte | 0x20; }
+// Makes one of two letters that differ in case alone, in most alphabets. Nothing becomes a NUL; a
+// NUL, which parts the letters of UTF-16, becomes what nothing else does.
+constexpr std::uint8_t Folded(std::uint8_t byte) {
+  return byte == 0 ? std::uint8_t{1} : static_cast<std::uint8_t>(byte | 0x20);
+}
 
 // A row in one encoding.
 struct SoughtRow {

@@ -32,7 +32,7 @@ class Reviewer {
     review.line_of_row.push_back(line);
     const std::string left = ExpandCRLF(left_cell);
     if (left.empty()) return Remark(ListProblem::kEmptyLeft, line, right_cell);
-    any_left_ = true;
+    review.is_usable = true;
     const bool has_wildcard = HasWildcard(left);
     const bool forestalled = LookForEarlier(line, left_cell, left);
     if (!forestalled && CharacterCount(left) <= kShortCharacters) {
@@ -51,13 +51,6 @@ class Reviewer {
 
   void Remark(ListProblem problem, std::int64_t line, const std::string& text) {
     review.remarks.push_back({problem, line, 0, text, ""});
-  }
-
-  ListReview Finish() {
-    if (!any_left_) {
-      review.remarks.insert(review.remarks.begin(), {ListProblem::kNoUsableRow, 0, 0, "", ""});
-    }
-    return std::move(review);
   }
 
   ListReview review;
@@ -94,7 +87,6 @@ class Reviewer {
   }
 
   const char joker_;
-  bool any_left_ = false;
   std::unordered_map<std::string, Earlier> earlier_;  // by left text
   std::set<std::size_t> lengths_;                     // of those without the wildcard
 };
@@ -127,9 +119,8 @@ Result<ListReview> ReviewList(FileService& files, const std::string& path,
     }
     reviewer.TakeRow(number, parsed.left, parsed.right);
   }
-  ListReview review = reviewer.Finish();
-  review.error = reader.error();
-  return review;
+  reviewer.review.error = reader.error();
+  return std::move(reviewer.review);
 }
 
 }  // namespace morvex

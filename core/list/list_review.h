@@ -13,7 +13,6 @@
 namespace morvex {
 
 enum class ListProblem {
-  kNoUsableRow,    // of the whole list: no row has a left text
   kByteOrderMark,  // stands in front of the first row and becomes part of its left text
   kNoSeparator,    // the line is no row
   kRowsLost,       // the line stands behind the final row
@@ -26,21 +25,18 @@ enum class ListProblem {
 };
 
 struct ListRemark {
-  ListProblem problem = ListProblem::kNoUsableRow;
-  std::int64_t line = 0;          // counts from 1; 0 for the whole list
+  ListProblem problem = ListProblem::kNoSeparator;
+  std::int64_t line = 0;          // counts from 1
   std::int64_t earlier_line = 0;  // of the row that wins instead, or of the final row
   std::string text;               // the left text, or the line that is no row
   std::string earlier_text;       // the left text that wins instead
 };
 
 struct ListReview {
-  std::vector<ListRemark> remarks;         // by line; that on the whole list comes first
+  std::vector<ListRemark> remarks;         // by line
   std::vector<std::int64_t> line_of_row;   // rows as the tables count them
+  bool is_usable = false;                  // some row has a left text
   ErrorNumber error = ErrorNumber::kNone;  // what ended the reading early
-
-  bool IsUsable() const {
-    return remarks.empty() || remarks.front().problem != ListProblem::kNoUsableRow;
-  }
 };
 
 // `joker` is the wildcard's code, 0 for none. An error when the file cannot be opened.

@@ -193,5 +193,16 @@ TEST(CheckCommandTest, FindingsBeyondTheMostThatAreKeptAreCounted) {
   EXPECT_EQ(found["not_listed"], json::array({json::array({"tree/a", 3})}));
 }
 
+TEST(CheckCommandTest, ColoursAreShownOnATerminalAndNeverWithNoColor) {
+  const CommandScene scene;
+  const std::string check =
+      "script -qec \"morvex-cli check case/hearing --list replacements.txt\" /dev/null";
+  EXPECT_NE(scene.Shell("TERM=xterm " + check).output.find("\x1b[1;31mM"), std::string::npos);
+  EXPECT_EQ(scene.Shell("NO_COLOR=1 TERM=xterm " + check).output.find('\x1b'), std::string::npos);
+  EXPECT_EQ(scene.Shell("TERM=xterm morvex-cli check case/hearing --list replacements.txt")
+                .output.find('\x1b'),
+            std::string::npos);
+}
+
 }  // namespace
 }  // namespace morvex::commands

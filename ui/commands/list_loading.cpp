@@ -15,10 +15,6 @@ std::string Advice(const ListRemark& remark, const std::string& separator) {
   const std::string text = Quoted(remark.text);
   const std::string earlier = "line " + std::to_string(remark.earlier_line);
   switch (remark.problem) {
-    case ListProblem::kNoUsableRow:
-      return "no row has a left text: write one row a line, left text, separator, right text, or "
-             "name the right separator; now it is " +
-             Quoted(separator) + ".";
     case ListProblem::kByteOrderMark:
       return "a byte-order mark stands here and becomes part of the first left text: save the list "
              "without it.";
@@ -86,15 +82,15 @@ std::optional<ListReview> ReviewList(Program& program, CommandMessages& messages
     return std::nullopt;
   }
   for (const ListRemark& remark : review.value.remarks) {
-    const std::string place = remark.line == 0 ? path : path + ":" + std::to_string(remark.line);
-    const std::string advice = Advice(remark, settings.gSeparator);
-    if (remark.problem == ListProblem::kNoUsableRow) {
-      messages.Error(place, advice);
-    } else {
-      messages.Warn(place, advice);
-    }
+    messages.Warn(path + ":" + std::to_string(remark.line), Advice(remark, settings.gSeparator));
   }
-  if (!review.value.IsUsable()) return std::nullopt;
+  if (!review.value.is_usable) {
+    messages.Error(path,
+                   "no row has a left text: write one row a line, left text, separator, "
+                   "right text, or name the right separator; now it is " +
+                       Quoted(settings.gSeparator) + ".");
+    return std::nullopt;
+  }
   return review.value;
 }
 

@@ -6,6 +6,7 @@
 #include "core/program/main_window_paths.h"
 #include "core/program/paths.h"
 #include "core/run/run_driver.h"
+#include "core/run/start_up.h"
 #include "core/settings/options.h"
 #include "core/settings/settings_file.h"
 #include "ui/commands/command_messages.h"
@@ -54,7 +55,7 @@ class RunCommand {
     cmdGo_Click(program_);
     user_.ClearProgress();
     ShowEnd();
-    const int status = Status();
+    const int status = ExitStatus(program_);
     return report && !WriteReport(*report, *review, status) ? kExitFailed : status;
   }
 
@@ -62,14 +63,14 @@ class RunCommand {
   // False, after a message, when the file cannot be read.
   bool ReadSettingsFile() {
     Settings& settings = program_.settings;
+    settings.InitFilePath = options_.from.empty() ? kFromCommandLine : options_.from;
     settings.AutoRunFromInitFile = true;
-    settings.InitFilePath = kFromCommandLine;
     if (options_.from.empty()) return true;
     const Result<FileInfo> found = console_.files.LookUpFile(options_.from);
     if (found) {
       settings.CommandLine_SET = true;
-      settings.InitFilePath = options_.from;
       ReadInitFile(program_);
+      settings.AutoRunFromInitFile = true;  // whatever its list: that is read once more
     }
     const ErrorNumber error = found ? settings.init_file_error : found.error;
     if (error != ErrorNumber::kNone) messages_.Error(ShownPath(options_.from), ErrorLine(error));
@@ -120,14 +121,6 @@ class RunCommand {
       console_.error << "Interrupted: the run was stopped, the target is not complete.\n";
     }
     console_.error << RunNotes(program_) << std::flush;
-  }
-
-  int Status() const {
-    const RunState& run = program_.run;
-    if (run.end != RunEnd::kFinished) return kExitFailed;
-    const bool missing =
-        run.failed_files > 0 || run.passed_over_files > 0 || run.left_out_folders > 0;
-    return missing ? kExitFindings : kExitDone;
   }
 
   bool WriteReport(const RunReport& report, const ListReview& review, int status) {

@@ -54,7 +54,8 @@ TEST(SoughtTest, EveryKeyIsFoldedAndLeadsToAPart) {
   const Sought& sought = *list.sought;
   for (std::size_t key = 0; key < sought.keys().size(); ++key) {
     for (const char byte : sought.keys()[key].key) {
-      EXPECT_EQ(Folded(static_cast<std::uint8_t>(byte)), static_cast<std::uint8_t>(byte));
+      const auto code = static_cast<std::uint8_t>(byte);
+      EXPECT_TRUE(code == Folded(0) || code == Folded(code)) << +code;
     }
     EXPECT_FALSE(sought.PartsOf(static_cast<std::int32_t>(key)).empty());
   }

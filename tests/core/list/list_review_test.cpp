@@ -22,9 +22,9 @@ ListReview Review(const std::string& bytes, const std::string& separator = "|", 
 
 // The remarks as lines of text.
 std::vector<std::string> Remarks(const ListReview& review) {
-  constexpr std::array kNames = {"no usable row", "byte-order mark", "no separator", "rows lost",
-                                 "empty left",    "duplicate",       "forestalled",  "short",
-                                 "open wildcard", "stray wildcard"};
+  constexpr std::array kNames = {"byte-order mark", "no separator",  "rows lost",
+                                 "empty left",      "duplicate",     "forestalled",
+                                 "short",           "open wildcard", "stray wildcard"};
   std::vector<std::string> lines;
   for (const ListRemark& remark : review.remarks) {
     std::string line = std::to_string(remark.line) + " " +
@@ -43,14 +43,14 @@ TEST(ListReviewTest, AGoodListHasNoRemark) {
   const ListReview review =
       Review("Renate Meyer|[tenant]\r\nMeyer|[tenant]\r\nBorn: *;|Born: [x];\r\n|||\r\n");
   EXPECT_EQ(Remarks(review), Lines{});
-  EXPECT_TRUE(review.IsUsable());
+  EXPECT_TRUE(review.is_usable);
 }
 
 TEST(ListReviewTest, AListWithoutALeftTextIsOfNoUse) {
   for (const char* bytes : {"", "|||\r\n", "no row\r\n", "|right\r\n", "|\r\n|||\r\n"}) {
-    EXPECT_FALSE(Review(bytes).IsUsable()) << bytes;
+    EXPECT_FALSE(Review(bytes).is_usable) << bytes;
   }
-  EXPECT_TRUE(Review("left|\r\n").IsUsable());
+  EXPECT_TRUE(Review("left|\r\n").is_usable);
 }
 
 TEST(ListReviewTest, AnEmptyLeftTextIsTold) {
