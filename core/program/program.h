@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "core/host/host.h"
+#include "core/program/run_observer.h"
 #include "core/tables/substitution_tables.h"
 #include "core/windows/main_window.h"
 #include "core/windows/options_window.h"
@@ -109,8 +110,7 @@ struct CaptureState {
   std::vector<std::uint8_t> CaptureBuffer = {0};
 };
 
-class RunObserver;  // see core/program/run_observer.h
-class RunEngine;    // of the engine's room: what it keeps from file to file
+class RunEngine;  // of the engine's room: what it keeps from file to file
 
 struct Program {
   explicit Program(Host services) : host(services) {}
