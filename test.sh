@@ -98,17 +98,22 @@ tidy() {
 
 scripts() {
   local file good=0
-  for file in run.sh test.sh .ci/run cmake/*.sh fuzz/*.sh tests/*/*.sh \
+  for file in run.sh test.sh .ci/run cmake/*.sh fuzz/*.sh bench/*.sh tests/*/*.sh \
     packaging/linux/completions/*.bash; do
     bash -n "$file" || good=1
   done
+  while IFS= read -r -d '' file; do
+    /usr/bin/python3 -c 'import ast, sys; ast.parse(open(sys.argv[1], encoding="utf-8").read(), sys.argv[1])' "$file" || good=1
+  done < <(project_files '*.py')
   return "$good"
 }
 
 mkdir -p build
 # A tool that stays missing fails the check that needs it.
 ./cmake/install_tools.sh g++ cmake ninja-build libgtest-dev clang-format clang-tidy \
-  libcli11-dev nlohmann-json3-dev parallel qt6-base-dev libqt6svg6-dev
+  libcli11-dev nlohmann-json3-dev parallel qt6-base-dev libqt6svg6-dev \
+  desktop-file-utils xvfb openbox xdotool x11-utils imagemagick at-spi2-core dbus-daemon \
+  python3-gi gir1.2-atspi-2.0
 check 'Build' build
 tests
 check 'Format' format

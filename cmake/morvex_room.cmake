@@ -30,6 +30,10 @@ function(morvex_room name)
   morvex_options(morvex_${name})
 endfunction()
 
+# Programs keep settings and log beside themselves, so they are installed into a folder of their own
+# and are called through links.
+set(MORVEX_INSTALL_FOLDER lib/morvex)
+
 # A program that can be copied to another machine alone brings the C++ library with it.
 function(morvex_program name)
   cmake_parse_arguments(PROGRAM "" "" "SOURCES;USES" ${ARGN})
@@ -41,4 +45,9 @@ function(morvex_program name)
   if(NOT MORVEX_SANITIZE)
     target_link_options(${name} PRIVATE -static-libstdc++ -static-libgcc)
   endif()
+  install(TARGETS ${name} RUNTIME DESTINATION ${MORVEX_INSTALL_FOLDER})
+  set(link ${PROJECT_BINARY_DIR}/links/${name})
+  file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/links)
+  file(CREATE_LINK ../${MORVEX_INSTALL_FOLDER}/${name} ${link} SYMBOLIC)
+  install(FILES ${link} DESTINATION bin)
 endfunction()

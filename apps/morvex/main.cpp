@@ -11,6 +11,7 @@
 #include "host/posix/posix_files.h"
 #include "host/posix/posix_system.h"
 #include "ui/qt/desktop.h"
+#include "ui/qt/house_style.h"
 #include "ui/qt/pictures.h"
 #include "ui/qt/qt_user.h"
 
@@ -24,6 +25,7 @@ void DescribeApplication() {
   QApplication::setApplicationVersion(MORVEX_VERSION);
   QApplication::setDesktopFileName("morvex");
   QApplication::setWindowIcon(ProgramIcon());
+  QApplication::setStyle(new HouseStyle);
   // The program ends when its windows are unloaded, not when none is shown for a moment.
   QApplication::setQuitOnLastWindowClosed(false);
 }

@@ -31,7 +31,8 @@ ProcessResult ProcessInTurn(Program& program, const std::string& folder, const s
     if (info && (taken || left_over == LeftOver::kMayBe)) {
       freed = DeleteLeftOver(program, folder, info.value, taken);
     }
-    ProcessResult result{ProcessEnd::kFailed, freed, TemporaryPath(program, folder)};
+    ProcessResult result{ProcessEnd::kFailed, freed, TemporaryPath(program, folder),
+                         PassedOver::kNo};
     if (freed == ErrorNumber::kNone) result = ProcessFile(program, name, folder, info);
     taken = result.error == ErrorNumber::kFileAlreadyExists;
     const bool in_use = freed == ErrorNumber::kFileAlreadyOpen;
@@ -142,13 +143,16 @@ CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const 
   bool taken = true;
   if (!program.Beeindigd) {
     const ErrorNumber moved = files.MoveToFreeName(temporary, target);
-    if (moved == ErrorNumber::kNone) return {CopyEnd::kCopied, ErrorNumber::kNone, "", PassedOver::kNo};
+    if (moved == ErrorNumber::kNone) {
+      return {CopyEnd::kCopied, ErrorNumber::kNone, "", PassedOver::kNo};
+    }
     taken = moved == ErrorNumber::kFileAlreadyExists;
   }
   const Result<bool> same = IsOwnSource(program, info.value, target, taken);
   if (!same || same.value) {
     DropTemporary(program, temporary);
-    return {CopyEnd::kFailed, same ? ErrorNumber::kPathFileAccess : same.error, target};
+    return {CopyEnd::kFailed, same ? ErrorNumber::kPathFileAccess : same.error, target,
+            PassedOver::kNo};
   }
   return program.Beeindigd ? DeliverAtStop(program, temporary, target, at_stop)
                            : Deliver(program, temporary, target);

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "core/engine/progress.h"
 #include "core/engine/run_engine.h"
@@ -123,6 +124,7 @@ ProcessResult ProcessFile(Program& program, const std::string& name, const std::
   if (!output) return Failed(output.error, temporary_path);
 
   const std::int64_t hits_before = program.run.Hits_Per_File;
+  const std::vector<std::int64_t> hits_of_rows_before = program.run.hits_of_rows;
   ErrorNumber error = ErrorNumber::kNone;
   const SubstitutionEnd end = SubstituteFile(program, *input.value, *output.value, error);
   if (end == SubstitutionEnd::kNoProgress) program.Beeindigd = true;
@@ -133,11 +135,12 @@ ProcessResult ProcessFile(Program& program, const std::string& name, const std::
     // A copy that comes to nothing has no replacements.
     program.run.HitsTotal -= program.run.Hits_Per_File - hits_before;
     program.run.Hits_Per_File = hits_before;
+    program.run.hits_of_rows = hits_of_rows_before;
     DropTemporary(program, temporary_path);
     const bool of_output = error != ErrorNumber::kNone && end != SubstitutionEnd::kReadFailed;
     if (error == ErrorNumber::kNone) error = changed.error;
     if (error == ErrorNumber::kNone) {
-      return {ProcessEnd::kSkipped, ErrorNumber::kNone, "", PassedOver::kChangedMeanwhile};
+      return {ProcessEnd::kSkipped, error, "", PassedOver::kChangedMeanwhile};
     }
     return Failed(error, of_output ? temporary_path : source.value.path);
   }

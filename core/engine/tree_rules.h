@@ -25,7 +25,7 @@ class TreeRules {
   // Why one of the two folders could not be looked up. Without both the rules protect nothing.
   ErrorNumber error() const;
 
-  // Why the folder is not entered from the current path; kNo: it is. An error where that cannot be
+  // Why the folder is not entered from the current path, kNo: it is; an error where that cannot be
   // told.
   Result<PassedOver> WhyNotEntered(const FolderInfo& folder) const;
   // Copies may be written into the folder, one below the target.

@@ -48,7 +48,7 @@ class PipeOutput : public OutputFile {
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
     if (offset != done_) return ErrorNumber::kInvalidCall;
     done_ += bytes.size();
-    return posix::ErrorFromCode(posix::WriteAll(stream_, bytes), posix::Missing::kFile);
+    return posix::ErrorFromCode(posix::WriteAll(stream_, bytes).code, posix::Missing::kFile);
   }
 
   ErrorNumber Close() override {

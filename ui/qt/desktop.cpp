@@ -6,11 +6,13 @@
 
 #include "core/run/start_up.h"
 #include "ui/qt/help.h"
+#include "ui/qt/spoken_roles.h"
 
 namespace morvex {
 namespace {
 
-constexpr int kRefreshInterval = 17;  // milliseconds: just below sixty times a second
+// Milliseconds: thirty times a second reads as steady, and each time costs the run a little.
+constexpr int kRefreshInterval = 33;
 
 }  // namespace
 
@@ -21,6 +23,7 @@ Desktop::Desktop(Program& program)
       options_window_(program, page_),
       editor_window_(program, page_),
       windows_{&main_window_, &options_window_, &editor_window_} {
+  TellSpokenRoles();
   timer_.setSingleShot(true);
   timer_.setTimerType(Qt::PreciseTimer);
   connect(&timer_, &QTimer::timeout, this, &Desktop::Refresh);

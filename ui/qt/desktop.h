@@ -25,8 +25,8 @@ class Desktop : public QObject {
   explicit Desktop(Program& program);
   ~Desktop() override;
 
-  // Repaints what has changed, now. Otherwise that happens soon after each change, at most sixty
-  // times a second.
+  // Repaints what has changed, now. Otherwise that happens soon after each change, at most thirty
+  // times a second; a change that comes alone is shown at once.
   void Refresh();
 
   MainWindowWidget& main_window() { return main_window_; }

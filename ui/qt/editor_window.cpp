@@ -18,7 +18,7 @@
 namespace morvex {
 namespace {
 
-constexpr int kHeadingIndent = 5;   // pixels, so that heads and texts stand in one line
+constexpr int kHeadingIndent = 7;   // pixels, so that heads and texts stand in one line
 constexpr int kRoomAroundText = 4;  // pixels above and below a cell's letters
 
 int ToInt(std::int64_t value) {
@@ -58,6 +58,9 @@ EditorWindowWidget::EditorWindowWidget(Program& program, const CodePage& page)
     heading->setTextFormat(Qt::PlainText);
     heading->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     heading->setIndent(kHeadingIndent);
+    QFont font = heading->font();
+    font.setBold(true);
+    heading->setFont(font);
   }
   scroll_bar_->setObjectName("VScroll1");
   scroll_bar_->setAccessibleName(tr("rows"));

@@ -9,15 +9,10 @@ namespace {
 
 constexpr int kRowPadding = 3;
 
-// Rows with some air, so that neighbours read apart and are easy to hit. The current one is framed
-// even while the focus is in the entry field, whose keys work on it.
-class RoomyRows : public QStyledItemDelegate {
+// The current row is framed even while the focus is in the entry field, whose keys work on it.
+class FramedCurrentRow : public QStyledItemDelegate {
  public:
-  explicit RoomyRows(ExtensionList& list) : QStyledItemDelegate(&list), list_(list) {}
-
-  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 2 * kRowPadding);
-  }
+  explicit FramedCurrentRow(ExtensionList& list) : QStyledItemDelegate(&list), list_(list) {}
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override {
@@ -41,7 +36,7 @@ ExtensionList::ExtensionList(QWidget* parent) : QListWidget(parent) {
   setSelectionMode(QAbstractItemView::MultiSelection);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setUniformItemSizes(true);
-  setItemDelegate(new RoomyRows(*this));
+  setItemDelegate(new FramedCurrentRow(*this));
 }
 
 void ExtensionList::ShowEntries(const CodePage& page, const ListBox& list) {

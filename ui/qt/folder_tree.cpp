@@ -12,6 +12,7 @@ namespace morvex {
 namespace {
 
 constexpr int kRowsShown = 10;
+constexpr int kRoomInRow = 4;  // pixels above and below a name
 constexpr int kColumns = 4;
 
 QString NearestFolder(const std::string& path) {
@@ -77,7 +78,7 @@ std::string FolderTreeView::Current() const { return PathOf(currentIndex()); }
 
 QSize FolderTreeView::sizeHint() const {
   return {QTreeView::sizeHint().width(),
-          kRowsShown * (fontMetrics().height() + fontMetrics().leading() + 4) + 2 * frameWidth()};
+          kRowsShown * (fontMetrics().height() + 2 * kRoomInRow) + 2 * frameWidth()};
 }
 
 void FolderTreeView::Choose(const QModelIndex& index) {

@@ -8,8 +8,7 @@
 namespace morvex {
 namespace {
 
-constexpr int kRoomBesideText = 3;      // pixels, within the outline
-constexpr double kOutlineShare = 0.42;  // of the text's colour, on the ground's
+constexpr int kRoomBesideText = 5;  // pixels, within the outline
 
 // Neighbours share an outline, as the cells of a table do. The style's own frames are for boxes
 // that stand alone: side by side, and on a dark ground, they cannot be told apart.
@@ -24,24 +23,15 @@ class GridCell : public ByteLineEdit {
   void paintEvent(QPaintEvent* event) override {
     ByteLineEdit::paintEvent(event);
     const int line = hasFocus() ? 2 : 1;  // pixels
-    const QColor colour = hasFocus() ? palette().color(QPalette::Highlight) : Outline();
+    // The window's, for a cell's own text may be red.
+    const QPalette colours = window()->palette();
+    const QColor colour = hasFocus() ? colours.color(QPalette::Highlight) : Outline(colours);
     QPainter painter(this);
     // Strips, which begin and end with a pixel at any scale of the screen.
     painter.fillRect(0, 0, width(), line, colour);
     painter.fillRect(0, height() - line, width(), line, colour);
     painter.fillRect(0, 0, line, height(), colour);
     painter.fillRect(width() - line, 0, line, height(), colour);
-  }
-
- private:
-  QColor Outline() const {
-    const QColor text = window()->palette().color(QPalette::Text);
-    const QColor ground = palette().color(QPalette::Base);
-    const auto mix = [](int a, int b) {
-      return qRound(a * kOutlineShare + b * (1 - kOutlineShare));
-    };
-    return {mix(text.red(), ground.red()), mix(text.green(), ground.green()),
-            mix(text.blue(), ground.blue())};
   }
 };
 

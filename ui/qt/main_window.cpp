@@ -143,8 +143,11 @@ void MainWindowWidget::GiveUpChoice() {
 
 void MainWindowWidget::changeEvent(QEvent* event) {
   BoundWindow::changeEvent(event);
-  // Red on a light ground is another red on a dark one.
-  if (event->type() == QEvent::PaletteChange) ShowColours();
+  // Red on a light ground is another red on a dark one, and what stands out does so otherwise.
+  if (event->type() == QEvent::PaletteChange) {
+    ShowColours();
+    ShowGo();
+  }
 }
 
 // A key that is held down presses a button once: it must not go on to the button that the focus

@@ -139,17 +139,17 @@ QBoxLayout* MainWindowWidget::LayOutStatistics() {
   font.setBold(true);
   heading_->setFont(font);
 
-  auto* const top = new QHBoxLayout;
-  top->addWidget(heading_, 1);
-  top->addWidget(image_);
-  auto* const columns = new QHBoxLayout;
-  columns->setSpacing(2 * kGap);
-  for (QLabel* label : {total_files_, time_, result_}) columns->addWidget(label, 1);
-  auto* const inside = new QVBoxLayout;
+  auto* const inside = new QGridLayout;
   inside->setContentsMargins(kGap, kGap, kGap, kGap);
-  inside->setSpacing(kGap / 2);
-  inside->addLayout(top);
-  inside->addLayout(columns);
+  inside->setHorizontalSpacing(2 * kGap);
+  inside->setVerticalSpacing(kGap / 2);
+  const std::array<QLabel*, 3> columns = {total_files_, time_, result_};
+  for (int i = 0; i < static_cast<int>(columns.size()); ++i) {
+    inside->addWidget(columns[static_cast<std::size_t>(i)], 1, i);
+    inside->setColumnStretch(i, 1);
+  }
+  inside->addWidget(heading_, 0, 0, 1, static_cast<int>(columns.size()));
+  inside->addWidget(image_, 0, static_cast<int>(columns.size()), 2, 1, Qt::AlignVCenter);
 
   auto* const sides = new QHBoxLayout;
   sides->setSpacing(0);

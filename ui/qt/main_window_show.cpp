@@ -4,6 +4,7 @@
 #include <QScreen>
 #include <algorithm>
 
+#include "ui/qt/grow_window.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/show_control.h"
 
@@ -11,6 +12,7 @@ namespace morvex {
 namespace {
 
 constexpr int kProgressSteps = 1'000'000;
+constexpr int kButtonDarker = 130;       // percent
 constexpr float kLockedOpacity = 0.65F;  // of a path that cannot be changed now
 
 // Places in the window's column.
@@ -116,6 +118,16 @@ void MainWindowWidget::ShowGo() {
   // The step that is now due stands out.
   const bool is_due = window_.cmdGo.enabled && window_.cmdGo.caption.get() == kGoArmed;
   if (go_->isDefault() != is_due) go_->setDefault(is_due);
+  QPalette own;
+  if (is_due) {
+    // Styles draw a button lighter than its colour, and its caption must be read there.
+    const QColor ground = palette().color(QPalette::Highlight).darker(kButtonDarker);
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+      own.setColor(group, QPalette::Button, ground);
+      own.setColor(group, QPalette::ButtonText, palette().color(QPalette::HighlightedText));
+    }
+  }
+  go_->setPalette(own);
 }
 
 void MainWindowWidget::ShowTree() {
@@ -163,7 +175,7 @@ void MainWindowWidget::ShowTree() {
   if (!was_hidden || isMaximized() || isFullScreen()) return;
   // A small screen has less room, but the tree's least height has made the window taller already.
   const int tall = before + tree_->sizeHint().height() - row->box->height();
-  resize(width(), std::max(height(), std::min(tall, screen()->availableGeometry().height())));
+  GrowTo(*this, std::max(height(), std::min(tall, screen()->availableGeometry().height())));
   tree_grew_ = height() - before;
 }
 

@@ -14,14 +14,15 @@
 
 #include "core/settings/options.h"
 #include "core/windows/keys.h"
+#include "ui/qt/grow_window.h"
 #include "ui/qt/show_control.h"
 #include "ui/qt/tool_tip.h"
 
 namespace morvex {
 namespace {
 
-// The part of the window that the open list has for itself.
-constexpr int kListRows = 7;
+constexpr int kListRows = 8;     // of the open list that are seen in a window of the least height
+constexpr int kRoomForList = 4;  // row of the layout
 constexpr int kMargin = 16;
 constexpr int kSpacing = 12;
 constexpr int kGap = 2;          // between the entry field, its button and its list
@@ -189,8 +190,7 @@ void OptionsWindowWidget::LayOut() {
   grid->addWidget(lblExtensies_, 2, 0);
   grid->addLayout(entry, 2, 1);
   grid->addWidget(chkLoggen_, 3, 0);
-  grid->setRowMinimumHeight(4, lstExtensie_->RowHeight() * (kListRows - 2));
-  grid->setRowStretch(4, 1);
+  grid->setRowStretch(kRoomForList, 1);
   grid->setColumnStretch(1, 1);
   grid->addWidget(imOptionsToFolder_, 5, 0, Qt::AlignLeft | Qt::AlignVCenter);
   grid->addWidget(cmdToepassen_, 5, 1, Qt::AlignRight | Qt::AlignVCenter);
@@ -380,6 +380,7 @@ void OptionsWindowWidget::ShowList() {
   const bool is_open = state_.lstExtensie.visible;
   cmdListExtensie_Down_->setArrowType(is_open ? Qt::UpArrow : Qt::DownArrow);
   lstExtensie_->ShowEntries(page_, state_.lstExtensie);
+  MakeRoomForList(is_open);
   PlaceList();
   // A widget that goes with the focus would leave it to chance who has it next.
   if (!is_open && lstExtensie_->hasFocus()) txtExtensie_->setFocus();
@@ -408,6 +409,27 @@ QWidget* OptionsWindowWidget::WidgetOf(const Control* control) const {
     if (known == control) return widget;
   }
   return nullptr;
+}
+
+// The window is taller while the list is open, so that the list hides neither the button that takes
+// the options over nor, where the screen allows, a part of itself.
+void OptionsWindowWidget::MakeRoomForList(bool is_open) {
+  auto& grid = *static_cast<QGridLayout*>(layout());
+  const int wanted = lstExtensie_->HeightWithin(kListRows * lstExtensie_->RowHeight() + 2 * kGap);
+  // The list also covers the row of the logging box.
+  const int needed = wanted + kGap - chkLoggen_->sizeHint().height() - 2 * kSpacing;
+  const int before = height();  // the layout may already enlarge the window
+  grid.setRowMinimumHeight(kRoomForList, is_open ? std::max(0, needed) : 0);
+  grid.activate();
+  const int least = minimumSizeHint().height();
+  if (is_open && least > before) {
+    GrowTo(*this, least);
+    grown_for_list_ += least - before;
+  } else if (!is_open && grown_for_list_ > 0) {
+    resize(width(), std::max(least, before - grown_for_list_));
+    grown_for_list_ = 0;
+  }
+  grid.activate();
 }
 
 // As high as its entries, as far as there is room above the buttons.

@@ -49,6 +49,7 @@ class OptionsWindowWidget : public BoundWindow {
   void ShowLogging();
   void ShowList();
   void ShowFocus();
+  void MakeRoomForList(bool is_open);
   void PlaceList();
   QWidget* WidgetOf(const Control* control) const;
 
@@ -70,6 +71,7 @@ class OptionsWindowWidget : public BoundWindow {
   ExtensionList* const lstExtensie_;  // the last child: it lies above the others
   std::uint64_t focus_requests_ = 0;
   bool showing_ = false;    // what the widgets tell now is not the user's doing
+  int grown_for_list_ = 0;  // pixels by which the open list made the window taller
   bool is_placed_ = false;  // the user may have moved and sized it since
 };
 

@@ -13,6 +13,7 @@ constexpr QRgb kRedOnDark = 0xFFFF7B72;
 constexpr int kMiddleLightness = 128;
 constexpr double kLeastContrast = 4.5;
 constexpr int kBlendSteps = 10;
+constexpr float kOutlineShare = 0.42F;  // of the text's colour, on the ground's
 
 // As the eye weighs the parts of a colour, 0 to 1.
 double Luminance(const QColor& colour) {
@@ -63,6 +64,10 @@ QColor TextColour(Colour colour, const QPalette& palette) {
       return Readable(palette.color(QPalette::Highlight), palette);
   }
   return palette.color(QPalette::Text);
+}
+
+QColor Outline(const QPalette& palette) {
+  return Blend(palette.color(QPalette::Base), palette.color(QPalette::Text), kOutlineShare);
 }
 
 void ShowTextColour(QWidget& widget, const Control& control, QPalette::ColorRole role) {

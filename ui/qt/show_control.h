@@ -21,6 +21,9 @@ void ShowPresence(QWidget& widget, const Control& control);
 // colour, and the others are shades that can be read there.
 QColor TextColour(Colour colour, const QPalette& palette);
 
+// The outline of boxes with text, on the ground that they have in that palette.
+QColor Outline(const QPalette& palette);
+
 // Gives the widget's text the control's colour, and no other colour of its own; `role` is the one
 // that it draws text with.
 void ShowTextColour(QWidget& widget, const Control& control, QPalette::ColorRole role);

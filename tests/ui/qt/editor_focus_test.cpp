@@ -1,4 +1,6 @@
 // What cells of the list editor tell as the focus, the caret and the rows move.
+#include <QStyleOptionSlider>
+
 #include "tests/ui/qt/editor_test.h"
 
 namespace morvex::test {
@@ -17,6 +19,23 @@ class EditorFocus : public EditorTest {
     grid_.changes.Changed();
     Settle();
     texts_ = GridRows();
+  }
+
+  // The middle of the part of the scroll bar that is dragged.
+  QPoint Slider() {
+    QStyleOptionSlider option;
+    option.initFrom(&Bar());
+    option.orientation = Qt::Vertical;
+    option.minimum = Bar().minimum();
+    option.maximum = Bar().maximum();
+    option.sliderPosition = option.sliderValue = Bar().value();
+    option.singleStep = Bar().singleStep();
+    option.pageStep = Bar().pageStep();
+    option.subControls = QStyle::SC_All;
+    return Bar()
+        .style()
+        ->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, &Bar())
+        .center();
   }
 
   Rows texts_;
@@ -169,6 +188,26 @@ TEST_F(EditorFocus, TheScrollBarTellsItsFocus) {
   EXPECT_EQ(grid_.FocusCell, "Links_7");
   Click(Left(7));
   EXPECT_FALSE(grid_.ScrollHasFocus);
+}
+
+TEST_F(EditorFocus, TheSliderDraggedByTheMouseMovesTheRowsAndNeverLosesOne) {
+  Open();
+  MakeRows(7);
+  Click(Right(6));
+  const QPoint low = Slider();
+  QTest::mousePress(&Bar(), Qt::LeftButton, Qt::NoModifier, low);
+  QPoint at = low;
+  while (Bar().value() > 6 && at.y() > 0) QTest::mouseMove(&Bar(), at -= QPoint(0, 1));
+  Settle();
+  EXPECT_EQ(Bar().value(), 6);
+  EXPECT_EQ(RowsInView(), "0 1 2 3 4 5");
+  EXPECT_EQ(Left(0).y(), 24);
+  QTest::mouseMove(&Bar(), low);
+  QTest::mouseRelease(&Bar(), Qt::LeftButton, Qt::NoModifier, low);
+  Settle();
+  EXPECT_EQ(Bar().value(), 7);
+  EXPECT_EQ(RowsInView(), "1 2 3 4 5 6");
+  EXPECT_EQ(grid_.FocusCell, "Rechts_6");
 }
 
 TEST_F(EditorFocus, DraggingFrom7To6MovesTheRowsDownAndShowsRow0Again) {

@@ -5,6 +5,7 @@
 #include <QUrl>
 
 #include "core/list/editor_window.h"
+#include "core/settings/options.h"
 #include "tests/ui/qt/main_window_test.h"
 
 namespace morvex::test {
@@ -44,6 +45,15 @@ TEST_F(HelpTest, F1WorksInTheEditorToo) {
   imList_Click(program_);
   Settle();
   QTest::keyClick(&desktop_->editor_window(), Qt::Key_F1);
+  EXPECT_EQ(opener_.opened.size(), 1);
+}
+
+TEST_F(HelpTest, F1WorksInTheOptionsWindowToo) {
+  files_.AddFile("/program/MorvexHELP.chm", "help");
+  Start();
+  imOpties_Click(program_);
+  Settle();
+  QTest::keyClick(&Find<QLineEdit>(desktop_->options_window(), "txtExtensie"), Qt::Key_F1);
   EXPECT_EQ(opener_.opened.size(), 1);
 }
 

@@ -32,6 +32,11 @@ TEST_F(MainWindowRunTest, TheFocusPassesFromOkToGoWhichStandsOut) {
   Settle();
   EXPECT_TRUE(go().hasFocus());
   EXPECT_TRUE(go().isDefault());
+  EXPECT_NE(go().palette().color(QPalette::Button), exit().palette().color(QPalette::Button));
+  Text1_Change(program_, kSourceBox, "/other");
+  Settle();
+  EXPECT_FALSE(go().isDefault());
+  EXPECT_EQ(go().palette().color(QPalette::Button), ok().palette().color(QPalette::Button));
 }
 
 TEST_F(MainWindowRunTest, AKeyThatIsHeldDownOnOkDoesNotGoOnToGo) {

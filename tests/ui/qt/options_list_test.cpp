@@ -286,6 +286,32 @@ TEST_F(OptionsListTest, IsAsHighAsItsEntriesAndScrollsWhenTheyAreTooMany) {
   EXPECT_GE(list().viewport()->height(), 6 * row);
 }
 
+TEST_F(OptionsListTest, TheWindowIsTallerWhileTheListIsOpenAndAsTheUserHadItAfterwards) {
+  Open(Numbered(100));
+  const QSize closed(window().width() + 20, window().height() + 10);
+  window().resize(closed);
+  Settle();
+  const int button_top = apply().y();
+  OpenList();
+  EXPECT_GT(window().height(), closed.height());
+  EXPECT_GT(apply().y(), button_top);
+  OpenList();
+  EXPECT_FALSE(list().isVisible());
+  EXPECT_EQ(window().size(), closed);
+  EXPECT_EQ(apply().y(), button_top);
+}
+
+TEST_F(OptionsListTest, AWindowWithRoomForTheListStaysAsItIs) {
+  Open(Numbered(3));
+  window().resize(window().width(), window().height() + 300);
+  Settle();
+  const QSize size = window().size();
+  OpenList();
+  EXPECT_EQ(window().size(), size);
+  OpenList();
+  EXPECT_EQ(window().size(), size);
+}
+
 TEST_F(OptionsListTest, AnEntryAddedBelowTheLastOneSeenComesIntoView) {
   Open(Numbered(100));
   OpenList();

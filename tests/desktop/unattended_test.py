@@ -1,0 +1,164 @@
+#!/usr/bin/python3
+"""The program with windows and the console program, each run unattended with the same settings file:
+both must leave the same copies, the same log and the same settings, and end with the same status.
+
+    unattended_test.py PROGRAM CONSOLE_PROGRAM PICTURES
+"""
+
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+from program import Program
+from screen import PATIENCE, Screen
+from tree import read_tree, write_tree
+
+program_path, console_path, pictures = sys.argv[1:4]
+
+SOURCE = {
+    "letter.txt": b"Jansen, Piet\r\nde Vries, born: 1 May 1980;\r\n" * 5000,
+    "LETTER.TXT": b"Jansen",
+    "two.points.txt": b"Jansen",
+    "Morvex.txt": b"Jansen",
+    "plain.bin": b"Jansen\0\xff",
+    "empty.txt": b"",
+    "oracle": b"Jansen",
+    "sub": None,
+    "sub/note.txt": b"Jan Jansen",
+    "sub/page.html": b"Jansen",
+    "sub/deep": None,
+    "sub/deep/other.csv": b"Jansen;Jansen\n",
+    "sub/RECYCLED": None,
+    "sub/RECYCLED/gone.txt": b"Jansen",
+    "sub/empty": None,
+}
+LIST = b"Piet[CRLF]de Vries|Person B\r\nJansen|Person A\r\nborn: *;|born: [withheld];\r\n|||\r\n"
+
+
+def without_times(log):
+    """The lines of a log, but for the time of day in front and the time a run took."""
+    lines = re.sub(rb'^"\S+ ', b'"', log, flags=re.MULTILINE)
+    return re.sub(rb"Verstreken tijd: \d+ min \d+ sec", b"Verstreken tijd: ...", lines)
+
+
+class Unattended(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.screen = cls.enterClassContext(Screen())
+
+    def setUp(self):
+        self.root = tempfile.mkdtemp(prefix="morvex-unattended-")
+        self.addCleanup(shutil.rmtree, self.root)
+        for folder, program in (("windows", program_path), ("console", console_path)):
+            os.mkdir(self.path(folder))
+            # Files of the program's own name are skipped, so both have one name.
+            shutil.copy(program, self.path(folder + "/Morvex"))
+        write_tree(self.path("source"), SOURCE)
+        with open(self.path("list.txt"), "wb") as file:
+            file.write(LIST)
+
+    def path(self, name):
+        return os.path.join(self.root, name)
+
+    def settings(self, source="source", target="target", log=1, file="settings.dat"):
+        lines = [self.path(source), self.path(target), self.path("list.txt"), f"log={log}", "sep=|", "jok=*"]
+        lines += ["1.txt", "1.csv", "1.html", "0.bin", ""]
+        with open(self.path(file), "wb") as out:
+            out.write("\r\n".join(lines).encode())
+
+    def outcome(self, folder, status):
+        """What a run has left, which is then put away."""
+        left = {}
+        if os.path.isdir(self.path("target")):
+            left = read_tree(self.path("target"))
+            shutil.rmtree(self.path("target"))
+        beside = read_tree(self.path(folder))
+        del beside["Morvex"]
+        if "Morvex.log" in beside:
+            beside["Morvex.log"] = without_times(beside["Morvex.log"])
+        self.assertEqual(read_tree(self.path("source")), SOURCE)
+        return {"status": status, "target": left, "beside the program": beside}
+
+    def run_console(self):
+        process = subprocess.run([self.path("console/Morvex"), "-if", self.path("settings.dat")], timeout=PATIENCE,
+                                 env=self.screen.environment, stdin=subprocess.DEVNULL, capture_output=True,
+                                 check=False)
+        return self.outcome("console", process.returncode)
+
+    def run_windows(self, *answers):
+        """`answers` are the boxes that come up, as the text in each and the key that is pressed then."""
+        program = Program(self.screen, [self.path("windows/Morvex"), "-if", self.path("settings.dat")],
+                          self.path("output"))
+        try:
+            for text, key in answers:
+                program.wait_for(text, lambda: program.shown("Morvex", text))
+                program.wait_for_window("Morvex")
+                program.press(key)
+            status = program.wait_for_end()
+        except BaseException:
+            os.makedirs(pictures, exist_ok=True)
+            picture = os.path.join(pictures, self.id().split(".")[-1] + ".png")
+            self.screen.take_picture(picture)
+            print(f"The screen as it was: {picture}\n{program.described()}", file=sys.stderr)
+            raise
+        finally:
+            program.close()
+        with open(self.path("output"), "rb") as output:
+            self.assertEqual(output.read(), b"")
+        return self.outcome("windows", status)
+
+    def compare(self, *answers, target=True):
+        """Both runs, each with an empty target folder if there is one; what they have left alike."""
+        outcomes = []
+        for run in (self.run_console, lambda: self.run_windows(*answers)):
+            if target:
+                os.mkdir(self.path("target"))
+            outcomes.append(run())
+        self.assertEqual(*outcomes)
+        return outcomes[0]
+
+    def test_a_folder_tree(self):
+        self.settings()
+        left = self.compare()
+        self.assertEqual(left["status"], 0)
+        self.assertEqual(left["target"]["sub/note.txt"], b"Jan Person A")
+        self.assertEqual(left["target"]["letter.txt"], b"Person A, Person B, born: [withheld];\r\n" * 5000)
+        self.assertIn(b"Vervangingen: 15003", left["beside the program"]["Morvex.log"])
+
+    def test_a_folder_tree_without_a_log(self):
+        self.settings(log=0)
+        left = self.compare()
+        self.assertEqual(left["target"]["sub/note.txt"], b"Jan Person A")
+        self.assertNotIn("Morvex.log", left["beside the program"])
+
+    def test_a_single_file(self):
+        self.settings(source="source/letter.txt", target="target/copy.txt")
+        left = self.compare()
+        self.assertEqual(left["status"], 0)
+        self.assertEqual(left["target"], {"copy.txt": b"Person A, Person B, born: [withheld];\r\n" * 5000})
+        self.assertIn(b"Hits: 15000", left["beside the program"]["Morvex.log"])
+
+    def test_a_missing_source(self):
+        self.settings(source="nowhere")
+        left = self.compare((self.path("nowhere") + "\nSource folder doesn't exist.", "Return"))
+        self.assertEqual(left["status"], 1)
+        self.assertEqual(left["target"], {})
+
+    def test_a_missing_target_that_is_not_wanted(self):
+        self.settings()
+        left = self.compare(("Target folder doesn't exist. Create?", "Escape"), target=False)
+        self.assertEqual(left["status"], 1)
+        self.assertEqual(left["target"], {})
+
+    def test_a_missing_settings_file(self):
+        left = self.compare()
+        self.assertEqual(left["status"], 1)
+        self.assertIn(b"Initialisatiebestand bestaat niet: ", left["beside the program"]["Morvex.log"])
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1], verbosity=2)

@@ -1,0 +1,121 @@
+// Room and outlines that the program's style adds.
+#include "ui/qt/house_style.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QImage>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QStyleFactory>
+#include <memory>
+
+namespace morvex::test {
+namespace {
+
+class HouseStyleTest : public testing::Test {
+ protected:
+  // A picture of the widget in the toolkit's plain style, in `style` or without what it adds.
+  static QImage Drawn(QWidget& widget, QStyle& style) {
+    QPalette dark;
+    for (const QPalette::ColorRole role : {QPalette::Window, QPalette::Base, QPalette::Button}) {
+      dark.setColor(role, QColor(30, 30, 32));
+    }
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text}) {
+      dark.setColor(role, Qt::white);
+    }
+    widget.setStyle(&style);
+    widget.setPalette(dark);
+    widget.resize(60, 28);
+    QImage picture(widget.size(), QImage::Format_RGB32);
+    picture.fill(QColor(30, 30, 32));
+    widget.render(&picture);
+    widget.setStyle(nullptr);
+    return picture;
+  }
+  static int Brightest(const QImage& picture, const QRect& part) {
+    int most = 0;
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+      for (int x = part.left(); x <= part.right(); ++x) {
+        most = std::max(most, qGray(picture.pixel(x, y)));
+      }
+    }
+    return most;
+  }
+  // Of the widget's left edge, on a dark ground.
+  static int Edge(QWidget& widget, QStyle& style) {
+    return Brightest(Drawn(widget, style), QRect(0, 10, 2, 8));
+  }
+
+  HouseStyle style_{"fusion"};
+  std::unique_ptr<QStyle> plain_{QStyleFactory::create("fusion")};
+};
+
+TEST_F(HouseStyleTest, ButtonsAndBoxesHaveRoomForTheirTexts) {
+  QPushButton button("OK");
+  QLineEdit box;
+  for (QWidget* widget : {static_cast<QWidget*>(&button), static_cast<QWidget*>(&box)}) {
+    widget->setStyle(&style_);
+    EXPECT_GE(widget->sizeHint().height(), widget->fontMetrics().height() + 12);
+  }
+  EXPECT_GE(button.sizeHint().width(), 88);
+}
+
+TEST_F(HouseStyleTest, RowsOfAListAreEasyToHit) {
+  QListWidget list;
+  list.addItem(".txt");
+  list.setStyle(&style_);
+  EXPECT_GE(list.sizeHintForRow(0), list.fontMetrics().height() + 8);
+}
+
+TEST_F(HouseStyleTest, ATextKeepsOffTheOutlineOfItsBox) {
+  const auto first_ink = [](QStyle& style) {
+    QLineEdit box("MMM");
+    const QImage picture = Drawn(box, style);
+    for (int x = 4; x < 30; ++x) {
+      if (Brightest(picture, QRect(x, 8, 1, 12)) > 120) return x;
+    }
+    return 0;
+  };
+  const int without = first_ink(*plain_);
+  ASSERT_GT(without, 0);
+  EXPECT_GE(first_ink(style_), without + 3);
+}
+
+TEST_F(HouseStyleTest, AWideCaptionHasAWideButton) {
+  QPushButton button(QString(80, 'm'));
+  button.setStyle(&style_);
+  EXPECT_GT(button.sizeHint().width(), button.fontMetrics().horizontalAdvance(button.text()));
+}
+
+TEST_F(HouseStyleTest, ABoxOnADarkGroundHasAnOutlineThatIsSeen) {
+  QLineEdit box;
+  EXPECT_LT(Edge(box, *plain_), 60);
+  EXPECT_GT(Edge(box, style_), 100);
+}
+
+TEST_F(HouseStyleTest, SoHasAList) {
+  QListWidget list;
+  EXPECT_LT(Edge(list, *plain_), 60);
+  EXPECT_GT(Edge(list, style_), 100);
+}
+
+TEST_F(HouseStyleTest, SoHasACheckBox) {
+  QCheckBox box;
+  const QRect left_half(0, 0, 30, 28);
+  EXPECT_LT(Brightest(Drawn(box, *plain_), left_half), 60);
+  EXPECT_GT(Brightest(Drawn(box, style_), left_half), 100);
+}
+
+TEST_F(HouseStyleTest, ADisabledBoxIsPaler) {
+  QLineEdit box;
+  const int enabled = Edge(box, style_);
+  box.setEnabled(false);
+  EXPECT_LT(Edge(box, style_), enabled);
+  EXPECT_GT(Edge(box, style_), 40);
+}
+
+}  // namespace
+}  // namespace morvex::test
