@@ -110,8 +110,7 @@ struct CaptureState {
   std::vector<std::uint8_t> CaptureBuffer = {0};
 };
 
-class RunObserver;  // see core/program/run_observer.h
-class RunEngine;    // of the engine's room: what it keeps from file to file
+class RunEngine;  // of the engine's room: what it keeps from file to file
 
 struct Program {
   explicit Program(Host services) : host(services) {}

@@ -324,7 +324,7 @@ TEST_F(HostileTree, VeryManyFilesInOneFolder) {
 }
 
 TEST_F(HostileTree, AVeryLargeFileThatIsMostlyAHoleIsCopiedWithItsHole) {
-  Put({{"big.bin", "ab"}});
+  Put({{"big.bin", "ab"}, {"a.txt", "ab"}});
   constexpr off_t kSize = off_t{20} << 30;
   if (truncate(scene_.At("src/big.bin").c_str(), kSize) != 0) {
     GTEST_SKIP() << "the file system of the temporary folder has no files of 20 GiB";

@@ -30,7 +30,7 @@ class Signals : public SystemTest, public ::testing::WithParamInterface<int> {
 };
 
 TEST_P(Signals, InTheMiddleOfAFileLeaveAPartialCopyAndSaySo) {
-  const std::string bytes = Text(200'000'000);
+  const std::string bytes = Text(60'000'000);
   Put({{"a.txt", bytes}});
   scene_.Write("src/later/b.txt", "ab");
   const ProgramResult result = Run(SendAt(scene_.At("src/tijdel.enc"), 1'000'000));

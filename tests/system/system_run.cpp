@@ -90,14 +90,20 @@ Files SystemTest::Target() const { return FilesBelow(scene_.At("out")); }
 
 Files SystemTest::Source() const { return FilesBelow(scene_.At("src")); }
 
-Files SystemTest::Copied(const Files& files) {
+std::string Replaced(const std::string& text, const std::string& right) {
+  std::string replaced;
+  std::size_t from = 0;
+  for (std::size_t at = text.find("ab"); at != std::string::npos; at = text.find("ab", from)) {
+    replaced.append(text, from, at - from).append(right);
+    from = at + 2;
+  }
+  return replaced.append(text, from);
+}
+
+Files SystemTest::Copied(const Files& files, const std::string& right) {
   Files copies;
   for (const auto& [name, bytes] : files) {
-    std::string& copy = copies[name] = bytes;
-    if (!name.ends_with(".txt")) continue;
-    for (std::size_t at = copy.find("ab"); at != std::string::npos; at = copy.find("ab", at + 1)) {
-      copy.replace(at, 2, "X");
-    }
+    copies[name] = name.ends_with(".txt") ? Replaced(bytes, right) : bytes;
   }
   return copies;
 }

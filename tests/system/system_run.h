@@ -43,7 +43,7 @@ class SystemTest : public ::testing::Test {
   Files Source() const;
 
   // The files as a run copies them: .txt with every "ab" replaced, everything else as it is.
-  static Files Copied(const Files& files);
+  static Files Copied(const Files& files, const std::string& right = "X");
 
   // Every file of the target is one of `right`; nothing of a temporary file lies anywhere, unless
   // the run says that it was stopped. The source is `source`.
@@ -56,6 +56,9 @@ class SystemTest : public ::testing::Test {
 
   Scene scene_;
 };
+
+// The text with every "ab" replaced.
+std::string Replaced(const std::string& text, const std::string& right);
 
 // The files below a folder; its own path may be as long as it likes.
 Files FilesBelow(const std::string& folder);

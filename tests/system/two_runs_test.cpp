@@ -32,17 +32,7 @@ TEST_F(TwoRuns, OverOneSourceBothEndWithTheirOwnTree) {
   EXPECT_EQ(one.status, 0) << one.errors;
   EXPECT_EQ(other.status, 0) << other.errors;
   ExpectAllRight(source);
-  const Files right = Copied(source);
-  const Files found = FilesBelow(scene_.At("out2"));
-  EXPECT_EQ(found.size(), source.size());
-  for (const auto& [name, bytes] : found) {
-    std::string expected = source.at(name);
-    for (std::size_t at = expected.find("ab"); at != std::string::npos;
-         at = expected.find("ab", at + 1)) {
-      expected.replace(at, 2, "the other run's");
-    }
-    EXPECT_TRUE(bytes == expected) << name;
-  }
+  EXPECT_TRUE(FilesBelow(scene_.At("out2")) == Copied(source, "the other run's"));
 }
 
 TEST_F(TwoRuns, IntoOneTargetBothEndWell) {
@@ -60,7 +50,7 @@ TEST_F(TwoRuns, IntoOneTargetBothEndWell) {
 }
 
 TEST_F(TwoRuns, AStoppedOneIsNotWaitedForForEver) {
-  Put({{"a.txt", Text(100'000'000)}, {"sub/b.txt", "ab"}});
+  Put({{"a.txt", Text(50'000'000)}, {"sub/b.txt", "ab"}});
   scene_.MakeFolder("out2");
   scene_.Write("job2.dat",
                whole_run::UsualSettings(scene_.At("src"), scene_.At("out2"), scene_.At("list")));
@@ -83,7 +73,7 @@ TEST_F(TwoRuns, AStoppedOneIsNotWaitedForForEver) {
 
 class ChangingFiles : public SystemTest {
  protected:
-  static constexpr std::size_t kSize = 60'000'000;
+  static constexpr std::size_t kSize = 30'000'000;
 
   // Changes the long file once the run has it open.
   ProgramResult RunAndMeanwhile(const std::function<void()>& change) {
