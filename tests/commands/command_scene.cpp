@@ -1,6 +1,7 @@
 #include "tests/commands/command_scene.h"
 
 #include <filesystem>
+#include <regex>
 
 namespace morvex::commands {
 namespace {
@@ -25,6 +26,10 @@ ProgramResult CommandScene::Shell(const std::string& script) const {
   return whole_run::RunProgram("/bin/sh",
                                {"-c", "PATH=" + scene_.program_folder() + ":$PATH\n" + script},
                                scene_.work(), kLimitSeconds);
+}
+
+std::string WithoutTimes(const std::string& text) {
+  return std::regex_replace(text, std::regex("\\d+ min \\d+ sec"), "0 min 0 sec");
 }
 
 std::string SourceRoot() { return MORVEX_SOURCE_ROOT; }

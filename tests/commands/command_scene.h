@@ -28,6 +28,10 @@ class CommandScene {
   whole_run::Scene scene_;
 };
 
+// The text with every time a run took as "0 min 0 sec": a busy machine takes longer, and a second
+// may end meanwhile.
+std::string WithoutTimes(const std::string& text);
+
 // The project's folder.
 std::string SourceRoot();
 

@@ -50,7 +50,7 @@ TEST_P(GoldenTest, SaysWhatItsFileHolds) {
   const std::string script = ScriptOf(golden);
   ASSERT_FALSE(script.empty());
   const ProgramResult result = CommandScene().Shell(script);
-  const std::string said = script + Section("output", result.output) +
+  const std::string said = script + Section("output", WithoutTimes(result.output)) +
                            Section("errors", result.errors) + "--- status " +
                            std::to_string(result.status) + "\n";
   const char* const mode = std::getenv("MORVEX_GOLDEN");
