@@ -60,8 +60,13 @@ ErrorNumber DeleteUnclaimed(int folder, const char* name) {
   struct stat status {};
   if (fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return LastError(Missing::kFile);
   Descriptor file;
-  if (S_ISREG(status.st_mode)) file = OpenAt(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
-  // A file that cannot be opened is nobody's copy of a file that could be read.
+  if (S_ISREG(status.st_mode)) {
+    file = OpenAt(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    // A file that may not be opened is nobody's copy of a file that could be read. One that has
+    // gone meanwhile may by now have a successor, which is somebody's.
+    const bool forbidden = errno == EACCES || errno == EPERM;
+    if (!file.IsOpen() && !forbidden) return LastError(Missing::kFile);
+  }
   if (file.IsOpen()) {
     const bool held = TryAnyLock(file.Get()) == Lock::kHeldByAnother;
     if (held || !GoesByName(file.Get(), folder, name)) return ErrorNumber::kFileAlreadyOpen;

@@ -66,6 +66,8 @@ ProgramResult SystemTest::RunJob(const std::string& settings, const Start& start
     Redirect(STDERR_FILENO, errors, O_WRONLY | O_CREAT | O_TRUNC);
     if (chdir(scene_.work().c_str()) != 0) _exit(kNotStarted);
     setenv("LC_ALL", "C", 1);
+    // A shell without job control has its background jobs ignore it.
+    signal(SIGINT, SIG_DFL);
     if (start.prepare) start.prepare();
     execl(program.c_str(), program.c_str(), "-if", job.c_str(), nullptr);
     _exit(kNotStarted);

@@ -14,7 +14,17 @@
 namespace morvex::system_test {
 namespace {
 
-class TwoRuns : public SystemTest {};
+class TwoRuns : public SystemTest {
+ protected:
+  // A temporary file that is being written has been claimed: an empty one need not be yet.
+  void AwaitTemporaryFile() const {
+    const std::filesystem::path path = scene_.At("src/tijdel.enc");
+    std::error_code none;
+    while (!std::filesystem::exists(path, none) || std::filesystem::file_size(path, none) == 0) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  }
+};
 
 TEST_F(TwoRuns, OverOneSourceBothEndWithTheirOwnTree) {
   Files source;
@@ -56,9 +66,7 @@ TEST_F(TwoRuns, AStoppedOneIsNotWaitedForForEver) {
                whole_run::UsualSettings(scene_.At("src"), scene_.At("out2"), scene_.At("list")));
   ProgramResult other;
   const ProgramResult one = Run({{}, [&](pid_t process) {
-                                   while (!scene_.Exists("src/tijdel.enc")) {
-                                     std::this_thread::sleep_for(std::chrono::milliseconds(1));
-                                   }
+                                   AwaitTemporaryFile();
                                    kill(process, SIGSTOP);
                                    other = RunJob("job2.dat");
                                    kill(process, SIGCONT);

@@ -176,7 +176,7 @@ string Messages(const RunOutcome& outcome) {
 
 TEST(RunModel, FolderRunLeavesCopiesAndLog) {
   const RunOutcome outcome = PredictRun(SmallRun());
-  EXPECT_EQ(outcome.exit_status, 0);
+  EXPECT_EQ(outcome.exit_status, 3);
   EXPECT_EQ(outcome.messages, "");
   EXPECT_EQ(Messages(outcome),
             "()\n"

@@ -5,13 +5,15 @@
 #include <QWidget>
 
 #include "core/windows/control.h"
+#include "ui/qt/spoken_roles.h"
 
 namespace morvex {
 
 class BoundWindow : public QWidget {
  public:
   // `state` must outlive the widget.
-  explicit BoundWindow(Window& state) : state_(state) {}
+  // Roles come before the widgets: what a widget is to a screen reader is settled at first mention.
+  explicit BoundWindow(Window& state) : state_(state) { TellSpokenRoles(); }
 
   // Shows the state as it is now. No handler of the core is called for what that changes.
   virtual void Show() = 0;

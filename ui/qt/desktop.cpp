@@ -6,7 +6,6 @@
 
 #include "core/run/start_up.h"
 #include "ui/qt/help.h"
-#include "ui/qt/spoken_roles.h"
 
 namespace morvex {
 namespace {
@@ -23,7 +22,6 @@ Desktop::Desktop(Program& program)
       options_window_(program, page_),
       editor_window_(program, page_),
       windows_{&main_window_, &options_window_, &editor_window_} {
-  TellSpokenRoles();
   timer_.setSingleShot(true);
   timer_.setTimerType(Qt::PreciseTimer);
   connect(&timer_, &QTimer::timeout, this, &Desktop::Refresh);
