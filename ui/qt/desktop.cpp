@@ -19,8 +19,9 @@ constexpr int kRefreshInterval = 33;
 Desktop::Desktop(Program& program)
     : program_(program),
       page_(program.host.system.Codec()),
-      main_window_(program, page_),
-      options_window_(program, page_),
+      file_names_(CodePage::OfFileNames(program.host.system.Codec())),
+      main_window_(program, page_, file_names_),
+      options_window_(program, page_, file_names_),
       editor_window_(program, page_),
       windows_{&main_window_, &options_window_, &editor_window_} {
   TellSpokenRoles();
@@ -52,9 +53,9 @@ void Desktop::Refresh() {
     const std::uint64_t revision = windows_[i]->state().changes.revision();
     if (revision == shown_revisions_[i]) continue;
     shown_revisions_[i] = revision;
+    // Contents before their window: what appears is never empty for a moment.
     windows_[i]->Show();
-    // Windows before their contents: what appears is never empty for a moment.
-    Window& state = windows_[i]->state();
+    const Window& state = windows_[i]->state();
     windows_[i]->setVisible(state.loaded && state.visible);
   }
   if (was_loaded_ && HasEnded(program_)) emit Ended();
