@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QWindow>
 #include <algorithm>
 
 #include "core/run/start_up.h"
@@ -13,6 +14,15 @@ namespace {
 
 // Milliseconds: thirty times a second reads as steady, and each time costs the run a little.
 constexpr int kRefreshInterval = 33;
+
+void ShowOrHide(BoundWindow& window) {
+  const bool is_wanted = window.state().loaded && window.state().visible;
+  // One that comes back does so where it was, and not where a window manager puts new ones.
+  QWindow* const before = window.windowHandle();
+  const bool has_place = before != nullptr && !window.isMaximized();
+  if (is_wanted && window.isHidden() && has_place) before->setPosition(before->position());
+  window.setVisible(is_wanted);
+}
 
 }  // namespace
 
@@ -55,8 +65,7 @@ void Desktop::Refresh() {
     shown_revisions_[i] = revision;
     // Contents before their window: what appears is never empty for a moment.
     windows_[i]->Show();
-    const Window& state = windows_[i]->state();
-    windows_[i]->setVisible(state.loaded && state.visible);
+    ShowOrHide(*windows_[i]);
   }
   if (was_loaded_ && HasEnded(program_)) emit Ended();
 }
