@@ -3,6 +3,7 @@
 #include <chrono>
 #include <string_view>
 
+#include "core/list/editor_window.h"
 #include "core/program/paths.h"
 #include "core/run/main_window_events.h"
 #include "core/run/run_driver.h"
@@ -36,9 +37,17 @@ void UnloadAll(Program& program) {
   Unload(program.frmOpties);
 }
 
+// What the user opened during the wait would hide the run, or change what it goes by on its way.
+void PutAsideWhatIsOpen(Program& program) {
+  frmOpties_Close(program);
+  if (program.frmReplacements.visible) frmReplacements_Close(program);
+  if (program.frmMorvex.FolderTreeview1.visible) FolderTreeview1_Cancelled(program);
+}
+
 void RunUnattended(Program& program) {
   if (program.settings.AutoRunDelay > 0) {
     Wait(program, std::chrono::milliseconds(program.settings.AutoRunDelay));
+    PutAsideWhatIsOpen(program);
   }
   // Exit may have been given during the wait.
   if (program.Beeindigd) return;

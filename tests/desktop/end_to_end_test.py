@@ -81,6 +81,7 @@ class EndToEnd(unittest.TestCase):
 
     def type_list(self):
         program = self.program
+        place = program.move_window(240, 130)
         program.click(MAIN, "Replacement list")
         program.wait_for_window(EDITOR)
         self.assertEqual([window.name.strip() for window in program.windows()], [EDITOR])
@@ -96,6 +97,7 @@ class EndToEnd(unittest.TestCase):
         program.type(EDITOR, "by, row 2", "Person B")
         program.click(EDITOR, "OK")
         program.wait_for_window(MAIN)
+        program.wait_for("main window where the user had put it", lambda: program.window_place() == place)
 
     def cell(self, name):
         return self.program.find(EDITOR, name).text

@@ -154,6 +154,19 @@ class Program:
         except subprocess.CalledProcessError:
             return None
 
+    def window_place(self):
+        """Left and top of the window that has the keys."""
+        told = self.screen.run("xdotool", "getactivewindow", "getwindowgeometry", "--shell")
+        values = dict(line.split("=") for line in told.split())
+        return int(values["X"]), int(values["Y"])
+
+    def move_window(self, left, top):
+        """Moves the window that has the keys, and gives the place that it then has."""
+        before = self.window_place()
+        self.screen.run("xdotool", "getactivewindow", "windowmove", str(left), str(top))
+        self.wait_for("moved window", lambda: self.window_place() != before)
+        return self.window_place()
+
     def point_at(self, window, name):
         left, top, width, height = self.find(window, name).place
         scale = self.screen.dpi / 96

@@ -109,6 +109,10 @@ CodePage::CodePage(TextCodec codec) : is_utf8_(codec == TextCodec::kUtf8) {
   }
 }
 
+CodePage CodePage::OfFileNames(TextCodec codec) {
+  return CodePage(LocalePage() ? codec : TextCodec::kUtf8);
+}
+
 QString CodePage::Shown(std::string_view bytes) const {
   QString shown;
   shown.reserve(static_cast<qsizetype>(bytes.size()));

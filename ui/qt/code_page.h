@@ -23,6 +23,9 @@ class CodePage {
   // they are shown as the control characters of their numbers. Not while another thread asks the C
   // library for its locale.
   explicit CodePage(TextCodec codec);
+  // For names of files. Where the locale has no characters of its own beyond ASCII they are UTF-8,
+  // as the toolkit takes them to be, and everyone else who writes names.
+  static CodePage OfFileNames(TextCodec codec);
 
   QString Shown(std::string_view bytes) const;
   // Nothing when a character has no bytes.

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QWindow>
 #include <algorithm>
 
 #include "core/run/start_up.h"
@@ -13,13 +14,23 @@ namespace {
 // Milliseconds: thirty times a second reads as steady, and each time costs the run a little.
 constexpr int kRefreshInterval = 33;
 
+void ShowOrHide(BoundWindow& window) {
+  const bool is_wanted = window.state().loaded && window.state().visible;
+  // One that comes back does so where it was, and not where a window manager puts new ones.
+  QWindow* const before = window.windowHandle();
+  const bool has_place = before != nullptr && !window.isMaximized();
+  if (is_wanted && window.isHidden() && has_place) before->setPosition(before->position());
+  window.setVisible(is_wanted);
+}
+
 }  // namespace
 
 Desktop::Desktop(Program& program)
     : program_(program),
       page_(program.host.system.Codec()),
-      main_window_(program, page_),
-      options_window_(program, page_),
+      file_names_(CodePage::OfFileNames(program.host.system.Codec())),
+      main_window_(program, page_, file_names_),
+      options_window_(program, page_, file_names_),
       editor_window_(program, page_),
       windows_{&main_window_, &options_window_, &editor_window_} {
   timer_.setSingleShot(true);
@@ -50,10 +61,9 @@ void Desktop::Refresh() {
     const std::uint64_t revision = windows_[i]->state().changes.revision();
     if (revision == shown_revisions_[i]) continue;
     shown_revisions_[i] = revision;
+    // Contents before their window: what appears is never empty for a moment.
     windows_[i]->Show();
-    // Windows before their contents: what appears is never empty for a moment.
-    Window& state = windows_[i]->state();
-    windows_[i]->setVisible(state.loaded && state.visible);
+    ShowOrHide(*windows_[i]);
   }
   if (was_loaded_ && HasEnded(program_)) emit Ended();
 }

@@ -46,6 +46,7 @@ class Desktop : public QObject {
 
   Program& program_;
   CodePage page_;
+  CodePage file_names_;
   MainWindowWidget main_window_;
   OptionsWindowWidget options_window_;
   EditorWindowWidget editor_window_;

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QStyleOption>
+#include <array>
 
 #include "ui/qt/show_control.h"
 
@@ -18,7 +19,27 @@ constexpr int kLeastButton = 88;    // pixels wide
 
 constexpr qreal kCorner = 3;
 
+constexpr double kLeastPaleContrast = 3.5;  // of what is disabled
+
+struct TextOnGround {
+  QPalette::ColorRole text;
+  QPalette::ColorRole ground;
+};
+constexpr std::array<TextOnGround, 3> kTexts = {{{QPalette::WindowText, QPalette::Window},
+                                                 {QPalette::Text, QPalette::Base},
+                                                 {QPalette::ButtonText, QPalette::Button}}};
+
 }  // namespace
+
+void HouseStyle::polish(QPalette& palette) {
+  QProxyStyle::polish(palette);
+  for (const auto& [text, ground] : kTexts) {
+    const QColor pale =
+        Readable(palette.color(QPalette::Disabled, text), palette.color(QPalette::Active, text),
+                 palette.color(QPalette::Disabled, ground), kLeastPaleContrast);
+    palette.setColor(QPalette::Disabled, text, pale);
+  }
+}
 
 void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                QPainter* painter, const QWidget* widget) const {

@@ -17,6 +17,9 @@ class HouseStyle : public QProxyStyle {
   // Around the style of that name, such as "fusion".
   explicit HouseStyle(const QString& name) : QProxyStyle(name) {}
 
+  using QProxyStyle::polish;
+  // Makes what is disabled pale but readable; some desktops leave it nearly as dark as its ground.
+  void polish(QPalette& palette) override;
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
   QRect subElementRect(SubElement element, const QStyleOption* option,

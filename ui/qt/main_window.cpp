@@ -24,17 +24,17 @@ QLabel* MakeLabel(QWidget* parent, const Label& label) {
 
 }  // namespace
 
-MainWindowWidget::MainWindowWidget(Program& program, const CodePage& page)
+MainWindowWidget::MainWindowWidget(Program& program, const CodePage& page,
+                                   const CodePage& file_names)
     : BoundWindow(program.frmMorvex),
       program_(program),
       page_(page),
+      file_names_(file_names),
       window_(program.frmMorvex),
-      rows_{
-          PathRow{kSourceBox,
-                  new PathBox(program.host.files, page, PathBox::Takes::kFilesAndFolders, this),
-                  MakeLabel(this, window_.lblPassword_1)},
-          PathRow{kTargetBox, new PathBox(program.host.files, page, PathBox::Takes::kFolders, this),
-                  MakeLabel(this, window_.lblPassword_2)}},
+      rows_{PathRow{kSourceBox, new PathBox(program.host.files, file_names, this),
+                    MakeLabel(this, window_.lblPassword_1)},
+            PathRow{kTargetBox, new PathBox(program.host.files, file_names, this),
+                    MakeLabel(this, window_.lblPassword_2)}},
       tree_(new FolderTreeView(this)),
       anonymize_(new QPushButton(this)),
       go_(new QPushButton(this)),

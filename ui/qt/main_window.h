@@ -27,8 +27,8 @@ class MainWindowWidget : public BoundWindow {
   Q_OBJECT
 
  public:
-  // Both must outlive the widget.
-  MainWindowWidget(Program& program, const CodePage& page);
+  // `file_names` is for paths, `page` for every other text. All must outlive the widget.
+  MainWindowWidget(Program& program, const CodePage& page, const CodePage& file_names);
 
   // Every control is a child of that name; the path boxes are "Text1_0" and "Text1_2".
   void Show() override;
@@ -68,6 +68,7 @@ class MainWindowWidget : public BoundWindow {
 
   Program& program_;
   const CodePage& page_;
+  const CodePage& file_names_;
   MainWindow& window_;
 
   std::array<PathRow, 2> rows_;

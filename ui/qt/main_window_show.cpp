@@ -76,7 +76,7 @@ void MainWindowWidget::ShowTexts() {
 
   extensions_->ShowText(page_.Shown(window_.lblExtensions.caption.get()));
   extensions_->ShowHint(page_.Shown(window_.lblExtensions.tool_tip.get()));
-  files_->ShowText(page_.Shown(window_.lblFiles.caption.get()));
+  files_->ShowText(file_names_.Shown(window_.lblFiles.caption.get()));
   files_->ShowHint(page_.Shown(window_.lblFiles.tool_tip.get()));
 
   anonymize_->setText(WithMnemonic(page_.Shown(window_.cmdAnonymize.caption.get()), 'O'));
@@ -94,18 +94,18 @@ void MainWindowWidget::ShowColours() {
     if (qobject_cast<PathBox*>(widget) != nullptr) continue;
     ShowTextColour(*widget, *control, QPalette::WindowText);
   }
-  // Paths stay readable while a run is armed or works.
+  // Paths stay readable while a run is armed or works, and red while the user is asked about one.
   for (const PathRow& row : rows_) {
     QPalette own;
-    QColor locked = palette().color(QPalette::Active, QPalette::Text);
-    locked.setAlphaF(kLockedOpacity);
-    own.setColor(QPalette::Disabled, QPalette::Text, locked);
     const Colour colour = window_.Text1(row.index).colour;
-    if (colour != Colour::kBlack) {
-      const QColor shown = TextColour(colour, palette());
+    QColor shown = TextColour(colour, palette());
+    if (colour == Colour::kBlack) {
+      shown.setAlphaF(kLockedOpacity);
+    } else {
       own.setColor(QPalette::Active, QPalette::Text, shown);
       own.setColor(QPalette::Inactive, QPalette::Text, shown);
     }
+    own.setColor(QPalette::Disabled, QPalette::Text, shown);
     row.box->setPalette(own);
   }
 }

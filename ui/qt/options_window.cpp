@@ -95,11 +95,13 @@ void ShowTextBox(ByteLineEdit& widget, const CodePage& page, const TextBox& box)
 
 }  // namespace
 
-OptionsWindowWidget::OptionsWindowWidget(Program& program, const CodePage& page)
+OptionsWindowWidget::OptionsWindowWidget(Program& program, const CodePage& page,
+                                         const CodePage& file_names)
     : BoundWindow(program.frmOpties),
       program_(program),
       state_(program.frmOpties),
       page_(page),
+      file_names_(file_names),
       lblJoker_(new QLabel(this)),
       lblJokerWhere_(new QLabel(this)),
       txtJoker_(new ByteLineEdit(page, this)),
@@ -362,7 +364,7 @@ void OptionsWindowWidget::ShowTexts() {
 
 void OptionsWindowWidget::ShowLogging() {
   ShowPresence(*chkLoggen_, state_.chkLoggen);
-  ShowToolTip(*chkLoggen_, page_, state_.chkLoggen);
+  ShowToolTip(*chkLoggen_, file_names_, state_.chkLoggen);  // the log's path
   const QString caption = WithMnemonic(page_.Shown(state_.chkLoggen.caption.get()), 'l');
   if (chkLoggen_->text() != caption) chkLoggen_->setText(caption);
   const std::array<Qt::CheckState, 3> states = {Qt::Unchecked, Qt::Checked, Qt::PartiallyChecked};

@@ -22,8 +22,8 @@ class OptionsWindowWidget : public BoundWindow {
   Q_OBJECT
 
  public:
-  // Both must outlive the widget.
-  OptionsWindowWidget(Program& program, const CodePage& page);
+  // `file_names` is for paths, `page` for every other text. All must outlive the widget.
+  OptionsWindowWidget(Program& program, const CodePage& page, const CodePage& file_names);
 
   void Show() override;
 
@@ -56,6 +56,7 @@ class OptionsWindowWidget : public BoundWindow {
   Program& program_;
   OptionsWindow& state_;
   const CodePage& page_;
+  const CodePage& file_names_;
   QLabel* const lblJoker_;
   QLabel* const lblJokerWhere_;
   ByteLineEdit* const txtJoker_;

@@ -29,8 +29,8 @@ bool IsOneLine(const std::string& path) {
 
 }  // namespace
 
-PathBox::PathBox(FileService& files, const CodePage& page, Takes takes, QWidget* parent)
-    : ByteLineEdit(page, parent), files_(files), page_(page), takes_(takes) {
+PathBox::PathBox(FileService& files, const CodePage& page, QWidget* parent)
+    : ByteLineEdit(page, parent), files_(files), page_(page) {
   setAcceptDrops(true);
   browse_ = addAction(QIcon(), TrailingPosition);
   browse_->setText(tr("Choose a folder"));
@@ -66,9 +66,7 @@ std::string PathBox::PathOf(const QMimeData& dragged) const {
   if (addresses.size() != 1 || isReadOnly()) return "";
   std::string path = LocalPath(addresses.first(), files_.Separator(), page_);
   if (path.empty() || !IsOneLine(path)) return "";
-  if (files_.LookUpFolder(path)) return path;
-  if (takes_ == Takes::kFilesAndFolders && files_.LookUpFile(path)) return path;
-  return "";
+  return files_.LookUpFolder(path) || files_.LookUpFile(path) ? path : "";
 }
 
 void PathBox::dragEnterEvent(QDragEnterEvent* event) {

@@ -16,10 +16,8 @@ class PathBox : public ByteLineEdit {
   Q_OBJECT
 
  public:
-  enum class Takes { kFolders, kFilesAndFolders };
-
-  // `takes` says what can be dropped. `files` and `page` must outlive the widget.
-  PathBox(FileService& files, const CodePage& page, Takes takes, QWidget* parent);
+  // One file or folder can be dropped on it. `files` and `page` must outlive the widget.
+  PathBox(FileService& files, const CodePage& page, QWidget* parent);
 
  signals:
   // The folder tree is wanted.
@@ -41,7 +39,6 @@ class PathBox : public ByteLineEdit {
 
   FileService& files_;
   const CodePage& page_;
-  Takes takes_;
   QAction* browse_ = nullptr;
   bool takes_dragged_ = false;
 };

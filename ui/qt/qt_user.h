@@ -13,8 +13,8 @@ namespace morvex {
 
 class QtUser : public UserService {
  public:
-  // The code page is that of the texts in messages; paths go by the system's own file names.
-  explicit QtUser(TextCodec codec) : page_(codec) {}
+  // Messages are the program's own words, in ASCII, and paths.
+  explicit QtUser(TextCodec codec) : page_(CodePage::OfFileNames(codec)) {}
 
   // Asked while the program is ending, or without an answer when it ends: No, Cancel, or OK where
   // there is nothing else.

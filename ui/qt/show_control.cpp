@@ -35,17 +35,16 @@ QColor Blend(const QColor& one, const QColor& other, float part) {
                           mix(one.blueF(), other.blueF()));
 }
 
-// A colour made for grounds, moved towards the text's own until it can be read as text.
-QColor Readable(const QColor& colour, const QPalette& palette) {
+}  // namespace
+
+QColor Readable(const QColor& colour, const QColor& ink, const QColor& ground, double contrast) {
   for (int step = 0; step <= kBlendSteps; ++step) {
     const float part = static_cast<float>(step) / static_cast<float>(kBlendSteps);
-    const QColor blended = Blend(colour, palette.color(QPalette::WindowText), part);
-    if (Contrast(blended, palette.color(QPalette::Window)) >= kLeastContrast) return blended;
+    const QColor blended = Blend(colour, ink, part);
+    if (Contrast(blended, ground) >= contrast) return blended;
   }
-  return palette.color(QPalette::WindowText);
+  return ink;
 }
-
-}  // namespace
 
 void ShowPresence(QWidget& widget, const Control& control) {
   if (widget.isHidden() == control.visible) widget.setVisible(control.visible);
@@ -61,7 +60,9 @@ QColor TextColour(Colour colour, const QPalette& palette) {
       return QColor(palette.color(QPalette::Base).lightness() < kMiddleLightness ? kRedOnDark
                                                                                  : kRedOnLight);
     case Colour::kSystemHighlight:
-      return Readable(palette.color(QPalette::Highlight), palette);
+      // A colour made for grounds.
+      return Readable(palette.color(QPalette::Highlight), palette.color(QPalette::WindowText),
+                      palette.color(QPalette::Window), kLeastContrast);
   }
   return palette.color(QPalette::Text);
 }

@@ -21,6 +21,10 @@ void ShowPresence(QWidget& widget, const Control& control);
 // colour, and the others are shades that can be read there.
 QColor TextColour(Colour colour, const QPalette& palette);
 
+// `colour`, moved towards `ink` until it stands out from `ground` by that contrast: 1 is none, 21
+// that of black on white. `ink` where nothing nearer does.
+QColor Readable(const QColor& colour, const QColor& ink, const QColor& ground, double contrast);
+
 // The outline of boxes with text, on the ground that they have in that palette.
 QColor Outline(const QPalette& palette);
 

@@ -1,6 +1,8 @@
 // A start with a settings file on the command line: the whole run and the program's end.
 #include <gtest/gtest.h>
 
+#include "core/list/editor_window.h"
+#include "core/settings/options.h"
 #include "tests/core/run/run_program.h"
 
 namespace morvex::test {
@@ -50,6 +52,33 @@ TEST_F(UnattendedTest, ArmingWritesTheProgramsOwnSettingsFile) {
   Start("-if /job.dat");
   EXPECT_EQ(test_.files.Bytes("/program/Init.dat"), SettingsText("/s", "/t"));
   EXPECT_EQ(test_.files.Bytes("/job.dat"), SettingsText("/s", "/t"));
+}
+
+TEST_F(UnattendedTest, WhatWasOpenedDuringTheDelayIsPutAsideForTheRun) {
+  const auto opened = [this] {
+    return std::vector<bool>{program_.frmMorvex.visible, program_.frmOpties.visible,
+                             program_.frmReplacements.visible,
+                             program_.frmMorvex.FolderTreeview1.visible};
+  };
+  test_.user.on_wait = [&](milliseconds longest) {
+    Text1_DblClick(program_, kTargetBox);
+    imOpties_Click(program_);
+    imList_Click(program_);
+    EXPECT_EQ(opened(), (std::vector<bool>{false, true, true, true}));
+    test_.system.steady += longest;
+  };
+  std::vector<std::vector<bool>> during_run;
+  test_.user.on_events = [&] {
+    if (program_.run.working) during_run.push_back(opened());
+  };
+  test_.system.step = milliseconds(15);
+  Start("-if /job.dat -dy 100");
+  ASSERT_FALSE(during_run.empty());
+  for (const std::vector<bool>& seen : during_run) {
+    EXPECT_EQ(seen, (std::vector<bool>{true, false, false, false}));
+  }
+  EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "bcb") << "the list that was read stays in force";
+  ExpectEnded(0);
 }
 
 TEST_F(UnattendedTest, TheSummaryNamesTheSettingsFileOfTheCommandLine) {

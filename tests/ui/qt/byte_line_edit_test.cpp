@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/ui/qt/variable.h"
+
 namespace morvex::test {
 namespace {
 
@@ -31,16 +33,8 @@ class ByteLine : public testing::Test {
 
   // Windows-1252 for kSingleByte, whatever the user's locale is.
   static CodePage MakePage(TextCodec codec) {
-    const QByteArray before = qgetenv("LC_ALL");
-    const bool was_set = qEnvironmentVariableIsSet("LC_ALL");
-    qputenv("LC_ALL", "C");
-    CodePage page(codec);
-    if (was_set) {
-      qputenv("LC_ALL", before);
-    } else {
-      qunsetenv("LC_ALL");
-    }
-    return page;
+    const Variable locale("LC_ALL", "C");
+    return CodePage(codec);
   }
 
   void Type(const char* keys) { QTest::keyClicks(&line_, keys); }

@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <string>
 
+#include "tests/ui/qt/variable.h"
+
 namespace morvex::test {
 namespace {
 
@@ -23,29 +25,6 @@ std::string Bytes(std::initializer_list<int> codes) {
   for (const int code : codes) bytes += static_cast<char>(code);
   return bytes;
 }
-
-// An environment variable that has another value for a while.
-class Variable {
- public:
-  Variable(const char* name, const QByteArray& value) : name_(name), before_(qgetenv(name)) {
-    was_set_ = qEnvironmentVariableIsSet(name);
-    qputenv(name, value);
-  }
-  ~Variable() {
-    if (was_set_) {
-      qputenv(name_, before_);
-    } else {
-      qunsetenv(name_);
-    }
-  }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-
- private:
-  const char* name_;
-  QByteArray before_;
-  bool was_set_ = false;
-};
 
 // The single-byte code page of a user whose locale has none of its own.
 CodePage WesternPage() {
@@ -216,6 +195,18 @@ TEST(SingleBytePage, AnUnknownLocaleAndOneOfSeveralBytesMeanWindows1252) {
   }
 }
 
+TEST(FileNamePage, WithoutCharactersOfTheLocalesOwnNamesAreUtf8WhateverTheTextsAre) {
+  for (const char* name : {"C", "xx_XX.NOSUCH", "C.UTF-8"}) {
+    const Variable locale("LC_ALL", name);
+    for (const TextCodec codec : {TextCodec::kSingleByte, TextCodec::kUtf8}) {
+      const CodePage page = CodePage::OfFileNames(codec);
+      EXPECT_EQ(page.Shown("/caf\xC3\xA9"), QString::fromUtf8("/café")) << name;
+      EXPECT_EQ(page.Bytes(QString::fromUtf8("/日本")), "/日本") << name;
+      ExpectLossless(page, "/caf\xE9");
+    }
+  }
+}
+
 // A locale that is made for the test, in a folder that goes with it.
 class MadeLocale : public testing::Test {
  protected:
@@ -248,6 +239,8 @@ TEST_F(MadeLocale, ASingleByteLocaleBringsItsOwnCodePage) {
   EXPECT_EQ(page.Shown("\xF0\xD2\xC9\xD7\xC5\xD4"), QString::fromUtf8("Привет"));
   EXPECT_EQ(page.Bytes(QString::fromUtf8("мир")), "\xCD\xC9\xD2");
   EXPECT_FALSE(page.Bytes(QString::fromUtf8("é")).has_value());
+  EXPECT_EQ(CodePage::OfFileNames(TextCodec::kSingleByte).Shown("\xCD\xC9\xD2"),
+            QString::fromUtf8("мир"));
   for (int byte = 0; byte < 256; ++byte) ExpectLossless(page, Bytes({byte}));
 }
 

@@ -10,7 +10,9 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QStyleFactory>
+#include <array>
 #include <memory>
+#include <utility>
 
 namespace morvex::test {
 namespace {
@@ -115,6 +117,36 @@ TEST_F(HouseStyleTest, ADisabledBoxIsPaler) {
   box.setEnabled(false);
   EXPECT_LT(Edge(box, style_), enabled);
   EXPECT_GT(Edge(box, style_), 40);
+}
+
+// What some desktops have: disabled texts nearly as dark as the ground.
+TEST_F(HouseStyleTest, WhatIsDisabledIsPalerThanWhatIsEnabledButCanBeRead) {
+  constexpr int kLeastApart = 75;  // of 255 steps of grey
+  const std::array<std::pair<QPalette::ColorRole, QPalette::ColorRole>, 3> pairs = {
+      {{QPalette::WindowText, QPalette::Window},
+       {QPalette::Text, QPalette::Base},
+       {QPalette::ButtonText, QPalette::Button}}};
+  QPalette dark;
+  for (const auto& [text, ground] : pairs) {
+    dark.setColor(ground, QColor(35, 38, 41));
+    dark.setColor(text, Qt::white);
+    dark.setColor(QPalette::Disabled, text, QColor(70, 74, 78));
+  }
+  style_.polish(dark);
+  for (const auto& [text, ground] : pairs) {
+    const int shown = qGray(dark.color(QPalette::Disabled, text).rgb());
+    EXPECT_GE(shown - qGray(dark.color(QPalette::Disabled, ground).rgb()), kLeastApart) << text;
+    EXPECT_LT(shown, 200) << text;
+    EXPECT_EQ(dark.color(QPalette::Active, text), Qt::white) << text;
+  }
+}
+
+TEST_F(HouseStyleTest, ADisabledTextThatCanBeReadKeepsItsColour) {
+  QPalette light(QColor(239, 240, 241));
+  light.setColor(QPalette::Disabled, QPalette::ButtonText, QColor(110, 110, 110));
+  light.setColor(QPalette::Disabled, QPalette::Button, Qt::white);
+  style_.polish(light);
+  EXPECT_EQ(light.color(QPalette::Disabled, QPalette::ButtonText), QColor(110, 110, 110));
 }
 
 }  // namespace

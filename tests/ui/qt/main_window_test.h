@@ -45,9 +45,10 @@ class MainWindowTest : public DesktopTest {
   static QString Caption(const QPushButton& button) { return button.text().remove('&'); }
   QString Text(const char* label) { return Get<QLabel>(label).text().remove('&'); }
 
-  // The text's colour is the red of a path that is wrong.
+  // The text is drawn in the red of a path that is wrong.
   static bool IsRed(const QWidget& box) {
-    const QColor colour = box.palette().color(QPalette::Active, QPalette::Text);
+    const QPalette::ColorGroup group = box.isEnabled() ? QPalette::Active : QPalette::Disabled;
+    const QColor colour = box.palette().color(group, QPalette::Text);
     return colour.red() > 2 * colour.green() && colour.red() > 2 * colour.blue();
   }
 

@@ -6,6 +6,7 @@
 #include <QUrl>
 
 #include "tests/ui/qt/main_window_test.h"
+#include "tests/ui/qt/variable.h"
 
 namespace morvex::test {
 namespace {
@@ -56,12 +57,12 @@ TEST_F(PathBoxTest, TheSourceTakesAFileAndAFolder) {
   EXPECT_EQ(Caption(go()), ">------------>>>>");
 }
 
-TEST_F(PathBoxTest, TheTargetTakesFoldersOnly) {
+TEST_F(PathBoxTest, SoDoesTheTargetWhichIsAFileWhereTheSourceIsOne) {
   Start();
   EXPECT_TRUE(Drop(target(), {QUrl("file:///t")}));
   EXPECT_EQ(TargetText(), "/t");
-  EXPECT_FALSE(Drop(target(), {QUrl("file:///s/one.txt")}));
-  EXPECT_EQ(TargetText(), "/t");
+  EXPECT_TRUE(Drop(target(), {QUrl("file:///s/one.txt")}));
+  EXPECT_EQ(TargetText(), "/s/one.txt");
 }
 
 TEST_F(PathBoxTest, WhatIsNoSingleFileOrFolderIsRefused) {
@@ -88,12 +89,19 @@ TEST_F(PathBoxTest, TheBytesOfADroppedNameStayAsTheyAre) {
   EXPECT_EQ(SourceText(), "/s/caf\xE9.txt");
 }
 
-TEST_F(PathBoxTest, TypedBytesGoByTheCodePage) {
-  Start();
+TEST_F(PathBoxTest, PathsAreNamesOfFilesWhateverTheTextsCodePage) {
+  const Variable locale("LC_ALL", "C");  // texts go by Windows-1252
+  system_.codec = TextCodec::kSingleByte;
+  StartWith("/zo\xC3\xAB", "/t");
+  EXPECT_EQ(source().text(), QString::fromUtf8("/zoë"));
+  source().clear();
   QTest::keyClicks(&source(), "/s/caf");
   QTest::sendKeyEvent(QTest::Click, &source(), Qt::Key_Eacute, QString(QChar(0xE9)),
                       Qt::NoModifier);
-  EXPECT_EQ(SourceText(), "/s/caf\xE9");
+  EXPECT_EQ(SourceText(), "/s/caf\xC3\xA9");
+  program_.frmMorvex.lblFiles.caption = "/s/caf\xC3\xA9";
+  Settle();
+  EXPECT_EQ(Get<ElidedLabel>("lblFiles").text(), QString::fromUtf8("/s/café"));
 }
 
 }  // namespace
