@@ -28,18 +28,21 @@ std::optional<EntryKind> KindOfMode(mode_t mode) {
   return std::nullopt;
 }
 
-// A link that cannot be followed leads nowhere. Only when the disk or the memory failed is it
-// unknown whether a file is being lost.
-bool LeadsNowhere(int code) { return code != EIO && code != ENOMEM; }
+// Codes that say for certain that nothing is at a link's end.
+bool LeadsNowhere(int code) {
+  return code == ENOENT || code == ENOTDIR || code == ELOOP || code == ENAMETOOLONG;
+}
 
-Result<Examined> ExamineLink(int folder, const char* name) {
+Examined ExamineLink(int folder, const char* name) {
   Examined examined;
   examined.is_link = true;
   struct stat status {};
   if (fstatat(folder, name, &status, 0) == 0) {
     examined.kind = KindOfMode(status.st_mode);
   } else if (!LeadsNowhere(errno)) {
-    return LastError(Missing::kPath);
+    // What is there cannot be told, and nothing may be lost unsaid: whoever takes it for a file is
+    // told why it cannot be had.
+    examined.kind = EntryKind::kFile;
   }
   return examined;
 }

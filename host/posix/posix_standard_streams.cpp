@@ -66,4 +66,13 @@ std::unique_ptr<InputFile> StandardInput() { return std::make_unique<PipeInput>(
 
 std::unique_ptr<OutputFile> StandardOutput() { return std::make_unique<PipeOutput>(STDOUT_FILENO); }
 
+void OccupyMissingStandardStreams() {
+  // A path that is merely held takes no byte and gives none; started programs do not get it.
+  for (;;) {
+    posix::Descriptor held(open("/", O_PATH | O_CLOEXEC));
+    if (held.Get() > STDERR_FILENO || !held.IsOpen()) return;
+    held.Release();
+  }
+}
+
 }  // namespace morvex

@@ -20,6 +20,7 @@
 #include "host/posix/posix_browser.h"
 #include "host/posix/posix_errors.h"
 #include "host/posix/posix_paths.h"
+#include "host/posix/posix_standard_streams.h"
 #include "host/posix/posix_time.h"
 
 extern char** environ;
@@ -115,6 +116,7 @@ std::string ProgramPathFromName(const std::string& name) {
 
 PosixSystemService::PosixSystemService(int argc, char** argv)
     : command_line_(Joined(argc, argv)), locale_(UserLocale()) {
+  OccupyMissingStandardStreams();
   PathParts parts = posix::SplitPath(OwnPath(argc > 0 ? argv[0] : ""));
   program_folder_ = std::move(parts.folder);
   executable_name_ = WithoutExtension(std::move(parts.name));

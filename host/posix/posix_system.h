@@ -12,7 +12,8 @@ namespace morvex {
 // Reads the locale from the environment (LC_ALL, LC_CTYPE, LC_TIME, LANG) when it is made, without
 // touching the one that the C and C++ libraries use; a locale that is not installed counts as "C".
 // From then on the process ignores SIGXFSZ, so that writing past the greatest file size allowed to
-// it fails with an error instead of ending it.
+// it fails with an error instead of ending it, and standard streams that it was started without
+// are no numbers that its files can get.
 class PosixSystemService : public SystemService {
  public:
   // The arguments are those of main.

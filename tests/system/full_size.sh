@@ -59,9 +59,12 @@ touch -d '2020-01-01' "$work/src/big.bin"
 run '20 GiB, unchanged'
 [[ $(stat -c %s "$work/out/big.bin") == "$size" ]] || fail 'the copy has another size'
 (($(stat -c %b "$work/out/big.bin") < 1000)) || fail 'the copy has no hole'
+cmp "$work/src/big.bin" "$work/out/big.bin" || fail 'the copy has other bytes'
 
 mv "$work/src/big.bin" "$work/src/big.txt"
 run '20 GiB, processed'
-[[ $(stat -c %s "$work/out/big.txt") == "$((size - 1))" ]] || fail 'the copy has another size'
-[[ $(head -c 1 "$work/out/big.txt") == X ]] || fail 'the copy is not processed'
+{
+  printf X
+  head -c "$((size - 2))" /dev/zero
+} | cmp - "$work/out/big.txt" || fail 'the copy has other bytes'
 echo 'All is right.'

@@ -67,9 +67,15 @@ TEST_F(HostileTree, LinksInTheTargetThatPointAtTheSourceAreNotWrittenThrough) {
   Link("../src/a.txt", "out/a.txt");
   Link("../src/b.bin", "out/b.bin");
   Link("../src/sub", "out/sub");
-  Run();
-  EXPECT_TRUE(Source() == source);
-  for (const auto& [name, bytes] : Target()) EXPECT_EQ(bytes, Copied(source).at(name)) << name;
+  Link("../src/a.txt", "out/d.bin");
+  Put({{"d.bin", "ab4"}});
+  const ProgramResult result = Run();
+  EXPECT_EQ(Source(),
+            (Files{{"a.txt", "ab1"}, {"b.bin", "ab2"}, {"d.bin", "ab4"}, {"sub/c.txt", "ab3"}}));
+  EXPECT_EQ(Target(), (Files{{"d.bin", "ab4"}})) << "a link that leads elsewhere gives way";
+  EXPECT_EQ(result.status, 3);
+  ExpectTold(result, "3 files or folders could not be copied");
+  ExpectTold(result, "Error 75: Path/File access error");
 }
 
 TEST_F(HostileTree, HardLinksBetweenSourceAndTargetLeaveTheSourceAlone) {
@@ -78,12 +84,12 @@ TEST_F(HostileTree, HardLinksBetweenSourceAndTargetLeaveTheSourceAlone) {
   fs::create_hard_link(scene_.At("src/a.txt"), scene_.At("out/a.txt"));
   fs::create_hard_link(scene_.At("src/b.bin"), scene_.At("out/b.bin"));
   fs::create_hard_link(scene_.At("src/a.txt"), scene_.At("out/same.txt"));
-  Run();
+  const ProgramResult result = Run();
   EXPECT_TRUE(Source() == source);
-  for (const auto& [name, bytes] : Target()) {
-    const bool its_own = bytes == source.at(name) && name != "same.txt";
-    EXPECT_TRUE(its_own || bytes == Copied(source).at(name)) << name;
-  }
+  EXPECT_EQ(Target(), (Files{{"a.txt", "ab1"}, {"b.bin", "ab2"}, {"same.txt", "X1"}}));
+  EXPECT_EQ(result.status, 3);
+  ExpectTold(result, "2 files or folders could not be copied");
+  ExpectTold(result, "Error 75: Path/File access error");
 }
 
 TEST_F(HostileTree, ASourceThatIsTheTargetChangesNothing) {
@@ -92,6 +98,8 @@ TEST_F(HostileTree, ASourceThatIsTheTargetChangesNothing) {
   Job("src", "src");
   const ProgramResult result = Run();
   EXPECT_TRUE(Source() == source);
+  EXPECT_EQ(result.status, 3);
+  ExpectTold(result, "3 files or folders could not be copied");
   ExpectTold(result, "Error 75: Path/File access error");
 }
 
@@ -100,8 +108,10 @@ TEST_F(HostileTree, ATargetThatIsALinkToTheSourceChangesNothing) {
   Put(source);
   Link("src", "alias");
   Job("src", "alias");
-  Run();
+  const ProgramResult result = Run();
   EXPECT_TRUE(Source() == source);
+  EXPECT_EQ(result.status, 3);
+  ExpectTold(result, "Error 75: Path/File access error");
 }
 
 TEST_F(HostileTree, ATargetInsideTheSourceIsNotWalkedInto) {
@@ -120,7 +130,8 @@ TEST_F(HostileTree, ASourceInsideTheTargetStaysAsItIs) {
   Run();
   EXPECT_EQ(scene_.Read("all/src/a.txt"), "ab1");
   EXPECT_EQ(scene_.Read("all/src/src/b.txt"), "ab2");
-  EXPECT_EQ(scene_.Read("all/a.txt"), "X1");
+  EXPECT_EQ(FilesBelow(scene_.At("all")),
+            (Files{{"a.txt", "X1"}, {"src/a.txt", "ab1"}, {"src/src/b.txt", "ab2"}}));
 }
 
 TEST_F(HostileTree, PipesAndSocketsAreNoFiles) {
@@ -154,6 +165,8 @@ TEST_F(HostileTree, APipeWhereACopyBelongsStaysAndIsNamed) {
   ASSERT_EQ(mkfifo(scene_.At("out/a.txt").c_str(), 0600), 0);
   const ProgramResult result = Run();
   EXPECT_EQ(Target(), (Files{{"b.txt", "X2"}}));
+  EXPECT_TRUE(fs::is_fifo(scene_.At("out/a.txt")));
+  EXPECT_EQ(result.status, 3);
   ExpectTold(result, "out/a.txt: Error 75: Path/File access error");
 }
 
@@ -171,6 +184,7 @@ TEST_F(HostileTree, AFolderOfTheTemporaryNameIsWalkedAndFailsTheFilesBesideIt) {
   const ProgramResult result = Run();
   EXPECT_TRUE(Source() == source);
   EXPECT_EQ(Target(), (Files{{"tijdel.enc/in.txt", "X1"}, {"b.bin", "ab3"}}));
+  EXPECT_EQ(result.status, 3);
   ExpectTold(result, "src/tijdel.enc: Error 75: Path/File access error");
 }
 
@@ -304,6 +318,17 @@ TEST_P(DeepTree, IsCopiedToItsEnd) {
   EXPECT_EQ(Depth(scene_.At("out"), folder, levels).Read("end.txt"), "X");
   EXPECT_EQ(Depth(scene_.At("out"), folder, levels).Read("end.bin"), "ab");
   EXPECT_EQ(Depth(scene_.At("src"), folder, levels).Read("end.txt"), "ab");
+}
+
+TEST_P(DeepTree, IsCheckedToItsEnd) {
+  const auto& [name, folder, levels] = GetParam();
+  Depth(scene_.At("src"), folder, levels).Make("ab");
+  const ProgramResult result =
+      scene_.Run({"check", scene_.At("src"), "--list", scene_.At("list"), "--quiet"});
+  EXPECT_EQ(result.status, 3) << result.errors.substr(0, 1000);
+  for (const char* file : {"/end.txt:1: byte 0: ", "/end.bin:1: byte 0: "}) {
+    EXPECT_NE(result.output.find(folder + file), std::string::npos) << file;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, DeepTree,

@@ -47,6 +47,7 @@ class Permissions : public SystemTest {
 
 TEST_F(Permissions, AFileThatMayNotBeReadIsNamedAndTheRestIsCopied) {
   const ProgramResult result = RunWith({{"src/a.txt", 0}});
+  EXPECT_EQ(result.status, 3);
   ExpectNothingWrong(source_);
   ExpectMissing("a.txt");
   EXPECT_EQ(Target().size(), 3u);
@@ -56,6 +57,7 @@ TEST_F(Permissions, AFileThatMayNotBeReadIsNamedAndTheRestIsCopied) {
 
 TEST_F(Permissions, AFileThatIsCopiedUnchangedAndMayNotBeReadIsNamedToo) {
   const ProgramResult result = RunWith({{"src/b.bin", 0}});
+  EXPECT_EQ(result.status, 3);
   ExpectNothingWrong(source_);
   ExpectMissing("b.bin");
   ExpectTold(result, "src/b.bin: Error 70: Permission denied");
@@ -63,13 +65,34 @@ TEST_F(Permissions, AFileThatIsCopiedUnchangedAndMayNotBeReadIsNamedToo) {
 
 TEST_F(Permissions, AFolderThatMayNotBeListedIsNamedAndTheRestIsCopied) {
   const ProgramResult result = RunWith({{"src/sub", 0}});
+  EXPECT_EQ(result.status, 3);
   ExpectNothingWrong(source_);
   EXPECT_EQ(Target().size(), 2u);
   ExpectTold(result, "src/sub: Error 70: Permission denied");
 }
 
+TEST_F(Permissions, ASourceFolderThatMayNotBeListedIsNamed) {
+  const ProgramResult result = RunWith({{"src", 0}});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(Target().size(), 0u);
+  ExpectTold(result, "src: Error 70: Permission denied");
+}
+
+TEST_F(Permissions, ALinkIntoAFolderThatMayNotBeSearchedIsNamed) {
+  scene_.Write("closed/e.txt", "ab5");
+  scene_.Write("closed/in/f.txt", "ab6");
+  std::filesystem::create_symlink("../closed/e.txt", scene_.At("src/link.txt"));
+  std::filesystem::create_symlink("../closed/in", scene_.At("src/folder"));
+  const ProgramResult result = RunWith({{"closed", 0}});
+  EXPECT_EQ(result.status, 3);
+  ExpectAllRight(source_);
+  ExpectTold(result, "2 files or folders could not be copied");
+  ExpectTold(result, "Error 70: Permission denied");
+}
+
 TEST_F(Permissions, ASourceFolderThatTakesNoTemporaryFileFailsItsFilesAndChangesNothing) {
   const ProgramResult result = RunWith({{"src", 0555}});
+  EXPECT_EQ(result.status, 3);
   ExpectNothingWrong(source_);
   ExpectMissing("a.txt");
   EXPECT_EQ(Target().size(), 3u);
@@ -78,14 +101,16 @@ TEST_F(Permissions, ASourceFolderThatTakesNoTemporaryFileFailsItsFilesAndChanges
 
 TEST_F(Permissions, ATargetThatMayNotBeWrittenTakesNothing) {
   const ProgramResult result = RunWith({{"out", 0555}});
+  EXPECT_EQ(result.status, 3);
   ExpectNothingWrong(source_);
   EXPECT_EQ(Target().size(), 0u);
-  ExpectTold(result, "Error 70: Permission denied");
+  ExpectTold(result, "4 files or folders could not be copied");
 }
 
 TEST_F(Permissions, ATargetFolderBelowThatMayNotBeWrittenFailsItsFiles) {
   scene_.MakeFolder("out/sub");
   const ProgramResult result = RunWith({{"out/sub", 0555}});
+  EXPECT_EQ(result.status, 3);
   ExpectNothingWrong(source_);
   EXPECT_EQ(Target().size(), 2u);
   ExpectTold(result, "2 files or folders could not be copied");
@@ -176,6 +201,32 @@ TEST_F(ReadErrors, InTheSettingsFileStartNoRun) {
   const ProgramResult result = Run();
   EXPECT_EQ(result.status, 1);
   EXPECT_NE(result.errors.find("Error 57: Device I/O error"), std::string::npos) << result.errors;
+}
+
+// Without its streams the program would hand their numbers to the next files that it opens.
+TEST(Output, ThatHasNowhereToGoReachesNoFileOfTheRun) {
+  const std::string bytes = Text(60'000'000);
+  for (const char* closed : {"<&-", ">&-", "2>&-", "<&- >&- 2>&-"}) {
+    SCOPED_TRACE(closed);
+    const Scene scene;
+    scene.Write("src/a.txt", bytes);
+    scene.MakeFolder("out");
+    scene.Write("list", "ab|X||\r\n");
+    scene.Write("job.dat",
+                whole_run::UsualSettings(scene.At("src"), scene.At("out"), scene.At("list")));
+    // Stopped in the middle of the file, the program says so while it still holds that file.
+    const std::string script = "\"$0\" -if job.dat " + std::string(closed) +
+                               " & until [ -s src/tijdel.enc ] || ! kill -0 $!; do :; done\n"
+                               "kill -TERM $!; wait $!";
+    const ProgramResult result = whole_run::RunProgram(
+        "/bin/bash", {"-c", script, scene.program_folder() + "/morvex-cli"}, scene.work(), 60);
+    EXPECT_EQ(result.status, 1);
+    const std::string partial = scene.Read("src/tijdel.enc");
+    EXPECT_GT(partial.size(), 0u);
+    EXPECT_TRUE(Replaced(bytes, "X").starts_with(partial)) << partial.substr(0, 200);
+    EXPECT_TRUE(scene.Read("out/a.txt") == partial);
+    EXPECT_TRUE(scene.Read("src/a.txt") == bytes);
+  }
 }
 
 TEST(Output, ThatCannotBeWrittenIsNoSuccess) {

@@ -73,6 +73,7 @@ TEST_F(TwoRuns, AStoppedOneIsNotWaitedForForEver) {
                                  }});
   EXPECT_EQ(one.status, 0) << one.errors;
   EXPECT_EQ(Target().size(), 2u);
+  EXPECT_EQ(other.status, 3);
   EXPECT_NE(other.errors.find("src/tijdel.enc: Error 55: File already open"), std::string::npos)
       << other.errors;
   EXPECT_FALSE(scene_.Exists("out2/a.txt"));
@@ -98,6 +99,7 @@ class ChangingFiles : public SystemTest {
   void ExpectPassedOver(const ProgramResult& result) {
     EXPECT_FALSE(scene_.Exists("out/long.txt"));
     EXPECT_FALSE(scene_.Exists("src/tijdel.enc"));
+    EXPECT_EQ(result.status, 3);
     EXPECT_NE(result.errors.find("1 file was passed over and not copied"), std::string::npos)
         << result.errors;
   }

@@ -125,34 +125,23 @@ class Walk {
  public:
   Walk(FileService& files, EntryQueue& queue) : files_(files), queue_(queue) {}
 
-  // `folder` is as it was looked up at `path`.
+  // `folder` is as it was looked up at `path`. Trees can be deeper than the process's stack.
   void Folder(const std::string& path, const std::string& name, const Result<FolderInfo>& folder) {
-    CheckedEntry entry;
-    entry.path = path;
-    entry.name = name;
-    entry.is_folder = true;
-    entry.error = folder.error;
-    const bool loops =
-        folder && std::find(way_.begin(), way_.end(), folder.value.identity) != way_.end();
-    Result<std::vector<FolderEntry>> listing;
-    if (folder && !loops) {
-      listing = files_.ListFolder(path);
-      entry.error = listing.error;
-    }
-    queue_.Add(std::move(entry));
-    if (!folder || loops || !listing) return;
-    way_.push_back(folder.value.identity);
-    const std::string below = path.ends_with(files_.Separator()) ? path : path + files_.Separator();
-    std::sort(listing.value.begin(), listing.value.end(),
-              [](const FolderEntry& a, const FolderEntry& b) { return a.name < b.name; });
-    for (const FolderEntry& each : listing.value) {
-      if (each.kind == EntryKind::kFolder) {
-        Folder(below + each.name, each.name, files_.LookUpFolder(below + each.name));
+    Enter(path, name, folder);
+    while (!levels_.empty()) {
+      Level& level = levels_.back();
+      if (level.next == level.listing.size()) {
+        levels_.pop_back();
+        continue;
+      }
+      const FolderEntry entry = std::move(level.listing[level.next++]);
+      const std::string below = level.path + entry.name;
+      if (entry.kind == EntryKind::kFolder) {
+        Enter(below, entry.name, files_.LookUpFolder(below));
       } else {
-        File(below + each.name, each.name);
+        File(below, entry.name);
       }
     }
-    way_.pop_back();
   }
 
   void File(const std::string& path, const std::string& name) {
@@ -163,9 +152,42 @@ class Walk {
   }
 
  private:
+  struct Level {
+    FileIdentity identity;
+    std::string path;  // with a separator at its end
+    std::vector<FolderEntry> listing;
+    std::size_t next = 0;
+  };
+
+  bool IsOnTheWay(const FileIdentity& identity) const {
+    return std::any_of(levels_.begin(), levels_.end(),
+                       [&](const Level& level) { return level.identity == identity; });
+  }
+
+  void Enter(const std::string& path, const std::string& name, const Result<FolderInfo>& folder) {
+    CheckedEntry entry;
+    entry.path = path;
+    entry.name = name;
+    entry.is_folder = true;
+    entry.error = folder.error;
+    const bool loops = folder && IsOnTheWay(folder.value.identity);
+    Result<std::vector<FolderEntry>> listing;
+    if (folder && !loops) {
+      listing = files_.ListFolder(path);
+      entry.error = listing.error;
+    }
+    queue_.Add(std::move(entry));
+    if (!folder || loops || !listing) return;
+    std::sort(listing.value.begin(), listing.value.end(),
+              [](const FolderEntry& a, const FolderEntry& b) { return a.name < b.name; });
+    const bool is_root = path.ends_with(files_.Separator());
+    levels_.push_back({folder.value.identity, is_root ? path : path + files_.Separator(),
+                       std::move(listing.value)});
+  }
+
   FileService& files_;
   EntryQueue& queue_;
-  std::vector<FileIdentity> way_;  // the folders that lead to the present one
+  std::vector<Level> levels_;  // the folders that lead to the present one
 };
 
 }  // namespace

@@ -113,7 +113,21 @@ TEST_F(PosixListingTest, AFolderThatMayOnlyBeReadIsListed) {
   fs::create_symlink("file", folder_ / "half/link");
   const OrdinaryUser user(folder_.Path());
   ASSERT_EQ(chmod((folder_ / "half").c_str(), 0444), 0);
-  EXPECT_EQ(ListedIn(folder_ / "half"), (Listed{{"file", {EntryKind::kFile, false}}}));
+  EXPECT_EQ(ListedIn(folder_ / "half"),
+            (Listed{{"file", {EntryKind::kFile, false}}, {"link", {EntryKind::kFile, true}}}));
+}
+
+TEST_F(PosixListingTest, ALinkIntoAForbiddenFolderIsListedAsAFileSoThatItIsMissed) {
+  fs::create_directories(folder_ / "closed/folder");
+  Put(folder_ / "closed/file", "");
+  fs::create_directory(folder_ / "open");
+  fs::create_symlink("../closed/file", folder_ / "open/file link");
+  fs::create_symlink("../closed/folder", folder_ / "open/folder link");
+  const OrdinaryUser user(folder_.Path());
+  ASSERT_EQ(chmod((folder_ / "closed").c_str(), 0), 0);
+  EXPECT_EQ(ListedIn(folder_ / "open"), (Listed{{"file link", {EntryKind::kFile, true}},
+                                                {"folder link", {EntryKind::kFile, true}}}));
+  EXPECT_EQ(files_.LookUpFile(folder_ / "open/folder link").error, ErrorNumber::kPermissionDenied);
 }
 
 TEST_F(PosixListingTest, RunningOutOfDescriptorsIsAnError) {

@@ -1,7 +1,9 @@
 // Standard input and output as files, at the two ends of a pipe.
 #include "host/posix/posix_standard_streams.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -90,6 +92,31 @@ TEST_F(StandardStreamsTest, APlaceThatIsNotNextIsRefused) {
   EXPECT_EQ(read_next, ErrorNumber::kNone);
   EXPECT_EQ(byte, 'a');
   EXPECT_EQ(read_back, ErrorNumber::kInvalidCall);
+}
+
+// Tried in a process of its own, which ends with 0 when all is as it should be.
+TEST(MissingStandardStreams, AreNoNumbersThatAFileGets) {
+  const pid_t process = fork();
+  if (process == 0) {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) close(stream);
+    OccupyMissingStandardStreams();
+    char byte = 0;
+    const bool useless = read(STDIN_FILENO, &byte, 1) < 0 && write(STDOUT_FILENO, &byte, 1) < 0 &&
+                         write(STDERR_FILENO, &byte, 1) < 0;
+    _exit(useless && open("/dev/null", O_RDONLY) == STDERR_FILENO + 1 ? 0 : 1);
+  }
+  int status = -1;
+  ASSERT_EQ(waitpid(process, &status, 0), process);
+  EXPECT_EQ(status, 0);
+}
+
+TEST(MissingStandardStreams, ThoseThatAreThereStay) {
+  const int free_before = dup(STDIN_FILENO);
+  close(free_before);
+  OccupyMissingStandardStreams();
+  const int free_after = dup(STDIN_FILENO);
+  close(free_after);
+  EXPECT_EQ(free_after, free_before);
 }
 
 }  // namespace
