@@ -130,7 +130,8 @@ RunEnd RunFolder(Program& program, const std::string& source, const std::string&
   ShowResult(program);
   if (program.run.LoggingOn) LogSummary(program);
   if (error == ErrorNumber::kNone) return RunEnd::kFinished;
-  NoteFailedFolder(program, FolderExists(program, source) ? target : source, error);
+  const bool target_is_there = program.host.files.LookUpFolder(target).error == ErrorNumber::kNone;
+  NoteFailedFolder(program, target_is_there ? source : target, error);
   return RunEnd::kCouldNotRun;
 }
 

@@ -139,13 +139,9 @@ std::string Printable(std::string_view text) {
 
 std::string PrintableLines(std::string_view text) {
   constexpr std::string_view kLineBreak = "\r\n";
-  std::string shown;
-  for (std::size_t end = text.find(kLineBreak); end != std::string_view::npos;
-       end = text.find(kLineBreak)) {
-    shown.append(Printable(text.substr(0, end))).append("\n");
-    text.remove_prefix(end + kLineBreak.size());
-  }
-  return shown + Printable(text);
+  const std::size_t end = text.rfind(kLineBreak);
+  if (end == std::string_view::npos) return Printable(text);
+  return Printable(text.substr(0, end)) + "\n" + Printable(text.substr(end + kLineBreak.size()));
 }
 
 std::string ProgressLine(const Program& program) {

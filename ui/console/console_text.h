@@ -12,7 +12,7 @@ namespace morvex {
 // those of ASCII and those behind it, in UTF-8 or as single bytes. Other bytes stay.
 std::string Printable(std::string_view text);
 
-// The same for a text of several lines: CR LF becomes a line break.
+// The same for a text of two lines: the last CR LF becomes a line break. One before it is a name's.
 std::string PrintableLines(std::string_view text);
 
 // One line: files, hits, bytes and per cent of a run that works.

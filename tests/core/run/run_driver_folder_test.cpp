@@ -33,6 +33,28 @@ TEST_F(GoFolderTest, MakesTheCopies) {
   EXPECT_EQ(program_.run.end, RunEnd::kFinished);
 }
 
+TEST_F(GoFolderTest, ASourceThatCannotBeListedIsNamedAsWhatStopsTheRun) {
+  test_.files.fail = FailOn("ListFolder", "/s", ErrorNumber::kPermissionDenied);
+  test_.ArmAndGo();
+  EXPECT_EQ(program_.run.end, RunEnd::kCouldNotRun);
+  EXPECT_EQ(program_.run.first_failure.path, "/s");
+  EXPECT_EQ(program_.run.first_failure.error, ErrorNumber::kPermissionDenied);
+}
+
+TEST_F(GoFolderTest, ATargetThatVanishesIsNamedAsWhatStopsTheRun) {
+  bool checked = false;
+  test_.files.fail = [&](const std::string& call, const std::string& path) {
+    const bool of_target = call == "LookUpFolder" && path == "/t";
+    const bool fails = of_target && checked;
+    checked = checked || of_target;
+    return fails || (checked && call == "CreateFolder") ? ErrorNumber::kPathNotFound
+                                                        : ErrorNumber::kNone;
+  };
+  test_.ArmAndGo();
+  EXPECT_EQ(program_.run.end, RunEnd::kCouldNotRun);
+  EXPECT_EQ(program_.run.first_failure.path, "/t");
+}
+
 TEST_F(GoFolderTest, LogsHeaderFilesAndSummary) {
   test_.ArmAndGo();
   EXPECT_EQ(test_.LogMessages(),

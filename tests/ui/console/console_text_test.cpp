@@ -37,8 +37,12 @@ TEST(Printable, ABadByteOfUtf8CannotSteerATerminalEither) {
 
 TEST(PrintableLines, CrLfIsALineBreakAndALoneCrIsNot) {
   EXPECT_EQ(PrintableLines("path\r\nmessage"), "path\nmessage");
-  EXPECT_EQ(PrintableLines("\r\n\r\n"), "\n\n");
+  EXPECT_EQ(PrintableLines("\r\n"), "\n");
   EXPECT_EQ(PrintableLines("a\rb\r"), "a\\x0Db\\x0D");
+}
+
+TEST(PrintableLines, ACrLfInAPathIsNoLineBreak) {
+  EXPECT_EQ(PrintableLines("/a\r\nAll is well.\r\nmessage"), "/a\\x0D\\x0AAll is well.\nmessage");
 }
 
 TEST(Printable, OtherBytesStay) { EXPECT_EQ(Printable("Zo\xC3\xAB \xFF"), "Zo\xC3\xAB \xFF"); }
