@@ -1,8 +1,8 @@
 // The desktop program.
 //
 // Exit status: 0, or with a settings file on the command line as the console program has it: 1 when
-// the run could not be done or did not finish, 3 when files have no copy. 2 when the command line is
-// wrong.
+// the run could not be done or did not finish, 3 when files have no copy. 2 when the command line
+// is wrong.
 
 #include <QApplication>
 #include <QTimer>

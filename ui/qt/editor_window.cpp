@@ -12,6 +12,7 @@
 #include "core/list/editor_window.h"
 #include "core/list/grid.h"
 #include "core/windows/keys.h"
+#include "ui/qt/grow_window.h"
 #include "ui/qt/show_control.h"
 #include "ui/qt/tool_tip.h"
 
@@ -207,6 +208,7 @@ void EditorWindowWidget::ShowSize() {
   const ReplacementsWindow& grid = program_.frmReplacements;
   const TwipScale scale = Scale();
   const QSize least(scale.Px(grid.width), scale.Px(grid.height));
+  const bool grows = isVisible() && least.height() > height();
   if (least != minimumSize()) {
     setMinimumSize(least);
     setMaximumSize(QWIDGETSIZE_MAX, least.height());
@@ -214,6 +216,7 @@ void EditorWindowWidget::ShowSize() {
   const int width_now = is_sized_ ? std::max(width(), least.width()) : least.width();
   is_sized_ = true;
   resize(width_now, least.height());
+  if (grows) GrowTo(*this, least.height());
 }
 
 void EditorWindowWidget::Arrange() {

@@ -144,6 +144,24 @@ TEST_F(EditorWindow, ThereAreNeverMoreThanSixPairsOfCells) {
   EXPECT_EQ(RowsInView(), "14 15 16 17 18 19");
 }
 
+TEST_F(EditorWindow, GrowingItStaysOnItsScreen) {
+  Open();
+  const QRect screen = Editor().screen()->availableGeometry();
+  Editor().move(30, screen.bottom() - Editor().frameGeometry().height() - 20);
+  Settle();
+  MakeRows(6);
+  EXPECT_EQ(Editor().frameGeometry().bottom(), screen.bottom());
+}
+
+TEST_F(EditorWindow, AWindowThatWasPutPartlyBesideTheScreenStaysThereWhileItDoesNotGrow) {
+  Open();
+  MakeRows(6);
+  const QPoint place(30, Editor().screen()->availableGeometry().bottom() - 50);
+  Editor().move(place);
+  Type(Left(5), "a");
+  EXPECT_EQ(Editor().pos(), place);
+}
+
 TEST_F(EditorWindow, EnterInARowThatIsNotTheLastAddsNone) {
   Open();
   MakeRows(3);
