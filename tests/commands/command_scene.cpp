@@ -1,7 +1,7 @@
 #include "tests/commands/command_scene.h"
 
 #include <filesystem>
-#include <regex>
+#include <string_view>
 
 namespace morvex::commands {
 namespace {
@@ -29,7 +29,18 @@ ProgramResult CommandScene::Shell(const std::string& script) const {
 }
 
 std::string WithoutTimes(const std::string& text) {
-  return std::regex_replace(text, std::regex("\\d+ min \\d+ sec"), "0 min 0 sec");
+  constexpr std::string_view kMinutes = " min ";
+  constexpr std::string_view kSeconds = " sec";
+  constexpr const char* kDigits = "0123456789";
+  std::string result = text;
+  for (std::size_t at = 0; (at = result.find(kMinutes, at)) != std::string::npos;) {
+    const std::size_t first = result.find_last_not_of(kDigits, at - 1) + 1;
+    const std::size_t end = result.find_first_not_of(kDigits, at + kMinutes.size());
+    at += kMinutes.size();
+    if (end == std::string::npos || result.compare(end, kSeconds.size(), kSeconds) != 0) continue;
+    result.replace(first, end - first, "0 min 0");
+  }
+  return result;
 }
 
 std::string SourceRoot() { return MORVEX_SOURCE_ROOT; }

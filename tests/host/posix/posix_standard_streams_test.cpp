@@ -103,7 +103,7 @@ TEST(MissingStandardStreams, AreNoNumbersThatAFileGets) {
     char byte = 0;
     const bool useless = read(STDIN_FILENO, &byte, 1) < 0 && write(STDOUT_FILENO, &byte, 1) < 0 &&
                          write(STDERR_FILENO, &byte, 1) < 0;
-    _exit(useless && open("/dev/null", O_RDONLY) == STDERR_FILENO + 1 ? 0 : 1);
+    _exit(useless && open("/dev/null", O_RDONLY) > STDERR_FILENO ? 0 : 1);
   }
   int status = -1;
   ASSERT_EQ(waitpid(process, &status, 0), process);
