@@ -66,7 +66,7 @@ std::optional<std::u32string> DecodeUtf16(std::string_view bytes, bool big_endia
     const bool is_low = unit >= 0xDC00 && unit <= 0xDFFF;
     if (is_low != (high != 0)) return std::nullopt;
     if (is_low) {
-      text += 0x10000 + ((high - 0xD800) << 10 | (unit - 0xDC00));
+      text += static_cast<char32_t>(0x10000 + ((high - 0xD800) << 10 | (unit - 0xDC00)));
       high = 0;
     } else if (IsSurrogate(unit)) {
       high = unit;
