@@ -19,7 +19,8 @@ using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
 constexpr int kFiles = 2000;
-constexpr int kUsualRounds = 50;
+// As many as the usual tests have time for, with the sanitizers at work in every run.
+constexpr int kUsualRounds = 12;
 
 int FromEnvironment(const char* name, int usual) {
   const char* value = std::getenv(name);
