@@ -68,9 +68,10 @@ TEST_P(Signals, DuringTheDelayEndTheProgramBeforeTheRun) {
   Put({{"a.txt", "ab"}});
   const std::string job = scene_.At("job.dat");
   const std::string program = scene_.program_folder() + "/morvex-cli";
-  const std::string script =
-      "\"$0\" -if \"$1\" -dy 30000 & sleep 1; kill -" + std::to_string(GetParam()) + " $!; wait $!";
-  // A shell without job control lets its background programs ignore interrupts.
+  const std::string script = "env --default-signal \"$0\" -if \"$1\" -dy 30000 & sleep 1; kill -" +
+                             std::to_string(GetParam()) + " $!; wait $!";
+  // A shell without job control lets its background programs ignore interrupts, and so may whoever
+  // starts the tests.
   const ProgramResult result =
       whole_run::RunProgram("/bin/bash", {"-mc", script, program, job}, scene_.work(), 60);
   EXPECT_EQ(result.status, 1);
