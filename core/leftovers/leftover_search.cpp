@@ -25,6 +25,23 @@ std::size_t KeyBytes(const std::vector<CompiledRow>& keys) {
   return bytes;
 }
 
+// In runs whose count fits into a byte, so that a vector counts as many bytes as it holds.
+std::int64_t LineBreaks(const std::uint8_t* bytes, std::size_t size) {
+  constexpr std::size_t kRun = 255;
+  std::int64_t breaks = 0;
+  while (size > 0) {
+    const std::size_t run = std::min(size, kRun);
+    std::uint8_t in_run = 0;
+    for (std::size_t i = 0; i < run; ++i) {
+      in_run = static_cast<std::uint8_t>(in_run + (bytes[i] == '\n' ? 1 : 0));
+    }
+    breaks += in_run;
+    bytes += run;
+    size -= run;
+  }
+  return breaks;
+}
+
 }  // namespace
 
 LeftoverSearch::LeftoverSearch(const Sought& sought, Kernel kernel, std::size_t block)
@@ -210,7 +227,7 @@ LeftoverSearch::Progress& LeftoverSearch::ProgressOf(const SoughtPart& part) {
 // The line of a place that is not in front of one asked about before.
 std::int64_t LeftoverSearch::LineAt(std::size_t at) {
   if (at > counted_) {
-    line_ += std::count(bytes_.get() + counted_, bytes_.get() + at, std::uint8_t{'\n'});
+    line_ += LineBreaks(bytes_.get() + counted_, at - counted_);
     counted_ = at;
   }
   return line_;

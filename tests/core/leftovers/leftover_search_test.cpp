@@ -160,6 +160,15 @@ TEST(LeftoverSearchTest, LinesAreCountedFromOneByTheirLineFeeds) {
                    {517, 505, 0, Encoding::kUtf8, true, 4}}));
 }
 
+TEST(LeftoverSearchTest, LinesAreCountedWhereEveryByteIsABreak) {
+  const SoughtList list(Rows{{"Anna", "x"}});
+  for (const std::uint64_t breaks : {254, 255, 256, 510, 511, 100'000}) {
+    EXPECT_EQ(
+        list.Find(std::string(breaks, '\n') + "Anna"),
+        Finds({{breaks, static_cast<std::int64_t>(breaks) + 1, 0, Encoding::kUtf8, true, 4}}));
+  }
+}
+
 TEST(LeftoverSearchTest, AWildcardRowIsFoundWhereItsPartsFollowEachOther) {
   const SoughtList list(Rows{{"Born: *;", ""}});
   EXPECT_EQ(list.Find("Born: 1 May;"), Finds({{0, 1, 0, Encoding::kUtf8, true, 12}}));
