@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 namespace morvex {
 namespace {
@@ -16,8 +17,7 @@ struct CaseRange {
   std::int32_t to_lower;
 };
 
-// Of all alphabets. In ascending order. Signs that only look like letters (Kelvin, Ohm, Angstrom)
-// are not among them.
+// Of all alphabets, in ascending order.
 // clang-format off
 constexpr CaseRange kRanges[] = {
     {0x41, 0x5A, 1, 32}, {0xC0, 0xD6, 1, 32}, {0xD8, 0xDE, 1, 32}, {0x100, 0x12E, 2, 1},
@@ -75,21 +75,52 @@ constexpr CaseRange kRanges[] = {
 };
 // clang-format on
 
-// Letters of which one case is that of a range and the other is not.
-struct CasePair {
-  char32_t letter;
-  char32_t other;
-};
-constexpr std::array kFurtherPairs = {
-    CasePair{0x130, 'i'},    // the dotted capital I
-    CasePair{0x131, 'I'},    // the dotless small i
-    CasePair{0x3C2, 0x3A3},  // the final sigma ...
-    CasePair{0x3C2, 0x3C3},  // ... which inside of a word is another
-    CasePair{0x3A3, 0x3C2}, CasePair{0x3C3, 0x3C2},
+// Letters of more than two forms: each of a group may stand for each other one. The four of i are
+// those of the Turkic alphabets, where it depends on the language which two are a pair.
+constexpr std::array<std::u32string_view, 28> kGroups = {
+    U"Ii\x130\x131",
+    U"Kk\x212A",  // the Kelvin sign
+    U"Ss\x17F",   // the long s
+    U"\xB5\x39C\x3BC",
+    U"\xC5\xE5\x212B",  // the Angstrom sign
+    U"\x1C4\x1C6\x1C5",  U"\x1C7\x1C9\x1C8",        U"\x1CA\x1CC\x1CB",
+    U"\x1F1\x1F3\x1F2",  U"\x345\x399\x3B9\x1FBE",  U"\x392\x3B2\x3D0",
+    U"\x395\x3B5\x3F5",  U"\x398\x3B8\x3D1\x3F4",   U"\x39A\x3BA\x3F0",
+    U"\x3A0\x3C0\x3D6",  U"\x3A1\x3C1\x3F1",
+    U"\x3A3\x3C3\x3C2",  // the final sigma
+    U"\x3A6\x3C6\x3D5",
+    U"\x3A9\x3C9\x2126",  // the Ohm sign
+    U"\x412\x432\x1C80", U"\x414\x434\x1C81",       U"\x41E\x43E\x1C82",
+    U"\x421\x441\x1C83", U"\x422\x442\x1C84\x1C85", U"\x42A\x44A\x1C86",
+    U"\x462\x463\x1C87", U"\x1E60\x1E61\x1E9B",     U"\xA64A\xA64B\x1C88",
 };
 
-constexpr char32_t kSharpS = 0xDF;
-constexpr char32_t kCapitalSharpS = 0x1E9E;
+// Letters for which several others stand in another case.
+struct Joined {
+  char32_t letter;
+  std::u32string_view apart;  // in lower case
+};
+constexpr std::array<Joined, 15> kJoined = {{
+    {0xDF, U"ss"},     // the sharp s ...
+    {0x1E9E, U"ss"},   // ... and its capital
+    {0xFB03, U"ffi"},  // the longer ones in front of those that they begin with
+    {0xFB04, U"ffl"},
+    {0xFB00, U"ff"},
+    {0xFB01, U"fi"},
+    {0xFB02, U"fl"},
+    {0xFB05, U"st"},
+    {0xFB06, U"st"},
+    {0x587, U"\x565\x582"},
+    {0xFB13, U"\x574\x576"},
+    {0xFB14, U"\x574\x565"},
+    {0xFB15, U"\x574\x56B"},
+    {0xFB16, U"\x57E\x576"},
+    {0xFB17, U"\x574\x56D"},
+}};
+
+// Where no Turkic language is meant, its lower case keeps the dot as a sign of its own.
+constexpr char32_t kDottedI = 0x130;
+constexpr std::u32string_view kItsLowerCase = U"i\x307";
 
 bool IsIn(const CaseRange& range, char32_t upper) {
   return upper >= range.first && upper <= range.last && (upper - range.first) % range.step == 0;
@@ -99,26 +130,77 @@ char32_t Moved(char32_t letter, std::int32_t by) {
   return static_cast<char32_t>(static_cast<std::int64_t>(letter) + by);
 }
 
+bool IsSameLetter(char32_t one, char32_t other) {
+  if (one == other) return true;
+  const std::vector<OtherCase> cases = OtherCases(one);
+  return std::any_of(cases.begin(), cases.end(), [other](const OtherCase& each) {
+    return each.text == std::u32string(1, other);
+  });
+}
+
+std::u32string FirstLettersOfJoined() {
+  std::u32string letters;
+  for (const Joined& each : kJoined) {
+    letters += each.apart.front();
+    for (const OtherCase& other : OtherCases(each.apart.front())) letters += other.text;
+  }
+  return letters;
+}
+
+bool BeginsWithLetters(std::u32string_view text, std::u32string_view letters) {
+  return text.size() >= letters.size() &&
+         std::equal(letters.begin(), letters.end(), text.begin(), IsSameLetter);
+}
+
 }  // namespace
 
-std::vector<std::u32string> OtherCases(char32_t letter) {
-  std::vector<std::u32string> others;
-  const auto add = [&](char32_t other) {
-    const std::u32string text(1, other);
-    if (std::find(others.begin(), others.end(), text) == others.end()) others.push_back(text);
+std::vector<OtherCase> OtherCases(char32_t letter) {
+  std::vector<OtherCase> others;
+  const auto add = [&](std::u32string_view text, bool is_rare) {
+    const bool is_known = std::any_of(others.begin(), others.end(),
+                                      [text](const OtherCase& each) { return each.text == text; });
+    if (!is_known) others.push_back({std::u32string(text), is_rare});
   };
+  if (letter == kDottedI) add(kItsLowerCase, true);
   for (const CaseRange& range : kRanges) {
-    if (IsIn(range, letter)) add(Moved(letter, range.to_lower));
+    const char32_t lower = Moved(letter, range.to_lower);
+    if (IsIn(range, letter)) add({&lower, 1}, false);
     const char32_t upper = Moved(letter, -range.to_lower);
-    if (IsIn(range, upper)) add(upper);
+    if (IsIn(range, upper)) add({&upper, 1}, false);
   }
-  for (const CasePair& pair : kFurtherPairs) {
-    if (pair.letter == letter) add(pair.other);
-  }
-  if (letter == kSharpS || letter == kCapitalSharpS) {
-    for (const char32_t* pair : {U"ss", U"SS", U"Ss", U"sS"}) others.emplace_back(pair);
+  for (const std::u32string_view group : kGroups) {
+    if (group.find(letter) == std::u32string_view::npos) continue;
+    for (const char32_t other : group) {
+      if (other != letter) add({&other, 1}, true);
+    }
   }
   return others;
+}
+
+std::u32string TakenApart(std::u32string_view text) {
+  std::u32string apart;
+  for (const char32_t letter : text) {
+    const auto joined = std::find_if(kJoined.begin(), kJoined.end(), [letter](const Joined& each) {
+      return each.letter == letter;
+    });
+    if (joined == kJoined.end()) {
+      apart += letter;
+    } else {
+      apart += joined->apart;
+    }
+  }
+  return apart;
+}
+
+std::vector<JoinedLetter> JoinedAtBeginning(std::u32string_view text) {
+  // Most texts are done with here, and there may be a great many.
+  static const std::u32string first_letters = FirstLettersOfJoined();
+  std::vector<JoinedLetter> found;
+  if (text.empty() || first_letters.find(text.front()) == std::u32string::npos) return found;
+  for (const Joined& each : kJoined) {
+    if (BeginsWithLetters(text, each.apart)) found.push_back({each.letter, each.apart.size()});
+  }
+  return found;
 }
 
 }  // namespace morvex

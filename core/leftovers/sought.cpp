@@ -1,6 +1,7 @@
 #include "core/leftovers/sought.h"
 
 #include <algorithm>
+#include <deque>
 #include <map>
 #include <utility>
 
@@ -9,36 +10,67 @@ namespace {
 
 // Of one part, in one encoding. Behind so many the key ends and the rest is compared at the place.
 constexpr std::size_t kMostKeys = 16;
+// Bytes of a key with a rare form of a letter: few files hold them, whatever follows.
+constexpr std::size_t kEnoughOfARareKey = 4;
 // A part that is longer is sought by its beginning, a right text that is longer is not looked for.
 constexpr std::size_t kLongestPart = 32000;
 // The bytes that a match of the engine may span.
 constexpr std::uint64_t kLongestMatch = 32766;
 
-std::vector<std::string> FoldedWays(const LetterWays& ways) {
-  std::vector<std::string> folded;
-  for (std::string way : ways) {
-    for (char& byte : way) byte = static_cast<char>(Folded(static_cast<std::uint8_t>(byte)));
-    if (std::find(folded.begin(), folded.end(), way) == folded.end()) folded.push_back(way);
-  }
-  return folded;
+bool IsAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char byte) { return (byte & 0x80) == 0; });
 }
 
-std::vector<std::string> KeysOf(const Spelling& spelling) {
-  std::vector<std::string> keys = {""};
-  for (const LetterWays* letter : spelling.letters) {
-    const std::vector<std::string> ways = FoldedWays(*letter);
-    if (!keys.front().empty() && keys.size() * ways.size() > kMostKeys) break;
-    std::vector<std::string> longer;
-    for (const std::string& key : keys) {
-      for (const std::string& way : ways) longer.push_back(key + way);
+// A way to write the beginning of a text, folded.
+struct Beginning {
+  std::string bytes;
+  std::size_t letters = 0;
+  bool is_rare = false;
+  bool operator==(const Beginning&) const = default;
+};
+
+// The beginning with one more letter, in all ways that differ when they are folded.
+std::vector<Beginning> Continued(const Beginning& beginning, const LetterWays& ways) {
+  std::vector<Beginning> continued;
+  for (const LetterWay& way : ways) {
+    Beginning longer = beginning;
+    for (const char byte : way.bytes) {
+      longer.bytes += static_cast<char>(Folded(static_cast<std::uint8_t>(byte)));
     }
-    keys = std::move(longer);
+    longer.letters += way.letters;
+    longer.is_rare = longer.is_rare || way.is_rare;
+    if (std::find(continued.begin(), continued.end(), longer) == continued.end()) {
+      continued.push_back(std::move(longer));
+    }
+  }
+  return continued;
+}
+
+// Whatever stands for the spelling's text begins with one of them.
+std::vector<std::string> KeysOf(const Spelling& spelling) {
+  std::vector<std::string> keys;
+  std::deque<Beginning> growing(1);
+  while (!growing.empty()) {
+    const Beginning beginning = std::move(growing.front());
+    growing.pop_front();
+    bool ends = beginning.letters >= spelling.letters.size() ||
+                (beginning.is_rare && beginning.bytes.size() >= kEnoughOfARareKey);
+    if (!ends) {
+      std::vector<Beginning> longer = Continued(beginning, *spelling.letters[beginning.letters]);
+      const std::size_t count = keys.size() + growing.size() + longer.size();
+      ends = !beginning.bytes.empty() && longer.size() > 1 && count > kMostKeys;
+      if (!ends) growing.insert(growing.end(), longer.begin(), longer.end());
+    }
+    if (ends) keys.push_back(beginning.bytes);
   }
   return keys;
 }
 
-bool IsAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char byte) { return (byte & 0x80) == 0; });
+bool HasOnlyAsciiWays(const Spelling& spelling) {
+  return std::all_of(spelling.letters.begin(), spelling.letters.end(), [](const LetterWays* ways) {
+    return std::all_of(ways->begin(), ways->end(),
+                       [](const LetterWay& way) { return IsAscii(way.bytes); });
+  });
 }
 
 // The pieces of a text between its wildcards, without empty ones. In first place of a left text the
@@ -98,12 +130,16 @@ Sought::Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding li
         if (kept.size() <= kLongestPart) row.put_in = kept;
       }
     }
-    row.encoding = Decode(left, list_encoding) ? list_encoding : Encoding::kBytes;
+    const bool is_text =
+        std::all_of(row.parts.begin(), row.parts.end(),
+                    [&](std::string_view part) { return Decode(part, list_encoding).has_value(); });
+    row.encoding = is_text ? list_encoding : Encoding::kBytes;
     AddRow(row, row.encoding);
-    if (row.encoding == Encoding::kBytes) continue;
-    if (!IsAscii(left)) {
-      AddRow(row, row.encoding == Encoding::kUtf8 ? Encoding::kWindows1252 : Encoding::kUtf8, true);
+    if (!is_text) {
+      rows_of_bytes_.push_back(index);
+      continue;
     }
+    AddRow(row, row.encoding == Encoding::kUtf8 ? Encoding::kWindows1252 : Encoding::kUtf8, true);
     const std::size_t first_little = parts_.size();
     AddRow(row, Encoding::kUtf16Le);
     const std::size_t first_big = parts_.size();
@@ -117,14 +153,19 @@ Sought::Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding li
 void Sought::AddRow(const ListRow& row, Encoding encoding, bool ascii_is_told_elsewhere) {
   std::vector<Spelling> spellings;
   for (const std::string_view part : row.parts) {
-    const std::optional<std::u32string> text = Decode(part, row.encoding);
-    std::optional<Spelling> spelling = text ? alphabet_.Spell(*text, encoding) : std::nullopt;
-    if (!spelling) return;
-    while (spelling->LongestSize() > kLongestPart) {
-      spelling->Cut(spelling->letters.size() / 2);
+    std::u32string text = Decode(part, row.encoding).value_or(U"");
+    std::optional<Spelling> spelling = alphabet_.Spell(text, encoding);
+    while (spelling && spelling->LongestSize() > kLongestPart) {
+      text.resize(text.size() / 2);
+      spelling = alphabet_.Spell(text, encoding);
     }
+    if (!spelling) return;
     look_ahead_ = std::max(look_ahead_, spelling->LongestSize());
     spellings.push_back(std::move(*spelling));
+  }
+  if (ascii_is_told_elsewhere &&
+      std::all_of(spellings.begin(), spellings.end(), HasOnlyAsciiWays)) {
+    return;
   }
   SoughtRow sought;
   sought.row = row.row;
@@ -164,7 +205,9 @@ void Sought::MakeKeys() {
   std::map<std::string, std::vector<std::int32_t>> parts_by_key;
   for (std::size_t part = 0; part < parts_.size(); ++part) {
     for (const std::string& key : KeysOf(parts_[part].spelling)) {
-      parts_by_key[key].push_back(static_cast<std::int32_t>(part));
+      std::vector<std::int32_t>& parts = parts_by_key[key];
+      const auto index = static_cast<std::int32_t>(part);
+      if (parts.empty() || parts.back() != index) parts.push_back(index);
     }
   }
   key_bytes_.reserve(parts_by_key.size());  // the keys lie in it, so it may not move

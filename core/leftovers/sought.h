@@ -64,6 +64,9 @@ class Sought {
   // text: nothing of them is ever gone, so they are not sought.
   const std::vector<std::int64_t>& rows_that_stay() const { return rows_that_stay_; }
 
+  // Rows of which a part cannot be read in the list's encoding: they are sought as bytes alone.
+  const std::vector<std::int64_t>& rows_of_bytes() const { return rows_of_bytes_; }
+
   // Of the folded keys.
   const std::vector<CompiledRow>& keys() const { return keys_; }
   const KeyIndex& index() const { return *index_; }
@@ -86,6 +89,7 @@ class Sought {
   std::vector<SoughtRow> rows_;
   std::vector<SoughtPart> parts_;
   std::vector<std::int64_t> rows_that_stay_;
+  std::vector<std::int64_t> rows_of_bytes_;
   std::vector<std::string> key_bytes_;
   std::vector<CompiledRow> keys_;
   std::vector<std::vector<std::int32_t>> parts_of_keys_;

@@ -165,64 +165,73 @@ std::optional<std::string> Encode(std::u32string_view text, Encoding encoding) {
   return bytes;
 }
 
-void Spelling::Cut(std::size_t count) {
-  letters.resize(count);
-  as_written.clear();
-  for (const LetterWays* ways : letters) as_written += ways->front();
-}
-
 std::size_t Spelling::LongestSize() const {
   std::size_t size = 0;
   for (const LetterWays* ways : letters) {
     std::size_t longest = 0;
-    for (const std::string& way : *ways) longest = std::max(longest, way.size());
+    for (const LetterWay& way : *ways) longest = std::max(longest, way.bytes.size());
     size += longest;
   }
-  return size;
+  return std::max(size, as_written.size());
 }
 
 std::optional<Standing> StandsAt(const Spelling& spelling, std::string_view bytes) {
-  if (bytes.starts_with(spelling.as_written)) return Standing{spelling.as_written.size(), true};
-  Standing standing;
-  for (const LetterWays* ways : spelling.letters) {
-    const std::string_view rest = bytes.substr(standing.size);
-    // No way of a letter begins with another one.
-    const auto way = std::find_if(ways->begin(), ways->end(), [rest](const std::string& each) {
-      return rest.starts_with(each);
-    });
-    if (way == ways->end()) return std::nullopt;
-    if (way != ways->begin()) standing.as_written = false;
-    standing.size += way->size();
+  const std::string& as_written = spelling.as_written;
+  if (!as_written.empty() && bytes.starts_with(as_written)) {
+    return Standing{as_written.size(), true};
   }
-  return standing;
+  std::size_t size = 0;
+  for (std::size_t letter = 0; letter < spelling.letters.size();) {
+    const LetterWays& ways = *spelling.letters[letter];
+    const std::string_view rest = bytes.substr(size);
+    const auto way = std::find_if(ways.begin(), ways.end(), [rest](const LetterWay& each) {
+      return rest.starts_with(each.bytes);
+    });
+    if (way == ways.end()) return std::nullopt;
+    letter += way->letters;
+    size += way->bytes.size();
+  }
+  return Standing{size, false};
 }
 
 std::optional<Spelling> Alphabet::Spell(std::u32string_view text, Encoding encoding) {
-  Spelling spelling{encoding, {}, ""};
-  spelling.letters.reserve(text.size());
-  for (const char32_t letter : text) {
-    const LetterWays* const ways = WaysOf(letter, encoding);
-    if (ways == nullptr) return std::nullopt;
-    spelling.letters.push_back(ways);
-    spelling.as_written += ways->front();
+  Spelling spelling{encoding, {}, Encode(text, encoding).value_or("")};
+  const std::u32string letters =
+      encoding == Encoding::kBytes ? std::u32string(text) : TakenApart(text);
+  spelling.letters.reserve(letters.size());
+  for (std::size_t at = 0; at < letters.size(); ++at) {
+    const LetterWays& ways = WaysOf(std::u32string_view(letters).substr(at), encoding);
+    if (ways.empty()) return std::nullopt;
+    spelling.letters.push_back(&ways);
   }
   return spelling;
 }
 
-const LetterWays* Alphabet::WaysOf(char32_t letter, Encoding encoding) {
+const LetterWays& Alphabet::WaysOf(std::u32string_view text, Encoding encoding) {
+  std::vector<JoinedLetter> joined;
+  if (encoding != Encoding::kBytes) joined = JoinedAtBeginning(text);
+  // What the ways depend on: the letter, and those that may be joined with it.
+  std::size_t count = 1;
+  for (const JoinedLetter& each : joined) count = std::max(count, each.letters);
   const auto [known, is_new] =
-      known_[static_cast<std::size_t>(encoding)].try_emplace(letter, nullptr);
-  if (!is_new) return known->second;
-  const std::optional<std::string> as_written = Encode(letter, encoding);
-  if (!as_written) return nullptr;
-  LetterWays ways = {*as_written};
-  if (encoding != Encoding::kBytes || letter < 0x80) {
-    for (const std::u32string& other : OtherCases(letter)) {
-      const std::optional<std::string> way = Encode(other, encoding);
-      if (way && (encoding != Encoding::kBytes || ByteAt(*way, 0) < 0x80)) ways.push_back(*way);
-    }
-  }
-  return known->second = &ways_.emplace_back(std::move(ways));
+      known_[static_cast<std::size_t>(encoding)].try_emplace(std::u32string(text.substr(0, count)));
+  LetterWays& ways = known->second;
+  if (!is_new) return ways;
+  const auto add = [&](std::u32string_view way, std::size_t letters, bool is_rare) {
+    // Of bytes that are no known text only those of ASCII are letters.
+    if (encoding == Encoding::kBytes && (text.front() >= 0x80 || way.front() >= 0x80)) return;
+    const std::optional<std::string> bytes = Encode(way, encoding);
+    if (bytes) ways.push_back({*bytes, letters, is_rare});
+  };
+  const std::optional<std::string> as_written = Encode(text.substr(0, 1), encoding);
+  if (as_written) ways.push_back({*as_written});
+  for (const OtherCase& other : OtherCases(text.front())) add(other.text, 1, other.is_rare);
+  for (const JoinedLetter& each : joined) add({&each.letter, 1}, each.letters, true);
+  // So that one that begins with another one stands in front of it.
+  std::stable_sort(ways.begin(), ways.end(), [](const LetterWay& one, const LetterWay& other) {
+    return one.bytes.size() > other.bytes.size();
+  });
+  return ways;
 }
 
 }  // namespace morvex

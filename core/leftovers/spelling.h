@@ -5,7 +5,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,17 +25,23 @@ std::optional<std::string> Encode(char32_t character, Encoding encoding);
 // The same for a text.
 std::optional<std::string> Encode(std::u32string_view text, Encoding encoding);
 
-// The ways in which a letter can stand in a file; the first is the letter as it was written.
-using LetterWays = std::vector<std::string>;
+// A way in which a letter can stand in a file, or a joined letter that stands for several.
+struct LetterWay {
+  std::string bytes;
+  std::size_t letters = 1;  // of the text, from this one on
+  bool is_rare = false;     // as of OtherCase
+};
 
-// A text, letter by letter. The ways belong to an Alphabet.
+// A way that begins with another one stands in front of it.
+using LetterWays = std::vector<LetterWay>;
+
+// A text, letter by letter, after joined letters have been taken apart. The ways belong to an
+// Alphabet.
 struct Spelling {
   Encoding encoding = Encoding::kBytes;
   std::vector<const LetterWays*> letters;
-  std::string as_written;  // the bytes of every letter's first way
+  std::string as_written;  // empty when the encoding lacks a letter that has an other case there
 
-  // Leaves the first `count` letters.
-  void Cut(std::size_t count);
   // Bytes at most that the text takes.
   std::size_t LongestSize() const;
 };
@@ -51,15 +56,15 @@ std::optional<Standing> StandsAt(const Spelling& spelling, std::string_view byte
 // Keeps the ways of every letter that was asked for. Its spellings must not outlive it.
 class Alphabet {
  public:
-  // Nothing when a character of the text cannot be spelled so. A text of kBytes has other cases for
-  // its ASCII letters alone.
+  // Nothing when a character of the text can be spelled so in no letter case. A text of kBytes has
+  // other cases for its ASCII letters alone.
   std::optional<Spelling> Spell(std::u32string_view text, Encoding encoding);
 
  private:
-  const LetterWays* WaysOf(char32_t letter, Encoding encoding);
+  // Of the first letter.
+  const LetterWays& WaysOf(std::u32string_view text, Encoding encoding);
 
-  std::deque<LetterWays> ways_;  // stay where they are
-  std::array<std::unordered_map<char32_t, const LetterWays*>, kEncodings> known_;
+  std::array<std::unordered_map<std::u32string, LetterWays>, kEncodings> known_;
 };
 
 }  // namespace morvex

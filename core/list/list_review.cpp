@@ -1,6 +1,7 @@
 #include "core/list/list_review.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <set>
 #include <unordered_map>
@@ -14,6 +15,7 @@ namespace morvex {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::array<std::string_view, 2> kUtf16Marks = {"\xFF\xFE", "\xFE\xFF"};
 constexpr std::size_t kShortCharacters = 2;
 
 // Characters of a UTF-8 text: every byte but those that follow a first one. A text in another
@@ -24,6 +26,12 @@ std::size_t CharacterCount(std::string_view text) {
   }));
 }
 
+bool BeginsAsUtf16(std::string_view line) {
+  if (line.find('\0') == std::string_view::npos) return false;
+  return std::any_of(kUtf16Marks.begin(), kUtf16Marks.end(),
+                     [line](std::string_view mark) { return line.starts_with(mark); });
+}
+
 class Reviewer {
  public:
   explicit Reviewer(std::uint8_t joker) : joker_(static_cast<char>(joker)) {}
@@ -32,6 +40,7 @@ class Reviewer {
     review.line_of_row.push_back(line);
     const std::string left = ExpandCRLF(left_cell);
     if (left.empty()) return Remark(ListProblem::kEmptyLeft, line, right_cell);
+    if (left.find('\0') != std::string::npos) return Remark(ListProblem::kNul, line, left_cell);
     review.is_usable = true;
     const bool has_wildcard = HasWildcard(left);
     const bool forestalled = LookForEarlier(line, left_cell, left);
@@ -104,6 +113,10 @@ Result<ListReview> ReviewList(FileService& files, const std::string& path,
   for (std::int64_t number = 1; reader.Next(line); ++number) {
     if (number == 1 && line.starts_with(kByteOrderMark)) {
       reviewer.Remark(ListProblem::kByteOrderMark, number, "");
+    }
+    if (number == 1 && BeginsAsUtf16(line)) {
+      reviewer.Remark(ListProblem::kUtf16, number, "");
+      break;
     }
     const bool behind_final_row = parser.final_row_seen();
     const ListLine parsed = parser.Parse(line);

@@ -22,6 +22,8 @@ enum class ListProblem {
   kShort,          // one or two characters, which will be found everywhere
   kOpenWildcard,   // the wildcard ends the left text, so nothing ends what it takes
   kStrayWildcard,  // the right text has a wildcard and the left text has none
+  kNul,            // the left text holds a NUL, which ends every attempt: this row never wins
+  kUtf16,          // the file is UTF-16: nothing of it can be used
 };
 
 struct ListRemark {

@@ -1,8 +1,12 @@
 #include "ui/commands/check_command.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/leftovers/sought.h"
 #include "ui/commands/check_tree.h"
@@ -39,19 +43,53 @@ std::string CountText(const CheckTotals& totals) {
          std::to_string(totals.with_findings) + " of " + all;
 }
 
-void WarnOfRowsThatStay(const Sought& sought, const CheckSubject& subject,
-                        CommandMessages& messages) {
-  for (const std::int64_t row : sought.rows_that_stay()) {
-    const auto index = static_cast<std::size_t>(row);
-    const std::string line = index < subject.review.line_of_row.size()
-                                 ? ":" + std::to_string(subject.review.line_of_row[index])
-                                 : "";
-    messages.Warn(ShownPath(subject.list) + line,
-                  "\"" + ShownText(subject.tables.LeftTexts[index]) +
-                      "\" is not sought, for its right text puts back all that it takes out: "
-                      "leave the wildcard out there, if that is to go.");
+// Rows that are not sought as their writer thinks.
+class RowWarnings {
+ public:
+  RowWarnings(const CheckSubject& subject, CommandMessages& messages)
+      : subject_(subject), messages_(messages) {}
+
+  void WarnOfThoseThatStay(const Sought& sought) {
+    for (const std::int64_t row : sought.rows_that_stay()) {
+      Warn(static_cast<std::size_t>(row),
+           "is not sought, for its right text puts back all that it takes out: leave the wildcard "
+           "out there, if that is to go.");
+    }
   }
-}
+
+  void WarnOfThoseThatAreBytes(const Sought& sought) {
+    for (const std::int64_t row : sought.rows_of_bytes()) {
+      Warn(static_cast<std::size_t>(row),
+           "is no UTF-8 and is sought as these bytes alone: name the list's encoding with "
+           "--list-encoding, or take a wildcard that stands for no part of a letter.");
+    }
+  }
+
+  // A list in two encodings can be read in one alone.
+  void WarnOfThoseInUtf8() {
+    const std::vector<std::string>& texts = subject_.tables.LeftTexts;
+    for (std::size_t row = 0; row < texts.size(); ++row) {
+      const std::string& text = texts[row];
+      const bool is_ascii =
+          std::all_of(text.begin(), text.end(), [](char byte) { return (byte & 0x80) == 0; });
+      if (is_ascii || !Decode(text, Encoding::kUtf8)) continue;
+      Warn(row,
+           "is UTF-8, and the list is read as Windows-1252, for other rows are no UTF-8: save all "
+           "of it in one encoding.");
+    }
+  }
+
+ private:
+  void Warn(std::size_t row, const std::string& text) {
+    const std::vector<std::int64_t>& lines = subject_.review.line_of_row;
+    const std::string line = row < lines.size() ? ":" + std::to_string(lines[row]) : "";
+    messages_.Warn(ShownPath(subject_.list) + line,
+                   "\"" + ShownText(subject_.tables.LeftTexts[row]) + "\" " + text);
+  }
+
+  const CheckSubject& subject_;
+  CommandMessages& messages_;
+};
 
 }  // namespace
 
@@ -69,7 +107,12 @@ int RunCheck(const CheckOptions& options, const CommandConsole& console) {
   const Sought sought(program.tables, program.settings.gJoker, encoding);
   const CheckSubject subject{console.version, options.tree, options.list,
                              program.tables,  *review,      encoding};
-  WarnOfRowsThatStay(sought, subject, messages);
+  RowWarnings warnings(subject, messages);
+  warnings.WarnOfThoseThatStay(sought);
+  warnings.WarnOfThoseThatAreBytes(sought);
+  if (options.list_encoding == "auto" && encoding == Encoding::kWindows1252) {
+    warnings.WarnOfThoseInUtf8();
+  }
   if (messages.any_error()) return kExitFailed;
 
   const std::unique_ptr<FindingsOutput> output =

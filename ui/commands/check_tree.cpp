@@ -11,8 +11,10 @@
 namespace morvex {
 namespace {
 
-// So many entries are under way at a time: enough for every thread, few enough to remember.
+// So many entries are under way at a time: enough for every thread, few enough to remember. With
+// more findings than this among those that are done, none is begun but the one that all wait for.
 constexpr std::size_t kMostWaiting = 256;
+constexpr std::size_t kMostFindings = 2 * CheckedEntry::kMostKept;
 constexpr unsigned kMostThreads = 16;
 
 void Keep(CheckedEntry& entry, const Leftover& leftover, bool in_name) {
@@ -35,13 +37,15 @@ bool InOrder(const Finding& a, const Finding& b) {
 void CheckEntry(FileService& files, LeftoverSearch& search, CheckedEntry& entry) {
   BytesAsFile name_bytes(entry.name);
   search.Run(name_bytes, [&](const Leftover& leftover) { Keep(entry, leftover, true); });
-  if (entry.is_folder || entry.error != ErrorNumber::kNone) return;
-  const Result<std::unique_ptr<InputFile>> file = files.OpenForReading(entry.path);
-  entry.error = file.error;
-  if (!file) return;
-  entry.error =
-      search.Run(*file.value, [&](const Leftover& leftover) { Keep(entry, leftover, false); });
-  entry.bytes = search.size();
+  if (!entry.is_folder) {
+    const Result<std::unique_ptr<InputFile>> file = files.OpenForReading(entry.path);
+    entry.error = file.error;
+    if (file) {
+      entry.error =
+          search.Run(*file.value, [&](const Leftover& leftover) { Keep(entry, leftover, false); });
+      entry.bytes = search.size();
+    }
+  }
   std::stable_sort(entry.findings.begin(), entry.findings.end(), InOrder);
 }
 
@@ -82,6 +86,8 @@ class EntryQueue {
       const std::unique_ptr<Slot> slot = std::move(entries_.front());
       entries_.pop_front();
       --next_;
+      findings_ -= slot->entry.findings.size();
+      something_waits_.notify_all();
       lock.unlock();
       take_(slot->entry);
       lock.lock();
@@ -94,17 +100,22 @@ class EntryQueue {
     bool done = false;
   };
 
+  bool MayBegin() const {
+    return next_ < entries_.size() && (next_ == 0 || findings_ < kMostFindings);
+  }
+
   void Work() {
     LeftoverSearch search(sought_);
     std::unique_lock lock(mutex_);
     for (;;) {
-      something_waits_.wait(lock, [this] { return next_ < entries_.size() || closed_; });
+      something_waits_.wait(lock, [this] { return MayBegin() || closed_; });
       if (next_ == entries_.size()) return;
       Slot& slot = *entries_[next_++];
       lock.unlock();
       CheckEntry(files_, search, slot.entry);
       lock.lock();
       slot.done = true;
+      findings_ += slot.entry.findings.size();
       something_is_done_.notify_one();
     }
   }
@@ -116,7 +127,8 @@ class EntryQueue {
   std::condition_variable something_waits_;
   std::condition_variable something_is_done_;
   std::deque<std::unique_ptr<Slot>> entries_;
-  std::size_t next_ = 0;  // the first that no thread has taken
+  std::size_t next_ = 0;      // the first that no thread has taken
+  std::size_t findings_ = 0;  // of the entries that are done
   bool closed_ = false;
   std::vector<std::thread> threads_;
 };

@@ -54,11 +54,35 @@ constexpr const char* kFilterExamples =
     "Exit status: 0 all is done; 1 reading, writing or the list failed; 2 the command line is\n"
     "wrong.";
 
+// Whether an option must be given at all is seen to when everything else is right, so that one that
+// is misspelt is told of first.
+CLI::Validator NotEmpty() {
+  return CLI::Validator(
+      [](std::string& value) { return value.empty() ? std::string("may not be empty") : ""; }, "");
+}
+
+// One of --ext, with or without its point; blanks around it are those of a list.
+CLI::Validator Extension() {
+  const auto trim = [](std::string& value) -> std::string {
+    value.erase(0, std::min(value.find_first_not_of(' '), value.size()));
+    value.erase(value.find_last_not_of(' ') + 1);
+    if (value.empty() || value == ".") return "an extension may not be empty";
+    if (value.find_first_of("*?/") == std::string::npos) return "";
+    return value + " is no extension; those are written as in .txt,.csv";
+  };
+  return CLI::Validator(trim, "");
+}
+
+CLI::Option* AddFlag(CLI::App& command, const std::string& name, bool& value,
+                     const std::string& about) {
+  return command.add_flag(name, value, about)->disable_flag_override();
+}
+
 // The options that all commands have.
-void AddListOptions(CLI::App& command, ListOptions& options, bool list_required) {
-  CLI::Option* const list =
-      command.add_option("--list", options.list, "The replacement list")->type_name("FILE");
-  if (list_required) list->required();
+void AddListOptions(CLI::App& command, ListOptions& options) {
+  command.add_option("--list", options.list, "The replacement list")
+      ->type_name("FILE")
+      ->check(NotEmpty());
   command.add_option("--separator", options.separator, "What parts left from right; default \"|\"")
       ->type_name("TEXT");
   command.add_option("--joker", options.joker, "The wildcard character; default: none")
@@ -66,49 +90,55 @@ void AddListOptions(CLI::App& command, ListOptions& options, bool list_required)
 }
 
 void AddLastOptions(CLI::App& command, ListOptions& options, const std::string& quiet) {
-  command.add_flag("--strict", options.strict, "Take every warning for an error: nothing is done");
-  command.add_flag("--quiet", options.quiet, quiet);
+  AddFlag(command, "--strict", options.strict, "Take every warning for an error: nothing is done");
+  AddFlag(command, "--quiet", options.quiet, quiet);
 }
 
 void AddRun(CLI::App& app, RunOptions& options) {
   CLI::App* const run = app.add_subcommand("run", kRunAbout);
-  run->add_option("SOURCE", options.source, "A folder or a file")->type_name("");
-  run->add_option("TARGET", options.target, "The folder or the file that is made")->type_name("");
-  AddListOptions(*run, options, false);
+  run->add_option("SOURCE", options.source, "A folder or a file")->type_name("")->check(NotEmpty());
+  run->add_option("TARGET", options.target, "The folder or the file that is made")
+      ->type_name("")
+      ->check(NotEmpty());
+  AddListOptions(*run, options);
   run->add_option("--from", options.from, "A settings file, for all that is not given here")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->check(NotEmpty());
   CLI::Option* const extensions =
       run->add_option("--ext", options.extensions,
                       "Process files with these extensions, copy all others unchanged")
           ->type_name(".EXT,.EXT")
-          ->delimiter(',');
-  run->add_flag("--all", options.all, "Process every file, whatever its extension")
+          ->delimiter(',')
+          ->allow_extra_args(false)
+          ->transform(Extension());
+  AddFlag(*run, "--all", options.all, "Process every file, whatever its extension")
       ->excludes(extensions);
-  run->add_flag("--log", options.log, "Write the run log, in the program's folder");
-  run->add_flag("--yes", options.yes, "Make a missing target folder without asking");
+  AddFlag(*run, "--log", options.log, "Write the run log, in the program's folder");
+  AddFlag(*run, "--yes", options.yes, "Make a missing target folder without asking");
   run->add_option("--report", options.report, "Write what became of every file, as JSON")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->check(NotEmpty());
   AddLastOptions(*run, options, "No results and no progress, only errors and warnings");
   run->footer(kRunExamples);
 }
 
 void AddCheck(CLI::App& app, CheckOptions& options) {
   CLI::App* const check = app.add_subcommand("check", kCheckAbout);
-  check->add_option("TREE", options.tree, "A folder or a file")->type_name("")->required();
-  AddListOptions(*check, options, true);
+  check->add_option("TREE", options.tree, "A folder or a file")->type_name("")->check(NotEmpty());
+  AddListOptions(*check, options);
   check
       ->add_option("--list-encoding", options.list_encoding,
                    "How the list's bytes are read; auto: as UTF-8 if they are that")
       ->type_name("ENCODING")
       ->check(CLI::IsMember({"auto", "utf-8", "windows-1252"}));
-  check->add_flag("--json", options.json, "Write one JSON document instead of lines");
+  AddFlag(*check, "--json", options.json, "Write one JSON document instead of lines");
   AddLastOptions(*check, options, "No count at the end, only findings, errors and warnings");
   check->footer(kCheckExamples);
 }
 
 void AddFilter(CLI::App& app, FilterOptions& options) {
   CLI::App* const filter = app.add_subcommand("filter", kFilterAbout);
-  AddListOptions(*filter, options, true);
+  AddListOptions(*filter, options);
   AddLastOptions(*filter, options, "No count at the end, only errors and warnings");
   filter->footer(kFilterExamples);
 }
@@ -130,7 +160,12 @@ CommandLine Wrong(const std::string& command, std::string text) {
 
 // What the parser cannot know.
 std::string WhatIsMissing(const CommandLine& line) {
-  if (line.command != Command::kRun) return "";
+  constexpr const char* kNoList = "--list is required";
+  if (line.command == Command::kFilter) return line.filter.list.empty() ? kNoList : "";
+  if (line.command == Command::kCheck) {
+    if (line.check.tree.empty()) return "TREE is required";
+    return line.check.list.empty() ? kNoList : "";
+  }
   const RunOptions& run = line.run;
   if (!run.from.empty()) return "";
   if (run.source.empty()) return "SOURCE is required, or --from";

@@ -44,6 +44,13 @@ std::string Advice(const ListRemark& remark, const std::string& separator) {
     case ListProblem::kStrayWildcard:
       return "the right text has a wildcard and " + text +
              " has none, so it puts in stray bytes: take it out.";
+    case ListProblem::kNul:
+      return text +
+             " holds a NUL and so never fits: save the list as UTF-8 or Windows-1252, as the files "
+             "are, and without NUL.";
+    case ListProblem::kUtf16:
+      return "the list is in UTF-16, so that nothing of it would ever fit: save it as UTF-8 or "
+             "Windows-1252, as the files are.";
   }
   return "";
 }
@@ -82,7 +89,13 @@ std::optional<ListReview> ReviewList(Program& program, CommandMessages& messages
     return std::nullopt;
   }
   for (const ListRemark& remark : review.value.remarks) {
-    messages.Warn(path + ":" + std::to_string(remark.line), Advice(remark, settings.gSeparator));
+    const std::string place = path + ":" + std::to_string(remark.line);
+    const std::string advice = Advice(remark, settings.gSeparator);
+    if (remark.problem == ListProblem::kUtf16) {
+      messages.Error(place, advice);
+      return std::nullopt;
+    }
+    messages.Warn(place, advice);
   }
   if (!review.value.is_usable) {
     messages.Error(path,

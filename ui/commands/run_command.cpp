@@ -11,6 +11,7 @@
 #include "core/settings/settings_file.h"
 #include "ui/commands/command_messages.h"
 #include "ui/commands/list_loading.h"
+#include "ui/commands/report_place.h"
 #include "ui/commands/run_report.h"
 #include "ui/commands/shown_text.h"
 #include "ui/console/console_text.h"
@@ -45,6 +46,10 @@ class RunCommand {
     if (!ReadSettingsFile()) return kExitFailed;
     if (!TakeListOptions(program_, options_, messages_) || !TakeFilter()) return kExitUsage;
     TakePathsAndLog();
+    if (!options_.report.empty() &&
+        !MayHoldReport(program_, options_.report, options_.from, messages_)) {
+      return kExitFailed;
+    }
     const std::optional<ListReview> review = ReviewList(program_, messages_);
     if (!review || messages_.any_error() || !LoadList(program_, messages_)) return kExitFailed;
 

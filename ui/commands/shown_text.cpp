@@ -9,20 +9,34 @@ namespace {
 constexpr std::size_t kLongestCharacter = 4;
 constexpr char32_t kReplacement = 0xFFFD;
 
-std::string Escaped(unsigned code) {
+std::string HexByte(unsigned code) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
-  return {'\\', 'x', kDigits[code / 16 % 16], kDigits[code % 16]};
+  return {kDigits[code / 16 % 16], kDigits[code % 16]};
 }
+
+std::string Escaped(unsigned code) { return "\\x" + HexByte(code); }
 
 bool IsControl(char32_t character) {
   return character < 0x20 || (character >= 0x7F && character < 0xA0);
 }
 
+// Shows nothing itself and changes where or in which order the text around it is shown.
+bool IsUnseen(char32_t character) {
+  return character == 0x61C || (character >= 0x200B && character <= 0x200F) ||
+         (character >= 0x2028 && character <= 0x202E) ||
+         (character >= 0x2060 && character <= 0x2069) || character == 0xFEFF;
+}
+
 std::string Shown(std::u32string_view text) {
   std::string shown;
   for (const char32_t character : text) {
-    shown += IsControl(character) ? Escaped(character)
-                                  : Encode(character, Encoding::kUtf8).value_or(std::string());
+    if (IsControl(character)) {
+      shown += Escaped(character);
+    } else if (IsUnseen(character)) {
+      shown += "\\u" + HexByte(character >> 8) + HexByte(character);
+    } else {
+      shown += Encode(character, Encoding::kUtf8).value_or(std::string());
+    }
   }
   return shown;
 }
@@ -38,12 +52,17 @@ std::string_view WithoutCutBeginning(std::string_view bytes) {
 }
 
 std::u32string DecodeUtf16Leniently(std::string_view bytes, Encoding encoding) {
-  bytes = bytes.substr(0, bytes.size() / 2 * 2);
-  if (const std::optional<std::u32string> text = Decode(bytes, encoding)) return *text;
   std::u32string text;
-  for (std::size_t at = 0; at < bytes.size(); at += 2) {
-    const std::optional<std::u32string> one = Decode(bytes.substr(at, 2), encoding);
-    text += one ? *one : std::u32string(1, kReplacement);
+  while (bytes.size() >= 2) {
+    std::size_t size = 2;
+    std::optional<std::u32string> character = Decode(bytes.substr(0, size), encoding);
+    if (!character && bytes.size() >= 4) {
+      size = 4;
+      character = Decode(bytes.substr(0, size), encoding);
+    }
+    if (!character) size = 2;
+    text += character ? *character : std::u32string(1, kReplacement);
+    bytes.remove_prefix(size);
   }
   return text;
 }

@@ -1,5 +1,6 @@
 // Bytes of files, names and lists as text to be shown: always UTF-8, with control characters and
-// what is no text as \xHH, so that nothing can steer a terminal or break a line of output.
+// what is no text as \xHH, and characters that turn the order of others or have no width as \uHHHH,
+// so that nothing can steer a terminal, hide in a line of output or break it.
 #pragma once
 
 #include <string>

@@ -266,10 +266,8 @@ Finds FoundByTrying(const Rows& rows, const std::string& bytes) {
     const std::u32string text = *Decode(rows[row].first, Encoding::kUtf8);
     for (const Encoding encoding :
          {Encoding::kUtf8, Encoding::kWindows1252, Encoding::kUtf16Le, Encoding::kUtf16Be}) {
-      const bool is_ascii =
-          std::all_of(text.begin(), text.end(), [](char32_t c) { return c < 0x80; });
       const std::optional<Spelling> spelling = alphabet.Spell(text, encoding);
-      if (!spelling || (is_ascii && encoding == Encoding::kWindows1252)) continue;
+      if (!spelling) continue;
       for (std::size_t at = 0; at < bytes.size();) {
         const std::optional<Standing> standing =
             StandsAt(*spelling, std::string_view(bytes).substr(at));

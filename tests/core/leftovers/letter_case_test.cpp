@@ -8,7 +8,15 @@
 namespace morvex::test {
 namespace {
 
-using Cases = std::vector<std::u32string>;
+// In ascending order.
+std::u32string CasesOf(char32_t letter) {
+  std::u32string cases;
+  for (const OtherCase& each : OtherCases(letter)) {
+    if (each.text.size() == 1) cases += each.text;
+  }
+  std::sort(cases.begin(), cases.end());
+  return cases;
+}
 
 TEST(LetterCase, LettersOfEveryKindOfRangeHaveTheirOtherCase) {
   const std::vector<std::pair<char32_t, char32_t>> pairs = {{'A', 'a'},
@@ -34,9 +42,9 @@ TEST(LetterCase, LettersOfEveryKindOfRangeHaveTheirOtherCase) {
                                                             {0x10400, 0x10428},
                                                             {0x1E921, 0x1E943}};
   for (const auto& [upper, lower] : pairs) {
-    EXPECT_EQ(OtherCases(upper), Cases{std::u32string(1, lower)}) << std::hex << +upper;
-    const Cases others = OtherCases(lower);
-    EXPECT_NE(std::find(others.begin(), others.end(), std::u32string(1, upper)), others.end())
+    EXPECT_EQ(OtherCases(upper).front(), (OtherCase{std::u32string(1, lower), false}))
+        << std::hex << +upper;
+    EXPECT_EQ(OtherCases(lower).front(), (OtherCase{std::u32string(1, upper), false}))
         << std::hex << +lower;
   }
 }
@@ -44,26 +52,70 @@ TEST(LetterCase, LettersOfEveryKindOfRangeHaveTheirOtherCase) {
 TEST(LetterCase, WhatIsNoLetterHasNoOtherCase) {
   for (const char32_t sign :
        {U'0', U'@', U'[', U'`', U'{', char32_t{0}, char32_t{0xD7}, char32_t{0xF7}, char32_t{0x5D0},
-        char32_t{0x4E2D}, char32_t{0x212A}, char32_t{0x10FFFF}}) {
-    EXPECT_EQ(OtherCases(sign), Cases{}) << std::hex << +sign;
+        char32_t{0x4E2D}, char32_t{0x10FFFF}}) {
+    EXPECT_TRUE(OtherCases(sign).empty()) << std::hex << +sign;
   }
 }
 
-TEST(LetterCase, TheSharpSIsAlsoTwoOfS) {
-  EXPECT_EQ(OtherCases(0xDF), (Cases{U"\x1E9E", U"ss", U"SS", U"Ss", U"sS"}));
-  EXPECT_EQ(OtherCases(0x1E9E), (Cases{U"\xDF", U"ss", U"SS", U"Ss", U"sS"}));
+TEST(LetterCase, ALetterOfMoreThanTwoFormsHasAllOthersWhicheverItIs) {
+  const std::vector<std::u32string> groups = {
+      U"Ii\x130\x131",       U"Kk\x212A",         U"Ss\x17F",
+      U"\xB5\x39C\x3BC",     U"\xC5\xE5\x212B",   U"\x398\x3B8\x3D1\x3F4",
+      U"\x3A3\x3C2\x3C3",    U"\x3A9\x3C9\x2126", U"\x422\x442\x1C84\x1C85",
+      U"\x1E60\x1E61\x1E9B", U"\x1C4\x1C5\x1C6"};
+  for (const std::u32string& group : groups) {
+    for (const char32_t letter : group) {
+      std::u32string others = group;
+      std::erase(others, letter);
+      EXPECT_EQ(CasesOf(letter), others) << std::hex << +letter;
+    }
+  }
 }
 
-TEST(LetterCase, AllThreeSigmasAreOneLetter) {
-  EXPECT_EQ(OtherCases(0x3C2), (Cases{U"\x3A3", U"\x3C3"}));
-  EXPECT_EQ(OtherCases(0x3A3), (Cases{U"\x3C3", U"\x3C2"}));
-  EXPECT_EQ(OtherCases(0x3C3), (Cases{U"\x3A3", U"\x3C2"}));
+TEST(LetterCase, WhoeverIsACaseOfALetterHasThatLetterForACase) {
+  for (char32_t letter = 0; letter < 0x20000; ++letter) {
+    for (const char32_t other : CasesOf(letter)) {
+      EXPECT_NE(CasesOf(other).find(letter), std::u32string::npos) << std::hex << +letter;
+    }
+  }
 }
 
-TEST(LetterCase, TheDottedAndTheDotlessIHaveTheirLatinCase) {
-  EXPECT_EQ(OtherCases(0x130), Cases{U"i"});
-  EXPECT_EQ(OtherCases(0x131), Cases{U"I"});
-  EXPECT_EQ(OtherCases(U'i'), Cases{U"I"});
+TEST(LetterCase, TheFormsThatFewTextsHoldAreRare) {
+  EXPECT_EQ(OtherCases(U's'), (std::vector<OtherCase>{{U"S", false}, {U"\x17F", true}}));
+  EXPECT_EQ(OtherCases(U'i'),
+            (std::vector<OtherCase>{{U"I", false}, {U"\x130", true}, {U"\x131", true}}));
+}
+
+TEST(LetterCase, TheLowerCaseOfTheDottedIMayKeepItsDot) {
+  EXPECT_EQ(OtherCases(0x130).front(), (OtherCase{U"i\x307", true}));
+}
+
+TEST(LetterCase, JoinedLettersAreTakenApart) {
+  EXPECT_EQ(TakenApart(U"Wei\xDF"), U"Weiss");
+  EXPECT_EQ(TakenApart(U"WEI\x1E9E"), U"WEIss");
+  EXPECT_EQ(TakenApart(U"\xFB03\xFB01x\xFB06\x587"), U"ffifixst\x565\x582");
+  EXPECT_EQ(TakenApart(U"Anna"), U"Anna");
+  EXPECT_EQ(TakenApart(U""), U"");
+}
+
+TEST(LetterCase, JoinedLettersAreFoundInTheCaseOfTheText) {
+  const auto joined = [](std::u32string_view text) {
+    std::vector<std::pair<char32_t, std::size_t>> found;
+    for (const JoinedLetter& each : JoinedAtBeginning(text)) {
+      found.emplace_back(each.letter, each.letters);
+    }
+    return found;
+  };
+  using Found = std::vector<std::pair<char32_t, std::size_t>>;
+  for (const char32_t* text : {U"ss", U"SSE", U"sS", U"\x17Fs"}) {
+    EXPECT_EQ(joined(text), (Found{{0xDF, 2}, {0x1E9E, 2}}));
+  }
+  EXPECT_EQ(joined(U"ffIx"), (Found{{0xFB03, 3}, {0xFB00, 2}}));
+  EXPECT_EQ(joined(U"f\x131"), (Found{{0xFB01, 2}}));
+  EXPECT_EQ(joined(U"\x535\x552"), (Found{{0x587, 2}}));
+  for (const char32_t* text : {U"s", U"sas", U"", U"f", U"ass", U"\x565"}) {
+    EXPECT_EQ(joined(text), Found{});
+  }
 }
 
 }  // namespace

@@ -11,6 +11,8 @@
 namespace morvex::test {
 namespace {
 
+using namespace std::string_literals;
+
 ListReview Review(const std::string& bytes, const std::string& separator = "|", char joker = '*') {
   MemoryFiles files;
   files.AddFile("/list.txt", bytes);
@@ -22,9 +24,9 @@ ListReview Review(const std::string& bytes, const std::string& separator = "|", 
 
 // The remarks as lines of text.
 std::vector<std::string> Remarks(const ListReview& review) {
-  constexpr std::array kNames = {"byte-order mark", "no separator",  "rows lost",
-                                 "empty left",      "duplicate",     "forestalled",
-                                 "short",           "open wildcard", "stray wildcard"};
+  constexpr std::array kNames = {"byte-order mark", "no separator", "rows lost", "empty left",
+                                 "duplicate",       "forestalled",  "short",     "open wildcard",
+                                 "stray wildcard",  "NUL",          "UTF-16"};
   std::vector<std::string> lines;
   for (const ListRemark& remark : review.remarks) {
     std::string line = std::to_string(remark.line) + " " +
@@ -55,6 +57,23 @@ TEST(ListReviewTest, AListWithoutALeftTextIsOfNoUse) {
 
 TEST(ListReviewTest, AnEmptyLeftTextIsTold) {
   EXPECT_EQ(Remarks(Review("Anna|x\r\n|what\r\n")), Lines{"2 empty left what"});
+}
+
+TEST(ListReviewTest, ALeftTextWithANulIsOfNoUse) {
+  const ListReview review = Review("An\0na|x\r\n"s);
+  EXPECT_EQ(Remarks(review), Lines{"1 NUL An\0na"s});
+  EXPECT_FALSE(review.is_usable);
+  EXPECT_TRUE(Review("An\0na|x\r\nBert|y\r\n"s).is_usable);
+}
+
+TEST(ListReviewTest, AListInUtf16IsOfNoUseAndToldOnce) {
+  for (const std::string& bytes : {"\xFF\xFE"
+                                   "A\0n\0|\0x\0\r\0\n\0B\0|\0x\0"s,
+                                   "\xFE\xFF\0A\0n\0|\0x\0\r\0\n\0B\0|\0x"s}) {
+    const ListReview review = Review(bytes);
+    EXPECT_EQ(Remarks(review), Lines{"1 UTF-16 "});
+    EXPECT_FALSE(review.is_usable);
+  }
 }
 
 TEST(ListReviewTest, ADuplicateNamesTheRowThatWins) {

@@ -18,6 +18,15 @@ TEST(ShownText, IsUtf8OrElseWindows1252WithControlsEscaped) {
   EXPECT_EQ(ShownText(""), "");
 }
 
+TEST(ShownText, WhatTurnsTheOrderOfTextOrHasNoWidthIsEscaped) {
+  EXPECT_EQ(ShownText("a\xE2\x80\xAE"
+                      "b\xE2\x81\xA6\xE2\x80\xA8\xEF\xBB\xBF\xD8\x9C"),
+            "a\\u202Eb\\u2066\\u2028\\uFEFF\\u061C");
+  EXPECT_EQ(ShownPath("txt.\xE2\x80\xAE"
+                      "exe"),
+            "txt.\\u202Eexe");
+}
+
 TEST(ShownText, OfAPathOnlyWhatIsNoUtf8IsEscaped) {
   EXPECT_EQ(ShownPath("/a/M\xC3\xBCller \xE2\x82\xAC \xF0\x9F\x98\x80"),
             "/a/M\xC3\xBCller \xE2\x82\xAC \xF0\x9F\x98\x80");
@@ -56,6 +65,9 @@ TEST(ShownText, APieceOfUtf16IsReadInItsByteOrder) {
   EXPECT_EQ(ShownPiece("M\0\xFC\0\n\0"s, Encoding::kUtf16Le), "M\xC3\xBC\\x0A");
   EXPECT_EQ(ShownPiece("\0M\0\xFC\0"s, Encoding::kUtf16Be), "M\xC3\xBC");
   EXPECT_EQ(ShownPiece("\x3D\xD8M\0"s, Encoding::kUtf16Le), "\xEF\xBF\xBDM");
+  // A cut character at each end spoils none between them.
+  EXPECT_EQ(ShownPiece("\0\xDE\x3D\xD8\0\xDE\x3D\xD8"s, Encoding::kUtf16Le),
+            "\xEF\xBF\xBD\xF0\x9F\x98\x80\xEF\xBF\xBD");
 }
 
 }  // namespace
