@@ -216,7 +216,9 @@ TEST_F(HostileTree, StrangeNamesOfFilesAndFoldersAreKeptByteForByte) {
   Files source;
   for (const std::string& name : kStrange) {
     source[name] = "ab";
-    source["f" + name.substr(1) + "/" + name] = "ab";
+    std::string folder = name;
+    folder.front() = 'f';
+    source[folder + "/" + name] = "ab";
   }
   Put(source);
   ExpectSilent(Run());
