@@ -64,8 +64,8 @@ std::string Replaced(const std::string& text, const std::string& right);
 // The files below a folder; its own path may be as long as it likes.
 Files FilesBelow(const std::string& folder);
 
-// Waits until it holds, for a minute at most; the test fails when it still does not. `what` tells
-// what is waited for.
+// Waits until it holds, for some minutes at most; the test fails when it still does not. `what`
+// tells what is waited for.
 void Await(const std::string& what, const std::function<bool()>& holds);
 // Waits until the process has a handler for the signal: up to there it would die of it.
 void AwaitHandler(pid_t process, int number);
