@@ -21,11 +21,17 @@ shared=(core/*/*.cpp tests/reference/judge.cpp tests/reference/literal_substitut
   tests/support/memory_files.cpp tests/support/test_program.cpp tests/support/failing_files.cpp
   tests/whole_run/{disk,disk_io,engine_model,folder_model,run_model,settings_model}.cpp)
 objects=()
+stale=()
 for source in "${shared[@]}"; do
   object=$out/objects/${source//\//_}.o
   objects+=("$object")
-  [[ $object -nt $source ]] || "${CXX:-clang++}" "${flags[@]}" -c "$source" -o "$object"
+  [[ $object -nt $source ]] || stale+=("$source" "$object")
 done
+if ((${#stale[@]})); then
+  printf '%s\0' "${stale[@]}" |
+    xargs -0 -n 2 -P "$(nproc)" bash -c '"${@:1:$#-2}" -c "${@:$#-1:1}" -o "${@:$#}"' compile \
+      "${CXX:-clang++}" "${flags[@]}"
+fi
 
 failed=0
 for target in "${targets[@]}"; do

@@ -99,6 +99,51 @@ TEST_F(FullDisk, OfTheProgramFolderStopsNoRun) {
   });
 }
 
+// The settings are saved with every run: the old ones stay rather than half of the new ones. The
+// log keeps whole records alone.
+TEST_F(FullDisk, OfTheProgramFolderKeepsTheOldSettingsAndWholeRecords) {
+  RUN_OR_SKIP([this] {
+    Put(kSource);
+    const std::string old_settings = "an older run's\r\n";
+    const std::string program = scene_.program_folder() + "/morvex-cli";
+    const std::string aside = scene_.root() + "/aside";
+    std::filesystem::rename(program, aside);
+    const auto pages = std::filesystem::file_size(aside) / kPage + 1;
+    // Room for the program and the old settings, then for so many pages more.
+    for (std::size_t more : {0u, 1u, 2u}) {
+      SCOPED_TRACE(std::to_string(more) + " pages more");
+      const std::string room = "size=" + std::to_string((pages + 1 + more) * kPage);
+      ASSERT_EQ(mount("tmpfs", scene_.program_folder().c_str(), "tmpfs", 0, room.c_str()), 0);
+      std::filesystem::copy_file(aside, program);
+      whole_run::WriteWholeFile(scene_.program_folder() + "/Init.dat", old_settings);
+      EXPECT_EQ(Run().status, 0);
+      ExpectAllRight(kSource);
+      EXPECT_EQ(scene_.InitDat(), more == 0 ? old_settings : scene_.Read("job.dat"));
+      EXPECT_EQ(Log().empty(), more == 0);
+      for (const std::string& line : Log()) EXPECT_FALSE(line.starts_with("malformed")) << line;
+      EXPECT_EQ(umount2(scene_.program_folder().c_str(), MNT_DETACH), 0);
+    }
+  });
+}
+
+TEST_F(FullDisk, OfTheReportKeepsTheOldOneAndIsTold) {
+  RUN_OR_SKIP([this] {
+    Put(kSource);
+    scene_.MakeFolder("reports");
+    MountDisk("reports", 1);
+    whole_run::WriteWholeFile(scene_.At("reports/run.json"), "an older one");
+    const ProgramResult result =
+        scene_.Run({"run", scene_.At("src"), scene_.At("out"), "--list", scene_.At("list"), "--ext",
+                    ".txt", "--report", scene_.At("reports/run.json")});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.errors.find("run.json: error: Error 61: Disk full"), std::string::npos)
+        << result.errors;
+    ExpectAllRight(kSource);
+    EXPECT_EQ(FilesBelow(scene_.At("reports")), (Files{{"run.json", "an older one"}}));
+    UnmountDisk("reports");
+  });
+}
+
 class FileSize : public SystemTest, public ::testing::WithParamInterface<std::size_t> {};
 
 TEST_P(FileSize, LimitedToSoManyBytesCutsNoCopyShort) {

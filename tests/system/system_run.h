@@ -21,6 +21,7 @@ using whole_run::Scene;
 struct Start {
   std::function<void()> prepare;                 // in the new process; only system calls
   std::function<void(pid_t process)> meanwhile;  // in this one, once the other has started
+  std::vector<std::string> arguments = {};       // after those that name the settings file
 };
 
 // Paths below a folder, and the files' bytes.
@@ -62,6 +63,12 @@ std::string Replaced(const std::string& text, const std::string& right);
 
 // The files below a folder; its own path may be as long as it likes.
 Files FilesBelow(const std::string& folder);
+
+// Waits until it holds, for some minutes at most; the test fails when it still does not. `what`
+// tells what is waited for.
+void Await(const std::string& what, const std::function<bool()>& holds);
+// Waits until the process has a handler for the signal: up to there it would die of it.
+void AwaitHandler(pid_t process, int number);
 
 // Becomes a user without privileges, when it is root. For Start::prepare.
 void BecomeNobody();

@@ -4,10 +4,8 @@
 #include <signal.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
 #include "tests/system/system_run.h"
 
@@ -19,10 +17,10 @@ class TwoRuns : public SystemTest {
   // A temporary file that is being written has been claimed: an empty one need not be yet.
   void AwaitTemporaryFile() const {
     const std::filesystem::path path = scene_.At("src/tijdel.enc");
-    std::error_code none;
-    while (!std::filesystem::exists(path, none) || std::filesystem::file_size(path, none) == 0) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    Await("bytes in " + path.string(), [&] {
+      std::error_code none;
+      return std::filesystem::exists(path, none) && std::filesystem::file_size(path, none) > 0;
+    });
   }
 };
 
@@ -87,9 +85,7 @@ class ChangingFiles : public SystemTest {
   // Changes the long file once the run has it open.
   ProgramResult RunAndMeanwhile(const std::function<void()>& change) {
     return Run({{}, [&](pid_t process) {
-                  while (!scene_.Exists("src/tijdel.enc")) {
-                    std::this_thread::sleep_for(std::chrono::microseconds(100));
-                  }
+                  Await("a temporary file", [&] { return scene_.Exists("src/tijdel.enc"); });
                   kill(process, SIGSTOP);
                   change();
                   kill(process, SIGCONT);
