@@ -1,8 +1,8 @@
 #include "host/windows/windows_code_page.h"
 
-#include <windows.h>
-
 #include <cstddef>
+
+#include "host/windows/windows_api.h"
 
 namespace morvex::windows {
 namespace {

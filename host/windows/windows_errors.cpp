@@ -1,9 +1,15 @@
 // The one table of error codes. Codes that stand for nothing more exact are access errors.
 #include "host/windows/windows_errors.h"
 
-#include <windows.h>
+#include "host/windows/windows_api.h"
 
 namespace morvex::windows {
+namespace {
+
+// Which the compiler's headers do not name.
+constexpr Code kDiskQuotaExceeded = 1295;
+
+}  // namespace
 
 ErrorNumber ErrorFromCode(Code code, Missing missing) {
   switch (code) {
@@ -30,7 +36,7 @@ ErrorNumber ErrorFromCode(Code code, Missing missing) {
       return ErrorNumber::kFileAlreadyExists;
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
-    case ERROR_DISK_QUOTA_EXCEEDED:
+    case kDiskQuotaExceeded:
     case ERROR_FILE_TOO_LARGE:
       return ErrorNumber::kDiskFull;
     case ERROR_CRC:

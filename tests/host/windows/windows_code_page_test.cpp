@@ -1,10 +1,11 @@
 #include "host/windows/windows_code_page.h"
 
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <optional>
 #include <string>
+
+#include "host/windows/windows_api.h"
 
 namespace morvex::windows {
 namespace {

@@ -1,10 +1,11 @@
 #include "host/windows/windows_errors.h"
 
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <new>
 #include <stdexcept>
+
+#include "host/windows/windows_api.h"
 
 namespace morvex::windows {
 namespace {
