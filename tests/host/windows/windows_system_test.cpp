@@ -11,49 +11,13 @@
 
 #include "core/run/start_up.h"
 #include "host/windows/windows_browser.h"
+#include "tests/host/windows/second_process.h"
 #include "tests/host/windows/windows_test.h"
 
 namespace morvex::windows_test {
 namespace {
 
 using namespace std::chrono_literals;
-
-std::wstring OwnProgram() {
-  std::wstring path(1000, L'\0');
-  path.resize(GetModuleFileNameW(nullptr, path.data(), 1000));
-  return path;
-}
-
-// Where the second process is to write what it sees: an entry of its environment.
-constexpr const wchar_t* kReportEntry = L"MORVEX_TEST_REPORT";
-
-std::wstring Report() {
-  std::wstring path(1000, L'\0');
-  path.resize(GetEnvironmentVariableW(kReportEntry, path.data(), 1000));
-  return path;
-}
-
-// Starts this program so that it runs but one test of its own, and gives what that reported.
-std::string SeenByASecondProcess(const TempFolder& folder, const std::wstring& test,
-                                 const std::vector<std::wstring>& entries) {
-  const std::wstring report = folder.WidePath() + L"\\report";
-  std::wstring command = L"\"" + OwnProgram() +
-                         L"\" --gtest_also_run_disabled_tests --gtest_filter=SecondProcess." + test;
-  std::wstring block;
-  for (const std::wstring& entry : entries) block += entry + L'\0';
-  block += std::wstring(kReportEntry) + L"=" + report + L'\0' + L'\0';
-  STARTUPINFOW start{};
-  start.cb = sizeof start;
-  PROCESS_INFORMATION started{};
-  if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, CREATE_UNICODE_ENVIRONMENT,
-                     block.data(), nullptr, &start, &started) == 0) {
-    return "(not started)";
-  }
-  WaitForSingleObject(started.hProcess, 60'000);
-  CloseHandle(started.hThread);
-  CloseHandle(started.hProcess);
-  return Content(windows::SystemCodePage().Bytes(report));
-}
 
 TEST(SecondProcess, DISABLED_ReportsItsLocations) {
   WindowsSystemService system;
@@ -113,7 +77,7 @@ TEST_F(WindowsSystemTest, TheEnvironmentIsCountedFromOneUpToAnEmptyEntry) {
 
 TEST_F(WindowsSystemTest, TheLocationsComeFromTheEnvironment) {
   const auto seen = [&](const std::vector<std::wstring>& entries) {
-    return SeenByASecondProcess(folder_, L"DISABLED_ReportsItsLocations", entries);
+    return SeenByASecondProcess(folder_, OwnProgram(), L"DISABLED_ReportsItsLocations", entries);
   };
   const std::wstring local = L"LOCALAPPDATA=C:\\users\\ada\\Local";
   const std::wstring common = L"CommonProgramFiles(x86)=C:\\Program Files (x86)\\Common Files";
@@ -125,7 +89,7 @@ TEST_F(WindowsSystemTest, TheLocationsComeFromTheEnvironment) {
 
 TEST_F(WindowsSystemTest, OfTwoEntriesOfCommonFilesTheLaterIsUsed) {
   const std::string seen =
-      SeenByASecondProcess(folder_, L"DISABLED_ReportsItsLocations",
+      SeenByASecondProcess(folder_, OwnProgram(), L"DISABLED_ReportsItsLocations",
                            {L"CommonProgramFiles(x86)=C:\\one\\x",
                             L"CommonProgramFiles(x86)=C:\\two\\x", L"LOCALAPPDATA=L"});
   if (seen == "L|C:\\one\\") GTEST_SKIP() << "this system keeps but one entry of a name";
