@@ -120,6 +120,7 @@ ErrorNumber ReplaceContent(const std::string& path, std::string_view bytes) {
   if (code != 0) return ErrorFromCode(code, Missing::kPath);
   if (IsLink(file.value)) file = FollowLinks(file.value);
   if (!file) return file.error;
+  if ((old.attributes & FILE_ATTRIBUTE_READONLY) != 0) return ErrorNumber::kPermissionDenied;
   {
     // A file that may not be written is not to be had by way of its folder either.
     const Result<Handle> writable =
