@@ -99,7 +99,7 @@ tidy() {
 scripts() {
   local file good=0
   for file in run.sh test.sh .ci/run cmake/*.sh fuzz/*.sh bench/*.sh tests/*/*.sh \
-    packaging/linux/completions/*.bash; do
+    packaging/windows/*.sh packaging/linux/completions/*.bash; do
     bash -n "$file" || good=1
   done
   while IFS= read -r -d '' file; do

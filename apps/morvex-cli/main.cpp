@@ -4,6 +4,7 @@
 // but some files were not copied. Those of the commands stand in ui/commands/command_console.h.
 
 #include <iostream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,10 +12,9 @@
 #include "core/run/start_up.h"
 #include "core/settings/command_line.h"
 #include "core/settings/settings_file.h"
-#include "host/posix/posix_files.h"
-#include "host/posix/posix_standard_streams.h"
-#include "host/posix/posix_system.h"
-#include "host/posix/posix_terminal.h"
+#include "host/system/services.h"
+#include "host/system/standard_streams.h"
+#include "host/system/terminal.h"
 #include "ui/commands/command_line.h"
 #include "ui/commands/commands.h"
 #include "ui/console/console_text.h"
@@ -102,9 +102,11 @@ int RunOneCommand(const std::vector<std::string>& arguments, FileService& files,
 }
 
 int Main(int argc, char** argv) {
-  PosixSystemService system(argc, argv);
-  PosixFileService files;
-  const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+  const std::unique_ptr<SystemService> own_system = MakeSystemService(argc, argv);
+  const std::unique_ptr<FileService> own_files = MakeFileService();
+  SystemService& system = *own_system;
+  FileService& files = *own_files;
+  const std::vector<std::string> arguments = ProgramArguments(argc, argv);
   if (!arguments.empty() && IsCommand(arguments.front())) {
     return RunOneCommand(arguments, files, system);
   }

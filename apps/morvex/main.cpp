@@ -7,10 +7,10 @@
 #include <QApplication>
 #include <QTimer>
 #include <iostream>
+#include <memory>
 
 #include "core/run/start_up.h"
-#include "host/posix/posix_files.h"
-#include "host/posix/posix_system.h"
+#include "host/system/services.h"
 #include "ui/qt/desktop.h"
 #include "ui/qt/house_style.h"
 #include "ui/qt/pictures.h"
@@ -33,14 +33,14 @@ void DescribeApplication() {
 
 int Main(int argc, char** argv) {
   // Before the toolkit takes its own options out of the arguments.
-  PosixSystemService system(argc, argv);
+  const std::unique_ptr<SystemService> system = MakeSystemService(argc, argv);
   QApplication::setHighDpiScaleFactorRoundingPolicy(
       Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
   QApplication application(argc, argv);
   DescribeApplication();
-  PosixFileService files;
-  QtUser user(system.Codec());
-  Program program({files, system, user});
+  const std::unique_ptr<FileService> files = MakeFileService();
+  QtUser user(system->Codec());
+  Program program({*files, *system, user});
   Desktop desktop(program);
   ErrorNumber error = ErrorNumber::kNone;
   QObject::connect(

@@ -1,6 +1,6 @@
 // A stop signal sets a flag and gives the signals back their usual effect, so that a run that does
 // not look at the flag any more can still be ended by the second one.
-#include "host/posix/posix_terminal.h"
+#include "host/system/terminal.h"
 
 #include <signal.h>
 #include <sys/ioctl.h>

@@ -18,9 +18,13 @@ namespace fs = std::filesystem;
 
 // From the top down; a room may include what stands below it.
 const std::vector<std::string> kRooms = {
-    "apps/morvex", "apps/morvex-cli", "host/posix",    "ui/qt",        "ui/commands",
-    "ui/console",  "core/run",        "core/settings", "core/list",    "core/leftovers",
-    "core/engine", "core/program",    "core/tables",   "core/windows", "core/host"};
+    "apps/morvex",  "apps/morvex-cli", "host/posix",  "host/windows", "host/system",
+    "ui/qt",        "ui/commands",     "ui/console",  "core/run",     "core/settings",
+    "core/list",    "core/leftovers",  "core/engine", "core/program", "core/tables",
+    "core/windows", "core/host"};
+
+// The hosts, one for each system. A main function knows them only through host/system.
+const std::set<std::string> kHosts = {"host/posix", "host/windows"};
 
 // Those that may include the toolkit's headers.
 const std::set<std::string> kToolkitRooms = {"apps/morvex", "ui/qt"};
@@ -100,10 +104,23 @@ TEST(Layers, ARoomIncludesOnlyItselfAndRoomsBelow) {
 }
 
 TEST(Layers, TheHostImplementsOnlyTheHostsInterface) {
-  for (const Include& include : IncludesOf("host/posix")) {
-    if (!include.own) continue;
-    EXPECT_TRUE(include.name.starts_with("host/posix/") || include.name.starts_with("core/host/"))
-        << include.file << " includes " << include.name;
+  for (const std::string& host : kHosts) {
+    for (const Include& include : IncludesOf(host)) {
+      if (!include.own) continue;
+      EXPECT_TRUE(include.name.starts_with(host + "/") ||
+                  include.name.starts_with("host/system/") ||
+                  include.name.starts_with("core/host/"))
+          << include.file << " includes " << include.name;
+    }
+  }
+}
+
+TEST(Layers, ProgramsAreTheSameSourcesOnEverySystem) {
+  for (const char* program : {"apps/morvex", "apps/morvex-cli"}) {
+    for (const Include& include : IncludesOf(program)) {
+      EXPECT_FALSE(kHosts.contains(include.name.substr(0, include.name.rfind('/'))))
+          << include.file << " includes " << include.name;
+    }
   }
 }
 
@@ -118,7 +135,7 @@ TEST(Layers, UserInterfacesDoNotKnowTheSystem) {
 
 TEST(Layers, OnlyTheHostIncludesSystemHeaders) {
   for (const std::string& room : kRooms) {
-    if (room == "host/posix") continue;
+    if (kHosts.contains(room)) continue;
     for (const Include& include : IncludesOf(room)) {
       if (include.own) continue;
       if (room == kHeaderLibrariesRoom && kHeaderLibraries.contains(include.name)) continue;

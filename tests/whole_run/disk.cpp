@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <stdexcept>
@@ -113,6 +114,18 @@ bool Disk::PutFile(const std::string& path, Node file) {
   }
   Add(path, std::move(file));
   return true;
+}
+
+void Disk::SortListings(bool (*comes_before)(const std::string&, const std::string&)) {
+  for (auto& [path, node] : nodes_) {
+    std::sort(node.listing.begin(), node.listing.end(), comes_before);
+  }
+}
+
+void Disk::ForgetPermissions() {
+  for (auto& [path, node] : nodes_) {
+    node.permissions.reset();
+  }
 }
 
 void Disk::RemoveFile(const std::string& path) {

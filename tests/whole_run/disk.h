@@ -46,6 +46,11 @@ class Disk {
   // Removes a file; nothing happens when there is none.
   void RemoveFile(const std::string& path);
 
+  // For a system that lists every folder in an order of its own.
+  void SortListings(bool (*comes_before)(const std::string&, const std::string&));
+  // For a system that has no such bits: any will do.
+  void ForgetPermissions();
+
   const std::map<std::string, Node>& nodes() const { return nodes_; }
 
  private:

@@ -1,5 +1,5 @@
 // Terminals, and the signals that ask for a stop. Signals are tried in a process of their own.
-#include "host/posix/posix_terminal.h"
+#include "host/system/terminal.h"
 
 #include <sys/ioctl.h>
 #include <sys/wait.h>

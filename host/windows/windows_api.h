@@ -1,0 +1,11 @@
+// The system's own declarations, without those of its macros that take the names of functions of
+// the program.
+#pragma once
+
+#include <windows.h>
+
+#undef CopyFile
+#undef CreateFile
+#undef DeleteFile
+#undef MoveFile
+#undef ReplaceFile

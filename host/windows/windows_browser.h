@@ -1,0 +1,15 @@
+// Showing a file to the user in the system's file browser.
+#pragma once
+
+#include <string>
+
+namespace morvex::windows {
+
+// Starts the program `program` with the command line `command` in a minimised window that takes the
+// focus. Does not wait for it and says nothing when it cannot be started.
+void StartMinimised(const std::wstring& program, std::wstring command);
+
+// Opens the file browser on `file`, whose path the code page spells.
+void OpenBrowserOn(const std::string& file);
+
+}  // namespace morvex::windows

@@ -1,0 +1,64 @@
+// The file system of Windows. Names are bytes in the system's code page; "\" parts them, and "/" is
+// taken for it.
+//
+// The file that was made last is claimed until it is moved or deleted: DeleteFile of another
+// process gives kFileAlreadyOpen for it.
+//
+// Beyond the contract of FileService: paths may be as long as the file system lets them be; the
+// empty path gives 53 where a file is asked for and 76 where a folder is; names that are no names,
+// see windows_paths.h, give 52, and so does an entry of a listing that the code page cannot spell.
+// A file that another program has open and does not share gives 70. The permission bits are the
+// attributes read-only, hidden and system; who else may read a new file or folder is what the
+// folder that it is made in hands down. Read-only files are replaced and deleted like others.
+// Nothing but a file's own bytes is copied: no alternate streams. Calls may come from several
+// threads.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "core/host/file_service.h"
+#include "host/windows/windows_handle.h"
+
+namespace morvex {
+
+class WindowsFileService : public FileService {
+ public:
+  char Separator() const override { return '\\'; }
+
+  Result<FileInfo> LookUpFile(const std::string& path) override;
+  Result<FolderInfo> LookUpFolder(const std::string& path) override;
+  Result<std::vector<FolderEntry>> ListFolder(const std::string& path) override;
+  Result<std::string> RealPath(const std::string& path) override;
+  Result<DriveSpace> LookUpDrive(const std::string& path) override;
+
+  ErrorNumber CreateFolder(const std::string& path) override;
+
+  // Copying stops at the size that the source has at the start, or earlier when it shrinks.
+  // Nothing but a file, a link to one or a link to nothing is ever replaced at `to` (75).
+  ErrorNumber CopyFile(const std::string& from, const std::string& to,
+                       const KeepGoing& keep_going) override;
+  ErrorNumber MoveFile(const std::string& from, const std::string& to,
+                       const KeepGoing& keep_going) override;
+  ErrorNumber MoveToFreeName(const std::string& from, const std::string& to) override;
+  ErrorNumber DeleteFile(const std::string& path) override;
+
+  Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) override;
+  Result<std::unique_ptr<OutputFile>> CreateFile(const std::string& path,
+                                                 std::uint32_t permissions) override;
+  ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) override;
+  ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
+
+ private:
+  // The open file behind a path that is claimed; null for any other.
+  std::shared_ptr<windows::Handle> ClaimedFile(const std::string& path);
+  void EndClaim(const std::string& path);
+
+  std::mutex mutex_;  // for what follows
+  // The file that this process is making.
+  std::string claimed_;
+  std::shared_ptr<windows::Handle> claim_;
+};
+
+}  // namespace morvex

@@ -1,0 +1,69 @@
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "host/system/standard_streams.h"
+#include "host/windows/windows_api.h"
+#include "host/windows/windows_errors.h"
+
+namespace morvex {
+namespace {
+
+constexpr std::size_t kMostAtOnce = std::size_t{1} << 20;
+
+DWORD Piece(std::size_t left) { return static_cast<DWORD>(std::min(left, kMostAtOnce)); }
+
+class PipeInput : public InputFile {
+ public:
+  Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
+    if (offset != done_) return ErrorNumber::kInvalidCall;
+    std::size_t read = 0;
+    while (read < size) {
+      DWORD moved = 0;
+      const bool good = ::ReadFile(stream_, into + read, Piece(size - read), &moved, nullptr) != 0;
+      // The writer of a pipe has closed it.
+      if (!good && GetLastError() == ERROR_BROKEN_PIPE) break;
+      if (!good) return windows::LastError(windows::Missing::kFile);
+      if (moved == 0) break;
+      read += moved;
+    }
+    done_ += read;
+    return read;
+  }
+
+ private:
+  void* stream_ = GetStdHandle(STD_INPUT_HANDLE);
+  std::uint64_t done_ = 0;
+};
+
+class PipeOutput : public OutputFile {
+ public:
+  ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
+    if (offset != done_) return ErrorNumber::kInvalidCall;
+    done_ += bytes.size();
+    while (!bytes.empty()) {
+      DWORD moved = 0;
+      if (::WriteFile(stream_, bytes.data(), Piece(bytes.size()), &moved, nullptr) == 0) {
+        return windows::LastError(windows::Missing::kFile);
+      }
+      bytes.remove_prefix(moved);
+    }
+    return ErrorNumber::kNone;
+  }
+
+  // The system hands over every write at once.
+  ErrorNumber Close() override { return ErrorNumber::kNone; }
+
+ private:
+  void* stream_ = GetStdHandle(STD_OUTPUT_HANDLE);
+  std::uint64_t done_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<InputFile> StandardInput() { return std::make_unique<PipeInput>(); }
+
+std::unique_ptr<OutputFile> StandardOutput() { return std::make_unique<PipeOutput>(); }
+
+}  // namespace morvex

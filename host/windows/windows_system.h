@@ -1,0 +1,57 @@
+// The process, the clock and the user's regional settings on Windows.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/host/system_service.h"
+#include "host/windows/windows_api.h"
+
+namespace morvex {
+
+// Text is in the system's code page. From the first one on the C and C++ libraries pass the bytes
+// of the standard streams unchanged; as long as one lives a console understands colours and shows
+// text of the code page.
+class WindowsSystemService : public SystemService {
+ public:
+  WindowsSystemService();
+  WindowsSystemService(const WindowsSystemService&) = delete;
+  WindowsSystemService& operator=(const WindowsSystemService&) = delete;
+  ~WindowsSystemService() override;
+
+  std::string ProgramFolder() override { return program_folder_; }
+  std::string ExecutableName() override { return executable_name_; }
+  std::string CommandLineText() override;
+  std::string EnvironmentEntry(int index) override;
+
+  // The file system's stamps follow a coarser clock: that of a file written right after this call
+  // can lie some milliseconds before it.
+  WallTime Now() override;
+  TimeOfDay LocalTimeOfDay() override;
+  std::string ShortDate() override;
+  std::string TimeText() override;
+  std::chrono::milliseconds SteadyTime() override;
+
+  TextCodec Codec() override { return TextCodec::kSingleByte; }
+  bool HasRedirectedStore() override { return true; }
+  // As if "explorer " and the file's path were typed; its window is minimised and takes the focus.
+  void StartFileBrowser(const std::string& file) override;
+
+ private:
+  std::string program_folder_;
+  std::string executable_name_;
+  UINT console_output_ = 0;  // the console's own code pages; 0 without a console
+  UINT console_input_ = 0;
+
+  std::string time_text_;  // of the second time_text_second_
+  WORD time_text_second_ = 60;
+  WORD time_text_minute_ = 60;
+};
+
+namespace windows {
+
+// The arguments behind the program's name in the system's command line `line`.
+std::vector<std::string> ArgumentsOf(const wchar_t* line);
+
+}  // namespace windows
+}  // namespace morvex

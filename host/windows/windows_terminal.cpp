@@ -1,0 +1,54 @@
+// A stop event sets a flag; the next one is left to the system, so that a run that does not look at
+// the flag any more can still be ended.
+#include <array>
+#include <atomic>
+#include <cstddef>
+
+#include "host/system/terminal.h"
+#include "host/windows/windows_api.h"
+
+namespace morvex {
+namespace {
+
+constexpr int kUsualColumns = 80;
+
+// When the console is closed the process ends with the handler of that event; the system itself
+// waits no longer than this.
+constexpr DWORD kTimeToEnd = 5000;  // ms
+
+std::atomic<bool> stop_requested = false;
+
+BOOL WINAPI NoteStopEvent(DWORD event) {
+  if (stop_requested.exchange(true)) return FALSE;
+  if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(kTimeToEnd);
+  return TRUE;
+}
+
+void* StreamHandle(int stream) {
+  constexpr std::array<DWORD, 3> kStreams = {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE};
+  if (stream < 0 || stream >= static_cast<int>(kStreams.size())) return nullptr;
+  return GetStdHandle(kStreams[static_cast<std::size_t>(stream)]);
+}
+
+}  // namespace
+
+bool IsTerminal(int stream) {
+  DWORD mode = 0;
+  return GetConsoleMode(StreamHandle(stream), &mode) != 0;
+}
+
+int TerminalColumns() {
+  for (const int stream : {1, 2}) {
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    if (GetConsoleScreenBufferInfo(StreamHandle(stream), &info) == 0) continue;
+    const int columns = info.srWindow.Right - info.srWindow.Left + 1;
+    if (columns > 0) return columns;
+  }
+  return kUsualColumns;
+}
+
+void InstallStopSignals() { SetConsoleCtrlHandler(NoteStopEvent, TRUE); }
+
+bool StopRequested() { return stop_requested; }
+
+}  // namespace morvex

@@ -1,0 +1,28 @@
+// Moments as the system gives them, as moments of the program.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <limits>
+
+#include "core/host/file_service.h"
+#include "host/windows/windows_api.h"
+
+namespace morvex::windows {
+
+// The system counts steps of 100 nanoseconds from 1601 on. A moment outside the years 1677 to 2262,
+// which a file can be given, becomes the nearest one inside.
+inline WallTime ToWallTime(const FILETIME& moment) {
+  constexpr std::int64_t kFrom1601To1970 = 116'444'736'000'000'000;
+  constexpr std::int64_t kNanosecondsPerStep = 100;
+  constexpr std::int64_t kFarthest =
+      std::numeric_limits<std::int64_t>::max() / kNanosecondsPerStep - 1;
+  const auto steps =
+      static_cast<std::int64_t>(std::uint64_t{moment.dwHighDateTime} << 32 | moment.dwLowDateTime);
+  const std::int64_t since_1970 = std::clamp<std::int64_t>(
+      std::max<std::int64_t>(steps, 0) - kFrom1601To1970, -kFarthest, kFarthest);
+  return WallTime(std::chrono::nanoseconds(since_1970 * kNanosecondsPerStep));
+}
+
+}  // namespace morvex::windows

@@ -1,0 +1,70 @@
+#include "host/windows/windows_code_page.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "host/windows/windows_api.h"
+
+namespace morvex::windows {
+namespace {
+
+std::string AllBytes() {
+  std::string bytes;
+  for (int code = 0; code < 256; ++code) bytes.push_back(static_cast<char>(code));
+  return bytes;
+}
+
+TEST(CodePage, EveryByteOfTheUsualPageComesBack) {
+  const CodePage page(1252);
+  const std::optional<std::wstring> wide = page.Wide(AllBytes());
+  ASSERT_TRUE(wide.has_value());
+  EXPECT_EQ(page.Bytes(*wide), AllBytes());
+}
+
+TEST(CodePage, CharactersHaveTheBytesOfTheirPage) {
+  EXPECT_EQ(CodePage(1252).Bytes(L"\u20ac\u00e9\u0153"), "\x80\xe9\x9c");
+  EXPECT_EQ(CodePage(1251).Bytes(L"\u0416"), "\xc6");
+  EXPECT_EQ(CodePage(1251).Wide("\xc6"), std::wstring(L"\u0416"));
+}
+
+TEST(CodePage, NothingIsBentToFit) {
+  const CodePage page(1252);
+  // A look-alike of A, a full-width A, an infinity sign, a dotless i, a pair of surrogates.
+  EXPECT_EQ(page.Bytes(L"\u0391\uff21\u221e\u0131"), "????");
+  EXPECT_EQ(page.Bytes(L"\U0001f600"), "??");
+}
+
+TEST(CodePage, AByteWithoutACharacterIsNoText) {
+  const CodePage greek(1253);
+  int missing = 0;
+  for (const char byte : AllBytes()) {
+    const std::optional<std::wstring> wide = greek.Wide(std::string(1, byte));
+    if (wide.has_value()) {
+      EXPECT_EQ(greek.Bytes(*wide), std::string(1, byte));
+    } else {
+      ++missing;
+    }
+  }
+  EXPECT_LE(missing, 3);
+}
+
+TEST(CodePage, APageOfSeveralBytesForACharacterIsReplacedByTheUsualOne) {
+  for (const unsigned number : {65001U, 932U, 65000U, 4711U}) {
+    const CodePage page(number);
+    EXPECT_EQ(page.Number(), 1252U) << number;
+    EXPECT_EQ(page.Bytes(L"\u00e9"), "\xe9") << number;
+  }
+}
+
+TEST(CodePage, TheSystemsPageTakesEveryAsciiText) {
+  const std::string text = "C:\\Data\\report (1).txt";
+  const std::optional<std::wstring> wide = SystemCodePage().Wide(text);
+  ASSERT_TRUE(wide.has_value());
+  EXPECT_EQ(*wide, L"C:\\Data\\report (1).txt");
+  EXPECT_EQ(SystemCodePage().Bytes(*wide), text);
+}
+
+}  // namespace
+}  // namespace morvex::windows
