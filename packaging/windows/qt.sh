@@ -1,0 +1,86 @@
+#!/usr/bin/env bash
+# Builds Qt's widgets and its SVG module for Windows, static, from the sources of the Qt that Debian ships for this
+# machine (its tools run here during the build, so the versions are the same). The last line on
+# standard output is the folder of the built Qt; everything else goes to standard error.
+#
+# It takes half an hour to an hour on two cores, so the result is kept outside the repository: one
+# folder per version, recipe and compiler. A folder without the file `complete` is begun anew.
+set -euo pipefail
+
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+root=$(cd "$here/../.." && pwd)
+toolchain=$root/cmake/mingw.cmake
+
+"$root/cmake/install_tools.sh" cmake ninja-build dpkg-dev qt6-base-dev qt6-base-dev-tools \
+  qt6-svg-dev   g++-mingw-w64-x86-64-posix >&2
+
+# Run from a folder that may hold the lists of source packages: this machine's own stay as they are.
+fetch_source() {
+  local package=$1 version=$2 file
+  mkdir -p apt/parts apt/lists/partial apt/cache/archives/partial
+  for file in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
+    [[ -f $file ]] || continue
+    sed -n 's/^deb /deb-src /p' "$file" >"apt/parts/$(basename "$file" .list).list"
+  done
+  for file in /etc/apt/sources.list.d/*.sources; do
+    [[ -f $file ]] || continue
+    sed 's/^Types:.*/Types: deb-src/' "$file" >"apt/parts/$(basename "$file")"
+  done
+  local apart=(-o Dir::Etc::sourcelist=/dev/null -o Dir::Etc::sourceparts="$PWD/apt/parts"
+    -o Dir::State::lists="$PWD/apt/lists" -o Dir::Cache="$PWD/apt/cache" -o APT::Sandbox::User=)
+  apt-get "${apart[@]}" update
+  apt-get "${apart[@]}" source --only-source "$package=$version"
+}
+
+# What the three windows do not need. With no library of the system's, nothing but Windows' own
+# libraries is called.
+without=(sql network dbus printsupport testlib vulkan concurrent xml tabletevent
+  direct2d graphicsview jpeg gif pdf textodfwriter textmarkdownreader textmarkdownwriter
+  undocommand mdiarea lcdnumber dial fontcombobox splashscreen
+  system_zlib system_png system_jpeg system_freetype system_harfbuzz system_pcre2
+  system_doubleconversion)
+
+# build_module PACKAGE INSTALLED OPTION...: fetches the sources of the version that stands on this
+# machine, builds them and installs them with the modules that are there already.
+build_module() {
+  local package=$1 installed=$2
+  shift 2
+  fetch_source "$package" "$(version_of "$package-dev")"
+  cmake -G Ninja -S "$(echo "$PWD/$package"-*/)" -B "build-$package" \
+    -DCMAKE_INSTALL_PREFIX="$installed" -DCMAKE_BUILD_TYPE=MinSizeRel -DBUILD_SHARED_LIBS=OFF \
+    -DQT_HOST_PATH=/usr -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/cmake" \
+    -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF "$@"
+  cmake --build "build-$package"
+  cmake --install "build-$package" --strip
+}
+
+build_qt() {
+  local installed=$1 features=("${without[@]/#/-DFEATURE_}")
+  build_module qt6-base "$installed" -DCMAKE_TOOLCHAIN_FILE="$toolchain" -DINPUT_opengl=no \
+    "${features[@]/%/=OFF}"
+  build_module qt6-svg "$installed" -DQT_CHAINLOAD_TOOLCHAIN_FILE="$toolchain" \
+    -DCMAKE_TOOLCHAIN_FILE="$installed/lib/cmake/Qt6/qt.toolchain.cmake"
+}
+
+version_of() {
+  dpkg-query --show --showformat='${source:Version}' "$1"
+}
+
+version=$(version_of qt6-base-dev)
+compiler=$(x86_64-w64-mingw32-g++-posix -dumpfullversion)
+recipe=$(cat "${BASH_SOURCE[0]}" "$toolchain" - <<<"$compiler" | sha256sum | cut -c1-12)
+home=${XDG_CACHE_HOME:-$HOME/.cache}/morvex/qt-windows/$version-$recipe
+
+if [[ ! -e $home/complete ]]; then
+  rm -rf "$home"
+  mkdir -p "$home/work"
+  {
+    cd "$home/work"
+    echo "Building Qt $version for Windows in $home ..."
+    build_qt "$home/qt"
+    cd "$home"
+    rm -rf work
+    touch complete
+  } >&2
+fi
+echo "$home/qt"
