@@ -5,11 +5,14 @@
 // is wrong.
 
 #include <QApplication>
+#include <QMessageBox>
+#include <QString>
 #include <QTimer>
 #include <iostream>
 #include <memory>
 
 #include "core/run/start_up.h"
+#include "host/system/error_stream.h"
 #include "host/system/services.h"
 #include "ui/qt/desktop.h"
 #include "ui/qt/house_style.h"
@@ -31,6 +34,14 @@ void DescribeApplication() {
   QApplication::setQuitOnLastWindowClosed(false);
 }
 
+void ReportError(const std::string& text) {
+  if (ReachErrorStream()) {
+    std::cerr << text << "\n";
+  } else {
+    QMessageBox::critical(nullptr, "Morvex", QString::fromStdString(text));
+  }
+}
+
 int Main(int argc, char** argv) {
   // Before the toolkit takes its own options out of the arguments.
   const std::unique_ptr<SystemService> system = MakeSystemService(argc, argv);
@@ -50,7 +61,8 @@ int Main(int argc, char** argv) {
   QApplication::exec();
 
   if (error != ErrorNumber::kNone) {
-    std::cerr << "Run-time error '" << static_cast<int>(error) << "': " << ErrorText(error) << "\n";
+    ReportError("Run-time error '" + std::to_string(static_cast<int>(error)) +
+                "': " + ErrorText(error));
     return kCommandLineError;
   }
   return program.settings.CommandLine_SET ? ExitStatus(program) : 0;

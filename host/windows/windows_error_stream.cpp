@@ -1,0 +1,20 @@
+#include "host/system/error_stream.h"
+
+#include <stdio.h>
+
+#include "host/windows/windows_api.h"
+
+namespace morvex {
+
+// A program with windows starts with no standard error unless its starter redirected it, and apart
+// from the console that it was started from.
+bool ReachErrorStream() {
+  void* stream = GetStdHandle(STD_ERROR_HANDLE);
+  if (stream != nullptr && stream != INVALID_HANDLE_VALUE &&
+      GetFileType(stream) != FILE_TYPE_UNKNOWN) {
+    return true;
+  }
+  return AttachConsole(ATTACH_PARENT_PROCESS) != 0 && freopen("CONOUT$", "w", stderr) != nullptr;
+}
+
+}  // namespace morvex
