@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <iostream>
 #include <memory>
+#include <string>
 
 #include "core/run/start_up.h"
 #include "host/system/error_stream.h"
@@ -62,7 +63,7 @@ int Main(int argc, char** argv) {
 
   if (error != ErrorNumber::kNone) {
     ReportError("Run-time error '" + std::to_string(static_cast<int>(error)) +
-                "': " + ErrorText(error));
+                "': " + std::string(ErrorText(error)));
     return kCommandLineError;
   }
   return program.settings.CommandLine_SET ? ExitStatus(program) : 0;

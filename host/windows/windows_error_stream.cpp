@@ -1,7 +1,6 @@
-#include "host/system/error_stream.h"
-
 #include <stdio.h>
 
+#include "host/system/error_stream.h"
 #include "host/windows/windows_api.h"
 
 namespace morvex {
