@@ -39,7 +39,7 @@ settings() {
 }
 
 ./cmake/install_tools.sh g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev \
-  libqt6svg6-dev
+  qt6-svg-dev
 
 echo 'Building ...'
 mkdir -p build

@@ -12,7 +12,7 @@ root=$(cd "$here/../.." && pwd)
 toolchain=$root/cmake/mingw.cmake
 
 "$root/cmake/install_tools.sh" cmake ninja-build dpkg-dev qt6-base-dev qt6-base-dev-tools \
-  qt6-svg-dev   g++-mingw-w64-x86-64-posix >&2
+  qt6-svg-dev g++-mingw-w64-x86-64-posix >&2
 
 # Run from a folder that may hold the lists of source packages: this machine's own stay as they are.
 fetch_source() {
