@@ -162,7 +162,7 @@ TEST(LeftoverSearchTest, LinesAreCountedFromOneByTheirLineFeeds) {
 
 TEST(LeftoverSearchTest, LinesAreCountedWhereEveryByteIsABreak) {
   const SoughtList list(Rows{{"Anna", "x"}});
-  for (const std::uint64_t breaks : {254, 255, 256, 510, 511, 100'000}) {
+  for (const unsigned breaks : {254U, 255U, 256U, 510U, 511U, 100'000U}) {
     EXPECT_EQ(
         list.Find(std::string(breaks, '\n') + "Anna"),
         Finds({{breaks, static_cast<std::int64_t>(breaks) + 1, 0, Encoding::kUtf8, true, 4}}));
