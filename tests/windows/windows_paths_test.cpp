@@ -260,6 +260,7 @@ TEST_F(WindowsPaths, FilterPassesEveryByteUnchanged) {
 TEST_F(WindowsPaths, TheCommandsTakeWindowsPaths) {
   scene_.Write("src/a.txt", "Jan");
   scene_.Write("src/sub/b.txt", "Jan");
+  scene_.MakeFolder("made");
   const std::string source = WindowsPath(scene_.At("src"));
   const std::string target = WindowsPath(scene_.At("made"));
   const std::string list = WindowsPath(scene_.At("list.txt"));
