@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -36,6 +37,27 @@ class Drive {
  private:
   std::string link_;
 };
+
+// As long as it lives, programs take this machine's names for UTF-8.
+class Utf8Names {
+ public:
+  Utf8Names() { setenv("MORVEX_UNDER", ("env LC_ALL=C.UTF-8 " + before_).c_str(), 1); }
+  Utf8Names(const Utf8Names&) = delete;
+  Utf8Names& operator=(const Utf8Names&) = delete;
+  ~Utf8Names() { setenv("MORVEX_UNDER", before_.c_str(), 1); }
+
+ private:
+  const std::string before_ = std::getenv("MORVEX_UNDER");
+};
+
+std::vector<std::string> NamesIn(const std::string& folder) {
+  std::vector<std::string> names;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+    names.push_back(entry.path().filename());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
 
 class WindowsPaths : public testing::Test {
  protected:
@@ -129,6 +151,19 @@ TEST_F(WindowsPaths, NetworkPathsThatLeadNowhereEndTheRunCleanly) {
   }
 }
 
+TEST_F(WindowsPaths, ThePrefixOfLongPathsLeadsToTheSameFolder) {
+  scene_.Write("src/a.txt", "Jan");
+  scene_.Write("src/sub/b.txt", "Jan");
+  scene_.MakeFolder("out");
+  const std::string prefix = "\\\\?\\";
+  const ProgramResult result =
+      Run(prefix + WindowsPath(scene_.At("src")), prefix + WindowsPath(scene_.At("out")));
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_EQ(scene_.Read("out/sub/b.txt"), "Piet");
+  EXPECT_EQ(FileLines(), (Lines{WindowsPath(scene_.At("src/a.txt")) + "  ----  Hits: 1",
+                                WindowsPath(scene_.At("src/sub/b.txt")) + "  ----  Hits: 1"}));
+}
+
 TEST_F(WindowsPaths, APathOfMoreThan260CharactersIsCopied) {
   std::string folder = "src";
   while (scene_.At(folder).size() < 500) folder += "/" + std::string(50, 'd');
@@ -177,6 +212,25 @@ TEST_F(WindowsPaths, FilesThatWindowsCannotNameAreCountedAsFailed) {
       << scene_.RunLog();
 }
 
+// Names are Unicode on the disk, and bytes of the code page to the program.
+TEST_F(WindowsPaths, NamesThatTheCodePageCannotSpellAreCountedAsFailed) {
+  const Utf8Names names;
+  scene_.Write("src/a.txt", "Jan");
+  scene_.Write("src/caf\xC3\xA9.txt", "Jan");
+  scene_.Write("src/\xD0\x96.txt", "Jan");
+  scene_.Write("src/\xEF\xBC\xA1.doc", "Jan");
+  scene_.Write("src/\xD0\x96 folder/b.txt", "Jan");
+  scene_.MakeFolder("out");
+  const ProgramResult result = Run(WindowsPath(scene_.At("src")), WindowsPath(scene_.At("out")));
+  EXPECT_EQ(result.status, 3) << result.errors;
+  EXPECT_EQ(NamesIn(scene_.At("out")), (Lines{"a.txt", "caf\xC3\xA9.txt"}));
+  EXPECT_EQ(scene_.Read("out/a.txt"), "Piet");
+  EXPECT_EQ(scene_.Read("out/caf\xC3\xA9.txt"), "Piet");
+  EXPECT_NE(scene_.RunLog().find("Error 52: Bad file name or number"), std::string::npos)
+      << scene_.RunLog();
+  EXPECT_EQ(NamesIn(scene_.At("src")).size(), 5U) << "nothing is left in the source";
+}
+
 TEST_F(WindowsPaths, ReadOnlyFilesAreCopiedTwice) {
   scene_.Write("src/a.txt", "Jan");
   scene_.Write("src/b.doc", "Jan");
@@ -206,10 +260,11 @@ TEST_F(WindowsPaths, FilterPassesEveryByteUnchanged) {
 TEST_F(WindowsPaths, TheCommandsTakeWindowsPaths) {
   scene_.Write("src/a.txt", "Jan");
   scene_.Write("src/sub/b.txt", "Jan");
+  scene_.MakeFolder("made");
   const std::string source = WindowsPath(scene_.At("src"));
   const std::string target = WindowsPath(scene_.At("made"));
   const std::string list = WindowsPath(scene_.At("list.txt"));
-  const ProgramResult run = scene_.Run({"run", source, target, "--list", list});
+  const ProgramResult run = scene_.Run({"run", source, target, "--list", list, "--ext", ".txt"});
   EXPECT_EQ(run.status, 0) << run.errors;
   EXPECT_EQ(scene_.Read("made/sub/b.txt"), "Piet");
   EXPECT_EQ(scene_.Run({"check", target, "--list", list}).status, 0);
