@@ -201,7 +201,10 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
     // The parser takes them from the end.
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::CallForHelp&) {
-    line.text = app.get_subcommand(name)->help(kProgramPlace);
+    CLI::App& command = *app.get_subcommand(name);
+    if (name != kCommands.front()) command.get_option("--list")->required();
+    if (CLI::Option* const tree = command.get_option_no_throw("TREE")) tree->required();
+    line.text = command.help(kProgramPlace);
     return line;
   } catch (const CLI::ArgumentMismatch& error) {
     return Wrong(name, MismatchText(error.what()));
