@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -191,6 +192,33 @@ TEST(CheckCommandTest, FindingsBeyondTheMostThatAreKeptAreCounted) {
   EXPECT_EQ(found["findings"].size(), 100'000u);
   EXPECT_EQ(found["totals"]["findings"], 100'003);
   EXPECT_EQ(found["not_listed"], json::array({json::array({"tree/a", 3})}));
+}
+
+TEST(CheckCommandTest, WhateverBytesStandAroundTheDocumentIsWhole) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|x\r\n\xFF\xFE\x80|y\r\n");
+  std::mt19937 random(20240229);
+  std::string bytes;
+  for (int i = 0; i < 400; ++i) {
+    for (std::size_t n = random() % 70; n > 0; --n) bytes += static_cast<char>(random() % 256);
+    bytes += i % 3 == 0 ? "\xFF\xFE\x80" : i % 3 == 1 ? "Anna" : "\0A\0n\0n\0a"s;
+  }
+  scene.Write("tree/a", bytes);
+  scene.Write("tree/Anna \xFF\x1B[31m\n\"\\\xED\xA0\x80", "nothing");
+  const json found = Check(scene, "tree --list list.txt", 3);
+  EXPECT_GE(found["findings"].size(), 401u);
+  EXPECT_EQ(found["findings"][0]["path"], "tree/Anna \\xFF\\x1B[31m\\x0A\"\\\\xED\\xA0\\x80");
+}
+
+TEST(CheckCommandTest, FindingsOfManyFilesDoNotPileUp) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|x\r\n");
+  std::string bytes;
+  for (int i = 0; i < 60'000; ++i) bytes += "Anna\n";
+  for (int i = 0; i < 12; ++i) scene.Write("tree/" + std::to_string(10 + i), bytes);
+  const ProgramResult result =
+      scene.Shell("morvex-cli check tree --list list.txt --quiet | cut -d: -f1 | uniq -c | wc -l");
+  EXPECT_EQ(result.output, "12\n") << result.errors;
 }
 
 TEST(CheckCommandTest, ColoursAreShownOnATerminalAndNeverWithNoColor) {

@@ -62,6 +62,21 @@ TEST(InstalledFilesTest, TheCompletionOfBashOffersCommandsOptionsAndValues) {
   EXPECT_EQ(offered("morvex-cli run case --list repl", 4), "replacements.txt\n");
 }
 
+TEST(InstalledFilesTest, TheCompletionOfBashOffersTheOptionsOfTheHelpAndNoOthers) {
+  const CommandScene scene;
+  for (const std::string command : {"run", "check", "filter"}) {
+    std::string help = scene.Shell("morvex-cli " + command + " --help").output;
+    help.resize(help.find("Examples:"));
+    const std::string offered =
+        scene
+            .Shell("bash -c '. \"" + SourceRoot() +
+                   "/packaging/linux/completions/morvex-cli.bash\"; COMP_WORDS=(morvex-cli " +
+                   command + " --); COMP_CWORD=2; _morvex_cli; echo ${COMPREPLY[*]}'")
+            .output;
+    EXPECT_EQ(OptionsOf(offered), OptionsOf(help)) << command;
+  }
+}
+
 TEST(InstalledFilesTest, InstallingPutsEveryFileInItsPlace) {
   const CommandScene scene;
   const ProgramResult result =

@@ -9,6 +9,7 @@
 namespace morvex::commands {
 namespace {
 
+using namespace std::string_literals;
 using whole_run::LogMessages;
 
 // A settings file for the example; the target is "handover".
@@ -169,6 +170,44 @@ TEST(RunCommandTest, AReportThatCannotBeWrittenIsAFailure) {
       "morvex-cli run case out --list replacements.txt --all --yes --report none/report.json");
   EXPECT_EQ(result.status, 1);
   EXPECT_NE(result.errors.find("none/report.json: error: "), std::string::npos) << result.errors;
+}
+
+TEST(RunCommandTest, NamesThatAreNoTextLeaveTheReportWhole) {
+  const CommandScene scene;
+  scene.Write("tree/x\xFE\x1B[31m\n\"\\.txt", "Anna");
+  scene.Write("list.txt", "Anna|[\xFF\"]\r\n");
+  ASSERT_EQ(
+      scene.Shell("morvex-cli run tree out --list list.txt --all --yes --report r.json").status, 0);
+  const nlohmann::json report = nlohmann::json::parse(scene.Read("r.json"));
+  const std::string path = report["files"][0]["path"];
+  EXPECT_TRUE(path.ends_with("/tree/x\\xFE\\x1B[31m\\x0A\"\\.txt")) << path;
+  EXPECT_EQ(scene.Read("out/x\xFE\x1B[31m\n\"\\.txt"), "[\xFF\"]");
+}
+
+TEST(RunCommandTest, AReportThatCannotBeWrittenIsToldOfBeforeTheRun) {
+  const CommandScene scene;
+  EXPECT_EQ(scene
+                .Shell("morvex-cli run case out --list replacements.txt --all --yes --report "
+                       "none/report.json")
+                .status,
+            1);
+  EXPECT_FALSE(scene.Exists("out"));
+}
+
+TEST(RunCommandTest, AReportNeverTakesThePlaceOfWhatTheRunReads) {
+  const CommandScene scene;
+  scene.Write("settings.dat", Settings(scene, "out"));
+  const std::string list = scene.Read("replacements.txt");
+  const std::string settings = scene.Read("settings.dat");
+  ASSERT_EQ(scene.Shell("ln -s replacements.txt link; ln replacements.txt hard").status, 0);
+  for (const char* report : {"replacements.txt", "case/../replacements.txt", "link", "hard",
+                             "settings.dat", "$PWD/settings.dat"}) {
+    EXPECT_EQ(scene.Shell("morvex-cli run --from settings.dat --yes --report "s + report).status, 1)
+        << report;
+  }
+  EXPECT_EQ(scene.Read("replacements.txt"), list);
+  EXPECT_EQ(scene.Read("settings.dat"), settings);
+  EXPECT_FALSE(scene.Exists("out"));
 }
 
 TEST(RunCommandTest, StrictStopsBeforeAnythingIsCopied) {

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <cstddef>
 
 #include "ui/commands/command_console.h"
 #include "ui/commands/command_messages.h"
@@ -158,6 +159,14 @@ CommandLine Wrong(const std::string& command, std::string text) {
   return line;
 }
 
+// The parser's text names the option; that of a switch begins with its name, without the hyphens.
+std::string MismatchText(const std::string& text) {
+  const std::size_t option = text.find("--");
+  if (option == std::string::npos) return "--" + text.substr(0, text.find(' ')) + " takes no value";
+  const std::size_t end = text.find_first_of(": ", option);
+  return text.substr(option, end - option) + " takes one value, and is given once";
+}
+
 // What the parser cannot know.
 std::string WhatIsMissing(const CommandLine& line) {
   constexpr const char* kNoList = "--list is required";
@@ -192,11 +201,15 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
     // The parser takes them from the end.
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::CallForHelp&) {
-    line.text = app.get_subcommand(name)->help(kProgramPlace);
+    CLI::App& command = *app.get_subcommand(name);
+    if (name != kCommands.front()) command.get_option("--list")->required();
+    if (CLI::Option* const tree = command.get_option_no_throw("TREE")) tree->required();
+    line.text = command.help(kProgramPlace);
     return line;
   } catch (const CLI::ArgumentMismatch& error) {
-    const std::string text = error.what();
-    return Wrong(name, text.substr(0, text.find(':')) + " takes one value, and is given once");
+    return Wrong(name, MismatchText(error.what()));
+  } catch (const CLI::ExtrasError&) {
+    return Wrong(name, "not expected: " + CLI::detail::join(app.remaining(true), " "));
   } catch (const CLI::Error& error) {
     return Wrong(name, error.what());
   }
