@@ -54,8 +54,9 @@ rm -rf "$work/src" "$work/out"
 
 mkdir "$work/src"
 printf ab >"$work/src/big.bin"
+printf ab >"$work/src/small.txt"
 truncate -s "$size" "$work/src/big.bin"
-touch -d '2020-01-01' "$work/src/big.bin"
+touch -d '2020-01-01' "$work"/src/*
 run '20 GiB, unchanged'
 [[ $(stat -c %s "$work/out/big.bin") == "$size" ]] || fail 'the copy has another size'
 (($(stat -c %b "$work/out/big.bin") < 1000)) || fail 'the copy has no hole'
