@@ -51,7 +51,7 @@ int Main(int argc, char** argv) {
   QApplication application(argc, argv);
   DescribeApplication();
   const std::unique_ptr<FileService> files = MakeFileService();
-  QtUser user(system->Codec());
+  QtUser user(CodePage::OfFileNames(*system));
   Program program({*files, *system, user});
   Desktop desktop(program);
   ErrorNumber error = ErrorNumber::kNone;

@@ -2,7 +2,9 @@
 // locale.
 #pragma once
 
+#include <array>
 #include <chrono>
+#include <optional>
 #include <string>
 
 #include "core/host/file_service.h"
@@ -17,6 +19,9 @@ struct TimeOfDay {
 
 // How many bytes a character of a typed or stored text can take.
 enum class TextCodec { kSingleByte, kUtf8 };
+
+// The character of each byte as a UTF-16 unit. 0 stands for none, but for NUL itself.
+using PageCharacters = std::array<char16_t, 256>;
 
 class SystemService {
  public:
@@ -41,6 +46,9 @@ class SystemService {
   virtual std::chrono::milliseconds SteadyTime() = 0;
 
   virtual TextCodec Codec() = 0;
+  // Where the system has one code page for all programs, single-byte, for texts and names of files
+  // alike; nothing where both go by the user's locale.
+  virtual std::optional<PageCharacters> SystemPage() { return std::nullopt; }
   // True where writes into a protected program-files folder land in a store of the user's own.
   virtual bool HasRedirectedStore() = 0;
   // Opens the system's file browser on the folder of `file`. Failure is not reported.

@@ -21,6 +21,8 @@ class CodePage {
   // as UTF-8, the page is Windows-1252: every byte has to be a character of its own.
   explicit CodePage(unsigned number);
 
+  // The character of each byte; 0 for bytes without one, and for NUL.
+  const std::array<wchar_t, 256>& Characters() const { return wide_; }
   // The number of the page that is used.
   unsigned Number() const { return number_; }
   // `text` with kUnspellable for each unit that the page does not hold.

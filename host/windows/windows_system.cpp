@@ -5,6 +5,7 @@
 #include <shellapi.h>
 #include <stdio.h>
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 #include <utility>
@@ -162,6 +163,12 @@ std::chrono::milliseconds WindowsSystemService::SteadyTime() {
   const LONGLONG seconds = count.QuadPart / per_second.QuadPart;
   const LONGLONG rest = count.QuadPart % per_second.QuadPart;
   return std::chrono::milliseconds(seconds * 1000 + rest * 1000 / per_second.QuadPart);
+}
+
+std::optional<PageCharacters> WindowsSystemService::SystemPage() {
+  PageCharacters characters{};
+  std::copy_n(SystemCodePage().Characters().begin(), characters.size(), characters.begin());
+  return characters;
 }
 
 void WindowsSystemService::StartFileBrowser(const std::string& file) {

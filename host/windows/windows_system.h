@@ -1,6 +1,7 @@
 // The process, the clock and the user's regional settings on Windows.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,7 @@ class WindowsSystemService : public SystemService {
   std::chrono::milliseconds SteadyTime() override;
 
   TextCodec Codec() override { return TextCodec::kSingleByte; }
+  std::optional<PageCharacters> SystemPage() override;
   bool HasRedirectedStore() override { return true; }
   // As if "explorer " and the file's path were typed; its window is minimised and takes the focus.
   void StartFileBrowser(const std::string& file) override;

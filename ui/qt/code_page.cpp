@@ -19,8 +19,8 @@ constexpr std::array<char16_t, 32> kWindows1252 = {
     0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
 
-std::array<char16_t, 256> Windows1252() {
-  std::array<char16_t, 256> characters{};
+PageCharacters Windows1252() {
+  PageCharacters characters{};
   for (std::size_t byte = 0; byte < characters.size(); ++byte) {
     const bool differs = byte >= 0x80 && byte < 0xA0;
     characters[byte] = differs ? kWindows1252[byte - 0x80] : static_cast<char16_t>(byte);
@@ -61,10 +61,10 @@ std::optional<char16_t> LocaleCharacter(std::uint8_t byte) {
 
 // Of the user's locale. Nothing when that is unknown, has no characters beyond ASCII or shows two
 // bytes alike.
-std::optional<std::array<char16_t, 256>> LocalePage() {
+std::optional<PageCharacters> LocalePage() {
   const UserCharacters user;
   if (!user.is_known() || MB_CUR_MAX != 1) return std::nullopt;
-  std::array<char16_t, 256> characters{};
+  PageCharacters characters{};
   bool beyond_ascii = false;
   for (std::size_t byte = 0; byte < characters.size(); ++byte) {
     const std::optional<char16_t> character = LocaleCharacter(static_cast<std::uint8_t>(byte));
@@ -72,7 +72,7 @@ std::optional<std::array<char16_t, 256>> LocalePage() {
     characters[byte] = character.value_or(static_cast<char16_t>(kEscapes + byte));
   }
   if (!beyond_ascii) return std::nullopt;
-  std::array<char16_t, 256> sorted = characters;
+  PageCharacters sorted = characters;
   std::sort(sorted.begin(), sorted.end());
   if (std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end()) return std::nullopt;
   return characters;
@@ -102,7 +102,19 @@ std::size_t SequenceLength(std::string_view bytes, std::size_t at, char32_t& cha
 
 CodePage::CodePage(TextCodec codec) : is_utf8_(codec == TextCodec::kUtf8) {
   if (is_utf8_) return;
-  characters_ = LocalePage().value_or(Windows1252());
+  TakeCharacters(LocalePage().value_or(Windows1252()));
+}
+
+CodePage::CodePage(const PageCharacters& characters) : is_of_system_(true) {
+  PageCharacters complete = characters;
+  for (std::size_t byte = 1; byte < complete.size(); ++byte) {
+    if (complete[byte] == 0) complete[byte] = static_cast<char16_t>(kEscapes + byte);
+  }
+  TakeCharacters(complete);
+}
+
+void CodePage::TakeCharacters(const PageCharacters& characters) {
+  characters_ = characters;
   bytes_.resize(0x10000);
   for (std::size_t byte = 0; byte < characters_.size(); ++byte) {
     bytes_[characters_[byte]] = static_cast<std::uint16_t>(byte + 1);
@@ -111,6 +123,16 @@ CodePage::CodePage(TextCodec codec) : is_utf8_(codec == TextCodec::kUtf8) {
 
 CodePage CodePage::OfFileNames(TextCodec codec) {
   return CodePage(LocalePage() ? codec : TextCodec::kUtf8);
+}
+
+CodePage CodePage::OfTexts(SystemService& system) {
+  const std::optional<PageCharacters> page = system.SystemPage();
+  return page ? CodePage(*page) : CodePage(system.Codec());
+}
+
+CodePage CodePage::OfFileNames(SystemService& system) {
+  const std::optional<PageCharacters> page = system.SystemPage();
+  return page ? CodePage(*page) : OfFileNames(system.Codec());
 }
 
 QString CodePage::Shown(std::string_view bytes) const {

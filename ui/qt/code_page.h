@@ -26,6 +26,15 @@ class CodePage {
   // For names of files. Where the locale has no characters of its own beyond ASCII they are UTF-8,
   // as the toolkit takes them to be, and everyone else who writes names.
   static CodePage OfFileNames(TextCodec codec);
+  // The page that the system has, bytes without a character shown as U+DC00 to U+DCFF.
+  explicit CodePage(const PageCharacters& characters);
+
+  // Those of the machine that the program runs on.
+  static CodePage OfTexts(SystemService& system);
+  static CodePage OfFileNames(SystemService& system);
+
+  // Whether it is one that the system has.
+  bool is_of_system() const { return is_of_system_; }
 
   QString Shown(std::string_view bytes) const;
   // Nothing when a character has no bytes.
@@ -42,10 +51,12 @@ class CodePage {
   };
 
   Encoded Encode(const QString& shown, qsizetype& at) const;
+  void TakeCharacters(const PageCharacters& characters);
 
-  bool is_utf8_;
+  bool is_utf8_ = false;
+  bool is_of_system_ = false;
   // Of a single-byte code page: the character of each byte, and the byte of each character plus 1.
-  std::array<char16_t, 256> characters_{};
+  PageCharacters characters_{};
   std::vector<std::uint16_t> bytes_;
 };
 

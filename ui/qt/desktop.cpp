@@ -27,8 +27,8 @@ void ShowOrHide(BoundWindow& window) {
 
 Desktop::Desktop(Program& program)
     : program_(program),
-      page_(program.host.system.Codec()),
-      file_names_(CodePage::OfFileNames(program.host.system.Codec())),
+      page_(CodePage::OfTexts(program.host.system)),
+      file_names_(CodePage::OfFileNames(program.host.system)),
       main_window_(program, page_, file_names_),
       options_window_(program, page_, file_names_),
       editor_window_(program, page_),

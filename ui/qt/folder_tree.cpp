@@ -2,11 +2,12 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+
+#include "ui/qt/file_name.h"
 
 namespace morvex {
 namespace {
@@ -15,8 +16,7 @@ constexpr int kRowsShown = 10;
 constexpr int kRoomInRow = 4;  // pixels above and below a name
 constexpr int kColumns = 4;
 
-QString NearestFolder(const std::string& path) {
-  QString folder = QFile::decodeName(QByteArray::fromStdString(path));
+QString NearestFolder(QString folder) {
   if (!QDir::isAbsolutePath(folder)) return QDir::homePath();
   folder = QDir::cleanPath(QDir::fromNativeSeparators(folder));
   while (!QFileInfo(folder).isDir()) {
@@ -29,7 +29,8 @@ QString NearestFolder(const std::string& path) {
 
 }  // namespace
 
-FolderTreeView::FolderTreeView(QWidget* parent) : QTreeView(parent) {
+FolderTreeView::FolderTreeView(const CodePage& file_names, QWidget* parent)
+    : QTreeView(parent), file_names_(file_names) {
   setHeaderHidden(true);
   setExpandsOnDoubleClick(false);
   setUniformRowHeights(true);
@@ -40,7 +41,7 @@ FolderTreeView::FolderTreeView(QWidget* parent) : QTreeView(parent) {
 }
 
 void FolderTreeView::OpenAt(const std::string& path) {
-  opened_at_ = NearestFolder(path);
+  opened_at_ = NearestFolder(ToolkitPath(file_names_, path));
   if (model_ == nullptr) {
     model_ = new QFileSystemModel(this);
     model_->setOption(QFileSystemModel::DontUseCustomDirectoryIcons);
@@ -71,7 +72,7 @@ void FolderTreeView::GoTo(const QString& folder) {
 
 std::string FolderTreeView::PathOf(const QModelIndex& index) const {
   if (model_ == nullptr || !index.isValid()) return "";
-  return QFile::encodeName(QDir::toNativeSeparators(model_->filePath(index))).toStdString();
+  return PathBytes(file_names_, model_->filePath(index)).value_or("");
 }
 
 std::string FolderTreeView::Current() const { return PathOf(currentIndex()); }

@@ -12,12 +12,13 @@ class FolderTreeView : public QTreeView {
   Q_OBJECT
 
  public:
-  explicit FolderTreeView(QWidget* parent);
+  // `file_names` must outlive it.
+  FolderTreeView(const CodePage& file_names, QWidget* parent);
 
   // Opens the tree at that folder, or at the nearest one above it that is there; at the user's own
   // when the path is no help.
   void OpenAt(const std::string& path);
-  // The folder that the tree is at; empty when it is at none.
+  // The folder that the tree is at; empty when it is at none, or at one that bytes cannot spell.
   std::string Current() const;
 
   QSize sizeHint() const override;
@@ -40,6 +41,7 @@ class FolderTreeView : public QTreeView {
   void Choose(const QModelIndex& index);
   std::string PathOf(const QModelIndex& index) const;
 
+  const CodePage& file_names_;
   QFileSystemModel* model_ = nullptr;  // made when the tree is opened first
   QString opened_at_;                  // while the folders are read, until the user goes elsewhere
   bool going_ = false;                 // to a folder that the user did not choose

@@ -1,16 +1,17 @@
 #include "ui/qt/help.h"
 
 #include <QDesktopServices>
-#include <QFile>
 #include <QUrl>
+
+#include "ui/qt/file_name.h"
 
 namespace morvex {
 namespace {
 
 // A path may hold bytes that are no text; in an address every byte can be written.
-QUrl Address(const std::string& path, char separator) {
+QUrl Address(const std::string& path, const CodePage& file_names) {
+  if (file_names.is_of_system()) return QUrl::fromLocalFile(ToolkitPath(file_names, path));
   const QByteArray bytes = QByteArray::fromStdString(path);
-  if (separator != '/') return QUrl::fromLocalFile(QFile::decodeName(bytes));
   return QUrl::fromEncoded("file://" + bytes.toPercentEncoding("/"));
 }
 
@@ -24,7 +25,7 @@ void ShowHelp(Program& program) {
                                   MessageIcon::kInformation);
     return;
   }
-  if (!QDesktopServices::openUrl(Address(path, files.Separator()))) {
+  if (!QDesktopServices::openUrl(Address(path, CodePage::OfFileNames(program.host.system)))) {
     program.host.user.ShowMessage(path + "\r\nNo program opens the help file.", MessageButtons::kOk,
                                   MessageIcon::kInformation);
   }

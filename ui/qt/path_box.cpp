@@ -1,13 +1,13 @@
 #include "ui/qt/path_box.h"
 
 #include <QAction>
-#include <QDir>
 #include <QDragEnterEvent>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QUrl>
 
+#include "ui/qt/file_name.h"
 #include "ui/qt/pictures.h"
 
 namespace morvex {
@@ -15,11 +15,9 @@ namespace {
 
 // A file name may hold any byte. Addresses carry those that are no UTF-8 escaped, so the bytes are
 // taken from there and never from a decoded text.
-std::string LocalPath(const QUrl& address, char separator, const CodePage& page) {
+std::string LocalPath(const QUrl& address, const CodePage& page) {
   if (!address.isLocalFile()) return "";
-  if (separator != '/') {
-    return page.Bytes(QDir::toNativeSeparators(address.toLocalFile())).value_or("");
-  }
+  if (page.is_of_system()) return PathBytes(page, address.toLocalFile()).value_or("");
   return QByteArray::fromPercentEncoding(address.path(QUrl::FullyEncoded).toLatin1()).toStdString();
 }
 
@@ -64,7 +62,7 @@ void PathBox::mouseDoubleClickEvent(QMouseEvent* event) {
 std::string PathBox::PathOf(const QMimeData& dragged) const {
   const QList<QUrl> addresses = dragged.urls();
   if (addresses.size() != 1 || isReadOnly()) return "";
-  std::string path = LocalPath(addresses.first(), files_.Separator(), page_);
+  std::string path = LocalPath(addresses.first(), page_);
   if (path.empty() || !IsOneLine(path)) return "";
   return files_.LookUpFolder(path) || files_.LookUpFile(path) ? path : "";
 }

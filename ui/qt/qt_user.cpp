@@ -1,14 +1,14 @@
 #include "ui/qt/qt_user.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QEventLoop>
-#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QTimer>
 #include <algorithm>
+
+#include "ui/qt/file_name.h"
 
 namespace morvex {
 namespace {
@@ -60,20 +60,6 @@ QString ToolkitFilter(const QString& filter) {
   return name + " (" + patterns.replace(';', ' ') + ")";
 }
 
-// Nothing for a path that is not the file's: a name that the system's character set cannot hold is
-// shown with U+FFFD in the place of what is missing.
-std::optional<std::string> PathBytes(const QString& path) {
-  const QByteArray bytes = QFile::encodeName(QDir::toNativeSeparators(path));
-  const QString back = QDir::fromNativeSeparators(QFile::decodeName(bytes));
-  const bool is_garbled = path.contains(QChar::ReplacementCharacter) && !QFileInfo::exists(path);
-  if (back != QDir::fromNativeSeparators(path) || is_garbled) return std::nullopt;
-  return bytes.toStdString();
-}
-
-QString ShownPath(const std::string& path) {
-  return QFile::decodeName(QByteArray::fromStdString(path));
-}
-
 }  // namespace
 
 Answer QtUser::ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon) {
@@ -116,12 +102,12 @@ FileChoice QtUser::Choose(QFileDialog& chooser, const FileDialog& dialog) {
   chooser.setObjectName("cdSaveList");
   chooser.setNameFilter(ToolkitFilter(page_.Shown(dialog.filter)));
   chooser.setDefaultSuffix(page_.Shown(dialog.default_extension));
-  const QString folder = ShownPath(dialog.initial_folder);
+  const QString folder = ToolkitPath(page_, dialog.initial_folder);
   if (QFileInfo(folder).isDir()) chooser.setDirectory(folder);
-  if (!dialog.file_name.empty()) chooser.selectFile(ShownPath(dialog.file_name));
+  if (!dialog.file_name.empty()) chooser.selectFile(ToolkitPath(page_, dialog.file_name));
   while (chooser.exec() == QDialog::Accepted) {
     const QString chosen = chooser.selectedFiles().value(0);
-    if (const std::optional<std::string> path = PathBytes(chosen)) return {0, *path};
+    if (const std::optional<std::string> path = PathBytes(page_, chosen)) return {0, *path};
     QMessageBox box(QMessageBox::NoIcon, kTitle,
                     QFileDialog::tr("This file cannot be used: its path has characters that the "
                                     "system's character set for file names does not have."),

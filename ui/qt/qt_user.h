@@ -14,7 +14,7 @@ namespace morvex {
 class QtUser : public UserService {
  public:
   // Messages are the program's own words, in ASCII, and paths.
-  explicit QtUser(TextCodec codec) : page_(CodePage::OfFileNames(codec)) {}
+  explicit QtUser(const CodePage& file_names) : page_(file_names) {}
 
   // Asked while the program is ending, or without an answer when it ends: No, Cancel, or OK where
   // there is nothing else.

@@ -69,7 +69,7 @@ class DesktopTest : public testing::Test {
 
   MemoryFiles files_{'/'};
   FakeSystem system_;
-  QtUser user_{TextCodec::kUtf8};
+  QtUser user_{CodePage::OfFileNames(TextCodec::kUtf8)};
   Program program_{Host{files_, system_, user_}};
   QObject program_context_;
   std::optional<Desktop> desktop_;

@@ -67,7 +67,7 @@ class QtUserTest : public testing::Test {
     return {"txt", "Text (*.txt)|*.txt", Folder(), name};
   }
 
-  QtUser user_{TextCodec::kUtf8};
+  QtUser user_{CodePage::OfFileNames(TextCodec::kUtf8)};
   QObject context_;
   QTemporaryDir folder_;
 };
@@ -279,7 +279,7 @@ TEST_F(FileDialogTest, SaveCancelledTellsSo) {
 TEST_F(FileDialogTest, APathHasTheBytesOfTheFileWhateverTheTextsCodePage) {
   const std::string path = MakeFile("Zo\xC3\xAB \xE6\x97\xA5.txt");
   for (const TextCodec codec : {TextCodec::kUtf8, TextCodec::kSingleByte}) {
-    QtUser user(codec);
+    QtUser user(CodePage::OfFileNames(codec));
     OnDialog([&](QFileDialog& dialog) { Enter(dialog, QString::fromUtf8("Zoë 日.txt")); });
     EXPECT_EQ(user.ChooseFileToOpen(ListDialog()).path, path);
     OnDialog([&](QFileDialog& dialog) { QMetaObject::invokeMethod(&dialog, "accept"); });
