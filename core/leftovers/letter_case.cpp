@@ -77,23 +77,24 @@ constexpr CaseRange kRanges[] = {
 
 // Letters of more than two forms: each of a group may stand for each other one. The four of i are
 // those of the Turkic alphabets, where it depends on the language which two are a pair.
-constexpr std::array<std::u32string_view, 28> kGroups = {
-    U"Ii\x130\x131",
-    U"Kk\x212A",  // the Kelvin sign
-    U"Ss\x17F",   // the long s
-    U"\xB5\x39C\x3BC",
+constexpr std::array<std::u32string_view, 26> kGroups = {
+    U"Ii\x130\x131",           U"\xB5\x39C\x3BC",
     U"\xC5\xE5\x212B",  // the Angstrom sign
-    U"\x1C4\x1C6\x1C5",  U"\x1C7\x1C9\x1C8",        U"\x1CA\x1CC\x1CB",
-    U"\x1F1\x1F3\x1F2",  U"\x345\x399\x3B9\x1FBE",  U"\x392\x3B2\x3D0",
-    U"\x395\x3B5\x3F5",  U"\x398\x3B8\x3D1\x3F4",   U"\x39A\x3BA\x3F0",
-    U"\x3A0\x3C0\x3D6",  U"\x3A1\x3C1\x3F1",
+    U"\x1C4\x1C6\x1C5",        U"\x1C7\x1C9\x1C8",  U"\x1CA\x1CC\x1CB",  U"\x1F1\x1F3\x1F2",
+    U"\x345\x399\x3B9\x1FBE",  U"\x392\x3B2\x3D0",  U"\x395\x3B5\x3F5",  U"\x398\x3B8\x3D1\x3F4",
+    U"\x39A\x3BA\x3F0",        U"\x3A0\x3C0\x3D6",  U"\x3A1\x3C1\x3F1",
     U"\x3A3\x3C3\x3C2",  // the final sigma
     U"\x3A6\x3C6\x3D5",
     U"\x3A9\x3C9\x2126",  // the Ohm sign
-    U"\x412\x432\x1C80", U"\x414\x434\x1C81",       U"\x41E\x43E\x1C82",
-    U"\x421\x441\x1C83", U"\x422\x442\x1C84\x1C85", U"\x42A\x44A\x1C86",
-    U"\x462\x463\x1C87", U"\x1E60\x1E61\x1E9B",     U"\xA64A\xA64B\x1C88",
+    U"\x412\x432\x1C80",       U"\x414\x434\x1C81", U"\x41E\x43E\x1C82", U"\x421\x441\x1C83",
+    U"\x422\x442\x1C84\x1C85", U"\x42A\x44A\x1C86", U"\x462\x463\x1C87", U"\x1E60\x1E61\x1E9B",
+    U"\xA64A\xA64B\x1C88",
 };
+
+// Signs that no text of today has for a letter; to look for them wherever a list has that letter
+// would cost more than all else. Where the list has them itself, they stand for it.
+constexpr std::u32string_view kLongS = U"\x17Fs";
+constexpr std::u32string_view kKelvin = U"\x212Ak";
 
 // Letters for which several others stand in another case.
 struct Joined {
@@ -183,7 +184,9 @@ std::u32string TakenApart(std::u32string_view text) {
     const auto joined = std::find_if(kJoined.begin(), kJoined.end(), [letter](const Joined& each) {
       return each.letter == letter;
     });
-    if (joined == kJoined.end()) {
+    if (letter == kLongS.front() || letter == kKelvin.front()) {
+      apart += letter == kLongS.front() ? kLongS.back() : kKelvin.back();
+    } else if (joined == kJoined.end()) {
       apart += letter;
     } else {
       apart += joined->apart;

@@ -15,13 +15,13 @@ struct OtherCase {
   bool operator==(const OtherCase&) const = default;
 };
 
-// The upper or lower case of `letter`, and of a letter with more forms (the final sigma, the long
-// s, the dotless and the dotted i, the Kelvin sign) all of them. Empty for what is no letter of an
+// The upper or lower case of `letter`, and of a letter with more forms (the final sigma, the
+// dotless and the dotted i) all of them. Empty for what is no letter of an
 // alphabet with cases.
 std::vector<OtherCase> OtherCases(char32_t letter);
 
 // The text with every letter that another case writes as several (the sharp s, joined letters such
-// as the one for f and i) in these, in lower case.
+// as the one for f and i) in these, in lower case; the long s and the Kelvin sign as s and k.
 std::u32string TakenApart(std::u32string_view text);
 
 // A letter that stands for so many letters of a text.

@@ -59,10 +59,9 @@ TEST(LetterCase, WhatIsNoLetterHasNoOtherCase) {
 
 TEST(LetterCase, ALetterOfMoreThanTwoFormsHasAllOthersWhicheverItIs) {
   const std::vector<std::u32string> groups = {
-      U"Ii\x130\x131",       U"Kk\x212A",         U"Ss\x17F",
-      U"\xB5\x39C\x3BC",     U"\xC5\xE5\x212B",   U"\x398\x3B8\x3D1\x3F4",
-      U"\x3A3\x3C2\x3C3",    U"\x3A9\x3C9\x2126", U"\x422\x442\x1C84\x1C85",
-      U"\x1E60\x1E61\x1E9B", U"\x1C4\x1C5\x1C6"};
+      U"Ii\x130\x131",           U"\xB5\x39C\x3BC",     U"\xC5\xE5\x212B",
+      U"\x398\x3B8\x3D1\x3F4",   U"\x3A3\x3C2\x3C3",    U"\x3A9\x3C9\x2126",
+      U"\x422\x442\x1C84\x1C85", U"\x1E60\x1E61\x1E9B", U"\x1C4\x1C5\x1C6"};
   for (const std::u32string& group : groups) {
     for (const char32_t letter : group) {
       std::u32string others = group;
@@ -81,7 +80,7 @@ TEST(LetterCase, WhoeverIsACaseOfALetterHasThatLetterForACase) {
 }
 
 TEST(LetterCase, TheFormsThatFewTextsHoldAreRare) {
-  EXPECT_EQ(OtherCases(U's'), (std::vector<OtherCase>{{U"S", false}, {U"\x17F", true}}));
+  EXPECT_EQ(OtherCases(U's'), (std::vector<OtherCase>{{U"S", false}}));
   EXPECT_EQ(OtherCases(U'i'),
             (std::vector<OtherCase>{{U"I", false}, {U"\x130", true}, {U"\x131", true}}));
 }
@@ -95,6 +94,7 @@ TEST(LetterCase, JoinedLettersAreTakenApart) {
   EXPECT_EQ(TakenApart(U"WEI\x1E9E"), U"WEIss");
   EXPECT_EQ(TakenApart(U"\xFB03\xFB01x\xFB06\x587"), U"ffifixst\x565\x582");
   EXPECT_EQ(TakenApart(U"Anna"), U"Anna");
+  EXPECT_EQ(TakenApart(U"\x17F\x212A"), U"sk");
   EXPECT_EQ(TakenApart(U""), U"");
 }
 
@@ -107,7 +107,7 @@ TEST(LetterCase, JoinedLettersAreFoundInTheCaseOfTheText) {
     return found;
   };
   using Found = std::vector<std::pair<char32_t, std::size_t>>;
-  for (const char32_t* text : {U"ss", U"SSE", U"sS", U"\x17Fs"}) {
+  for (const char32_t* text : {U"ss", U"SSE", U"sS"}) {
     EXPECT_EQ(joined(text), (Found{{0xDF, 2}, {0x1E9E, 2}}));
   }
   EXPECT_EQ(joined(U"ffIx"), (Found{{0xFB03, 3}, {0xFB00, 2}}));
