@@ -1,7 +1,5 @@
 // A stop signal sets a flag and gives the signals back their usual effect, so that a run that does
 // not look at the flag any more can still be ended by the second one.
-#include "host/system/terminal.h"
-
 #include <signal.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -9,6 +7,8 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+
+#include "host/system/terminal.h"
 
 namespace morvex {
 namespace {

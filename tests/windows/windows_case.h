@@ -28,7 +28,7 @@ std::string ModelText(std::string text);
 // The same for the first three lines alone.
 std::string ModelSettings(const std::string& bytes);
 
-// The order in which the folders are listed: names without regard to their case.
+// The order in which the folders are listed: names in capital letters.
 bool ComesBefore(const std::string& one, const std::string& other);
 
 }  // namespace morvex::whole_run

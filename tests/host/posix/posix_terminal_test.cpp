@@ -1,6 +1,4 @@
 // Terminals, and the signals that ask for a stop. Signals are tried in a process of their own.
-#include "host/system/terminal.h"
-
 #include <sys/ioctl.h>
 #include <sys/wait.h>
 
@@ -9,6 +7,7 @@
 #include <functional>
 #include <thread>
 
+#include "host/system/terminal.h"
 #include "tests/host/posix/posix_test.h"
 
 namespace morvex {

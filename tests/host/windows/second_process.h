@@ -25,7 +25,7 @@ inline std::wstring Report() {
 }
 
 inline std::wstring OneTest(const std::wstring& test) {
-  return L"--gtest_also_run_disabled_tests --gtest_brief=1 --gtest_filter=SecondProcess." + test;
+  return L"--gtest_also_run_disabled_tests   --gtest_brief=1 --gtest_filter=SecondProcess." + test;
 }
 
 // Starts `program`, this one or a copy of it, with exactly these entries in its environment, and
