@@ -6,6 +6,8 @@
 #include <QTreeView>
 #include <string>
 
+#include "ui/qt/code_page.h"
+
 namespace morvex {
 
 class FolderTreeView : public QTreeView {
