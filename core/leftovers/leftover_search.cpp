@@ -46,8 +46,10 @@ std::int64_t LineBreaks(const std::uint8_t* bytes, std::size_t size) {
 
 LeftoverSearch::LeftoverSearch(const Sought& sought, Kernel kernel, std::size_t block)
     : sought_(sought),
-      filter_(sought.index(), sought.keys(), kernel, kDense),
-      automaton_refused_(KeyBytes(sought.keys()) > kMostAutomatonBytes),
+      filter_(sought.keys().index(), sought.keys().rows(), kernel, kDense),
+      rare_filter_(sought.rare_keys().index(), sought.rare_keys().rows(), kernel),
+      rare_form_filter_(sought.rare_forms().index(), sought.rare_forms().rows(), kernel),
+      automaton_refused_(KeyBytes(sought.keys().rows()) > kMostAutomatonBytes),
       behind_(static_cast<std::size_t>(sought.look_behind()) + kAround + 1),
       ahead_(std::max(sought.look_ahead(), kShown) + kAround),
       capacity_(behind_ + ahead_ + block),
@@ -101,13 +103,59 @@ void LeftoverSearch::Slide() {
 }
 
 void LeftoverSearch::SearchUpTo(std::size_t limit) {
-  if (sought_.keys().empty()) next_ = limit;
+  if (sought_.parts().empty()) next_ = limit;
   while (next_ < limit) {
-    if (places_for_automaton_ > 0) {
-      ByAutomaton(std::min(limit - next_, kPlacesForAutomaton));
+    const bool by_automaton = places_for_automaton_ > 0;
+    const std::size_t count =
+        std::min(limit - next_, by_automaton ? kPlacesForAutomaton : CandidateFilter::kBlock);
+    FindRareKeys(count);
+    if (by_automaton) {
+      ByAutomaton(count);
     } else {
-      ByIndex(std::min(limit - next_, CandidateFilter::kBlock));
+      ByIndex(count);
     }
+    next_ += count;
+    RareKeysInFrontOf(next_);
+  }
+}
+
+// A rare key stands only around a rare form of a letter, and few files hold any.
+void LeftoverSearch::FindRareKeys(std::size_t count) {
+  rare_keys_.clear();
+  next_rare_key_ = 0;
+  const std::size_t end = next_ + count;
+  // The form may stand behind the last place.
+  const std::size_t forms_end = std::min(end + Sought::kLongestRareKey, filled_);
+  std::size_t done = next_;
+  for (std::size_t from = next_; from < forms_end; from += CandidateFilter::kBlock) {
+    const std::size_t found = rare_form_filter_.Find(
+        folded_.get() + from, std::min(forms_end - from, CandidateFilter::kBlock),
+        rare_forms_.data());
+    for (std::size_t i = 0; i < found; ++i) {
+      const std::size_t form = from + rare_forms_[i];
+      const std::size_t begin = std::max(done, form - std::min(form, Sought::kLongestRareKey));
+      done = std::max(done, std::min(form + 1, end));
+      FindRareKeysFrom(begin, done);
+    }
+  }
+}
+
+void LeftoverSearch::FindRareKeysFrom(std::size_t begin, std::size_t end) {
+  if (begin >= end) return;
+  const std::uint8_t* const folded = folded_.get() + begin;
+  const std::size_t found = rare_filter_.Find(folded, end - begin, places_.data());
+  for (std::size_t i = 0; i < found; ++i) {
+    keys_.clear();
+    sought_.rare_keys().index().Find(folded + places_[i], filled_ - begin - places_[i], keys_);
+    for (const std::int32_t key : keys_) rare_keys_.push_back({begin + places_[i], key});
+  }
+}
+
+void LeftoverSearch::RareKeysInFrontOf(std::size_t at) {
+  for (; next_rare_key_ < rare_keys_.size() && rare_keys_[next_rare_key_].at < at;
+       ++next_rare_key_) {
+    const RareKey& found = rare_keys_[next_rare_key_];
+    KeyAt(found.at, sought_.rare_keys(), found.key);
   }
 }
 
@@ -120,37 +168,41 @@ void LeftoverSearch::ByIndex(std::size_t count) {
   for (std::size_t first = 0; first < found; first += KeyIndex::kBatch) {
     const std::uint16_t* const places = places_.data() + first;
     const std::size_t batch = std::min(found - first, KeyIndex::kBatch);
-    looks += sought_.index().LookAt(folded, size, places, batch, rows.data());
+    looks += sought_.keys().index().LookAt(folded, size, places, batch, rows.data());
     for (std::size_t i = 0; i < batch; ++i) {
       if (rows[i] == KeyIndex::kNone) continue;
       if (rows[i] != KeyIndex::kUndecided) {
-        KeyAt(next_ + places[i], KeyIndex::OnlyAttempt(rows[i]));
+        UsualKeyAt(next_ + places[i], KeyIndex::OnlyAttempt(rows[i]));
         continue;
       }
       keys_.clear();
-      sought_.index().Find(folded + places[i], size - places[i], keys_);
-      for (const std::int32_t key : keys_) KeyAt(next_ + places[i], key);
+      sought_.keys().index().Find(folded + places[i], size - places[i], keys_);
+      for (const std::int32_t key : keys_) UsualKeyAt(next_ + places[i], key);
     }
   }
-  next_ += count;
   if (looks > count / kFewLooks && !automaton_refused_) places_for_automaton_ = kPlacesForAutomaton;
 }
 
 void LeftoverSearch::ByAutomaton(std::size_t count) {
-  if (!automaton_) automaton_.emplace(sought_.keys(), sought_.index().rows_by_key());
+  if (!automaton_) automaton_.emplace(sought_.keys().rows(), sought_.keys().index().rows_by_key());
   places_for_automaton_ -= std::min(places_for_automaton_, count);
   found_by_automaton_.clear();
   automaton_->Find(folded_.get() + next_, count, filled_ - next_, found_by_automaton_);
   for (auto found = found_by_automaton_.rbegin(); found != found_by_automaton_.rend(); ++found) {
     keys_.clear();
     automaton_->RowsAt(found->state, keys_);
-    for (const std::int32_t key : keys_) KeyAt(next_ + found->place, key);
+    for (const std::int32_t key : keys_) UsualKeyAt(next_ + found->place, key);
   }
-  next_ += count;
 }
 
-void LeftoverSearch::KeyAt(std::size_t at, std::int32_t key) {
-  for (const std::int32_t index : sought_.PartsOf(key)) {
+// What the rare keys in front of it lead to comes first.
+void LeftoverSearch::UsualKeyAt(std::size_t at, std::int32_t key) {
+  RareKeysInFrontOf(at);
+  KeyAt(at, sought_.keys(), key);
+}
+
+void LeftoverSearch::KeyAt(std::size_t at, const SoughtKeys& keys, std::int32_t key) {
+  for (const std::int32_t index : keys.PartsOf(key)) {
     const SoughtPart& part = sought_.parts()[static_cast<std::size_t>(index)];
     if (IsDone(at, part)) continue;
     const std::optional<Standing> standing = StandsAt(part.spelling, BytesFrom(at));

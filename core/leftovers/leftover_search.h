@@ -81,7 +81,11 @@ class LeftoverSearch {
   void SearchUpTo(std::size_t limit);
   void ByIndex(std::size_t count);
   void ByAutomaton(std::size_t count);
-  void KeyAt(std::size_t at, std::int32_t key);
+  void FindRareKeys(std::size_t count);
+  void FindRareKeysFrom(std::size_t begin, std::size_t end);
+  void RareKeysInFrontOf(std::size_t at);
+  void UsualKeyAt(std::size_t at, std::int32_t key);
+  void KeyAt(std::size_t at, const SoughtKeys& keys, std::int32_t key);
   bool IsDone(std::size_t at, const SoughtPart& part) const;
   void PartAt(std::size_t at, const SoughtPart& part, const Standing& standing);
   bool StandsInOtherOrder(std::size_t at, const SoughtPart& part) const;
@@ -93,8 +97,16 @@ class LeftoverSearch {
     return {reinterpret_cast<const char*>(bytes_.get()) + at, filled_ - at};
   }
 
+  // A rare key and where it stands in the buffer.
+  struct RareKey {
+    std::size_t at;
+    std::int32_t key;
+  };
+
   const Sought& sought_;
   CandidateFilter filter_;
+  CandidateFilter rare_filter_;
+  CandidateFilter rare_form_filter_;
   std::optional<KeyAutomaton> automaton_;  // made when it is first needed
   bool automaton_refused_ = false;         // would take too much memory
   const std::size_t behind_;               // bytes in front of the present place that stay
@@ -103,8 +115,11 @@ class LeftoverSearch {
   std::unique_ptr<std::uint8_t[]> bytes_;
   std::unique_ptr<std::uint8_t[]> folded_;
   std::array<std::uint16_t, CandidateFilter::kRoom> places_{};
+  std::array<std::uint16_t, CandidateFilter::kRoom> rare_forms_{};
   std::vector<std::int32_t> keys_;
   std::vector<KeyAutomaton::Found> found_by_automaton_;
+  std::vector<RareKey> rare_keys_;  // of the places under way, ascending
+  std::size_t next_rare_key_ = 0;
   std::vector<Progress> progress_;    // by sought row
   std::vector<std::size_t> touched_;  // of these
   const TellLeftover* tell_ = nullptr;

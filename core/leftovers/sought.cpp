@@ -12,6 +12,8 @@ namespace {
 constexpr std::size_t kMostKeys = 16;
 // Bytes of a key with a rare form of a letter: few files hold them, whatever follows.
 constexpr std::size_t kEnoughOfARareKey = 4;
+// Behind so many bytes a letter with rare forms ends a key.
+constexpr std::size_t kFarBehind = 64;
 // A part that is longer is sought by its beginning, a right text that is longer is not looked for.
 constexpr std::size_t kLongestPart = 32000;
 // The bytes that a match of the engine may span.
@@ -25,20 +27,25 @@ bool IsAscii(std::string_view text) {
 struct Beginning {
   std::string bytes;
   std::size_t letters = 0;
-  bool is_rare = false;
+  std::string rare_form;  // the first of a letter in it, if there is one
+  bool is_rare() const { return !rare_form.empty(); }
   bool operator==(const Beginning&) const = default;
 };
+
+std::string AllFolded(std::string bytes) {
+  for (char& byte : bytes) byte = static_cast<char>(Folded(static_cast<std::uint8_t>(byte)));
+  return bytes;
+}
 
 // The beginning with one more letter, in all ways that differ when they are folded.
 std::vector<Beginning> Continued(const Beginning& beginning, const LetterWays& ways) {
   std::vector<Beginning> continued;
   for (const LetterWay& way : ways) {
     Beginning longer = beginning;
-    for (const char byte : way.bytes) {
-      longer.bytes += static_cast<char>(Folded(static_cast<std::uint8_t>(byte)));
-    }
+    const std::string folded = AllFolded(way.bytes);
+    longer.bytes += folded;
     longer.letters += way.letters;
-    longer.is_rare = longer.is_rare || way.is_rare;
+    if (way.is_rare && !longer.is_rare()) longer.rare_form = folded;
     if (std::find(continued.begin(), continued.end(), longer) == continued.end()) {
       continued.push_back(std::move(longer));
     }
@@ -47,21 +54,24 @@ std::vector<Beginning> Continued(const Beginning& beginning, const LetterWays& w
 }
 
 // Whatever stands for the spelling's text begins with one of them.
-std::vector<std::string> KeysOf(const Spelling& spelling) {
-  std::vector<std::string> keys;
+std::vector<Beginning> KeysOf(const Spelling& spelling) {
+  std::vector<Beginning> keys;
   std::deque<Beginning> growing(1);
   while (!growing.empty()) {
     const Beginning beginning = std::move(growing.front());
     growing.pop_front();
     bool ends = beginning.letters >= spelling.letters.size() ||
-                (beginning.is_rare && beginning.bytes.size() >= kEnoughOfARareKey);
+                (beginning.is_rare() && beginning.bytes.size() >= kEnoughOfARareKey);
     if (!ends) {
       std::vector<Beginning> longer = Continued(beginning, *spelling.letters[beginning.letters]);
       const std::size_t count = keys.size() + growing.size() + longer.size();
-      ends = !beginning.bytes.empty() && longer.size() > 1 && count > kMostKeys;
+      const bool is_far = beginning.bytes.size() >= kFarBehind &&
+                          std::any_of(longer.begin(), longer.end(),
+                                      [](const Beginning& each) { return each.is_rare(); });
+      ends = is_far || (!beginning.bytes.empty() && longer.size() > 1 && count > kMostKeys);
       if (!ends) growing.insert(growing.end(), longer.begin(), longer.end());
     }
-    if (ends) keys.push_back(beginning.bytes);
+    if (ends) keys.push_back(beginning);
   }
   return keys;
 }
@@ -202,24 +212,20 @@ void Sought::AddOtherOrders(std::size_t first_little, std::size_t first_big) {
 }
 
 void Sought::MakeKeys() {
-  std::map<std::string, std::vector<std::int32_t>> parts_by_key;
+  SoughtKeys::PartsByKey usual;
+  SoughtKeys::PartsByKey rare;
+  SoughtKeys::PartsByKey rare_forms;
   for (std::size_t part = 0; part < parts_.size(); ++part) {
-    for (const std::string& key : KeysOf(parts_[part].spelling)) {
-      std::vector<std::int32_t>& parts = parts_by_key[key];
+    for (const Beginning& key : KeysOf(parts_[part].spelling)) {
+      if (key.is_rare()) rare_forms[key.rare_form];
+      std::vector<std::int32_t>& parts = (key.is_rare() ? rare : usual)[key.bytes];
       const auto index = static_cast<std::int32_t>(part);
       if (parts.empty() || parts.back() != index) parts.push_back(index);
     }
   }
-  key_bytes_.reserve(parts_by_key.size());  // the keys lie in it, so it may not move
-  for (auto& [bytes, parts] : parts_by_key) {
-    key_bytes_.push_back(bytes);
-    CompiledRow key;
-    key.key = key_bytes_.back();
-    key.attempt = 0;  // so the index gives all keys that stand at a place, not the first alone
-    keys_.push_back(std::move(key));
-    parts_of_keys_.push_back(std::move(parts));
-  }
-  index_ = std::make_unique<KeyIndex>(keys_);
+  keys_ = std::make_unique<SoughtKeys>(std::move(usual));
+  rare_keys_ = std::make_unique<SoughtKeys>(std::move(rare));
+  rare_forms_ = std::make_unique<SoughtKeys>(std::move(rare_forms));
 }
 
 Encoding GuessEncoding(const SubstitutionTables& tables) {

@@ -4,7 +4,9 @@
 // A row with the wildcard is sought by its parts: all of them, in their order, no further from each
 // other than a match may reach. Each part in one encoding has keys, the beginnings under which an
 // index finds it. Keys and files are compared folded, with a bit set in every byte that makes most
-// letter cases one; where a letter's cases still differ there is a key for each.
+// letter cases one; where a letter's cases still differ there is a key for each. Keys with a form
+// of a letter that few files hold are kept apart: they need to be looked for around such forms
+// alone.
 #pragma once
 
 #include <cstddef>
@@ -14,8 +16,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/engine/compiled_list.h"
-#include "core/engine/key_index.h"
+#include "core/leftovers/sought_keys.h"
 #include "core/leftovers/spelling.h"
 #include "core/tables/substitution_tables.h"
 
@@ -67,13 +68,14 @@ class Sought {
   // Rows of which a part cannot be read in the list's encoding: they are sought as bytes alone.
   const std::vector<std::int64_t>& rows_of_bytes() const { return rows_of_bytes_; }
 
-  // Of the folded keys.
-  const std::vector<CompiledRow>& keys() const { return keys_; }
-  const KeyIndex& index() const { return *index_; }
-  // The parts of which a key, an index into keys(), is a beginning.
-  const std::vector<std::int32_t>& PartsOf(std::int32_t key) const {
-    return parts_of_keys_[static_cast<std::size_t>(key)];
-  }
+  // No rare key has more bytes.
+  static constexpr std::size_t kLongestRareKey = 96;
+
+  // Of letters in their usual forms.
+  const SoughtKeys& keys() const { return *keys_; }
+  // Those that hold a rare form of a letter, and these forms themselves: each rare key holds one.
+  const SoughtKeys& rare_keys() const { return *rare_keys_; }
+  const SoughtKeys& rare_forms() const { return *rare_forms_; }
 
   // So many bytes behind a place may be looked at, so many before it belong to what is found there.
   std::size_t look_ahead() const { return look_ahead_; }
@@ -90,10 +92,9 @@ class Sought {
   std::vector<SoughtPart> parts_;
   std::vector<std::int64_t> rows_that_stay_;
   std::vector<std::int64_t> rows_of_bytes_;
-  std::vector<std::string> key_bytes_;
-  std::vector<CompiledRow> keys_;
-  std::vector<std::vector<std::int32_t>> parts_of_keys_;
-  std::unique_ptr<KeyIndex> index_;
+  std::unique_ptr<SoughtKeys> keys_;
+  std::unique_ptr<SoughtKeys> rare_keys_;
+  std::unique_ptr<SoughtKeys> rare_forms_;
   std::size_t look_ahead_ = 1;
   std::uint64_t look_behind_ = 0;
 };

@@ -221,7 +221,9 @@ const LetterWays& Alphabet::WaysOf(std::u32string_view text, Encoding encoding) 
     // Of bytes that are no known text only those of ASCII are letters.
     if (encoding == Encoding::kBytes && (text.front() >= 0x80 || way.front() >= 0x80)) return;
     const std::optional<std::string> bytes = Encode(way, encoding);
-    if (bytes) ways.push_back({*bytes, letters, is_rare});
+    const bool is_ascii =
+        std::all_of(way.begin(), way.end(), [](char32_t each) { return each < 0x80; });
+    if (bytes) ways.push_back({*bytes, letters, is_rare && !is_ascii});
   };
   const std::optional<std::string> as_written = Encode(text.substr(0, 1), encoding);
   if (as_written) ways.push_back({*as_written});

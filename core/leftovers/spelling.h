@@ -29,7 +29,7 @@ std::optional<std::string> Encode(std::u32string_view text, Encoding encoding);
 struct LetterWay {
   std::string bytes;
   std::size_t letters = 1;  // of the text, from this one on
-  bool is_rare = false;     // as of OtherCase
+  bool is_rare = false;     // as of OtherCase, and not of ASCII alone, which is in every file
 };
 
 // A way that begins with another one stands in front of it.

@@ -298,6 +298,21 @@ Finds Sorted(Finds found) {
   return found;
 }
 
+std::string Made(std::mt19937& random, const std::vector<std::string>& of, std::size_t most) {
+  std::string made;
+  for (std::size_t n = 1 + random() % most; n > 0; --n) made += of[random() % of.size()];
+  return made;
+}
+
+void ExpectToFindWhatTryingFinds(const Rows& rows, const std::string& bytes, int round) {
+  const SoughtList list(rows);
+  const Finds expected = Sorted(FoundByTrying(rows, bytes));
+  for (const Kernel kernel : {Kernel::kPortable, Kernel::kSsse3, Kernel::kAvx2}) {
+    if (!IsSupported(kernel)) continue;
+    ASSERT_EQ(Sorted(list.Find(bytes, 100, kernel)), expected) << "round " << round;
+  }
+}
+
 // Texts of few letters, so that they meet often; no NUL, which would let both byte orders fit.
 TEST(LeftoverSearchTest, ItFindsWhatTryingEverythingFinds) {
   std::mt19937 random(20240117);
@@ -306,21 +321,55 @@ TEST(LeftoverSearchTest, ItFindsWhatTryingEverythingFinds) {
   const std::vector<std::string> pieces = {"a",        "A",    "b",    "B",        "\xC3\xBC",
                                            "\xC3\x9C", "\xFC", "\xDC", "\xC5\x82", "\xC5\x81",
                                            "\xC3\x9F", "ss",   "S",    "\n",       "\xC3"};
-  const auto text = [&](const std::vector<std::string>& of, std::size_t most) {
-    std::string made;
-    for (std::size_t n = 1 + random() % most; n > 0; --n) made += of[random() % of.size()];
-    return made;
-  };
   for (int round = 0; round < 300; ++round) {
     Rows rows;
-    for (std::size_t n = 1 + random() % 12; n > 0; --n) rows.push_back({text(letters, 5), "x"});
-    const SoughtList list(rows);
-    const std::string bytes = text(pieces, 600);
-    const Finds expected = Sorted(FoundByTrying(rows, bytes));
-    for (const Kernel kernel : {Kernel::kPortable, Kernel::kSsse3, Kernel::kAvx2}) {
-      if (!IsSupported(kernel)) continue;
-      ASSERT_EQ(Sorted(list.Find(bytes, 100, kernel)), expected) << "round " << round;
+    for (std::size_t n = 1 + random() % 12; n > 0; --n) {
+      rows.push_back({Made(random, letters, 5), "x"});
     }
+    ExpectToFindWhatTryingFinds(rows, Made(random, pieces, 600), round);
+  }
+}
+
+// In the list or in the file or in both; far from each other and close together.
+TEST(LeftoverSearchTest, RareFormsOfLettersAreFoundAsWell) {
+  std::mt19937 random(20240118);
+  const std::vector<std::string> letters = {"i", "I", "\xC4\xB1", "\xC4\xB0", "s",           "t",
+                                            "f", "S", "\xC3\x9F", "\xCE\xBC", "\xEF\xAC\x81"};
+  std::vector<std::string> pieces = letters;
+  for (const char* piece : {"i\xCC\x87", "\xC2\xB5", "\xB5", "\xDF", "\xE1\xBA\x9E", "\xEF\xAC\x86",
+                            "\xEF\xAC\x83", "ss", "st", "fi", "\n"}) {
+    pieces.emplace_back(piece);
+  }
+  for (int round = 0; round < 300; ++round) {
+    Rows rows;
+    for (std::size_t n = 1 + random() % 8; n > 0; --n) {
+      const std::string before = random() % 4 == 0 ? std::string(random() % 150, 's') : "";
+      rows.push_back({before + Made(random, letters, 5), "x"});
+    }
+    std::string bytes;
+    for (int part = 0; part < 4; ++part) {
+      bytes += std::string(random() % 300, part % 2 == 0 ? 's' : '.');
+      bytes += Made(random, pieces, 40);
+      bytes += rows[random() % rows.size()].first;
+    }
+    ExpectToFindWhatTryingFinds(rows, bytes, round);
+  }
+}
+
+TEST(LeftoverSearchTest, ARareFormIsFoundAtEveryPlaceAroundABlocksBorder) {
+  const SoughtList list(Rows{{"Grossmann", "x"}, {"Yilmaz", "x"}});
+  const std::string gross = "Gro\xC3\x9Fmann";
+  const std::string yilmaz = "Y\xC4\xB1lmaz";
+  for (std::size_t at = 0; at < 1000; ++at) {
+    const std::string bytes = std::string(at, '.') + gross + yilmaz + std::string(300, '.');
+    EXPECT_EQ(list.Find(bytes, 64),
+              Finds({{at, 1, 0, Encoding::kUtf8, false, gross.size()},
+                     {at + gross.size(), 1, 1, Encoding::kUtf8, false, yilmaz.size()}}))
+        << "at " << at;
+  }
+  // Where the places are looked at in their thousands.
+  for (std::size_t at = 4000; at < 4200; ++at) {
+    EXPECT_EQ(list.Find(std::string(at, '.') + gross).size(), 1u) << "at " << at;
   }
 }
 

@@ -34,15 +34,16 @@ TEST(SoughtTest, BytesThatAreNoTextAreSoughtAsTheyAre) {
 
 TEST(SoughtTest, ATextWhoseCasesDifferInABitHasOneKeyAnEncoding) {
   const SoughtList list(Rows{{"M\xC3\xBCller", "x"}});
-  EXPECT_EQ(list.sought->keys().size(), 4u);
+  EXPECT_EQ(list.sought->keys().rows().size(), 4u);
+  EXPECT_TRUE(list.sought->rare_keys().rows().empty());
 }
 
 TEST(SoughtTest, LettersWhoseCasesDifferOtherwiseMultiplyTheKeysOnlyUpToALimit) {
   std::string left;
   for (int i = 0; i < 40; ++i) left += "\xC5\x82";  // one bit that the folding leaves, each
   const SoughtList list(Rows{{left, "x"}});
-  EXPECT_EQ(list.sought->keys().size(), 3u * 16u);
-  for (const CompiledRow& key : list.sought->keys()) EXPECT_EQ(key.key.size(), 8u);
+  EXPECT_EQ(list.sought->keys().rows().size(), 3u * 16u);
+  for (const CompiledRow& key : list.sought->keys().rows()) EXPECT_EQ(key.key.size(), 8u);
 }
 
 TEST(SoughtTest, EveryKeyIsFoldedAndLeadsToAPart) {
@@ -51,19 +52,47 @@ TEST(SoughtTest, EveryKeyIsFoldedAndLeadsToAPart) {
                               "x"},
                              {"Born: *;", ""},
                              {"STRASSE", "y"}});
-  const Sought& sought = *list.sought;
-  for (std::size_t key = 0; key < sought.keys().size(); ++key) {
-    for (const char byte : sought.keys()[key].key) {
-      const auto code = static_cast<std::uint8_t>(byte);
-      EXPECT_TRUE(code == Folded(0) || code == Folded(code)) << +code;
+  for (const SoughtKeys* keys : {&list.sought->keys(), &list.sought->rare_keys()}) {
+    ASSERT_FALSE(keys->rows().empty());
+    for (std::size_t key = 0; key < keys->rows().size(); ++key) {
+      for (const char byte : keys->rows()[key].key) {
+        const auto code = static_cast<std::uint8_t>(byte);
+        EXPECT_TRUE(code == Folded(0) || code == Folded(code)) << +code;
+      }
+      EXPECT_FALSE(keys->PartsOf(static_cast<std::int32_t>(key)).empty());
     }
-    EXPECT_FALSE(sought.PartsOf(static_cast<std::int32_t>(key)).empty());
   }
   // A key that two rows share leads to both, to the first in both narrow encodings.
-  const auto shared = std::find_if(sought.keys().begin(), sought.keys().end(),
+  const SoughtKeys& keys = list.sought->keys();
+  const auto shared = std::find_if(keys.rows().begin(), keys.rows().end(),
                                    [](const CompiledRow& key) { return key.key == "strasse"; });
-  ASSERT_NE(shared, sought.keys().end());
-  EXPECT_EQ(sought.PartsOf(static_cast<std::int32_t>(shared - sought.keys().begin())).size(), 4u);
+  ASSERT_NE(shared, keys.rows().end());
+  EXPECT_EQ(keys.PartsOf(static_cast<std::int32_t>(shared - keys.rows().begin())).size(), 4u);
+}
+
+TEST(SoughtTest, ARareKeyHoldsARareFormNotFarFromItsBeginning) {
+  const std::string far = std::string(200, 'a');
+  // The last one has but one way in Windows-1252, and that is a rare one.
+  const SoughtList list(Rows{
+      {"Rossi", "x"}, {far + "ss" + far, "x"}, {"ss" + far, "x"}, {far + "\xCE\xBC" + far, "x"}});
+  const std::vector<CompiledRow>& forms = list.sought->rare_forms().rows();
+  ASSERT_FALSE(list.sought->rare_keys().rows().empty());
+  for (const CompiledRow& key : list.sought->rare_keys().rows()) {
+    EXPECT_LE(key.key.size(), Sought::kLongestRareKey);
+    EXPECT_TRUE(std::any_of(forms.begin(), forms.end(), [&](const CompiledRow& form) {
+      return key.key.find(form.key) != std::string_view::npos;
+    })) << key.key;
+  }
+}
+
+TEST(SoughtTest, WhatIsInEveryFileIsNoRareForm) {
+  // The dotless i has the usual ones for other cases.
+  const SoughtList list(Rows{{"Y\xC4\xB1lmaz", "x"}});
+  for (const CompiledRow& form : list.sought->rare_forms().rows()) {
+    EXPECT_NE(form.key, "i");
+    EXPECT_NE(form.key, std::string("i\x01"));
+    EXPECT_NE(form.key, std::string("\x01i"));
+  }
 }
 
 TEST(SoughtTest, AWildcardRowHasAPartBetweenItsWildcards) {
