@@ -108,7 +108,7 @@ std::string ModelText(std::string text) {
 std::string ModelSettings(const std::string& bytes) { return ChangedPaths(bytes, ModelText); }
 
 bool ComesBefore(const std::string& one, const std::string& other) {
-  const auto upper = [](unsigned char letter) { return std::toupper(letter); };
+  const auto upper = [](char letter) { return std::toupper(static_cast<unsigned char>(letter)); };
   return std::lexicographical_compare(
       one.begin(), one.end(), other.begin(), other.end(),
       [&](char first, char second) { return upper(first) < upper(second); });
