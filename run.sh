@@ -38,8 +38,7 @@ settings() {
     'log=1' 'sep=|' 'jok=*' '1.txt' '1.csv' '1.log' '0.xml'
 }
 
-./cmake/install_tools.sh g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev \
-  qt6-svg-dev
+./cmake/install_tools.sh g++ cmake ninja-build libcli11-dev nlohmann-json3-dev qt6-base-dev
 
 echo 'Building ...'
 mkdir -p build

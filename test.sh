@@ -111,7 +111,7 @@ scripts() {
 mkdir -p build
 # A tool that stays missing fails the check that needs it.
 ./cmake/install_tools.sh g++ cmake ninja-build libgtest-dev clang-format clang-tidy \
-  libcli11-dev nlohmann-json3-dev parallel qt6-base-dev qt6-svg-dev \
+  libcli11-dev nlohmann-json3-dev parallel qt6-base-dev \
   desktop-file-utils xvfb openbox xdotool x11-utils imagemagick at-spi2-core dbus-daemon \
   python3-gi gir1.2-atspi-2.0
 check 'Build' build

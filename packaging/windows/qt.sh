@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds Qt's widgets and its SVG module for Windows, static, from the sources of the Qt that Debian ships for this
+# Builds Qt's widgets for Windows, static, from the sources of the Qt that Debian ships for this
 # machine (its tools run here during the build, so the versions are the same). The last line on
 # standard output is the folder of the built Qt; everything else goes to standard error.
 #
@@ -12,7 +12,7 @@ root=$(cd "$here/../.." && pwd)
 toolchain=$root/cmake/mingw.cmake
 
 "$root/cmake/install_tools.sh" cmake ninja-build dpkg-dev qt6-base-dev qt6-base-dev-tools \
-  qt6-svg-dev g++-mingw-w64-x86-64-posix >&2
+  g++-mingw-w64-x86-64-posix >&2
 
 # Run from a folder that may hold the lists of source packages: this machine's own stay as they are.
 fetch_source() {
@@ -40,33 +40,20 @@ without=(sql network dbus printsupport testlib vulkan concurrent xml tabletevent
   system_zlib system_png system_jpeg system_freetype system_harfbuzz system_pcre2
   system_doubleconversion)
 
-# build_module PACKAGE INSTALLED OPTION...: fetches the sources of the version that stands on this
-# machine, builds them and installs them with the modules that are there already.
-build_module() {
-  local package=$1 installed=$2
-  shift 2
-  fetch_source "$package" "$(version_of "$package-dev")"
-  cmake -G Ninja -S "$(echo "$PWD/$package"-*/)" -B "build-$package" \
-    -DCMAKE_INSTALL_PREFIX="$installed" -DCMAKE_BUILD_TYPE=MinSizeRel -DBUILD_SHARED_LIBS=OFF \
-    -DQT_HOST_PATH=/usr -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/cmake" \
-    -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF "$@"
-  cmake --build "build-$package"
-  cmake --install "build-$package" --strip
-}
-
 build_qt() {
-  local installed=$1 features=("${without[@]/#/-DFEATURE_}")
-  build_module qt6-base "$installed" -DCMAKE_TOOLCHAIN_FILE="$toolchain" -DINPUT_opengl=no \
-    "${features[@]/%/=OFF}"
-  build_module qt6-svg "$installed" -DQT_CHAINLOAD_TOOLCHAIN_FILE="$toolchain" \
-    -DCMAKE_TOOLCHAIN_FILE="$installed/lib/cmake/Qt6/qt.toolchain.cmake"
+  local source=$1 installed=$2 features=("${without[@]/#/-DFEATURE_}")
+  features=("${features[@]/%/=OFF}")
+  cmake -G Ninja -S "$source" -B build \
+    -DCMAKE_TOOLCHAIN_FILE="$toolchain" -DCMAKE_INSTALL_PREFIX="$installed" \
+    -DQT_HOST_PATH=/usr -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/cmake" \
+    -DBUILD_SHARED_LIBS=OFF -DCMAKE_BUILD_TYPE=MinSizeRel \
+    -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF -DINPUT_opengl=no \
+    "${features[@]}"
+  cmake --build build
+  cmake --install build --strip
 }
 
-version_of() {
-  dpkg-query --show --showformat='${source:Version}' "$1"
-}
-
-version=$(version_of qt6-base-dev)
+version=$(dpkg-query --show --showformat='${source:Version}' qt6-base-dev)
 compiler=$(x86_64-w64-mingw32-g++-posix -dumpfullversion)
 recipe=$(cat "${BASH_SOURCE[0]}" "$toolchain" - <<<"$compiler" | sha256sum | cut -c1-12)
 home=${XDG_CACHE_HOME:-$HOME/.cache}/morvex/qt-windows/$version-$recipe
@@ -77,7 +64,8 @@ if [[ ! -e $home/complete ]]; then
   {
     cd "$home/work"
     echo "Building Qt $version for Windows in $home ..."
-    build_qt "$home/qt"
+    fetch_source qt6-base "$version"
+    build_qt "$(echo "$PWD"/qt6-base-*/)" "$home/qt"
     cd "$home"
     rm -rf work
     touch complete

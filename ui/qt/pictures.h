@@ -1,37 +1,15 @@
-// The program's pictures: line drawings that take their colour from the palette, so they read on a
-// light ground and on a dark one, and that are drawn anew for every size and scale.
+// The program's pictures, and what shows them.
 #pragma once
 
-#include <QByteArray>
 #include <QColor>
 #include <QCursor>
 #include <QIcon>
-#include <QRectF>
 #include <QString>
-#include <QSvgRenderer>
 #include <QWidget>
 
-class QPainter;
+#include "ui/qt/line_drawing.h"
 
 namespace morvex {
-
-// Makes ":/pictures/NAME.svg" known to the toolkit. May be called often.
-void LoadPictures();
-
-// One drawing. Lines that the drawing leaves to its surroundings ("currentColor") take `ink`.
-class LineDrawing {
- public:
-  // `resource` as in ":/pictures/folder.svg".
-  explicit LineDrawing(const QString& resource);
-
-  // Draws it as large as `box` allows without changing its proportions, in the middle.
-  void Paint(QPainter& painter, const QRectF& box, const QColor& ink);
-
- private:
-  QByteArray source_;
-  QSvgRenderer renderer_;
-  QColor loaded_ink_;
-};
 
 // A drawing that is only looked at.
 class PictureView : public QWidget {
