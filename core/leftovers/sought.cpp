@@ -223,9 +223,9 @@ void Sought::MakeKeys() {
       if (parts.empty() || parts.back() != index) parts.push_back(index);
     }
   }
-  keys_ = std::make_unique<SoughtKeys>(std::move(usual));
-  rare_keys_ = std::make_unique<SoughtKeys>(std::move(rare));
-  rare_forms_ = std::make_unique<SoughtKeys>(std::move(rare_forms));
+  keys_ = std::make_unique<SoughtKeys>(usual);
+  rare_keys_ = std::make_unique<SoughtKeys>(rare);
+  rare_forms_ = std::make_unique<SoughtKeys>(rare_forms);
 }
 
 Encoding GuessEncoding(const SubstitutionTables& tables) {

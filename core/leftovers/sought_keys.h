@@ -18,7 +18,7 @@ class SoughtKeys {
   // For each key, 1 or more bytes without a NUL, the parts of which it is a beginning.
   using PartsByKey = std::map<std::string, std::vector<std::int32_t>>;
 
-  explicit SoughtKeys(PartsByKey parts_by_key);
+  explicit SoughtKeys(const PartsByKey& parts_by_key);
   SoughtKeys(const SoughtKeys&) = delete;
   SoughtKeys& operator=(const SoughtKeys&) = delete;
 
