@@ -16,7 +16,8 @@
 namespace morvex::windows {
 namespace {
 
-// The second one is for a copy that is itself to be called like the first.
+// The second one is for a copy that is itself to be called like the first, and for where that is
+// taken.
 constexpr std::array<const wchar_t*, 2> kPartialNames = {L"tijdel.enc", L".tijdel.enc"};
 
 constexpr std::size_t kBlock = std::size_t{1} << 20;
@@ -105,16 +106,23 @@ bool IsSameName(const std::wstring& one, const wchar_t* other) {
   return CompareStringOrdinal(one.c_str(), -1, other, -1, TRUE) == CSTR_EQUAL;
 }
 
+// Under the first of the names that is free or can be freed: a folder that goes by one stays, and
+// so does the source.
 Result<Handle> MakePartial(const std::wstring& target, const FileIdentity& source) {
   const PathParts parts = SplitPath(target);
-  const bool is_called_so = IsSameName(parts.name, kPartialNames[0]);
-  const std::wstring path = Below(parts.folder, kPartialNames[is_called_so ? 1 : 0]);
-  const ErrorNumber error = RemoveLeftOver(path, source);
-  if (error != ErrorNumber::kNone) return error;
-  Handle file = CreateClaimed(path, 0);
-  if (!file.IsOpen()) return LastError(Missing::kPath);
-  SetPassing(file, true);
-  return file;
+  ErrorNumber error = ErrorNumber::kPathFileAccess;
+  for (const wchar_t* name : kPartialNames) {
+    if (IsSameName(parts.name, name)) continue;
+    const std::wstring path = Below(parts.folder, name);
+    error = RemoveLeftOver(path, source);
+    if (error == ErrorNumber::kPathFileAccess) continue;
+    if (error != ErrorNumber::kNone) return error;
+    Handle file = CreateClaimed(path, 0);
+    if (!file.IsOpen()) return LastError(Missing::kPath);
+    SetPassing(file, true);
+    return file;
+  }
+  return error;
 }
 
 ErrorNumber CopyOpenFile(const Handle& source, const Status& opened, const std::wstring& to,

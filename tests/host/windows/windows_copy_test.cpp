@@ -57,6 +57,14 @@ TEST_F(WindowsCopyTest, AFileIsNeverCopiedToItselfUnderAnySpelling) {
   EXPECT_EQ(Content(folder_ / "a.txt"), "kept");
 }
 
+TEST_F(WindowsCopyTest, AFolderThatHasThePartialFilesNameIsNotInTheWay) {
+  Put(folder_ / "a", "x");
+  ASSERT_EQ(files_.CreateFolder(folder_ / "tijdel.enc"), ErrorNumber::kNone);
+  ASSERT_EQ(Copy("a", "b"), ErrorNumber::kNone);
+  EXPECT_EQ(Content(folder_ / "b"), "x");
+  EXPECT_EQ(Names(files_, folder_.Path()), (std::vector<std::string>{"a", "b", "tijdel.enc"}));
+}
+
 TEST_F(WindowsCopyTest, FoldersAndMissingFilesAreNotCopied) {
   Put(folder_ / "a", "x");
   ASSERT_EQ(files_.CreateFolder(folder_ / "folder"), ErrorNumber::kNone);
