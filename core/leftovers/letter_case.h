@@ -16,8 +16,7 @@ struct OtherCase {
 };
 
 // The upper or lower case of `letter`, and of a letter with more forms (the final sigma, the
-// dotless and the dotted i) all of them. Empty for what is no letter of an
-// alphabet with cases.
+// dotless and the dotted i) all of them. Empty for what is no letter of an alphabet with cases.
 std::vector<OtherCase> OtherCases(char32_t letter);
 
 // The text with every letter that another case writes as several (the sharp s, joined letters such

@@ -12,8 +12,9 @@ namespace {
 constexpr std::size_t kMostKeys = 16;
 // Bytes of a key with a rare form of a letter: few files hold them, whatever follows.
 constexpr std::size_t kEnoughOfARareKey = 4;
-// Behind so many bytes a letter with rare forms ends a key.
-constexpr std::size_t kFarBehind = 64;
+// Behind so many bytes a letter with rare forms ends a key. What a rare key may have more is room
+// for the letter in front of that and for the form.
+constexpr std::size_t kFarBehind = Sought::kLongestRareKey - 32;
 // A part that is longer is sought by its beginning, a right text that is longer is not looked for.
 constexpr std::size_t kLongestPart = 32000;
 // The bytes that a match of the engine may span.
