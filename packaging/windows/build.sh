@@ -9,15 +9,16 @@ files=$root/packaging/windows
 build=$root/build/windows-package
 triple=x86_64-w64-mingw32
 
-# Every Windows 10 brings these.
-system_libraries='advapi32|authz|comctl32|comdlg32|d2d1|d3d11|d3d9|dwmapi|dwrite|dxgi|gdi32|imm32|
+# Every Windows 10 brings these, the names that stand for sets of calls (api-ms-win-core) among them.
+system_libraries='advapi32|api-ms-win-core-[a-z0-9-]+|authz|comctl32|comdlg32|d2d1|d3d11|d3d9|dwmapi|dwrite|dxgi|gdi32|imm32|
 kernel32|mpr|msvcrt|netapi32|ntdll|ole32|oleaut32|rpcrt4|secur32|setupapi|shcore|shell32|shlwapi|
 user32|userenv|uxtheme|version|winmm|winspool\.drv|wtsapi32|ws2_32'
 
 build_programs() {
   local qt
   qt=$("$files/qt.sh" | tail -n 1)
-  cmake --preset windows -B "$build" -DMORVEX_TESTS=OFF -DMORVEX_DESKTOP=ON \
+  # Fresh: an earlier build may have found another Qt.
+  cmake --fresh --preset windows -B "$build" -DMORVEX_TESTS=OFF -DMORVEX_DESKTOP=ON \
     -DCMAKE_TOOLCHAIN_FILE="$qt/lib/cmake/Qt6/qt.toolchain.cmake" \
     -DQT_CHAINLOAD_TOOLCHAIN_FILE="$root/cmake/mingw.cmake"
   cmake --build "$build" --target Morvex morvex-cli

@@ -10,7 +10,7 @@ if [[ ! -e ${packages[0]} || ${#packages[@]} != 1 ]]; then
   exit 1
 fi
 
-./cmake/install_tools.sh g++ cmake ninja-build libcli11-dev nlohmann-json3-dev wine64 \
+./cmake/install_tools.sh g++ cmake ninja-build libcli11-dev nlohmann-json3-dev wine64 fonts-wine \
   fonts-dejavu-core xvfb openbox xdotool x11-utils imagemagick dbus-daemon python3
 cmake --preset release -DMORVEX_TESTS=OFF -DMORVEX_DESKTOP=OFF
 cmake --build --preset release --target morvex-cli

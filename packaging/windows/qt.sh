@@ -32,10 +32,10 @@ fetch_source() {
   apt-get "${apart[@]}" source --only-source "$package=$version"
 }
 
-# What the three windows do not need. With no library of the system's, nothing but Windows' own
-# libraries is called.
-without=(sql network dbus printsupport testlib vulkan concurrent xml tabletevent
-  direct2d graphicsview jpeg gif pdf textodfwriter textmarkdownreader textmarkdownwriter
+# What neither the three windows nor their tests need. With no library of the system's, nothing but
+# Windows' own libraries is called.
+without=(sql network dbus printsupport vulkan concurrent xml tabletevent
+  graphicsview jpeg gif pdf textodfwriter textmarkdownreader textmarkdownwriter
   undocommand mdiarea lcdnumber dial fontcombobox splashscreen
   system_zlib system_png system_jpeg system_freetype system_harfbuzz system_pcre2
   system_doubleconversion)

@@ -15,22 +15,11 @@ import tempfile
 import unittest
 
 from program import EDITOR, MAIN, OPTIONS, Program
+from samples import LETTERS, LETTERS_COPIED, log_of_letters
 from screen import Screen, wait_for
 from tree import read_tree, write_tree
 
 program_path, pictures = sys.argv[1:3]
-
-SOURCE = {
-    "letter.txt": b"Dear Mr Jansen,\r\nsigned: Piet\r\nde Vries. Jansen agrees.\r\n",
-    "plain.bin": b"Jansen\0\xff",
-    "sub": None,
-    "sub/note.txt": b"Jan Jansen",
-    "sub/empty": None,
-}
-TARGET = dict(SOURCE, **{
-    "letter.txt": b"Dear Mr Person A,\r\nsigned: Person B. Person A agrees.\r\n",
-    "sub/note.txt": b"Jan Person A",
-})
 
 
 class EndToEnd(unittest.TestCase):
@@ -40,7 +29,7 @@ class EndToEnd(unittest.TestCase):
         # The program keeps log and settings beside itself.
         os.mkdir(self.path("program"))
         shutil.copy(program_path, self.path("program/Morvex"))
-        write_tree(self.path("source"), SOURCE)
+        write_tree(self.path("source"), LETTERS)
         os.mkdir(self.path("target"))
         self.screen = self.enterContext(Screen())
         self.program = Program(self.screen, [self.path("program/Morvex")], self.path("output"))
@@ -123,8 +112,8 @@ class EndToEnd(unittest.TestCase):
         program.click(MAIN, "Go")
         program.wait_for("result of the run", lambda: program.shown(MAIN, "Hits: 4\nDone !"))
         self.assertEqual(self.read("program/Init.dat"), "\r\n".join(lines).encode())
-        self.assertEqual(read_tree(self.path("target")), TARGET)
-        self.assertEqual(read_tree(self.path("source")), SOURCE)
+        self.assertEqual(read_tree(self.path("target")), LETTERS_COPIED)
+        self.assertEqual(read_tree(self.path("source")), LETTERS)
         self.check_log()
         program.click(MAIN, "Exit")
         self.assertEqual(program.wait_for_end(), 0)
@@ -136,17 +125,7 @@ class EndToEnd(unittest.TestCase):
         said = [re.fullmatch(r'"\S+ (.*)"', line)[1] for line in lines]
         self.assertRegex(said[0], "^-{25}[^-].*[^-]-{25}$")
         self.assertRegex(said[-1], r"^Verstreken tijd: \d+ min \d+ sec$")
-        self.assertEqual(said[1:-1], [
-            self.path("source/letter.txt") + "  ----  Hits: 3",
-            self.path("source/sub/note.txt") + "  ----  Hits: 1",
-            "  ",
-            "Initialisatie-bestand: " + self.path("program") + "/Init.dat",
-            "Substitutie-bestand: ",
-            "gemorvexeerd: 2 bestanden",
-            "Overgeslagen: 1 bestanden",
-            "Vervangingen: 4",
-            f"Totaal: {len(SOURCE['letter.txt']) + len(SOURCE['plain.bin']) + len(SOURCE['sub/note.txt'])} bytes",
-        ])
+        self.assertEqual(said[1:-1], log_of_letters(self.path("source"), self.path("program/Init.dat"), "/"))
 
 
 if __name__ == "__main__":

@@ -6,7 +6,6 @@ both must leave the same copies, the same log and the same settings, and end wit
 """
 
 import os
-import re
 import shutil
 import subprocess
 import sys
@@ -14,35 +13,14 @@ import tempfile
 import unittest
 
 from program import Program
+from samples import CASE, CASE_LIST, case_settings, without_times
 from screen import PATIENCE, Screen
 from tree import read_tree, write_tree
 
 program_path, console_path, pictures = sys.argv[1:4]
 
-SOURCE = {
-    "letter.txt": b"Jansen, Piet\r\nde Vries, born: 1 May 1980;\r\n" * 5000,
-    "LETTER.TXT": b"Jansen",
-    "two.points.txt": b"Jansen",
-    "Morvex.txt": b"Jansen",
-    "plain.bin": b"Jansen\0\xff",
-    "empty.txt": b"",
-    "oracle": b"Jansen",
-    "sub": None,
-    "sub/note.txt": b"Jan Jansen",
-    "sub/page.html": b"Jansen",
-    "sub/deep": None,
-    "sub/deep/other.csv": b"Jansen;Jansen\n",
-    "sub/RECYCLED": None,
-    "sub/RECYCLED/gone.txt": b"Jansen",
-    "sub/empty": None,
-}
-LIST = b"Piet[CRLF]de Vries|Person B\r\nJansen|Person A\r\nborn: *;|born: [withheld];\r\n|||\r\n"
-
-
-def without_times(log):
-    """The lines of a log, but for the time of day in front and the time a run took."""
-    lines = re.sub(rb'^"\S+ ', b'"', log, flags=re.MULTILINE)
-    return re.sub(rb"Verstreken tijd: \d+ min \d+ sec", b"Verstreken tijd: ...", lines)
+# Names that differ in nothing but letter case are two files here.
+SOURCE = dict(CASE, **{"LETTER.TXT": b"Jansen"})
 
 
 class Unattended(unittest.TestCase):
@@ -59,16 +37,14 @@ class Unattended(unittest.TestCase):
             shutil.copy(program, self.path(folder + "/Morvex"))
         write_tree(self.path("source"), SOURCE)
         with open(self.path("list.txt"), "wb") as file:
-            file.write(LIST)
+            file.write(CASE_LIST)
 
     def path(self, name):
         return os.path.join(self.root, name)
 
     def settings(self, source="source", target="target", log=1, file="settings.dat"):
-        lines = [self.path(source), self.path(target), self.path("list.txt"), f"log={log}", "sep=|", "jok=*"]
-        lines += ["1.txt", "1.csv", "1.html", "0.bin", ""]
         with open(self.path(file), "wb") as out:
-            out.write("\r\n".join(lines).encode())
+            out.write(case_settings(self.path(source), self.path(target), self.path("list.txt"), log))
 
     def outcome(self, folder, status):
         """What a run has left, which is then put away."""
