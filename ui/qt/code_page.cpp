@@ -54,7 +54,7 @@ std::optional<char16_t> LocaleCharacter(std::uint8_t byte) {
   std::mbstate_t state{};
   wchar_t wide = 0;
   if (std::mbrtowc(&wide, &text, 1, &state) > 1) return std::nullopt;
-  const std::wint_t code = std::char_traits<wchar_t>::to_int_type(wide);
+  const auto code = static_cast<char32_t>(wide);
   if (code > 0xFFFF || QChar::isSurrogate(code)) return std::nullopt;
   return static_cast<char16_t>(code);
 }

@@ -9,19 +9,26 @@ namespace {
 
 constexpr int kRowPadding = 3;
 
-// The current row is framed even while the focus is in the entry field, whose keys work on it.
-class FramedCurrentRow : public QStyledItemDelegate {
+// Selected rows are those whose files are scanned, so they stand out in every style, and without
+// the focus as well. The current row is framed even while the focus is in the entry field, whose
+// keys work on it.
+class FilterRow : public QStyledItemDelegate {
  public:
-  explicit FramedCurrentRow(ExtensionList& list) : QStyledItemDelegate(&list), list_(list) {}
+  explicit FilterRow(ExtensionList& list) : QStyledItemDelegate(&list), list_(list) {}
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override {
-    QStyleOptionViewItem unfocused = option;
-    unfocused.state &= ~QStyle::State_HasFocus;
-    QStyledItemDelegate::paint(painter, unfocused, index);
-    if (index != list_.currentIndex()) return;
+    QStyleOptionViewItem row = option;
     const bool is_selected = option.state.testFlag(QStyle::State_Selected);
-    painter->setPen(option.palette.color(is_selected ? QPalette::HighlightedText : QPalette::Text));
+    row.state &= ~(QStyle::State_HasFocus | QStyle::State_Selected);
+    if (is_selected) {
+      painter->fillRect(option.rect, option.palette.color(QPalette::Active, QPalette::Highlight));
+      row.palette.setColor(QPalette::Text,
+                           option.palette.color(QPalette::Active, QPalette::HighlightedText));
+    }
+    QStyledItemDelegate::paint(painter, row, index);
+    if (index != list_.currentIndex()) return;
+    painter->setPen(row.palette.color(QPalette::Text));
     painter->setBrush(Qt::NoBrush);
     painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
   }
@@ -36,7 +43,7 @@ ExtensionList::ExtensionList(QWidget* parent) : QListWidget(parent) {
   setSelectionMode(QAbstractItemView::MultiSelection);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setUniformItemSizes(true);
-  setItemDelegate(new FramedCurrentRow(*this));
+  setItemDelegate(new FilterRow(*this));
 }
 
 void ExtensionList::ShowEntries(const CodePage& page, const ListBox& list) {

@@ -1,5 +1,6 @@
 #include "ui/qt/list_commands.h"
 
+#include <QShortcutEvent>
 #include <algorithm>
 
 #include "core/list/list_file.h"
@@ -11,6 +12,22 @@ namespace morvex {
 namespace {
 
 constexpr int kRoomBesideCaption = 12;  // pixels, for a button's frame
+
+// Acts on its mnemonic at once. The toolkit would first show it pressed for a tenth of a second, in
+// which it has the focus: what a fast hand types then would be lost.
+class CommandButton : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+
+ protected:
+  bool event(QEvent* event) override {
+    const bool is_mnemonic = event->type() == QEvent::Shortcut &&
+                             !static_cast<const QShortcutEvent*>(event)->isAmbiguous();
+    if (!is_mnemonic) return QPushButton::event(event);
+    click();
+    return true;
+  }
+};
 
 // What a screen reader can say; signs like "<-|->" are none.
 bool IsWord(const QString& caption) {
@@ -37,7 +54,7 @@ ListCommands::ListCommands(ReplacementsWindow& grid, const CodePage& page, QWidg
 
 void ListCommands::Add(const char* name, const Button& button, char mnemonic, Handler handler,
                        bool opens_afresh) {
-  auto* const widget = new QPushButton(&window_);
+  auto* const widget = new CommandButton(&window_);
   widget->setObjectName(name);
   widget->setFocusPolicy(Qt::StrongFocus);
   widget->setAutoDefault(true);  // Enter presses the button that has the focus

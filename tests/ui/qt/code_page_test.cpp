@@ -5,10 +5,10 @@
 
 #include <QElapsedTimer>
 #include <QString>
+#include <QTemporaryDir>
 #include <algorithm>
 #include <clocale>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 
 #include "tests/ui/qt/variable.h"
@@ -211,27 +211,20 @@ TEST(FileNamePage, WithoutCharactersOfTheLocalesOwnNamesAreUtf8WhateverTheTextsA
 class MadeLocale : public testing::Test {
  protected:
   void Make(const std::string& country, const std::string& characters) {
-    std::string pattern = (std::filesystem::temp_directory_path() / "locales-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
     name_ = country + "." + characters;
-    const std::string command = "localedef -i " + country + " -f " + characters + " '" + folder_ +
-                                "/" + name_ + "' 2>/dev/null";
+    const std::string command = "localedef -i " + country + " -f " + characters + " '" +
+                                folder_.filePath(name_.c_str()).toStdString() + "' 2>/dev/null";
     if (std::system(command.c_str()) != 0) GTEST_SKIP() << "no sources for the locale " << name_;
   }
-  ~MadeLocale() override {
-    std::error_code ignored;
-    if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);
-  }
 
-  std::string folder_;
+  QTemporaryDir folder_;
   std::string name_;
 };
 
 TEST_F(MadeLocale, ASingleByteLocaleBringsItsOwnCodePage) {
   Make("ru_RU", "KOI8-R");
   if (IsSkipped()) return;
-  const Variable place("LOCPATH", QByteArray::fromStdString(folder_));
+  const Variable place("LOCPATH", folder_.path().toUtf8());
   const Variable locale("LC_ALL", QByteArray::fromStdString(name_));
   const std::string before = std::setlocale(LC_CTYPE, nullptr);
   const CodePage page(TextCodec::kSingleByte);
@@ -247,7 +240,7 @@ TEST_F(MadeLocale, ASingleByteLocaleBringsItsOwnCodePage) {
 TEST_F(MadeLocale, BytesThatItHasNoCharacterForComeBackToo) {
   Make("el_GR", "ISO-8859-7");
   if (IsSkipped()) return;
-  const Variable place("LOCPATH", QByteArray::fromStdString(folder_));
+  const Variable place("LOCPATH", folder_.path().toUtf8());
   const Variable locale("LC_ALL", QByteArray::fromStdString(name_));
   const CodePage page(TextCodec::kSingleByte);
   EXPECT_EQ(page.Shown("\xE1\xE2"), QString::fromUtf8("αβ"));
