@@ -100,6 +100,8 @@ ErrorNumber MakeOneFolder(const std::string& path) {
 
 }  // namespace
 
+WindowsFileService::WindowsFileService() { SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS); }
+
 Result<FileInfo> WindowsFileService::LookUpFile(const std::string& path) {
   return Guarded([&] { return FindFile(path); });
 }
