@@ -13,6 +13,7 @@
 #include "host/windows/windows_browser.h"
 #include "tests/host/windows/second_process.h"
 #include "tests/host/windows/windows_test.h"
+#include "tests/support/test_program.h"
 
 namespace morvex::windows_test {
 namespace {
@@ -27,6 +28,15 @@ TEST(SecondProcess, DISABLED_ReportsItsLocations) {
 TEST(SecondProcess, DISABLED_ReportsItsCommandLine) {
   WindowsSystemService system;
   PutRaw(Report(), system.CommandLineText());
+}
+
+TEST(SecondProcess, DISABLED_ReportsItsFolderAndHelpFile) {
+  WindowsSystemService system;
+  WindowsFileService files;
+  test::ScriptedUser user;
+  Program program({files, system, user});
+  StartUp(program);
+  PutRaw(Report(), system.ProgramFolder() + "|" + program.locations.help_file);
 }
 
 TEST(SecondProcess, DISABLED_ReportsItsWindow) {
@@ -100,6 +110,16 @@ TEST_F(WindowsSystemTest, OfTwoEntriesOfCommonFilesTheLaterIsUsed) {
                             L"CommonProgramFiles(x86)=C:\\two\\x", L"LOCALAPPDATA=L"});
   if (seen == "L|C:\\one\\") GTEST_SKIP() << "this system keeps but one entry of a name";
   EXPECT_EQ(seen, "L|C:\\two\\");
+}
+
+TEST_F(WindowsSystemTest, AtADrivesRootTheHelpFileHasADoubledBackslash) {
+  const std::wstring program =
+      L"C:\\morvex-test-" + std::to_wstring(GetCurrentProcessId()) + L".exe";
+  ASSERT_NE(CopyFileW(OwnProgram().c_str(), program.c_str(), TRUE), 0);
+  const std::string seen =
+      SeenByASecondProcess(folder_, program, L"DISABLED_ReportsItsFolderAndHelpFile", {});
+  DeleteFileW(program.c_str());
+  EXPECT_EQ(seen, "C:\\|C:\\\\MorvexHELP.chm");
 }
 
 TEST_F(WindowsSystemTest, ThereIsARedirectedStoreAndOneByteForEachCharacter) {

@@ -8,6 +8,7 @@
 #include "host/system/standard_streams.h"
 #include "host/system/terminal.h"
 #include "host/windows/windows_system.h"
+#include "tests/host/windows/second_process.h"
 #include "tests/host/windows/windows_test.h"
 
 namespace morvex::windows_test {
@@ -52,6 +53,31 @@ TEST_F(WindowsStreamsTest, BytesAreReadInTurnUpToTheEnd) {
   EXPECT_EQ(input->ReadAt(7, block.data(), block.size()).value, 0U);
 }
 
+// A pipe that keeps the pieces apart in which it is written.
+TEST_F(WindowsStreamsTest, APieceWithoutBytesIsNotTheEndOfAPipe) {
+  const std::wstring name = L"\\\\.\\pipe\\morvex-test-" + std::to_wstring(GetCurrentProcessId());
+  windows::Handle writer(CreateNamedPipeW(name.c_str(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_MESSAGE, 1,
+                                          65536, 65536, 0, nullptr));
+  const windows::Handle reader(
+      CreateFileW(name.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+  ASSERT_TRUE(writer.IsOpen() && reader.IsOpen());
+  for (const std::string_view piece : {"Jan", "", " Jan", "", ""}) {
+    DWORD written = 0;
+    ASSERT_NE(::WriteFile(writer.Get(), piece.data(), static_cast<DWORD>(piece.size()), &written,
+                          nullptr),
+              0);
+  }
+  writer.Close();
+  void* before = GetStdHandle(STD_INPUT_HANDLE);
+  SetStdHandle(STD_INPUT_HANDLE, reader.Get());
+  const std::unique_ptr<InputFile> input = StandardInput();
+  std::array<char, 16> block{};
+  const Result<std::size_t> read = input->ReadAt(0, block.data(), block.size());
+  SetStdHandle(STD_INPUT_HANDLE, before);
+  EXPECT_EQ(read.error, ErrorNumber::kNone);
+  EXPECT_EQ(std::string(block.data(), read.value), "Jan Jan");
+}
+
 TEST_F(WindowsStreamsTest, BytesAreWrittenInTurnAndUnchanged) {
   Put(folder_ / "in", "");
   {
@@ -74,9 +100,25 @@ TEST(WindowsTerminal, OtherNumbersThanThoseOfTheStreamsAreNoTerminal) {
 
 TEST(WindowsTerminal, ItsWidthIsNeverNothing) { EXPECT_GT(TerminalColumns(), 0); }
 
-TEST(WindowsTerminal, NobodyHasAskedToStop) {
+TEST(SecondProcess, DISABLED_ReportsItsStopRequest) {
   InstallStopSignals();
-  EXPECT_FALSE(StopRequested());
+  std::string seen = StopRequested() ? "asked before" : "not asked";
+  const bool sent = GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) != 0;
+  for (int waited = 0; sent && waited < 200 && !StopRequested(); ++waited) Sleep(50);
+  seen += !sent ? ", no console" : StopRequested() ? ", asked" : ", still not asked";
+  PutRaw(Report(), seen);
+  // The next one is left to the system, which ends the process.
+  GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
+  Sleep(5000);
+  PutRaw(Report(), seen + ", still there");
+}
+
+// In a console of its own, so that nobody else is asked to stop.
+TEST(WindowsTerminal, TheFirstStopEventIsNotedAndTheNextEndsTheProcess) {
+  const TempFolder folder;
+  EXPECT_EQ(SeenByASecondProcess(folder, OwnProgram(), L"DISABLED_ReportsItsStopRequest", {},
+                                 CREATE_NO_WINDOW),
+            "not asked, asked");
 }
 
 TEST(WindowsServices, AreThoseOfThisSystem) {
