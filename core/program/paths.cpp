@@ -34,6 +34,13 @@ std::string NameIn(const Program& program, const std::string& path) {
   return path.substr(path.rfind(program.host.files.Separator()) + 1);
 }
 
+bool IsWithin(const Program& program, std::string_view path, std::string_view folder) {
+  if (folder.empty() || !path.starts_with(folder)) return false;
+  const char separator = program.host.files.Separator();
+  return path.size() == folder.size() || folder.ends_with(separator) ||
+         path[folder.size()] == separator;
+}
+
 std::string Normaliseer(const Program& program, const std::string& StringIn) {
   if (program.Beeindigd) return "";
   if (StringIn.size() < 4 || StringIn[3] != '\\') return StringIn;

@@ -24,6 +24,10 @@ std::string FolderOf(const Program& program, const std::string& path);
 // What follows its last separator.
 std::string NameIn(const Program& program, const std::string& path);
 
+// `path` is `folder`, no separator at its end unless it is a root, or lies below it, as their texts
+// tell.
+bool IsWithin(const Program& program, std::string_view path, std::string_view folder);
+
 // Repairs the doubled backslash of a path made from a drive root: a backslash in fourth place is
 // left out. Gives the empty text once the program is to stop.
 std::string Normaliseer(const Program& program, const std::string& StringIn);
