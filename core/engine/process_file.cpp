@@ -111,7 +111,9 @@ ProcessResult ProcessFile(Program& program, const std::string& name, const std::
     ++program.run.FilesSkipped;
   }
   if (skip.why != PassedOver::kNo) return {ProcessEnd::kSkipped, ErrorNumber::kNone, "", skip.why};
-  if (!source) return Failed(source.error, JoinPath(program, folder, name));
+  if (!source) {
+    return Failed(source.error, FolderPathClean(program, JoinPath(program, folder, name)));
+  }
   program.frmMorvex.lblFiles.caption = source.value.path;
   YieldToWindows(program);
 
