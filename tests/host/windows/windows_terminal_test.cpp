@@ -53,29 +53,32 @@ TEST_F(WindowsStreamsTest, BytesAreReadInTurnUpToTheEnd) {
   EXPECT_EQ(input->ReadAt(7, block.data(), block.size()).value, 0U);
 }
 
-// A pipe that keeps the pieces apart in which it is written.
-TEST_F(WindowsStreamsTest, APieceWithoutBytesIsNotTheEndOfAPipe) {
+// Of a pipe that keeps the pieces apart in which it is written.
+TEST_F(WindowsStreamsTest, NeitherAPieceWithoutBytesNorALongOneIsTheEndOfAPipe) {
   const std::wstring name = L"\\\\.\\pipe\\morvex-test-" + std::to_wstring(GetCurrentProcessId());
   windows::Handle writer(CreateNamedPipeW(name.c_str(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_MESSAGE, 1,
                                           65536, 65536, 0, nullptr));
-  const windows::Handle reader(
-      CreateFileW(name.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+  const windows::Handle reader(CreateFileW(name.c_str(), GENERIC_READ | FILE_WRITE_ATTRIBUTES, 0,
+                                           nullptr, OPEN_EXISTING, 0, nullptr));
   ASSERT_TRUE(writer.IsOpen() && reader.IsOpen());
-  for (const std::string_view piece : {"Jan", "", " Jan", "", ""}) {
+  DWORD by_pieces = PIPE_READMODE_MESSAGE;
+  ASSERT_NE(SetNamedPipeHandleState(reader.Get(), &by_pieces, nullptr, nullptr), 0);
+  for (const std::string_view piece : {"Jan", "", " Jansen", "", ""}) {
+    const auto size = static_cast<DWORD>(piece.size());
     DWORD written = 0;
-    ASSERT_NE(::WriteFile(writer.Get(), piece.data(), static_cast<DWORD>(piece.size()), &written,
-                          nullptr),
-              0);
+    ASSERT_NE(::WriteFile(writer.Get(), piece.data(), size, &written, nullptr), 0);
   }
   writer.Close();
   void* before = GetStdHandle(STD_INPUT_HANDLE);
   SetStdHandle(STD_INPUT_HANDLE, reader.Get());
   const std::unique_ptr<InputFile> input = StandardInput();
   std::array<char, 16> block{};
-  const Result<std::size_t> read = input->ReadAt(0, block.data(), block.size());
+  const Result<std::size_t> start = input->ReadAt(0, block.data(), 5);
+  const Result<std::size_t> rest = input->ReadAt(5, block.data() + 5, block.size() - 5);
   SetStdHandle(STD_INPUT_HANDLE, before);
-  EXPECT_EQ(read.error, ErrorNumber::kNone);
-  EXPECT_EQ(std::string(block.data(), read.value), "Jan Jan");
+  EXPECT_EQ(start.value, 5U);
+  EXPECT_EQ(rest.error, ErrorNumber::kNone);
+  EXPECT_EQ(std::string(block.data(), 5 + rest.value), "Jan Jansen");
 }
 
 TEST_F(WindowsStreamsTest, BytesAreWrittenInTurnAndUnchanged) {
