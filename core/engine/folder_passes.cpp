@@ -67,12 +67,12 @@ void HandleFiles(Program& program, const std::string& folder,
                  FolderPassKind pass) {
   const bool has_left_over =
       std::any_of(listing.begin(), listing.end(),
-                  [](const FolderEntry& entry) { return entry.name == kTemporaryName; });
+                  [&](const FolderEntry& entry) { return IsTemporaryName(program, entry.name); });
   const LeftOver left_over = has_left_over ? LeftOver::kMayBe : LeftOver::kNotListed;
   for (const FolderEntry& entry : listing) {
     // A left-over temporary file is no file of the source.
     if (entry.kind != EntryKind::kFile) continue;
-    if (entry.name == kTemporaryName) {
+    if (IsTemporaryName(program, entry.name)) {
       PassOverLeftOver(program, FolderPathClean(program, JoinPath(program, folder, entry.name)));
       continue;
     }

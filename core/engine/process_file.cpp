@@ -75,7 +75,7 @@ ErrorNumber DeleteLeftOver(Program& program, const std::string& folder, const Fi
                            bool taken) {
   FileService& files = program.host.files;
   const std::string temporary = TemporaryPath(program, folder);
-  if (source.name == kTemporaryName) return ErrorNumber::kPathFileAccess;
+  if (IsTemporaryName(program, source.name)) return ErrorNumber::kPathFileAccess;
   const Result<FileInfo> found = files.LookUpFile(temporary);
   if (found.error == ErrorNumber::kFileNotFound) {
     if (!taken) return ErrorNumber::kNone;

@@ -12,6 +12,10 @@ bool LeadsNowhere(ErrorNumber error) {
 
 }  // namespace
 
+bool IsTemporaryName(const Program& program, const std::string& name) {
+  return program.host.files.IsSameName(name, kTemporaryName);
+}
+
 std::string JoinPath(const Program& program, std::string_view folder, std::string_view name) {
   std::string path;
   path.reserve(folder.size() + 1 + name.size());

@@ -36,10 +36,6 @@ Result<Ends> FindEnds(const std::string& from, const std::string& to) {
   return Ends{std::move(source.value), std::move(target.value)};
 }
 
-bool IsSameName(const std::wstring& one, const wchar_t* other) {
-  return CompareStringOrdinal(one.c_str(), -1, other, -1, TRUE) == CSTR_EQUAL;
-}
-
 // The system gives files with long names a short one besides ("REPORT~1.TXT"), which leads to them
 // where no file is called so.
 bool IsShortNameOfAnother(const std::wstring& path) {

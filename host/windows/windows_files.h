@@ -30,6 +30,7 @@ class WindowsFileService : public FileService {
   WindowsFileService();
 
   char Separator() const override { return '\\'; }
+  bool IsSameName(const std::string& one, const std::string& other) const override;
 
   Result<FileInfo> LookUpFile(const std::string& path) override;
   Result<FolderInfo> LookUpFolder(const std::string& path) override;

@@ -115,6 +115,11 @@ bool IsDeviceName(std::wstring_view name) {
          kNumbers.find(upper.back()) != std::wstring_view::npos;
 }
 
+bool IsSameName(std::wstring_view one, std::wstring_view other) {
+  return CompareStringOrdinal(one.data(), static_cast<int>(one.size()), other.data(),
+                              static_cast<int>(other.size()), TRUE) == CSTR_EQUAL;
+}
+
 std::wstring WithoutPrefix(const std::wstring& path) {
   if (StartsInAnyCase(path, kNetworkPrefix)) {
     return std::wstring(kNetworkStart) + path.substr(kNetworkPrefix.size());

@@ -32,6 +32,9 @@ Result<std::wstring> SystemPath(const std::string& path, Missing missing);
 // Whether the name is one of a device, whatever stands behind its first dot.
 bool IsDeviceName(std::wstring_view name);
 
+// Whether the names are one to the system, which makes no difference of letter cases.
+bool IsSameName(std::wstring_view one, std::wstring_view other);
+
 struct PathParts {
   std::wstring folder;  // no separator at its end unless it is a root
   std::wstring name;    // empty for a root

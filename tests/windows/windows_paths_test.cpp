@@ -290,6 +290,21 @@ TEST_F(WindowsPaths, FilesThatWindowsCannotNameAreCountedAsFailed) {
       << scene_.RunLog();
 }
 
+// The partial copies in the target go by that name too: a copy of it would be taken for one of
+// them.
+TEST_F(WindowsPaths, TheTemporaryFilesNameIsThatInAnyLetterCase) {
+  scene_.Write("src/a.txt", "Jan");
+  scene_.Write("src/sub/Tijdel.Enc", "Jan");
+  scene_.Write("src/sub/z.doc", "Jan");
+  scene_.MakeFolder("out");
+  const ProgramResult result = Run(WindowsPath(scene_.At("src")), WindowsPath(scene_.At("out")));
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_EQ(NamesIn(scene_.At("out/sub")), Lines{"z.doc"});
+  EXPECT_EQ(scene_.Read("src/sub/Tijdel.Enc"), "Jan");
+  EXPECT_NE(scene_.RunLog().find("Overgeslagen: 1 bestanden"), std::string::npos)
+      << scene_.RunLog();
+}
+
 // Names are Unicode on the disk, and bytes of the code page to the program.
 TEST_F(WindowsPaths, NamesThatTheCodePageCannotSpellAreCountedAsFailed) {
   const Utf8Names names;

@@ -36,6 +36,15 @@ TEST_F(WindowsFilesTest, SpellingsOfOneNameHaveOneIdentity) {
   EXPECT_NE(files_.LookUpFile(folder_ / "other.txt").value.identity, one);
 }
 
+TEST_F(WindowsFilesTest, NamesAreTheSameInAnyLetterCase) {
+  const auto name = [](const wchar_t* text) { return windows::SystemCodePage().Bytes(text); };
+  EXPECT_TRUE(files_.IsSameName("tijdel.enc", "Tijdel.ENC"));
+  EXPECT_TRUE(files_.IsSameName(name(L"caf\u00e9"), name(L"CAF\u00c9")));
+  EXPECT_FALSE(files_.IsSameName(name(L"caf\u00e9"), "cafe"));
+  EXPECT_FALSE(files_.IsSameName("tijdel.enc", "tijdel.en"));
+  EXPECT_FALSE(files_.IsSameName("tijdel.enc", "tijdel-enc"));
+}
+
 TEST_F(WindowsFilesTest, WhatIsNoFileIsNotFound) {
   EXPECT_EQ(files_.LookUpFile(folder_.Path()).error, ErrorNumber::kFileNotFound);
   EXPECT_EQ(files_.LookUpFile(folder_ / "none").error, ErrorNumber::kFileNotFound);
