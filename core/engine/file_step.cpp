@@ -178,8 +178,10 @@ bool HandleFile(Program& program, const std::string& folder, const std::string& 
   const bool selected = IsSelectedExtension(program, name, pass);
   if (program.Beeindigd) return false;
   const std::string target = JoinPath(program, target_folder, name);
-  const Result<FileInfo> info = program.host.files.LookUpFile(JoinPath(program, folder, name));
-  const std::string path = info ? info.value.path : JoinPath(program, folder, name);
+  const std::string source = JoinPath(program, folder, name);
+  const Result<FileInfo> info = program.host.files.LookUpFile(source);
+  // In a drive's root the separator is doubled.
+  const std::string path = info ? info.value.path : FolderPathClean(program, source);
   program.run.BytesBefore = program.run.BytesTotal;
   program.run.FileOffset = 0;
   const std::int64_t bytes = info ? static_cast<std::int64_t>(info.value.size) : 0;

@@ -67,13 +67,13 @@ void HandleFiles(Program& program, const std::string& folder,
                  FolderPassKind pass) {
   const bool has_left_over =
       std::any_of(listing.begin(), listing.end(),
-                  [](const FolderEntry& entry) { return entry.name == kTemporaryName; });
+                  [&](const FolderEntry& entry) { return IsTemporaryName(program, entry.name); });
   const LeftOver left_over = has_left_over ? LeftOver::kMayBe : LeftOver::kNotListed;
   for (const FolderEntry& entry : listing) {
     // A left-over temporary file is no file of the source.
     if (entry.kind != EntryKind::kFile) continue;
-    if (entry.name == kTemporaryName) {
-      PassOverLeftOver(program, JoinPath(program, folder, entry.name));
+    if (IsTemporaryName(program, entry.name)) {
+      PassOverLeftOver(program, FolderPathClean(program, JoinPath(program, folder, entry.name)));
       continue;
     }
     if (!HandleFile(program, folder, entry.name, target_folder, pass, left_over)) return;
@@ -147,7 +147,9 @@ class TreeWalk {
     FileService& files = program_.host.files;
     const std::string source_path = JoinPath(program_, walk_.level().source, name);
     const Result<FolderInfo> source = files.LookUpFolder(source_path);
-    if (!source) return NoteFailedFolder(program_, source_path, source.error);
+    if (!source) {
+      return NoteFailedFolder(program_, FolderPathClean(program_, source_path), source.error);
+    }
     const std::string& path = source.value.path;
     const Result<PassedOver> why = rules_.WhyNotEntered(source.value);
     if (!why) return Fail(path, why.error);

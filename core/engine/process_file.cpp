@@ -75,7 +75,7 @@ ErrorNumber DeleteLeftOver(Program& program, const std::string& folder, const Fi
                            bool taken) {
   FileService& files = program.host.files;
   const std::string temporary = TemporaryPath(program, folder);
-  if (source.name == kTemporaryName) return ErrorNumber::kPathFileAccess;
+  if (IsTemporaryName(program, source.name)) return ErrorNumber::kPathFileAccess;
   const Result<FileInfo> found = files.LookUpFile(temporary);
   if (found.error == ErrorNumber::kFileNotFound) {
     if (!taken) return ErrorNumber::kNone;
@@ -111,7 +111,9 @@ ProcessResult ProcessFile(Program& program, const std::string& name, const std::
     ++program.run.FilesSkipped;
   }
   if (skip.why != PassedOver::kNo) return {ProcessEnd::kSkipped, ErrorNumber::kNone, "", skip.why};
-  if (!source) return Failed(source.error, JoinPath(program, folder, name));
+  if (!source) {
+    return Failed(source.error, FolderPathClean(program, JoinPath(program, folder, name)));
+  }
   program.frmMorvex.lblFiles.caption = source.value.path;
   YieldToWindows(program);
 

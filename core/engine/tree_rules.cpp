@@ -41,8 +41,7 @@ Result<bool> TreeRules::InsideTarget(const std::string& path) const {
   if (!target_real_path_) return false;
   const Result<std::string> real = program_.host.files.RealPath(path);
   if (!real) return real.error;
-  const char separator = program_.host.files.Separator();
-  return (real.value + separator).starts_with(target_real_path_.value + separator);
+  return IsWithin(program_, real.value, target_real_path_.value);
 }
 
 void FolderStack::Enter(Level level, const FolderInfo& folder) {

@@ -99,6 +99,11 @@ class FileService {
   virtual ~FileService() = default;
 
   virtual char Separator() const = 0;
+  // In one folder both lead to the same file: also in another letter case where the host's file
+  // systems make no difference of it.
+  virtual bool IsSameName(const std::string& one, const std::string& other) const {
+    return one == other;
+  }
 
   virtual Result<FileInfo> LookUpFile(const std::string& path) = 0;
   // kPathNotFound when there is no such folder.

@@ -12,6 +12,10 @@ bool LeadsNowhere(ErrorNumber error) {
 
 }  // namespace
 
+bool IsTemporaryName(const Program& program, const std::string& name) {
+  return program.host.files.IsSameName(name, kTemporaryName);
+}
+
 std::string JoinPath(const Program& program, std::string_view folder, std::string_view name) {
   std::string path;
   path.reserve(folder.size() + 1 + name.size());
@@ -32,6 +36,13 @@ std::string FolderOf(const Program& program, const std::string& path) {
 
 std::string NameIn(const Program& program, const std::string& path) {
   return path.substr(path.rfind(program.host.files.Separator()) + 1);
+}
+
+bool IsWithin(const Program& program, std::string_view path, std::string_view folder) {
+  if (folder.empty() || !path.starts_with(folder)) return false;
+  const char separator = program.host.files.Separator();
+  return path.size() == folder.size() || folder.ends_with(separator) ||
+         path[folder.size()] == separator;
 }
 
 std::string Normaliseer(const Program& program, const std::string& StringIn) {

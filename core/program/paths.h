@@ -11,6 +11,8 @@ namespace morvex {
 
 // Name of the file that a processed copy is written to, in the folder of its source.
 inline constexpr const char* kTemporaryName = "tijdel.enc";
+// A file of this name is, or would be, the temporary one.
+bool IsTemporaryName(const Program& program, const std::string& name);
 
 // folder, the host's separator, name; nothing is tidied.
 std::string JoinPath(const Program& program, std::string_view folder, std::string_view name);
@@ -23,6 +25,10 @@ std::string InProgramFolder(const Program& program, std::string_view name);
 std::string FolderOf(const Program& program, const std::string& path);
 // What follows its last separator.
 std::string NameIn(const Program& program, const std::string& path);
+
+// `path` is `folder`, no separator at its end unless it is a root, or lies below it, as their texts
+// tell.
+bool IsWithin(const Program& program, std::string_view path, std::string_view folder);
 
 // Repairs the doubled backslash of a path made from a drive root: a backslash in fourth place is
 // left out. Gives the empty text once the program is to stop.

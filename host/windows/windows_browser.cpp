@@ -26,8 +26,8 @@ void StartMinimised(const std::wstring& program, std::wstring command) {
   start.dwFlags = STARTF_USESHOWWINDOW;
   start.wShowWindow = SW_SHOWMINIMIZED;
   PROCESS_INFORMATION started{};
-  if (CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                     &start, &started) == 0) {
+  if (CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE,
+                     CREATE_DEFAULT_ERROR_MODE, nullptr, nullptr, &start, &started) == 0) {
     return;
   }
   CloseHandle(started.hThread);

@@ -36,14 +36,25 @@ Result<Ends> FindEnds(const std::string& from, const std::string& to) {
   return Ends{std::move(source.value), std::move(target.value)};
 }
 
-// A copy may replace a file other than the source, or a link that does not lead to the source, a
-// folder or a device.
+// The system gives files with long names a short one besides ("REPORT~1.TXT"), which leads to them
+// where no file is called so.
+bool IsShortNameOfAnother(const std::wstring& path) {
+  WIN32_FIND_DATAW entry{};
+  void* search = FindFirstFileW(path.c_str(), &entry);
+  if (search == INVALID_HANDLE_VALUE) return false;
+  FindClose(search);
+  return !IsSameName(SplitPath(path).name, entry.cFileName);
+}
+
+// A copy may replace a file of its name other than the source, or a link that does not lead to the
+// source, a folder or a device.
 ErrorNumber CheckTarget(const std::wstring& to, const FileIdentity& source) {
   if (SplitPath(to).name.empty()) return ErrorNumber::kPathFileAccess;
   Status found;
   const Code code = FindStatus(to, found);
   if (code == 0) {
-    const bool replaceable = !found.IsFolder() && found.identity != source;
+    const bool replaceable =
+        !found.IsFolder() && found.identity != source && !IsShortNameOfAnother(to);
     return replaceable ? ErrorNumber::kNone : ErrorNumber::kPathFileAccess;
   }
   if (code == ERROR_FILE_NOT_FOUND || IsLink(to)) return ErrorNumber::kNone;
@@ -102,10 +113,6 @@ ErrorNumber RemoveLeftOver(const std::wstring& path, const FileIdentity& source)
   return error == ErrorNumber::kFileNotFound ? ErrorNumber::kNone : error;
 }
 
-bool IsSameName(const std::wstring& one, const wchar_t* other) {
-  return CompareStringOrdinal(one.c_str(), -1, other, -1, TRUE) == CSTR_EQUAL;
-}
-
 // Under the first of the names that is free or can be freed: a folder that goes by one stays, and
 // so does the source.
 Result<Handle> MakePartial(const std::wstring& target, const FileIdentity& source) {
@@ -119,7 +126,6 @@ Result<Handle> MakePartial(const std::wstring& target, const FileIdentity& sourc
     if (error != ErrorNumber::kNone) return error;
     Handle file = CreateClaimed(path, 0);
     if (!file.IsOpen()) return LastError(Missing::kPath);
-    SetPassing(file, true);
     return file;
   }
   return error;
@@ -131,9 +137,13 @@ ErrorNumber CopyOpenFile(const Handle& source, const Status& opened, const std::
   if (error != ErrorNumber::kNone) return error;
   const Result<Handle> file = MakePartial(to, opened.identity);
   if (!file) return file.error;
+  const bool passing = SetPassing(file.value, true);
   error = Fill(source, opened, file.value, keep_going);
+  // A file that would still go with its handle is no copy, whatever its name.
+  if (error == ErrorNumber::kNone && passing && !SetPassing(file.value, false)) {
+    error = LastError(Missing::kPath);
+  }
   if (error == ErrorNumber::kNone) {
-    SetPassing(file.value, false);
     Code code = TakeOver(file.value, opened);
     if (code == 0) code = RenameOpen(file.value, to, true);
     error = ErrorFromCode(code, Missing::kPath);

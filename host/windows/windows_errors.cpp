@@ -19,7 +19,6 @@ ErrorNumber ErrorFromCode(Code code, Missing missing) {
       return missing == Missing::kFile ? ErrorNumber::kFileNotFound : ErrorNumber::kPathNotFound;
     case ERROR_PATH_NOT_FOUND:
     case ERROR_DIRECTORY:
-    case ERROR_BAD_NETPATH:
     case ERROR_BAD_NET_NAME:
     case ERROR_INVALID_DRIVE:
     case ERROR_CANT_RESOLVE_FILENAME:
@@ -54,8 +53,14 @@ ErrorNumber ErrorFromCode(Code code, Missing missing) {
     case ERROR_DEV_NOT_EXIST:
     case ERROR_DEVICE_NOT_CONNECTED:
     case ERROR_UNRECOGNIZED_VOLUME:
+    case ERROR_NO_MEDIA_IN_DRIVE:
     case ERROR_UNEXP_NET_ERR:
     case ERROR_NETNAME_DELETED:
+    // A server that does not answer says nothing about what lies on it.
+    case ERROR_BAD_NETPATH:
+    case ERROR_NETWORK_UNREACHABLE:
+    case ERROR_HOST_UNREACHABLE:
+    case ERROR_SEM_TIMEOUT:
       return ErrorNumber::kDeviceUnavailable;
     case ERROR_INVALID_NAME:
     case ERROR_BAD_PATHNAME:

@@ -2,6 +2,7 @@
 // everything longer has a source of its own.
 #include "host/windows/windows_files.h"
 
+#include <optional>
 #include <utility>
 
 #include "host/windows/windows_code_page.h"
@@ -99,6 +100,17 @@ ErrorNumber MakeOneFolder(const std::string& path) {
 }
 
 }  // namespace
+
+WindowsFileService::WindowsFileService() { SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS); }
+
+bool WindowsFileService::IsSameName(const std::string& one, const std::string& other) const {
+  // Letter cases are of one length.
+  if (one.size() != other.size()) return false;
+  const std::optional<std::wstring> first = windows::SystemCodePage().Wide(one);
+  const std::optional<std::wstring> second = windows::SystemCodePage().Wide(other);
+  if (!first || !second) return one == other;
+  return windows::IsSameName(*first, *second);
+}
 
 Result<FileInfo> WindowsFileService::LookUpFile(const std::string& path) {
   return Guarded([&] { return FindFile(path); });

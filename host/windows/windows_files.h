@@ -25,7 +25,12 @@ namespace morvex {
 
 class WindowsFileService : public FileService {
  public:
+  // From the first one on a drive without a medium gives the process an error number, and nobody a
+  // message that has to be closed before the call goes on.
+  WindowsFileService();
+
   char Separator() const override { return '\\'; }
+  bool IsSameName(const std::string& one, const std::string& other) const override;
 
   Result<FileInfo> LookUpFile(const std::string& path) override;
   Result<FolderInfo> LookUpFolder(const std::string& path) override;
@@ -36,7 +41,8 @@ class WindowsFileService : public FileService {
   ErrorNumber CreateFolder(const std::string& path) override;
 
   // Copying stops at the size that the source has at the start, or earlier when it shrinks.
-  // Nothing but a file, a link to one or a link to nothing is ever replaced at `to` (75).
+  // Nothing but a file, a link to one or a link to nothing is ever replaced at `to` (75), nor is a
+  // file for which `to` is but the short name that the system gave it ("REPORT~1.TXT").
   ErrorNumber CopyFile(const std::string& from, const std::string& to,
                        const KeepGoing& keep_going) override;
   ErrorNumber MoveFile(const std::string& from, const std::string& to,

@@ -35,6 +35,30 @@ bool HasDrive(std::wstring_view path) {
   return path.size() >= 2 && IsLetter(path[0]) && path[1] == L':';
 }
 
+// From a drive's root or a server's share on, whatever the current folder is.
+bool IsRooted(std::wstring_view path) {
+  if (HasDrive(path)) return path.size() >= 3 && path[2] == kSeparator;
+  if (!path.starts_with(kNetworkStart)) return false;
+  const std::size_t server = kNetworkStart.size();
+  const std::size_t share = std::min(path.find(kSeparator, server), path.size() - 1) + 1;
+  return share > server + 1 && share < path.size() && path[share] != kSeparator;
+}
+
+// A pair at the start stays.
+void CleanSeparators(std::wstring& path) {
+  const auto doubled = [](wchar_t one, wchar_t next) {
+    return one == kSeparator && next == kSeparator;
+  };
+  path.erase(std::unique(path.begin() + 1, path.end(), doubled), path.end());
+}
+
+// `start` is in capital letters.
+bool StartsInAnyCase(std::wstring_view path, std::wstring_view start) {
+  return path.size() >= start.size() &&
+         std::equal(start.begin(), start.end(), path.begin(),
+                    [](wchar_t wanted, wchar_t found) { return wanted == UpperAscii(found); });
+}
+
 bool IsGoodName(std::wstring_view name) {
   if (name == L"." || name == L"..") return true;
   if (name.size() > kLongestName || name.back() == L'.' || name.back() == L' ') return false;
@@ -91,8 +115,13 @@ bool IsDeviceName(std::wstring_view name) {
          kNumbers.find(upper.back()) != std::wstring_view::npos;
 }
 
+bool IsSameName(std::wstring_view one, std::wstring_view other) {
+  return CompareStringOrdinal(one.data(), static_cast<int>(one.size()), other.data(),
+                              static_cast<int>(other.size()), TRUE) == CSTR_EQUAL;
+}
+
 std::wstring WithoutPrefix(const std::wstring& path) {
-  if (path.starts_with(kNetworkPrefix)) {
+  if (StartsInAnyCase(path, kNetworkPrefix)) {
     return std::wstring(kNetworkStart) + path.substr(kNetworkPrefix.size());
   }
   return path.starts_with(kPrefix) ? path.substr(kPrefix.size()) : path;
@@ -103,13 +132,18 @@ Result<std::wstring> FullPath(const std::string& path, Missing missing) {
   std::optional<std::wstring> wide = SystemCodePage().Wide(path);
   if (!wide || wide->find(L'\0') != std::wstring::npos) return ErrorNumber::kBadFileName;
   std::replace(wide->begin(), wide->end(), L'/', kSeparator);
-  const std::wstring plain = WithoutPrefix(*wide);
-  if (plain.empty() || !HasGoodNames(plain)) return ErrorNumber::kBadFileName;
+  std::wstring plain = WithoutPrefix(*wide);
+  // Behind the prefix the system also takes what is none of its own without it, such as a volume's
+  // number: that would become a name in the current folder.
+  if (plain.size() < wide->size() && !IsRooted(plain)) return ErrorNumber::kBadFileName;
+  CleanSeparators(plain);
+  if (!HasGoodNames(plain)) return ErrorNumber::kBadFileName;
   // "\\.\" leads to devices.
   if (plain.starts_with(LR"(\\.)")) return ErrorNumber::kBadFileName;
   const Result<std::wstring> resolved = Resolve(plain);
   if (!resolved) return resolved;
   std::wstring full = WithoutPrefix(resolved.value);
+  if (!IsRooted(full)) return ErrorNumber::kBadFileName;
   const std::size_t root = RootLength(full);
   while (full.size() > root && full.back() == kSeparator) full.pop_back();
   return full;

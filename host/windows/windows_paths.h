@@ -1,7 +1,8 @@
 // Paths: what is no path at all, the form in which the system takes one of any length, and the two
 // parts of one.
 //
-// "/" parts names as "\" does, and a path may begin with "\\?\". Names are refused (52) that the
+// "/" parts names as "\" does. Behind "\\?\" a path begins with a drive's root or with "UNC\", and
+// is refused (52) otherwise. Names are refused (52) that the
 // code page has no characters for, that the system would take for other ones (it drops dots and
 // blanks at a name's end), that are devices in every folder (CON, NUL.txt, COM1 ...), or that hold
 // a character which no name has, a stream's ":" too.
@@ -30,6 +31,9 @@ Result<std::wstring> SystemPath(const std::string& path, Missing missing);
 
 // Whether the name is one of a device, whatever stands behind its first dot.
 bool IsDeviceName(std::wstring_view name);
+
+// Whether the names are one to the system, which makes no difference of letter cases.
+bool IsSameName(std::wstring_view one, std::wstring_view other);
 
 struct PathParts {
   std::wstring folder;  // no separator at its end unless it is a root

@@ -22,10 +22,15 @@ class PipeInput : public InputFile {
     while (read < size) {
       DWORD moved = 0;
       const bool good = ::ReadFile(stream_, into + read, Piece(size - read), &moved, nullptr) != 0;
+      const windows::Code code = good ? ERROR_SUCCESS : GetLastError();
       // The writer of a pipe has closed it.
-      if (!good && GetLastError() == ERROR_BROKEN_PIPE) break;
-      if (!good) return windows::LastError(windows::Missing::kFile);
-      if (moved == 0) break;
+      if (code == ERROR_BROKEN_PIPE) break;
+      // With ERROR_MORE_DATA the rest of a message follows.
+      if (!good && code != ERROR_MORE_DATA) {
+        return windows::ErrorFromCode(code, windows::Missing::kFile);
+      }
+      // A writer may send a piece of no bytes through a pipe, which is not its end.
+      if (moved == 0 && !is_pipe_) break;
       read += moved;
     }
     done_ += read;
@@ -34,6 +39,8 @@ class PipeInput : public InputFile {
 
  private:
   void* stream_ = GetStdHandle(STD_INPUT_HANDLE);
+  // The type of the handle would not do: that of a network connection is the same.
+  const bool is_pipe_ = GetNamedPipeInfo(stream_, nullptr, nullptr, nullptr, nullptr) != 0;
   std::uint64_t done_ = 0;
 };
 

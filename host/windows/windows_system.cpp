@@ -145,13 +145,17 @@ std::string WindowsSystemService::TimeText() {
   // Asked for at every line of a log, many times a second.
   SYSTEMTIME now{};
   GetLocalTime(&now);
-  if (now.wSecond == time_text_second_ && now.wMinute == time_text_minute_) return time_text_;
+  if (now.wSecond == time_text_second_ && now.wMinute == time_text_minute_ &&
+      now.wHour == time_text_hour_) {
+    return time_text_;
+  }
   std::array<wchar_t, 256> text{};
   const int size = GetTimeFormatEx(LOCALE_NAME_USER_DEFAULT, 0, &now, nullptr, text.data(),
                                    static_cast<int>(text.size()));
   time_text_ = size > 0 ? SystemCodePage().Bytes(text.data()) : std::string();
   time_text_second_ = now.wSecond;
   time_text_minute_ = now.wMinute;
+  time_text_hour_ = now.wHour;
   return time_text_;
 }
 

@@ -45,9 +45,10 @@ class WindowsSystemService : public SystemService {
   UINT console_output_ = 0;  // the console's own code pages; 0 without a console
   UINT console_input_ = 0;
 
-  std::string time_text_;  // of the second time_text_second_
+  std::string time_text_;  // of that second of the day
   WORD time_text_second_ = 60;
   WORD time_text_minute_ = 60;
+  WORD time_text_hour_ = 24;
 };
 
 namespace windows {

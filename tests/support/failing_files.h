@@ -43,6 +43,9 @@ class FailingFiles : public FileService {
   std::string Description() const;
 
   char Separator() const override { return files_.Separator(); }
+  bool IsSameName(const std::string& one, const std::string& other) const override {
+    return files_.IsSameName(one, other);
+  }
   Result<FileInfo> LookUpFile(const std::string& path) override;
   Result<FolderInfo> LookUpFolder(const std::string& path) override;
   Result<std::vector<FolderEntry>> ListFolder(const std::string& path) override;

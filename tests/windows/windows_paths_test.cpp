@@ -38,6 +38,31 @@ class Drive {
   std::string link_;
 };
 
+// A network server of the system under test whose one share shows a folder of this machine.
+class Share {
+ public:
+  explicit Share(const std::string& folder) {
+    const char* prefix = std::getenv("WINEPREFIX");
+    servers_ = std::string(prefix != nullptr ? prefix : "/nowhere") + "/dosdevices/unc";
+    server_ = servers_ + "/server";
+    fs::create_directories(server_);
+    fs::remove(server_ + "/share");
+    fs::create_directory_symlink(folder, server_ + "/share");
+  }
+  Share(const Share&) = delete;
+  Share& operator=(const Share&) = delete;
+  ~Share() {
+    std::error_code ignored;
+    fs::remove(server_ + "/share", ignored);
+    fs::remove(server_, ignored);
+    fs::remove(servers_, ignored);
+  }
+
+ private:
+  std::string servers_;
+  std::string server_;
+};
+
 // As long as it lives, programs take this machine's names for UTF-8.
 class Utf8Names {
  public:
@@ -139,6 +164,59 @@ TEST_F(WindowsPaths, SettingsInTheProgramsFolderAreFoundByTheirName) {
   EXPECT_EQ(scene_.Run({"-if", "Z:\\no\\such.dat"}).status, 1);
 }
 
+TEST_F(WindowsPaths, WhatCannotBeHadAtADrivesRootIsNamedWithoutDoubledBackslashes) {
+  const Drive drive('x', scene_.At("drive_x"));
+  scene_.Write("drive_x/nul.txt", "Jan");
+  scene_.MakeFolder("drive_x/con");
+  scene_.MakeFolder("out");
+  const ProgramResult result = Run("X:\\", WindowsPath(scene_.At("out")));
+  EXPECT_EQ(result.status, 3) << result.errors;
+  EXPECT_EQ(FileLines(), (Lines{"X:\\nul.txt", "Error 52: Bad file name or number"}));
+  EXPECT_EQ(result.errors.find("X:\\\\"), std::string::npos) << result.errors;
+}
+
+TEST_F(WindowsPaths, ANetworkPathKeepsItsPairOfBackslashes) {
+  scene_.Write("shared/src/a.txt", "Jan");
+  scene_.Write("shared/src/sub/deep/b.txt", "Jan Jan");
+  scene_.MakeFolder("shared/out");
+  scene_.MakeFolder("shared/again");
+  const Share share(scene_.At("shared"));
+  const std::string root = "\\\\server\\share\\";
+  const Lines lines = {root + "src\\a.txt  ----  Hits: 1",
+                       root + "src\\sub\\deep\\b.txt  ----  Hits: 2"};
+  const ProgramResult result = Run(root + "src", root + "out");
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_EQ(FileLines(), lines);
+  EXPECT_EQ(scene_.Read("shared/out/a.txt"), "Piet");
+  EXPECT_EQ(scene_.Read("shared/out/sub/deep/b.txt"), "Piet Piet");
+  fs::remove(scene_.program_folder() + "/Morvex.log");
+  EXPECT_EQ(Run(root + "\\src\\", root + "again\\\\").status, 0);
+  EXPECT_EQ(FileLines(), lines);
+  EXPECT_EQ(scene_.Read("shared/again/sub/deep/b.txt"), "Piet Piet");
+}
+
+TEST_F(WindowsPaths, ASharesRootIsASourceAndATarget) {
+  scene_.Write("shared/a.txt", "Jan");
+  scene_.Write("shared/sub/b.txt", "Jan");
+  scene_.MakeFolder("out");
+  const Share share(scene_.At("shared"));
+  EXPECT_EQ(Run("\\\\server\\share", WindowsPath(scene_.At("out"))).status, 0);
+  EXPECT_EQ(scene_.Read("out/sub/b.txt"), "Piet");
+  EXPECT_EQ(FileLines(), (Lines{"\\\\server\\share\\a.txt  ----  Hits: 1",
+                                "\\\\server\\share\\sub\\b.txt  ----  Hits: 1"}));
+  scene_.Write("src/c.txt", "Jan");
+  EXPECT_EQ(Run(WindowsPath(scene_.At("src")), "\\\\server\\share").status, 0);
+  EXPECT_EQ(scene_.Read("shared/c.txt"), "Piet");
+}
+
+TEST_F(WindowsPaths, WhatOnlyThePrefixLeadsToIsNoFolderOfTheCurrentOne) {
+  scene_.Write("src/a.txt", "Jan");
+  scene_.MakeFolder("Volume{12}/out");
+  const ProgramResult result = Run(WindowsPath(scene_.At("src")), "\\\\?\\Volume{12}\\out");
+  EXPECT_EQ(result.status, 1) << result.errors;
+  EXPECT_TRUE(fs::is_empty(scene_.At("Volume{12}/out")));
+}
+
 TEST_F(WindowsPaths, NetworkPathsThatLeadNowhereEndTheRunCleanly) {
   scene_.Write("src/a.txt", "Jan");
   scene_.MakeFolder("out");
@@ -209,6 +287,21 @@ TEST_F(WindowsPaths, FilesThatWindowsCannotNameAreCountedAsFailed) {
   EXPECT_FALSE(scene_.Exists("out/nul.txt"));
   EXPECT_FALSE(scene_.Exists("out/sub/con.txt"));
   EXPECT_NE(scene_.RunLog().find("Error 52: Bad file name or number"), std::string::npos)
+      << scene_.RunLog();
+}
+
+// The partial copies in the target go by that name too: a copy of it would be taken for one of
+// them.
+TEST_F(WindowsPaths, TheTemporaryFilesNameIsThatInAnyLetterCase) {
+  scene_.Write("src/a.txt", "Jan");
+  scene_.Write("src/sub/Tijdel.Enc", "Jan");
+  scene_.Write("src/sub/z.doc", "Jan");
+  scene_.MakeFolder("out");
+  const ProgramResult result = Run(WindowsPath(scene_.At("src")), WindowsPath(scene_.At("out")));
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_EQ(NamesIn(scene_.At("out/sub")), Lines{"z.doc"});
+  EXPECT_EQ(scene_.Read("src/sub/Tijdel.Enc"), "Jan");
+  EXPECT_NE(scene_.RunLog().find("Overgeslagen: 1 bestanden"), std::string::npos)
       << scene_.RunLog();
 }
 

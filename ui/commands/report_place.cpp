@@ -23,13 +23,9 @@ bool IsSamePlace(const Program& program, const std::string& one, const std::stri
 
 bool LiesBelow(const Program& program, const std::string& path, const std::string& folder) {
   if (folder.empty()) return false;
-  const char separator = program.host.files.Separator();
   const Result<std::string> real = program.host.files.RealPath(folder);
-  const std::string above = (real ? real.value : folder) + separator;
-  const auto begins = [&](const std::string& text) {
-    return (text + separator).starts_with(above);
-  };
-  return begins(RealFolderOf(program, path)) || path.starts_with(folder + separator);
+  return IsWithin(program, RealFolderOf(program, path), real ? real.value : folder) ||
+         IsWithin(program, path, folder);
 }
 
 }  // namespace

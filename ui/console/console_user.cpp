@@ -92,6 +92,8 @@ bool ConsoleUser::AskYes() {
   // Without an answer (an interrupt, the end of the input) the line is still to be ended.
   if (!std::getline(streams_.input, answer)) streams_.error << "\n" << std::flush;
   HandlePendingEvents();
+  // Some terminals end a line with CR LF.
+  if (answer.ends_with('\r')) answer.pop_back();
   return answer == "y" || answer == "Y" || answer == "yes" || answer == "Yes";
 }
 

@@ -116,6 +116,15 @@ TEST_F(TreeRulesTest, ATargetReachedThroughALinkIsNotWalkedInto) {
   EXPECT_EQ(test_.files.Bytes("/t/deep/older.txt"), "a");
 }
 
+TEST_F(TreeRulesTest, ALinkIntoATargetThatIsARootIsNotFollowed) {
+  test_.files.AddFile("/deep/old.txt", "a");
+  test_.files.AddLink("/s/into_target", "/deep");
+  test_.files.AddFile("/s/sub/b.txt", "a");
+  test_.RunPasses("/s", "/");
+  EXPECT_FALSE(test_.files.Has("/into_target"));
+  EXPECT_EQ(test_.files.Bytes("/sub/b.txt"), "b");
+}
+
 TEST_F(TreeRulesTest, AFolderWhoseNameStartsLikeTheTargetsIsFollowed) {
   test_.files.AddFile("/tt/a.txt", "a");
   test_.files.AddLink("/s/link", "/tt");

@@ -61,6 +61,18 @@ TEST_F(PathsTest, NormaliseerGivesNothingOnceTheProgramIsToStop) {
   EXPECT_EQ(Normaliseer(slash_.program, ""), "");
 }
 
+TEST_F(PathsTest, WhatLiesWithinAFolderIsToldByWholeNames) {
+  EXPECT_TRUE(IsWithin(slash_.program, "/t", "/t"));
+  EXPECT_TRUE(IsWithin(slash_.program, "/t/a", "/t"));
+  EXPECT_FALSE(IsWithin(slash_.program, "/tt/a", "/t"));
+  EXPECT_FALSE(IsWithin(slash_.program, "/", "/t"));
+  EXPECT_TRUE(IsWithin(slash_.program, "/t", "/"));
+  EXPECT_FALSE(IsWithin(slash_.program, "/t", ""));
+  EXPECT_TRUE(IsWithin(backslash_.program, "D:\\a\\b", "D:\\"));
+  EXPECT_TRUE(IsWithin(backslash_.program, "D:\\a\\b", "D:\\a"));
+  EXPECT_FALSE(IsWithin(backslash_.program, "D:\\ab", "D:\\a"));
+}
+
 TEST_F(PathsTest, FolderPathCleanReducesEveryRunOfSeparators) {
   EXPECT_EQ(FolderPathClean(slash_.program, "/a//b///c////"), "/a/b/c/");
   EXPECT_EQ(FolderPathClean(backslash_.program, "C:\\\\a\\\\\\b"), "C:\\a\\b");

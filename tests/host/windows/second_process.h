@@ -29,10 +29,10 @@ inline std::wstring OneTest(const std::wstring& test) {
 }
 
 // Starts `program`, this one or a copy of it, with exactly these entries in its environment, and
-// gives what its test reports.
+// gives what its test reports. `flags` are those of CreateProcessW.
 inline std::string SeenByASecondProcess(const TempFolder& folder, const std::wstring& program,
                                         const std::wstring& test,
-                                        const std::vector<std::wstring>& entries) {
+                                        const std::vector<std::wstring>& entries, DWORD flags = 0) {
   const std::wstring report = folder.WidePath() + L"\\report";
   DeleteFileW(report.c_str());
   std::wstring command = L"\"" + program + L"\" " + OneTest(test);
@@ -42,8 +42,9 @@ inline std::string SeenByASecondProcess(const TempFolder& folder, const std::wst
   STARTUPINFOW start{};
   start.cb = sizeof start;
   PROCESS_INFORMATION started{};
-  if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, CREATE_UNICODE_ENVIRONMENT,
-                     block.data(), nullptr, &start, &started) == 0) {
+  if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE,
+                     flags | CREATE_UNICODE_ENVIRONMENT, block.data(), nullptr, &start,
+                     &started) == 0) {
     return "(not started)";
   }
   WaitForSingleObject(started.hProcess, 120'000);

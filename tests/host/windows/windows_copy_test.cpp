@@ -47,6 +47,43 @@ TEST_F(WindowsCopyTest, ReplacesAFileAReadOnlyOneToo) {
   EXPECT_EQ(Content(folder_ / "b"), "newest");
 }
 
+TEST_F(WindowsCopyTest, HiddenFilesOfTheSystemAreCopiedAndReplacedLikeOthers) {
+  constexpr DWORD kHidden = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+  for (const char* bytes : {"one", "another"}) {
+    SetFileAttributesW(Wide(folder_ / "a").c_str(), FILE_ATTRIBUTE_NORMAL);
+    Put(folder_ / "a", bytes);
+    SetFileAttributesW(Wide(folder_ / "a").c_str(), kHidden);
+    const std::uint32_t permissions = files_.LookUpFile(folder_ / "a").value.permissions;
+    ASSERT_EQ(Copy("a", "b"), ErrorNumber::kNone);
+    EXPECT_EQ(Content(folder_ / "b"), bytes);
+    EXPECT_EQ(files_.LookUpFile(folder_ / "b").value.permissions, permissions);
+  }
+}
+
+TEST_F(WindowsCopyTest, AShortNameOfAnotherFileIsNotTakenForThatFile) {
+  Put(folder_ / "a", "new");
+  Put(folder_ / "a long name.text", "kept");
+  std::wstring path(1000, L'\0');
+  path.resize(GetShortPathNameW(Wide(folder_ / "a long name.text").c_str(), path.data(), 1000));
+  const std::string name = windows::SystemCodePage().Bytes(path.substr(path.rfind(L'\\') + 1));
+  if (name.find('~') == std::string::npos) GTEST_SKIP() << "no short names are made here";
+  ASSERT_TRUE(IsThere(folder_ / name));
+  EXPECT_EQ(Copy("a", name), ErrorNumber::kPathFileAccess);
+  EXPECT_EQ(files_.MoveToFreeName(folder_ / "a", folder_ / name), ErrorNumber::kFileAlreadyExists);
+  EXPECT_EQ(files_.MoveFile(folder_ / "a", folder_ / name, {}), ErrorNumber::kPathFileAccess);
+  EXPECT_EQ(Content(folder_ / "a long name.text"), "kept");
+}
+
+TEST_F(WindowsCopyTest, AlternateStreamsAreNoFiles) {
+  Put(folder_ / "a.txt", "x");
+  EXPECT_EQ(files_.LookUpFile(folder_ / "a.txt:stream").error, ErrorNumber::kBadFileName);
+  EXPECT_EQ(files_.LookUpFile(folder_ / "a.txt::$DATA").error, ErrorNumber::kBadFileName);
+  EXPECT_EQ(Copy("a.txt:stream", "b"), ErrorNumber::kBadFileName);
+  EXPECT_EQ(Copy("a.txt", "a.txt:stream"), ErrorNumber::kBadFileName);
+  EXPECT_EQ(files_.CreateFile(folder_ / "b:stream", 0).error, ErrorNumber::kBadFileName);
+  EXPECT_EQ(Names(files_, folder_.Path()), std::vector<std::string>{"a.txt"});
+}
+
 TEST_F(WindowsCopyTest, AFileIsNeverCopiedToItselfUnderAnySpelling) {
   Put(folder_ / "a.txt", "kept");
   EXPECT_EQ(Copy("a.txt", "a.txt"), ErrorNumber::kPathFileAccess);

@@ -14,7 +14,7 @@ TEST(WindowsErrors, AMissingNameIsAFileOrAPathAsItWasAskedFor) {
   EXPECT_EQ(ErrorFromCode(ERROR_FILE_NOT_FOUND, Missing::kFile), ErrorNumber::kFileNotFound);
   EXPECT_EQ(ErrorFromCode(ERROR_FILE_NOT_FOUND, Missing::kPath), ErrorNumber::kPathNotFound);
   EXPECT_EQ(ErrorFromCode(ERROR_PATH_NOT_FOUND, Missing::kFile), ErrorNumber::kPathNotFound);
-  EXPECT_EQ(ErrorFromCode(ERROR_BAD_NETPATH, Missing::kFile), ErrorNumber::kPathNotFound);
+  EXPECT_EQ(ErrorFromCode(ERROR_BAD_NET_NAME, Missing::kFile), ErrorNumber::kPathNotFound);
 }
 
 TEST(WindowsErrors, CodesHaveTheNumbersThatTheLogShows) {
@@ -29,6 +29,8 @@ TEST(WindowsErrors, CodesHaveTheNumbersThatTheLogShows) {
   EXPECT_EQ(number(ERROR_CRC), ErrorNumber::kDeviceIo);
   EXPECT_EQ(number(ERROR_TOO_MANY_OPEN_FILES), ErrorNumber::kTooManyFiles);
   EXPECT_EQ(number(ERROR_NOT_READY), ErrorNumber::kDeviceUnavailable);
+  EXPECT_EQ(number(ERROR_NO_MEDIA_IN_DRIVE), ErrorNumber::kDeviceUnavailable);
+  EXPECT_EQ(number(ERROR_BAD_NETPATH), ErrorNumber::kDeviceUnavailable);
   EXPECT_EQ(number(ERROR_INVALID_NAME), ErrorNumber::kBadFileName);
   EXPECT_EQ(number(ERROR_NOT_ENOUGH_MEMORY), ErrorNumber::kOutOfMemory);
   EXPECT_EQ(number(ERROR_CALL_NOT_IMPLEMENTED), ErrorNumber::kPathFileAccess);

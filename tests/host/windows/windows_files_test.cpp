@@ -10,6 +10,10 @@ namespace {
 
 using WindowsFilesTest = WindowsTest;
 
+TEST_F(WindowsFilesTest, NoMessageOfTheSystemHoldsUpACall) {
+  EXPECT_NE(GetErrorMode() & SEM_FAILCRITICALERRORS, 0U);
+}
+
 TEST_F(WindowsFilesTest, AFileIsFoundWithAllThatIsKnownOfIt) {
   const std::string path = folder_ / "Report.txt";
   Put(path, "12345");
@@ -30,6 +34,15 @@ TEST_F(WindowsFilesTest, SpellingsOfOneNameHaveOneIdentity) {
   const FileIdentity one = files_.LookUpFile(folder_ / "Report.txt").value.identity;
   EXPECT_EQ(files_.LookUpFile(folder_ / "REPORT.TXT").value.identity, one);
   EXPECT_NE(files_.LookUpFile(folder_ / "other.txt").value.identity, one);
+}
+
+TEST_F(WindowsFilesTest, NamesAreTheSameInAnyLetterCase) {
+  const auto name = [](const wchar_t* text) { return windows::SystemCodePage().Bytes(text); };
+  EXPECT_TRUE(files_.IsSameName("tijdel.enc", "Tijdel.ENC"));
+  EXPECT_TRUE(files_.IsSameName(name(L"caf\u00e9"), name(L"CAF\u00c9")));
+  EXPECT_FALSE(files_.IsSameName(name(L"caf\u00e9"), "cafe"));
+  EXPECT_FALSE(files_.IsSameName("tijdel.enc", "tijdel.en"));
+  EXPECT_FALSE(files_.IsSameName("tijdel.enc", "tijdel-enc"));
 }
 
 TEST_F(WindowsFilesTest, WhatIsNoFileIsNotFound) {
@@ -59,9 +72,10 @@ TEST_F(WindowsFilesTest, ADriveRootKeepsItsSeparatorAndCanBeListed) {
   EXPECT_NE(std::find(names.begin(), names.end(), "windows"), names.end());
 }
 
-TEST_F(WindowsFilesTest, NetworkPathsThatLeadNowhereFailAsPaths) {
+TEST_F(WindowsFilesTest, PathsThatLeadNowhereFail) {
+  EXPECT_EQ(files_.LookUpFolder("\\\\?\\Q:\\none").error, ErrorNumber::kPathNotFound);
   for (const char* path : {"\\\\no.such.server.invalid\\share", "\\\\?\\Q:\\none"}) {
-    EXPECT_EQ(files_.LookUpFolder(path).error, ErrorNumber::kPathNotFound) << path;
+    EXPECT_NE(files_.LookUpFolder(path).error, ErrorNumber::kNone) << path;
     EXPECT_NE(files_.LookUpFile(std::string(path) + "\\x.txt").error, ErrorNumber::kNone) << path;
     EXPECT_NE(files_.ListFolder(path).error, ErrorNumber::kNone) << path;
     EXPECT_NE(files_.CreateFolder(std::string(path) + "\\a"), ErrorNumber::kNone) << path;

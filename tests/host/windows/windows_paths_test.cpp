@@ -26,11 +26,21 @@ TEST(WindowsPaths, ADrivesRootKeepsItsSeparator) {
 TEST(WindowsPaths, ANetworkPathKeepsItsPairOfSeparators) {
   EXPECT_EQ(Full("\\\\server\\share\\a\\b"), L"\\\\server\\share\\a\\b");
   EXPECT_EQ(Full("\\\\server\\share\\"), L"\\\\server\\share");
+  EXPECT_EQ(Full("\\\\server\\\\share\\\\a\\\\b\\\\"), L"\\\\server\\share\\a\\b");
+  EXPECT_EQ(Full("\\\\server\\share\\a\\..\\..\\b"), L"\\\\server\\share\\b");
+}
+
+TEST(WindowsPaths, AServerWithoutAShareIsNoFolder) {
+  for (const char* path : {"\\\\", "\\\\s", "\\\\server", "\\\\server\\", "\\\\?\\UNC\\server\\"}) {
+    EXPECT_EQ(ErrorOf(path), ErrorNumber::kBadFileName) << path;
+  }
+  EXPECT_EQ(Full("\\\\s\\h"), L"\\\\s\\h");
 }
 
 TEST(WindowsPaths, ThePrefixOfLongPathsIsTakenOffAndPutOn) {
   EXPECT_EQ(Full("\\\\?\\C:\\Data\\x"), L"C:\\Data\\x");
   EXPECT_EQ(Full("\\\\?\\UNC\\server\\share\\x"), L"\\\\server\\share\\x");
+  EXPECT_EQ(Full("//?/unc/server/share/x"), L"\\\\server\\share\\x");
   EXPECT_EQ(LongForm(L"C:\\Data"), L"\\\\?\\C:\\Data");
   EXPECT_EQ(LongForm(L"\\\\server\\share\\x"), L"\\\\?\\UNC\\server\\share\\x");
 }
@@ -70,7 +80,15 @@ TEST(WindowsPaths, CharactersThatNoNameHasAreRefused) {
 
 TEST(WindowsPaths, DevicePathsAreRefused) {
   for (const char* path : {"\\\\.\\PhysicalDrive0", "\\\\.\\C:", "\\\\?\\", "//./pipe/x",
-                           "\\\\?\\GLOBALROOT\\Device\\x?"}) {
+                           "\\\\?\\UNC\\.\\PhysicalDrive0"}) {
+    EXPECT_EQ(ErrorOf(path), ErrorNumber::kBadFileName) << path;
+  }
+}
+
+TEST(WindowsPaths, WhatOnlyThePrefixLeadsToIsNoNameInTheCurrentFolder) {
+  for (const char* path :
+       {"\\\\?\\GLOBALROOT\\Device\\x", "\\\\?\\Volume{1234-56}\\x", "\\\\?\\x.txt",
+        "\\\\?\\\\x.txt", "\\\\?\\..\\x.txt", "\\\\?\\C:", "\\\\?\\C:x.txt"}) {
     EXPECT_EQ(ErrorOf(path), ErrorNumber::kBadFileName) << path;
   }
 }

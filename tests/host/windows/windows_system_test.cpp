@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <string>
@@ -13,6 +14,7 @@
 #include "host/windows/windows_browser.h"
 #include "tests/host/windows/second_process.h"
 #include "tests/host/windows/windows_test.h"
+#include "tests/support/test_program.h"
 
 namespace morvex::windows_test {
 namespace {
@@ -27,6 +29,15 @@ TEST(SecondProcess, DISABLED_ReportsItsLocations) {
 TEST(SecondProcess, DISABLED_ReportsItsCommandLine) {
   WindowsSystemService system;
   PutRaw(Report(), system.CommandLineText());
+}
+
+TEST(SecondProcess, DISABLED_ReportsItsFolderAndHelpFile) {
+  WindowsSystemService system;
+  WindowsFileService files;
+  test::ScriptedUser user;
+  Program program({files, system, user});
+  StartUp(program);
+  PutRaw(Report(), system.ProgramFolder() + "|" + program.locations.help_file);
 }
 
 TEST(SecondProcess, DISABLED_ReportsItsWindow) {
@@ -102,17 +113,49 @@ TEST_F(WindowsSystemTest, OfTwoEntriesOfCommonFilesTheLaterIsUsed) {
   EXPECT_EQ(seen, "L|C:\\two\\");
 }
 
+TEST_F(WindowsSystemTest, AtADrivesRootTheHelpFileHasADoubledBackslash) {
+  const std::wstring program =
+      L"C:\\morvex-test-" + std::to_wstring(GetCurrentProcessId()) + L".exe";
+  ASSERT_NE(CopyFileW(OwnProgram().c_str(), program.c_str(), TRUE), 0);
+  const std::string seen =
+      SeenByASecondProcess(folder_, program, L"DISABLED_ReportsItsFolderAndHelpFile", {});
+  DeleteFileW(program.c_str());
+  EXPECT_EQ(seen, "C:\\|C:\\\\MorvexHELP.chm");
+}
+
 TEST_F(WindowsSystemTest, ThereIsARedirectedStoreAndOneByteForEachCharacter) {
   EXPECT_TRUE(system_.HasRedirectedStore());
   EXPECT_EQ(system_.Codec(), TextCodec::kSingleByte);
 }
 
+// A form of the user's regional settings, until its end.
+class UsersForm {
+ public:
+  UsersForm(LCTYPE which, const wchar_t* form) : which_(which) {
+    before_.resize(
+        static_cast<std::size_t>(GetLocaleInfoW(LOCALE_USER_DEFAULT, which, before_.data(), 100)));
+    SetLocaleInfoW(LOCALE_USER_DEFAULT, which, form);
+  }
+  UsersForm(const UsersForm&) = delete;
+  UsersForm& operator=(const UsersForm&) = delete;
+  ~UsersForm() { SetLocaleInfoW(LOCALE_USER_DEFAULT, which_, before_.c_str()); }
+
+ private:
+  LCTYPE which_;
+  std::wstring before_ = std::wstring(100, L'\0');
+};
+
 TEST_F(WindowsSystemTest, DateAndTimeAreWrittenAsTheUserWishes) {
-  const std::string date = system_.ShortDate();
-  EXPECT_GE(date.size(), 6U);
-  EXPECT_NE(date.find_first_of("0123456789"), std::string::npos);
-  const std::string time = system_.TimeText();
-  EXPECT_NE(time.find(':'), std::string::npos);
+  const UsersForm date_form(LOCALE_SSHORTDATE, L"'on' yyyy~MM~dd");
+  const UsersForm time_form(LOCALE_STIMEFORMAT, L"'at' HH~mm~ss");
+  const auto is_of_form = [](const std::string& text, const std::string& form) {
+    return std::equal(text.begin(), text.end(), form.begin(), form.end(),
+                      [](char one, char wanted) {
+                        return wanted == '0' ? one >= '0' && one <= '9' : one == wanted;
+                      });
+  };
+  EXPECT_TRUE(is_of_form(system_.ShortDate(), "on 0000~00~00")) << system_.ShortDate();
+  EXPECT_TRUE(is_of_form(system_.TimeText(), "at 00~00~00")) << system_.TimeText();
   const TimeOfDay now = system_.LocalTimeOfDay();
   EXPECT_TRUE(now.hour >= 0 && now.hour < 24 && now.minute >= 0 && now.minute < 60);
 }

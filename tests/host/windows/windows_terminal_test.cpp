@@ -8,6 +8,7 @@
 #include "host/system/standard_streams.h"
 #include "host/system/terminal.h"
 #include "host/windows/windows_system.h"
+#include "tests/host/windows/second_process.h"
 #include "tests/host/windows/windows_test.h"
 
 namespace morvex::windows_test {
@@ -52,6 +53,34 @@ TEST_F(WindowsStreamsTest, BytesAreReadInTurnUpToTheEnd) {
   EXPECT_EQ(input->ReadAt(7, block.data(), block.size()).value, 0U);
 }
 
+// Of a pipe that keeps the pieces apart in which it is written.
+TEST_F(WindowsStreamsTest, NeitherAPieceWithoutBytesNorALongOneIsTheEndOfAPipe) {
+  const std::wstring name = L"\\\\.\\pipe\\morvex-test-" + std::to_wstring(GetCurrentProcessId());
+  windows::Handle writer(CreateNamedPipeW(name.c_str(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_MESSAGE, 1,
+                                          65536, 65536, 0, nullptr));
+  const windows::Handle reader(CreateFileW(name.c_str(), GENERIC_READ | FILE_WRITE_ATTRIBUTES, 0,
+                                           nullptr, OPEN_EXISTING, 0, nullptr));
+  ASSERT_TRUE(writer.IsOpen() && reader.IsOpen());
+  DWORD by_pieces = PIPE_READMODE_MESSAGE;
+  ASSERT_NE(SetNamedPipeHandleState(reader.Get(), &by_pieces, nullptr, nullptr), 0);
+  for (const std::string_view piece : {"Jan", "", " Jansen", "", ""}) {
+    const auto size = static_cast<DWORD>(piece.size());
+    DWORD written = 0;
+    ASSERT_NE(::WriteFile(writer.Get(), piece.data(), size, &written, nullptr), 0);
+  }
+  writer.Close();
+  void* before = GetStdHandle(STD_INPUT_HANDLE);
+  SetStdHandle(STD_INPUT_HANDLE, reader.Get());
+  const std::unique_ptr<InputFile> input = StandardInput();
+  std::array<char, 16> block{};
+  const Result<std::size_t> start = input->ReadAt(0, block.data(), 5);
+  const Result<std::size_t> rest = input->ReadAt(5, block.data() + 5, block.size() - 5);
+  SetStdHandle(STD_INPUT_HANDLE, before);
+  EXPECT_EQ(start.value, 5U);
+  EXPECT_EQ(rest.error, ErrorNumber::kNone);
+  EXPECT_EQ(std::string(block.data(), 5 + rest.value), "Jan Jansen");
+}
+
 TEST_F(WindowsStreamsTest, BytesAreWrittenInTurnAndUnchanged) {
   Put(folder_ / "in", "");
   {
@@ -74,9 +103,25 @@ TEST(WindowsTerminal, OtherNumbersThanThoseOfTheStreamsAreNoTerminal) {
 
 TEST(WindowsTerminal, ItsWidthIsNeverNothing) { EXPECT_GT(TerminalColumns(), 0); }
 
-TEST(WindowsTerminal, NobodyHasAskedToStop) {
+TEST(SecondProcess, DISABLED_ReportsItsStopRequest) {
   InstallStopSignals();
-  EXPECT_FALSE(StopRequested());
+  std::string seen = StopRequested() ? "asked before" : "not asked";
+  const bool sent = GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) != 0;
+  for (int waited = 0; sent && waited < 200 && !StopRequested(); ++waited) Sleep(50);
+  seen += !sent ? ", no console" : StopRequested() ? ", asked" : ", still not asked";
+  PutRaw(Report(), seen);
+  // The next one is left to the system, which ends the process.
+  GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
+  Sleep(5000);
+  PutRaw(Report(), seen + ", still there");
+}
+
+// In a console of its own, so that nobody else is asked to stop.
+TEST(WindowsTerminal, TheFirstStopEventIsNotedAndTheNextEndsTheProcess) {
+  const TempFolder folder;
+  EXPECT_EQ(SeenByASecondProcess(folder, OwnProgram(), L"DISABLED_ReportsItsStopRequest", {},
+                                 CREATE_NO_WINDOW),
+            "not asked, asked");
 }
 
 TEST(WindowsServices, AreThoseOfThisSystem) {

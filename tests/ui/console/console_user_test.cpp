@@ -89,9 +89,9 @@ TEST_F(ConsoleUserTest, AnInterruptAtTheQuestionIsNoAndStopsTheProgram) {
 INSTANTIATE_TEST_SUITE_P(
     Typed, ConsoleAnswerTest,
     testing::Values(AnswerCase{"y\n", Answer::kYes}, AnswerCase{"Y\n", Answer::kYes},
-                    AnswerCase{"yes\n", Answer::kYes}, AnswerCase{"n\n", Answer::kNo},
-                    AnswerCase{"\n", Answer::kNo}, AnswerCase{"yacht\n", Answer::kNo},
-                    AnswerCase{"", Answer::kNo}));
+                    AnswerCase{"yes\n", Answer::kYes}, AnswerCase{"y\r\n", Answer::kYes},
+                    AnswerCase{"n\n", Answer::kNo}, AnswerCase{"\n", Answer::kNo},
+                    AnswerCase{"yacht\n", Answer::kNo}, AnswerCase{"", Answer::kNo}));
 
 TEST_F(ConsoleUserTest, FileDialogsAreCancelled) {
   ConsoleUser& console = Console(true, true);
