@@ -3,9 +3,10 @@
 with windows must leave what the console program of this machine leaves, and end with the same
 status; a run that is typed in must leave what was typed.
 
-    windows_test.py FOLDER CONSOLE_PROGRAM PICTURES
+    windows_test.py FOLDER CONSOLE_PROGRAM WINDOW_TESTS PICTURES
 
-FOLDER is the unpacked package. A picture of each window, as Wine shows it, goes into PICTURES.
+FOLDER is the unpacked package; WINDOW_TESTS is the test program of the windows, built for Windows.
+A picture of each window, as Wine shows it, goes into PICTURES.
 """
 
 import glob
@@ -22,7 +23,7 @@ from samples import CASE, CASE_LIST, LETTERS, LETTERS_COPIED, case_settings, log
 from screen import PATIENCE, Screen, wait_for
 from tree import read_tree, write_tree
 
-package, console_path, pictures = sys.argv[1:4]
+package, console_path, window_tests, pictures = (os.path.abspath(path) for path in sys.argv[1:5])
 
 # As in their title bars, without the blanks at the ends.
 MAIN = "Morvex v11.0"
@@ -108,6 +109,19 @@ class PackedProgram(unittest.TestCase):
                                  check=False)
         self.assertEqual(process.returncode, 2)
         self.assertEqual(process.stderr.strip(), b"Run-time error '13': Type mismatch")
+
+    def test_the_windows_pass_their_tests(self):
+        # Without a screen the toolkit takes its fonts from there. Wine drops "WINE" in front of the name, and
+        # whatever begins with "QT_" of itself.
+        fonts = windows_path("/usr/share/fonts/truetype/dejavu")
+        environment = dict(self.screen.environment, WINEQT_QPA_FONTDIR=fonts)
+        report = self.path("windows.xml")
+        process = subprocess.run([self.wine, window_tests, "--gtest_brief=1", "--gtest_output=xml:" + windows_path(report)],
+                                 env=environment, timeout=900, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                 stderr=subprocess.STDOUT, cwd=self.root, check=False)
+        self.assertEqual(process.returncode, 0, process.stdout.decode(errors="replace"))
+        tests = re.search(r'<testsuites tests="(\d+)"', self.read("windows.xml").decode())
+        self.assertGreater(int(tests[1]), 300)
 
     # By keys
 

@@ -122,11 +122,11 @@ MemoryFiles::Node& MemoryFiles::Make(const std::string& path, Kind kind) {
   return node;
 }
 
-void MemoryFiles::AddFolder(const std::string& path) { Make(path, Kind::kFolder); }
+void MemoryFiles::AddFolder(const std::string& path) { Make(Absolute(path), Kind::kFolder); }
 
 void MemoryFiles::AddFile(const std::string& path, const std::string& bytes, WallTime modified,
                           std::uint32_t permissions) {
-  Node& node = Make(path, Kind::kFile);
+  Node& node = Make(Absolute(path), Kind::kFile);
   *node.bytes = bytes;
   node.modified = modified;
   node.permissions = permissions;

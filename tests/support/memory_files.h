@@ -33,7 +33,9 @@ class MemoryFiles : public FileService {
   bool Has(const std::string& path) const { return nodes_.contains(path); }
   bool IsFolder(const std::string& path) const;
   bool IsLink(const std::string& path) const;
-  const std::string& Bytes(const std::string& path) const { return *nodes_.at(path).bytes; }
+  const std::string& Bytes(const std::string& path) const {
+    return *nodes_.at(Absolute(path)).bytes;
+  }
   std::uint32_t Permissions(const std::string& path) const { return nodes_.at(path).permissions; }
   // Paths of everything below `folder`, sorted; folders end in the separator.
   std::vector<std::string> Below(const std::string& folder) const;

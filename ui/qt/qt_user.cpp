@@ -128,7 +128,11 @@ void QtUser::WaitForEvents(std::chrono::milliseconds longest) {
   alarm.setSingleShot(true);
   alarm.setTimerType(Qt::PreciseTimer);
   alarm.start(std::clamp(longest, std::chrono::milliseconds(0), kLongestWait));
-  QEventLoop().processEvents(QEventLoop::WaitForMoreEvents);
+  QEventLoop loop;
+  loop.processEvents(QEventLoop::WaitForMoreEvents);
+  // On Windows what is posted to objects, clicks and keys among it, ends the wait but is handled
+  // when events are looked for the next time.
+  loop.processEvents();
 }
 
 }  // namespace morvex

@@ -3,9 +3,12 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
+
+#include "tests/ui/qt/file_names.h"
 
 namespace morvex::test {
 namespace {
@@ -16,15 +19,17 @@ class DesktopProgramTest : public testing::Test {
  protected:
   // The program writes in its own folder, so each test has one.
   DesktopProgramTest() {
-    EXPECT_TRUE(QFile::copy(MORVEX_DESKTOP_PROGRAM, root_.filePath("Morvex")));
+    EXPECT_TRUE(QFile::copy(MORVEX_DESKTOP_PROGRAM, program_));
     QDir(root_.path()).mkpath("source/sub");
     QDir(root_.path()).mkpath("target");
     Write("source/one.txt", "aca");
     Write("source/sub/two.txt", "aca");
     Write("list.txt", "a|b||\r\n");
-    Write("settings.dat", (root_.filePath("source") + "\r\n" + root_.filePath("target") + "\r\n" +
-                           root_.filePath("list.txt") + "\r\nlog=1\r\nsep=|\r\njok=*\r\n1.txt\r\n")
-                              .toUtf8());
+    QByteArray settings;
+    for (const char* name : {"source", "target", "list.txt"}) {
+      settings += NativePath(root_.filePath(name)) + "\r\n";
+    }
+    Write("settings.dat", settings + "log=1\r\nsep=|\r\njok=*\r\n1.txt\r\n");
   }
 
   void Write(const char* name, const QByteArray& bytes) {
@@ -41,9 +46,10 @@ class DesktopProgramTest : public testing::Test {
   int Run(const QStringList& arguments) {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    // The program for Windows holds nothing but what shows windows on a screen.
+    environment.insert("QT_QPA_PLATFORM", kNamesAreBytes ? "offscreen" : "windows");
     process.setProcessEnvironment(environment);
-    process.start(root_.filePath("Morvex"), arguments);
+    process.start(program_, arguments);
     if (!process.waitForFinished(kPatience) || process.exitStatus() != QProcess::NormalExit) {
       process.kill();
       process.waitForFinished();
@@ -54,6 +60,7 @@ class DesktopProgramTest : public testing::Test {
   }
 
   QTemporaryDir root_;
+  const QString program_ = root_.filePath(QFileInfo(MORVEX_DESKTOP_PROGRAM).fileName());
   QByteArray errors_;
 };
 

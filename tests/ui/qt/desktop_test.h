@@ -16,6 +16,7 @@
 
 #include "core/run/start_up.h"
 #include "tests/support/test_program.h"
+#include "tests/ui/qt/file_names.h"
 #include "ui/qt/desktop.h"
 #include "ui/qt/qt_user.h"
 

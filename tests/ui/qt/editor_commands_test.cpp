@@ -18,7 +18,7 @@ class EditorCommands : public EditorTest {
   }
   // A file that the dialog finds on the disk and the program in its memory.
   std::string AddListFile(const std::string& bytes) {
-    const std::string path = disk_.filePath("list.txt").toStdString();
+    const std::string path = NativePath(disk_.filePath("list.txt"));
     QFile file(QString::fromStdString(path));
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(QByteArray::fromStdString(bytes));
@@ -26,8 +26,8 @@ class EditorCommands : public EditorTest {
     return path;
   }
   std::string NewPath(const char* name) {
-    files_.AddFolder(disk_.path().toStdString());
-    return disk_.filePath(name).toStdString();
+    files_.AddFolder(NativePath(disk_.path()));
+    return NativePath(disk_.filePath(name));
   }
 
   QTemporaryDir disk_;
@@ -352,7 +352,7 @@ TEST_F(EditorCommands, TheEditorClosedWhileAListIsReadBringsTheMainWindowBack) {
 
 TEST_F(EditorCommands, SaveStartsFromTheCurrentListsFolderAndName) {
   Open();
-  program_.settings.SubstitutieFile = NewPath("current.txt");
+  program_.settings.SubstitutieFile = disk_.filePath("current.txt").toStdString();
   QString folder;
   QString name;
   OnFileDialog([&](QFileDialog& dialog) {

@@ -21,7 +21,7 @@ class FolderTreeTest : public MainWindowTest {
     file.open(QIODevice::WriteOnly);
   }
 
-  std::string Path(const char* name) { return root_.filePath(name).toStdString(); }
+  std::string Path(const char* name) { return NativePath(root_.filePath(name)); }
   FolderTreeView& tree() { return Get<FolderTreeView>("FolderTreeview1"); }
   void DoubleClick(PathBox& box) {
     QTest::mouseDClick(&box, Qt::LeftButton);
@@ -153,13 +153,13 @@ TEST_F(FolderTreeTest, APathThatIsNotThereOpensTheNearestFolderAboveIt) {
 
 TEST_F(FolderTreeTest, AFileOpensItsFolder) {
   OpenAt(Path("file.txt"));
-  EXPECT_EQ(tree().Current(), root_.path().toStdString());
+  EXPECT_EQ(tree().Current(), NativePath(root_.path()));
 }
 
 TEST_F(FolderTreeTest, AnEmptyBoxOpensTheUsersOwnFolder) {
   Start();
   DoubleClick(source());
-  EXPECT_EQ(tree().Current(), QDir::homePath().toStdString());
+  EXPECT_EQ(tree().Current(), NativePath(QDir::homePath()));
 }
 
 TEST_F(FolderTreeTest, AHiddenFolderCanBeShown) {

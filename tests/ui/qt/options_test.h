@@ -37,6 +37,12 @@ class OptionsTest : public DesktopTest {
   QListWidget& list() { return Find<QListWidget>(window(), "lstExtensie"); }
   QToolButton& list_button() { return Find<QToolButton>(window(), "cmdListExtensie_Down"); }
   QCheckBox& logging() { return Find<QCheckBox>(window(), "chkLoggen"); }
+  // On the box itself: some styles take no click that is neither on it nor on its text.
+  void ClickLogging() {
+    QTest::mouseClick(&logging(), Qt::LeftButton, Qt::NoModifier,
+                      QPoint(8, logging().height() / 2));
+    Settle();
+  }
   QPushButton& apply() { return Find<QPushButton>(window(), "cmdToepassen"); }
   // A label's text as it is read.
   QString Caption(const char* name) { return Find<QLabel>(window(), name).text().remove('&'); }

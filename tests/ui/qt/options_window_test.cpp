@@ -170,7 +170,7 @@ TEST_F(OptionsWindowTest, EscapeInAnyControlClosesItWhileTheListIsHidden) {
 
 TEST_F(OptionsWindowTest, HidingAndShowingKeepsTheListAndTheLoggingBox) {
   Open({{".a", true}, {".b", false}});
-  Click(logging());
+  ClickLogging();
   window().close();
   Settle();
   Reopen();
@@ -190,7 +190,7 @@ TEST_F(OptionsWindowTest, TheLoggingBoxNamesTheLogOrSaysThatThereIsNone) {
   Open();
   EXPECT_FALSE(logging().isChecked());
   EXPECT_EQ(logging().toolTip(), "Logging disabled");
-  Click(logging());
+  ClickLogging();
   EXPECT_TRUE(logging().isChecked());
   EXPECT_EQ(state().chkLoggen.value(), 1);
   EXPECT_EQ(logging().toolTip(), "/program/Morvex.log");
@@ -206,7 +206,7 @@ TEST_F(OptionsWindowTest, AGreyedLoggingBoxIsShownSoAndAClickNeverGreysItAgain) 
   Settle();
   EXPECT_EQ(logging().checkState(), Qt::PartiallyChecked);
   for (const int value : {0, 1, 0, 1}) {
-    Click(logging());
+    ClickLogging();
     EXPECT_EQ(state().chkLoggen.value(), value);
     EXPECT_EQ(logging().checkState(), value == 1 ? Qt::Checked : Qt::Unchecked);
   }
