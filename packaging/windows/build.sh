@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds both programs for Windows on Debian, from nothing but the packages of Debian, and packs
 # them with the examples into build/Morvex-VERSION-windows-x64.zip. The first time the toolkit is
-# built too, which takes half an hour and more (qt.sh).
+# built too, which takes about a quarter of an hour on two cores (qt.sh).
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)

@@ -3,7 +3,7 @@
 # machine (its tools run here during the build, so the versions are the same). The last line on
 # standard output is the folder of the built Qt; everything else goes to standard error.
 #
-# It takes half an hour to an hour on two cores, so the result is kept outside the repository: one
+# It takes about a quarter of an hour on two cores, so the result is kept outside the repository: one
 # folder per version, recipe and compiler. A folder without the file `complete` is begun anew.
 set -euo pipefail
 
@@ -55,7 +55,7 @@ build_qt() {
 
 version=$(dpkg-query --show --showformat='${source:Version}' qt6-base-dev)
 compiler=$(x86_64-w64-mingw32-g++-posix -dumpfullversion)
-recipe=$(cat "${BASH_SOURCE[0]}" "$toolchain" - <<<"$compiler" | sha256sum | cut -c1-12)
+recipe=$(cat "${BASH_SOURCE[0]}" "$toolchain" - <<<"$compiler" | sed '/^ *#/d' | sha256sum | cut -c1-12)
 home=${XDG_CACHE_HOME:-$HOME/.cache}/morvex/qt-windows/$version-$recipe
 
 if [[ ! -e $home/complete ]]; then

@@ -1,5 +1,6 @@
 #include "ui/qt/byte_line_edit.h"
 
+#include <QKeyEvent>
 #include <QToolTip>
 #include <QValidator>
 #include <algorithm>
@@ -70,6 +71,19 @@ bool ByteLineEdit::event(QEvent* event) {
   const bool handled = QLineEdit::event(event);
   InsertWithoutBreaks();
   return handled;
+}
+
+void ByteLineEdit::keyPressEvent(QKeyEvent* event) {
+  // A letter with Alt is meant as a command, and must not become part of a name when there is none.
+  // The other Alt key, by which characters are written, comes with Ctrl or without either.
+  const Qt::KeyboardModifiers modifiers = event->modifiers();
+  const bool is_command =
+      modifiers.testFlag(Qt::AltModifier) && !modifiers.testFlag(Qt::ControlModifier);
+  if (is_command && !event->text().isEmpty() && event->text().front().isPrint()) {
+    event->ignore();
+    return;
+  }
+  QLineEdit::keyPressEvent(event);
 }
 
 bool ByteLineEdit::IsTakenOver(const QString& text, int caret) {

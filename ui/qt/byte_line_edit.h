@@ -36,6 +36,7 @@ class ByteLineEdit : public QLineEdit {
 
  protected:
   bool event(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   class Judge;

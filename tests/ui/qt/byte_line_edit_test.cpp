@@ -70,6 +70,19 @@ TEST_F(ByteLine, TypingTellsTheBytes) {
   EXPECT_EQ(edits_, (std::vector<std::string>{"a", "ab", "ab\xC3\xA9"}));
 }
 
+TEST_F(ByteLine, ALetterWithAltIsNoText) {
+  Type("Jan");
+  QTest::sendKeyEvent(QTest::Click, &line_, Qt::Key_Q, "q", Qt::AltModifier);
+  QTest::sendKeyEvent(QTest::Click, &line_, Qt::Key_Q, "Q", Qt::AltModifier | Qt::ShiftModifier);
+  EXPECT_EQ(line_.bytes(), "Jan");
+}
+
+TEST_F(ByteLine, ACharacterOfTheOtherAltKeyIsText) {
+  QTest::sendKeyEvent(QTest::Click, &line_, Qt::Key_At, "@", Qt::NoModifier);
+  QTest::sendKeyEvent(QTest::Click, &line_, Qt::Key_At, "@", Qt::ControlModifier | Qt::AltModifier);
+  EXPECT_EQ(line_.bytes(), "@@");
+}
+
 TEST_F(ByteLine, ShowingBytesTellsNothing) {
   line_.ShowBytes("xyz");
   EXPECT_EQ(line_.text(), "xyz");
