@@ -41,6 +41,20 @@ std::wstring WithoutExtension(std::wstring name) {
   return name;
 }
 
+// The folder as the code page can spell it: where it lacks a character, by the short names that the
+// system may have given. Without those nothing can be kept in that folder.
+std::string SpelledFolder(const std::wstring& folder) {
+  std::string bytes = SystemCodePage().Bytes(folder);
+  if (SystemCodePage().Wide(bytes) == folder) return bytes;
+  const std::wstring path = windows::LongForm(folder);
+  std::wstring shorter(path.size() + MAX_PATH, L'\0');
+  const DWORD length =
+      GetShortPathNameW(path.c_str(), shorter.data(), static_cast<DWORD>(shorter.size()));
+  if (length == 0 || length > shorter.size()) return bytes;
+  shorter.resize(length);
+  return SystemCodePage().Bytes(windows::WithoutPrefix(shorter));
+}
+
 // The entry at the end of the environment's block is empty.
 class Environment {
  public:
@@ -96,7 +110,7 @@ WindowsSystemService::WindowsSystemService()
     if (number >= 0) _setmode(number, _O_BINARY);
   }
   const windows::PathParts parts = windows::SplitPath(OwnPath());
-  program_folder_ = SystemCodePage().Bytes(parts.folder);
+  program_folder_ = SpelledFolder(parts.folder);
   executable_name_ = SystemCodePage().Bytes(WithoutExtension(parts.name));
   if (console_output_ != 0) SetConsoleOutputCP(SystemCodePage().Number());
   if (console_input_ != 0) SetConsoleCP(SystemCodePage().Number());

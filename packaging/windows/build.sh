@@ -18,7 +18,7 @@ build_programs() {
   local qt
   qt=$("$files/qt.sh" | tail -n 1)
   # Fresh: an earlier build may have found another Qt.
-  cmake --fresh --preset windows -B "$build" -DMORVEX_TESTS=OFF -DMORVEX_DESKTOP=ON \
+  cmake --fresh --preset windows -S "$root" -B "$build" -DMORVEX_TESTS=OFF -DMORVEX_DESKTOP=ON \
     -DCMAKE_TOOLCHAIN_FILE="$qt/lib/cmake/Qt6/qt.toolchain.cmake" \
     -DQT_CHAINLOAD_TOOLCHAIN_FILE="$root/cmake/mingw.cmake"
   cmake --build "$build" --target Morvex morvex-cli
@@ -27,7 +27,8 @@ build_programs() {
 # What a program calls must be there on every Windows.
 show_libraries() {
   local program=$1 names foreign
-  names=$("$triple-objdump" -p "$program" | sed -n 's/^\s*DLL Name: //p')
+  names=$(LC_ALL=C "$triple-objdump" -p "$program" | sed -n 's/^\s*DLL Name: //p')
+  [[ -n $names ]]
   echo "$(basename "$program"): $(stat --format=%s "$program") bytes, calls" "${names//$'\n'/ }"
   foreign=$(grep --ignore-case --invert-match --line-regexp --extended-regexp \
     "(${system_libraries//$'\n'/})(\.dll)?" <<<"$names" || true)

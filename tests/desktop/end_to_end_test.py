@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""The program on a screen from start to end, by real keys and clicks: paths typed, a list of two rows
-typed, options set, a run armed and started; then the copies, the log and the settings it leaves.
+"""The program on a screen from start to end, by real keys and clicks: paths typed, options set,
+a list of three rows typed, a run armed and started; then the copies, the log and the settings it leaves.
 
     end_to_end_test.py PROGRAM PICTURES
 
@@ -42,11 +42,11 @@ class EndToEnd(unittest.TestCase):
         with open(self.path(name), "rb") as file:
             return file.read()
 
-    def test_two_typed_rows_reach_the_copies_and_the_log(self):
+    def test_typed_rows_reach_the_copies_and_the_log(self):
         try:
             self.type_paths()
-            self.type_list()
             self.set_options()
+            self.type_list()
             self.run_and_exit()
         except BaseException:
             self.keep_evidence()
@@ -84,6 +84,10 @@ class EndToEnd(unittest.TestCase):
         program.type(EDITOR, "replace, row 2", "de Vries")
         program.press("Tab")
         program.type(EDITOR, "by, row 2", "Person B")
+        program.press("Return")
+        program.type(EDITOR, "replace, row 3", "born: *;")
+        program.press("Tab")
+        program.type(EDITOR, "by, row 3", "born: [withheld];")
         program.click(EDITOR, "OK")
         program.wait_for_window(MAIN)
         program.wait_for("main window where the user had put it", lambda: program.window_place() == place)
@@ -98,6 +102,8 @@ class EndToEnd(unittest.TestCase):
         program.type(OPTIONS, "extension", "txt")
         program.press("ctrl+Return")
         program.wait_for("emptied entry field", lambda: program.find(OPTIONS, "extension").text == "")
+        program.click(OPTIONS, "wildcard in replacement list")
+        program.type(OPTIONS, "wildcard in replacement list", "*")
         program.click(OPTIONS, "logging")
         program.wait_for("mark in the logging box", lambda: program.find(OPTIONS, "logging").is_checked)
         program.click(OPTIONS, "Toepassen")
@@ -107,10 +113,10 @@ class EndToEnd(unittest.TestCase):
         program = self.program
         program.click(MAIN, "OK")
         settings = self.path("program/Init.dat")
-        lines = [self.path("source"), self.path("target"), "", "log=1", "sep=|", "jok=\0", "1.txt", ""]
+        lines = [self.path("source"), self.path("target"), "", "log=1", "sep=|", "jok=*", "1.txt", ""]
         wait_for("settings file", lambda: os.path.exists(settings))
         program.click(MAIN, "Go")
-        program.wait_for("result of the run", lambda: program.shown(MAIN, "Hits: 4\nDone !"))
+        program.wait_for("result of the run", lambda: program.shown(MAIN, "Hits: 5\nDone !"))
         self.assertEqual(self.read("program/Init.dat"), "\r\n".join(lines).encode())
         self.assertEqual(read_tree(self.path("target")), LETTERS_COPIED)
         self.assertEqual(read_tree(self.path("source")), LETTERS)

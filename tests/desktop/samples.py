@@ -2,16 +2,16 @@
 
 import re
 
-# Typed in by hand: a few files, with two rows.
+# Typed in by hand: a few files, with three rows, one of them with a wildcard.
 LETTERS = {
-    "letter.txt": b"Dear Mr Jansen,\r\nsigned: Piet\r\nde Vries. Jansen agrees.\r\n",
+    "letter.txt": b"Dear Mr Jansen,\r\nborn: 1 May;\r\nsigned: Piet\r\nde Vries. Jansen agrees.\r\n",
     "plain.bin": b"Jansen\0\xff",
     "sub": None,
     "sub/note.txt": b"Jan Jansen",
     "sub/empty": None,
 }
 LETTERS_COPIED = dict(LETTERS, **{
-    "letter.txt": b"Dear Mr Person A,\r\nsigned: Person B. Person A agrees.\r\n",
+    "letter.txt": b"Dear Mr Person A,\r\nborn: [withheld];\r\nsigned: Person B. Person A agrees.\r\n",
     "sub/note.txt": b"Jan Person A",
 })
 
@@ -45,14 +45,14 @@ def log_of_letters(source, settings, sign):
     """The lines that a run over LETTERS logs between its header and its time; `sign` parts folders."""
     size = sum(len(contents) for contents in LETTERS.values() if contents is not None)
     return [
-        sign.join([source, "letter.txt"]) + "  ----  Hits: 3",
+        sign.join([source, "letter.txt"]) + "  ----  Hits: 4",
         sign.join([source, "sub", "note.txt"]) + "  ----  Hits: 1",
         "  ",
         "Initialisatie-bestand: " + settings,
         "Substitutie-bestand: ",
         "gemorvexeerd: 2 bestanden",
         "Overgeslagen: 1 bestanden",
-        "Vervangingen: 4",
+        "Vervangingen: 5",
         f"Totaal: {size} bytes",
     ]
 

@@ -153,6 +153,23 @@ TEST_F(WindowsPaths, AProgramAtADrivesRootKeepsItsFilesBesideItself) {
   EXPECT_EQ(scene_.Read("out/a.txt"), "Piet");
 }
 
+TEST_F(WindowsPaths, AProgramInAFolderThatThePageCannotSpellKeepsItsFilesBesideItself) {
+  scene_.Write("src/a.txt", "Jan");
+  scene_.MakeFolder("out");
+  scene_.MakeFolder("\u0141ukasz");
+  const std::string folder = scene_.At("\u0141ukasz");
+  fs::copy(scene_.program_folder() + "/morvex-cli.exe", folder);
+  scene_.Write("job.dat",
+               UsualSettings(WindowsPath(scene_.At("src")), WindowsPath(scene_.At("out")),
+                             WindowsPath(scene_.At("list.txt"))));
+  const ProgramResult result = RunProgram(
+      folder + "/morvex-cli.exe", {"-if", WindowsPath(scene_.At("job.dat"))}, scene_.work(), 120);
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_TRUE(fs::exists(folder + "/Init.dat"));
+  EXPECT_TRUE(fs::exists(folder + "/Morvex.log"));
+  EXPECT_EQ(scene_.Read("out/a.txt"), "Piet");
+}
+
 TEST_F(WindowsPaths, SettingsInTheProgramsFolderAreFoundByTheirName) {
   scene_.Write("src/a.txt", "Jan");
   scene_.MakeFolder("out");

@@ -20,7 +20,7 @@ class FilterRow : public QStyledItemDelegate {
              const QModelIndex& index) const override {
     QStyleOptionViewItem row = option;
     const bool is_selected = option.state.testFlag(QStyle::State_Selected);
-    row.state &= ~(QStyle::State_HasFocus | QStyle::State_Selected);
+    row.state &= ~(QStyle::State_HasFocus | QStyle::State_Selected | QStyle::State_MouseOver);
     if (is_selected) {
       painter->fillRect(option.rect, option.palette.color(QPalette::Active, QPalette::Highlight));
       row.palette.setColor(QPalette::Text,

@@ -27,6 +27,13 @@ QString NearestFolder(QString folder) {
   return folder;
 }
 
+// By itself or by a folder above it.
+bool IsHidden(const QString& folder) {
+  QFileInfo at(folder);
+  while (!at.isHidden() && !at.isRoot() && at.path() != at.filePath()) at.setFile(at.path());
+  return at.isHidden() && !at.isRoot();
+}
+
 }  // namespace
 
 FolderTreeView::FolderTreeView(const CodePage& file_names, QWidget* parent)
@@ -56,7 +63,7 @@ void FolderTreeView::OpenAt(const std::string& path) {
     connect(model_, &QFileSystemModel::layoutChanged, this, settle, Qt::QueuedConnection);
   }
   QDir::Filters filter = QDir::AllDirs | QDir::Drives | QDir::NoDotAndDotDot;
-  if (opened_at_.contains("/.")) filter |= QDir::Hidden;
+  if (IsHidden(opened_at_)) filter |= QDir::Hidden;
   model_->setFilter(filter);
   GoTo(opened_at_);
 }

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QStyleOption>
+#include <QWidget>
 #include <array>
 
 #include "ui/qt/show_control.h"
@@ -18,6 +19,10 @@ constexpr int kRoomBesideText = 3;  // more than the base style leaves in a box
 constexpr int kLeastButton = 88;    // pixels wide
 
 constexpr qreal kCorner = 3;
+
+// Percent, as the toolkit counts how much darker a colour becomes.
+constexpr int kHotDarker = 110;
+constexpr int kDownDarker = 125;
 
 constexpr double kLeastPaleContrast = 3.5;  // of what is disabled
 
@@ -48,6 +53,24 @@ void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
   if (is_plain && element == PE_Frame) return DrawOutline(*option, *painter, 0);
   QProxyStyle::drawPrimitive(element, option, painter, widget);
   if (is_plain && element == PE_IndicatorCheckBox) DrawOutline(*option, *painter, kCorner);
+}
+
+void HouseStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                             const QWidget* widget) const {
+  const bool is_coloured = element == CE_PushButtonBevel && widget != nullptr &&
+                           widget->palette().isBrushSet(QPalette::Active, QPalette::Button);
+  if (!is_coloured || baseStyle()->name() == "fusion") {
+    return QProxyStyle::drawControl(element, option, painter, widget);
+  }
+  const bool is_down = option->state.testFlag(State_Sunken);
+  const bool is_hot = option->state.testFlag(State_MouseOver);
+  const QColor colour = option->palette.color(QPalette::Button);
+  painter->save();
+  painter->setRenderHint(QPainter::Antialiasing);
+  painter->setPen(Qt::NoPen);
+  painter->setBrush(is_down || is_hot ? colour.darker(is_down ? kDownDarker : kHotDarker) : colour);
+  painter->drawRoundedRect(QRectF(option->rect).adjusted(1, 1, -1, -1), kCorner, kCorner);
+  painter->restore();
 }
 
 void HouseStyle::DrawOutline(const QStyleOption& option, QPainter& painter, qreal corner) const {

@@ -20,6 +20,10 @@ class HouseStyle : public QProxyStyle {
   using QProxyStyle::polish;
   // Makes what is disabled pale but readable; some desktops leave it nearly as dark as its ground.
   void polish(QPalette& palette) override;
+  // A button with a colour of its own has it in every style; that of Windows would leave its ground
+  // light under a caption that is meant for a dark one.
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override;
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
   QRect subElementRect(SubElement element, const QStyleOption* option,

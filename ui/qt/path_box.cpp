@@ -48,7 +48,10 @@ void PathBox::changeEvent(QEvent* event) {
 }
 
 void PathBox::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Down && event->modifiers().testFlag(Qt::AltModifier)) {
+  // With the digits beside it Alt may write a character by its number, arrows or not.
+  const Qt::KeyboardModifiers modifiers = event->modifiers();
+  const bool is_digit = modifiers.testFlag(Qt::KeypadModifier);
+  if (event->key() == Qt::Key_Down && modifiers.testFlag(Qt::AltModifier) && !is_digit) {
     emit BrowseWanted();
     return;
   }

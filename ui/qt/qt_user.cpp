@@ -1,6 +1,7 @@
 #include "ui/qt/qt_user.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -105,7 +106,11 @@ FileChoice QtUser::Choose(QFileDialog& chooser, const FileDialog& dialog) {
   const QString folder = ToolkitPath(page_, dialog.initial_folder);
   if (QFileInfo(folder).isDir()) chooser.setDirectory(folder);
   if (!dialog.file_name.empty()) chooser.selectFile(ToolkitPath(page_, dialog.file_name));
+  const QString current = QDir::currentPath();
   while (chooser.exec() == QDialog::Accepted) {
+    // The dialog of Windows leaves the process in the folder that was chosen from, where paths that
+    // were typed without a root would lead elsewhere.
+    QDir::setCurrent(current);
     const QString chosen = chooser.selectedFiles().value(0);
     if (const std::optional<std::string> path = PathBytes(page_, chosen)) return {0, *path};
     QMessageBox box(QMessageBox::NoIcon, kTitle,

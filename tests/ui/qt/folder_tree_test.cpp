@@ -202,6 +202,13 @@ TEST_F(FolderTreeTest, WhileARunIsArmedADoubleClickShowsNoTree) {
   EXPECT_FALSE(tree().isVisible());
 }
 
+TEST_F(FolderTreeTest, AltAndADigitThatIsAlsoAnArrowDoesNotShowTheTree) {
+  StartWith("/s", "/t");
+  QTest::keyClick(&source(), Qt::Key_Down, Qt::AltModifier | Qt::KeypadModifier);
+  Settle();
+  EXPECT_FALSE(tree().isVisible());
+}
+
 TEST_F(FolderTreeTest, AltAndDownShowsTheTreeToo) {
   StartWith(Path("alpha"), "/t");
   QTest::keyClick(&source(), Qt::Key_Down, Qt::AltModifier);

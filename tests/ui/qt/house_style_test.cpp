@@ -5,17 +5,30 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QCommonStyle>
 #include <QImage>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPainter>
 #include <QPushButton>
 #include <QStyleFactory>
+#include <QStyleOption>
 #include <array>
 #include <memory>
 #include <utility>
 
 namespace morvex::test {
 namespace {
+
+// Draws buttons as a system's theme does: light, whatever the palette says.
+class LightButtons : public QCommonStyle {
+ public:
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override {
+    if (element == CE_PushButtonBevel) return painter->fillRect(option->rect, Qt::white);
+    QCommonStyle::drawControl(element, option, painter, widget);
+  }
+};
 
 class HouseStyleTest : public testing::Test {
  protected:
@@ -54,6 +67,27 @@ class HouseStyleTest : public testing::Test {
   HouseStyle style_{"fusion"};
   std::unique_ptr<QStyle> plain_{QStyleFactory::create("fusion")};
 };
+
+TEST_F(HouseStyleTest, AButtonWithAColourOfItsOwnHasItInStylesThatDrawOthersTheirWay) {
+  HouseStyle style;
+  style.setBaseStyle(new LightButtons);
+  QPushButton button;
+  button.resize(60, 28);
+  const auto middle = [&] {
+    button.setStyle(&style);
+    const QColor colour = button.grab().toImage().pixelColor(30, 14);
+    button.setStyle(nullptr);
+    return colour;
+  };
+  EXPECT_EQ(middle(), QColor(Qt::white));
+  QPalette own;
+  own.setColor(QPalette::Active, QPalette::Button, QColor(20, 40, 160));
+  own.setColor(QPalette::Inactive, QPalette::Button, QColor(20, 40, 160));
+  button.setPalette(own);
+  EXPECT_EQ(middle(), QColor(20, 40, 160));
+  button.setPalette(QPalette());
+  EXPECT_EQ(middle(), QColor(Qt::white));
+}
 
 TEST_F(HouseStyleTest, ButtonsAndBoxesHaveRoomForTheirTexts) {
   QPushButton button("OK");

@@ -274,6 +274,17 @@ TEST_F(FileDialogTest, SavingOverAFileIsNotAskedAboutHere) {
   EXPECT_EQ(user_.ChooseFileToSave(ListDialog()).path, path);
 }
 
+TEST_F(FileDialogTest, ADialogDoesNotMoveTheCurrentFolder) {
+  MakeFile("list.txt");
+  const QString before = QDir::currentPath();
+  OnDialog([&](QFileDialog& dialog) {
+    QDir::setCurrent(folder_.path());  // as the dialogs of some systems do
+    Enter(dialog, "list.txt");
+  });
+  EXPECT_EQ(user_.ChooseFileToOpen(ListDialog()).error, 0);
+  EXPECT_EQ(QDir::currentPath(), before);
+}
+
 TEST_F(FileDialogTest, SaveCancelledTellsSo) {
   OnDialog([](QFileDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
   EXPECT_EQ(user_.ChooseFileToSave(ListDialog("names.txt")).error, kDialogCancelled);
