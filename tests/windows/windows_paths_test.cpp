@@ -159,6 +159,7 @@ TEST_F(WindowsPaths, AProgramInAFolderThatThePageCannotSpellKeepsItsFilesBesideI
   scene_.MakeFolder("\u0141ukasz");
   const std::string folder = scene_.At("\u0141ukasz");
   fs::copy(scene_.program_folder() + "/morvex-cli.exe", folder);
+  const Utf8Names names;
   scene_.Write("job.dat",
                UsualSettings(WindowsPath(scene_.At("src")), WindowsPath(scene_.At("out")),
                              WindowsPath(scene_.At("list.txt"))));

@@ -311,8 +311,9 @@ TEST_F(EditorCommands, AfterALongImportTheEndIsInViewAndACellOfItHasTheFocus) {
 TEST_F(EditorCommands, MovingTheScrollBarWhileAListIsReadDoesNotDisplaceItsRows) {
   Open();
   system_.step = std::chrono::milliseconds(15);
+  // So many that the bar is shown long before the last one is read.
   std::string list;
-  for (int i = 0; i < 5000; ++i) list += "left|right\r\n";
+  for (int i = 0; i < 30'000; ++i) list += "left|right\r\n";
   int moves = 0;
   QTimer user;
   QObject::connect(&user, &QTimer::timeout, [&] {
@@ -327,7 +328,7 @@ TEST_F(EditorCommands, MovingTheScrollBarWhileAListIsReadDoesNotDisplaceItsRows)
   user.stop();
   Activate();
   EXPECT_GT(moves, 0);
-  EXPECT_EQ(RowsInView(), "4994 4995 4996 4997 4998 4999");
+  EXPECT_EQ(RowsInView(), "29994 29995 29996 29997 29998 29999");
   EXPECT_EQ(grid_.ScrollHasFocus, Focus() == "VScroll1");
 }
 
