@@ -2,10 +2,10 @@
 // parts of one.
 //
 // "/" parts names as "\" does. Behind "\\?\" a path begins with a drive's root or with "UNC\", and
-// is refused (52) otherwise. Names are refused (52) that the
-// code page has no characters for, that the system would take for other ones (it drops dots and
-// blanks at a name's end), that are devices in every folder (CON, NUL.txt, COM1 ...), or that hold
-// a character which no name has, a stream's ":" too.
+// is refused (52) otherwise. Names are refused (52) that the code page has no characters for, that
+// the system would take for other ones (it drops dots and blanks at a name's end), that are devices
+// in every folder (CON, NUL.txt, COM1 ...), or that hold a character which no name has, a stream's
+// ":" too.
 #pragma once
 
 #include <string>

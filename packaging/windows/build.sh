@@ -9,8 +9,10 @@ files=$root/packaging/windows
 build=$root/build/windows-package
 triple=x86_64-w64-mingw32
 
-# Every Windows 10 brings these, the names that stand for sets of calls (api-ms-win-core) among them.
-system_libraries='advapi32|api-ms-win-core-[a-z0-9-]+|authz|comctl32|comdlg32|d2d1|d3d11|d3d9|dwmapi|dwrite|dxgi|gdi32|imm32|
+# Every Windows 10 brings these, the names that stand for sets of calls (api-ms-win-core) among
+# them.
+system_libraries='advapi32|api-ms-win-core-[a-z0-9-]+|authz|comctl32|comdlg32|d2d1|d3d11|d3d9|
+dwmapi|dwrite|dxgi|gdi32|imm32|
 kernel32|mpr|msvcrt|netapi32|ntdll|ole32|oleaut32|rpcrt4|secur32|setupapi|shcore|shell32|shlwapi|
 user32|userenv|uxtheme|version|winmm|winspool\.drv|wtsapi32|ws2_32'
 
@@ -28,7 +30,10 @@ build_programs() {
 show_libraries() {
   local program=$1 names foreign
   names=$(LC_ALL=C "$triple-objdump" -p "$program" | sed -n 's/^\s*DLL Name: //p')
-  [[ -n $names ]]
+  if [[ -z $names ]]; then
+    echo "$program: what it calls cannot be read" >&2
+    return 1
+  fi
   echo "$(basename "$program"): $(stat --format=%s "$program") bytes, calls" "${names//$'\n'/ }"
   foreign=$(grep --ignore-case --invert-match --line-regexp --extended-regexp \
     "(${system_libraries//$'\n'/})(\.dll)?" <<<"$names" || true)

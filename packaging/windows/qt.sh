@@ -3,8 +3,8 @@
 # machine (its tools run here during the build, so the versions are the same). The last line on
 # standard output is the folder of the built Qt; everything else goes to standard error.
 #
-# It takes about a quarter of an hour on two cores, so the result is kept outside the repository: one
-# folder per version, recipe and compiler. A folder without the file `complete` is begun anew.
+# It takes about a quarter of an hour on two cores, so the result is kept outside the repository:
+# one folder per version, recipe and compiler. A folder without the file `complete` is begun anew.
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)

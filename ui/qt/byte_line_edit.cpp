@@ -67,6 +67,11 @@ void ByteLineEdit::MoveCaretTo(std::size_t bytes) {
   setCursorPosition(static_cast<int>(page_.CharactersInFront(text(), bytes)));
 }
 
+bool ByteLineEdit::IsDigitWithAlt(const QKeyEvent& event) {
+  const bool is_enter = event.key() == Qt::Key_Enter;
+  return !is_enter && event.modifiers().testFlags(Qt::AltModifier | Qt::KeypadModifier);
+}
+
 bool ByteLineEdit::event(QEvent* event) {
   const bool handled = QLineEdit::event(event);
   InsertWithoutBreaks();

@@ -30,6 +30,10 @@ class ByteLineEdit : public QLineEdit {
   std::size_t SelectionEnd() const;
   void MoveCaretTo(std::size_t bytes);
 
+  // Whether the key is Alt with a digit beside the others, which writes a character by its number
+  // on Windows. Without NumLock it comes as an arrow or the like, and is no command all the same.
+  static bool IsDigitWithAlt(const QKeyEvent& event);
+
  signals:
   // The user changed the text.
   void BytesEdited(const std::string& bytes);

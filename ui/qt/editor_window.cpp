@@ -27,8 +27,9 @@ int ToInt(std::int64_t value) {
 }
 
 // The key as the grid's handler takes it; 0 for those that it has no use for.
-int GridKey(int key) {
-  switch (key) {
+int GridKey(const QKeyEvent& event) {
+  if (ByteLineEdit::IsDigitWithAlt(event)) return 0;
+  switch (event.key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
       return kKeyEnter;
@@ -148,7 +149,7 @@ bool EditorWindowWidget::eventFilter(QObject* watched, QEvent* event) {
       TellFocus();
       break;
     case QEvent::KeyPress:
-      if (const int key = GridKey(static_cast<QKeyEvent*>(event)->key()); cell && key != 0) {
+      if (const int key = GridKey(*static_cast<QKeyEvent*>(event)); cell && key != 0) {
         Report([&] { Cell_KeyDown(program_, *cell, key); });
         return true;
       }

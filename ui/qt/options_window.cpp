@@ -31,6 +31,7 @@ constexpr int kEntryField = 20;  // characters
 
 // As in core/windows/keys.h; 0 for keys that no handler knows.
 int KeyCode(const QKeyEvent& event) {
+  if (ByteLineEdit::IsDigitWithAlt(event)) return 0;
   switch (event.key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:

@@ -48,10 +48,8 @@ void PathBox::changeEvent(QEvent* event) {
 }
 
 void PathBox::keyPressEvent(QKeyEvent* event) {
-  // With the digits beside it Alt may write a character by its number, arrows or not.
-  const Qt::KeyboardModifiers modifiers = event->modifiers();
-  const bool is_digit = modifiers.testFlag(Qt::KeypadModifier);
-  if (event->key() == Qt::Key_Down && modifiers.testFlag(Qt::AltModifier) && !is_digit) {
+  const bool has_alt = event->modifiers().testFlag(Qt::AltModifier);
+  if (event->key() == Qt::Key_Down && has_alt && !IsDigitWithAlt(*event)) {
     emit BrowseWanted();
     return;
   }

@@ -106,11 +106,15 @@ FileChoice QtUser::Choose(QFileDialog& chooser, const FileDialog& dialog) {
   const QString folder = ToolkitPath(page_, dialog.initial_folder);
   if (QFileInfo(folder).isDir()) chooser.setDirectory(folder);
   if (!dialog.file_name.empty()) chooser.selectFile(ToolkitPath(page_, dialog.file_name));
+  // The dialog of Windows leaves the process in the folder that was chosen from, where paths that
+  // were typed without a root would lead elsewhere.
   const QString current = QDir::currentPath();
-  while (chooser.exec() == QDialog::Accepted) {
-    // The dialog of Windows leaves the process in the folder that was chosen from, where paths that
-    // were typed without a root would lead elsewhere.
+  const auto is_accepted = [&] {
+    const bool accepted = chooser.exec() == QDialog::Accepted;
     QDir::setCurrent(current);
+    return accepted;
+  };
+  while (is_accepted()) {
     const QString chosen = chooser.selectedFiles().value(0);
     if (const std::optional<std::string> path = PathBytes(page_, chosen)) return {0, *path};
     QMessageBox box(QMessageBox::NoIcon, kTitle,

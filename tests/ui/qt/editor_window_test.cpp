@@ -107,6 +107,16 @@ TEST_F(EditorWindow, CellsStandWhereTheirTwipsSay) {
   EXPECT_EQ(Editor().height(), Px(grid_.height));
 }
 
+TEST_F(EditorWindow, DigitsWithAltStayInTheCellThoughTheyComeAsArrows) {
+  Open();
+  MakeRows(2);
+  Click(Left(0));
+  QTest::keyClick(&Left(0), Qt::Key_Down, Qt::AltModifier | Qt::KeypadModifier);
+  EXPECT_TRUE(Left(0).hasFocus());
+  QTest::keyClick(&Left(0), Qt::Key_Down);
+  EXPECT_TRUE(Left(1).hasFocus());
+}
+
 TEST_F(EditorWindow, FiveEntersGiveSixRowsEachMakingTheWindowARowTaller) {
   Open();
   const int lowest_top = Command("cmdOK").y();

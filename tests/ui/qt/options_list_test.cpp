@@ -1,5 +1,7 @@
 // The extension filter in the options window: its list, its entry field, their keys.
 #include <QScrollBar>
+#include <QStyleFactory>
+#include <memory>
 
 #include "tests/ui/qt/options_test.h"
 
@@ -162,6 +164,33 @@ TEST_F(OptionsListTest, AltAndDownShowsAndHidesIt) {
   EXPECT_FALSE(list().isVisible());
   Key(entry(), Qt::Key_Down);
   EXPECT_FALSE(list().isVisible());
+}
+
+TEST_F(OptionsListTest, DigitsWithAltDoNotShowItThoughTheyComeAsArrows) {
+  Open(Numbered(4));
+  Key(entry(), Qt::Key_Down, Qt::AltModifier | Qt::KeypadModifier);
+  EXPECT_FALSE(list().isVisible());
+}
+
+TEST_F(OptionsListTest, ASelectedRowStandsOutWithoutTheFocusInStylesThatWouldPaleIt) {
+  Open({{".a", true}, {".b", false}});
+  OpenList();
+  QPalette pale;
+  pale.setColor(QPalette::Active, QPalette::Highlight, Qt::blue);
+  pale.setColor(QPalette::Inactive, QPalette::Highlight, QColor(240, 240, 240));
+  const std::unique_ptr<QStyle> style(QStyleFactory::create("windows"));
+  list().setStyle(style.get());
+  list().setPalette(pale);
+  list().setCurrentRow(1, QItemSelectionModel::NoUpdate);
+  entry().setFocus();
+  Settle();
+  const auto ground = [&](int row) {
+    const QRect place = list().visualItemRect(list().item(row));
+    return list().viewport()->grab().toImage().pixelColor(place.right() - 5, place.center().y());
+  };
+  EXPECT_EQ(ground(0), QColor(Qt::blue));
+  EXPECT_NE(ground(1), QColor(Qt::blue));
+  list().setStyle(nullptr);
 }
 
 TEST_F(OptionsListTest, EscapeHidesTheListFirstAndThenTheWindow) {

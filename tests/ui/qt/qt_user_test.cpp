@@ -283,6 +283,12 @@ TEST_F(FileDialogTest, ADialogDoesNotMoveTheCurrentFolder) {
   });
   EXPECT_EQ(user_.ChooseFileToOpen(ListDialog()).error, 0);
   EXPECT_EQ(QDir::currentPath(), before);
+  OnDialog([&](QFileDialog& dialog) {
+    QDir::setCurrent(folder_.path());
+    dialog.reject();
+  });
+  EXPECT_EQ(user_.ChooseFileToOpen(ListDialog()).error, kDialogCancelled);
+  EXPECT_EQ(QDir::currentPath(), before);
 }
 
 TEST_F(FileDialogTest, SaveCancelledTellsSo) {
