@@ -74,8 +74,8 @@ Result<std::uint64_t> FolderSize(Program& program, TreeRules& rules, const Folde
       const Result<FileInfo> file = files.LookUpFile(path);
       if (!file && file.error != ErrorNumber::kFileNotFound) return file.error;
       size += file.value.size;
-      continue;
     }
+    if (entry->kind != EntryKind::kFolder) continue;
     const Result<FolderInfo> below = files.LookUpFolder(path);
     if (!below) return below.error;
     const Result<PassedOver> why = rules.WhyNotEntered(below.value);
