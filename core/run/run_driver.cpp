@@ -43,6 +43,18 @@ void ResetCounters(RunState& run) {
   run.RunStarted = true;
 }
 
+// What an earlier run left in the labels would pass for this one's. Before the first run they hold
+// what start-up says.
+void ClearResult(Program& program) {
+  MainWindow& window = program.frmMorvex;
+  if (program.run.end == RunEnd::kNone) return;
+  for (Label* label :
+       {&window.lblFiles, &window.lblTotalFiles, &window.lblTijd, &window.lblPercentage}) {
+    label->caption = "";
+  }
+  window.ProgressBar1.SetValue(0);
+}
+
 void LogHeader(Program& program) {
   const std::string dashes(25, '-');
   gLog(program, dashes + program.host.system.ShortDate() + dashes);
@@ -70,6 +82,7 @@ void RefuseSource(Program& program, const std::string& source) {
   window.Text1(kSourceBox).colour = Colour::kRed;
   ShowText(program, source + "\r\nSource folder doesn't exist.");
   window.cmdGo.caption = kGoIdle;
+  window.cmdGo.enabled = false;
   window.cmdAnonymize.enabled = true;
   window.focus = &window.Text1(kSourceBox);
   window.mouse_pointer = MousePointer::kDefault;
@@ -116,6 +129,7 @@ RunEnd RunFolder(Program& program, const std::string& source, const std::string&
   program.run.FilesDone = 0;
   const int start = SecondsOfDay(system.LocalTimeOfDay());
   program.frmMorvex.cmdGo.enabled = false;
+  program.frmMorvex.ProgressBar1.visible = true;
   ErrorNumber error = FolderPrepass(program, source, target);
   if (program.Beeindigd) {
     // The temporary file stays the engine's business: no path can be made any more.
@@ -145,6 +159,7 @@ void BackToIdle(Program& program) {
 }
 
 RunEnd RunSingleFile(Program& program, const std::string& source, const std::string& target) {
+  program.frmMorvex.ProgressBar1.visible = true;
   const CopyResult copy = SingleFileRun(program, source, target);
   program.frmMorvex.mouse_pointer = MousePointer::kDefault;
   if (program.Beeindigd) return RunEnd::kStopped;
@@ -153,6 +168,7 @@ RunEnd RunSingleFile(Program& program, const std::string& source, const std::str
 
 RunEnd Go(Program& program) {
   MainWindow& window = program.frmMorvex;
+  ClearResult(program);
   window.Text1(kSourceBox).colour = Colour::kBlack;
   ResetCounters(program.run);
   window.mouse_pointer = MousePointer::kHourglass;
@@ -172,12 +188,16 @@ RunEnd Go(Program& program) {
       return RunEnd::kCouldNotRun;
     case TargetCheck::kCannotCreate:
       BackToIdle(program);
+      window.focus = &window.Text1(kTargetBox);
       return RunEnd::kCouldNotRun;
     case TargetCheck::kReady:
       break;
   }
   const RunEnd end = RunFolder(program, source, target);
-  if (end != RunEnd::kStopped) BackToIdle(program);
+  if (end != RunEnd::kStopped) {
+    BackToIdle(program);
+    window.focus = &window.cmdAnonymize;
+  }
   return end;
 }
 
@@ -210,7 +230,6 @@ void cmdGo_Click(Program& program) {
   program.frmOpties.visible = false;
   program.frmMorvex.visible = program.frmMorvex.loaded.get();
   program.run.working = true;
-  program.frmMorvex.ProgressBar1.visible = true;
   program.run.end = Go(program);
   program.frmMorvex.ProgressBar1.visible = false;
   program.run.working = false;
