@@ -96,7 +96,8 @@ TEST_F(Permissions, ASourceFolderThatTakesNoTemporaryFileFailsItsFilesAndChanges
   ExpectNothingWrong(source_);
   ExpectMissing("a.txt");
   EXPECT_EQ(Target().size(), 3u);
-  ExpectTold(result, "src/tijdel.enc: Error 70: Permission denied");
+  ExpectTold(result,
+             "src/a.txt: Error 70: Permission denied: the source folder must be writable: ");
 }
 
 TEST_F(Permissions, ATargetThatMayNotBeWrittenTakesNothing) {

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -110,6 +111,18 @@ void SystemTest::Put(const Files& files) const {
 Files SystemTest::Target() const { return FilesBelow(scene_.At("out")); }
 
 Files SystemTest::Source() const { return FilesBelow(scene_.At("src")); }
+
+std::string WithoutRemarks(const std::string& errors) {
+  std::istringstream lines(errors);
+  std::string others;
+  for (std::string line; std::getline(lines, line);) {
+    const bool is_remark =
+        line.ends_with("not copied: the temporary file of an earlier run, by its name.") ||
+        line.starts_with("The target held files before, ");
+    if (!is_remark) others += line + "\n";
+  }
+  return others;
+}
 
 std::string Replaced(const std::string& text, const std::string& right) {
   std::string replaced;

@@ -58,6 +58,10 @@ class SystemTest : public ::testing::Test {
   Scene scene_;
 };
 
+// What a run says, without what a run that did all there is to do may say too: that it met the
+// temporary file of an earlier run, and that the target held files before.
+std::string WithoutRemarks(const std::string& errors);
+
 // The text with every "ab" replaced.
 std::string Replaced(const std::string& text, const std::string& right);
 

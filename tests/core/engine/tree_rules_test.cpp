@@ -88,20 +88,6 @@ TEST_F(TreeRulesTest, LinksLeadIntoOneFolderABoundedNumberOfTimes) {
   EXPECT_EQ(rules.WhyNotEntered(plain).value, PassedOver::kNo);
 }
 
-TEST_F(TreeRulesTest, FoldersThatAllLinkToEachOtherEndAndAreTold) {
-  constexpr int kFolders = 7;
-  for (int i = 0; i < kFolders; ++i) {
-    for (int j = 0; j < kFolders; ++j) {
-      const std::string to = "/s/" + std::to_string(j);
-      if (i != j) test_.files.AddLink("/s/" + std::to_string(i) + "/" + std::to_string(j), to);
-    }
-  }
-  test_.RunPasses();
-  EXPECT_LE(test_.files.Below("/t").size(), 2U * kFolders * TreeRules::kMostVisitsByLinks);
-  EXPECT_GT(program_.run.left_out_by_reason[PassedOver::kLinkedTooOften], 0);
-  EXPECT_TRUE(program_.run.LacksCopies());
-}
-
 TEST_F(TreeRulesTest, ALinkToAFileIsReadAsThatFile) {
   test_.files.AddFile("/elsewhere.dat", "a");
   test_.files.AddLink("/s/a.txt", "/elsewhere.dat");

@@ -87,7 +87,9 @@ TEST_F(PosixFilesTest, ASocketIsNoFile) {
   EXPECT_EQ(files_.LookUpFile(path).error, ErrorNumber::kFileNotFound);
   EXPECT_EQ(files_.OpenForReading(path).error, ErrorNumber::kFileNotFound);
   EXPECT_EQ(files_.AppendToFile(path, "x"), ErrorNumber::kPathFileAccess);
-  EXPECT_TRUE(files_.ListFolder(folder_.Path()).value.empty());
+  const std::vector<FolderEntry> listed = files_.ListFolder(folder_.Path()).value;
+  ASSERT_EQ(listed.size(), 1U);
+  EXPECT_EQ(listed[0].kind, EntryKind::kSpecial);
   close(socket_number);
 }
 
