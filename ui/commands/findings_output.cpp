@@ -97,7 +97,8 @@ class Lines : public FindingsOutput {
   void Line(const CheckedEntry& entry, const Finding& finding) {
     const Leftover& leftover = finding.leftover;
     const std::string line = std::to_string(leftover.line);
-    const std::string place = ShownPath(entry.path) + (finding.in_name ? ": name" : ":" + line);
+    const std::string place =
+        ShownPath(entry.path) + (finding.within == Within::kName ? ": name" : ":" + line);
     const Surroundings around = SurroundingsOf(finding);
     const std::string& left = subject_.tables.LeftTexts[static_cast<std::size_t>(leftover.row)];
     std::string row =
@@ -124,6 +125,7 @@ class JsonDocument : public FindingsOutput {
     head["tree"] = ShownPath(subject.tree);
     head["list"] = ShownPath(subject.list);
     head["list_encoding"] = NameOf(subject.list_encoding);
+    head["all_rows"] = subject.all_rows;
     std::string text = head.dump(2);
     text.resize(text.size() - 2);  // the closing brace and the line break in front of it
     output_ << text << ",\n  \"findings\": [";
@@ -140,14 +142,18 @@ class JsonDocument : public FindingsOutput {
   }
 
   void End(const CheckTotals& totals) override {
-    const Json count = {{"files", totals.files},
-                        {"folders", totals.folders},
+    const Json count = {{"files", totals.files.all},
+                        {"folders", totals.folders.all},
+                        {"names", totals.names.all},
                         {"bytes", totals.bytes},
                         {"findings", totals.findings},
-                        {"with_findings", totals.with_findings},
+                        {"files_with_findings", totals.files.with_findings},
+                        {"folders_with_findings", totals.folders.with_findings},
+                        {"names_with_findings", totals.names.with_findings},
                         {"unreadable", totals.unreadable}};
     output_ << (any_ ? "\n  ],\n" : "],\n") << "  \"not_listed\": " << not_kept_.dump()
-            << ",\n  \"unreadable\": " << unreadable_.dump() << ",\n  \"totals\": " << count.dump()
+            << ",\n  \"unreadable\": " << unreadable_.dump()
+            << ",\n  \"interrupted\": " << Json(totals.interrupted).dump() << ",\n  \"totals\": " << count.dump()
             << "\n}\n"
             << std::flush;
   }
@@ -158,7 +164,7 @@ class JsonDocument : public FindingsOutput {
     const Surroundings around = SurroundingsOf(finding);
     Json object;
     object["path"] = ShownPath(entry.path);
-    object["where"] = finding.in_name ? "name" : "contents";
+    object["where"] = finding.within == Within::kName ? "name" : "contents";
     object["byte"] = leftover.offset;
     object["line"] = leftover.line;
     object["size"] = leftover.size;
