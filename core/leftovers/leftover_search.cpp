@@ -216,8 +216,8 @@ bool LeftoverSearch::IsDone(std::size_t at, const SoughtPart& part) const {
   return part.number == 0 ? base_ + at < progress.not_before : !progress.touched;
 }
 
-// Between two NULs UTF-16 reads in both byte orders, a byte apart. Where all parts of what stands at
-// an odd offset do so, the one at an even offset counts.
+// Between two NULs UTF-16 reads in both byte orders, a byte apart. Where all parts of what stands
+// at an odd offset do so, the one at an even offset counts.
 bool LeftoverSearch::StandsInOtherOrder(std::size_t at, const SoughtPart& part) const {
   if (part.other_order == SoughtPart::kNone || (base_ + at) % 2 == 0) return false;
   const SoughtPart& other = sought_.parts()[static_cast<std::size_t>(part.other_order)];
@@ -231,7 +231,10 @@ void LeftoverSearch::PartAt(std::size_t at, const SoughtPart& part, const Standi
   const std::uint64_t place = base_ + at;
   const std::string_view bytes = BytesFrom(at).substr(0, standing.size);
   Occurrence here{
-      place, place + standing.size, 0, standing.as_written,
+      place,
+      place + standing.size,
+      0,
+      standing.as_written,
       std::all_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) == 0; }),
       StandsInOtherOrder(at, part)};
   if (part.number == 0) {

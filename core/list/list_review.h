@@ -15,18 +15,18 @@ namespace morvex {
 inline constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 enum class ListProblem {
-  kByteOrderMark,  // begins the line, and so is part of the left text
-  kNoSeparator,    // the line is no row
-  kRowsLost,       // the line stands behind the final row
-  kEmptyLeft,      // the row is never tried
-  kDuplicate,      // the left text of an earlier row: this one never wins
-  kForestalled,    // the left text begins with that of an earlier row: this one never wins
-  kShort,          // one or two characters, which will be found everywhere
-  kOpenWildcard,   // the wildcard ends the left text, so nothing ends what it takes
-  kStrayWildcard,  // the right text has a wildcard and the left text has none
-  kNul,            // the left text holds a NUL, which ends every attempt: this row never wins
-  kUtf16,          // the file is UTF-16: nothing of it can be used
-  kBehindEnd,      // the line stands behind the line that ends the list
+  kByteOrderMark,     // begins the line, and so is part of the left text
+  kNoSeparator,       // the line is no row
+  kRowsLost,          // the line stands behind the final row
+  kEmptyLeft,         // the row is never tried
+  kDuplicate,         // the left text of an earlier row: this one never wins
+  kForestalled,       // the left text begins with that of an earlier row: this one never wins
+  kShort,             // one or two characters, which will be found everywhere
+  kOpenWildcard,      // the wildcard ends the left text, so nothing ends what it takes
+  kStrayWildcard,     // the right text has a wildcard and the left text has none
+  kNul,               // the left text holds a NUL, which ends every attempt: this row never wins
+  kUtf16,             // the file is UTF-16: nothing of it can be used
+  kBehindEnd,         // the line stands behind the line that ends the list
   kCarriageReturn,    // inside the row, as in a file whose lines end in CR alone
   kBlanks,            // beside the separator, on either side: they are part of the texts
   kFurtherSeparator,  // in the right text

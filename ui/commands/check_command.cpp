@@ -41,16 +41,15 @@ std::string TotalsText(const CheckTotals& totals) {
   const std::string files = CountText(totals, totals.files, "file", "files");
   const std::string folders = CountText(totals, totals.folders, "folder", "folders");
   const std::string names =
-      totals.names.all == 0
-          ? files + " and " + folders
-          : files + ", " + folders + " and " +
-                CountText(totals, totals.names, "further name", "further names");
+      totals.names.all == 0 ? files + " and " + folders
+                            : files + ", " + folders + " and " +
+                                  CountText(totals, totals.names, "further name", "further names");
   return (totals.findings == 0 ? "Nothing found"
                                : Counted(totals.findings, "finding", "findings")) +
          " in " + names + ", " + ReadableBytes(static_cast<std::int64_t>(totals.bytes)) +
-         (totals.unreadable == 0 ? ""
-                                 : "; " + std::to_string(totals.unreadable) +
-                                       " could not be read") +
+         (totals.unreadable == 0
+              ? ""
+              : "; " + std::to_string(totals.unreadable) + " could not be read") +
          ".\n";
 }
 
@@ -79,8 +78,9 @@ class RowWarnings {
   void WarnOfThoseNotJudged(const Sought& sought) {
     for (const std::int64_t row : sought.rows_not_judged()) {
       Warn(static_cast<std::size_t>(row),
-           "cannot be judged: nobody can tell what a run leaves behind its right text, so it is "
-           "sought as it stands alone.");
+           "cannot be judged, for what a run leaves of it cannot be told from other text: it is "
+           "sought "
+           "as a row whose run takes in everything.");
     }
   }
 
@@ -122,8 +122,7 @@ class RowWarnings {
 // Adds up what was gone through on its way to the output.
 class Tally {
  public:
-  Tally(FindingsOutput& output, CommandMessages& messages)
-      : output_(output), messages_(messages) {}
+  Tally(FindingsOutput& output, CommandMessages& messages) : output_(output), messages_(messages) {}
 
   void Take(const CheckedEntry& entry) {
     const std::uint64_t findings = entry.findings.size() + entry.not_kept;
@@ -167,8 +166,7 @@ int RunCheck(const CheckOptions& options, const CommandConsole& console) {
   if (!TakeListOptions(program, options, messages)) return kExitUsage;
   if (console.note_stop_requests) console.note_stop_requests();
   const std::optional<ListReview> review = ReviewList(program, messages);
-  if (!review || messages.any_error() ||
-      !LoadList(program, messages, ByteOrderMarks::kDropped)) {
+  if (!review || messages.any_error() || !LoadList(program, messages, ByteOrderMarks::kDropped)) {
     return kExitFailed;
   }
 
@@ -193,9 +191,8 @@ int RunCheck(const CheckOptions& options, const CommandConsole& console) {
                                      ColoursFor(console.system, console.output_is_terminal));
   Tally tally(*output, messages);
   const auto keep_going = [&] { return !console.stop_requested || !console.stop_requested(); };
-  tally.totals.interrupted =
-      !CheckTree(console.files, options.tree, sought, keep_going,
-                 [&tally](const CheckedEntry& entry) { tally.Take(entry); });
+  tally.totals.interrupted = !CheckTree(console.files, options.tree, sought, keep_going,
+                                        [&tally](const CheckedEntry& entry) { tally.Take(entry); });
   output->End(tally.totals);
   if (!options.quiet) console.error << TotalsText(tally.totals);
   if (!all_rows) {

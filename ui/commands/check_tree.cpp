@@ -231,8 +231,8 @@ class Walk {
 
   FileService& files_;
   EntryQueue& queue_;
-  const std::string root_;         // with a separator at its end
-  std::vector<Level> levels_;      // the folders that lead to the present one
+  const std::string root_;     // with a separator at its end
+  std::vector<Level> levels_;  // the folders that lead to the present one
   std::set<FileIdentity> entered_;
 };
 

@@ -142,19 +142,22 @@ class JsonDocument : public FindingsOutput {
   }
 
   void End(const CheckTotals& totals) override {
-    const Json count = {{"files", totals.files.all},
-                        {"folders", totals.folders.all},
-                        {"names", totals.names.all},
-                        {"bytes", totals.bytes},
-                        {"findings", totals.findings},
-                        {"files_with_findings", totals.files.with_findings},
-                        {"folders_with_findings", totals.folders.with_findings},
-                        {"names_with_findings", totals.names.with_findings},
-                        {"unreadable", totals.unreadable}};
+    const Json count = {
+        {"files", totals.files.all},
+        {"folders", totals.folders.all},
+        {"names", totals.names.all},
+        {"bytes", totals.bytes},
+        {"findings", totals.findings},
+        {"with_findings",
+         totals.files.with_findings + totals.folders.with_findings + totals.names.with_findings},
+        {"files_with_findings", totals.files.with_findings},
+        {"folders_with_findings", totals.folders.with_findings},
+        {"names_with_findings", totals.names.with_findings},
+        {"unreadable", totals.unreadable}};
     output_ << (any_ ? "\n  ],\n" : "],\n") << "  \"not_listed\": " << not_kept_.dump()
             << ",\n  \"unreadable\": " << unreadable_.dump()
-            << ",\n  \"interrupted\": " << Json(totals.interrupted).dump() << ",\n  \"totals\": " << count.dump()
-            << "\n}\n"
+            << ",\n  \"interrupted\": " << Json(totals.interrupted).dump()
+            << ",\n  \"totals\": " << count.dump() << "\n}\n"
             << std::flush;
   }
 

@@ -56,7 +56,8 @@ std::string Advice(const ListRemark& remark, const std::string& separator) {
       return "lost, with all that follows, for " + earlier +
              ", three separators, ends the list: move that line behind the last row.";
     case ListProblem::kCarriageReturn:
-      return "a carriage return stands inside this row, so that what follows it belongs to the row, "
+      return "a carriage return stands inside this row, so that what follows it belongs to the "
+             "row, "
              "other rows too: end every line in CR LF or LF, and write [CRLF] for a line break.";
     case ListProblem::kBlanks:
       return "blanks stand beside the separator and are part of the texts: take them out, unless " +
@@ -74,7 +75,8 @@ std::string Advice(const ListRemark& remark, const std::string& separator) {
     case ListProblem::kUnusedWildcard:
       return "no left text holds the wildcard that is set: set the one that the list has, or none.";
     case ListProblem::kOwnEnding:
-      return text + " ends at once, for what stands behind its wildcard also stands in front of it: " +
+      return text +
+             " ends at once, for what stands behind its wildcard also stands in front of it: " +
              "of " + Quoted(remark.example) + " a run makes " + Quoted(remark.outcome) +
              "; choose an ending that the beginning does not hold.";
   }
@@ -125,8 +127,7 @@ std::optional<ListReview> ReviewList(Program& program, CommandMessages& messages
     return std::nullopt;
   }
   for (const ListRemark& remark : review.value.remarks) {
-    const std::string place =
-        remark.line == 0 ? path : path + ":" + std::to_string(remark.line);
+    const std::string place = remark.line == 0 ? path : path + ":" + std::to_string(remark.line);
     const std::string advice = Advice(remark, settings.gSeparator);
     if (remark.problem == ListProblem::kUtf16) {
       messages.Error(place, advice);
