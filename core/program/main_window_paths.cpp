@@ -4,8 +4,12 @@ namespace morvex {
 
 void Text1_Change(Program& program, int index, const std::string& text) {
   MainWindow& window = program.frmMorvex;
-  if (window.Text1(index).text.get() == text) return;
-  window.Text1(index).text = text;
+  TextBox& box = window.Text1(index);
+  if (box.text.get() == text) return;
+  box.text = text;
+  box.colour = Colour::kBlack;
+  // Whatever a run was refused for, it can be armed anew.
+  if (!program.run.working) window.cmdAnonymize.enabled = true;
   window.cmdGo.enabled = false;
   window.cmdGo.caption = kGoPathsChanged;
 }

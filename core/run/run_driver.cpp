@@ -6,6 +6,7 @@
 #include "core/engine/outcomes.h"
 #include "core/engine/progress.h"
 #include "core/engine/single_file_run.h"
+#include "core/engine/target_files.h"
 #include "core/program/elapsed_time.h"
 #include "core/program/paths.h"
 #include "core/program/run_log.h"
@@ -37,10 +38,27 @@ void ResetCounters(RunState& run) {
   run.left_out_folders = 0;
   run.failed_files = 0;
   run.passed_over_by_reason.clear();
+  run.left_out_by_reason.clear();
   run.failed_by_error.clear();
   run.first_failure = {};
+  run.copies = 0;
+  run.target_was_empty = false;
+  run.other_files = 0;
+  run.other_files_error = ErrorNumber::kNone;
   run.hits_of_rows.clear();
   run.RunStarted = true;
+}
+
+// What an earlier run left in the labels would pass for this one's. Before the first run they hold
+// what start-up says.
+void ClearResult(Program& program) {
+  MainWindow& window = program.frmMorvex;
+  if (program.run.end == RunEnd::kNone) return;
+  for (Label* label : {&window.lblFiles, &window.lblTotalFiles, &window.lblTijd,
+                       &window.lblPercentage, &window.lblNote}) {
+    label->caption = "";
+  }
+  window.ProgressBar1.SetValue(0);
 }
 
 void LogHeader(Program& program) {
@@ -70,6 +88,7 @@ void RefuseSource(Program& program, const std::string& source) {
   window.Text1(kSourceBox).colour = Colour::kRed;
   ShowText(program, source + "\r\nSource folder doesn't exist.");
   window.cmdGo.caption = kGoIdle;
+  window.cmdGo.enabled = false;
   window.cmdAnonymize.enabled = true;
   window.focus = &window.Text1(kSourceBox);
   window.mouse_pointer = MousePointer::kDefault;
@@ -116,6 +135,8 @@ RunEnd RunFolder(Program& program, const std::string& source, const std::string&
   program.run.FilesDone = 0;
   const int start = SecondsOfDay(system.LocalTimeOfDay());
   program.frmMorvex.cmdGo.enabled = false;
+  program.frmMorvex.ProgressBar1.visible = true;
+  LookAtTarget(program, target);
   ErrorNumber error = FolderPrepass(program, source, target);
   if (program.Beeindigd) {
     // The temporary file stays the engine's business: no path can be made any more.
@@ -129,7 +150,11 @@ RunEnd RunFolder(Program& program, const std::string& source, const std::string&
   program.run.elapsed = ElapsedBetween(start, SecondsOfDay(system.LocalTimeOfDay()));
   ShowResult(program);
   if (program.run.LoggingOn) LogSummary(program);
-  if (error == ErrorNumber::kNone) return RunEnd::kFinished;
+  if (error == ErrorNumber::kNone) {
+    CountOtherFiles(program, target);
+    program.frmMorvex.lblNote.caption = OtherFilesNote(program.run);
+    return RunEnd::kFinished;
+  }
   const bool target_is_there = program.host.files.LookUpFolder(target).error == ErrorNumber::kNone;
   NoteFailedFolder(program, target_is_there ? source : target, error);
   return RunEnd::kCouldNotRun;
@@ -145,6 +170,7 @@ void BackToIdle(Program& program) {
 }
 
 RunEnd RunSingleFile(Program& program, const std::string& source, const std::string& target) {
+  program.frmMorvex.ProgressBar1.visible = true;
   const CopyResult copy = SingleFileRun(program, source, target);
   program.frmMorvex.mouse_pointer = MousePointer::kDefault;
   if (program.Beeindigd) return RunEnd::kStopped;
@@ -153,6 +179,7 @@ RunEnd RunSingleFile(Program& program, const std::string& source, const std::str
 
 RunEnd Go(Program& program) {
   MainWindow& window = program.frmMorvex;
+  ClearResult(program);
   window.Text1(kSourceBox).colour = Colour::kBlack;
   ResetCounters(program.run);
   window.mouse_pointer = MousePointer::kHourglass;
@@ -172,12 +199,16 @@ RunEnd Go(Program& program) {
       return RunEnd::kCouldNotRun;
     case TargetCheck::kCannotCreate:
       BackToIdle(program);
+      window.focus = &window.Text1(kTargetBox);
       return RunEnd::kCouldNotRun;
     case TargetCheck::kReady:
       break;
   }
   const RunEnd end = RunFolder(program, source, target);
-  if (end != RunEnd::kStopped) BackToIdle(program);
+  if (end != RunEnd::kStopped) {
+    BackToIdle(program);
+    window.focus = &window.cmdAnonymize;
+  }
   return end;
 }
 
@@ -210,7 +241,6 @@ void cmdGo_Click(Program& program) {
   program.frmOpties.visible = false;
   program.frmMorvex.visible = program.frmMorvex.loaded.get();
   program.run.working = true;
-  program.frmMorvex.ProgressBar1.visible = true;
   program.run.end = Go(program);
   program.frmMorvex.ProgressBar1.visible = false;
   program.run.working = false;

@@ -210,6 +210,55 @@ TEST(CheckCommandTest, TheNameOfALinkCountsWhereItsFolderIsGoneThroughElsewhere)
   EXPECT_EQ(found["totals"]["names_with_findings"], 2);
 }
 
+TEST(CheckCommandTest, NamesOfWhatIsNoFileAndTextsOfLinksAreSearchedAndTold) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|x\r\n");
+  scene.Write("tree/file", "nothing");
+  scene.Write("elsewhere/Anna/file", "nothing");
+  ASSERT_EQ(
+      scene
+          .Shell("cd tree && mkfifo pipe pipe-of-Anna && ln -s nowhere broken && "
+                 "ln -s /srv/anna/letter broken-too && ln -s ../elsewhere/Anna/file to-file && "
+                 "ln -s ../elsewhere/Anna to-folder")
+          .status,
+      0);
+  const json found = Check(scene, "tree --list list.txt", 3);
+  std::vector<std::string> places;
+  for (const json& finding : found["findings"]) {
+    places.push_back(finding["path"].get<std::string>() + " " +
+                     finding["where"].get<std::string>());
+  }
+  EXPECT_EQ(places, (std::vector<std::string>{"tree/broken-too link", "tree/pipe-of-Anna name",
+                                              "tree/to-file link", "tree/to-folder link"}));
+  EXPECT_EQ(found["totals"]["names"], 4);
+  EXPECT_EQ(found["totals"]["names_with_findings"], 2);
+  ASSERT_EQ(found["names_alone"].size(), 4u);
+  EXPECT_EQ(found["names_alone"][0],
+            json({{"path", "tree/broken"}, {"what", "broken link"}, {"link", "nowhere"}}));
+  EXPECT_EQ(found["names_alone"][2],
+            json({{"path", "tree/pipe"}, {"what", "pipe, socket or device"}}));
+}
+
+TEST(CheckCommandTest, ALinkToItselfIsABrokenOneAndItsNameAndTextAreSearched) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|x\r\n");
+  scene.scene().MakeFolder("tree");
+  ASSERT_EQ(scene.Shell("ln -s Anna tree/Anna").status, 0);
+  const json found = Check(scene, "tree --list list.txt", 3);
+  EXPECT_EQ(found["findings"].size(), 2u);
+  EXPECT_EQ(found["names_alone"][0]["what"], "broken link");
+}
+
+TEST(CheckCommandTest, ATreeThatIsALinkIsSearchedForItsTextToo) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|x\r\n");
+  scene.Write("Anna/file", "nothing");
+  ASSERT_EQ(scene.Shell("ln -s Anna tree").status, 0);
+  const json found = Check(scene, "tree --list list.txt", 3);
+  ASSERT_FALSE(found["findings"].empty());
+  EXPECT_EQ(found["findings"].back()["where"], "link");
+}
+
 TEST(CheckCommandTest, FilesAndFoldersWithFindingsAreCountedApart) {
   const CommandScene scene;
   scene.Write("list.txt", "Anna|x\r\n");

@@ -20,6 +20,8 @@
 namespace morvex {
 namespace {
 
+using namespace std::string_literals;
+
 Encoding ListEncoding(const CheckOptions& options, const SubstitutionTables& tables) {
   if (options.list_encoding == "utf-8") return Encoding::kUtf8;
   return options.list_encoding == "auto" ? GuessEncoding(tables) : Encoding::kWindows1252;
@@ -131,6 +133,14 @@ class Tally {
     if (findings > 0) ++count.with_findings;
     totals.bytes += entry.bytes;
     totals.findings += findings;
+    if (entry.kind == CheckedKind::kBrokenLink || entry.kind == CheckedKind::kSpecial) {
+      messages_.Note(
+          ShownPath(entry.path),
+          NameAloneText(entry.kind) + (entry.is_link ? ": no more than its name and where "
+                                                       "it leads was searched."s
+                                                     : ": no more than its name was "
+                                                       "searched."s));
+    }
     if (entry.error != ErrorNumber::kNone) {
       ++totals.unreadable;
       messages_.Error(ShownPath(entry.path), ErrorLine(entry.error));

@@ -43,11 +43,19 @@ bool CheckEntry(FileService& files, LeftoverSearch& search, const KeepGoing& kee
   };
   BytesAsFile name(entry.name);
   search.Run(name, keep_as(Within::kName));
+  if (entry.is_link) {
+    const Result<std::string> text = files.LinkText(entry.path);
+    if (text) entry.link_text = text.value;
+    if (entry.error == ErrorNumber::kNone) entry.error = text.error;
+    BytesAsFile link(entry.link_text);
+    search.Run(link, keep_as(Within::kLink));
+  }
   if (entry.kind == CheckedKind::kFile) {
     const Result<std::unique_ptr<InputFile>> file = files.OpenForReading(entry.path);
-    entry.error = file.error;
+    if (!file) entry.error = file.error;
     if (file) {
-      entry.error = search.Run(*file.value, keep_as(Within::kContents), keep_going);
+      const ErrorNumber error = search.Run(*file.value, keep_as(Within::kContents), keep_going);
+      if (error != ErrorNumber::kNone) entry.error = error;
       entry.bytes = search.size();
     }
   }
@@ -151,15 +159,29 @@ class EntryQueue {
   std::vector<std::thread> threads_;
 };
 
+CheckedKind KindOf(EntryKind kind) {
+  switch (kind) {
+    case EntryKind::kFolder:
+      return CheckedKind::kFolder;
+    case EntryKind::kBrokenLink:
+      return CheckedKind::kBrokenLink;
+    case EntryKind::kSpecial:
+      return CheckedKind::kSpecial;
+    case EntryKind::kFile:
+      break;
+  }
+  return CheckedKind::kFile;
+}
+
 class Walk {
  public:
   // `root` is the tree's path with all links resolved.
   Walk(FileService& files, EntryQueue& queue, const std::string& root)
       : files_(files), queue_(queue), root_(WithSeparator(root)) {}
 
-  // `folder` is as it was looked up at `path`. Trees can be deeper than the process's stack.
-  void Folder(const std::string& path, const std::string& name, const Result<FolderInfo>& folder) {
-    Enter(path, name, folder, false);
+  // `folder` is as it was looked up for the entry. Trees can be deeper than the process's stack.
+  void Folder(CheckedEntry tree, const Result<FolderInfo>& folder) {
+    Enter(std::move(tree), folder, false);
     while (!levels_.empty() && queue_.MayGoOn()) {
       Level& level = levels_.back();
       if (level.next == level.listing.size()) {
@@ -168,26 +190,19 @@ class Walk {
       }
       const FolderEntry entry = std::move(level.listing[level.next++]);
       const std::string below = level.path + entry.name;
-      if (entry.kind != EntryKind::kFolder) {
-        Add(below, entry.name, CheckedKind::kFile);
-      } else if (entry.is_link && LeadsIntoTree(below)) {
-        Add(below, entry.name, CheckedKind::kNameAlone);
-      } else {
+      if (entry.kind == EntryKind::kFolder && entry.is_link && LeadsIntoTree(below)) {
+        Add({below, entry.name, CheckedKind::kFolderElsewhere, true});
+      } else if (entry.kind == EntryKind::kFolder) {
         const bool by_link = entry.is_link || level.by_link;
-        Enter(below, entry.name, files_.LookUpFolder(below), by_link);
+        Enter({below, entry.name, CheckedKind::kFolder, entry.is_link}, files_.LookUpFolder(below),
+              by_link);
+      } else {
+        Add({below, entry.name, KindOf(entry.kind), entry.is_link});
       }
     }
   }
 
-  void Add(const std::string& path, const std::string& name, CheckedKind kind,
-           ErrorNumber error = ErrorNumber::kNone) {
-    CheckedEntry entry;
-    entry.path = path;
-    entry.name = name;
-    entry.kind = kind;
-    entry.error = error;
-    queue_.Add(std::move(entry));
-  }
+  void Add(CheckedEntry entry) { queue_.Add(std::move(entry)); }
 
  private:
   struct Level {
@@ -213,16 +228,19 @@ class Walk {
                        [&](const Level& level) { return level.identity == identity; });
   }
 
-  void Enter(const std::string& path, const std::string& name, const Result<FolderInfo>& folder,
-             bool by_link) {
-    if (!folder) return Add(path, name, CheckedKind::kFolder, folder.error);
+  void Enter(CheckedEntry entry, const Result<FolderInfo>& folder, bool by_link) {
+    entry.error = folder.error;
+    if (!folder) return Add(std::move(entry));
     const FileIdentity identity = folder.value.identity;
     const bool is_known = !entered_.insert(identity).second;
     if (is_known && (by_link || IsOnTheWay(identity))) {
-      return Add(path, name, CheckedKind::kNameAlone);
+      entry.kind = CheckedKind::kFolderElsewhere;
+      return Add(std::move(entry));
     }
+    const std::string path = entry.path;
     Result<std::vector<FolderEntry>> listing = files_.ListFolder(path);
-    Add(path, name, CheckedKind::kFolder, listing.error);
+    entry.error = listing.error;
+    Add(std::move(entry));
     if (!listing) return;
     std::sort(listing.value.begin(), listing.value.end(),
               [](const FolderEntry& a, const FolderEntry& b) { return a.name < b.name; });
@@ -245,11 +263,14 @@ bool CheckTree(FileService& files, const std::string& tree, const Sought& sought
   Walk walk(files, queue, root ? root.value : tree);
   const Result<FolderInfo> folder = files.LookUpFolder(tree);
   const Result<FileInfo> file = files.LookUpFile(tree);
+  const bool is_link = static_cast<bool>(files.LinkText(tree));
   if (!folder && file) {
-    walk.Add(tree, file.value.name, CheckedKind::kFile);
+    walk.Add({tree, file.value.name, CheckedKind::kFile, is_link});
   } else {
     const std::string& path = folder.value.path;
-    walk.Folder(tree, path.substr(path.rfind(files.Separator()) + 1), folder);
+    walk.Folder({tree, path.substr(path.rfind(files.Separator()) + 1), CheckedKind::kFolder,
+                 is_link && folder},
+                folder);
   }
   queue.GiveBack(0);
   return queue.MayGoOn();

@@ -14,7 +14,7 @@
 namespace morvex {
 
 // What a finding stands in.
-enum class Within { kName, kContents };
+enum class Within { kName, kLink, kContents };
 
 // A leftover with its own copy of what stands around.
 struct Finding {
@@ -26,7 +26,10 @@ struct Finding {
 enum class CheckedKind {
   kFile,
   kFolder,
-  kNameAlone,  // a link to a folder that is gone through under another path
+  // Of which the name alone is looked at, and where a link leads:
+  kFolderElsewhere,  // it is gone through under another path
+  kBrokenLink,       // leads to nothing
+  kSpecial,          // a pipe, socket or device
 };
 
 // Something with a name in the tree.
@@ -37,7 +40,9 @@ struct CheckedEntry {
   std::string path;
   std::string name;  // of the file or folder itself
   CheckedKind kind = CheckedKind::kFile;
-  std::vector<Finding> findings;  // first those of the name
+  bool is_link = false;
+  std::string link_text = {};          // where a link leads, as it was written
+  std::vector<Finding> findings = {};  // first those of the name, then those of the link's text
   std::uint64_t not_kept = 0;
   std::uint64_t bytes = 0;
   ErrorNumber error = ErrorNumber::kNone;  // why it could not be read to its end

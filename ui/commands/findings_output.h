@@ -48,6 +48,9 @@ class FindingsOutput {
   virtual void End(const CheckTotals& totals) = 0;
 };
 
+// What an entry is of which the name alone is looked at; null for a file or folder.
+const char* NameAloneText(CheckedKind kind);
+
 // A finding a line.
 std::unique_ptr<FindingsOutput> FindingsAsLines(const CheckSubject& subject, std::ostream& output,
                                                 MessageColours colours);

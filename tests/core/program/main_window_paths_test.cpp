@@ -46,6 +46,32 @@ TEST_F(MainWindowPathsTest, TheSameTextAgainIsNoChange) {
   EXPECT_EQ(window_.cmdGo.caption.get(), "GO !");
 }
 
+TEST_F(MainWindowPathsTest, AChangeEnablesOkSoThatARunCanBeArmedAnew) {
+  for (const int box : {kSourceBox, kTargetBox}) {
+    window_.cmdAnonymize.enabled = false;
+    Text1_Change(test_.program, box, "/typed");
+    EXPECT_TRUE(window_.cmdAnonymize.enabled) << "box " << box;
+  }
+}
+
+TEST_F(MainWindowPathsTest, AChangeWhileARunWorksLeavesOkDisabled) {
+  window_.cmdAnonymize.enabled = false;
+  test_.program.run.working = true;
+  Text1_Change(test_.program, kSourceBox, "/typed");
+  EXPECT_FALSE(window_.cmdAnonymize.enabled);
+}
+
+TEST_F(MainWindowPathsTest, ARedPathIsBlackAgainOnceItIsChangedAndOnlyThatOne) {
+  for (const int box : {kSourceBox, kTargetBox}) {
+    const int other = kSourceBox + kTargetBox - box;
+    window_.Text1(kSourceBox).colour = Colour::kRed;
+    window_.Text1(kTargetBox).colour = Colour::kRed;
+    Text1_Change(test_.program, box, "/typed" + std::to_string(box));
+    EXPECT_EQ(window_.Text1(box).colour, Colour::kBlack) << "box " << box;
+    EXPECT_EQ(window_.Text1(other).colour, Colour::kRed) << "box " << other;
+  }
+}
+
 TEST_F(MainWindowPathsTest, ANoticeIsGivenOfTheNewText) {
   std::string seen;
   window_.changes.on_change = [&] {

@@ -127,6 +127,15 @@ TEST_F(SourceMissingTest, LeavesTheWindowIdleWithTheIdleCaptionOnGo) {
   EXPECT_FALSE(test_.window().ProgressBar1.visible);
 }
 
+TEST_F(SourceMissingTest, LeavesGoDisabledAsInEveryIdleState) {
+  EXPECT_FALSE(test_.window().cmdGo.enabled);
+}
+
+TEST_F(SourceMissingTest, TheSourceIsBlackAgainAsSoonAsItIsCorrected) {
+  Text1_Change(test_.program, kSourceBox, "/s");
+  EXPECT_EQ(test_.source_box().colour, Colour::kBlack);
+}
+
 TEST_F(SourceMissingTest, LeavesTheLoggingBoxDisabled) {
   EXPECT_FALSE(test_.program.frmOpties.chkLoggen.enabled);
 }
@@ -167,6 +176,23 @@ TEST_F(TargetMissingTest, TheQuestionStandsAloneAndTheBoxIsRedMeanwhile) {
   test_.Go();
   EXPECT_EQ(test_.user.messages, std::vector<ShownMessage>{kCreate});
   EXPECT_NE(std::find(colours.begin(), colours.end(), Colour::kRed), colours.end());
+}
+
+TEST_F(TargetMissingTest, AfterANoAChangedPathCanBeArmedAgain) {
+  test_.user.answers = {Answer::kNo};
+  test_.Go();
+  Text1_Change(test_.program, kTargetBox, "/t");
+  EXPECT_FALSE(test_.window().cmdGo.enabled);
+  EXPECT_TRUE(test_.window().cmdAnonymize.enabled) << "Exit alone would be left";
+  test_.ArmAndGo();
+  EXPECT_EQ(test_.program.run.end, RunEnd::kFinished);
+}
+
+TEST_F(TargetMissingTest, OnYesAFolderThatCannotBeMadeLeavesTheFocusOnItsBox) {
+  test_.user.answers = {Answer::kYes};
+  test_.files.fail = FailOn("CreateFolder", "/new/target", ErrorNumber::kPermissionDenied);
+  test_.Go();
+  EXPECT_EQ(test_.window().focus.get(), &test_.target_box());
 }
 
 TEST_F(TargetMissingTest, OnNoTheTargetBoxIsBlackAgainAndHasTheFocus) {
@@ -239,6 +265,55 @@ TEST_F(TargetMissingTest, AFileInTheTargetsPlaceCannotBeMadeAFolder) {
   test_.Go();
   EXPECT_EQ(test_.user.messages.back(), Notice("/new/target\r\nCan't create target folder."));
   EXPECT_EQ(test_.files.Bytes("/new/target"), "a file");
+}
+
+// A path turns red when Go is about to say or ask something about it.
+class BehindAMessageTest : public ::testing::Test {
+ protected:
+  BehindAMessageTest() { test_.files.AddFile("/s/a.txt", "a"); }
+  // What shows at each message of the next Go, which a run that is done comes before.
+  void GoAfterARun(const std::string& source, const std::string& target) {
+    test_.ArmAndGo();
+    ASSERT_EQ(test_.window().lblPercentage.caption.get(), "Hits: 1\r\nDone !");
+    Text1_Change(test_.program, kSourceBox, source);
+    Text1_Change(test_.program, kTargetBox, target);
+    test_.Arm();
+    test_.window().changes.on_change = [this, was_red = false]() mutable {
+      const MainWindow& window = test_.window();
+      const bool is_red =
+          test_.source_box().colour == Colour::kRed || test_.target_box().colour == Colour::kRed;
+      if (is_red && !was_red) {
+        bars_.push_back(window.ProgressBar1.visible);
+        texts_.push_back(window.lblFiles.caption.get() + window.lblTotalFiles.caption.get() +
+                         window.lblTijd.caption.get() + window.lblPercentage.caption.get());
+        values_.push_back(window.ProgressBar1.value());
+      }
+      was_red = is_red;
+    };
+    test_.Go();
+    test_.window().changes.on_change = nullptr;
+  }
+
+  RunProgram test_;
+  std::vector<bool> bars_;
+  std::vector<std::string> texts_;
+  std::vector<std::int64_t> values_;
+};
+
+TEST_F(BehindAMessageTest, OfAMissingSourceNoBarAndNoFormerResultIsShown) {
+  GoAfterARun("/none", "/t");
+  EXPECT_EQ(bars_, std::vector<bool>{false});
+  EXPECT_EQ(texts_, std::vector<std::string>{""});
+  EXPECT_EQ(values_, std::vector<std::int64_t>{0});
+}
+
+TEST_F(BehindAMessageTest, OfAMissingTargetNoBarAndNoFormerResultIsShown) {
+  test_.user.answers = {Answer::kYes};
+  test_.files.fail = FailOn("CreateFolder", "/new", ErrorNumber::kPermissionDenied);
+  GoAfterARun("/s", "/new");
+  ASSERT_EQ(test_.user.messages.size(), 2u) << "the question, then that it cannot be made";
+  EXPECT_EQ(bars_, (std::vector<bool>{false, false}));
+  EXPECT_EQ(texts_, (std::vector<std::string>{"", ""}));
 }
 
 TEST(GoEmptySource, GoesOnToTheCheckOfTheTarget) {

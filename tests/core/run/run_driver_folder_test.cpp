@@ -33,6 +33,46 @@ TEST_F(GoFolderTest, MakesTheCopies) {
   EXPECT_EQ(program_.run.end, RunEnd::kFinished);
 }
 
+TEST_F(GoFolderTest, AfterwardsTheFocusIsToStandOnOk) {
+  test_.ArmAndGo();
+  EXPECT_EQ(test_.window().focus.get(), &test_.window().cmdAnonymize);
+}
+
+TEST_F(GoFolderTest, ASecondRunShowsNothingOfTheFirstOneNotEvenAtItsStart) {
+  test_.ArmAndGo();
+  ASSERT_EQ(test_.window().lblPercentage.caption.get(), "Hits: 6\r\nDone !");
+  test_.Arm();
+  bool done_seen = false;
+  bool first_seen = false;
+  test_.window().changes.on_change = [&] {
+    if (!program_.run.working || first_seen) return;
+    // The clearing itself is the first that changes.
+    const MainWindow& window = test_.window();
+    const std::string shown = window.lblFiles.caption.get() + window.lblTotalFiles.caption.get() +
+                              window.lblTijd.caption.get() + window.lblPercentage.caption.get();
+    first_seen = shown.empty();
+    done_seen = done_seen || (window.mouse_pointer == MousePointer::kHourglass && !shown.empty());
+  };
+  test_.Go();
+  test_.window().changes.on_change = nullptr;
+  EXPECT_TRUE(first_seen) << "the labels were never empty";
+  EXPECT_FALSE(done_seen) << "something else was shown before the labels were cleared";
+}
+
+TEST_F(GoFolderTest, TheFirstRunLeavesWhatStartUpSaysUntilItHasAFigureOfItsOwn) {
+  program_.frmMorvex.lblTotalFiles.caption = "Bezig met scannen...";
+  std::vector<std::string> shown;
+  test_.window().changes.on_change = [&] {
+    const std::string& text = test_.window().lblTotalFiles.caption;
+    if (shown.empty() || shown.back() != text) shown.push_back(text);
+  };
+  test_.ArmAndGo();
+  test_.window().changes.on_change = nullptr;
+  ASSERT_GE(shown.size(), 2u);
+  EXPECT_EQ(shown[0], "Bezig met scannen...");
+  EXPECT_TRUE(shown[1].starts_with("Scanned: 1")) << shown[1];
+}
+
 TEST_F(GoFolderTest, ASourceThatCannotBeListedIsNamedAsWhatStopsTheRun) {
   test_.files.fail = FailOn("ListFolder", "/s", ErrorNumber::kPermissionDenied);
   test_.ArmAndGo();

@@ -29,6 +29,27 @@ TEST_F(GoSingleFileTest, TheWindowStaysArmed) {
   EXPECT_FALSE(test_.window().ProgressBar1.visible);
 }
 
+TEST_F(GoSingleFileTest, TheBarIsShownWhileTheFileIsWorkedOn) {
+  bool shown = false;
+  test_.OnEveryYield([&] { shown = shown || test_.window().ProgressBar1.visible; });
+  Run();
+  EXPECT_TRUE(shown);
+}
+
+TEST_F(GoSingleFileTest, ASecondRunShowsNothingOfTheFirstOne) {
+  Run();
+  std::vector<std::string> shown;
+  test_.window().changes.on_change = [&] {
+    const std::string& text = test_.window().lblPercentage.caption;
+    if (shown.empty() || shown.back() != text) shown.push_back(text);
+  };
+  test_.Go();
+  test_.window().changes.on_change = nullptr;
+  ASSERT_GE(shown.size(), 2u);
+  EXPECT_EQ(shown[1], "") << "Go clears what the first run left before anything is counted";
+  EXPECT_EQ(shown.back(), "Hits: 2\r\nDone !");
+}
+
 TEST_F(GoSingleFileTest, TheLoggingBoxStaysDisabled) {
   Run();
   EXPECT_FALSE(test_.program.frmOpties.chkLoggen.enabled);
