@@ -232,7 +232,7 @@ class Walk {
     entry.error = folder.error;
     if (!folder) return Add(std::move(entry));
     const FileIdentity identity = folder.value.identity;
-    const bool is_known = !entered_.insert(identity).second;
+    const bool is_known = !entered_.emplace(identity.device, identity.number).second;
     if (is_known && (by_link || IsOnTheWay(identity))) {
       entry.kind = CheckedKind::kFolderElsewhere;
       return Add(std::move(entry));
@@ -251,7 +251,7 @@ class Walk {
   EntryQueue& queue_;
   const std::string root_;     // with a separator at its end
   std::vector<Level> levels_;  // the folders that lead to the present one
-  std::set<FileIdentity> entered_;
+  std::set<std::pair<std::uint64_t, std::uint64_t>> entered_;  // device and number
 };
 
 }  // namespace
