@@ -206,7 +206,7 @@ void LeftoverSearch::KeyAt(std::size_t at, const SoughtKeys& keys, std::int32_t 
     const SoughtPart& part = sought_.parts()[static_cast<std::size_t>(index)];
     if (IsDone(at, part)) continue;
     const std::optional<Standing> standing = StandsAt(part.spelling, BytesFrom(at));
-    if (standing && !StandsInOtherOrder(at, part)) PartAt(at, part, *standing);
+    if (standing) PartAt(at, part, *standing);
   }
 }
 
@@ -216,8 +216,8 @@ bool LeftoverSearch::IsDone(std::size_t at, const SoughtPart& part) const {
   return part.number == 0 ? base_ + at < progress.not_before : !progress.touched;
 }
 
-// Between two NULs UTF-16 reads in both byte orders, a byte apart. The one at an even offset
-// counts.
+// Between two NULs UTF-16 reads in both byte orders, a byte apart. Where all parts of what stands
+// at an odd offset do so, the one at an even offset counts.
 bool LeftoverSearch::StandsInOtherOrder(std::size_t at, const SoughtPart& part) const {
   if (part.other_order == SoughtPart::kNone || (base_ + at) % 2 == 0) return false;
   const SoughtPart& other = sought_.parts()[static_cast<std::size_t>(part.other_order)];
@@ -231,10 +231,19 @@ void LeftoverSearch::PartAt(std::size_t at, const SoughtPart& part, const Standi
   const std::uint64_t place = base_ + at;
   const std::string_view bytes = BytesFrom(at).substr(0, standing.size);
   Occurrence here{
-      place, place + standing.size, 0, standing.as_written,
-      std::all_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) == 0; })};
+      place,
+      place + standing.size,
+      0,
+      standing.as_written,
+      std::all_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) == 0; }),
+      StandsInOtherOrder(at, part)};
   if (part.number == 0) {
-    if (!row.put_in.empty() && BytesFrom(at).starts_with(row.put_in)) return;
+    // What overlaps it may still be a match of its own.
+    if (row.parts == 1 && here.in_other_order) return;
+    if (!row.put_in.empty() && BytesFrom(at).starts_with(row.put_in)) {
+      if (row.least_left == 0) return;
+      here.end = place + row.put_in.size() + row.least_left;
+    }
     here.line = LineAt(at);
   } else {
     const std::optional<Occurrence> begun =
@@ -244,6 +253,7 @@ void LeftoverSearch::PartAt(std::size_t at, const SoughtPart& part, const Standi
     here.line = begun->line;
     here.as_written = here.as_written && begun->as_written;
     here.is_ascii = here.is_ascii && begun->is_ascii;
+    here.in_other_order = here.in_other_order && begun->in_other_order;
   }
   Progress& progress = ProgressOf(part);
   if (part.number + 1 < row.parts) {
@@ -253,7 +263,8 @@ void LeftoverSearch::PartAt(std::size_t at, const SoughtPart& part, const Standi
   }
   for (Progress::Stage& stage : progress.stages) stage = {};
   progress.not_before = here.end;
-  if (!here.is_ascii || !row.ascii_is_told_elsewhere) Tell(row, here);
+  if (here.in_other_order || (here.is_ascii && row.ascii_is_told_elsewhere)) return;
+  Tell(row, here);
 }
 
 // The latest that ends in front of the place or at it, if there is one.
@@ -300,11 +311,6 @@ void LeftoverSearch::Tell(const SoughtRow& row, const Occurrence& found) {
       static_cast<std::size_t>(std::min<std::uint64_t>(leftover.size, kShown)) + kAround;
   leftover.around = BytesFrom(at - leftover.before).substr(0, leftover.before + shown);
   (*tell_)(leftover);
-}
-
-Result<std::size_t> BytesAsFile::ReadAt(std::uint64_t offset, char* into, std::size_t size) {
-  if (offset >= bytes_.size()) return std::size_t{0};
-  return bytes_.copy(into, size, static_cast<std::size_t>(offset));
 }
 
 }  // namespace morvex

@@ -15,6 +15,7 @@
 #include "core/engine/candidate_filter.h"
 #include "core/engine/key_automaton.h"
 #include "core/engine/scan_kernel.h"
+#include "core/host/bytes_as_file.h"
 #include "core/host/file_service.h"
 #include "core/leftovers/sought.h"
 
@@ -62,6 +63,7 @@ class LeftoverSearch {
     std::int64_t line = 1;
     bool as_written = true;
     bool is_ascii = true;
+    bool in_other_order = false;  // every part stands in UTF-16 of the other byte order as well
   };
   // How far one sought row has come.
   struct Progress {
@@ -131,16 +133,6 @@ class LeftoverSearch {
   std::size_t counted_ = 0;  // the line breaks in front of it are counted
   std::int64_t line_ = 1;
   std::size_t places_for_automaton_ = 0;
-};
-
-// The same for bytes in memory, such as a name.
-class BytesAsFile : public InputFile {
- public:
-  explicit BytesAsFile(std::string_view bytes) : bytes_(bytes) {}
-  Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override;
-
- private:
-  std::string_view bytes_;
 };
 
 }  // namespace morvex

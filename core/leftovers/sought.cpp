@@ -117,6 +117,7 @@ struct Sought::ListRow {
   bool is_wildcard = false;
   std::vector<std::string_view> parts;
   std::string put_in;
+  bool ends_in_beginning = false;
   Encoding encoding = Encoding::kBytes;  // of the list, or kBytes where the row cannot be read so
 };
 
@@ -140,6 +141,8 @@ Sought::Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding li
         }
         if (kept.size() <= kLongestPart) row.put_in = kept;
       }
+      row.ends_in_beginning = HasEndingInBeginning(left, joker);
+      if (row.ends_in_beginning && row.put_in.empty()) rows_not_judged_.push_back(index);
     }
     const bool is_text =
         std::all_of(row.parts.begin(), row.parts.end(),
@@ -184,6 +187,8 @@ void Sought::AddRow(const ListRow& row, Encoding encoding, bool ascii_is_told_el
   sought.is_wildcard = row.is_wildcard;
   sought.ascii_is_told_elsewhere = ascii_is_told_elsewhere;
   sought.parts = spellings.size();
+  const bool is_wide = encoding == Encoding::kUtf16Le || encoding == Encoding::kUtf16Be;
+  if (row.ends_in_beginning) sought.least_left = is_wide ? 2 : 1;
   if (!row.put_in.empty()) {
     const std::optional<std::u32string> put_in = Decode(row.put_in, row.encoding);
     const std::optional<std::string> bytes = put_in ? Encode(*put_in, encoding) : std::nullopt;
@@ -191,7 +196,6 @@ void Sought::AddRow(const ListRow& row, Encoding encoding, bool ascii_is_told_el
     look_ahead_ = std::max(look_ahead_, sought.put_in.size());
   }
   if (sought.parts > 1) {
-    const bool is_wide = encoding == Encoding::kUtf16Le || encoding == Encoding::kUtf16Be;
     sought.longest_span = kLongestMatch * (is_wide ? 2 : 1);
     look_behind_ = std::max(look_behind_, sought.longest_span);
   }

@@ -39,6 +39,10 @@ struct SoughtRow {
   std::uint64_t longest_span = 0;  // bytes, from the first part's beginning to the last one's end
   // Of a wildcard row whose right text would be found again: where that stands, nothing is left.
   std::string put_in;
+  // Of one that ends in its own beginning, though, a run leaves nearly all of what was to be taken
+  // out behind the right text. So the ending is sought there, behind so many bytes or more; 0 for
+  // every other row.
+  std::size_t least_left = 0;
 };
 
 struct SoughtPart {
@@ -64,6 +68,10 @@ class Sought {
   // Rows whose right text puts back what the wildcard took in, together with all parts of the left
   // text: nothing of them is ever gone, so they are not sought.
   const std::vector<std::int64_t>& rows_that_stay() const { return rows_that_stay_; }
+
+  // Rows that end in their own beginning and whose right text has not all of their parts: what a
+  // run leaves behind them looks like any other text. They are sought as others are.
+  const std::vector<std::int64_t>& rows_not_judged() const { return rows_not_judged_; }
 
   // Rows of which a part cannot be read in the list's encoding: they are sought as bytes alone.
   const std::vector<std::int64_t>& rows_of_bytes() const { return rows_of_bytes_; }
@@ -91,6 +99,7 @@ class Sought {
   std::vector<SoughtRow> rows_;
   std::vector<SoughtPart> parts_;
   std::vector<std::int64_t> rows_that_stay_;
+  std::vector<std::int64_t> rows_not_judged_;
   std::vector<std::int64_t> rows_of_bytes_;
   std::unique_ptr<SoughtKeys> keys_;
   std::unique_ptr<SoughtKeys> rare_keys_;

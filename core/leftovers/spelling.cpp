@@ -9,6 +9,7 @@ namespace morvex {
 namespace {
 
 constexpr char32_t kLastCharacter = 0x10FFFF;
+constexpr char32_t kNoSign = 0;
 
 // The characters of the codes 80 to 9F of Windows-1252. Codes without one stand for themselves.
 constexpr std::array<char32_t, 32> kWindowsCharacters = {
@@ -196,25 +197,36 @@ std::optional<Standing> StandsAt(const Spelling& spelling, std::string_view byte
 
 std::optional<Spelling> Alphabet::Spell(std::u32string_view text, Encoding encoding) {
   Spelling spelling{encoding, {}, Encode(text, encoding).value_or("")};
-  const std::u32string letters =
-      encoding == Encoding::kBytes ? std::u32string(text) : TakenApart(text);
+  std::u32string letters;
+  std::u32string as_written;  // of each letter, where that is not what it was taken apart to
+  for (const char32_t letter : text) {
+    const std::u32string_view one(&letter, 1);
+    const std::u32string apart =
+        encoding == Encoding::kBytes ? std::u32string(one) : TakenApart(one);
+    const bool is_sign = apart.size() == 1 && apart != one;
+    letters += apart;
+    as_written.append(apart.size(), is_sign ? letter : kNoSign);
+  }
   spelling.letters.reserve(letters.size());
   for (std::size_t at = 0; at < letters.size(); ++at) {
-    const LetterWays& ways = WaysOf(std::u32string_view(letters).substr(at), encoding);
+    const LetterWays& ways =
+        WaysOf(std::u32string_view(letters).substr(at), encoding, as_written[at]);
     if (ways.empty()) return std::nullopt;
     spelling.letters.push_back(&ways);
   }
   return spelling;
 }
 
-const LetterWays& Alphabet::WaysOf(std::u32string_view text, Encoding encoding) {
+const LetterWays& Alphabet::WaysOf(std::u32string_view text, Encoding encoding, char32_t sign) {
   std::vector<JoinedLetter> joined;
   if (encoding != Encoding::kBytes) joined = JoinedAtBeginning(text);
   // What the ways depend on: the letter, and those that may be joined with it.
   std::size_t count = 1;
   for (const JoinedLetter& each : joined) count = std::max(count, each.letters);
+  std::u32string key(text.substr(0, count));
+  if (sign != kNoSign) key.front() = sign;
   const auto [known, is_new] =
-      known_[static_cast<std::size_t>(encoding)].try_emplace(std::u32string(text.substr(0, count)));
+      known_[static_cast<std::size_t>(encoding)].try_emplace(std::move(key));
   LetterWays& ways = known->second;
   if (!is_new) return ways;
   const auto add = [&](std::u32string_view way, std::size_t letters, bool is_rare) {
@@ -227,6 +239,7 @@ const LetterWays& Alphabet::WaysOf(std::u32string_view text, Encoding encoding) 
   };
   const std::optional<std::string> as_written = Encode(text.substr(0, 1), encoding);
   if (as_written) ways.push_back({*as_written});
+  if (sign != kNoSign) add({&sign, 1}, 1, false);
   for (const OtherCase& other : OtherCases(text.front())) add(other.text, 1, other.is_rare);
   for (const JoinedLetter& each : joined) add({&each.letter, 1}, each.letters, true);
   // So that one that begins with another one stands in front of it.

@@ -61,8 +61,8 @@ class Alphabet {
   std::optional<Spelling> Spell(std::u32string_view text, Encoding encoding);
 
  private:
-  // Of the first letter.
-  const LetterWays& WaysOf(std::u32string_view text, Encoding encoding);
+  // Of the first letter, for which the list has `sign`, such as the long s, unless that is 0.
+  const LetterWays& WaysOf(std::u32string_view text, Encoding encoding, char32_t sign);
 
   std::array<std::unordered_map<std::u32string, LetterWays>, kEncodings> known_;
 };

@@ -30,6 +30,15 @@ std::string TailBehindJoker(const std::string& text, std::uint8_t joker) {
 
 }  // namespace
 
+bool HasEndingInBeginning(std::string_view left, std::uint8_t joker) {
+  // In first place it is an ordinary character, but the ending begins behind it all the same.
+  const std::size_t wildcard =
+      joker == 0 ? std::string_view::npos : left.find(static_cast<char>(joker), 1);
+  if (wildcard == std::string_view::npos) return false;
+  const std::string_view ending = left.substr(left.find(static_cast<char>(joker)) + 1);
+  return !ending.empty() && left.substr(0, wildcard).find(ending) != std::string_view::npos;
+}
+
 std::string ExpandCRLF(std::string_view text) {
   std::string expanded;
   std::size_t from = 0;

@@ -57,6 +57,11 @@ struct SubstitutionTables {
   }
 };
 
+// Whether the ending of a left text with the wildcard, all that stands behind it, also stands in
+// front of it. Then a match finds its ending before it comes to the wildcard, and takes in two
+// bytes behind its beginning, or hardly more, however far away the ending really is.
+bool HasEndingInBeginning(std::string_view left, std::uint8_t joker);
+
 // Each "[CRLF]" (exactly so) becomes CR LF.
 std::string ExpandCRLF(std::string_view text);
 

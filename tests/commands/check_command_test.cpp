@@ -168,6 +168,184 @@ TEST(CheckCommandTest, FollowsLinksButNotInCircles) {
   EXPECT_EQ(found["findings"][1]["path"], "tree/sub/a");
 }
 
+TEST(CheckCommandTest, FoldersThatLeadToEachOtherAreGoneThroughOnce) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|x\r\n");
+  for (const char* folder : {"a", "b", "c", "d", "e", "f", "g", "h"}) {
+    scene.Write("tree/"s + folder + "/file", "Anna");
+    scene.Write("outside/"s + folder + "/file", "Anna");
+  }
+  const std::string link_all =
+      "cd $root && for from in a b c d e f g h; do for to in a b c d e f g h; do\n"
+      "ln -s \"$PWD/$to\" $from/to-$to; done; done";
+  ASSERT_EQ(scene.Shell("root=tree; " + link_all).status, 0);
+  ASSERT_EQ(scene.Shell("root=outside; " + link_all).status, 0);
+  ASSERT_EQ(scene.Shell("ln -s ../../outside/c tree/c/away && ln -s ../outside/d tree/zz").status,
+            0);
+  const json found = Check(scene, "tree --list list.txt", 3);
+  std::vector<std::string> paths;
+  for (const json& finding : found["findings"]) paths.push_back(finding["path"]);
+  // Those in the tree under their own paths, those outside of it under the first that leads there.
+  EXPECT_EQ(paths,
+            (std::vector<std::string>{
+                "tree/a/file", "tree/b/file", "tree/c/away/file", "tree/c/away/to-a/file",
+                "tree/c/away/to-a/to-b/file", "tree/c/away/to-a/to-b/to-d/file",
+                "tree/c/away/to-a/to-b/to-d/to-e/file", "tree/c/away/to-a/to-b/to-d/to-e/to-f/file",
+                "tree/c/away/to-a/to-b/to-d/to-e/to-f/to-g/file",
+                "tree/c/away/to-a/to-b/to-d/to-e/to-f/to-g/to-h/file", "tree/c/file", "tree/d/file",
+                "tree/e/file", "tree/f/file", "tree/g/file", "tree/h/file"}));
+  EXPECT_EQ(found["totals"]["folders"], 1 + 8 + 8);
+  EXPECT_EQ(found["totals"]["names"], 64 + (64 - 7) + 1);
+}
+
+TEST(CheckCommandTest, TheNameOfALinkCountsWhereItsFolderIsGoneThroughElsewhere) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|x\r\n");
+  scene.Write("tree/sub/a", "nothing");
+  ASSERT_EQ(scene.Shell("ln -s sub tree/Anna && ln -s . tree/anna").status, 0);
+  const json found = Check(scene, "tree --list list.txt", 3);
+  ASSERT_EQ(found["findings"].size(), 2u);
+  EXPECT_EQ(found["findings"][0]["path"], "tree/Anna");
+  EXPECT_EQ(found["findings"][1]["path"], "tree/anna");
+  EXPECT_EQ(found["totals"]["names_with_findings"], 2);
+}
+
+TEST(CheckCommandTest, NamesOfWhatIsNoFileAndTextsOfLinksAreSearchedAndTold) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|x\r\n");
+  scene.Write("tree/file", "nothing");
+  scene.Write("elsewhere/Anna/file", "nothing");
+  ASSERT_EQ(
+      scene
+          .Shell("cd tree && mkfifo pipe pipe-of-Anna && ln -s nowhere broken && "
+                 "ln -s /srv/anna/letter broken-too && ln -s ../elsewhere/Anna/file to-file && "
+                 "ln -s ../elsewhere/Anna to-folder")
+          .status,
+      0);
+  const json found = Check(scene, "tree --list list.txt", 3);
+  std::vector<std::string> places;
+  for (const json& finding : found["findings"]) {
+    places.push_back(finding["path"].get<std::string>() + " " +
+                     finding["where"].get<std::string>());
+  }
+  EXPECT_EQ(places, (std::vector<std::string>{"tree/broken-too link", "tree/pipe-of-Anna name",
+                                              "tree/to-file link", "tree/to-folder link"}));
+  EXPECT_EQ(found["totals"]["names"], 4);
+  EXPECT_EQ(found["totals"]["names_with_findings"], 2);
+  ASSERT_EQ(found["names_alone"].size(), 4u);
+  EXPECT_EQ(found["names_alone"][0],
+            json({{"path", "tree/broken"}, {"what", "broken link"}, {"link", "nowhere"}}));
+  EXPECT_EQ(found["names_alone"][2],
+            json({{"path", "tree/pipe"}, {"what", "pipe, socket or device"}}));
+}
+
+TEST(CheckCommandTest, ALinkToItselfIsABrokenOneAndItsNameAndTextAreSearched) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|x\r\n");
+  scene.scene().MakeFolder("tree");
+  ASSERT_EQ(scene.Shell("ln -s Anna tree/Anna").status, 0);
+  const json found = Check(scene, "tree --list list.txt", 3);
+  EXPECT_EQ(found["findings"].size(), 2u);
+  EXPECT_EQ(found["names_alone"][0]["what"], "broken link");
+}
+
+TEST(CheckCommandTest, ATreeThatIsALinkIsSearchedForItsTextToo) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|x\r\n");
+  scene.Write("Anna/file", "nothing");
+  ASSERT_EQ(scene.Shell("ln -s Anna tree").status, 0);
+  const json found = Check(scene, "tree --list list.txt", 3);
+  ASSERT_FALSE(found["findings"].empty());
+  EXPECT_EQ(found["findings"].back()["where"], "link");
+}
+
+TEST(CheckCommandTest, FilesAndFoldersWithFindingsAreCountedApart) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|x\r\n");
+  scene.Write("tree/Anna/Anna", "Anna, Anna");
+  scene.Write("tree/b", "nothing");
+  const json totals = Check(scene, "tree --list list.txt", 3)["totals"];
+  EXPECT_EQ(totals["findings"], 4);
+  EXPECT_EQ(totals["files_with_findings"], 1);
+  EXPECT_EQ(totals["folders_with_findings"], 1);
+  const ProgramResult lines = scene.Shell("morvex-cli check tree --list list.txt");
+  EXPECT_EQ(lines.errors, "4 findings in 1 of 2 files and 1 of 2 folders, 17 bytes.\n");
+}
+
+// As long as it takes: the file has no end that could be reached.
+TEST(CheckCommandTest, CtrlCEndsWithAMessageAWholeDocumentAndStatus1) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|x\r\n");
+  scene.Write("tree/a", "Anna");
+  scene.Write("tree/c", "Anna");
+  ASSERT_EQ(scene.Shell("truncate -s 4T tree/b").status, 0);
+  const std::string check =
+      "timeout --foreground --preserve-status -s INT 3 morvex-cli check tree --list list.txt";
+  const ProgramResult document = scene.Shell(check + " --json --quiet");
+  EXPECT_EQ(document.status, 1);
+  EXPECT_EQ(document.errors,
+            "Interrupted: the check was stopped, not everything was looked through.\n");
+  const json found = json::parse(document.output);
+  EXPECT_EQ(found["interrupted"], true);
+  EXPECT_EQ(found["findings"].size(), 1u);
+  EXPECT_EQ(found["totals"]["unreadable"], 0);
+  const ProgramResult lines = scene.Shell(check);
+  EXPECT_EQ(lines.status, 1);
+  EXPECT_NE(lines.output.find("tree/a:1: "), std::string::npos) << lines.output;
+  EXPECT_NE(lines.errors.find("Interrupted: "), std::string::npos) << lines.errors;
+}
+
+TEST(CheckCommandTest, AListThatMayLackRowsNeverPasses) {
+  const CommandScene scene;
+  scene.Write("tree/a", "nothing");
+  for (const char* list :
+       {"\xEF\xBB\xBF"
+        "Anna|x\n",
+        "Anna|x\nBert;y\n", "Anna|x||\nBert|y\n", "Anna|x\n|||\nBert|y\n", "Anna|x\rBert|y\r"}) {
+    scene.Write("list.txt", list);
+    const ProgramResult lines = scene.Shell("morvex-cli check tree --list list.txt --quiet");
+    EXPECT_EQ(lines.status, 3) << list;
+    EXPECT_NE(lines.errors.find("list.txt: warning: not all rows were looked for"),
+              std::string::npos)
+        << lines.errors;
+    const json found = Check(scene, "tree --list list.txt", 3);
+    EXPECT_EQ(found["all_rows"], false) << list;
+    EXPECT_TRUE(found["findings"].empty()) << list;
+    EXPECT_EQ(scene.Shell("morvex-cli check tree --list list.txt --strict").status, 1) << list;
+  }
+  scene.Write("list.txt", "Anna|x\n|||\n");
+  EXPECT_EQ(Check(scene, "tree --list list.txt", 0)["all_rows"], true);
+}
+
+TEST(CheckCommandTest, AByteOrderMarkIsDroppedFromWhatIsSought) {
+  const CommandScene scene;
+  scene.Write("list.txt",
+              "\xEF\xBB\xBF"
+              "Anna|x\n\xEF\xBB\xBF"
+              "Born: *;|\n");
+  scene.Write("tree/a", "Anna. Born: 1 May;");
+  const json found = Check(scene, "tree --list list.txt --joker '*'", 3);
+  ASSERT_EQ(found["findings"].size(), 2u);
+  EXPECT_EQ(found["findings"][0]["left"], "Anna");
+  EXPECT_EQ(found["findings"][1]["left"], "Born: *;");
+}
+
+TEST(CheckCommandTest, WhatARowThatEndsInItsOwnBeginningLeavesIsFoundOrNotJudged) {
+  const CommandScene scene;
+  scene.Write("tree/a", "name=\"Renate\" Mr Renate ;Renate;");
+  const std::vector<std::pair<const char*, std::size_t>> lists = {
+      {"name=\"*\"|name=\"[x]\"\n", 1}, {"Mr * |[m]\n", 0}, {";*;|;[y];\n", 1}, {";*;|\n", 0}};
+  for (const auto& [list, findings] : lists) {
+    scene.Write("list.txt", list);
+    const std::string options = " --list list.txt --joker '*'";
+    ASSERT_EQ(scene.Shell("rm -rf out && morvex-cli run tree out --all --yes" + options).status, 0);
+    ASSERT_NE(scene.Read("out/a").find("nate"), std::string::npos) << list;
+    const json found = Check(scene, "out" + options, 3);
+    EXPECT_EQ(found["findings"].size(), findings) << list;
+    EXPECT_EQ(found["all_rows"], findings > 0) << list;
+  }
+}
+
 TEST(CheckCommandTest, ManyFilesAreToldInTheOrderOfTheTree) {
   const CommandScene scene;
   scene.Write("list.txt", "Anna|x\r\n");

@@ -20,6 +20,8 @@
 namespace morvex {
 namespace {
 
+using namespace std::string_literals;
+
 Encoding ListEncoding(const CheckOptions& options, const SubstitutionTables& tables) {
   if (options.list_encoding == "utf-8") return Encoding::kUtf8;
   return options.list_encoding == "auto" ? GuessEncoding(tables) : Encoding::kWindows1252;
@@ -29,18 +31,28 @@ std::string Counted(std::uint64_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
-// As in "3 findings in 2 of 9 files and 2 folders, 3.0 kB."
-std::string CountText(const CheckTotals& totals) {
-  const std::string all =
-      Counted(totals.files, "file", "files") + " and " +
-      Counted(totals.folders, "folder", "folders") + ", " +
-      ReadableBytes(static_cast<std::int64_t>(totals.bytes)) +
-      (totals.unreadable == 0 ? ""
-                              : "; " + std::to_string(totals.unreadable) + " could not be read") +
-      ".\n";
-  if (totals.findings == 0) return "Nothing found in " + all;
-  return Counted(totals.findings, "finding", "findings") + " in " +
-         std::to_string(totals.with_findings) + " of " + all;
+// As in "9 files", or "2 of 9 files" where anything was found.
+std::string CountText(const CheckTotals& totals, const CheckCount& count, const char* one,
+                      const char* many) {
+  const std::string all = Counted(count.all, one, many);
+  return totals.findings == 0 ? all : std::to_string(count.with_findings) + " of " + all;
+}
+
+// As in "3 findings in 2 of 9 files and 1 of 2 folders, 3.0 kB."
+std::string TotalsText(const CheckTotals& totals) {
+  const std::string files = CountText(totals, totals.files, "file", "files");
+  const std::string folders = CountText(totals, totals.folders, "folder", "folders");
+  const std::string names =
+      totals.names.all == 0 ? files + " and " + folders
+                            : files + ", " + folders + " and " +
+                                  CountText(totals, totals.names, "further name", "further names");
+  return (totals.findings == 0 ? "Nothing found"
+                               : Counted(totals.findings, "finding", "findings")) +
+         " in " + names + ", " + ReadableBytes(static_cast<std::int64_t>(totals.bytes)) +
+         (totals.unreadable == 0
+              ? ""
+              : "; " + std::to_string(totals.unreadable) + " could not be read") +
+         ".\n";
 }
 
 // Rows that are not sought as their writer thinks.
@@ -62,6 +74,24 @@ class RowWarnings {
       Warn(static_cast<std::size_t>(row),
            "is no UTF-8 and is sought as these bytes alone: name the list's encoding with "
            "--list-encoding, or take a wildcard that stands for no part of a letter.");
+    }
+  }
+
+  void WarnOfThoseNotJudged(const Sought& sought) {
+    for (const std::int64_t row : sought.rows_not_judged()) {
+      Warn(static_cast<std::size_t>(row),
+           "cannot be judged, for what a run leaves of it cannot be told from other text: it is "
+           "sought "
+           "as a row whose run takes in everything.");
+    }
+  }
+
+  void WarnOfDroppedMarks() {
+    for (const ListRemark& remark : subject_.review.remarks) {
+      if (remark.problem != ListProblem::kByteOrderMark) continue;
+      messages_.Warn(ShownPath(subject_.list) + ":" + std::to_string(remark.line),
+                     "the byte-order mark is left out for this check; in a run the row is only "
+                     "found where the mark stands, too.");
     }
   }
 
@@ -91,6 +121,50 @@ class RowWarnings {
   CommandMessages& messages_;
 };
 
+// Adds up what was gone through on its way to the output.
+class Tally {
+ public:
+  Tally(FindingsOutput& output, CommandMessages& messages) : output_(output), messages_(messages) {}
+
+  void Take(const CheckedEntry& entry) {
+    const std::uint64_t findings = entry.findings.size() + entry.not_kept;
+    CheckCount& count = CountOf(entry.kind);
+    ++count.all;
+    if (findings > 0) ++count.with_findings;
+    totals.bytes += entry.bytes;
+    totals.findings += findings;
+    if (entry.kind == CheckedKind::kBrokenLink || entry.kind == CheckedKind::kSpecial) {
+      messages_.Note(
+          ShownPath(entry.path),
+          NameAloneText(entry.kind) + (entry.is_link ? ": no more than its name and where "
+                                                       "it leads was searched."s
+                                                     : ": no more than its name was "
+                                                       "searched."s));
+    }
+    if (entry.error != ErrorNumber::kNone) {
+      ++totals.unreadable;
+      messages_.Error(ShownPath(entry.path), ErrorLine(entry.error));
+    }
+    output_.Entry(entry);
+  }
+
+  CheckTotals totals;
+
+ private:
+  CheckCount& CountOf(CheckedKind kind) {
+    if (kind == CheckedKind::kFile) return totals.files;
+    return kind == CheckedKind::kFolder ? totals.folders : totals.names;
+  }
+
+  FindingsOutput& output_;
+  CommandMessages& messages_;
+};
+
+int StatusOf(const CheckTotals& totals, bool all_rows) {
+  if (totals.interrupted || totals.unreadable > 0) return kExitFailed;
+  return totals.findings > 0 || !all_rows ? kExitFindings : kExitDone;
+}
+
 }  // namespace
 
 int RunCheck(const CheckOptions& options, const CommandConsole& console) {
@@ -100,15 +174,21 @@ int RunCheck(const CheckOptions& options, const CommandConsole& console) {
   Program program({console.files, console.system, user});
   program.settings.gSeparator = kDefaultSeparator;
   if (!TakeListOptions(program, options, messages)) return kExitUsage;
+  if (console.note_stop_requests) console.note_stop_requests();
   const std::optional<ListReview> review = ReviewList(program, messages);
-  if (!review || messages.any_error() || !LoadList(program, messages)) return kExitFailed;
+  if (!review || messages.any_error() || !LoadList(program, messages, ByteOrderMarks::kDropped)) {
+    return kExitFailed;
+  }
 
   const Encoding encoding = ListEncoding(options, program.tables);
   const Sought sought(program.tables, program.settings.gJoker, encoding);
-  const CheckSubject subject{console.version, options.tree, options.list,
-                             program.tables,  *review,      encoding};
+  const bool all_rows = !MayLackRows(*review) && sought.rows_not_judged().empty();
+  const CheckSubject subject{console.version, options.tree, options.list, program.tables,
+                             *review,         encoding,     all_rows};
   RowWarnings warnings(subject, messages);
+  warnings.WarnOfDroppedMarks();
   warnings.WarnOfThoseThatStay(sought);
+  warnings.WarnOfThoseNotJudged(sought);
   warnings.WarnOfThoseThatAreBytes(sought);
   if (options.list_encoding == "auto" && encoding == Encoding::kWindows1252) {
     warnings.WarnOfThoseInUtf8();
@@ -119,23 +199,22 @@ int RunCheck(const CheckOptions& options, const CommandConsole& console) {
       options.json ? FindingsAsJson(subject, console.output)
                    : FindingsAsLines(subject, console.output,
                                      ColoursFor(console.system, console.output_is_terminal));
-  CheckTotals totals;
-  CheckTree(console.files, options.tree, sought, [&](const CheckedEntry& entry) {
-    ++(entry.is_folder ? totals.folders : totals.files);
-    totals.bytes += entry.bytes;
-    const std::uint64_t findings = entry.findings.size() + entry.not_kept;
-    totals.findings += findings;
-    if (findings > 0) ++totals.with_findings;
-    if (entry.error != ErrorNumber::kNone) {
-      ++totals.unreadable;
-      messages.Error(ShownPath(entry.path), ErrorLine(entry.error));
-    }
-    output->Entry(entry);
-  });
-  output->End(totals);
-  if (!options.quiet) console.error << CountText(totals) << std::flush;
-  if (totals.unreadable > 0) return kExitFailed;
-  return totals.findings > 0 ? kExitFindings : kExitDone;
+  Tally tally(*output, messages);
+  const auto keep_going = [&] { return !console.stop_requested || !console.stop_requested(); };
+  tally.totals.interrupted = !CheckTree(console.files, options.tree, sought, keep_going,
+                                        [&tally](const CheckedEntry& entry) { tally.Take(entry); });
+  output->End(tally.totals);
+  if (!options.quiet) console.error << TotalsText(tally.totals);
+  if (!all_rows) {
+    messages.Warn(ShownPath(options.list),
+                  "not all rows were looked for, so this proves nothing: mend what is said of the "
+                  "list above.");
+  }
+  if (tally.totals.interrupted) {
+    console.error << "Interrupted: the check was stopped, not everything was looked through.\n";
+  }
+  console.error << std::flush;
+  return StatusOf(tally.totals, all_rows);
 }
 
 }  // namespace morvex

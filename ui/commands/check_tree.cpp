@@ -5,6 +5,7 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <thread>
 #include <utility>
 
@@ -17,43 +18,57 @@ constexpr std::size_t kMostWaiting = 256;
 constexpr std::size_t kMostFindings = 2 * CheckedEntry::kMostKept;
 constexpr unsigned kMostThreads = 16;
 
-void Keep(CheckedEntry& entry, const Leftover& leftover, bool in_name) {
+void Keep(CheckedEntry& entry, const Leftover& leftover, Within within) {
   if (entry.findings.size() == CheckedEntry::kMostKept) {
     ++entry.not_kept;
     return;
   }
-  Finding finding{leftover, std::string(leftover.around), in_name};
+  Finding finding{leftover, std::string(leftover.around), within};
   finding.leftover.around = {};
   entry.findings.push_back(std::move(finding));
 }
 
 // Those of the name first, then by place, then by row.
 bool InOrder(const Finding& a, const Finding& b) {
-  if (a.in_name != b.in_name) return a.in_name;
+  if (a.within != b.within) return a.within < b.within;
   return std::pair(a.leftover.offset, a.leftover.row) <
          std::pair(b.leftover.offset, b.leftover.row);
 }
 
-void CheckEntry(FileService& files, LeftoverSearch& search, CheckedEntry& entry) {
-  BytesAsFile name_bytes(entry.name);
-  search.Run(name_bytes, [&](const Leftover& leftover) { Keep(entry, leftover, true); });
-  if (!entry.is_folder) {
+// False when it was ended early.
+bool CheckEntry(FileService& files, LeftoverSearch& search, const KeepGoing& keep_going,
+                CheckedEntry& entry) {
+  const auto keep_as = [&entry](Within within) {
+    return [&entry, within](const Leftover& leftover) { Keep(entry, leftover, within); };
+  };
+  BytesAsFile name(entry.name);
+  search.Run(name, keep_as(Within::kName));
+  if (entry.is_link) {
+    const Result<std::string> text = files.LinkText(entry.path);
+    if (text) entry.link_text = text.value;
+    if (entry.error == ErrorNumber::kNone) entry.error = text.error;
+    BytesAsFile link(entry.link_text);
+    search.Run(link, keep_as(Within::kLink));
+  }
+  if (entry.kind == CheckedKind::kFile) {
     const Result<std::unique_ptr<InputFile>> file = files.OpenForReading(entry.path);
-    entry.error = file.error;
+    if (!file) entry.error = file.error;
     if (file) {
-      entry.error =
-          search.Run(*file.value, [&](const Leftover& leftover) { Keep(entry, leftover, false); });
+      const ErrorNumber error = search.Run(*file.value, keep_as(Within::kContents), keep_going);
+      if (error != ErrorNumber::kNone) entry.error = error;
       entry.bytes = search.size();
     }
   }
   std::stable_sort(entry.findings.begin(), entry.findings.end(), InOrder);
+  return !keep_going || keep_going();
 }
 
 // Entries are handed out to threads in turn and given back in the order in which they came.
 class EntryQueue {
  public:
-  EntryQueue(FileService& files, const Sought& sought, const TakeEntry& take)
-      : files_(files), sought_(sought), take_(take) {
+  EntryQueue(FileService& files, const Sought& sought, const KeepGoing& keep_going,
+             const TakeEntry& take)
+      : files_(files), sought_(sought), keep_going_(keep_going), take_(take) {
     const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 1U, kMostThreads);
     for (unsigned i = 0; i < threads; ++i) threads_.emplace_back([this] { Work(); });
   }
@@ -88,10 +103,18 @@ class EntryQueue {
       --next_;
       findings_ -= slot->entry.findings.size();
       something_waits_.notify_all();
+      if (stopped_) continue;
       lock.unlock();
       take_(slot->entry);
       lock.lock();
     }
+  }
+
+  // Nothing more is told once it was to be ended.
+  bool MayGoOn() {
+    const std::lock_guard lock(mutex_);
+    if (keep_going_ && !keep_going_()) stopped_ = true;
+    return !stopped_;
   }
 
  private:
@@ -112,8 +135,9 @@ class EntryQueue {
       if (next_ == entries_.size()) return;
       Slot& slot = *entries_[next_++];
       lock.unlock();
-      CheckEntry(files_, search, slot.entry);
+      const bool whole = CheckEntry(files_, search, keep_going_, slot.entry);
       lock.lock();
+      if (!whole) stopped_ = true;
       slot.done = true;
       findings_ += slot.entry.findings.size();
       something_is_done_.notify_one();
@@ -122,6 +146,7 @@ class EntryQueue {
 
   FileService& files_;
   const Sought& sought_;
+  const KeepGoing& keep_going_;
   const TakeEntry& take_;
   std::mutex mutex_;  // for what follows
   std::condition_variable something_waits_;
@@ -130,17 +155,34 @@ class EntryQueue {
   std::size_t next_ = 0;      // the first that no thread has taken
   std::size_t findings_ = 0;  // of the entries that are done
   bool closed_ = false;
+  bool stopped_ = false;
   std::vector<std::thread> threads_;
 };
 
+CheckedKind KindOf(EntryKind kind) {
+  switch (kind) {
+    case EntryKind::kFolder:
+      return CheckedKind::kFolder;
+    case EntryKind::kBrokenLink:
+      return CheckedKind::kBrokenLink;
+    case EntryKind::kSpecial:
+      return CheckedKind::kSpecial;
+    case EntryKind::kFile:
+      break;
+  }
+  return CheckedKind::kFile;
+}
+
 class Walk {
  public:
-  Walk(FileService& files, EntryQueue& queue) : files_(files), queue_(queue) {}
+  // `root` is the tree's path with all links resolved.
+  Walk(FileService& files, EntryQueue& queue, const std::string& root)
+      : files_(files), queue_(queue), root_(WithSeparator(root)) {}
 
-  // `folder` is as it was looked up at `path`. Trees can be deeper than the process's stack.
-  void Folder(const std::string& path, const std::string& name, const Result<FolderInfo>& folder) {
-    Enter(path, name, folder);
-    while (!levels_.empty()) {
+  // `folder` is as it was looked up for the entry. Trees can be deeper than the process's stack.
+  void Folder(CheckedEntry tree, const Result<FolderInfo>& folder) {
+    Enter(std::move(tree), folder, false);
+    while (!levels_.empty() && queue_.MayGoOn()) {
       Level& level = levels_.back();
       if (level.next == level.listing.size()) {
         levels_.pop_back();
@@ -148,75 +190,90 @@ class Walk {
       }
       const FolderEntry entry = std::move(level.listing[level.next++]);
       const std::string below = level.path + entry.name;
-      if (entry.kind == EntryKind::kFolder) {
-        Enter(below, entry.name, files_.LookUpFolder(below));
-      } else if (entry.kind == EntryKind::kFile) {
-        File(below, entry.name);
+      if (entry.kind == EntryKind::kFolder && entry.is_link && LeadsIntoTree(below)) {
+        Add({below, entry.name, CheckedKind::kFolderElsewhere, true});
+      } else if (entry.kind == EntryKind::kFolder) {
+        const bool by_link = entry.is_link || level.by_link;
+        Enter({below, entry.name, CheckedKind::kFolder, entry.is_link}, files_.LookUpFolder(below),
+              by_link);
+      } else {
+        Add({below, entry.name, KindOf(entry.kind), entry.is_link});
       }
     }
   }
 
-  void File(const std::string& path, const std::string& name) {
-    CheckedEntry entry;
-    entry.path = path;
-    entry.name = name;
-    queue_.Add(std::move(entry));
-  }
+  void Add(CheckedEntry entry) { queue_.Add(std::move(entry)); }
 
  private:
   struct Level {
     FileIdentity identity;
-    std::string path;  // with a separator at its end
+    bool by_link = false;  // some link leads there
+    std::string path;      // with a separator at its end
     std::vector<FolderEntry> listing;
     std::size_t next = 0;
   };
+
+  std::string WithSeparator(const std::string& path) const {
+    return path.ends_with(files_.Separator()) ? path : path + files_.Separator();
+  }
+
+  // What lies in the tree is come to under its own path as well.
+  bool LeadsIntoTree(const std::string& link) const {
+    const Result<std::string> real = files_.RealPath(link);
+    return real && WithSeparator(real.value).starts_with(root_);
+  }
 
   bool IsOnTheWay(const FileIdentity& identity) const {
     return std::any_of(levels_.begin(), levels_.end(),
                        [&](const Level& level) { return level.identity == identity; });
   }
 
-  void Enter(const std::string& path, const std::string& name, const Result<FolderInfo>& folder) {
-    CheckedEntry entry;
-    entry.path = path;
-    entry.name = name;
-    entry.is_folder = true;
+  void Enter(CheckedEntry entry, const Result<FolderInfo>& folder, bool by_link) {
     entry.error = folder.error;
-    const bool loops = folder && IsOnTheWay(folder.value.identity);
-    Result<std::vector<FolderEntry>> listing;
-    if (folder && !loops) {
-      listing = files_.ListFolder(path);
-      entry.error = listing.error;
+    if (!folder) return Add(std::move(entry));
+    const FileIdentity identity = folder.value.identity;
+    const bool is_known = !entered_.emplace(identity.device, identity.number).second;
+    if (is_known && (by_link || IsOnTheWay(identity))) {
+      entry.kind = CheckedKind::kFolderElsewhere;
+      return Add(std::move(entry));
     }
-    queue_.Add(std::move(entry));
-    if (!folder || loops || !listing) return;
+    const std::string path = entry.path;
+    Result<std::vector<FolderEntry>> listing = files_.ListFolder(path);
+    entry.error = listing.error;
+    Add(std::move(entry));
+    if (!listing) return;
     std::sort(listing.value.begin(), listing.value.end(),
               [](const FolderEntry& a, const FolderEntry& b) { return a.name < b.name; });
-    const bool is_root = path.ends_with(files_.Separator());
-    levels_.push_back({folder.value.identity, is_root ? path : path + files_.Separator(),
-                       std::move(listing.value)});
+    levels_.push_back({identity, by_link, WithSeparator(path), std::move(listing.value)});
   }
 
   FileService& files_;
   EntryQueue& queue_;
+  const std::string root_;     // with a separator at its end
   std::vector<Level> levels_;  // the folders that lead to the present one
+  std::set<std::pair<std::uint64_t, std::uint64_t>> entered_;  // device and number
 };
 
 }  // namespace
 
-void CheckTree(FileService& files, const std::string& tree, const Sought& sought,
-               const TakeEntry& take) {
-  EntryQueue queue(files, sought, take);
-  Walk walk(files, queue);
+bool CheckTree(FileService& files, const std::string& tree, const Sought& sought,
+               const KeepGoing& keep_going, const TakeEntry& take) {
+  EntryQueue queue(files, sought, keep_going, take);
+  const Result<std::string> root = files.RealPath(tree);
+  Walk walk(files, queue, root ? root.value : tree);
   const Result<FolderInfo> folder = files.LookUpFolder(tree);
   const Result<FileInfo> file = files.LookUpFile(tree);
+  const bool is_link = static_cast<bool>(files.LinkText(tree));
   if (!folder && file) {
-    walk.File(tree, file.value.name);
+    walk.Add({tree, file.value.name, CheckedKind::kFile, is_link});
   } else {
     const std::string& path = folder.value.path;
-    walk.Folder(tree, path.substr(path.rfind(files.Separator()) + 1), folder);
+    walk.Folder({tree, path.substr(path.rfind(files.Separator()) + 1), CheckedKind::kFolder,
+                 is_link && folder},
+                folder);
   }
   queue.GiveBack(0);
+  return queue.MayGoOn();
 }
 
 }  // namespace morvex

@@ -37,8 +37,9 @@ constexpr const char* kCheckExamples =
     "  morvex-cli check handover --list names.txt --json > findings.json\n"
     "  morvex-cli check handover --list names.txt --quiet && tar -cf handover.tar handover\n"
     "\n"
-    "Exit status: 0 nothing is left; 3 something is; 1 something could not be read, whatever was\n"
-    "found elsewhere; 2 the command line is wrong.";
+    "Exit status: 0 nothing is left; 3 something is, or not all rows of the list were looked for;\n"
+    "1 something could not be read or the check was stopped, whatever was found elsewhere; 2 the\n"
+    "command line is wrong.";
 
 constexpr const char* kFilterAbout =
     "Reads standard input, replaces every text of the list, and writes standard output, in "

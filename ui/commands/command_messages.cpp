@@ -46,6 +46,10 @@ void CommandMessages::Warn(const std::string& place, const std::string& text) {
   Say(place, "warning", Paint::kWarning, text);
 }
 
+void CommandMessages::Note(const std::string& place, const std::string& text) {
+  Say(place, "note", Paint::kPlace, text);
+}
+
 void CommandMessages::Say(const std::string& place, const char* word, Paint paint,
                           const std::string& text) {
   stream_ << Painted(place, Paint::kPlace, colours_) << ": " << Painted(word, paint, colours_)

@@ -28,6 +28,9 @@ class CommandMessages {
   void Error(const std::string& place, const std::string& text);
   void Warn(const std::string& place, const std::string& text);
 
+  // What is to be known and nothing is wrong with, strictly speaking either.
+  void Note(const std::string& place, const std::string& text);
+
   bool any_error() const { return any_error_; }
 
  private:

@@ -9,6 +9,7 @@ namespace morvex {
 namespace {
 
 using Json = nlohmann::ordered_json;
+using namespace std::string_literals;
 
 // The row's text is shown up to so many bytes.
 constexpr std::size_t kMostOfARow = 80;
@@ -27,6 +28,11 @@ const char* NameOf(Encoding encoding) {
       break;
   }
   return "bytes";
+}
+
+const char* NameOf(Within within) {
+  if (within == Within::kName) return "name";
+  return within == Within::kLink ? "link" : "contents";
 }
 
 bool IsInListEncoding(const CheckSubject& subject, Encoding encoding) {
@@ -97,7 +103,9 @@ class Lines : public FindingsOutput {
   void Line(const CheckedEntry& entry, const Finding& finding) {
     const Leftover& leftover = finding.leftover;
     const std::string line = std::to_string(leftover.line);
-    const std::string place = ShownPath(entry.path) + (finding.in_name ? ": name" : ":" + line);
+    const std::string place =
+        ShownPath(entry.path) +
+        (finding.within == Within::kContents ? ":" + line : ": "s + NameOf(finding.within));
     const Surroundings around = SurroundingsOf(finding);
     const std::string& left = subject_.tables.LeftTexts[static_cast<std::size_t>(leftover.row)];
     std::string row =
@@ -124,6 +132,7 @@ class JsonDocument : public FindingsOutput {
     head["tree"] = ShownPath(subject.tree);
     head["list"] = ShownPath(subject.list);
     head["list_encoding"] = NameOf(subject.list_encoding);
+    head["all_rows"] = subject.all_rows;
     std::string text = head.dump(2);
     text.resize(text.size() - 2);  // the closing brace and the line break in front of it
     output_ << text << ",\n  \"findings\": [";
@@ -132,6 +141,12 @@ class JsonDocument : public FindingsOutput {
   void Entry(const CheckedEntry& entry) override {
     for (const Finding& finding : entry.findings) Object(entry, finding);
     if (entry.not_kept > 0) not_kept_.push_back({ShownPath(entry.path), entry.not_kept});
+    const char* const what = NameAloneText(entry.kind);
+    if (what != nullptr) {
+      Json name = {{"path", ShownPath(entry.path)}, {"what", what}};
+      if (entry.is_link) name["link"] = ShownPath(entry.link_text);
+      names_.push_back(std::move(name));
+    }
     if (entry.error != ErrorNumber::kNone) {
       unreadable_.push_back({{"path", ShownPath(entry.path)},
                              {"error", static_cast<int>(entry.error)},
@@ -140,15 +155,23 @@ class JsonDocument : public FindingsOutput {
   }
 
   void End(const CheckTotals& totals) override {
-    const Json count = {{"files", totals.files},
-                        {"folders", totals.folders},
-                        {"bytes", totals.bytes},
-                        {"findings", totals.findings},
-                        {"with_findings", totals.with_findings},
-                        {"unreadable", totals.unreadable}};
+    const Json count = {
+        {"files", totals.files.all},
+        {"folders", totals.folders.all},
+        {"names", totals.names.all},
+        {"bytes", totals.bytes},
+        {"findings", totals.findings},
+        {"with_findings",
+         totals.files.with_findings + totals.folders.with_findings + totals.names.with_findings},
+        {"files_with_findings", totals.files.with_findings},
+        {"folders_with_findings", totals.folders.with_findings},
+        {"names_with_findings", totals.names.with_findings},
+        {"unreadable", totals.unreadable}};
     output_ << (any_ ? "\n  ],\n" : "],\n") << "  \"not_listed\": " << not_kept_.dump()
-            << ",\n  \"unreadable\": " << unreadable_.dump() << ",\n  \"totals\": " << count.dump()
-            << "\n}\n"
+            << ",\n  \"names_alone\": " << names_.dump()
+            << ",\n  \"unreadable\": " << unreadable_.dump()
+            << ",\n  \"interrupted\": " << Json(totals.interrupted).dump()
+            << ",\n  \"totals\": " << count.dump() << "\n}\n"
             << std::flush;
   }
 
@@ -158,7 +181,7 @@ class JsonDocument : public FindingsOutput {
     const Surroundings around = SurroundingsOf(finding);
     Json object;
     object["path"] = ShownPath(entry.path);
-    object["where"] = finding.in_name ? "name" : "contents";
+    object["where"] = NameOf(finding.within);
     object["byte"] = leftover.offset;
     object["line"] = leftover.line;
     object["size"] = leftover.size;
@@ -179,10 +202,26 @@ class JsonDocument : public FindingsOutput {
   std::ostream& output_;
   bool any_ = false;
   Json not_kept_ = Json::array();
+  Json names_ = Json::array();
   Json unreadable_ = Json::array();
 };
 
 }  // namespace
+
+const char* NameAloneText(CheckedKind kind) {
+  switch (kind) {
+    case CheckedKind::kFolderElsewhere:
+      return "link to a folder that is gone through under another path";
+    case CheckedKind::kBrokenLink:
+      return "broken link";
+    case CheckedKind::kSpecial:
+      return "pipe, socket or device";
+    case CheckedKind::kFile:
+    case CheckedKind::kFolder:
+      break;
+  }
+  return nullptr;
+}
 
 std::unique_ptr<FindingsOutput> FindingsAsLines(const CheckSubject& subject, std::ostream& output,
                                                 MessageColours colours) {

@@ -21,15 +21,23 @@ struct CheckSubject {
   const SubstitutionTables& tables;
   const ListReview& review;
   Encoding list_encoding = Encoding::kUtf8;
+  bool all_rows = true;  // every row of the list was looked for
+};
+
+// Of files, of folders or of names alone.
+struct CheckCount {
+  std::uint64_t all = 0;
+  std::uint64_t with_findings = 0;
 };
 
 struct CheckTotals {
-  std::uint64_t files = 0;
-  std::uint64_t folders = 0;
+  CheckCount files;
+  CheckCount folders;
+  CheckCount names;
   std::uint64_t bytes = 0;
   std::uint64_t findings = 0;
-  std::uint64_t with_findings = 0;  // files and folders
   std::uint64_t unreadable = 0;
+  bool interrupted = false;
 };
 
 // In the order of calls: any number of entries, then the end.
@@ -39,6 +47,9 @@ class FindingsOutput {
   virtual void Entry(const CheckedEntry& entry) = 0;
   virtual void End(const CheckTotals& totals) = 0;
 };
+
+// What an entry is of which the name alone is looked at; null for a file or folder.
+const char* NameAloneText(CheckedKind kind);
 
 // A finding a line.
 std::unique_ptr<FindingsOutput> FindingsAsLines(const CheckSubject& subject, std::ostream& output,

@@ -1,6 +1,7 @@
 #include "ui/commands/list_loading.h"
 
 #include "core/list/editor_window.h"
+#include "core/list/grid.h"
 #include "core/list/list_file.h"
 #include "core/list/list_operations.h"
 #include "core/settings/character_code.h"
@@ -16,7 +17,7 @@ std::string Advice(const ListRemark& remark, const std::string& separator) {
   const std::string earlier = "line " + std::to_string(remark.earlier_line);
   switch (remark.problem) {
     case ListProblem::kByteOrderMark:
-      return "a byte-order mark stands here and becomes part of the first left text: save the list "
+      return "a byte-order mark stands here and becomes part of the left text: save the list "
              "without it.";
     case ListProblem::kNoSeparator:
       return "no row, for it does not hold the separator " + Quoted(separator) +
@@ -51,8 +52,45 @@ std::string Advice(const ListRemark& remark, const std::string& separator) {
     case ListProblem::kUtf16:
       return "the list is in UTF-16, so that nothing of it would ever fit: save it as UTF-8 or "
              "Windows-1252, as the files are.";
+    case ListProblem::kBehindEnd:
+      return "lost, with all that follows, for " + earlier +
+             ", three separators, ends the list: move that line behind the last row.";
+    case ListProblem::kCarriageReturn:
+      return "a carriage return stands inside this row, so that what follows it belongs to the "
+             "row, "
+             "other rows too: end every line in CR LF or LF, and write [CRLF] for a line break.";
+    case ListProblem::kBlanks:
+      return "blanks stand beside the separator and are part of the texts: take them out, unless " +
+             text + " is to be found with its blanks alone, or a blank is to be put in.";
+    case ListProblem::kFurtherSeparator:
+      return "the right text of " + text + " holds the separator " + Quoted(separator) +
+             " again: take it out, or name a separator that no text holds.";
+    case ListProblem::kTooLong:
+      return "the left text has more than 32766 bytes and so never fits: take a part of it.";
+    case ListProblem::kNoWildcardSet:
+      return text + " and " + std::to_string(remark.count - 1) +
+             (remark.count == 2 ? " more left text hold " : " more left texts hold ") +
+             Quoted(std::string(1, remark.character)) +
+             ", and no wildcard is set: set it, if it is to be one.";
+    case ListProblem::kUnusedWildcard:
+      return "no left text holds the wildcard that is set: set the one that the list has, or none.";
+    case ListProblem::kOwnEnding:
+      return text +
+             " ends at once, for what stands behind its wildcard also stands in front of it: " +
+             "of " + Quoted(remark.example) + " a run makes " + Quoted(remark.outcome) +
+             "; choose an ending that the beginning does not hold.";
   }
   return "";
+}
+
+// Takes the marks out of the rows that begin with one.
+void DropMarks(ReplacementsWindow& grid) {
+  for (std::size_t row = 0; row < grid.rows.size(); ++row) {
+    const std::string& text = grid.rows[row].txtLinks.text;
+    if (!text.starts_with(kUtf8Mark)) continue;
+    SetCellText(grid, {Column::kLeft, static_cast<std::int64_t>(row)},
+                text.substr(kUtf8Mark.size()));
+  }
 }
 
 }  // namespace
@@ -89,7 +127,7 @@ std::optional<ListReview> ReviewList(Program& program, CommandMessages& messages
     return std::nullopt;
   }
   for (const ListRemark& remark : review.value.remarks) {
-    const std::string place = path + ":" + std::to_string(remark.line);
+    const std::string place = remark.line == 0 ? path : path + ":" + std::to_string(remark.line);
     const std::string advice = Advice(remark, settings.gSeparator);
     if (remark.problem == ListProblem::kUtf16) {
       messages.Error(place, advice);
@@ -107,10 +145,11 @@ std::optional<ListReview> ReviewList(Program& program, CommandMessages& messages
   return review.value;
 }
 
-bool LoadList(Program& program, CommandMessages& messages) {
+bool LoadList(Program& program, CommandMessages& messages, ByteOrderMarks marks) {
   const std::string path = program.settings.SubstitutieFile;
   if (program.frmReplacements.loaded) RefreshFormReplacements(program);
   ImportReplacementList(program, path);
+  if (marks == ByteOrderMarks::kDropped) DropMarks(program.frmReplacements);
   cmdOK_Click(program);
   const ErrorNumber error = program.settings.list_file_error;
   if (error != ErrorNumber::kNone) messages.Error(ShownPath(path), ErrorLine(error));

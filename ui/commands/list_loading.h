@@ -20,8 +20,12 @@ bool TakeListOptions(Program& program, const ListOptions& options, CommandMessag
 // list cannot be used; whether a warning counts as an error, `messages` knows.
 std::optional<ListReview> ReviewList(Program& program, CommandMessages& messages);
 
+// Whether byte-order marks at the beginning of left texts stay there, as for a run.
+enum class ByteOrderMarks { kKept, kDropped };
+
 // Reads the list that the settings name into the tables, in place of what stands there. False,
 // after a message, when it cannot be read to its end.
-bool LoadList(Program& program, CommandMessages& messages);
+bool LoadList(Program& program, CommandMessages& messages,
+              ByteOrderMarks marks = ByteOrderMarks::kKept);
 
 }  // namespace morvex

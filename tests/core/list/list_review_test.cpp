@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <optional>
 
 #include "core/list/list_file.h"
 #include "tests/support/test_program.h"
@@ -13,20 +14,39 @@ namespace {
 
 using namespace std::string_literals;
 
-ListReview Review(const std::string& bytes, const std::string& separator = "|", char joker = '*') {
+// Without a wildcard that is named it is "*" where the list has one.
+ListReview Review(const std::string& bytes, const std::string& separator = "|",
+                  std::optional<char> joker = std::nullopt) {
   MemoryFiles files;
   files.AddFile("/list.txt", bytes);
+  const char own = bytes.find('*') == std::string::npos ? '\0' : '*';
   const Result<ListReview> review =
-      ReviewList(files, "/list.txt", separator, static_cast<std::uint8_t>(joker));
+      ReviewList(files, "/list.txt", separator, static_cast<std::uint8_t>(joker.value_or(own)));
   EXPECT_TRUE(review);
   return review.value;
 }
 
 // The remarks as lines of text.
 std::vector<std::string> Remarks(const ListReview& review) {
-  constexpr std::array kNames = {"byte-order mark", "no separator", "rows lost", "empty left",
-                                 "duplicate",       "forestalled",  "short",     "open wildcard",
-                                 "stray wildcard",  "NUL",          "UTF-16"};
+  constexpr std::array kNames = {"byte-order mark",
+                                 "no separator",
+                                 "rows lost",
+                                 "empty left",
+                                 "duplicate",
+                                 "forestalled",
+                                 "short",
+                                 "open wildcard",
+                                 "stray wildcard",
+                                 "NUL",
+                                 "UTF-16",
+                                 "behind end",
+                                 "carriage return",
+                                 "blanks",
+                                 "further separator",
+                                 "too long",
+                                 "no wildcard set",
+                                 "unused wildcard",
+                                 "own ending"};
   std::vector<std::string> lines;
   for (const ListRemark& remark : review.remarks) {
     std::string line = std::to_string(remark.line) + " " +
@@ -34,6 +54,9 @@ std::vector<std::string> Remarks(const ListReview& review) {
     if (remark.earlier_line != 0) {
       line += " by " + std::to_string(remark.earlier_line) + " " + remark.earlier_text;
     }
+    if (remark.count != 0)
+      line += " " + std::string(1, remark.character) + " " + std::to_string(remark.count);
+    if (!remark.example.empty()) line += " " + remark.example + " -> " + remark.outcome;
     lines.push_back(line);
   }
   return lines;
@@ -115,13 +138,108 @@ TEST(ListReviewTest, LinesThatAreNoRowAreToldUnlessTheyAreEmpty) {
 
 TEST(ListReviewTest, TheFirstRowBehindTheFinalOneIsToldAsLost) {
   EXPECT_EQ(Remarks(Review("Anna|x||\r\nBert|y\r\nCarl|z\r\n")), Lines{"2 rows lost Bert|y by 1 "});
-  EXPECT_EQ(Remarks(Review("Anna|x||\r\n|||\r\nBert|y\r\n")), Lines{});
+  EXPECT_EQ(Remarks(Review("Anna|x||\r\n|||\r\n")), Lines{});
+}
+
+TEST(ListReviewTest, TheFirstLineBehindTheListsEndIsToldAsLost) {
+  EXPECT_EQ(Remarks(Review("Anna|x\r\n|||\r\nBert|y\r\nCarl|z\r\n")),
+            Lines{"3 behind end Bert|y by 2 "});
+  EXPECT_EQ(Remarks(Review("Anna|x||\r\n|||\r\nBert|y\r\n")), Lines{"3 behind end Bert|y by 2 "});
+  EXPECT_EQ(Remarks(Review("Anna|x\n|||\n|||\n\n|||\nBert\n")), Lines{"6 behind end Bert by 2 "});
+  EXPECT_EQ(Remarks(Review("Anna|x\r\n|||\r\n\r\n|||\r\n\r\n")), Lines{});
+}
+
+TEST(ListReviewTest, ACarriageReturnInsideARowIsTold) {
+  EXPECT_EQ(Remarks(Review("Anna|x\rBert|y\r")),
+            (Lines{"1 carriage return Anna", "1 further separator Anna"}));
+  EXPECT_EQ(Remarks(Review("Anna\rBert|y\r\nCarl|x\r\r\nDora|z\r\n")),
+            (Lines{"1 carriage return Anna\rBert", "2 carriage return Carl"}));
+  EXPECT_EQ(Remarks(Review("Anna|x\r\nBert|y\n|||")), Lines{});
+}
+
+TEST(ListReviewTest, BlanksBesideTheSeparatorAreTold) {
+  for (const char* bytes : {"Anna |x\n", "Anna| x\n", "Anna | x\n", "Anna\t|x\n", "Anna|\tx\n"}) {
+    EXPECT_EQ(Remarks(Review(bytes)).size(), 1u) << bytes;
+    EXPECT_EQ(Review(bytes).remarks.front().problem, ListProblem::kBlanks) << bytes;
+  }
+  EXPECT_EQ(Remarks(Review(" Anna Lee|x y \nBert|\n")), Lines{});
+  EXPECT_EQ(Remarks(Review("Anna Lee | x\n", " | ")), Lines{});
+}
+
+TEST(ListReviewTest, AFurtherSeparatorInARightTextIsTold) {
+  EXPECT_EQ(Remarks(Review("Anna|x|y\n")), Lines{"1 further separator Anna"});
+  EXPECT_EQ(Remarks(Review("Anna|x|y||\n")), Lines{"1 further separator Anna"});
+  EXPECT_EQ(Remarks(Review("Anna||x\n")), Lines{"1 further separator Anna"});
+  EXPECT_EQ(Remarks(Review("Anna|x|\nBert|y\n")), Lines{"1 further separator Anna"});
+  EXPECT_EQ(Remarks(Review("Anna|x||\n")), Lines{});
+  EXPECT_EQ(Remarks(Review("Anna||\n")), Lines{});
+  EXPECT_EQ(Remarks(Review("Anna|||\n")), Lines{});
+  // Two bytes are cut off the last row, so one separator of two stays.
+  EXPECT_EQ(Remarks(Review("Anna::x::::\n", "::")), Lines{"1 further separator Anna"});
+}
+
+TEST(ListReviewTest, ALeftTextThatIsLongerThanAnyMatchIsTold) {
+  EXPECT_EQ(Remarks(Review(std::string(32766, 'a') + "|x\n")), Lines{});
+  EXPECT_EQ(Remarks(Review(std::string(32767, 'a') + "|x\n")),
+            Lines{"1 too long " + std::string(32767, 'a')});
+  // A line break has two bytes.
+  EXPECT_EQ(Review(std::string(32765, 'a') + "[CRLF]|x\n").remarks.size(), 1u);
+}
+
+TEST(ListReviewTest, SeveralTextsThatHoldAUsualWildcardAreToldWhereNoneIsSet) {
+  EXPECT_EQ(Remarks(Review("note|x\nBorn: *;|x\nDied: *;|y\nLeft: *;|y\n", "|", '\0')),
+            Lines{"2 no wildcard set Born: *; * 3"});
+  EXPECT_EQ(Remarks(Review("Wh?|x\nAnna|x|y\nM?ller|y\n", "|", '\0')),
+            (Lines{"1 no wildcard set Wh? ? 2", "2 further separator Anna"}));
+  EXPECT_EQ(Remarks(Review("Born: *;|x\nWho?|y\n", "|", '\0')), Lines{});
+  EXPECT_EQ(Remarks(Review("Wh?|x\nM?ller|y\nA#na|z\n", "|", '#')), Lines{});
+}
+
+TEST(ListReviewTest, AWildcardThatNoLeftTextHoldsIsToldOfTheWholeList) {
+  EXPECT_EQ(Remarks(Review("Anna|x\nA|y\n", "|", '*')), (Lines{"0 unused wildcard ", "2 short A"}));
+  EXPECT_EQ(Remarks(Review("Anna|x\nB*rt|y\n", "|", '*')), Lines{});
+  EXPECT_EQ(Remarks(Review("|x\n", "|", '*')), Lines{"1 empty left x"});
+}
+
+// The outcomes are those of the rules: a span that finds its ending in front of itself takes in two
+// bytes, or hardly more.
+TEST(ListReviewTest, ARowThatEndsInItsOwnBeginningIsToldWithWhatARunLeaves) {
+  EXPECT_EQ(Remarks(Review("name=\"*\"|name=\"[x]\"\n")),
+            Lines{"1 own ending name=\"*\" name=\"Renate\" -> name=\"[x]\"nate\""});
+  EXPECT_EQ(Remarks(Review(";*;|;[y];\n")), Lines{"1 own ending ;*; ;Renate; -> ;[y];nate;"});
+  EXPECT_EQ(Remarks(Review("--*--|<*>\n")), Lines{"1 own ending --*-- --Renate-- -> <>nate--"});
+  EXPECT_EQ(Remarks(Review("e*e|x\n")), Lines{"1 own ending e*e eVollmoore -> xllmoore"});
+  EXPECT_EQ(Remarks(Review("Mr * |[m] \n")),
+            (Lines{"1 blanks Mr * ", "1 own ending Mr *  Mr Renate  -> [m] nate "}));
+  EXPECT_EQ(Remarks(Review("[CRLF]Name: *[CRLF]|x\n")),
+            Lines{"1 own ending [CRLF]Name: *[CRLF] \r\nName: Renate\r\n -> xnate\r\n"});
+}
+
+TEST(ListReviewTest, ARowWhoseEndingStandsBehindTheWildcardAloneIsNotTold) {
+  for (const char* left :
+       {"Born: *;", "HSL-*/RM", "<b>*</b>", "-*--", "Phone: *[CRLF]", "*abc*;"}) {
+    EXPECT_EQ(Remarks(Review(left + "|x\n"s)), Lines{}) << left;
+  }
+}
+
+TEST(ListReviewTest, AListMayLackRowsWhereItsTextIsNotAllRows) {
+  for (const char* bytes :
+       {"\xEF\xBB\xBF"
+        "Anna|x\n",
+        "Anna|x\nBert;y\n", "Anna|x||\nBert|y\n", "Anna|x\n|||\nBert|y\n", "Anna|x\rBert|y\n"}) {
+    EXPECT_TRUE(MayLackRows(Review(bytes))) << bytes;
+  }
+  EXPECT_FALSE(MayLackRows(Review("Anna |x|y\nAnna|z\na|b\nT*|x\n|x\n|||\n")));
 }
 
 TEST(ListReviewTest, AByteOrderMarkIsTold) {
   EXPECT_EQ(Remarks(Review("\xEF\xBB\xBF"
                            "Anna|x\r\n")),
             Lines{"1 byte-order mark "});
+  // As where two files were put together.
+  EXPECT_EQ(Remarks(Review("Anna|x\n\xEF\xBB\xBF"
+                           "Bert|x\r\n")),
+            Lines{"2 byte-order mark "});
 }
 
 TEST(ListReviewTest, EveryRowOfAnImportHasItsLine) {

@@ -89,6 +89,17 @@ TEST(SetJoker, TheFlagsThatRemainAreKept) {
   EXPECT_EQ(tables.JokerRight, (Flags{true, true, false}));
 }
 
+TEST(HasEndingInBeginning, LooksForAllBehindTheWildcardInFrontOfIt) {
+  for (const char* left : {"name=\"*\"", "Mr * ", ";*;", "--*--", "a-b*-", "**"}) {
+    EXPECT_TRUE(HasEndingInBeginning(left, '*')) << left;
+    EXPECT_FALSE(HasEndingInBeginning(left, 0)) << left;
+    EXPECT_FALSE(HasEndingInBeginning(left, '#')) << left;
+  }
+  for (const char* left : {"", "*", "a", "a*", "a*b", "-*--", "*a", "*a*b", "<b>*</b>", "a*a*"}) {
+    EXPECT_FALSE(HasEndingInBeginning(left, '*')) << left;
+  }
+}
+
 TEST(SetJoker, EachColumnHasItsOwnFlags) {
   SubstitutionTables tables;
   Set_Joker(tables, "Left", 1, true);

@@ -28,6 +28,14 @@ TEST(CommandMessagesTest, StrictMakesAWarningAnError) {
   EXPECT_EQ(stream.str(), "list.txt:12: error: look here.\n");
 }
 
+TEST(CommandMessagesTest, ANoteIsNoErrorStrictlySpeakingEither) {
+  std::ostringstream stream;
+  CommandMessages messages(stream, MessageColours::kNone, true);
+  messages.Note("tree/pipe", "look here.");
+  EXPECT_FALSE(messages.any_error());
+  EXPECT_EQ(stream.str(), "tree/pipe: note: look here.\n");
+}
+
 TEST(CommandMessagesTest, ColoursEndWhereTheyShould) {
   std::ostringstream stream;
   CommandMessages messages(stream, MessageColours::kShown, false);

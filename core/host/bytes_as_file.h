@@ -1,0 +1,41 @@
+// Files that are nothing but bytes in memory, for what otherwise works on files.
+#pragma once
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "core/host/file_service.h"
+
+namespace morvex {
+
+// The bytes must outlive it.
+class BytesAsFile : public InputFile {
+ public:
+  explicit BytesAsFile(std::string_view bytes) : bytes_(bytes) {}
+  Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
+    if (offset >= bytes_.size()) return std::size_t{0};
+    return bytes_.copy(into, size, static_cast<std::size_t>(offset));
+  }
+
+ private:
+  std::string_view bytes_;
+};
+
+// Keeps what is written to it.
+class FileAsBytes : public OutputFile {
+ public:
+  ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
+    const auto at = static_cast<std::size_t>(offset);
+    bytes_.resize(std::max(bytes_.size(), at + bytes.size()));
+    bytes.copy(bytes_.data() + at, bytes.size());
+    return ErrorNumber::kNone;
+  }
+  ErrorNumber Close() override { return ErrorNumber::kNone; }
+  const std::string& bytes() const { return bytes_; }
+
+ private:
+  std::string bytes_;
+};
+
+}  // namespace morvex

@@ -1,0 +1,33 @@
+// Bytes in memory that are read and written as files.
+#include "core/host/bytes_as_file.h"
+
+#include <gtest/gtest.h>
+
+namespace morvex::test {
+namespace {
+
+TEST(BytesAsFile, GivesWhatStandsAtAnOffsetAndNothingBehindTheEnd) {
+  BytesAsFile file("abcde");
+  std::string into(3, '.');
+  const auto read = [&](std::uint64_t offset) {
+    const Result<std::size_t> count = file.ReadAt(offset, into.data(), into.size());
+    EXPECT_TRUE(count);
+    return into.substr(0, count.value);
+  };
+  EXPECT_EQ(read(0), "abc");
+  EXPECT_EQ(read(3), "de");
+  EXPECT_EQ(read(5), "");
+  EXPECT_EQ(read(99), "");
+}
+
+TEST(FileAsBytes, KeepsWhatIsWrittenLastAtEveryOffset) {
+  FileAsBytes file;
+  EXPECT_EQ(file.WriteAt(2, "cde"), ErrorNumber::kNone);
+  EXPECT_EQ(file.WriteAt(0, "ABC"), ErrorNumber::kNone);
+  EXPECT_EQ(file.WriteAt(9, ""), ErrorNumber::kNone);
+  EXPECT_EQ(file.Close(), ErrorNumber::kNone);
+  EXPECT_EQ(file.bytes(), std::string("ABCde\0\0\0\0", 9));
+}
+
+}  // namespace
+}  // namespace morvex::test
