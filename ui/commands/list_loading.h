@@ -20,6 +20,10 @@ bool TakeListOptions(Program& program, const ListOptions& options, CommandMessag
 // list cannot be used; whether a warning counts as an error, `messages` knows.
 std::optional<ListReview> ReviewList(Program& program, CommandMessages& messages);
 
+// The warnings alone, for a run that a settings file describes: it goes on whatever they are, and
+// says itself when there is no list to be had.
+void WarnOfList(const Program& program, CommandMessages& messages);
+
 // Reads the list that the settings name into the tables, in place of what stands there. False,
 // after a message, when it cannot be read to its end.
 bool LoadList(Program& program, CommandMessages& messages);
