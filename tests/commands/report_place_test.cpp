@@ -131,6 +131,12 @@ TEST_F(ReportPlaceTest, TheNameOfTheWorkFileIsNoPlace) {
        {"tijdel.enc", "src/tijdel.enc", "src/sub/tijdel.enc", "out/tijdel.enc"}) {
     ExpectRefused(place, "has the name of the file that a run works on");
   }
+  ASSERT_EQ(scene
+                .Shell("morvex-cli run src out --list list.txt --all --quiet --report r.json && "
+                       "ln -s r.json tijdel.enc")
+                .status,
+            0);
+  ExpectRefused("tijdel.enc", "has the name of the file that a run works on");
 }
 
 TEST_F(ReportPlaceTest, WhatIsNoOrdinaryFileIsNoPlace) {
@@ -240,6 +246,14 @@ TEST_F(ReportPlaceTest, AListBesideTheSourceOrInATargetWithinItIsNotWarnedOf) {
         std::string::npos)
         << list;
   }
+}
+
+TEST_F(ReportPlaceTest, AListInASourceThatLiesInItsTargetIsWarnedOf) {
+  scene.Write("out/src/list.txt", "Anna Meyer|[A]\r\n|||\r\n");
+  const ProgramResult result =
+      scene.Shell("morvex-cli run out/src out --quiet --all --strict --list out/src/list.txt");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.errors.find("lies in the source"), std::string::npos) << result.errors;
 }
 
 TEST_F(ReportPlaceTest, ASingleSourceThatIsTheListOrAReportIsWarnedOf) {

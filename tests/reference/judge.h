@@ -54,7 +54,7 @@ class Judge {
   };
 
   template <class Run>
-  Outcome RunThrough(InputFile& file, Run run);
+  Outcome RunThrough(InputFile& input, Run run);
 
   JudgedList list_;
   Kernel kernel_;

@@ -27,7 +27,7 @@ bool IsNothing(ErrorNumber error) {
 }  // namespace
 
 bool ReportPlace::MayHold() {
-  if (TakesOwnPlace()) return false;
+  if (!SparesOwnPlaces()) return false;
   FileService& files = program_.host.files;
   const ErrorNumber found = files.LookUpFile(path_).error;
   if (found == ErrorNumber::kNone) return MayReplace();
@@ -41,8 +41,8 @@ bool ReportPlace::Refuse(const std::string& why) {
   return false;
 }
 
-// The names of what the run reads and writes, whether or not there is such a file yet.
-bool ReportPlace::TakesOwnPlace() {
+// Looks at the names of what the run reads and writes, whether or not there is such a file yet.
+bool ReportPlace::SparesOwnPlaces() {
   const std::string source = program_.frmMorvex.Text1(kSourceBox).text;
   const std::string target = program_.frmMorvex.Text1(kTargetBox).text;
   using Place = std::pair<std::string, const char*>;
@@ -56,10 +56,13 @@ bool ReportPlace::TakesOwnPlace() {
     own.emplace_back(InProgramFolder(program_, name), "a file of the program's own");
   }
   for (const auto& [place, what] : own) {
-    if (IsSamePlace(program_, path_, place)) return !Refuse("is " + (what + std::string(kAnother)));
+    if (IsSamePlace(program_, path_, place)) return Refuse("is " + (what + std::string(kAnother)));
   }
-  if (!IsTemporaryName(program_, NameIn(program_, RealPlace(program_, path_)))) return false;
-  return !Refuse(std::string("has the name of the file that a run works on") + kAnother);
+  for (const std::string& path : {path_, RealPlace(program_, path_)}) {
+    if (!IsTemporaryName(program_, NameIn(program_, path))) continue;
+    return Refuse(std::string("has the name of the file that a run works on") + kAnother);
+  }
+  return true;
 }
 
 // A file is there.

@@ -29,7 +29,7 @@ class ReportPlace {
 
  private:
   bool Refuse(const std::string& why);
-  bool TakesOwnPlace();
+  bool SparesOwnPlaces();
   bool MayReplace();
   bool HasRoom();
   ErrorNumber Probe(const std::string& path);

@@ -1,5 +1,6 @@
 #include "ui/commands/run_report.h"
 
+#include <algorithm>
 #include <array>
 #include <istream>
 #include <nlohmann/json.hpp>
@@ -138,14 +139,24 @@ class FileBuffer : public std::streambuf {
   std::array<char, 16384> block_{};
 };
 
+// Spares looking through long files that are none.
+bool BeginsAsReport(InputFile& file) {
+  const std::string wanted = std::string("{\"program\":\"") + kProgramName + "\"";
+  FileBuffer buffer(file);
+  std::istream stream(&buffer);
+  char next = 0;
+  return std::all_of(wanted.begin(), wanted.end(),
+                     [&](char each) { return stream >> next && next == each; });
+}
+
 }  // namespace
 
 bool HoldsRunReport(FileService& files, const std::string& path) {
   const Result<std::unique_ptr<InputFile>> file = files.OpenForReading(path);
   if (!file) return false;
+  if (!BeginsAsReport(*file.value)) return false;
   FileBuffer buffer(*file.value);
   std::istream stream(&buffer);
-  if (stream.peek() != '{') return false;
   // What the parts hold is left out, so that a long report takes no memory.
   const auto is_part = [](int depth, Json::parse_event_t, Json&) { return depth < 2; };
   const Json report = Json::parse(stream, is_part, false);

@@ -12,8 +12,8 @@
 
 namespace morvex {
 
-// Whether the file is a report of a run: a JSON object that names this program and has the parts
-// that a report has.
+// Whether the file is a report of a run: a JSON object that names this program first and has the
+// parts that a report has.
 bool HoldsRunReport(FileService& files, const std::string& path);
 
 class RunReport : public RunObserver {

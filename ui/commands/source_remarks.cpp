@@ -35,7 +35,8 @@ void WarnOfOwnFilesInSource(const Program& program, const std::string& settings_
     if (!FileExists(program, path)) return false;
     if (is_single_file) return IsSamePlace(program, source, path);
     // A target in the source is no part of it.
-    return WayFrom(program, source, path) && !WayFrom(program, target, path);
+    const bool is_target = WayFrom(program, source, target) && WayFrom(program, target, path);
+    return WayFrom(program, source, path) && !is_target;
   };
   const auto warn = [&](const std::string& path, const char* what) {
     messages.Warn(
