@@ -16,7 +16,9 @@
 #include "host/system/standard_streams.h"
 #include "host/system/terminal.h"
 #include "ui/commands/command_line.h"
+#include "ui/commands/command_messages.h"
 #include "ui/commands/commands.h"
+#include "ui/commands/list_loading.h"
 #include "ui/console/console_text.h"
 #include "ui/console/console_user.h"
 
@@ -56,6 +58,15 @@ int ReportCommandLineError(ErrorNumber error) {
   return kCommandLineError;
 }
 
+// What the splitter made of the command line and nobody wants.
+void WarnOfIgnored(const std::vector<std::string>& pieces, CommandMessages& messages) {
+  for (const std::string& piece : IgnoredPieces(pieces)) {
+    messages.Warn(kProgramPlace, "\"" + Printable(piece) +
+                                     "\" was ignored: there are -if and -dy alone, and a name ends "
+                                     "where a blank and a hyphen follow.");
+  }
+}
+
 // Why a named settings file did not lead to a run.
 int ReportSettingsFile(const Program& program) {
   const Settings& settings = program.settings;
@@ -79,7 +90,7 @@ int AfterOutput(int status) {
   return kNotDone;
 }
 
-int RunFromSettingsFile(Program& program, ConsoleUser& user) {
+int RunFromSettingsFile(Program& program, ConsoleUser& user, CommandMessages& messages) {
   StartUp(program);
   user.ClearProgress();
   if (!program.settings.AutoRunFromInitFile) return ReportSettingsFile(program);
@@ -89,6 +100,7 @@ int RunFromSettingsFile(Program& program, ConsoleUser& user) {
                       ? "Interrupted before the run began.\n"
                       : "Interrupted: the run was stopped, the target is not complete.\n");
   }
+  WarnOfList(program, messages);
   std::cerr << RunNotes(program);
   return AfterOutput(ExitStatus(program));
 }
@@ -125,13 +137,17 @@ int Main(int argc, char** argv) {
     std::cout << "Morvex " MORVEX_VERSION "\n";
     return AfterOutput(kDone);
   }
-  const ErrorNumber error = ApplyCommandLine(program, SplitCommandLine(line));
+  const std::vector<std::string> pieces = SplitCommandLine(line);
+  const ErrorNumber error = ApplyCommandLine(program, pieces);
   if (error != ErrorNumber::kNone) return ReportCommandLineError(error);
   if (!program.settings.CommandLine_SET) {
-    std::cerr << UsageText(program);
+    const bool is_command = !arguments.empty() && !arguments.front().starts_with('-');
+    std::cerr << (is_command ? UnknownCommandText(arguments.front()) : UsageText(program));
     return kCommandLineError;
   }
-  return RunFromSettingsFile(program, user);
+  CommandMessages messages(std::cerr, ColoursFor(system, IsTerminal(kStandardError)), false);
+  WarnOfIgnored(pieces, messages);
+  return RunFromSettingsFile(program, user, messages);
 }
 
 }  // namespace

@@ -24,17 +24,29 @@ ErrorNumber InputWindow::Refill(std::uint64_t offset) {
   base_ = offset;
   start_ = 0;
   filled_ = kept;
-  while (!ended_ && filled_ < kBufferSize) {
-    char* const into = reinterpret_cast<char*>(buffer_.get() + filled_);
-    const Result<std::size_t> read = file_->ReadAt(base_ + filled_, into, kBufferSize - filled_);
-    if (!read) {
-      filled_ = 0;
-      return read.error;
-    }
-    filled_ += read.value;
-    ended_ = read.value == 0;
+  ErrorNumber error = ErrorNumber::kNone;
+  while (error == ErrorNumber::kNone && !ended_ && filled_ < kBufferSize && !file_->MustWait()) {
+    error = Read();
   }
   std::memset(buffer_.get() + filled_, 0, kPadding);
+  return error;
+}
+
+ErrorNumber InputWindow::Wait() {
+  const ErrorNumber error = Read();
+  std::memset(buffer_.get() + filled_, 0, kPadding);
+  return error;
+}
+
+ErrorNumber InputWindow::Read() {
+  char* const into = reinterpret_cast<char*>(buffer_.get() + filled_);
+  const Result<std::size_t> read = file_->ReadAt(base_ + filled_, into, kBufferSize - filled_);
+  if (!read) {
+    filled_ = start_;
+    return read.error;
+  }
+  filled_ += read.value;
+  ended_ = read.value == 0;
   return ErrorNumber::kNone;
 }
 

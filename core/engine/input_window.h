@@ -1,5 +1,6 @@
 // A window that slides forward over a file, so that a file of any size is read in constant memory:
-// from where it stands it shows at least `kLookAhead` bytes, or all that the file still has.
+// from where it stands it shows at least `kLookAhead` bytes, or all that the file still has. Of a
+// stream whose next bytes are not there yet it shows what there is, and waits only when it is told.
 #pragma once
 
 #include <cstddef>
@@ -26,12 +27,15 @@ class InputWindow {
   void Open(InputFile& file);
 
   // Moves the window's start to the 0-based `offset`, which never lies before the last one. An
-  // error of the file leaves the window empty.
+  // error of the file leaves the window empty. Never waits for a stream.
   ErrorNumber MoveTo(std::uint64_t offset) {
     if (!Holds(offset)) return Refill(offset);
     start_ = static_cast<std::size_t>(offset - base_);
     return ErrorNumber::kNone;
   }
+
+  // Waits until the stream gives more bytes or ends, and shows them too. Only while IsShort.
+  ErrorNumber Wait();
 
   // Whether a move to `offset` needs no refill, so that At goes on giving the same bytes.
   bool Holds(std::uint64_t offset) const {
@@ -40,15 +44,19 @@ class InputWindow {
   }
 
   const std::uint8_t* data() const { return buffer_.get() + start_; }
-  std::size_t size() const { return filled_ - start_; }  // 0: the file has ended
+  // 0: the file has ended, or a stream gives nothing for the moment.
+  std::size_t size() const { return filled_ - start_; }
   // The byte at an offset of the file, from that of the last refill on to the last one shown.
   const std::uint8_t* At(std::uint64_t offset) const { return buffer_.get() + (offset - base_); }
   std::uint64_t offset() const { return base_ + start_; }
   std::uint64_t end() const { return base_ + filled_; }
   bool ended() const { return ended_; }  // the window reaches to the file's end
+  // A stream gives nothing for the moment, and an attempt may want to look further than the window.
+  bool IsShort() const { return !ended_ && size() < kLookAhead; }
 
  private:
   ErrorNumber Refill(std::uint64_t offset);
+  ErrorNumber Read();
 
   InputFile* file_ = nullptr;
   std::unique_ptr<std::uint8_t[]> buffer_;

@@ -38,6 +38,9 @@ class PositionedOutput {
   void Fill(const char* end) { used_ = static_cast<std::size_t>(end - pending_.get()); }
   void Put(std::int64_t position, char byte) { Put(position, std::string_view(&byte, 1)); }
 
+  // Hands what is pending to the file.
+  void Flush();
+
   // The first error of the file, if any; nothing is written after it.
   ErrorNumber error() const { return error_; }
 
@@ -49,7 +52,6 @@ class PositionedOutput {
   static constexpr std::size_t kDirect = std::size_t{64} << 10;
 
   void Write(std::int64_t position, std::string_view bytes);
-  void Flush();
 
   OutputFile* file_ = nullptr;
   std::unique_ptr<char[]> pending_;

@@ -7,11 +7,8 @@
 namespace morvex {
 namespace {
 
-constexpr std::uint64_t kStepsBetweenQuestions = 65'536;
-constexpr std::uint64_t kStepsOfAnAttempt = 32;
 constexpr std::uint64_t kStepsOfALook = 16;
 constexpr std::uint64_t kWrittenBytesOfAStep = 16;
-constexpr std::int64_t kNoRow = -1;
 
 // With more than one look a place in so many, the places after them are left to the automaton.
 constexpr std::size_t kFewLooks = 4;
@@ -45,6 +42,7 @@ Substitution::Substitution(const SubstitutionTables& tables, std::uint8_t joker,
     : list_(tables, joker),
       index_(list_.rows),
       filter_(index_, list_.rows, kernel),
+      unfinished_(list_.rows, index_.rows_by_key()),
       search_(search),
       captures_(list_.cutting_rows),
       next_tails_(list_.tails.begin() + 1, list_.tails.end()) {
@@ -59,12 +57,14 @@ void Substitution::Open(CaptureState& state) {
   captures_.Open(state);
   next_nul_ = NextNul();
   for (NextTail& tail : next_tails_) tail.Reset();
+  unfinished_.Reset();
   for (CompiledAttempt& attempt : list_.attempts) attempt.hopeless_until = 0;
   places_for_automaton_ = search_ == Search::kAutomaton ? kAllPlaces : 0;
   copied_ = 0;
   write_position_ = 1;
   hits_ = 0;
   steps_ = kStepsBetweenQuestions;
+  undecided_ = false;
   stopped_ = false;
   no_progress_ = false;
 }
@@ -98,12 +98,16 @@ SubstitutionEnd Substitution::Run(InputWindow& input, PositionedOutput& output, 
       end = SubstitutionEnd::kReadFailed;
       break;
     }
-    if (input.size() == 0) {
+    if (input.size() == 0 && input.ended()) {
       CopyUpTo(place);
       captures_.TriedUpTo(input, place);
       break;
     }
     place = RunBlock(place);
+    if (read_error_ != ErrorNumber::kNone) {
+      end = SubstitutionEnd::kReadFailed;
+      break;
+    }
   }
   if (read_error_ == ErrorNumber::kNone) captures_.Settle(input);
   watcher.OnHits(hits_);
@@ -139,121 +143,6 @@ inline void Substitution::CopyUpTo(std::uint64_t place) {
   if (place == copied_) return;
   WritePadded(input_->At(copied_), static_cast<std::size_t>(place - copied_));
   copied_ = place;
-}
-
-// At the place an attempt of the row, the only one there, caught bytes up to its last round, in
-// vain.
-void Substitution::NoteVain(std::int32_t row, std::uint64_t place) {
-  const CompiledRow& compiled_row = list_.rows[static_cast<std::size_t>(row)];
-  const CompiledAttempt& compiled = list_.attempts[static_cast<std::size_t>(compiled_row.attempt)];
-  more_.clear();
-  attempt_.FailInSpan(compiled.pattern, compiled.behind_key);
-  if (attempt_.caught_count() == 0) return;
-  captures_.Caught(place, attempt_, more_);
-  if (AnyCutBetween(*input_->At(place), compiled_row.table_row, list_.table_size)) captures_.Cut();
-  captures_.StartAt(place + 1);
-}
-
-// The rows in `found_` one by one, then the plain row, if there is one. What they do to the capture
-// buffer comes out as if every row of the table had been tried.
-Substitution::Match Substitution::TryAttempts(std::uint64_t place, std::int32_t plain) {
-  std::int64_t caught_by = kNoRow;
-  Match match;
-  for (const std::int32_t found : found_) {
-    if (steps_ >= kStepsBetweenQuestions && !AskWatcher(place)) {
-      stopped_ = true;
-      return {};
-    }
-    steps_ += kStepsOfAnAttempt;
-    const CompiledRow& row = list_.rows[static_cast<std::size_t>(found)];
-    CompiledAttempt& compiled = list_.attempts[static_cast<std::size_t>(row.attempt)];
-    const bool matches = Try(compiled, place);
-    if (attempt_.caught_count() > 0) {
-      captures_.Caught(place, attempt_, more_);
-      caught_by = row.table_row;
-    }
-    if (matches) {
-      match = {found, static_cast<std::uint64_t>(attempt_.length())};
-      break;
-    }
-  }
-  if (match.row == KeyIndex::kNone && plain != KeyIndex::kNone) {
-    match = {plain, list_.effects[static_cast<std::size_t>(plain)].key_size};
-  }
-  const CompiledRow* const winner =
-      match.row == KeyIndex::kNone ? nullptr : &list_.rows[static_cast<std::size_t>(match.row)];
-  if (winner == nullptr && caught_by == kNoRow) return match;  // as at any other place
-  if (winner != nullptr && winner->cuts) {
-    captures_.Cut();
-    return match;
-  }
-  if (caught_by == kNoRow) captures_.TriedUpTo(*input_, place);
-  const std::int64_t before = winner != nullptr ? winner->table_row : list_.table_size;
-  if (AnyCutBetween(*input_->At(place), caught_by, before)) captures_.Cut();
-  captures_.StartAt(place + 1);
-  return match;
-}
-
-bool Substitution::AnyCutBetween(std::uint8_t byte, std::int64_t after, std::int64_t before) const {
-  const std::vector<std::int64_t>& rows = list_.cutting_rows[byte];
-  if (rows.empty()) return false;
-  const auto next = std::upper_bound(rows.begin(), rows.end(), after);
-  return next != rows.end() && *next < before;
-}
-
-bool Substitution::Try(CompiledAttempt& compiled, std::uint64_t place) {
-  const PatternRow& pattern = compiled.pattern;
-  if (place < compiled.hopeless_until) {
-    more_.clear();
-    attempt_.FailInSpan(pattern, compiled.behind_key);
-    return false;
-  }
-  // The rounds that meet a NUL or the end of the tail, if any round can.
-  std::uint64_t nul_round = kNowhere;
-  std::uint64_t tail_round = kNowhere;
-  const std::uint64_t limit = place + MatchAttempt::kLastRound;
-  const std::uint64_t nul = next_nul_.Find(*input_, place, limit);
-  if (nul != kNowhere) nul_round = nul - place + 1;
-  if (compiled.tail > 0) {
-    NextTail& tail = next_tails_[static_cast<std::size_t>(compiled.tail - 1)];
-    const std::uint64_t end = tail.FindEnd(*input_, place, std::min(nul, limit));
-    if (end != kNowhere) tail_round = end - place;
-  }
-  if (nul_round == kNowhere && tail_round == kNowhere && compiled.opens_span) {
-    // Nothing ends the span in time, nor will it from the next places on.
-    std::uint64_t known = next_nul_.known_up_to();
-    if (compiled.tail > 0)
-      known =
-          std::min(known, next_tails_[static_cast<std::size_t>(compiled.tail - 1)].known_up_to());
-    compiled.hopeless_until = known - std::min<std::uint64_t>(known, MatchAttempt::kLastRound);
-    more_.clear();
-    attempt_.FailInSpan(pattern, compiled.behind_key);
-    return false;
-  }
-  if (compiled.is_usual && tail_round < MatchAttempt::kLastRound &&
-      tail_round > static_cast<std::uint64_t>(compiled.behind_key.round()) &&
-      (pattern.tail.size() == 1 ||
-       *input_->At(place + tail_round) != static_cast<std::uint8_t>(pattern.tail[1]))) {
-    more_.clear();
-    attempt_.MatchUpToTail(compiled.behind_key, static_cast<int>(tail_round));
-    return true;
-  }
-  const auto span_end = static_cast<int>(
-      std::min<std::uint64_t>({nul_round, tail_round, std::uint64_t{MatchAttempt::kLastRound}}));
-
-  attempt_ = compiled.behind_key;
-  more_.clear();
-  for (;;) {
-    if (attempt_.InOpenSpan(pattern) && span_end > attempt_.round()) {
-      attempt_.SkipTo(pattern, span_end);
-    }
-    ++steps_;
-    const auto round = static_cast<std::uint64_t>(attempt_.round());
-    const std::uint64_t at = place + round - 1;
-    const std::uint8_t byte = at < input_->end() ? *input_->At(at) : std::uint8_t{0};
-    if (!attempt_.Round(pattern, byte, round == tail_round, more_)) break;
-  }
-  return attempt_.Matched(pattern);
 }
 
 void Substitution::WriteRightText(std::int32_t row) {
@@ -296,14 +185,32 @@ void Substitution::WriteWithCaught(const CompiledRow& row, const std::uint8_t* t
 }
 
 std::uint64_t Substitution::RunBlock(std::uint64_t place) {
-  // Places from which an attempt sees as far as it may.
-  const std::size_t open =
-      input_->ended() ? input_->size() : input_->size() - InputWindow::kLookAhead + 1;
+  // Places from which an attempt sees as far as it may, or in a stream that pauses as far as the
+  // next beginning of a key.
+  std::size_t open = input_->size();
+  if (input_->IsShort()) {
+    open = static_cast<std::size_t>(unfinished_.FirstPlace(*input_, place) - place);
+  } else if (!input_->ended()) {
+    open -= InputWindow::kLookAhead - 1;
+  }
+  if (open == 0) {
+    WaitForMore(place);
+    return place;
+  }
+  undecided_ = false;
   const std::uint64_t next = places_for_automaton_ > 0
                                  ? RunByAutomaton(place, std::min(open, kAutomatonBlock))
                                  : RunByIndex(place, std::min(open, CandidateFilter::kBlock));
   if (stopped_ || no_progress_) CopyUpTo(next);
+  if (undecided_) WaitForMore(next);
   return next;
+}
+
+// What comes of the bytes in front of `place` goes out first.
+void Substitution::WaitForMore(std::uint64_t place) {
+  CopyUpTo(place);
+  output_->Flush();
+  if (output_->error() == ErrorNumber::kNone) read_error_ = input_->Wait();
 }
 
 // The `count` places from `place` on.
@@ -350,7 +257,7 @@ std::uint64_t Substitution::RunByIndex(std::uint64_t place, std::size_t count) {
       }
       return false;
     });
-    if (stopped_ || no_progress_) return place;
+    if (stopped_ || no_progress_ || undecided_) return place;
     if (looks > count / kFewLooks && !automaton_refused_) {
       places_for_automaton_ = kPlacesForAutomaton;
       return std::max(place, begin + places[batch - 1] + 1);
@@ -380,7 +287,7 @@ std::uint64_t Substitution::RunByAutomaton(std::uint64_t place, std::size_t coun
     ++next;
     return true;
   });
-  if (stopped_ || no_progress_) return place;
+  if (stopped_ || no_progress_ || undecided_) return place;
   return std::max(place, begin + count);
 }
 
@@ -449,7 +356,7 @@ std::uint64_t Substitution::RunCandidates(std::uint64_t begin, std::uint64_t pla
     leave();
     RunCandidate(candidate);
     copied = copied_;
-    if (stopped_ || no_progress_) return place;
+    if (stopped_ || no_progress_ || undecided_) return place;
     place = std::max(place + 1, copied);
     room = output_->RoomAt(write_position_);
     room_begin = room.at;
@@ -466,7 +373,7 @@ void Substitution::RunCandidate(Candidate candidate) {
   } else {
     match = TryAttempts(candidate.place, candidate.plain);
   }
-  if (stopped_ || match.row == KeyIndex::kNone) return;
+  if (stopped_ || undecided_ || match.row == KeyIndex::kNone) return;
   if (match.length == 0) {
     no_progress_ = true;
     return;

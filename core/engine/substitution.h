@@ -22,6 +22,7 @@
 #include "core/engine/key_index.h"
 #include "core/engine/occurrences.h"
 #include "core/engine/positioned_output.h"
+#include "core/engine/unfinished_keys.h"
 #include "core/program/program.h"
 
 namespace morvex {
@@ -86,9 +87,12 @@ class Substitution {
     std::int32_t only_attempt = KeyIndex::kNone;  // the row, when no other is found
   };
 
+  static constexpr std::uint64_t kStepsBetweenQuestions = 65'536;
+
   void Open(CaptureState& state);
   // The block of places from `place` on. Gives the place behind it and its matches.
   std::uint64_t RunBlock(std::uint64_t place);
+  void WaitForMore(std::uint64_t place);
   std::uint64_t RunByIndex(std::uint64_t place, std::size_t count);
   std::uint64_t RunByAutomaton(std::uint64_t place, std::size_t count);
   template <class NextCandidate>
@@ -97,8 +101,13 @@ class Substitution {
   void RunCandidate(Candidate candidate);
   void NoteVain(std::int32_t row, std::uint64_t place);
   Match TryAttempts(std::uint64_t place, std::int32_t plain);
-  // Whether the row of the attempt matches; `attempt_` is then as its last round left it.
+  // Whether the row of the attempt matches; `attempt_` is then as its last round left it. Neither
+  // when that is undecided_.
   bool Try(CompiledAttempt& compiled, std::uint64_t place);
+  // A stream has not given the byte yet, which may be any.
+  bool IsStillToCome(std::uint64_t place) const {
+    return place >= input_->end() && !input_->ended();
+  }
   // Whether the rows of the table behind `after` and in front of `before` that begin with the byte
   // hold one that cuts the capture buffer.
   bool AnyCutBetween(std::uint8_t byte, std::int64_t after, std::int64_t before) const;
@@ -117,6 +126,7 @@ class Substitution {
   CompiledList list_;
   KeyIndex index_;
   CandidateFilter filter_;
+  UnfinishedKeys unfinished_;
   std::optional<KeyAutomaton> automaton_;  // made when it is first needed
   Search search_;
   bool automaton_refused_ = false;  // would take too much memory
@@ -134,6 +144,7 @@ class Substitution {
   std::int64_t hits_ = 0;                 // that the watcher does not know of yet
   std::int64_t* hits_of_rows_ = nullptr;  // the watcher's
   std::uint64_t steps_ = 0;               // since the watcher was last asked
+  bool undecided_ = false;  // the attempt at a place needs bytes that are still to come
   bool stopped_ = false;
   bool no_progress_ = false;
   std::array<std::uint16_t, CandidateFilter::kRoom> places_{};

@@ -79,6 +79,9 @@ class InputFile {
   // Reads up to `size` bytes from the 0-based `offset`; gives how many it read, 0 only where the
   // file has ended.
   virtual Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) = 0;
+  // The next bytes are still to come, as those of a stream can be that somebody else writes: a read
+  // would wait for them.
+  virtual bool MustWait() { return false; }
   // The file is no longer what it was when it was opened, as far as its size and modification time
   // tell: what was read of it may be of two minds.
   virtual Result<bool> HasChanged() { return false; }

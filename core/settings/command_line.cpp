@@ -58,6 +58,17 @@ ErrorNumber ApplyCommandLine(Program& program, const std::vector<std::string>& a
   return ErrorNumber::kNone;
 }
 
+std::vector<std::string> IgnoredPieces(const std::vector<std::string>& arguments) {
+  std::vector<std::string> ignored;
+  for (std::size_t i = 1; i < arguments.size(); ++i) {
+    if (IsOption(arguments[i], "if") || IsOption(arguments[i], "dy")) continue;
+    // The whole line, which begins with a blank: its pieces follow.
+    if (i == 1 && arguments[i].find(kOptionStart) != std::string::npos) continue;
+    if (i > 1 || !arguments[i].empty()) ignored.push_back((i > 1 ? "-" : "") + arguments[i]);
+  }
+  return ignored;
+}
+
 std::string ResolveInitFilePath(const Program& program, const std::string& folder,
                                 const std::string& name) {
   if (FileExists(program, name)) return name;

@@ -17,6 +17,9 @@ std::vector<std::string> SplitCommandLine(std::string_view line);
 // wins. kTypeMismatch or kOverflow for a delay that is no 16-bit number: the program must then end.
 ErrorNumber ApplyCommandLine(Program& program, const std::vector<std::string>& arguments);
 
+// The pieces that ApplyCommandLine passes over, each with the hyphen that it had.
+std::vector<std::string> IgnoredPieces(const std::vector<std::string>& arguments);
+
 // `name` when there is such a file, else the file of that name in `folder` when there is one, else
 // `name`.
 std::string ResolveInitFilePath(const Program& program, const std::string& folder,

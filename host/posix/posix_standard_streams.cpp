@@ -1,8 +1,10 @@
 #include "host/posix/posix_standard_streams.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -28,17 +30,27 @@ class PipeInput : public InputFile {
 
   Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
     if (offset != done_) return ErrorNumber::kInvalidCall;
-    const posix::Transfer read = posix::TransferAll(
-        size, 0,
-        [&](std::size_t done, std::size_t left) { return ::read(stream_, into + done, left); });
-    done_ += read.done;
-    if (read.code != 0) return posix::ErrorFromCode(read.code, posix::Missing::kFile);
-    return read.done;
+    if (ended_) return std::size_t{0};
+    ssize_t read = 0;
+    do {
+      read = ::read(stream_, into, size);
+    } while (read < 0 && errno == EINTR);
+    if (read < 0) return posix::LastError(posix::Missing::kFile);
+    ended_ = read == 0;
+    done_ += static_cast<std::uint64_t>(read);
+    return static_cast<std::size_t>(read);
+  }
+
+  bool MustWait() override {
+    if (ended_) return false;
+    pollfd stream{stream_, POLLIN, 0};
+    return poll(&stream, 1, 0) == 0;
   }
 
  private:
   const int stream_;
   std::uint64_t done_ = 0;
+  bool ended_ = false;
 };
 
 class PipeOutput : public OutputFile {

@@ -18,30 +18,41 @@ class PipeInput : public InputFile {
  public:
   Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
     if (offset != done_) return ErrorNumber::kInvalidCall;
-    std::size_t read = 0;
-    while (read < size) {
-      DWORD moved = 0;
-      const bool good = ::ReadFile(stream_, into + read, Piece(size - read), &moved, nullptr) != 0;
+    DWORD moved = 0;
+    while (!ended_ && moved == 0) {
+      const bool good = ::ReadFile(stream_, into, Piece(size), &moved, nullptr) != 0;
       const windows::Code code = good ? ERROR_SUCCESS : GetLastError();
       // The writer of a pipe has closed it.
-      if (code == ERROR_BROKEN_PIPE) break;
-      // With ERROR_MORE_DATA the rest of a message follows.
-      if (!good && code != ERROR_MORE_DATA) {
+      if (code == ERROR_BROKEN_PIPE) {
+        ended_ = true;
+      } else if (!good && code != ERROR_MORE_DATA) {  // then the rest of a message follows
         return windows::ErrorFromCode(code, windows::Missing::kFile);
+      } else if (moved == 0 && !is_pipe_) {
+        // A writer may send a piece of no bytes through a pipe, which is not its end.
+        ended_ = true;
       }
-      // A writer may send a piece of no bytes through a pipe, which is not its end.
-      if (moved == 0 && !is_pipe_) break;
-      read += moved;
     }
-    done_ += read;
-    return read;
+    done_ += moved;
+    return std::size_t{moved};
+  }
+
+  // A console hands over line by line: behind each the next one is still to be typed.
+  bool MustWait() override {
+    if (ended_) return false;
+    if (is_console_) return true;
+    DWORD there = 0;
+    // A pipe that its writer has closed gives an error, which the read tells.
+    return is_pipe_ && PeekNamedPipe(stream_, nullptr, 0, nullptr, &there, nullptr) != 0 &&
+           there == 0;
   }
 
  private:
   void* stream_ = GetStdHandle(STD_INPUT_HANDLE);
   // The type of the handle would not do: that of a network connection is the same.
   const bool is_pipe_ = GetNamedPipeInfo(stream_, nullptr, nullptr, nullptr, nullptr) != 0;
+  const bool is_console_ = GetFileType(stream_) == FILE_TYPE_CHAR;
   std::uint64_t done_ = 0;
+  bool ended_ = false;
 };
 
 class PipeOutput : public OutputFile {

@@ -37,17 +37,19 @@ constexpr const char* kHeaderLibrariesRoom = "ui/commands";
 const std::set<std::string> kThreadHeaders = {"condition_variable", "mutex", "thread"};
 
 // Headers of the C++ standard library that the program uses.
-const std::set<std::string> kStandardHeaders = {"algorithm",   "array",      "bit",
-                                                "charconv",    "chrono",     "clocale",
-                                                "cmath",       "compare",    "condition_variable",
-                                                "mutex",       "cstddef",    "cstdint",
-                                                "cstdlib",     "cstring",    "cwchar",
-                                                "deque",       "functional", "iostream",
-                                                "istream",     "iterator",   "limits",
-                                                "map",         "memory",     "optional",
-                                                "ostream",     "set",        "string",
-                                                "string_view", "thread",     "unordered_map",
-                                                "utility",     "vector",     "system_error"};
+const std::set<std::string> kStandardHeaders = {
+    "algorithm",     "array",       "bit",
+    "charconv",      "chrono",      "clocale",
+    "cmath",         "compare",     "condition_variable",
+    "mutex",         "cstddef",     "cstdint",
+    "cstdlib",       "cstring",     "cwchar",
+    "deque",         "functional",  "iostream",
+    "istream",       "iterator",    "limits",
+    "map",           "memory",      "optional",
+    "ostream",       "set",         "streambuf",
+    "string",        "string_view", "thread",
+    "unordered_map", "utility",     "vector",
+    "system_error"};
 
 struct Include {
   std::string file;  // that includes

@@ -385,7 +385,7 @@ TEST(CheckCommandTest, WhateverBytesStandAroundTheDocumentIsWhole) {
   scene.Write("tree/Anna \xFF\x1B[31m\n\"\\\xED\xA0\x80", "nothing");
   const json found = Check(scene, "tree --list list.txt", 3);
   EXPECT_GE(found["findings"].size(), 401u);
-  EXPECT_EQ(found["findings"][0]["path"], "tree/Anna \\xFF\\x1B[31m\\x0A\"\\\\xED\\xA0\\x80");
+  EXPECT_EQ(found["findings"][0]["path"], "tree/Anna \\xFF\\x1B[31m\\x0A\"\\\\\\xED\\xA0\\x80");
 }
 
 TEST(CheckCommandTest, FindingsOfManyFilesDoNotPileUp) {

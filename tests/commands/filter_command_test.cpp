@@ -120,5 +120,57 @@ TEST(FilterCommandTest, AListThatWritesFarBackIsRefusedInAStream) {
       << result.errors;
 }
 
+// The writer waits for the reader's word before it goes on: were a line kept, both would wait.
+TEST(FilterCommandTest, ALineIsThereBeforeTheNextOneIsWritten) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Annabel Lee|[L]\r\nAnna|[A]\r\nid=*;|<*>\r\n|||\r\n");
+  const ProgramResult result = scene.Shell(
+      "mkfifo back\n"
+      "{ echo 'Anna 1'; read word; echo 'id=2; Anna'; read word; printf 'end'; } < back |\n"
+      "  timeout 60 morvex-cli filter --list list.txt --joker '*' --quiet |\n"
+      "  { exec 3> back; read -r line; echo \"got $line\"; echo go >&3;\n"
+      "    read -r line; echo \"got $line\"; echo go >&3; cat; }");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.output, "got [A] 1\ngot <2> [A]\nend") << result.errors;
+}
+
+TEST(FilterCommandTest, FollowsALogLineByLine) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|[A]\r\n|||\r\n");
+  scene.Write("log", "");
+  const ProgramResult result = scene.Shell(
+      "mkfifo out\n"
+      "tail -f log | morvex-cli filter --list list.txt --quiet > out & \n"
+      "echo 'Hello Anna' >> log\n"
+      "timeout 60 head -n 1 out\n"
+      "echo more >> log");
+  EXPECT_EQ(result.output, "Hello [A]\n") << result.errors;
+}
+
+// At a terminal of its own; what it shows is the echo of the keys and the output. The end is typed
+// once, and a second time only by somebody who waits in vain.
+TEST(FilterCommandTest, OneCtrlDEndsItOnATerminal) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|[A]\r\n|||\r\n");
+  scene.Write("keys.py",
+              "import os, pty, select, sys\n"
+              "pid, fd = pty.fork()\n"
+              "if pid == 0:\n"
+              "    os.execvp('morvex-cli', ['morvex-cli', 'filter', '--list', 'list.txt'])\n"
+              "def read_until(end):\n"
+              "    seen = b''\n"
+              "    while end not in seen:\n"
+              "        if not select.select([fd], [], [], 30)[0]: sys.exit('no ' + repr(end))\n"
+              "        seen += os.read(fd, 1000)\n"
+              "    return seen\n"
+              "os.write(fd, b'Hello Anna\\n')\n"
+              "read_until(b'Hello [A]\\r\\n')\n"
+              "os.write(fd, b'\\x04')\n"
+              "read_until(b'Hits: 1\\r\\n')\n"
+              "sys.exit(os.waitstatus_to_exitcode(os.waitpid(pid, 0)[1]))\n");
+  const ProgramResult result = scene.Shell("timeout 100 python3 keys.py");
+  EXPECT_EQ(result.status, 0) << result.output << result.errors;
+}
+
 }  // namespace
 }  // namespace morvex::commands

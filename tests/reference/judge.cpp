@@ -1,6 +1,8 @@
 #include "tests/reference/judge.h"
 
 #include <cstdio>
+#include <functional>
+#include <random>
 
 #include "tests/support/byte_streams.h"
 
@@ -29,6 +31,20 @@ void Fill(const JudgedList& list, SubstitutionTables& tables) {
   FillArrays(grid, static_cast<std::uint8_t>(list.tails), tables);
   if (list.flagged_rows < tables.JokerLeft.size()) tables.JokerLeft.resize(list.flagged_rows);
 }
+
+// Sizes of pieces, the same for the same file: mostly a few bytes, and more of a long file.
+class PieceSizes {
+ public:
+  explicit PieceSizes(const std::string& file)
+      : random_(static_cast<std::minstd_rand::result_type>(std::hash<std::string>()(file))),
+        most_(1 + random_() % 9 + (file.size() > 1000 ? random_() % file.size() : 0)) {}
+
+  std::size_t operator()() { return 1 + random_() % most_; }
+
+ private:
+  std::minstd_rand random_;
+  std::size_t most_;
+};
 
 std::string PrintChar(char byte) {
   char text[8];
@@ -78,6 +94,8 @@ Judge::Judge(const JudgedList& literal_list, const JudgedList& engine_list, Kern
       std::make_unique<Substitution>(tables_, static_cast<std::uint8_t>(engine_list.run), kernel);
   by_automaton_ = std::make_unique<Substitution>(
       tables_, static_cast<std::uint8_t>(engine_list.run), kernel, Search::kAutomaton);
+  in_pieces_ =
+      std::make_unique<Substitution>(tables_, static_cast<std::uint8_t>(engine_list.run), kernel);
 }
 
 Judge::~Judge() = default;
@@ -88,10 +106,9 @@ Judge::Buffers& Judge::SharedBuffers() {
 }
 
 template <class Run>
-Judge::Outcome Judge::RunThrough(const std::string& file, Run run) {
+Judge::Outcome Judge::RunThrough(InputFile& input, Run run) {
   Outcome outcome;
   CountingWatcher watcher;
-  BytesInput input(file);
   BytesOutput output(outcome.bytes);
   Buffers& buffers = SharedBuffers();
   buffers.input.Open(input);
@@ -104,20 +121,29 @@ Judge::Outcome Judge::RunThrough(const std::string& file, Run run) {
 
 std::string Judge::Differences(const std::string& file) {
   files_.push_back(file);
-  const Outcome literal = RunThrough(file, [this](auto& input, auto& output, auto& watcher) {
+  BytesInput whole(file);
+  const Outcome literal = RunThrough(whole, [this](auto& input, auto& output, auto& watcher) {
     return literal_->Run(input, output, watcher);
   });
-  const Outcome engine = RunThrough(file, [this](auto& input, auto& output, auto& watcher) {
+  const Outcome engine = RunThrough(whole, [this](auto& input, auto& output, auto& watcher) {
     return engine_->Run(input, output, state_, watcher);
   });
-  const Outcome automaton = RunThrough(file, [this](auto& input, auto& output, auto& watcher) {
+  const Outcome automaton = RunThrough(whole, [this](auto& input, auto& output, auto& watcher) {
     return by_automaton_->Run(input, output, automaton_state_, watcher);
+  });
+  PieceSizes sizes(file);
+  PiecesInput pieces(file, sizes);
+  const Outcome paused = RunThrough(pieces, [this](auto& input, auto& output, auto& watcher) {
+    return in_pieces_->Run(input, output, pieces_state_, watcher);
   });
   const auto agrees = [&](const Outcome& outcome, const CaptureState& state) {
     return outcome == literal && literal_state_.CaptureBuffer == state.CaptureBuffer &&
            !literal_state_.Joker_SET;
   };
-  if (agrees(engine, state_) && agrees(automaton, automaton_state_)) return "";
+  if (agrees(engine, state_) && agrees(automaton, automaton_state_) &&
+      agrees(paused, pieces_state_)) {
+    return "";
+  }
   std::string text = Print(list_) + "\nkernel " + std::to_string(static_cast<int>(kernel_));
   for (const std::string& each : files_) text += "\nfile    " + PrintBytes(each);
   const auto add = [&text](const char* name, const Outcome& outcome, const CaptureState& state) {
@@ -129,6 +155,7 @@ std::string Judge::Differences(const std::string& file) {
   add("literal ", literal, literal_state_);
   add("engine  ", engine, state_);
   add("by the automaton ", automaton, automaton_state_);
+  add("in pieces ", paused, pieces_state_);
   return text;
 }
 
@@ -136,6 +163,7 @@ void Judge::Forget() {
   literal_state_ = LiteralState();
   state_ = CaptureState();
   automaton_state_ = CaptureState();
+  pieces_state_ = CaptureState();
   files_.clear();
 }
 

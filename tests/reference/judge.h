@@ -54,7 +54,7 @@ class Judge {
   };
 
   template <class Run>
-  Outcome RunThrough(const std::string& file, Run run);
+  Outcome RunThrough(InputFile& input, Run run);
 
   JudgedList list_;
   Kernel kernel_;
@@ -63,10 +63,12 @@ class Judge {
   LiteralState literal_state_;
   CaptureState state_;
   CaptureState automaton_state_;
+  CaptureState pieces_state_;
   std::unique_ptr<LiteralSubstitution> literal_;
   std::unique_ptr<Substitution> engine_;
   std::unique_ptr<Substitution> by_automaton_;
-  std::vector<std::string> files_;  // since the last Forget
+  std::unique_ptr<Substitution> in_pieces_;  // of a stream that pauses at places of all kinds
+  std::vector<std::string> files_;           // since the last Forget
   static Buffers& SharedBuffers();
 };
 

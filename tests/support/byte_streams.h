@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,40 @@ class BytesInput : public InputFile {
 
  private:
   std::string_view bytes_;
+};
+
+// The same as a stream that pauses behind every piece of it.
+class PiecesInput : public InputFile {
+ public:
+  // The bytes and `next_size`, which gives the size of each piece, 1 or more, must outlive the
+  // file.
+  template <class NextSize>
+  PiecesInput(std::string_view bytes, NextSize& next_size)
+      : bytes_(bytes), next_size_([&next_size] { return next_size(); }) {}
+
+  // Called when a read waits for the next piece.
+  std::function<void()> at_pause;
+
+  Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
+    if (offset != done_) return ErrorNumber::kInvalidCall;
+    if (left_ == 0) {
+      if (at_pause) at_pause();
+      left_ = std::min<std::size_t>(next_size_(), bytes_.size() - done_);
+      if (left_ == 0) return std::size_t{0};
+    }
+    const std::string_view piece = bytes_.substr(done_, std::min(size, left_));
+    std::memcpy(into, piece.data(), piece.size());
+    done_ += piece.size();
+    left_ -= piece.size();
+    return piece.size();
+  }
+  bool MustWait() override { return left_ == 0; }
+
+ private:
+  std::string_view bytes_;
+  std::function<std::size_t()> next_size_;
+  std::size_t done_ = 0;
+  std::size_t left_ = 0;  // of the piece
 };
 
 class BytesOutput : public OutputFile {

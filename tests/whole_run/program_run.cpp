@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -199,6 +200,19 @@ RunInput Scene::Input(const std::string& settings_name) const {
 std::string UsualSettings(const std::string& source, const std::string& target,
                           const std::string& list) {
   return source + "\r\n" + target + "\r\n" + list + "\r\nlog=1\r\nsep=|\r\njok=*\r\n1.txt\r\n";
+}
+
+std::string WithoutWarnings(const std::string& errors) {
+  std::istringstream lines(errors);
+  std::string rest;
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t mark = line.find(": warning: ");
+    const bool is_warning = mark != std::string::npos && mark > 0 &&
+                            (line.starts_with("morvex-cli: ") ||
+                             std::isdigit(static_cast<unsigned char>(line[mark - 1])) != 0);
+    if (!is_warning) rest += line + "\n";
+  }
+  return rest;
 }
 
 }  // namespace morvex::whole_run

@@ -83,6 +83,10 @@ std::string RunAndCompare(const Scene& scene, const std::string& settings_name);
 // that starts with "malformed record".
 std::vector<std::string> LogMessages(const std::string& log_bytes);
 
+// What a run with -if said on standard error, without the warnings of its list and its command
+// line: those have tests of their own.
+std::string WithoutWarnings(const std::string& errors);
+
 }  // namespace morvex::whole_run
 
 #endif  // MORVEX_TESTS_WHOLE_RUN_PROGRAM_RUN_H_

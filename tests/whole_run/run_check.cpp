@@ -131,11 +131,11 @@ std::string WithoutFinalLineBreak(std::string text) {
 // The message boxes come first, word for word; what the console remarks behind them is its own, but
 // needs an occasion. A report of a sanitizer is never one.
 void CheckErrors(const RunOutcome& expected, const std::string& errors, std::ostringstream* text) {
-  const std::string found = WithoutFinalLineBreak(errors);
+  const std::string found = WithoutFinalLineBreak(WithoutWarnings(errors));
   const bool in_front = found.compare(0, expected.messages.size(), expected.messages) == 0;
   const bool alone = found.size() == expected.messages.size();
-  const bool reported = found.find("runtime error:") != std::string::npos ||
-                        found.find("Sanitizer") != std::string::npos;
+  const bool reported = errors.find("runtime error:") != std::string::npos ||
+                        errors.find("Sanitizer") != std::string::npos;
   if (in_front && !reported && (alone || expected.occasion_for_remarks)) {
     return;
   }

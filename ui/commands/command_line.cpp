@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <string_view>
 
 #include "ui/commands/command_console.h"
 #include "ui/commands/command_messages.h"
@@ -184,7 +185,59 @@ std::string WhatIsMissing(const CommandLine& line) {
   return "";
 }
 
+// How many characters have to be put in, left out, exchanged or swapped with the next to make one
+// word out of the other.
+std::size_t Distance(std::string_view one, std::string_view other) {
+  std::vector<std::vector<std::size_t>> steps(one.size() + 1,
+                                              std::vector<std::size_t>(other.size() + 1));
+  for (std::size_t i = 0; i <= one.size(); ++i) {
+    for (std::size_t j = 0; j <= other.size(); ++j) {
+      std::size_t& least = steps[i][j];
+      if (i == 0 || j == 0) {
+        least = i + j;
+        continue;
+      }
+      const std::size_t exchange = one[i - 1] == other[j - 1] ? 0 : 1;
+      least = std::min({steps[i - 1][j] + 1, steps[i][j - 1] + 1, steps[i - 1][j - 1] + exchange});
+      const bool swapped =
+          i > 1 && j > 1 && one[i - 1] == other[j - 2] && one[i - 2] == other[j - 1];
+      if (swapped) least = std::min(least, steps[i - 2][j - 2] + 1);
+    }
+  }
+  return steps[one.size()][other.size()];
+}
+
+// The word in small letters, without hyphens in front and cut where no command is as long.
+std::string Plain(std::string_view word) {
+  constexpr std::size_t kLongEnough = 16;
+  word.remove_prefix(std::min(word.find_first_not_of('-'), word.size()));
+  std::string plain(word.substr(0, kLongEnough));
+  for (char& letter : plain) {
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+  }
+  return plain;
+}
+
 }  // namespace
+
+std::string UnknownCommandText(const std::string& argument) {
+  const std::string word = Plain(argument);
+  const char* nearest = nullptr;
+  std::size_t least = word.size();  // nothing of it would stay
+  for (const char* name : {kCommands[0], kCommands[1], kCommands[2], "--help", "--version"}) {
+    const std::string plain = Plain(name);
+    const std::size_t distance = plain.starts_with(word) ? 0 : Distance(word, plain);
+    if (distance * 2 > plain.size() || distance >= least) continue;
+    least = distance;
+    nearest = name;
+  }
+  std::string text =
+      std::string(kProgramPlace) + ": error: unknown command \"" + ShownText(argument) + "\"";
+  text += nearest != nullptr
+              ? ", did you mean \"" + std::string(nearest) + "\"?\n"
+              : ": the commands are run, check and filter; a settings file is run with -if.\n";
+  return text + "Try \"" + kProgramPlace + " --help\".\n";
+}
 
 bool IsCommand(const std::string& argument) {
   return std::find(kCommands.begin(), kCommands.end(), argument) != kCommands.end();

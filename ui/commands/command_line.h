@@ -55,6 +55,10 @@ struct CommandLine {
 // Whether the program's first argument names a command, so that the rest is for ParseCommandLine.
 bool IsCommand(const std::string& argument);
 
+// What to say of a first argument that is meant for a command and names none; names the nearest
+// one.
+std::string UnknownCommandText(const std::string& argument);
+
 // The program's arguments, the command first.
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments);
 

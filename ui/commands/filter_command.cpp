@@ -1,6 +1,5 @@
 #include "ui/commands/filter_command.h"
 
-#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,8 +15,8 @@
 namespace morvex {
 namespace {
 
-// A wildcard in a right text can send the writing back, by a few bytes a match for nearly every
-// list that does so at all.
+// A right text that can send the writing back does so by a few bytes a match, for nearly every
+// list.
 constexpr std::size_t kHeldBack = std::size_t{1} << 20;
 
 class HitCounter : public SubstitutionWatcher {
@@ -28,12 +27,31 @@ class HitCounter : public SubstitutionWatcher {
   std::int64_t hits = 0;
 };
 
+// Whether what the wildcard puts back can begin in front of the match: then more is taken off for
+// the text behind the wildcard than was caught. For that it has three bytes or more, of which the
+// first stand in front of the wildcard, or a second wildcard is among them.
+bool MayWriteBack(const std::string& left, const std::string& right, const std::string& joker) {
+  constexpr std::size_t kShortestTail = 3;
+  const std::size_t wildcard = left.find(joker);
+  if (wildcard == std::string::npos || right.find(joker) == std::string::npos) return false;
+  const std::string before = left.substr(0, wildcard);
+  const std::string tail = left.substr(wildcard + joker.size());
+  if (tail.size() < kShortestTail) return false;
+  if (before.empty() || tail.find(joker) != std::string::npos) return true;
+  for (std::size_t size = 1; size <= tail.size(); ++size) {
+    if (before.ends_with(tail.substr(0, size))) return true;
+  }
+  return before.find(tail) != std::string::npos;
+}
+
 bool MayWriteBack(const Program& program) {
   const std::string joker = JokerText(program);
-  const std::vector<std::string>& texts = program.tables.RightTexts;
-  return !joker.empty() && std::any_of(texts.begin(), texts.end(), [&](const std::string& text) {
-    return text.find(joker) != std::string::npos;
-  });
+  if (joker.empty()) return false;
+  const SubstitutionTables& tables = program.tables;
+  for (std::size_t row = 0; row < tables.LeftTexts.size(); ++row) {
+    if (MayWriteBack(tables.LeftTexts[row], tables.RightTexts[row], joker)) return true;
+  }
+  return false;
 }
 
 // Says what ended the stream early; true when nothing did.

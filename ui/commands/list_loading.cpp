@@ -93,6 +93,38 @@ void DropMarks(ReplacementsWindow& grid) {
   }
 }
 
+// A remark on the whole list has no line.
+std::string LineOf(const std::string& path, const ListRemark& remark) {
+  return remark.line == 0 ? path : path + ":" + std::to_string(remark.line);
+}
+
+// Why the list cannot be read. Characters that no name holds on some systems, and that stand for
+// others in a shell, are pointed out.
+std::string WhyUnread(const std::string& path, ErrorNumber error) {
+  const std::string line = "the replacement list cannot be read: ";
+  switch (error) {
+    case ErrorNumber::kFileNotFound:
+    case ErrorNumber::kPathNotFound:
+    case ErrorNumber::kBadFileName:
+      break;
+    case ErrorNumber::kPathFileAccess:
+      return line + "this is a folder, or no file that can be read: name the list's file.";
+    case ErrorNumber::kPermissionDenied:
+      return line + "you may not read this file: ask its owner, or take a copy.";
+    default:
+      return line + std::string(ErrorText(error)) + ".";
+  }
+  const std::size_t odd = path.find_first_of("*?\"<>|");
+  if (odd == std::string::npos) {
+    return line +
+           "there is no file of this name (a pipe or a device is none): look at the name, and "
+           "at the folder that it is taken from.";
+  }
+  return line + "no file has this name. The character " + Quoted(path.substr(odd, 1)) +
+         " in it stands for itself alone: write the name out; where a character cannot be written, "
+         "give the file another name.";
+}
+
 }  // namespace
 
 bool TakeListOptions(Program& program, const ListOptions& options, CommandMessages& messages) {
@@ -123,11 +155,11 @@ std::optional<ListReview> ReviewList(Program& program, CommandMessages& messages
                                                settings.gSeparator, settings.gJoker);
   const ErrorNumber error = review ? review.value.error : review.error;
   if (error != ErrorNumber::kNone) {
-    messages.Error(path, ErrorLine(error));
+    messages.Error(path, WhyUnread(settings.SubstitutieFile, error));
     return std::nullopt;
   }
   for (const ListRemark& remark : review.value.remarks) {
-    const std::string place = remark.line == 0 ? path : path + ":" + std::to_string(remark.line);
+    const std::string place = LineOf(path, remark);
     const std::string advice = Advice(remark, settings.gSeparator);
     if (remark.problem == ListProblem::kUtf16) {
       messages.Error(place, advice);
@@ -143,6 +175,17 @@ std::optional<ListReview> ReviewList(Program& program, CommandMessages& messages
     return std::nullopt;
   }
   return review.value;
+}
+
+void WarnOfList(const Program& program, CommandMessages& messages) {
+  const Settings& settings = program.settings;
+  const std::string path = ShownPath(settings.SubstitutieFile);
+  const Result<ListReview> review = ReviewList(program.host.files, settings.SubstitutieFile,
+                                               settings.gSeparator, settings.gJoker);
+  if (!review) return;
+  for (const ListRemark& remark : review.value.remarks) {
+    messages.Warn(LineOf(path, remark), Advice(remark, settings.gSeparator));
+  }
 }
 
 bool LoadList(Program& program, CommandMessages& messages, ByteOrderMarks marks) {

@@ -20,6 +20,10 @@ bool TakeListOptions(Program& program, const ListOptions& options, CommandMessag
 // list cannot be used; whether a warning counts as an error, `messages` knows.
 std::optional<ListReview> ReviewList(Program& program, CommandMessages& messages);
 
+// The warnings alone, for a run that a settings file describes: it goes on whatever they are, and
+// says itself when there is no list to be had.
+void WarnOfList(const Program& program, CommandMessages& messages);
+
 // Whether byte-order marks at the beginning of left texts stay there, as for a run.
 enum class ByteOrderMarks { kKept, kDropped };
 

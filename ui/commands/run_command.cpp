@@ -14,6 +14,7 @@
 #include "ui/commands/report_place.h"
 #include "ui/commands/run_report.h"
 #include "ui/commands/shown_text.h"
+#include "ui/commands/source_remarks.h"
 #include "ui/console/console_text.h"
 #include "ui/console/console_user.h"
 
@@ -35,7 +36,8 @@ class RunCommand {
                   options.strict),
         user_({console.input, console.error, console.input_is_terminal, console.error_is_terminal,
                console.columns, console.stop_requested, options.yes, !options.quiet}),
-        program_({console.files, console.system, user_}) {
+        program_({console.files, console.system, user_}),
+        report_place_(program_, options.report, options.from, messages_) {
     user_.Attach(program_);
     program_.frmMorvex.loaded = true;
     program_.frmOpties.loaded = true;
@@ -46,10 +48,8 @@ class RunCommand {
     if (!ReadSettingsFile()) return kExitFailed;
     if (!TakeListOptions(program_, options_, messages_) || !TakeFilter()) return kExitUsage;
     TakePathsAndLog();
-    if (!options_.report.empty() &&
-        !MayHoldReport(program_, options_.report, options_.from, messages_)) {
-      return kExitFailed;
-    }
+    if (!options_.report.empty() && !report_place_.MayHold()) return kExitFailed;
+    WarnOfOwnFilesInSource(program_, options_.from, messages_);
     const std::optional<ListReview> review = ReviewList(program_, messages_);
     if (!review || messages_.any_error() || !LoadList(program_, messages_)) return kExitFailed;
 
@@ -61,7 +61,9 @@ class RunCommand {
     user_.ClearProgress();
     ShowEnd();
     const int status = ExitStatus(program_);
-    return report && !WriteReport(*report, *review, status) ? kExitFailed : status;
+    if (!report) return status;
+    const std::string text = report->Text(console_.version, status, *review, options_.from);
+    return report_place_.Put(text) ? status : kExitFailed;
   }
 
  private:
@@ -128,18 +130,12 @@ class RunCommand {
     console_.error << RunNotes(program_) << std::flush;
   }
 
-  bool WriteReport(const RunReport& report, const ListReview& review, int status) {
-    const ErrorNumber error = console_.files.ReplaceFile(
-        options_.report, report.Text(console_.version, status, review, options_.from));
-    if (error != ErrorNumber::kNone) messages_.Error(ShownPath(options_.report), ErrorLine(error));
-    return error == ErrorNumber::kNone;
-  }
-
   const RunOptions& options_;
   const CommandConsole& console_;
   CommandMessages messages_;
   ConsoleUser user_;
   Program program_;
+  ReportPlace report_place_;
 };
 
 }  // namespace

@@ -1,6 +1,10 @@
 #include "ui/commands/run_report.h"
 
+#include <algorithm>
+#include <array>
+#include <istream>
 #include <nlohmann/json.hpp>
+#include <streambuf>
 
 #include "core/engine/outcomes.h"
 #include "ui/commands/shown_text.h"
@@ -10,6 +14,8 @@ namespace {
 
 // Keeps the order in which keys are put in.
 using Json = nlohmann::ordered_json;
+
+constexpr const char* kProgramName = "Morvex";
 
 const char* WordFor(OutcomeKind kind) {
   switch (kind) {
@@ -103,7 +109,56 @@ Json RowsAsJson(const Program& program, const ListReview& review) {
   return rows;
 }
 
+// A file's bytes as a stream, block by block.
+class FileBuffer : public std::streambuf {
+ public:
+  explicit FileBuffer(InputFile& file) : file_(file) {}
+
+ private:
+  int_type underflow() override {
+    const Result<std::size_t> read = file_.ReadAt(offset_, block_.data(), block_.size());
+    if (!read || read.value == 0) return traits_type::eof();
+    offset_ += read.value;
+    setg(block_.data(), block_.data(), block_.data() + read.value);
+    return traits_type::to_int_type(block_.front());
+  }
+
+  InputFile& file_;
+  std::uint64_t offset_ = 0;
+  std::array<char, 16384> block_{};
+};
+
+// Spares looking through long files that are none.
+bool BeginsAsReport(InputFile& file) {
+  const std::string wanted = std::string("{\"program\":\"") + kProgramName + "\"";
+  FileBuffer buffer(file);
+  std::istream stream(&buffer);
+  char next = 0;
+  return std::all_of(wanted.begin(), wanted.end(),
+                     [&](char each) { return stream >> next && next == each; });
+}
+
 }  // namespace
+
+bool HoldsRunReport(FileService& files, const std::string& path) {
+  const Result<std::unique_ptr<InputFile>> file = files.OpenForReading(path);
+  if (!file) return false;
+  if (!BeginsAsReport(*file.value)) return false;
+  FileBuffer buffer(*file.value);
+  std::istream stream(&buffer);
+  // What the parts hold is left out, so that a long report takes no memory.
+  const auto is_part = [](int depth, Json::parse_event_t, Json&) { return depth < 2; };
+  const Json report = Json::parse(stream, is_part, false);
+  const auto is = [&report](const char* key, Json::value_t type) {
+    const auto found = report.find(key);
+    return found != report.end() && found->type() == type;
+  };
+  return report.is_object() && report.value("program", Json()) == kProgramName &&
+         is("version", Json::value_t::string) && is("started", Json::value_t::string) &&
+         is("end", Json::value_t::string) && is("settings", Json::value_t::object) &&
+         is("totals", Json::value_t::object) && is("rows", Json::value_t::array) &&
+         is("files", Json::value_t::array);
+}
 
 RunReport::RunReport(const Program& program)
     : program_(program),
@@ -157,7 +212,7 @@ std::string RunReport::Text(const std::string& version, int exit_status, const L
   const RunState& run = program_.run;
   const std::chrono::milliseconds took = program_.host.system.SteadyTime() - steady_start_;
   Json head;
-  head["program"] = "Morvex";
+  head["program"] = kProgramName;
   head["version"] = version;
   head["started"] = UtcText(started_);
   head["milliseconds"] = took.count();

@@ -12,6 +12,10 @@
 
 namespace morvex {
 
+// Whether the file is a report of a run: a JSON object that names this program first and has the
+// parts that a report has.
+bool HoldsRunReport(FileService& files, const std::string& path);
+
 class RunReport : public RunObserver {
  public:
   // Listens from now on: the run starts next. `program` must outlive the report.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <vector>
 
 namespace morvex {
 namespace {
@@ -27,18 +28,53 @@ bool IsUnseen(char32_t character) {
          (character >= 0x2060 && character <= 0x2069) || character == 0xFEFF;
 }
 
-std::string Shown(std::u32string_view text) {
-  std::string shown;
-  for (const char32_t character : text) {
-    if (IsControl(character)) {
-      shown += Escaped(character);
-    } else if (IsUnseen(character)) {
-      shown += "\\u" + HexByte(character >> 8) + HexByte(character);
+bool IsHex(std::string_view digits) {
+  return digits.find_first_not_of("0123456789ABCDEF") == std::string_view::npos;
+}
+
+// Whether a backslash in front of the shown text would be taken for the beginning of an escape, or
+// for one half of two.
+bool CouldEscape(std::string_view shown) {
+  return shown.starts_with('\\') ||
+         (shown.starts_with('x') && shown.size() >= 3 && IsHex(shown.substr(1, 2))) ||
+         (shown.starts_with('u') && shown.size() >= 5 && IsHex(shown.substr(1, 4)));
+}
+
+// A text that grows by characters and by bytes that are none.
+class ShownSoFar {
+ public:
+  void Add(char32_t character) {
+    if (character == '\\') backslashes_.push_back(shown_.size());
+    if (character < 0x80 && IsControl(character)) {
+      shown_ += Escaped(character);
+    } else if (IsControl(character) || IsUnseen(character)) {
+      shown_ += "\\u" + HexByte(character >> 8) + HexByte(character);
     } else {
-      shown += Encode(character, Encoding::kUtf8).value_or(std::string());
+      shown_ += Encode(character, Encoding::kUtf8).value_or(std::string());
     }
   }
-  return shown;
+  void AddByte(char byte) { shown_ += Escaped(static_cast<unsigned char>(byte)); }
+
+  std::string Text() const {
+    std::string text;
+    std::size_t from = 0;
+    for (const std::size_t backslash : backslashes_) {
+      text.append(shown_, from, backslash - from);
+      if (CouldEscape(std::string_view(shown_).substr(backslash + 1))) text += '\\';
+      from = backslash;
+    }
+    return text.append(shown_, from);
+  }
+
+ private:
+  std::string shown_;
+  std::vector<std::size_t> backslashes_;  // of the text itself
+};
+
+std::string Shown(std::u32string_view text) {
+  ShownSoFar shown;
+  for (const char32_t character : text) shown.Add(character);
+  return shown.Text();
 }
 
 // Bytes that go on a character of UTF-8 which the piece does not hold the beginning of.
@@ -75,7 +111,7 @@ std::string ShownText(std::string_view bytes) {
 }
 
 std::string ShownPath(std::string_view bytes) {
-  std::string shown;
+  ShownSoFar shown;
   while (!bytes.empty()) {
     std::size_t size = std::min(kLongestCharacter, bytes.size());
     std::optional<std::u32string> character;
@@ -84,14 +120,14 @@ std::string ShownPath(std::string_view bytes) {
       if (character && character->size() == 1) break;
     }
     if (size == 0) {
-      shown += Escaped(static_cast<unsigned char>(bytes.front()));
+      shown.AddByte(bytes.front());
       size = 1;
     } else {
-      shown += Shown(*character);
+      shown.Add(character->front());
     }
     bytes.remove_prefix(size);
   }
-  return shown;
+  return shown.Text();
 }
 
 std::string ShownPiece(std::string_view bytes, Encoding encoding) {

@@ -1,6 +1,10 @@
-// Bytes of files, names and lists as text to be shown: always UTF-8, with control characters and
-// what is no text as \xHH, and characters that turn the order of others or have no width as \uHHHH,
-// so that nothing can steer a terminal, hide in a line of output or break it.
+// Bytes of files, names and lists as text to be shown: always UTF-8, with control characters of
+// ASCII and what is no text as \xHH, and further control characters and those that turn the order
+// of others or have no width as \uHHHH, so that nothing can steer a terminal, hide in a line of
+// output or break it.
+//
+// A backslash of the text itself stands as it is, as the separators of a path do, and twice where
+// it would be taken for an escape or where a backslash follows. So no two texts are shown alike.
 #pragma once
 
 #include <string>

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "tests/support/byte_streams.h"
 #include "tests/support/memory_files.h"
 
 namespace morvex::test {
@@ -179,6 +180,50 @@ TEST_F(InputWindowTest, AReadErrorInMidFileIsGivenWhenItIsMet) {
   EXPECT_EQ(window.MoveTo(1000), ErrorNumber::kNone);
   ExpectShown(window, 1000);
   EXPECT_EQ(window.MoveTo(kMegabyte + 1), ErrorNumber::kDeviceIo);
+  EXPECT_EQ(window.size(), 0u);
+}
+
+TEST_F(InputWindowTest, AStreamThatPausesIsShownAsFarAsItGoes) {
+  const std::string bytes = Pattern(4000);
+  const std::vector<std::size_t> sizes = {100, 1, 3899};
+  std::size_t next = 0;
+  auto next_size = [&] { return next < sizes.size() ? sizes[next++] : 1; };
+  PiecesInput stream(bytes, next_size);
+  std::size_t waits = 0;
+  stream.at_pause = [&] { ++waits; };
+  InputWindow window;
+  window.Open(stream);
+  EXPECT_EQ(window.MoveTo(0), ErrorNumber::kNone);
+  EXPECT_EQ(window.size(), 0u);
+  EXPECT_TRUE(window.IsShort());
+  EXPECT_EQ(waits, 0u) << "only Wait waits";
+  EXPECT_EQ(window.Wait(), ErrorNumber::kNone);
+  EXPECT_EQ(window.size(), 100u);
+  EXPECT_EQ(window.MoveTo(60), ErrorNumber::kNone);
+  EXPECT_EQ(waits, 1u);
+  EXPECT_EQ(window.Wait(), ErrorNumber::kNone);
+  EXPECT_EQ(window.Wait(), ErrorNumber::kNone);
+  EXPECT_EQ(window.size(), 3940u);
+  EXPECT_EQ(std::string_view(reinterpret_cast<const char*>(window.data()), window.size()),
+            std::string_view(bytes).substr(60));
+  for (std::size_t i = 0; i < InputWindow::kPadding; ++i) {
+    ASSERT_EQ(window.data()[window.size() + i], 0) << i;
+  }
+  EXPECT_FALSE(window.ended());
+  EXPECT_EQ(window.Wait(), ErrorNumber::kNone);
+  EXPECT_TRUE(window.ended());
+  EXPECT_FALSE(window.IsShort());
+  EXPECT_EQ(waits, 4u);
+}
+
+TEST_F(InputWindowTest, AnErrorWhileItWaitsLeavesItEmpty) {
+  Open("abc");
+  files_.fail = [](const std::string& call, const std::string&) {
+    return call == "ReadAt" ? ErrorNumber::kDeviceIo : ErrorNumber::kNone;
+  };
+  InputWindow window;
+  window.Open(*file_);
+  EXPECT_EQ(window.Wait(), ErrorNumber::kDeviceIo);
   EXPECT_EQ(window.size(), 0u);
 }
 

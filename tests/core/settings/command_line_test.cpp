@@ -176,5 +176,17 @@ TEST(ApplyCommandLine, TheValueStandsBehindTheFirstNameAndOneMoreCharacter) {
   }
 }
 
+TEST(IgnoredPieces, AreThoseOfNoOptionWithTheirHyphens) {
+  const auto ignored = [](std::string_view line) { return IgnoredPieces(SplitCommandLine(line)); };
+  EXPECT_EQ(ignored("-if a.dat -dy 3"), Pieces());
+  EXPECT_EQ(ignored("-if a.dat"), Pieces());
+  EXPECT_EQ(ignored(" -if a.dat"), Pieces());
+  EXPECT_EQ(ignored(""), Pieces());
+  EXPECT_EQ(ignored("x -if a.dat"), Pieces{"x"});
+  EXPECT_EQ(ignored("-IF a.dat -if b.dat"), Pieces{"-IF a.dat"});
+  EXPECT_EQ(ignored("-if a.dat -v -- -"), (Pieces{"-v", "--", "-"}));
+  EXPECT_EQ(ignored("-if my case -2024.dat"), Pieces{"-2024.dat"});
+}
+
 }  // namespace
 }  // namespace morvex::test

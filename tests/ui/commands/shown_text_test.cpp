@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 namespace morvex::test {
 namespace {
 
@@ -14,7 +16,7 @@ TEST(ShownText, IsUtf8OrElseWindows1252WithControlsEscaped) {
   EXPECT_EQ(ShownText("a\r\n\tb\x1b[0m\0\x7F"s),
             "a\\x0D\\x0A\\x09"
             "b\\x1B[0m\\x00\\x7F");
-  EXPECT_EQ(ShownText("\xC2\x85"), "\\x85");
+  EXPECT_EQ(ShownText("\xC2\x85"), "\\u0085");
   EXPECT_EQ(ShownText(""), "");
 }
 
@@ -32,6 +34,65 @@ TEST(ShownText, OfAPathOnlyWhatIsNoUtf8IsEscaped) {
             "/a/M\xC3\xBCller \xE2\x82\xAC \xF0\x9F\x98\x80");
   EXPECT_EQ(ShownPath("/a/M\xFCller"), "/a/M\\xFCller");
   EXPECT_EQ(ShownPath("\xC3\nx\xC3"), "\\xC3\\x0Ax\\xC3");
+}
+
+TEST(ShownText, ABackslashStandsTwiceWhereItWouldBeTakenForAnEscape) {
+  EXPECT_EQ(ShownPath("a\\x1B"), "a\\\\x1B");
+  EXPECT_EQ(ShownPath("a\x1B"), "a\\x1B");
+  EXPECT_EQ(ShownPath("a\\u202E"), "a\\\\u202E");
+  EXPECT_EQ(ShownPath("a\\\x1B"), "a\\\\\\x1B");
+  EXPECT_EQ(ShownPath("a\\\\b"), "a\\\\\\b");
+  EXPECT_EQ(ShownText("a\\x1B"), "a\\\\x1B");
+  EXPECT_EQ(ShownPiece("a\\x1B", Encoding::kWindows1252), "a\\\\x1B");
+}
+
+TEST(ShownText, TheSeparatorsOfAPathOnWindowsStayReadable) {
+  for (const char* path : {"C:\\Users\\ada\\list.txt", "a\\x1b", "a\\xyz", "a\\u20", "a\\", "\\"}) {
+    EXPECT_EQ(ShownPath(path), path);
+  }
+}
+
+// Undoes ShownPath, as the page on it says it can be done.
+std::string ReadBack(std::string_view shown) {
+  std::string bytes;
+  while (!shown.empty()) {
+    const auto code = [&](std::size_t digits) {
+      return static_cast<char32_t>(std::stoul(std::string(shown.substr(2, digits)), nullptr, 16));
+    };
+    const auto is_code = [&](char kind, std::size_t digits) {
+      return shown.size() >= digits + 2 && shown[0] == '\\' && shown[1] == kind &&
+             shown.substr(2, digits).find_first_not_of("0123456789ABCDEF") == std::string::npos;
+    };
+    std::size_t size = 1;
+    if (shown.starts_with("\\\\")) {
+      bytes += '\\';
+      size = 2;
+    } else if (is_code('x', 2)) {
+      bytes += static_cast<char>(code(2));
+      size = 4;
+    } else if (is_code('u', 4)) {
+      bytes += *Encode(code(4), Encoding::kUtf8);
+      size = 6;
+    } else {
+      bytes += shown.front();
+    }
+    shown.remove_prefix(size);
+  }
+  return bytes;
+}
+
+TEST(ShownText, NoTwoPathsAreShownAlike) {
+  const std::vector<std::string> parts = {"\\",      "\\",   "x",        "u",    "1",
+                                          "B",       "2",    "0",        "E",    "/",
+                                          "\x1B",    "\xFF", "\xC2\x85", "\x85", "\xE2\x80\xAE",
+                                          "\xC3\xBC"};
+  std::mt19937 random(22);
+  for (int i = 0; i < 100'000; ++i) {
+    std::string path;
+    for (std::size_t count = random() % 9; count > 0; --count)
+      path += parts[random() % parts.size()];
+    ASSERT_EQ(ReadBack(ShownPath(path)), path) << ShownPath(path);
+  }
 }
 
 TEST(ShownText, APieceLosesTheCharactersThatItsEndsCut) {
