@@ -31,9 +31,10 @@ ProcessResult ProcessInTurn(Program& program, const std::string& folder, const s
     if (info && (taken || left_over == LeftOver::kMayBe)) {
       freed = DeleteLeftOver(program, folder, info.value, taken);
     }
-    ProcessResult result{ProcessEnd::kFailed, freed, TemporaryPath(program, folder),
-                         PassedOver::kNo};
-    if (freed == ErrorNumber::kNone) result = ProcessFile(program, name, folder, info);
+    const ProcessResult result =
+        freed == ErrorNumber::kNone
+            ? ProcessFile(program, name, folder, info)
+            : TemporaryFailed(program, freed, TemporaryPath(program, folder));
     taken = result.error == ErrorNumber::kFileAlreadyExists;
     const bool in_use = freed == ErrorNumber::kFileAlreadyOpen;
     if ((!taken && !in_use) || program.Beeindigd || waits == kMostWaits) return result;
@@ -62,12 +63,19 @@ CopyResult DeliverAtStop(Program& program, const std::string& temporary, const s
                          TemporaryAtStop at_stop) {
   FileService& files = program.host.files;
   const bool stays = at_stop == TemporaryAtStop::kStays;
+  const Result<FileInfo> partial = files.LookUpFile(temporary);
   const ErrorNumber error =
       stays ? files.CopyFile(temporary, target, {}) : files.MoveFile(temporary, target, {});
   if (!stays && error != ErrorNumber::kNone) DropTemporary(program, temporary);
   if (error == ErrorNumber::kNone) program.run.cut_short = target;
   if (stays) program.run.left_temporary = temporary;
-  return {CopyEnd::kStopped, error, target, PassedOver::kNo};
+  const bool is_there = error == ErrorNumber::kNone && partial;
+  return {CopyEnd::kStopped,
+          error,
+          target,
+          PassedOver::kNo,
+          FailureCause::kNone,
+          is_there ? static_cast<std::int64_t>(partial.value.size) : 0};
 }
 
 CopyResult Deliver(Program& program, const std::string& temporary, const std::string& target) {
@@ -79,7 +87,7 @@ CopyResult Deliver(Program& program, const std::string& temporary, const std::st
     return {CopyEnd::kStopped, error, target, PassedOver::kNo};
   }
   DropTemporary(program, temporary);
-  return {CopyEnd::kFailed, error, target, PassedOver::kNo};
+  return {CopyEnd::kFailed, error, target, PassedOver::kNo, FailureCause::kTarget};
 }
 
 // Logs a copy that failed or was passed over. False when the disk is full, which ends the run.
@@ -93,16 +101,30 @@ bool Report(Program& program, const CopyResult& copy, const std::string& path) {
   return true;
 }
 
+// The total has the whole file from its start; of one that was stopped it keeps what its copy has.
+void CountStopped(Program& program, std::int64_t written) {
+  program.run.BytesTotal = program.run.BytesBefore + written;
+}
+
 // A copy that fails is not logged: the log tells of the files that were to be processed.
-void CopyUnchanged(Program& program, const std::string& path, const std::string& target,
-                   std::int64_t bytes) {
+void CopyUnchanged(Program& program, const std::string& path, const Result<FileInfo>& info,
+                   const std::string& target, std::int64_t bytes) {
   Outcome outcome;
   outcome.kind = OutcomeKind::kCopied;
   outcome.path = outcome.error_path = path;
   outcome.bytes = bytes;
   outcome.error = program.host.files.CopyFile(path, target, UntilStopped(program));
-  if (outcome.error != ErrorNumber::kNone) {
-    outcome.kind = program.Beeindigd ? OutcomeKind::kStopped : OutcomeKind::kFailed;
+  if (outcome.error != ErrorNumber::kNone && program.Beeindigd) {
+    outcome.kind = OutcomeKind::kStopped;
+    outcome.bytes = 0;
+    CountStopped(program, 0);
+  } else if (outcome.error != ErrorNumber::kNone) {
+    outcome.kind = OutcomeKind::kFailed;
+    const bool may_be_itself = info && outcome.error == ErrorNumber::kPathFileAccess;
+    if (may_be_itself && IsSameFile(program, info.value, target).value) {
+      outcome.cause = FailureCause::kTargetIsSource;
+      outcome.error_path = target;
+    }
   }
   NoteOutcome(program, outcome);
   ++program.run.FilesSkipped;
@@ -134,7 +156,7 @@ CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const 
     case ProcessEnd::kSkipped:
       return {CopyEnd::kPassedOver, ErrorNumber::kFileNotFound, source, result.why};
     case ProcessEnd::kFailed:
-      return {CopyEnd::kFailed, result.error, result.path, PassedOver::kNo};
+      return {CopyEnd::kFailed, result.error, result.path, PassedOver::kNo, result.cause};
     case ProcessEnd::kProcessed:
     case ProcessEnd::kStopped:
       break;
@@ -151,8 +173,11 @@ CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const 
   const Result<bool> same = IsOwnSource(program, info.value, target, taken);
   if (!same || same.value) {
     DropTemporary(program, temporary);
-    return {CopyEnd::kFailed, same ? ErrorNumber::kPathFileAccess : same.error, target,
-            PassedOver::kNo};
+    if (!same) {
+      return {CopyEnd::kFailed, same.error, target, PassedOver::kNo, FailureCause::kTarget};
+    }
+    return {CopyEnd::kFailed, ErrorNumber::kPathFileAccess, target, PassedOver::kNo,
+            FailureCause::kTargetIsSource};
   }
   return program.Beeindigd ? DeliverAtStop(program, temporary, target, at_stop)
                            : Deliver(program, temporary, target);
@@ -166,9 +191,10 @@ Outcome OutcomeOf(const CopyResult& copy, std::string_view path, std::int64_t by
   outcome.why = copy.why;
   if (copy.end == CopyEnd::kFailed) {
     outcome.error = copy.error;
+    outcome.cause = copy.cause;
     outcome.error_path = copy.path;
   }
-  outcome.bytes = bytes;
+  outcome.bytes = copy.end == CopyEnd::kStopped ? copy.written : bytes;
   outcome.hits = hits;
   return outcome;
 }
@@ -193,12 +219,13 @@ bool HandleFile(Program& program, const std::string& folder, const std::string& 
     const CopyResult copy =
         MakeProcessedCopy(program, folder, name, info, target, TemporaryAtStop::kStays, left_over);
     NoteOutcome(program, OutcomeOf(copy, path, bytes, program.run.Hits_Per_File));
+    if (copy.end == CopyEnd::kStopped) CountStopped(program, copy.written);
     if (program.Beeindigd) return false;
-    if (copy.end != CopyEnd::kCopied) return Report(program, copy, path);
+    if (copy.end != CopyEnd::kCopied && !Report(program, copy, path)) return false;
     program.frmMorvex.lblFiles.caption = path;
     YieldToWindows(program);
   } else {
-    CopyUnchanged(program, path, target, bytes);
+    CopyUnchanged(program, path, info, target, bytes);
   }
   ShowFileCounts(program, "Skipped: ");
   ShowHits(program, program.run.HitsTotal);

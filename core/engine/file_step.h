@@ -23,6 +23,8 @@ struct CopyResult {
   ErrorNumber error = ErrorNumber::kNone;  // of the copy; kFileNotFound for a file passed over
   std::string path;                        // of the file that the error is about
   PassedOver why = PassedOver::kNo;        // it was passed over
+  FailureCause cause = FailureCause::kNone;
+  std::int64_t written = 0;  // of kStopped: bytes that the target's copy has
 };
 
 // What becomes of the temporary file when a stop request cuts the file short. In every other case

@@ -54,12 +54,41 @@ bool FixScale(Program& program, const std::string& source, const std::string& ta
   return true;
 }
 
-void PassOverLeftOver(Program& program, const std::string& path) {
+Outcome PassedOverAt(const std::string& path, PassedOver why) {
   Outcome outcome;
   outcome.kind = OutcomeKind::kPassedOver;
   outcome.path = path;
-  outcome.why = PassedOver::kTemporaryFile;
+  outcome.why = why;
+  return outcome;
+}
+
+// A name that leads to no file and no folder.
+void PassOverNoFile(Program& program, const std::string& path, EntryKind kind) {
+  const bool is_broken = kind == EntryKind::kBrokenLink;
+  Outcome outcome =
+      PassedOverAt(path, is_broken ? PassedOver::kBrokenLink : PassedOver::kSpecialFile);
+  std::string leads_to;
+  if (is_broken && program.observer != nullptr) {
+    leads_to = program.host.files.LinkText(path).value;
+    outcome.leads_to = leads_to;
+  }
   NoteOutcome(program, outcome);
+}
+
+// The run has ended: nothing was done with what the listing of `folder` has from `first` on, its
+// folders or all its other names.
+void TellNotReached(Program& program, const std::string& folder,
+                    const std::vector<FolderEntry>& listing, std::size_t first, bool folders) {
+  if (program.observer == nullptr) return;
+  for (std::size_t i = first; i < listing.size(); ++i) {
+    if ((listing[i].kind == EntryKind::kFolder) != folders) continue;
+    const std::string path = FolderPathClean(program, JoinPath(program, folder, listing[i].name));
+    Outcome outcome;
+    outcome.kind = OutcomeKind::kNotReached;
+    outcome.path = path;
+    outcome.is_folder = folders;
+    NoteOutcome(program, outcome);
+  }
 }
 
 void HandleFiles(Program& program, const std::string& folder,
@@ -69,14 +98,24 @@ void HandleFiles(Program& program, const std::string& folder,
       std::any_of(listing.begin(), listing.end(),
                   [&](const FolderEntry& entry) { return IsTemporaryName(program, entry.name); });
   const LeftOver left_over = has_left_over ? LeftOver::kMayBe : LeftOver::kNotListed;
-  for (const FolderEntry& entry : listing) {
+  for (std::size_t i = 0; i < listing.size(); ++i) {
+    const FolderEntry& entry = listing[i];
+    if (program.Beeindigd) return TellNotReached(program, folder, listing, i, false);
+    if (entry.kind == EntryKind::kFolder) continue;
     // A left-over temporary file is no file of the source.
-    if (entry.kind != EntryKind::kFile) continue;
-    if (IsTemporaryName(program, entry.name)) {
-      PassOverLeftOver(program, FolderPathClean(program, JoinPath(program, folder, entry.name)));
+    const bool is_left_over = IsTemporaryName(program, entry.name);
+    if (is_left_over || entry.kind != EntryKind::kFile) {
+      const std::string path = FolderPathClean(program, JoinPath(program, folder, entry.name));
+      if (is_left_over) {
+        NoteOutcome(program, PassedOverAt(path, PassedOver::kTemporaryFile));
+      } else {
+        PassOverNoFile(program, path, entry.kind);
+      }
       continue;
     }
-    if (!HandleFile(program, folder, entry.name, target_folder, pass, left_over)) return;
+    if (!HandleFile(program, folder, entry.name, target_folder, pass, left_over)) {
+      return TellNotReached(program, folder, listing, i + 1, false);
+    }
     ShowHits(program, program.run.HitsTotal);
     YieldToWindows(program);
   }
@@ -126,19 +165,18 @@ class TreeWalk {
     while (const FolderEntry* entry = walk_.Next()) {
       if (entry->kind != EntryKind::kFolder) continue;
       YieldToWindows(program_);
-      if (program_.Beeindigd) return;
-      SubFolder(entry->name, walk_.level().target);
-      if (program_.Beeindigd) return;
+      if (!program_.Beeindigd) {
+        SubFolder(entry->name, walk_.level().target);
+      } else {
+        TellNotReached(program_, walk_.level().source, {*entry}, 0, true);
+      }
     }
   }
 
  private:
   void PassOverFolder(const std::string& path, PassedOver why) {
-    Outcome outcome;
-    outcome.kind = OutcomeKind::kPassedOver;
-    outcome.path = path;
+    Outcome outcome = PassedOverAt(path, why);
     outcome.is_folder = true;
-    outcome.why = why;
     NoteOutcome(program_, outcome);
   }
 
@@ -169,7 +207,6 @@ class TreeWalk {
     Result<std::vector<FolderEntry>> listing = files.ListFolder(path);
     if (!listing) return NoteFailedFolder(program_, path, listing.error);
     HandleFiles(program_, path, listing.value, target_path, FolderPassKind::kWalk);
-    if (program_.Beeindigd) return;
     walk_.Enter({path, JoinPath(program_, target, name), std::move(listing.value)}, source.value);
   }
 
@@ -193,6 +230,7 @@ ErrorNumber FolderPrepass(Program& program, const std::string& source, const std
   const OpenedFolders folders = OpenFolders(program, source, target);
   if (folders.error != ErrorNumber::kNone) return folders.error;
   HandleFiles(program, folders.source, folders.listing, folders.target, FolderPassKind::kPrepass);
+  if (program.Beeindigd) TellNotReached(program, folders.source, folders.listing, 0, true);
   return ErrorNumber::kNone;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "core/program/program.h"
 #include "core/program/run_observer.h"
@@ -12,6 +13,13 @@ namespace morvex {
 // Counts a file or folder that has no copy (of the first failure it keeps path and error), and
 // tells the run's observer of every outcome.
 void NoteOutcome(Program& program, const Outcome& outcome);
+
+// Why a file or folder was passed over, in words that follow a colon; empty for kNo.
+std::string_view ReasonText(PassedOver why);
+
+// What stands behind a failure, in words behind which the path that the error is about may follow;
+// empty for kNone.
+std::string_view CauseText(FailureCause cause);
 
 // A folder that could not be copied, for itself.
 void NoteFailedFolder(Program& program, const std::string& path, ErrorNumber error);

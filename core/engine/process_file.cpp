@@ -71,6 +71,15 @@ std::string TemporaryPath(const Program& program, const std::string& folder) {
   return Normaliseer(program, JoinPath(program, folder, kTemporaryName));
 }
 
+ProcessResult TemporaryFailed(const Program& program, ErrorNumber error,
+                              const std::string& temporary) {
+  if (error == ErrorNumber::kPermissionDenied) {
+    return {ProcessEnd::kFailed, error, FolderOf(program, temporary), PassedOver::kNo,
+            FailureCause::kSourceFolder};
+  }
+  return {ProcessEnd::kFailed, error, temporary, PassedOver::kNo, FailureCause::kTemporaryFile};
+}
+
 ErrorNumber DeleteLeftOver(Program& program, const std::string& folder, const FileInfo& source,
                            bool taken) {
   FileService& files = program.host.files;
@@ -123,7 +132,7 @@ ProcessResult ProcessFile(Program& program, const std::string& name, const std::
   if (!input) return Failed(input.error, source.value.path);
   const Result<std::unique_ptr<OutputFile>> output =
       files.CreateFile(temporary_path, source.value.permissions);
-  if (!output) return Failed(output.error, temporary_path);
+  if (!output) return TemporaryFailed(program, output.error, temporary_path);
 
   const std::int64_t hits_before = program.run.Hits_Per_File;
   const std::vector<std::int64_t> hits_of_rows_before = program.run.hits_of_rows;
@@ -144,7 +153,9 @@ ProcessResult ProcessFile(Program& program, const std::string& name, const std::
     if (error == ErrorNumber::kNone) {
       return {ProcessEnd::kSkipped, error, "", PassedOver::kChangedMeanwhile};
     }
-    return Failed(error, of_output ? temporary_path : source.value.path);
+    if (!of_output) return Failed(error, source.value.path);
+    return {ProcessEnd::kFailed, error, temporary_path, PassedOver::kNo,
+            FailureCause::kTemporaryFile};
   }
 
   ShowFileCounts(program, "Sipped: ");

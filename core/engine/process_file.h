@@ -21,7 +21,13 @@ struct ProcessResult {
   ErrorNumber error = ErrorNumber::kNone;  // why it is kFailed
   std::string path;                        // of the file that the error is about
   PassedOver why = PassedOver::kNo;        // it is kSkipped
+  FailureCause cause = FailureCause::kNone;
 };
+
+// A failure that has to do with the temporary file at `temporary`: where the folder takes none, it
+// is about the folder.
+ProcessResult TemporaryFailed(const Program& program, ErrorNumber error,
+                              const std::string& temporary);
 
 // Path of the temporary file for the files of `folder`; empty once the program is to stop.
 std::string TemporaryPath(const Program& program, const std::string& folder);

@@ -24,6 +24,7 @@ CopyResult SingleFileRun(Program& program, const std::string& source, const std:
     gLog(program, JoinPath(program, file.folder, file.name));
     copy = MakeProcessedCopy(program, file.folder, file.name, info, target, TemporaryAtStop::kGoes,
                              LeftOver::kMayBe);
+    if (copy.end == CopyEnd::kStopped) run.BytesTotal = copy.written;
   }
   NoteOutcome(program, OutcomeOf(copy, info ? info.value.path : source,
                                  static_cast<std::int64_t>(info.value.size), run.HitsTotal));

@@ -11,7 +11,7 @@ TreeRules::TreeRules(Program& program, const std::string& source, const std::str
       source_(program.host.files.LookUpFolder(source)),
       target_(program.host.files.LookUpFolder(target)),
       target_real_path_(program.host.files.RealPath(target)) {
-  if (source_) current_path_.push_back(source_.value.identity);
+  if (source_) current_path_.push_back({source_.value.identity});
 }
 
 ErrorNumber TreeRules::error() const {
@@ -22,15 +22,28 @@ ErrorNumber TreeRules::error() const {
 }
 
 Result<PassedOver> TreeRules::WhyNotEntered(const FolderInfo& folder) const {
-  if (std::find(current_path_.begin(), current_path_.end(), folder.identity) !=
-      current_path_.end()) {
-    return PassedOver::kLoop;
-  }
+  const bool is_on_the_path =
+      std::any_of(current_path_.begin(), current_path_.end(),
+                  [&](const Step& step) { return step.identity == folder.identity; });
+  if (is_on_the_path) return PassedOver::kLoop;
   if (target_ && target_.value.identity == folder.identity) return PassedOver::kTargetFolder;
-  if (!folder.is_link) return PassedOver::kNo;
-  const Result<bool> inside = InsideTarget(folder.path);
-  if (!inside) return inside.error;
-  return inside.value ? PassedOver::kTargetFolder : PassedOver::kNo;
+  if (folder.is_link) {
+    const Result<bool> inside = InsideTarget(folder.path);
+    if (!inside) return inside.error;
+    if (inside.value) return PassedOver::kTargetFolder;
+  }
+  if (IsByLink(folder)) {
+    const auto visits = visits_by_links_.find(folder.identity);
+    const bool too_often = visits != visits_by_links_.end() && visits->second >= kMostVisitsByLinks;
+    if (too_often) return PassedOver::kLinkedTooOften;
+  }
+  return PassedOver::kNo;
+}
+
+void TreeRules::Enter(const FolderInfo& folder) {
+  const bool by_link = IsByLink(folder);
+  if (by_link) ++visits_by_links_[folder.identity];
+  current_path_.push_back({folder.identity, by_link});
 }
 
 bool TreeRules::MayWriteInto(const FolderInfo& folder) const {
@@ -74,8 +87,8 @@ Result<std::uint64_t> FolderSize(Program& program, TreeRules& rules, const Folde
       const Result<FileInfo> file = files.LookUpFile(path);
       if (!file && file.error != ErrorNumber::kFileNotFound) return file.error;
       size += file.value.size;
-      continue;
     }
+    if (entry->kind != EntryKind::kFolder) continue;
     const Result<FolderInfo> below = files.LookUpFolder(path);
     if (!below) return below.error;
     const Result<PassedOver> why = rules.WhyNotEntered(below.value);

@@ -2,12 +2,15 @@
 // target.
 //
 // A link to a folder is followed, unless it leads to a folder on the current path, which would
-// never end. The target is never walked into, and nothing of a copy is written into the source
-// folder itself or through a link. Folders are compared by identity, not by name.
+// never end. Folders that link to each other can be reached on more paths than anybody could copy:
+// links lead into one and the same folder a bounded number of times. The target is never walked
+// into, and nothing of a copy is written into the source folder itself or through a link. Folders
+// are compared by identity, not by name.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,6 +22,9 @@ namespace morvex {
 
 class TreeRules {
  public:
+  // So many times a folder is entered on paths with a link in them.
+  static constexpr std::int64_t kMostVisitsByLinks = 1000;
+
   // Either folder may be missing; what is missing is met nowhere.
   TreeRules(Program& program, const std::string& source, const std::string& target);
 
@@ -32,17 +38,25 @@ class TreeRules {
   bool MayWriteInto(const FolderInfo& folder) const;
 
   // The current path grows by a folder that is entered, and shrinks again when it is left.
-  void Enter(const FolderInfo& folder) { current_path_.push_back(folder.identity); }
+  void Enter(const FolderInfo& folder);
   void Leave() { current_path_.pop_back(); }
 
  private:
+  struct Step {
+    FileIdentity identity;
+    bool by_link = false;  // this folder, or one above it on the path, is a link
+  };
+  bool IsByLink(const FolderInfo& folder) const {
+    return folder.is_link || (!current_path_.empty() && current_path_.back().by_link);
+  }
   Result<bool> InsideTarget(const std::string& path) const;
 
   Program& program_;
   Result<FolderInfo> source_;
   Result<FolderInfo> target_;
   Result<std::string> target_real_path_;
-  std::vector<FileIdentity> current_path_;
+  std::vector<Step> current_path_;
+  std::map<FileIdentity, std::int64_t> visits_by_links_;
 };
 
 // A walk through a tree in pre-order. It keeps what it has still to do in memory of its own: a tree

@@ -50,7 +50,12 @@ struct FolderInfo {
   std::uint32_t permissions = 0;  // the host's permission bits, opaque to the core
 };
 
-enum class EntryKind { kFile, kFolder };
+enum class EntryKind {
+  kFile,
+  kFolder,
+  kBrokenLink,  // leads to nothing
+  kSpecial,     // a pipe, socket or device
+};
 
 // One name in a folder's listing; the kind is that of what a link leads to.
 struct FolderEntry {
@@ -108,9 +113,12 @@ class FileService {
   virtual Result<FileInfo> LookUpFile(const std::string& path) = 0;
   // kPathNotFound when there is no such folder.
   virtual Result<FolderInfo> LookUpFolder(const std::string& path) = 0;
-  // Files and folders of `path`, in the file system's own order, complete when the call returns.
-  // Names that lead to neither (pipes, sockets, devices, broken links) are left out.
+  // Every name in `path`, in the file system's own order, complete when the call returns. A link of
+  // which it cannot be told where it leads is listed as a file.
   virtual Result<std::vector<FolderEntry>> ListFolder(const std::string& path) = 0;
+  // The text of a link: where it leads, as it was written. kPathFileAccess for what is no link,
+  // kFileNotFound when there is nothing.
+  virtual Result<std::string> LinkText(const std::string& path) = 0;
   // The path with every link in it resolved.
   virtual Result<std::string> RealPath(const std::string& path) = 0;
   virtual Result<DriveSpace> LookUpDrive(const std::string& path) = 0;

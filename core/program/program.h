@@ -62,6 +62,8 @@ struct ElapsedTime {
 struct FileFailure {
   std::string path;
   ErrorNumber error = ErrorNumber::kNone;
+  FailureCause cause = FailureCause::kNone;
+  std::string error_path;  // of the file or folder that the error is about
 };
 
 // Counters and flags of a run. Counts are 64-bit, so they stay true for any tree.
@@ -83,19 +85,25 @@ struct RunState {
   WallTime ArmedAt{};
   ElapsedTime elapsed;
   std::string ResultTail;  // second line of the result label
-  // What the labels do not tell. Files passed over by a skip rule have no copy on purpose; folders
-  // are left out for their names; what failed could not be copied.
+  // What the labels do not tell. What is passed over has no copy on purpose, what failed could not
+  // be copied. The first two count only what somebody may miss; by reason everything counts.
   std::int64_t passed_over_files = 0;
   std::int64_t left_out_folders = 0;
   std::int64_t failed_files = 0;
-  std::map<PassedOver, std::int64_t> passed_over_by_reason;
+  std::map<PassedOver, std::int64_t> passed_over_by_reason;  // files
+  std::map<PassedOver, std::int64_t> left_out_by_reason;     // folders
   std::map<ErrorNumber, std::int64_t> failed_by_error;
   // Something of the source has no copy that somebody may miss.
   bool LacksCopies() const {
     return passed_over_files > 0 || left_out_folders > 0 || failed_files > 0;
   }
   FileFailure first_failure;
-  bool disk_full = false;  // which ended the run
+  std::int64_t copies = 0;  // whole ones, processed or unchanged
+  // Of a folder run that finished: files in the target that are none of its copies.
+  bool target_was_empty = false;
+  std::int64_t other_files = 0;
+  ErrorNumber other_files_error = ErrorNumber::kNone;  // why they could not be counted
+  bool disk_full = false;                              // which ended the run
   // What a stop request left: the path of a copy that is incomplete, and of a temporary file beside
   // its source.
   std::string cut_short;

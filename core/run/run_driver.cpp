@@ -6,6 +6,7 @@
 #include "core/engine/outcomes.h"
 #include "core/engine/progress.h"
 #include "core/engine/single_file_run.h"
+#include "core/engine/target_files.h"
 #include "core/program/elapsed_time.h"
 #include "core/program/paths.h"
 #include "core/program/run_log.h"
@@ -37,8 +38,13 @@ void ResetCounters(RunState& run) {
   run.left_out_folders = 0;
   run.failed_files = 0;
   run.passed_over_by_reason.clear();
+  run.left_out_by_reason.clear();
   run.failed_by_error.clear();
   run.first_failure = {};
+  run.copies = 0;
+  run.target_was_empty = false;
+  run.other_files = 0;
+  run.other_files_error = ErrorNumber::kNone;
   run.hits_of_rows.clear();
   run.RunStarted = true;
 }
@@ -48,8 +54,8 @@ void ResetCounters(RunState& run) {
 void ClearResult(Program& program) {
   MainWindow& window = program.frmMorvex;
   if (program.run.end == RunEnd::kNone) return;
-  for (Label* label :
-       {&window.lblFiles, &window.lblTotalFiles, &window.lblTijd, &window.lblPercentage}) {
+  for (Label* label : {&window.lblFiles, &window.lblTotalFiles, &window.lblTijd,
+                       &window.lblPercentage, &window.lblNote}) {
     label->caption = "";
   }
   window.ProgressBar1.SetValue(0);
@@ -130,6 +136,7 @@ RunEnd RunFolder(Program& program, const std::string& source, const std::string&
   const int start = SecondsOfDay(system.LocalTimeOfDay());
   program.frmMorvex.cmdGo.enabled = false;
   program.frmMorvex.ProgressBar1.visible = true;
+  LookAtTarget(program, target);
   ErrorNumber error = FolderPrepass(program, source, target);
   if (program.Beeindigd) {
     // The temporary file stays the engine's business: no path can be made any more.
@@ -143,7 +150,11 @@ RunEnd RunFolder(Program& program, const std::string& source, const std::string&
   program.run.elapsed = ElapsedBetween(start, SecondsOfDay(system.LocalTimeOfDay()));
   ShowResult(program);
   if (program.run.LoggingOn) LogSummary(program);
-  if (error == ErrorNumber::kNone) return RunEnd::kFinished;
+  if (error == ErrorNumber::kNone) {
+    CountOtherFiles(program, target);
+    program.frmMorvex.lblNote.caption = OtherFilesNote(program.run);
+    return RunEnd::kFinished;
+  }
   const bool target_is_there = program.host.files.LookUpFolder(target).error == ErrorNumber::kNone;
   NoteFailedFolder(program, target_is_there ? source : target, error);
   return RunEnd::kCouldNotRun;

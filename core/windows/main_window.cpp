@@ -24,6 +24,7 @@ MainWindow::MainWindow()
       lblTotalFiles(changes, {240, 3480, 2535, 495}, ""),
       lblTijd(changes, {2880, 3480, 2295, 255}, ""),
       lblPercentage(changes, {5400, 3480, 2655, 495}, ""),
+      lblNote(changes, {240, 4200, 7815, 255}, ""),
       ProgressBar1(changes, {240, 4200, 7815, 255}),
       Image1(changes, {7560, 3000, 480, 375}, -1),
       // A frame around the paths, one around the statistics, and the rule between them.

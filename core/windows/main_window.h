@@ -38,6 +38,7 @@ struct MainWindow : Window {
   Label lblTotalFiles;  // what the run is at, then the counts of files
   Label lblTijd;        // elapsed time
   Label lblPercentage;  // hits and result
+  Label lblNote;        // what to know of the last run before its copies are handed over
   ProgressBar ProgressBar1;
   Timer Timer1;
   Picture Image1;             // decoration, as are the lines

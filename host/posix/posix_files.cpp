@@ -128,6 +128,10 @@ Result<std::vector<FolderEntry>> PosixFileService::ListFolder(const std::string&
   return GuardedOn(path, Missing::kPath, posix::ReadFolder);
 }
 
+Result<std::string> PosixFileService::LinkText(const std::string& path) {
+  return GuardedOn(path, Missing::kFile, posix::ReadLinkText);
+}
+
 Result<std::string> PosixFileService::RealPath(const std::string& path) {
   return GuardedOn(path, Missing::kPath, posix::ResolvedPath);
 }

@@ -5,6 +5,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <memory>
@@ -21,11 +22,9 @@ struct FolderCloser {
 };
 using FolderHandle = std::unique_ptr<DIR, FolderCloser>;
 
-// The kind that a file's mode stands for; nothing for what is neither file nor folder.
-std::optional<EntryKind> KindOfMode(mode_t mode) {
+EntryKind KindOfMode(mode_t mode) {
   if (S_ISREG(mode)) return EntryKind::kFile;
-  if (S_ISDIR(mode)) return EntryKind::kFolder;
-  return std::nullopt;
+  return S_ISDIR(mode) ? EntryKind::kFolder : EntryKind::kSpecial;
 }
 
 // Codes that say for certain that nothing is at a link's end.
@@ -39,10 +38,10 @@ Examined ExamineLink(int folder, const char* name) {
   struct stat status {};
   if (fstatat(folder, name, &status, 0) == 0) {
     examined.kind = KindOfMode(status.st_mode);
-  } else if (!LeadsNowhere(errno)) {
-    // What is there cannot be told, and nothing may be lost unsaid: whoever takes it for a file is
-    // told why it cannot be had.
-    examined.kind = EntryKind::kFile;
+  } else {
+    // Where it cannot be told what is there, whoever takes it for a file is told why it cannot be
+    // had.
+    examined.kind = LeadsNowhere(errno) ? EntryKind::kBrokenLink : EntryKind::kFile;
   }
   return examined;
 }
@@ -70,7 +69,7 @@ Result<Examined> ExamineEntry(int folder, const char* name, unsigned char type) 
     case DT_UNKNOWN:
       return ExamineUnknown(folder, name);
     default:
-      return Examined{};
+      return Examined{EntryKind::kSpecial, false};
   }
 }
 
@@ -95,6 +94,24 @@ Result<std::vector<FolderEntry>> ReadFolder(const std::string& path) {
   }
   if (errno != 0) return LastError(Missing::kPath);
   return entries;
+}
+
+Result<std::string> ReadLinkText(const std::string& path) {
+  const Reach reach(path);
+  if (!reach.Found()) return LastError(Missing::kFile);
+  constexpr std::size_t kUsualSize = 256;
+  std::string text(kUsualSize, '\0');
+  for (;;) {
+    const ssize_t size = readlinkat(reach.Folder(), reach.Name(), text.data(), text.size());
+    if (size < 0 && errno == EINVAL) return ErrorNumber::kPathFileAccess;
+    if (size < 0) return LastError(Missing::kFile);
+    // A text that fills the room may have been cut.
+    if (static_cast<std::size_t>(size) < text.size()) {
+      text.resize(static_cast<std::size_t>(size));
+      return text;
+    }
+    text.resize(text.size() * 2);
+  }
 }
 
 }  // namespace morvex::posix

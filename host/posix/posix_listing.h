@@ -9,7 +9,7 @@
 
 namespace morvex::posix {
 
-// What a name in a folder stands for; `kind` is empty when it is to be left out of a listing.
+// What a name in a folder stands for; `kind` is empty when it is gone since it was listed.
 struct Examined {
   std::optional<EntryKind> kind;
   bool is_link = false;
@@ -21,5 +21,7 @@ Result<Examined> ExamineEntry(int folder, const char* name, unsigned char type);
 
 // As FileService::ListFolder.
 Result<std::vector<FolderEntry>> ReadFolder(const std::string& path);
+// As FileService::LinkText.
+Result<std::string> ReadLinkText(const std::string& path);
 
 }  // namespace morvex::posix

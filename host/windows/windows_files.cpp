@@ -124,6 +124,10 @@ Result<std::vector<FolderEntry>> WindowsFileService::ListFolder(const std::strin
   return Guarded([&] { return windows::ReadFolder(path); });
 }
 
+Result<std::string> WindowsFileService::LinkText(const std::string& path) {
+  return Guarded([&] { return windows::ReadLinkText(path); });
+}
+
 Result<std::string> WindowsFileService::RealPath(const std::string& path) {
   return Guarded([&] { return FindRealPath(path); });
 }

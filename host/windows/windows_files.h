@@ -35,6 +35,7 @@ class WindowsFileService : public FileService {
   Result<FileInfo> LookUpFile(const std::string& path) override;
   Result<FolderInfo> LookUpFolder(const std::string& path) override;
   Result<std::vector<FolderEntry>> ListFolder(const std::string& path) override;
+  Result<std::string> LinkText(const std::string& path) override;
   Result<std::string> RealPath(const std::string& path) override;
   Result<DriveSpace> LookUpDrive(const std::string& path) override;
 

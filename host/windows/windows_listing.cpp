@@ -2,7 +2,10 @@
 // only links cost a look at what they lead to.
 #include "host/windows/windows_listing.h"
 
-#include <optional>
+#include <winioctl.h>
+
+#include <array>
+#include <cstring>
 #include <string_view>
 
 #include "host/windows/windows_code_page.h"
@@ -47,17 +50,31 @@ bool LeadsNowhere(Code code) {
          code == ERROR_CANT_RESOLVE_FILENAME;
 }
 
-// Nothing when the name is to be left out.
-std::optional<EntryKind> Examine(const std::wstring& folder, const WIN32_FIND_DATAW& entry) {
-  if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DEVICE) != 0) return std::nullopt;
+EntryKind Examine(const std::wstring& folder, const WIN32_FIND_DATAW& entry) {
+  if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DEVICE) != 0) return EntryKind::kSpecial;
   if (!IsLinkEntry(entry)) return KindOf(entry.dwFileAttributes);
   Status status;
   const Code code = FindStatus(Below(folder, entry.cFileName), status);
   if (code == 0) return KindOf(status.attributes);
-  if (LeadsNowhere(code)) return std::nullopt;
-  // What is there cannot be told, and nothing may be lost unsaid: whoever takes it for a file is
-  // told why it cannot be had.
-  return EntryKind::kFile;
+  // Where it cannot be told what is there, whoever takes it for a file is told why it cannot be
+  // had.
+  return LeadsNowhere(code) ? EntryKind::kBrokenLink : EntryKind::kFile;
+}
+
+// What a link of the system holds, from its beginning: the tag, the size of what follows, and then
+// offsets and sizes, in bytes, of two texts behind them; the second is the one to be shown. In
+// front of the texts a symbolic link has four more bytes than a mount point.
+constexpr std::size_t kLongestLink = 16 * 1024;
+constexpr std::size_t kShownOffset = 12;
+constexpr std::size_t kShownSize = 14;
+constexpr std::size_t kTextsOfLink = 20;
+constexpr std::size_t kTextsOfMountPoint = 16;
+
+template <class Number>
+Number NumberAt(const std::array<char, kLongestLink>& link, std::size_t offset) {
+  Number number = 0;
+  std::memcpy(&number, link.data() + offset, sizeof number);
+  return number;
 }
 
 }  // namespace
@@ -80,12 +97,35 @@ Result<std::vector<FolderEntry>> ReadFolder(const std::string& path) {
   do {
     const std::wstring_view name = entry.cFileName;
     if (name == L"." || name == L"..") continue;
-    const std::optional<EntryKind> kind = Examine(folder.value, entry);
-    if (!kind) continue;
-    entries.push_back({SystemCodePage().Bytes(name), *kind, IsLinkEntry(entry)});
+    entries.push_back(
+        {SystemCodePage().Bytes(name), Examine(folder.value, entry), IsLinkEntry(entry)});
   } while (search.Next(entry));
   if (GetLastError() != ERROR_NO_MORE_FILES) return LastError(Missing::kPath);
   return entries;
+}
+
+Result<std::string> ReadLinkText(const std::string& path) {
+  const Result<std::wstring> place = SystemPath(path, Missing::kFile);
+  if (!place) return place.error;
+  const Handle file =
+      OpenExisting(place.value, FILE_READ_ATTRIBUTES, kShareAll, FILE_FLAG_OPEN_REPARSE_POINT);
+  if (!file.IsOpen()) return LastError(Missing::kFile);
+  std::array<char, kLongestLink> link{};
+  DWORD size = 0;
+  if (DeviceIoControl(file.Get(), FSCTL_GET_REPARSE_POINT, nullptr, 0, link.data(), kLongestLink,
+                      &size, nullptr) == 0) {
+    return ErrorNumber::kPathFileAccess;
+  }
+  const auto tag = NumberAt<DWORD>(link, 0);
+  const bool is_mount_point = tag == IO_REPARSE_TAG_MOUNT_POINT;
+  if (!is_mount_point && tag != IO_REPARSE_TAG_SYMLINK) return ErrorNumber::kPathFileAccess;
+  const std::size_t begin = (is_mount_point ? kTextsOfMountPoint : kTextsOfLink) +
+                            NumberAt<std::uint16_t>(link, kShownOffset);
+  const std::size_t length = NumberAt<std::uint16_t>(link, kShownSize);
+  if (begin + length > size) return ErrorNumber::kDeviceIo;
+  std::wstring text(length / sizeof(wchar_t), L'\0');
+  std::memcpy(text.data(), link.data() + begin, text.size() * sizeof(wchar_t));
+  return SystemCodePage().Bytes(text);
 }
 
 }  // namespace morvex::windows

@@ -107,6 +107,11 @@ Result<std::vector<FolderEntry>> FailingFiles::ListFolder(const std::string& pat
   return error != ErrorNumber::kNone ? error : files_.ListFolder(path);
 }
 
+Result<std::string> FailingFiles::LinkText(const std::string& path) {
+  const ErrorNumber error = Ask("LinkText", path);
+  return error != ErrorNumber::kNone ? error : files_.LinkText(path);
+}
+
 Result<std::string> FailingFiles::RealPath(const std::string& path) {
   const ErrorNumber error = Ask("RealPath", path);
   return error != ErrorNumber::kNone ? error : files_.RealPath(path);

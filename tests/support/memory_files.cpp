@@ -136,6 +136,8 @@ void MemoryFiles::AddLink(const std::string& path, const std::string& leads_to) 
   Make(path, Kind::kLink).leads_to = leads_to;
 }
 
+void MemoryFiles::AddPipe(const std::string& path) { Make(path, Kind::kPipe); }
+
 bool MemoryFiles::IsFolder(const std::string& path) const {
   const Node* node = Find(path);
   return node != nullptr && node->kind == Kind::kFolder;
@@ -193,8 +195,10 @@ Result<std::vector<FolderEntry>> MemoryFiles::ListFolder(const std::string& path
   for (const auto& [node_path, node] : nodes_) {
     if (node_path == folder || Parent(node_path) != folder) continue;
     const Node* leads_to = Find(Resolve(node_path, true));
-    if (leads_to == nullptr) continue;
-    const EntryKind kind = leads_to->kind == Kind::kFolder ? EntryKind::kFolder : EntryKind::kFile;
+    const EntryKind kind = leads_to == nullptr               ? EntryKind::kBrokenLink
+                           : leads_to->kind == Kind::kFolder ? EntryKind::kFolder
+                           : leads_to->kind == Kind::kPipe   ? EntryKind::kSpecial
+                                                             : EntryKind::kFile;
     found.push_back({node.number, {Name(node_path), kind, node.kind == Kind::kLink}});
   }
   std::sort(found.begin(), found.end(),
@@ -202,6 +206,14 @@ Result<std::vector<FolderEntry>> MemoryFiles::ListFolder(const std::string& path
   std::vector<FolderEntry> listing;
   for (auto& [number, entry] : found) listing.push_back(std::move(entry));
   return listing;
+}
+
+Result<std::string> MemoryFiles::LinkText(const std::string& path) {
+  if (const ErrorNumber error = Asked("LinkText", path); error != ErrorNumber::kNone) return error;
+  const Node* node = path.empty() ? nullptr : Find(Resolve(path, false));
+  if (node == nullptr) return ErrorNumber::kFileNotFound;
+  if (node->kind != Kind::kLink) return ErrorNumber::kPathFileAccess;
+  return node->leads_to;
 }
 
 Result<std::string> MemoryFiles::RealPath(const std::string& path) {

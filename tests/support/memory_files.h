@@ -28,6 +28,7 @@ class MemoryFiles : public FileService {
   void AddFile(const std::string& path, const std::string& bytes, WallTime modified = {},
                std::uint32_t permissions = 0644);
   void AddLink(const std::string& path, const std::string& leads_to);
+  void AddPipe(const std::string& path);
 
   // Look at what is there; a test fails loudly on a file that does not exist (throws out_of_range).
   bool Has(const std::string& path) const { return nodes_.contains(path); }
@@ -50,6 +51,7 @@ class MemoryFiles : public FileService {
   Result<FileInfo> LookUpFile(const std::string& path) override;
   Result<FolderInfo> LookUpFolder(const std::string& path) override;
   Result<std::vector<FolderEntry>> ListFolder(const std::string& path) override;
+  Result<std::string> LinkText(const std::string& path) override;
   Result<std::string> RealPath(const std::string& path) override;
   Result<DriveSpace> LookUpDrive(const std::string& path) override;
   ErrorNumber CreateFolder(const std::string& path) override;
@@ -69,7 +71,7 @@ class MemoryFiles : public FileService {
   ErrorNumber Asked(const char* call, const std::string& path);
 
  private:
-  enum class Kind { kFile, kFolder, kLink };
+  enum class Kind { kFile, kFolder, kLink, kPipe };
   struct Node {
     Kind kind = Kind::kFile;
     std::shared_ptr<std::string> bytes;  // of a file

@@ -150,7 +150,7 @@ class Walk {
       const std::string below = level.path + entry.name;
       if (entry.kind == EntryKind::kFolder) {
         Enter(below, entry.name, files_.LookUpFolder(below));
-      } else {
+      } else if (entry.kind == EntryKind::kFile) {
         File(below, entry.name);
       }
     }

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "core/engine/outcomes.h"
 #include "ui/commands/shown_text.h"
 
 namespace morvex {
@@ -21,31 +22,11 @@ const char* WordFor(OutcomeKind kind) {
     case OutcomeKind::kFailed:
       return "failed";
     case OutcomeKind::kStopped:
+      return "stopped";
+    case OutcomeKind::kNotReached:
       break;
   }
-  return "stopped";
-}
-
-const char* WordsFor(PassedOver why) {
-  switch (why) {
-    case PassedOver::kNo:
-      break;
-    case PassedOver::kOwnFile:
-      return "a file of the program's own, by its name";
-    case PassedOver::kRecycleBin:
-      return "a recycle-bin, restore or system folder, by its path";
-    case PassedOver::kChangedMeanwhile:
-      return "changed after the run started";
-    case PassedOver::kNameEnding:
-      return "the name ends in \"cle\"";
-    case PassedOver::kTemporaryFile:
-      return "the temporary file of an earlier run, by its name";
-    case PassedOver::kTargetFolder:
-      return "the target folder";
-    case PassedOver::kLoop:
-      return "a link to a folder that it lies in";
-  }
-  return "";
+  return "not reached";
 }
 
 const char* WordsFor(RunEnd end) {
@@ -59,6 +40,14 @@ const char* WordsFor(RunEnd end) {
       break;
   }
   return "finished";
+}
+
+// As in "Permission denied: the source folder must be writable"; the path stands beside it.
+std::string WhyFailed(const Outcome& outcome) {
+  std::string why(ErrorText(outcome.error));
+  const std::string_view cause = CauseText(outcome.cause);
+  if (!cause.empty()) why.append(": ").append(cause);
+  return why;
 }
 
 // As in 2026-01-31T23:59:59Z.
@@ -136,20 +125,24 @@ void RunReport::OnOutcome(const Outcome& outcome) {
       break;
     case OutcomeKind::kPassedOver:
       ++totals_.passed_over;
-      entry["why"] = WordsFor(outcome.why);
+      entry["why"] = ReasonText(outcome.why);
+      if (!outcome.leads_to.empty()) entry["leads_to"] = ShownPath(std::string(outcome.leads_to));
       break;
     case OutcomeKind::kFailed:
       ++totals_.failed;
-      entry["why"] = ErrorText(outcome.error);
+      entry["why"] = WhyFailed(outcome);
       entry["error"] = static_cast<int>(outcome.error);
       entry["error_path"] = ShownPath(outcome.error_path);
       break;
     case OutcomeKind::kStopped:
       ++totals_.stopped;
       break;
+    case OutcomeKind::kNotReached:
+      ++totals_.not_reached;
+      break;
   }
   const std::chrono::milliseconds now = program_.host.system.SteadyTime();
-  if (!outcome.is_folder) {
+  if (!outcome.is_folder && outcome.kind != OutcomeKind::kNotReached) {
     entry["bytes"] = outcome.bytes;
     entry["hits"] = outcome.hits;
     entry["milliseconds"] = (now - last_).count();
@@ -176,6 +169,10 @@ std::string RunReport::Text(const std::string& version, int exit_status, const L
                     {"passed_over", totals_.passed_over},
                     {"failed", totals_.failed},
                     {"stopped", totals_.stopped},
+                    {"not_reached", totals_.not_reached},
+                    {"scanned", run.FilesDone},
+                    {"skipped", run.FilesSkipped},
+                    {"not_of_this_run", run.other_files},
                     {"hits", run.HitsTotal},
                     {"bytes", run.BytesTotal}};
   head["rows"] = RowsAsJson(program_, review);

@@ -30,6 +30,7 @@ class RunReport : public RunObserver {
     std::int64_t passed_over = 0;
     std::int64_t failed = 0;
     std::int64_t stopped = 0;
+    std::int64_t not_reached = 0;
   };
 
   const Program& program_;

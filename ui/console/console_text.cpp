@@ -4,6 +4,8 @@
 #include <array>
 #include <vector>
 
+#include "core/engine/outcomes.h"
+#include "core/engine/target_files.h"
 #include "core/list/list_file.h"
 
 namespace morvex {
@@ -37,25 +39,6 @@ std::string Counted(std::int64_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
-const char* ReasonText(PassedOver why) {
-  switch (why) {
-    case PassedOver::kOwnFile:
-      return "the program's own";
-    case PassedOver::kRecycleBin:
-      return "in a recycle bin or restore folder";
-    case PassedOver::kChangedMeanwhile:
-      return "changed after the start";
-    case PassedOver::kNameEnding:
-      return "a name that ends in \"cle\"";
-    case PassedOver::kNo:
-    case PassedOver::kTemporaryFile:
-    case PassedOver::kTargetFolder:
-    case PassedOver::kLoop:
-      break;
-  }
-  return "no part of the source";
-}
-
 // As in "2 for Error 70: Permission denied, 1 for Error 57: Device I/O error".
 std::string FailuresByError(const RunState& run) {
   std::string text;
@@ -65,24 +48,40 @@ std::string FailuresByError(const RunState& run) {
   return text;
 }
 
+// As in "/s/a.txt: Error 70: Permission denied: the source folder must be writable: /s".
+std::string FailureNote(const FileFailure& failure) {
+  std::string note = Printable(failure.path) + ": " + ErrorLine(failure.error);
+  if (failure.cause != FailureCause::kNone) {
+    note += ": " + std::string(CauseText(failure.cause)) + ": " + Printable(failure.error_path);
+  }
+  return note;
+}
+
 std::string MissingCopyNotes(const RunState& run) {
   std::string notes;
   for (const auto& [why, count] : run.passed_over_by_reason) {
     notes += Counted(count, "file was", "files were") +
-             " passed over and not copied: " + ReasonText(why) + ".\n";
+             " passed over and not copied: " + std::string(ReasonText(why)) + ".\n";
   }
-  if (run.left_out_folders > 0) {
-    notes += Counted(run.left_out_folders, "folder was", "folders were") +
-             " left out: a recycle bin or system folder by its path or the target's.\n";
+  for (const auto& [why, count] : run.left_out_by_reason) {
+    notes += Counted(count, "folder was", "folders were") +
+             " left out: " + std::string(ReasonText(why)) + ".\n";
   }
   if (run.failed_files > 0) {
     notes += Counted(run.failed_files, "file or folder", "files or folders") +
              " could not be copied" +
              (run.failed_by_error.size() > 1 ? ": " + FailuresByError(run) : std::string()) +
-             ". The first: " + Printable(run.first_failure.path) + ": " +
-             ErrorLine(run.first_failure.error) + "\n";
+             ". The first: " + FailureNote(run.first_failure) + "\n";
   }
   return notes;
+}
+
+std::string TargetNotes(const RunState& run) {
+  const std::string note = OtherFilesNote(run);
+  if (note.empty()) return "";
+  return note +
+         " Copies made with an earlier list may hold names: look at them, or run into an "
+         "empty folder.\n";
 }
 
 std::string StopNotes(const RunState& run) {
@@ -155,6 +154,13 @@ std::string ProgressLine(const Program& program) {
 
 std::string ResultLines(const Program& program) {
   const MainWindow& window = program.frmMorvex;
+  const RunState& run = program.run;
+  // The labels stand as the last whole file left them.
+  if (run.end == RunEnd::kStopped) {
+    return "Scanned: " + std::to_string(run.FilesDone) +
+           "\nSkipped: " + std::to_string(run.FilesSkipped) +
+           "\nHits: " + std::to_string(run.HitsTotal) + "\n";
+  }
   std::string lines;
   for (const Label* label : {&window.lblTotalFiles, &window.lblTijd, &window.lblPercentage}) {
     const std::string& caption = label->caption;
@@ -164,7 +170,8 @@ std::string ResultLines(const Program& program) {
 }
 
 std::string RunNotes(const Program& program) {
-  return MissingCopyNotes(program.run) + StopNotes(program.run) + NothingToDoNotes(program);
+  return MissingCopyNotes(program.run) + TargetNotes(program.run) + StopNotes(program.run) +
+         NothingToDoNotes(program);
 }
 
 std::string ReadableBytes(std::int64_t bytes) {

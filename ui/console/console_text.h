@@ -18,7 +18,8 @@ std::string PrintableLines(std::string_view text);
 // One line: files, hits, bytes and per cent of a run that works.
 std::string ProgressLine(const Program& program);
 
-// What the main window's result labels hold at the end of a run, a line for each of theirs.
+// What the main window's result labels hold at the end of a run, a line for each of theirs; of a run
+// that was stopped its counts so far.
 std::string ResultLines(const Program& program);
 
 // What the result labels do not tell of a run: files without a copy and why, what a stop left

@@ -25,8 +25,11 @@ class FileStepTest : public ::testing::Test {
     ASSERT_GE(log.size(), 2u);
     EXPECT_EQ(log[log.size() - 2], "/s/" + name);
     EXPECT_EQ(log.back(), error);
-    // The step ends there: the labels are not reached.
-    EXPECT_FALSE(test_.Counts().find("Skipped: ") != std::string::npos) << test_.Counts();
+    // Labels and progress follow all the same.
+    EXPECT_EQ(test_.Counts(), "Scanned: " + std::to_string(program_.run.FilesDone) +
+                                  "\r\nSkipped: " + std::to_string(program_.run.FilesSkipped));
+    EXPECT_EQ(test_.HitsShown(), "Hits: " + std::to_string(program_.run.HitsTotal) + "\r\n");
+    EXPECT_EQ(program_.frmMorvex.lblFiles.caption.get(), "/s/" + name);
   }
 
   FolderProgram test_;
@@ -153,8 +156,10 @@ TEST_F(FileStepTest, AFailedCopyIsLoggedCountedAndLeavesNoTemporaryFile) {
   EXPECT_FALSE(test_.files.Has(kTemporary));
   EXPECT_EQ(program_.run.FilesDone, 1);
   EXPECT_EQ(program_.run.failed_files, 1);
-  EXPECT_EQ(program_.run.first_failure.path, "/t/a.txt");
+  EXPECT_EQ(program_.run.first_failure.path, "/s/a.txt");
   EXPECT_EQ(program_.run.first_failure.error, ErrorNumber::kPermissionDenied);
+  EXPECT_EQ(program_.run.first_failure.cause, FailureCause::kTarget);
+  EXPECT_EQ(program_.run.first_failure.error_path, "/t/a.txt");
   EXPECT_FALSE(program_.Beeindigd);
 }
 
@@ -206,6 +211,52 @@ TEST_F(FileStepTest, AReadErrorInMidFileLeavesNeitherCopyNorTemporaryFile) {
   test_.files.fail = FailOn("ReadAt", "/s/a.txt", ErrorNumber::kDeviceIo);
   ExpectNotCopied("a.txt", "Error 57: Device I/O error");
   EXPECT_FALSE(test_.files.Has(kTemporary));
+}
+
+TEST_F(FileStepTest, AFailureInAFolderThatCannotBeWrittenNamesTheFileAndTheFolder) {
+  for (const char* call : {"CreateFile", "DeleteFile"}) {
+    FolderProgram test;
+    test.files.AddFile("/s/a.txt", "caca", kOld);
+    if (std::string(call) == "DeleteFile") test.files.AddFile(kTemporary, "left over");
+    test.files.fail = FailOn(call, kTemporary, ErrorNumber::kPermissionDenied);
+    HandleFile(test.program, "/s", "a.txt", "/t", FolderPassKind::kPrepass);
+    const FileFailure& failure = test.program.run.first_failure;
+    EXPECT_EQ(failure.path, "/s/a.txt") << call;
+    EXPECT_EQ(failure.cause, FailureCause::kSourceFolder) << call;
+    EXPECT_EQ(failure.error_path, "/s") << call;
+  }
+}
+
+TEST_F(FileStepTest, AFailureOfTheTemporaryFileNamesTheFileThatHasNoCopy) {
+  test_.files.fail = FailOn("WriteAt", kTemporary, ErrorNumber::kDeviceIo);
+  Handle("a.txt");
+  EXPECT_EQ(program_.run.first_failure.path, "/s/a.txt");
+  EXPECT_EQ(program_.run.first_failure.cause, FailureCause::kTemporaryFile);
+  EXPECT_EQ(program_.run.first_failure.error_path, kTemporary);
+}
+
+TEST_F(FileStepTest, ATargetThatIsTheSourceIsToldAsThat) {
+  test_.files.AddFile("/s/b.bin", "123");
+  for (const char* name : {"a.txt", "b.bin"}) {
+    program_.run.failed_files = 0;
+    HandleFile(program_, "/s", name, "/s", FolderPassKind::kPrepass);
+    EXPECT_EQ(program_.run.first_failure.path, std::string("/s/") + name);
+    EXPECT_EQ(program_.run.first_failure.error, ErrorNumber::kPathFileAccess);
+    EXPECT_EQ(program_.run.first_failure.cause, FailureCause::kTargetIsSource) << name;
+  }
+}
+
+TEST_F(FileStepTest, AStoppedFileCountsTheBytesThatItsCopyHas) {
+  test_.files.AddFile("/s/big.txt", kLongText, kOld);
+  test_.OnEveryYield([this] {
+    if (program_.run.FileOffset > 0) program_.Beeindigd = true;
+  });
+  program_.run.BytesTotal = 1000;
+  EXPECT_FALSE(Handle("big.txt"));
+  const auto written = static_cast<std::int64_t>(test_.files.Bytes("/t/big.txt").size());
+  EXPECT_GT(written, 0);
+  EXPECT_LT(written, static_cast<std::int64_t>(kLongText.size()));
+  EXPECT_EQ(program_.run.BytesTotal, 1000 + written);
 }
 
 TEST_F(FileStepTest, ATemporaryFileThatCannotBeMadeIsLogged) {

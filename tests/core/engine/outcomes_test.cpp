@@ -37,7 +37,8 @@ TEST(Outcomes, WhatIsPassedOverIsCountedOnlyWhenTheSourceMissesIt) {
     for (const PassedOver why :
          {PassedOver::kOwnFile, PassedOver::kRecycleBin, PassedOver::kChangedMeanwhile,
           PassedOver::kNameEnding, PassedOver::kTemporaryFile, PassedOver::kTargetFolder,
-          PassedOver::kLoop}) {
+          PassedOver::kLoop, PassedOver::kBrokenLink, PassedOver::kSpecialFile,
+          PassedOver::kLinkedTooOften}) {
       Outcome outcome;
       outcome.kind = OutcomeKind::kPassedOver;
       outcome.is_folder = is_folder;
@@ -45,8 +46,8 @@ TEST(Outcomes, WhatIsPassedOverIsCountedOnlyWhenTheSourceMissesIt) {
       NoteOutcome(test.program, outcome);
     }
   }
-  EXPECT_EQ(test.program.run.passed_over_files, 4);
-  EXPECT_EQ(test.program.run.left_out_folders, 4);
+  EXPECT_EQ(test.program.run.passed_over_files, 7);
+  EXPECT_EQ(test.program.run.left_out_folders, 7);
   EXPECT_EQ(test.program.run.failed_files, 0);
 }
 

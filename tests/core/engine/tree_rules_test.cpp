@@ -66,6 +66,42 @@ TEST_F(TreeRulesTest, TwoLinksToOneFolderAreBothFollowed) {
   EXPECT_EQ(test_.files.Bytes("/t/two/a.txt"), "b");
 }
 
+TEST_F(TreeRulesTest, LinksLeadIntoOneFolderABoundedNumberOfTimes) {
+  test_.files.AddFolder("/s/1");
+  test_.files.AddFolder("/elsewhere/below");
+  test_.files.AddLink("/s/link", "/elsewhere");
+  TreeRules rules(program_, "/s", "/t");
+  const FolderInfo plain = test_.files.LookUpFolder("/s/1").value;
+  const FolderInfo link = test_.files.LookUpFolder("/s/link").value;
+  const FolderInfo below = test_.files.LookUpFolder("/s/link/below").value;
+  for (std::int64_t visit = 0; visit < TreeRules::kMostVisitsByLinks; ++visit) {
+    ASSERT_EQ(rules.WhyNotEntered(link).value, PassedOver::kNo) << visit;
+    rules.Enter(link);
+    ASSERT_EQ(rules.WhyNotEntered(below).value, PassedOver::kNo) << visit;
+    rules.Enter(below);
+    rules.Leave();
+    rules.Leave();
+  }
+  EXPECT_EQ(rules.WhyNotEntered(link).value, PassedOver::kLinkedTooOften);
+  // Without a link on the way there is no bound.
+  EXPECT_EQ(rules.WhyNotEntered(below).value, PassedOver::kNo);
+  EXPECT_EQ(rules.WhyNotEntered(plain).value, PassedOver::kNo);
+}
+
+TEST_F(TreeRulesTest, FoldersThatAllLinkToEachOtherEndAndAreTold) {
+  constexpr int kFolders = 7;
+  for (int i = 0; i < kFolders; ++i) {
+    for (int j = 0; j < kFolders; ++j) {
+      const std::string to = "/s/" + std::to_string(j);
+      if (i != j) test_.files.AddLink("/s/" + std::to_string(i) + "/" + std::to_string(j), to);
+    }
+  }
+  test_.RunPasses();
+  EXPECT_LE(test_.files.Below("/t").size(), 2U * kFolders * TreeRules::kMostVisitsByLinks);
+  EXPECT_GT(program_.run.left_out_by_reason[PassedOver::kLinkedTooOften], 0);
+  EXPECT_TRUE(program_.run.LacksCopies());
+}
+
 TEST_F(TreeRulesTest, ALinkToAFileIsReadAsThatFile) {
   test_.files.AddFile("/elsewhere.dat", "a");
   test_.files.AddLink("/s/a.txt", "/elsewhere.dat");

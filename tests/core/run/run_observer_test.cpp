@@ -24,6 +24,7 @@ class Notebook : public RunObserver {
         break;
       case OutcomeKind::kPassedOver:
         line += " passed over " + std::to_string(static_cast<int>(outcome.why));
+        if (!outcome.leads_to.empty()) line += " to " + std::string(outcome.leads_to);
         break;
       case OutcomeKind::kFailed:
         line += " failed " + std::to_string(static_cast<int>(outcome.error)) + " " +
@@ -31,6 +32,9 @@ class Notebook : public RunObserver {
         break;
       case OutcomeKind::kStopped:
         line += " stopped";
+        break;
+      case OutcomeKind::kNotReached:
+        line += " not reached";
         break;
     }
     lines.push_back(line + " " + std::to_string(outcome.bytes));
@@ -104,7 +108,67 @@ TEST_F(RunObserverTest, AFileThatAStopCutsShortIsToldAsStopped) {
     if (test_.program.run.FileOffset > 0) test_.program.Beeindigd = true;
   });
   test_.ArmAndGo();
-  EXPECT_EQ(notebook_.lines, std::vector<std::string>{"/s/a.txt stopped 200000"});
+  const std::string written = std::to_string(test_.files.Bytes("/t/a.txt").size());
+  EXPECT_EQ(notebook_.lines,
+            (std::vector<std::string>{"/s/a.txt stopped " + written, "/s/b.txt not reached 0"}));
+}
+
+TEST_F(RunObserverTest, WhatAStopLeavesUntouchedIsToldAsNotReached) {
+  test_.files.AddFile("/s/0.txt", "a");
+  test_.files.AddFile("/s/1/a.txt", "a");
+  test_.files.AddFile("/s/1/b.txt", kLongText);
+  test_.files.AddFile("/s/1/c.txt", "a");
+  test_.files.AddFile("/s/1/below/d.txt", "a");
+  test_.files.AddFile("/s/2/e.txt", "a");
+  test_.files.AddFile("/s/last.txt", "a");
+  test_.OnEveryYield([this] {
+    if (test_.program.run.FileOffset > 0 && test_.program.run.FilesDone == 4) {
+      test_.program.Beeindigd = true;
+    }
+  });
+  test_.ArmAndGo();
+  const std::string written = std::to_string(test_.files.Bytes("/t/1/b.txt").size());
+  EXPECT_EQ(notebook_.lines,
+            (std::vector<std::string>{
+                "/s/0.txt processed 1 hits 1", "/s/last.txt processed 1 hits 1",
+                "/s/1/a.txt processed 1 hits 1", "/s/1/b.txt stopped " + written,
+                "/s/1/c.txt not reached 0", "/s/1/below/ not reached 0", "/s/2/ not reached 0"}));
+}
+
+TEST_F(RunObserverTest, AfterAStopAtTheTopEverySubFolderIsToldAsNotReached) {
+  test_.files.AddFile("/s/0.txt", kLongText);
+  test_.files.AddFile("/s/1/a.txt", "a");
+  test_.files.AddFile("/s/more.doc", "a");
+  test_.OnEveryYield([this] {
+    if (test_.program.run.FileOffset > 0) test_.program.Beeindigd = true;
+  });
+  test_.ArmAndGo();
+  ASSERT_EQ(notebook_.lines.size(), 3U);
+  EXPECT_EQ(notebook_.lines[1], "/s/more.doc not reached 0");
+  EXPECT_EQ(notebook_.lines[2], "/s/1/ not reached 0");
+}
+
+TEST_F(RunObserverTest, BrokenLinksAndPipesAreToldAndCounted) {
+  test_.files.AddLink("/s/gone.txt", "/nowhere/Anna");
+  test_.files.AddPipe("/s/sub/pipe.txt");
+  test_.files.AddLink("/s/sub/way", "/s/sub/pipe.txt");
+  test_.ArmAndGo();
+  EXPECT_EQ(
+      notebook_.lines,
+      (std::vector<std::string>{"/s/gone.txt" + Why(PassedOver::kBrokenLink) + "to /nowhere/Anna 0",
+                                "/s/sub/pipe.txt" + Why(PassedOver::kSpecialFile) + "0",
+                                "/s/sub/way" + Why(PassedOver::kSpecialFile) + "0"}));
+  EXPECT_EQ(test_.program.run.passed_over_files, 3);
+  EXPECT_TRUE(test_.program.run.LacksCopies());
+  EXPECT_EQ(test_.files.Below("/t"), std::vector<std::string>{"/t/sub/"});
+}
+
+TEST_F(RunObserverTest, ALinkWhoseTextCannotBeReadIsToldWithoutIt) {
+  test_.files.AddLink("/s/gone.txt", "/nowhere");
+  test_.files.fail = FailOn("LinkText", "/s/gone.txt", ErrorNumber::kPermissionDenied);
+  test_.ArmAndGo();
+  EXPECT_EQ(notebook_.lines,
+            std::vector<std::string>{"/s/gone.txt" + Why(PassedOver::kBrokenLink) + "0"});
 }
 
 TEST_F(RunObserverTest, ASingleFileIsTold) {

@@ -56,7 +56,7 @@ TEST_F(PosixListingTest, FilesFoldersAndWhatLinksLeadTo) {
   EXPECT_EQ(ListedIn(folder_.Path()), expected);
 }
 
-TEST_F(PosixListingTest, WhatIsNeitherFileNorFolderIsLeftOut) {
+TEST_F(PosixListingTest, WhatIsNeitherFileNorFolderIsListedAsWhatItIs) {
   ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
   fs::create_symlink("pipe", folder_ / "pipe link");
   fs::create_symlink("/dev/null", folder_ / "device link");
@@ -64,7 +64,28 @@ TEST_F(PosixListingTest, WhatIsNeitherFileNorFolderIsLeftOut) {
   fs::create_symlink("loop", folder_ / "loop");
   Put(folder_ / "file", "");
   fs::create_symlink("file/x", folder_ / "through a file");
-  EXPECT_EQ(ListedIn(folder_.Path()), (Listed{{"file", {EntryKind::kFile, false}}}));
+  const Listed expected = {
+      {"file", {EntryKind::kFile, false}},
+      {"pipe", {EntryKind::kSpecial, false}},
+      {"pipe link", {EntryKind::kSpecial, true}},
+      {"device link", {EntryKind::kSpecial, true}},
+      {"broken", {EntryKind::kBrokenLink, true}},
+      {"loop", {EntryKind::kBrokenLink, true}},
+      {"through a file", {EntryKind::kBrokenLink, true}},
+  };
+  EXPECT_EQ(ListedIn(folder_.Path()), expected);
+}
+
+TEST_F(PosixListingTest, TheTextOfALinkIsReadAsItWasWritten) {
+  const std::string longest(4000, 'x');
+  fs::create_symlink("no/such/../place", folder_ / "broken");
+  fs::create_symlink(longest, folder_ / "long");
+  Put(folder_ / "file", "");
+  EXPECT_EQ(files_.LinkText(folder_ / "broken").value, "no/such/../place");
+  EXPECT_EQ(files_.LinkText(folder_ / "long").value, longest);
+  EXPECT_EQ(files_.LinkText(folder_ / "file").error, ErrorNumber::kPathFileAccess);
+  EXPECT_EQ(files_.LinkText(folder_ / "none").error, ErrorNumber::kFileNotFound);
+  EXPECT_EQ(files_.LinkText("").error, ErrorNumber::kFileNotFound);
 }
 
 TEST_F(PosixListingTest, NamesAreBytes) {
@@ -155,14 +176,10 @@ TEST_F(PosixListingTest, NamesWithoutATypeAreLookedAt) {
     bool is_link;
   };
   const Case cases[] = {
-      {"folder", EntryKind::kFolder, false},
-      {"file", EntryKind::kFile, false},
-      {"pipe", std::nullopt, false},
-      {"file link", EntryKind::kFile, true},
-      {"folder link", EntryKind::kFolder, true},
-      {"pipe link", std::nullopt, true},
-      {"broken", std::nullopt, true},
-      {"deleted since", std::nullopt, false},
+      {"folder", EntryKind::kFolder, false},     {"file", EntryKind::kFile, false},
+      {"pipe", EntryKind::kSpecial, false},      {"file link", EntryKind::kFile, true},
+      {"folder link", EntryKind::kFolder, true}, {"pipe link", EntryKind::kSpecial, true},
+      {"broken", EntryKind::kBrokenLink, true},  {"deleted since", std::nullopt, false},
   };
   for (const Case& tried : cases) {
     const Result<Examined> examined = ExamineEntry(folder.Get(), tried.name, DT_UNKNOWN);

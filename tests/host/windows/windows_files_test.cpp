@@ -28,6 +28,13 @@ TEST_F(WindowsFilesTest, AFileIsFoundWithAllThatIsKnownOfIt) {
   EXPECT_EQ(found.value.permissions, 0U);
 }
 
+TEST_F(WindowsFilesTest, WhatIsNoLinkHasNoTextOfALink) {
+  Put(folder_ / "Report.txt", "");
+  EXPECT_EQ(files_.LinkText(folder_ / "Report.txt").error, ErrorNumber::kPathFileAccess);
+  EXPECT_EQ(files_.LinkText(folder_.Path()).error, ErrorNumber::kPathFileAccess);
+  EXPECT_EQ(files_.LinkText(folder_ / "none").error, ErrorNumber::kFileNotFound);
+}
+
 TEST_F(WindowsFilesTest, SpellingsOfOneNameHaveOneIdentity) {
   Put(folder_ / "Report.txt", "");
   Put(folder_ / "other.txt", "");

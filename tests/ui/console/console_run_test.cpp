@@ -141,8 +141,8 @@ TEST_F(ConsoleRunTest, FilesWithoutACopyAreToldAfterTheRun) {
   const std::string notes = RunNotes(*program_);
   EXPECT_TRUE(notes.starts_with("1 file was passed over and not copied: ")) << notes;
   EXPECT_TRUE(
-      notes.ends_with("\n1 file or folder could not be copied. The first: /t/1.txt: "
-                      "Error 75: Path/File access error\n"))
+      notes.ends_with("\n1 file or folder could not be copied. The first: /s/1.txt: "
+                      "Error 75: Path/File access error: no copy could be made at: /t/1.txt\n"))
       << notes;
 }
 

@@ -107,7 +107,8 @@ TEST(RunNotes, SayNothingWhenEveryFileHasItsCopy) {
 TEST(RunNotes, TellHowManyCouldNotBeCopiedAndWhyTheFirst) {
   TestProgram test;
   test.program.run.failed_files = 2;
-  test.program.run.first_failure = {"/source/a\x1B.txt", ErrorNumber::kPermissionDenied};
+  test.program.run.first_failure = {"/source/a\x1B.txt", ErrorNumber::kPermissionDenied,
+                                    FailureCause::kNone, "/source/a\x1B.txt"};
   EXPECT_EQ(RunNotes(test.program),
             "2 files or folders could not be copied. The first: /source/a\\x1B.txt: "
             "Error 70: Permission denied\n");
@@ -118,10 +119,12 @@ TEST(RunNotes, FailuresOfSeveralKindsAreCountedByTheirErrors) {
   test.program.run.failed_files = 3;
   test.program.run.failed_by_error = {{ErrorNumber::kDeviceIo, 1},
                                       {ErrorNumber::kPermissionDenied, 2}};
-  test.program.run.first_failure = {"/source/a", ErrorNumber::kPermissionDenied};
+  test.program.run.first_failure = {"/source/a", ErrorNumber::kPermissionDenied,
+                                    FailureCause::kSourceFolder, "/source"};
   EXPECT_EQ(RunNotes(test.program),
             "3 files or folders could not be copied: 1 for Error 57: Device I/O error, 2 for Error "
-            "70: Permission denied. The first: /source/a: Error 70: Permission denied\n");
+            "70: Permission denied. The first: /source/a: Error 70: Permission denied: "
+            "the source folder must be writable: /source\n");
 }
 
 TEST(RunNotes, FilesThatWerePassedOverAreCountedByReason) {
@@ -132,17 +135,48 @@ TEST(RunNotes, FilesThatWerePassedOverAreCountedByReason) {
                                             {PassedOver::kChangedMeanwhile, 1},
                                             {PassedOver::kNameEnding, 2}};
   EXPECT_EQ(RunNotes(test.program),
-            "1 file was passed over and not copied: the program's own.\n"
-            "2 files were passed over and not copied: in a recycle bin or restore folder.\n"
-            "1 file was passed over and not copied: changed after the start.\n"
-            "2 files were passed over and not copied: a name that ends in \"cle\".\n");
+            "1 file was passed over and not copied: a file of the program's own, by its name.\n"
+            "2 files were passed over and not copied: a recycle-bin, restore or system folder, by "
+            "its path or the "
+            "target's.\n"
+            "1 file was passed over and not copied: changed after the run started.\n"
+            "2 files were passed over and not copied: the name ends in \"cle\".\n");
 }
 
-TEST(RunNotes, LeftOutFoldersAreCounted) {
+TEST(RunNotes, LeftOutFoldersAreCountedByReason) {
   TestProgram test;
-  test.program.run.left_out_folders = 2;
-  EXPECT_TRUE(RunNotes(test.program).starts_with("2 folders were left out: "))
+  test.program.run.left_out_folders = 1;
+  test.program.run.left_out_by_reason = {
+      {PassedOver::kTargetFolder, 1}, {PassedOver::kLoop, 2}, {PassedOver::kLinkedTooOften, 1}};
+  EXPECT_EQ(RunNotes(test.program),
+            "1 folder was left out: the target folder.\n"
+            "2 folders were left out: a link to a folder that it lies in.\n"
+            "1 folder was left out: a folder that links had led to a thousand times.\n");
+}
+
+TEST(RunNotes, FilesOfTheTargetThatAreNotOfTheRunAreCounted) {
+  TestProgram test;
+  test.program.run.other_files = 2;
+  EXPECT_TRUE(RunNotes(test.program).starts_with("2 files in the target are not of this run. "))
       << RunNotes(test.program);
+  test.program.run.other_files = 1;
+  EXPECT_TRUE(RunNotes(test.program).starts_with("1 file in the target is not of this run. "))
+      << RunNotes(test.program);
+  test.program.run.other_files_error = ErrorNumber::kPermissionDenied;
+  EXPECT_NE(RunNotes(test.program).find("could not be counted: Error 70: Permission denied"),
+            std::string::npos)
+      << RunNotes(test.program);
+}
+
+TEST(ResultLines, OfAStoppedRunHaveTheCountsOfTheRunAndNoDone) {
+  TestProgram test;
+  test.program.run.end = RunEnd::kStopped;
+  test.program.run.FilesDone = 4;
+  test.program.run.FilesSkipped = 1;
+  test.program.run.HitsTotal = 7;
+  test.program.frmMorvex.lblTotalFiles.caption = "Scanned: 3\r\nSipped: 1";
+  test.program.frmMorvex.lblPercentage.caption = "Hits: 5\r\nDone !";
+  EXPECT_EQ(ResultLines(test.program), "Scanned: 4\nSkipped: 1\nHits: 7\n");
 }
 
 TEST(RunNotes, TellWhatAStopLeftBehind) {
