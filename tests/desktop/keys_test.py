@@ -84,6 +84,7 @@ class Keys(unittest.TestCase):
         with self.started(extensions=("1.txt", "1.log", "0.csv")) as program:
             program.click(MAIN, "Options")
             program.wait_for_window(OPTIONS)
+            program.wait_for("focus in the entry field", lambda: program.find(OPTIONS, "extension").has_focus)
             program.press("alt+Down")
             program.find(OPTIONS, "extensions of the files that are scanned")
             program.press("Tab", "Tab")
