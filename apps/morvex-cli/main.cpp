@@ -67,18 +67,8 @@ void WarnOfIgnored(const std::vector<std::string>& pieces, CommandMessages& mess
   }
 }
 
-// Why a named settings file did not lead to a run.
-int ReportSettingsFile(const Program& program) {
-  const Settings& settings = program.settings;
-  if (settings.init_file_error != ErrorNumber::kNone) {
-    std::cerr << Printable(settings.InitFilePath) << ": " << ErrorLine(settings.init_file_error)
-              << "\n";
-  } else if (settings.list_file_error != ErrorNumber::kNone) {
-    std::cerr << RunNotes(program)
-              << "Nothing was run: a row that is missing is a name that stays.\n";
-  } else {
-    std::cerr << Printable(MissingInitFileText(settings.InitFilePath)) << "\n";
-  }
+int ReportSettingsFile(const std::vector<std::string>& why) {
+  for (const std::string& line : why) std::cerr << Printable(line) << "\n";
   return kNotDone;
 }
 
@@ -93,7 +83,8 @@ int AfterOutput(int status) {
 int RunFromSettingsFile(Program& program, ConsoleUser& user, CommandMessages& messages) {
   StartUp(program);
   user.ClearProgress();
-  if (!program.settings.AutoRunFromInitFile) return ReportSettingsFile(program);
+  const std::vector<std::string> why = WhyNoRun(program);
+  if (!why.empty()) return ReportSettingsFile(why);
   std::cout << ResultLines(program) << std::flush;
   if (user.interrupted()) {
     std::cerr << (program.run.end == RunEnd::kNone

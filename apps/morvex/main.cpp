@@ -2,19 +2,24 @@
 //
 // Exit status: 0, or with a settings file on the command line as the console program has it: 1 when
 // the run could not be done or did not finish, 3 when files have no copy. 2 when the command line
-// is wrong.
+// is wrong. Why nothing could be done is told on standard error, or in a message where a program
+// with windows has none.
 
 #include <QApplication>
 #include <QMessageBox>
-#include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "core/run/start_up.h"
+#include "core/settings/settings_file.h"
 #include "host/system/error_stream.h"
 #include "host/system/services.h"
+#include "ui/console/console_text.h"
+#include "ui/qt/code_page.h"
 #include "ui/qt/desktop.h"
 #include "ui/qt/house_style.h"
 #include "ui/qt/pictures.h"
@@ -35,12 +40,17 @@ void DescribeApplication() {
   QApplication::setQuitOnLastWindowClosed(false);
 }
 
-void ReportError(const std::string& text) {
+// `page` is for the paths in the lines.
+void ReportError(const std::vector<std::string>& lines, const CodePage& page) {
   if (ReachErrorStream()) {
-    std::cerr << text << "\n";
-  } else {
-    QMessageBox::critical(nullptr, "Morvex", QString::fromStdString(text));
+    for (const std::string& line : lines) std::cerr << Printable(line) << "\n";
+    return;
   }
+  QStringList shown;
+  for (const std::string& line : lines) shown += page.Shown(line);
+  QMessageBox box(QMessageBox::Critical, "Morvex", shown.join('\n'), QMessageBox::Ok);
+  box.setTextFormat(Qt::PlainText);
+  box.exec();
 }
 
 int Main(int argc, char** argv) {
@@ -51,7 +61,8 @@ int Main(int argc, char** argv) {
   QApplication application(argc, argv);
   DescribeApplication();
   const std::unique_ptr<FileService> files = MakeFileService();
-  QtUser user(CodePage::OfFileNames(*system));
+  const CodePage file_names = CodePage::OfFileNames(*system);
+  QtUser user(file_names);
   Program program({*files, *system, user});
   Desktop desktop(program);
   ErrorNumber error = ErrorNumber::kNone;
@@ -62,10 +73,13 @@ int Main(int argc, char** argv) {
   QApplication::exec();
 
   if (error != ErrorNumber::kNone) {
-    ReportError("Run-time error '" + std::to_string(static_cast<int>(error)) +
-                "': " + std::string(ErrorText(error)));
+    ReportError({"Run-time error '" + std::to_string(static_cast<int>(error)) +
+                 "': " + std::string(ErrorText(error))},
+                file_names);
     return kCommandLineError;
   }
+  const std::vector<std::string> why = WhyNoRun(program);
+  if (!why.empty()) ReportError(why, file_names);
   return program.settings.CommandLine_SET ? ExitStatus(program) : 0;
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <string_view>
 
 #include "core/windows/keys.h"
 
@@ -32,6 +34,14 @@ void ScrollTo(ReplacementsWindow& grid, std::int64_t value) {
   }
   grid.PrevScrollValue = taken;
 }
+
+// Up and Down.
+void MoveTo(Program& program, CellAddress cell) {
+  ScrollIntoView(program.frmReplacements, cell.row);
+  FocusOnCell(program, cell);
+}
+
+bool IsEmpty(const GridRow& row) { return row.txtLinks.text.empty() && row.txtRechts.text.empty(); }
 
 }  // namespace
 
@@ -90,6 +100,17 @@ void ShiftRows(ReplacementsWindow& grid, std::int64_t delta) {
   grid.changes.Changed();
 }
 
+void ScrollIntoView(ReplacementsWindow& grid, std::int64_t row) {
+  if (!grid.HasRow(row) || grid.RowVisible(row)) return;
+  const std::int64_t place = row - grid.scrolled_rows;
+  const std::int64_t delta =
+      std::min<std::int64_t>(place, 0) + std::max<std::int64_t>(place - (kRowsInBand - 1), 0);
+  ShiftRows(grid, delta);
+  // The bar follows, and its new value moves no row again.
+  grid.VScroll1.SetValue(grid.VScroll1.value() + delta);
+  grid.PrevScrollValue = grid.VScroll1.value();
+}
+
 void SnapshotRows(ReplacementsWindow& grid) {
   grid.SavedLinks.clear();
   grid.SavedRechts.clear();
@@ -140,6 +161,59 @@ void SetCellText(ReplacementsWindow& grid, CellAddress cell, const std::string& 
   grid.changes.Changed();
 }
 
+void FillRows(Program& program, std::int64_t first, const std::vector<GridRow>& rows) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  std::int64_t row = first;
+  for (const GridRow& texts : rows) {
+    if (row > grid.LastRow) {
+      ScrollIntoView(grid, grid.LastRow);
+      EnterInCell(program, {Column::kLeft, grid.LastRow});
+    }
+    SetCellText(grid, {Column::kLeft, row}, texts.txtLinks.text);
+    SetCellText(grid, {Column::kRight, row}, texts.txtRechts.text);
+    ++row;
+  }
+}
+
+std::optional<std::int64_t> PasteRows(Program& program, CellAddress cell,
+                                      const std::vector<GridRow>& rows) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  if (!grid.HasRow(cell.row) || grid.importing || rows.empty()) return std::nullopt;
+  const std::int64_t last = cell.row + static_cast<std::int64_t>(rows.size()) - 1;
+  for (std::int64_t row = cell.row; row <= last && grid.HasRow(row); ++row) {
+    if (!IsEmpty(grid.rows[static_cast<std::size_t>(row)])) return row;
+  }
+  FillRows(program, cell.row, rows);
+  MoveTo(program, {Column::kRight, last});
+  Cell_SelectionChange(program, {Column::kRight, last}, rows.back().txtRechts.text.size());
+  return std::nullopt;
+}
+
+std::optional<CellAddress> RememberedCell(const ReplacementsWindow& grid) {
+  const std::string_view name = grid.FocusCell;
+  const std::size_t underscore = name.find('_');
+  if (underscore == std::string_view::npos) return std::nullopt;
+  const std::string_view column = name.substr(0, underscore);
+  const std::string_view number = name.substr(underscore + 1);
+  CellAddress cell;
+  if (column == "Rechts") {
+    cell.column = Column::kRight;
+  } else if (column != "Links") {
+    return std::nullopt;
+  }
+  const auto parsed = std::from_chars(number.data(), number.data() + number.size(), cell.row);
+  if (parsed.ec != std::errc() || !grid.HasRow(cell.row)) return std::nullopt;
+  return cell;
+}
+
+bool ReturnToCell(Program& program) {
+  ReplacementsWindow& grid = program.frmReplacements;
+  const std::optional<CellAddress> cell = RememberedCell(grid);
+  if (!cell || grid.importing) return false;
+  MoveTo(program, *cell);
+  return grid.focused_cell == cell;
+}
+
 void Cell_KeyDown(Program& program, CellAddress cell, int key) {
   const ReplacementsWindow& grid = program.frmReplacements;
   if (!grid.HasRow(cell.row) || grid.importing) return;
@@ -148,10 +222,10 @@ void Cell_KeyDown(Program& program, CellAddress cell, int key) {
       EnterInCell(program, cell);
       return;
     case kKeyDown:
-      FocusOnCell(program, {cell.column, cell.row + 1});
+      MoveTo(program, {cell.column, cell.row + 1});
       return;
     case kKeyUp:
-      FocusOnCell(program, {cell.column, cell.row - 1});
+      MoveTo(program, {cell.column, cell.row - 1});
       return;
     default:
       return;

@@ -5,7 +5,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "core/program/program.h"
 
@@ -29,6 +31,9 @@ void GrowWindow(ReplacementsWindow& grid, int count);
 // Moves the rows up by `delta` rows; down when negative. Every row gets its visibility anew.
 void ShiftRows(ReplacementsWindow& grid, std::int64_t delta);
 
+// Scrolls as few rows as it takes to have that row in view. Nothing for a row that does not exist.
+void ScrollIntoView(ReplacementsWindow& grid, std::int64_t row);
+
 // Copies every cell's text into SavedLinks and SavedRechts.
 void SnapshotRows(ReplacementsWindow& grid);
 
@@ -46,6 +51,22 @@ void EnterInCell(Program& program, CellAddress cell);
 
 // Puts a text into a cell that exists.
 void SetCellText(ReplacementsWindow& grid, CellAddress cell, const std::string& text);
+
+// Puts texts into the rows from `first` on, which must exist; behind the last row others are added
+// as Enter does.
+void FillRows(Program& program, std::int64_t first, const std::vector<GridRow>& rows);
+
+// Fills rows with what was pasted in a cell, from that cell's row on, and puts the focus into the
+// last of them. No text is overwritten: where one of the rows holds a text already nothing changes,
+// and the first such row is given.
+std::optional<std::int64_t> PasteRows(Program& program, CellAddress cell,
+                                      const std::vector<GridRow>& rows);
+
+// The cell that FocusCell names; nothing when it names none that exists.
+std::optional<CellAddress> RememberedCell(const ReplacementsWindow& grid);
+
+// Brings that cell into view and puts the focus there; false when it cannot have it.
+bool ReturnToCell(Program& program);
 
 // Events. A cell event for a row that does not exist does nothing; nor do keys and changes while a
 // list is being read. A change of text comes before the selection that goes with it. `key` is one

@@ -95,6 +95,10 @@ void ImportReplacementList(Program& program, std::string GetF) {
   program.settings.SubstitutieFile = std::move(GetF);
 }
 
+std::string UnreadListText(const std::string& path, ErrorNumber error) {
+  return "The replacement list could not be read to its end: " + path + ": " + ErrorLine(error);
+}
+
 void cmdImport_Click(Program& program) {
   if (IsBusy(program)) return;
   RefreshFormReplacements(program);

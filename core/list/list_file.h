@@ -29,4 +29,7 @@ void cmdImport_Click(Program& program);
 // The editor's "Save": asks for a file, and before one that exists is replaced.
 void cmdSaveList_Click(Program& program);
 
+// What is told of a list whose reading ended early.
+std::string UnreadListText(const std::string& path, ErrorNumber error);
+
 }  // namespace morvex

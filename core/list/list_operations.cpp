@@ -1,9 +1,7 @@
 #include "core/list/list_operations.h"
 
-#include <charconv>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "core/list/editor_window.h"
 #include "core/list/grid.h"
@@ -19,24 +17,6 @@ constexpr const char* kScratchFile = "temp.dat";
 constexpr const char* kTooLongLeft = "invoer te lang (>2147483647)";
 constexpr const char* kTooLongRight = "input too long (>2147483647)";
 
-// The cell that FocusCell names; nothing when it names none that exists.
-std::optional<CellAddress> RememberedCell(const ReplacementsWindow& grid) {
-  const std::string_view name = grid.FocusCell;
-  const std::size_t underscore = name.find('_');
-  if (underscore == std::string_view::npos) return std::nullopt;
-  const std::string_view column = name.substr(0, underscore);
-  const std::string_view number = name.substr(underscore + 1);
-  CellAddress cell;
-  if (column == "Rechts") {
-    cell.column = Column::kRight;
-  } else if (column != "Links") {
-    return std::nullopt;
-  }
-  const auto parsed = std::from_chars(number.data(), number.data() + number.size(), cell.row);
-  if (parsed.ec != std::errc() || !grid.HasRow(cell.row)) return std::nullopt;
-  return cell;
-}
-
 // Behind the selection that the cell had; a caret behind the cell's text, of a text that is gone by
 // now, leaves the cell as it is.
 void InsertAtCaret(Program& program, CellAddress cell, const std::string& inserted) {
@@ -51,17 +31,6 @@ void InsertAtCaret(Program& program, CellAddress cell, const std::string& insert
 
 bool Contains(const std::string& text, const std::string& joker) {
   return !joker.empty() && text.find(joker) != std::string::npos;
-}
-
-// Fills the freshly opened grid.
-void PutRows(Program& program, const std::vector<GridRow>& rows) {
-  ReplacementsWindow& grid = program.frmReplacements;
-  for (std::size_t i = 0; i < rows.size() && grid.HasRow(static_cast<std::int64_t>(i)); ++i) {
-    const auto row = static_cast<std::int64_t>(i);
-    SetCellText(grid, {Column::kLeft, row}, rows[i].txtLinks.text);
-    SetCellText(grid, {Column::kRight, row}, rows[i].txtRechts.text);
-    if (i + 1 < rows.size()) EnterInCell(program, {Column::kLeft, row});
-  }
 }
 
 void ShowFailure(Program& program, const std::string& path, ErrorNumber error) {
@@ -118,7 +87,7 @@ void cmdDeleteEmpty_Click(Program& program) {
   error = program.settings.list_file_error;
   if (error == ErrorNumber::kNone) return;
   RefreshFormReplacements(program);
-  PutRows(program, rows);
+  FillRows(program, 0, rows);
   program.settings.SubstitutieFile = list;
   ShowFailure(program, path, error);
 }

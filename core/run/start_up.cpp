@@ -97,6 +97,8 @@ ErrorNumber StartUp(Program& program) {
   }
   ReadInitFile(program);
   program.frmOpties.loaded = true;
+  // A start that was to run by itself does not wait for a user when it cannot.
+  if (!WhyNoRun(program).empty()) program.Beeindigd = true;
   if (program.Beeindigd) {
     UnloadAll(program);
     return ErrorNumber::kNone;

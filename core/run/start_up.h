@@ -17,7 +17,7 @@ std::string FindCommonFilesLocation(SystemService& system);
 
 // Runs once, on a new program. An error is one of the command line's: the program has then ended
 // without having run or written anything. Whether the program has ended otherwise, the windows
-// tell.
+// tell; it has when a settings file that the command line named could not be read, or its list.
 ErrorNumber StartUp(Program& program);
 
 // All windows are unloaded.

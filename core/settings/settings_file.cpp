@@ -98,6 +98,19 @@ std::string MissingInitFileText(const std::string& path) {
   return "Initialisatiebestand bestaat niet: " + path;
 }
 
+std::vector<std::string> WhyNoRun(const Program& program) {
+  const Settings& settings = program.settings;
+  if (!settings.CommandLine_SET || settings.AutoRunFromInitFile) return {};
+  if (settings.init_file_error != ErrorNumber::kNone) {
+    return {settings.InitFilePath + ": " + ErrorLine(settings.init_file_error)};
+  }
+  if (settings.list_file_error != ErrorNumber::kNone) {
+    return {UnreadListText(settings.SubstitutieFile, settings.list_file_error),
+            "Nothing was run: a row that is missing is a name that stays."};
+  }
+  return {MissingInitFileText(settings.InitFilePath)};
+}
+
 void ReadInitFile(Program& program) {
   Settings& settings = program.settings;
   settings.ReadingInitFile = true;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "core/program/program.h"
 
@@ -21,5 +22,9 @@ void WriteInitFile(Program& program);
 
 // What is logged of a named settings file that is missing.
 std::string MissingInitFileText(const std::string& path);
+
+// Why the settings file that the command line named started no run, a sentence a line; empty when
+// it started one. Paths stand there as they are, control characters and all.
+std::vector<std::string> WhyNoRun(const Program& program);
 
 }  // namespace morvex

@@ -65,6 +65,10 @@ class Control:
         return self._has(Atspi.StateType.CHECKED)
 
     @property
+    def is_selected(self):
+        return self._has(Atspi.StateType.SELECTED)
+
+    @property
     def has_focus(self):
         return self._has(Atspi.StateType.FOCUSED)
 

@@ -28,6 +28,8 @@ class Unattended(unittest.TestCase):
     def setUpClass(cls):
         cls.screen = cls.enterClassContext(Screen())
 
+    reason = b""  # that the program with windows gives when it cannot run
+
     def setUp(self):
         self.root = tempfile.mkdtemp(prefix="morvex-unattended-")
         self.addCleanup(shutil.rmtree, self.root)
@@ -84,7 +86,7 @@ class Unattended(unittest.TestCase):
         finally:
             program.close()
         with open(self.path("output"), "rb") as output:
-            self.assertEqual(output.read(), b"")
+            self.assertEqual(output.read(), self.reason)
         return self.outcome("windows", status)
 
     def compare(self, *answers, target=True):
@@ -131,6 +133,7 @@ class Unattended(unittest.TestCase):
         self.assertEqual(left["target"], {})
 
     def test_a_missing_settings_file(self):
+        self.reason = b"Initialisatiebestand bestaat niet: " + os.fsencode(self.path("settings.dat")) + b"\n"
         left = self.compare()
         self.assertEqual(left["status"], 1)
         self.assertIn(b"Initialisatiebestand bestaat niet: ", left["beside the program"]["Morvex.log"])

@@ -6,6 +6,7 @@
 
 #include "core/engine/outcomes.h"
 #include "core/engine/target_files.h"
+#include "core/list/list_file.h"
 
 namespace morvex {
 namespace {
@@ -104,9 +105,7 @@ std::string NothingToDoNotes(const Program& program) {
   const Settings& settings = program.settings;
   std::string notes;
   if (settings.list_file_error != ErrorNumber::kNone) {
-    notes += "The replacement list could not be read to its end: " +
-             Printable(settings.SubstitutieFile) + ": " + ErrorLine(settings.list_file_error) +
-             "\n";
+    notes += UnreadListText(Printable(settings.SubstitutieFile), settings.list_file_error) + "\n";
   }
   if (program.run.end != RunEnd::kFinished) return notes;
   if (!HasUsableRow(program)) {

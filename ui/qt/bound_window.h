@@ -18,6 +18,9 @@ class BoundWindow : public QWidget {
   // Shows the state as it is now. No handler of the core is called for what that changes.
   virtual void Show() = 0;
 
+  // Whether it is to be on the screen.
+  virtual bool IsWanted() const { return state_.loaded && state_.visible; }
+
   Window& state() { return state_; }
 
  private:

@@ -1,18 +1,33 @@
 #include "ui/qt/byte_line_edit.h"
 
+#include <QDropEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QToolTip>
 #include <QValidator>
 #include <algorithm>
 #include <limits>
 #include <utility>
 
+#include "ui/qt/pasted_columns.h"
 #include "ui/qt/tool_tip.h"
 
 namespace morvex {
 namespace {
 
 bool IsLineBreak(QChar character) { return character == '\r' || character == '\n'; }
+
+QString MissingCharacter(const QString& character) {
+  const char32_t code = character.size() == 2 ? QChar::surrogateToUcs4(character[0], character[1])
+                                              : static_cast<char32_t>(character[0].unicode());
+  const QString number = QString("U+%1").arg(static_cast<uint>(code), 4, 16, QChar('0')).toUpper();
+  if (!QChar::isPrint(code)) {
+    return ByteLineEdit::tr("Not taken over: the files' character set has no character %1.")
+        .arg(number);
+  }
+  return ByteLineEdit::tr("Not taken over: the files' character set has no \"%1\" (%2).")
+      .arg(character, number);
+}
 
 }  // namespace
 
@@ -31,12 +46,14 @@ class ByteLineEdit::Judge : public QValidator {
 };
 
 ByteLineEdit::ByteLineEdit(const CodePage& page, QWidget* parent) : QLineEdit(parent), page_(page) {
-  insert_later_.setSingleShot(true);
-  connect(&insert_later_, &QTimer::timeout, this, &ByteLineEdit::InsertWithoutBreaks);
+  put_off_.setSingleShot(true);
+  connect(&put_off_, &QTimer::timeout, this, &ByteLineEdit::DoWhatIsPutOff);
   setMaxLength(std::numeric_limits<int>::max());
   setValidator(new Judge(*this));
   connect(this, &QLineEdit::textEdited, this, &ByteLineEdit::TakeEdit);
-  connect(this, &QLineEdit::inputRejected, this, &ByteLineEdit::TellRefusal);
+  connect(this, &QLineEdit::inputRejected, this, [this] {
+    if (!refusal_.isEmpty()) TellRefusal(std::exchange(refusal_, QString()));
+  });
 }
 
 void ByteLineEdit::ShowBytes(const std::string& bytes) {
@@ -74,7 +91,7 @@ bool ByteLineEdit::IsDigitWithAlt(const QKeyEvent& event) {
 
 bool ByteLineEdit::event(QEvent* event) {
   const bool handled = QLineEdit::event(event);
-  InsertWithoutBreaks();
+  DoWhatIsPutOff();
   return handled;
 }
 
@@ -92,44 +109,78 @@ void ByteLineEdit::keyPressEvent(QKeyEvent* event) {
 }
 
 bool ByteLineEdit::IsTakenOver(const QString& text, int caret) {
-  if (showing_ || text == shown_) return true;
-  if (!std::any_of(text.begin(), text.end(), IsLineBreak)) {
-    refusal_ = Refusal(text);
-    return refusal_.isEmpty();
+  // What is undone or done again was taken over before.
+  if (showing_ || text == shown_ || isRedoAvailable()) return true;
+  const Insertion insertion = InsertionIn(text, caret);
+  const auto rows = expects_rows_ ? ColumnsOf(insertion.text) : std::nullopt;
+  const QString line = rows ? insertion.text : WithoutLastLineEnd(insertion.text);
+  const bool refuses_nul = rows || text.count(QChar(u'\0')) > most_nuls_;
+  refusal_ = Refusal(line.isEmpty() ? insertion.text : line, refuses_nul, rows.has_value());
+  if (!refusal_.isEmpty()) return false;
+  if (rows) {
+    rows_.emplace();
+    for (const auto& [left, right] : *rows) {
+      rows_->emplace_back(page_.Bytes(left).value_or(""), page_.Bytes(right).value_or(""));
+    }
+  } else if (line.size() < insertion.text.size()) {
+    without_line_end_ = Insertion{insertion.at, insertion.replaced, line};
+  } else {
+    return true;
   }
-  // The caret stands behind what was inserted, so the rest is as it was.
-  const qsizetype rest = text.size() - caret;
-  const qsizetype limit = std::clamp<qsizetype>(shown_.size() - rest, 0, caret);
-  const qsizetype at =
-      std::mismatch(text.begin(), text.begin() + limit, shown_.begin()).first - text.begin();
-  QString inserted = text.mid(at, caret - at);
-  inserted.remove('\r').remove('\n');
-  without_breaks_ =
-      Insertion{static_cast<int>(at),
-                static_cast<int>(std::max<qsizetype>(0, shown_.size() - rest - at)), inserted};
   // Once the toolkit has taken the change back: at the end of this event, or soon after a command
   // that did not come as one.
-  insert_later_.start(0);
+  put_off_.start(0);
   return false;
 }
 
-void ByteLineEdit::InsertWithoutBreaks() {
-  if (!without_breaks_) return;
-  const Insertion insertion = *std::exchange(without_breaks_, std::nullopt);
-  if (insertion.text.isEmpty()) return;
-  setSelection(insertion.at, insertion.replaced);
-  insert(insertion.text);
+// The caret stands behind what was inserted, so the rest is as it was.
+ByteLineEdit::Insertion ByteLineEdit::InsertionIn(const QString& text, int caret) const {
+  const qsizetype rest = text.size() - caret;
+  const qsizetype limit = std::clamp<qsizetype>(shown_.size() - rest, 0, caret);
+  qsizetype at =
+      std::mismatch(text.begin(), text.begin() + limit, shown_.begin()).first - text.begin();
+  if (at > 0 && text[at - 1].isHighSurrogate()) --at;
+  return {static_cast<int>(at), static_cast<int>(std::max<qsizetype>(0, shown_.size() - rest - at)),
+          text.mid(at, caret - at)};
 }
 
-// Why the text cannot be taken over; empty when it can.
-QString ByteLineEdit::Refusal(const QString& text) const {
-  if (text.count(QChar(u'\0')) > most_nuls_) {
-    return tr("Not taken over: a text has no place for the character NUL.");
-  }
-  if (!page_.Bytes(text)) {
-    return tr("Not taken over: the files' character set has no such character.");
+// Why the text cannot be taken over, by its first character that stands against it; empty when it
+// can.
+QString ByteLineEdit::Refusal(const QString& inserted, bool refuses_nul, bool is_rows) const {
+  const bool has_bytes = page_.Bytes(inserted).has_value();
+  for (qsizetype at = 0, size = 1; at < inserted.size(); at += size) {
+    const QChar unit = inserted[at];
+    const bool is_pair =
+        unit.isHighSurrogate() && at + 1 < inserted.size() && inserted[at + 1].isLowSurrogate();
+    size = is_pair ? 2 : 1;
+    if (unit.isNull() && refuses_nul) {
+      return tr("Not taken over: a text has no place for the character NUL.");
+    }
+    if (IsLineBreak(unit) && !is_rows) {
+      const bool is_both = inserted.mid(at, 2) == "\r\n";
+      return tr("Not taken over: a line break (%1) has no place in one line.")
+                 .arg(is_both        ? "CR LF"
+                      : unit == '\n' ? "LF"
+                                     : "CR") +
+             (expects_rows_ ? tr(" Lines of two texts with a tab between them become rows.")
+                            : QString());
+    }
+    if (unit == '\t' && expects_rows_ && !is_rows && inserted.size() > 1) {
+      return tr("Not taken over: a tab stands between the two texts of a row, once in each line.");
+    }
+    if (has_bytes) continue;
+    const QString character = inserted.mid(at, size);
+    if (!page_.Bytes(character)) return MissingCharacter(character);
   }
   return {};
+}
+
+void ByteLineEdit::DoWhatIsPutOff() {
+  if (rows_) emit RowsPasted(*std::exchange(rows_, std::nullopt));
+  if (!without_line_end_) return;
+  const Insertion insertion = *std::exchange(without_line_end_, std::nullopt);
+  setSelection(insertion.at, insertion.replaced);
+  insert(insertion.text);
 }
 
 void ByteLineEdit::TakeEdit(const QString& text) {
@@ -141,11 +192,25 @@ void ByteLineEdit::TakeEdit(const QString& text) {
   emit BytesEdited(bytes_);
 }
 
-void ByteLineEdit::TellRefusal() {
-  if (refusal_.isEmpty()) return;
-  setToolTip(refusal_);
-  if (isVisible()) QToolTip::showText(mapToGlobal(cursorRect().bottomLeft()), refusal_, this);
-  refusal_.clear();
+void ByteLineEdit::TellRefusal(const QString& why) {
+  setToolTip(why);
+  if (isVisible()) QToolTip::showText(mapToGlobal(cursorRect().bottomLeft()), why, this);
+}
+
+// A file that is dropped would leave its address as a text.
+void ByteLineEdit::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls()) return event->ignore();
+  QLineEdit::dragEnterEvent(event);
+}
+
+void ByteLineEdit::dragMoveEvent(QDragMoveEvent* event) {
+  if (event->mimeData()->hasUrls()) return event->ignore();
+  QLineEdit::dragMoveEvent(event);
+}
+
+void ByteLineEdit::dropEvent(QDropEvent* event) {
+  if (event->mimeData()->hasUrls()) return event->ignore();
+  QLineEdit::dropEvent(event);
 }
 
 }  // namespace morvex

@@ -1,6 +1,7 @@
 // A line of text that the core keeps as bytes. What the code page cannot write is refused as it is
-// typed or pasted, and the tool tip says why until the next change. Line breaks in what is pasted
-// are left out.
+// typed, pasted or dropped, and so are line breaks and files; the tool tip names the first
+// character that was refused, until the next change. The end of a line that was copied whole is
+// left out.
 #pragma once
 
 #include <QLineEdit>
@@ -8,10 +9,15 @@
 #include <QTimer>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "ui/qt/code_page.h"
 
 namespace morvex {
+
+// Of what was pasted: the two texts of each line, as bytes.
+using PastedRows = std::vector<std::pair<std::string, std::string>>;
 
 class ByteLineEdit : public QLineEdit {
   Q_OBJECT
@@ -29,6 +35,11 @@ class ByteLineEdit : public QLineEdit {
   // Position behind the selection, or of the caret; in bytes.
   std::size_t SelectionEnd() const;
   void MoveCaretTo(std::size_t bytes);
+  // From now on lines of two texts with a tab between them are rows of a table, of which RowsPasted
+  // tells, and no text of this line; other tabs are refused, but for one that comes alone.
+  void ExpectRows() { expects_rows_ = true; }
+  // Has the tool tip say, until the next change, why something was not taken over.
+  void TellRefusal(const QString& why);
 
   // Whether the key is Alt with a digit beside the others, which writes a character by its number
   // on Windows. Without NumLock it comes as an arrow or the like, and is no command all the same.
@@ -37,8 +48,12 @@ class ByteLineEdit : public QLineEdit {
  signals:
   // The user changed the text.
   void BytesEdited(const std::string& bytes);
+  void RowsPasted(const PastedRows& rows);
 
  protected:
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
   bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
@@ -51,18 +66,21 @@ class ByteLineEdit : public QLineEdit {
   };
 
   bool IsTakenOver(const QString& text, int caret);
-  QString Refusal(const QString& text) const;
+  Insertion InsertionIn(const QString& text, int caret) const;
+  QString Refusal(const QString& inserted, bool refuses_nul, bool is_rows) const;
   void TakeEdit(const QString& text);
-  void TellRefusal();
-  void InsertWithoutBreaks();
+  void DoWhatIsPutOff();
 
   const CodePage& page_;
   std::string bytes_;
   QString shown_;  // the text as it was last taken over
   QString tool_tip_;
   QString refusal_;  // why the change that is being judged is not taken over
-  std::optional<Insertion> without_breaks_;
-  QTimer insert_later_;
+  // What comes in place of a change that was not taken over as it was.
+  std::optional<Insertion> without_line_end_;
+  std::optional<PastedRows> rows_;
+  QTimer put_off_;
+  bool expects_rows_ = false;
   qsizetype most_nuls_ = 0;  // as many as the core put there itself
   bool showing_ = false;
 };

@@ -15,7 +15,7 @@ namespace {
 constexpr int kRefreshInterval = 33;
 
 void ShowOrHide(BoundWindow& window) {
-  const bool is_wanted = window.state().loaded && window.state().visible;
+  const bool is_wanted = window.IsWanted();
   // One that comes back does so where it was, and not where a window manager puts new ones.
   QWindow* const before = window.windowHandle();
   const bool has_place = before != nullptr && !window.isMaximized();

@@ -1,5 +1,6 @@
 #include "ui/qt/editor_window.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QRegularExpression>
@@ -42,6 +43,23 @@ int GridKey(const QKeyEvent& event) {
   }
 }
 
+// Keys that write, for which a scroll bar has no use.
+bool IsTyping(const QKeyEvent& event) {
+  const Qt::KeyboardModifiers modifiers = event.modifiers();
+  if (modifiers.testFlag(Qt::AltModifier) && !modifiers.testFlag(Qt::ControlModifier)) return false;
+  switch (event.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Backspace:
+    case Qt::Key_Delete:
+      return true;
+    default:
+      break;
+  }
+  if (event.matches(QKeySequence::Paste) || event.matches(QKeySequence::Undo)) return true;
+  return !event.text().isEmpty() && event.text().front().isPrint();
+}
+
 }  // namespace
 
 EditorWindowWidget::EditorWindowWidget(Program& program, const CodePage& page)
@@ -81,6 +99,7 @@ EditorWindowWidget::EditorWindowWidget(Program& program, const CodePage& page)
       TellCaret(cell);
     });
   });
+  connect(&band_, &GridBand::RowsPasted, this, &EditorWindowWidget::TakePastedRows);
   connect(&band_, &GridBand::CaretMoved, this, [this](CellAddress cell) {
     if (!showing_) TellCaret(cell);
   });
@@ -137,6 +156,33 @@ void EditorWindowWidget::FocusFirstCell() {
   TellFocus();
 }
 
+void EditorWindowWidget::TakePastedRows(CellAddress cell, const PastedRows& pasted) {
+  std::vector<GridRow> rows;
+  for (const auto& [left, right] : pasted) {
+    rows.emplace_back();
+    rows.back().txtLinks.text = left;
+    rows.back().txtRechts.text = right;
+  }
+  std::optional<std::int64_t> taken;
+  Report([&] { taken = PasteRows(program_, cell, rows); });
+  ByteLineEdit* const at = band_.At(cell);
+  if (!taken || at == nullptr) return;
+  at->TellRefusal(tr("Not taken over: row %1 holds a text already. Rows go where all are empty.")
+                      .arg(*taken + 1));
+}
+
+// The scroll bar has the focus once the cell is out of view, or when the user dragged it: what is
+// typed then is meant for that cell.
+bool EditorWindowWidget::TypeInRememberedCell(QKeyEvent& event) {
+  bool returned = false;
+  Report([&] { returned = ReturnToCell(program_); });
+  if (!returned) return false;
+  ByteLineEdit* const cell = band_.At(*program_.frmReplacements.focused_cell);
+  if (cell == nullptr) return false;
+  QApplication::sendEvent(cell, &event);
+  return true;
+}
+
 bool EditorWindowWidget::eventFilter(QObject* watched, QEvent* event) {
   const std::optional<CellAddress> cell = band_.AddressOf(watched);
   switch (event->type()) {
@@ -149,6 +195,9 @@ bool EditorWindowWidget::eventFilter(QObject* watched, QEvent* event) {
       TellFocus();
       break;
     case QEvent::KeyPress:
+      if (watched == scroll_bar_ && IsTyping(*static_cast<QKeyEvent*>(event))) {
+        return TypeInRememberedCell(*static_cast<QKeyEvent*>(event));
+      }
       if (const int key = GridKey(*static_cast<QKeyEvent*>(event)); cell && key != 0) {
         Report([&] { Cell_KeyDown(program_, *cell, key); });
         return true;

@@ -42,6 +42,8 @@ class EditorWindowWidget : public BoundWindow {
   void TellCaret(CellAddress cell);
   void ScrollByUser(int value);
   void FocusFirstCell();
+  void TakePastedRows(CellAddress cell, const PastedRows& pasted);
+  bool TypeInRememberedCell(QKeyEvent& event);
 
   TwipScale Scale() const;
   void Arrange();

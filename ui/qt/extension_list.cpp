@@ -1,5 +1,6 @@
 #include "ui/qt/extension_list.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 #include <QStyledItemDelegate>
 #include <algorithm>
@@ -61,6 +62,17 @@ void ExtensionList::ShowEntries(const CodePage& page, const ListBox& list) {
   }
   if (currentRow() != list.current) setCurrentRow(list.current, QItemSelectionModel::NoUpdate);
   if (grows && isVisible()) scrollToBottom();  // a new entry is to be seen
+}
+
+QItemSelectionModel::SelectionFlags ExtensionList::selectionCommand(const QModelIndex& index,
+                                                                    const QEvent* event) const {
+  // The search by typed letters comes without an event.
+  if (event == nullptr) return QItemSelectionModel::NoUpdate;
+  const bool is_key = event->type() == QEvent::KeyPress;
+  if (is_key && static_cast<const QKeyEvent*>(event)->key() != Qt::Key_Space) {
+    return QItemSelectionModel::NoUpdate;
+  }
+  return QListWidget::selectionCommand(index, event);
 }
 
 int ExtensionList::RowHeight() const {

@@ -21,6 +21,14 @@ class ExtensionList : public QListWidget {
   int RowHeight() const;
   // As high as its entries, and at least one, but no higher than `room`.
   int HeightWithin(int room) const;
+
+  // Does nothing: only Space and the mouse change a selection, and one entry at a time.
+  void selectAll() override {}
+
+ protected:
+  // What a key or the program makes the current row is not selected or deselected by that.
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                       const QEvent* event) const override;
 };
 
 }  // namespace morvex

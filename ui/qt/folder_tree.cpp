@@ -45,9 +45,12 @@ FolderTreeView::FolderTreeView(const CodePage& file_names, QWidget* parent)
   connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
     if (!going_) emit Visited(PathOf(index));
   });
+  // Also the folder that the tree was opened at, which is current already.
+  connect(this, &QTreeView::pressed, this, [this] { is_marked_ = true; });
 }
 
 void FolderTreeView::OpenAt(const std::string& path) {
+  is_marked_ = false;
   opened_at_ = NearestFolder(ToolkitPath(file_names_, path));
   if (model_ == nullptr) {
     model_ = new QFileSystemModel(this);
@@ -89,21 +92,25 @@ QSize FolderTreeView::sizeHint() const {
           kRowsShown * (fontMetrics().height() + 2 * kRoomInRow) + 2 * frameWidth()};
 }
 
-void FolderTreeView::Choose(const QModelIndex& index) {
+bool FolderTreeView::Choose(const QModelIndex& index) {
   // A name that the toolkit cannot write, or that has two lines, is no path for the box; nor is a
   // folder that is gone by now.
   const std::string path = PathOf(index);
   const bool is_one_line = path.find_first_of("\r\n") == std::string::npos;
   if (path.empty() || !is_one_line || !QFileInfo(model_->filePath(index)).isDir()) {
     QApplication::beep();
-    return;
+    return false;
   }
   emit Chosen(path);
+  return true;
 }
 
 void FolderTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTreeView::currentChanged(current, previous);
-  if (!going_ && current.isValid()) emit Visited(PathOf(current));
+  if (going_ || !current.isValid()) return;
+  // Rows that come and go while the tree is opened move the mark too.
+  is_marked_ = is_marked_ || opened_at_.isEmpty();
+  emit Visited(PathOf(current));
 }
 
 void FolderTreeView::keyPressEvent(QKeyEvent* event) {

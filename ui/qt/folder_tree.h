@@ -22,6 +22,10 @@ class FolderTreeView : public QTreeView {
   void OpenAt(const std::string& path);
   // The folder that the tree is at; empty when it is at none, or at one that bytes cannot spell.
   std::string Current() const;
+  // Whether the user went to that folder since the tree was opened.
+  bool IsMarked() const { return is_marked_; }
+  // Chooses it as Enter does; false when it is none that can be chosen.
+  bool ChooseCurrent() { return Choose(currentIndex()); }
 
   QSize sizeHint() const override;
 
@@ -40,13 +44,14 @@ class FolderTreeView : public QTreeView {
 
  private:
   void GoTo(const QString& folder);
-  void Choose(const QModelIndex& index);
+  bool Choose(const QModelIndex& index);
   std::string PathOf(const QModelIndex& index) const;
 
   const CodePage& file_names_;
   QFileSystemModel* model_ = nullptr;  // made when the tree is opened first
   QString opened_at_;                  // while the folders are read, until the user goes elsewhere
   bool going_ = false;                 // to a folder that the user did not choose
+  bool is_marked_ = false;
 };
 
 }  // namespace morvex

@@ -132,6 +132,9 @@ void GridBand::MakeCell(CellWidget& cell, Column column, std::size_t place) {
   const auto address = [this, column, place] { return CellAddress{column, rows_[place].row}; };
   connect(cell.edit, &ByteLineEdit::BytesEdited, this,
           [this, address](const std::string& text) { emit TextEdited(address(), text); });
+  cell.edit->ExpectRows();
+  connect(cell.edit, &ByteLineEdit::RowsPasted, this,
+          [this, address](const PastedRows& rows) { emit RowsPasted(address(), rows); });
   const auto moved = [this, address] { emit CaretMoved(address()); };
   connect(cell.edit, &QLineEdit::cursorPositionChanged, this, moved);
   connect(cell.edit, &QLineEdit::selectionChanged, this, moved);

@@ -47,6 +47,8 @@ class GridBand : public QObject {
   // The user, or Show, changed a text or moved a caret or selection.
   void TextEdited(CellAddress cell, const std::string& text);
   void CaretMoved(CellAddress cell);
+  // The user pasted or dropped rows there; the cell's text is as it was.
+  void RowsPasted(CellAddress cell, const PastedRows& rows);
 
  private:
   struct CellWidget {

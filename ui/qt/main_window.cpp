@@ -54,7 +54,6 @@ MainWindowWidget::MainWindowWidget(Program& program, const CodePage& page,
                 {&window_.lblPassword_1, rows_[0].label},
                 {&window_.lblPassword_2, rows_[1].label},
                 {&window_.FolderTreeview1, tree_},
-                // What is enabled comes before what is disabled: the focus passes from "OK" to Go.
                 {&window_.cmdGo, go_},
                 {&window_.cmdAnonymize, anonymize_},
                 {&window_.cmdExit, exit_},
@@ -111,14 +110,16 @@ void MainWindowWidget::Connect() {
   connect(tree_, &FolderTreeView::Visited, this,
           [this](const std::string& path) { FolderTreeview1_FolderEvent(program_, path); });
   connect(anonymize_, &QPushButton::clicked, this, [this] {
-    GiveUpChoice();
-    cmdAnonymize_Click(program_);
+    if (TakeMarkedFolder()) cmdAnonymize_Click(program_);
   });
   connect(go_, &QPushButton::clicked, this, [this] {
-    GiveUpChoice();
-    cmdGo_Click(program_);
+    // Another path in a box disables Go: the run is to be armed with it first.
+    if (TakeMarkedFolder() && window_.cmdGo.enabled) cmdGo_Click(program_);
   });
-  connect(exit_, &QPushButton::clicked, this, [this] { cmdExit_Click(program_); });
+  connect(exit_, &QPushButton::clicked, this, [this] {
+    cmdExit_Click(program_);
+    ShowEnding();
+  });
   connect(options_, &PictureButton::clicked, this, [this] { imOpties_Click(program_); });
   connect(options_, &PictureButton::PointerMoved, this, [this] { imOpties_MouseMove(program_); });
   connect(list_, &PictureButton::clicked, this, [this] { imList_Click(program_); });
@@ -135,10 +136,26 @@ void MainWindowWidget::ConnectPathRow(const PathRow& row) {
           [this, index] { Text1_DblClick(program_, index); });
 }
 
-// An armed run goes by the boxes as they are: a tree that still stands in for one would change the
-// path behind its back.
-void MainWindowWidget::GiveUpChoice() {
-  if (window_.FolderTreeview1.visible) FolderTreeview1_Cancelled(program_);
+// A run goes by the boxes, so a tree that still stands in for one goes first: with the folder that
+// the user marked in it as if it had been chosen, otherwise without a trace. False when there is
+// such a folder and it cannot be chosen; then the tree stays.
+bool MainWindowWidget::TakeMarkedFolder() {
+  if (!window_.FolderTreeview1.visible) return true;
+  if (tree_->IsMarked()) return tree_->ChooseCurrent();
+  FolderTreeview1_Cancelled(program_);
+  return true;
+}
+
+bool MainWindowWidget::IsEnding() const { return program_.run.working && !window_.loaded; }
+
+bool MainWindowWidget::IsWanted() const { return BoundWindow::IsWanted() || IsEnding(); }
+
+// A run that is to stop finishes the file that it is at, and handles no events meanwhile: what is
+// shown until then is drawn now.
+void MainWindowWidget::ShowEnding() {
+  if (!IsEnding()) return;
+  Show();
+  repaint();
 }
 
 void MainWindowWidget::changeEvent(QEvent* event) {
@@ -163,7 +180,8 @@ bool MainWindowWidget::eventFilter(QObject* watched, QEvent* event) {
 
 void MainWindowWidget::closeEvent(QCloseEvent* event) {
   frmMorvex_Close(program_);
-  event->accept();
+  ShowEnding();
+  event->setAccepted(!IsEnding());
 }
 
 void MainWindowWidget::mouseReleaseEvent(QMouseEvent* event) {

@@ -32,6 +32,8 @@ class MainWindowWidget : public BoundWindow {
 
   // Every control is a child of that name; the path boxes are "Text1_0" and "Text1_2".
   void Show() override;
+  // Also when it is unloaded and a run has not ended yet: until then it says so.
+  bool IsWanted() const override;
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -62,9 +64,12 @@ class MainWindowWidget : public BoundWindow {
   void ShowTree();
   void ShowProgress();
   void ShowPointers();
+  void KeepFocusFromExit();
   void ShowFocus();
 
-  void GiveUpChoice();
+  bool TakeMarkedFolder();
+  bool IsEnding() const;
+  void ShowEnding();
 
   Program& program_;
   const CodePage& page_;

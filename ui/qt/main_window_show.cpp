@@ -26,12 +26,14 @@ void MainWindowWidget::Show() {
   OrderTabs();
   ShowTexts();
   ShowTree();
+  KeepFocusFromExit();
   for (const auto& [control, widget] : controls_) {
     if (widget != tree_) ShowPresence(*widget, *control);
   }
   ShowProgress();
   ShowPointers();
   ShowFocus();
+  setEnabled(!IsEnding());
 }
 
 void MainWindowWidget::OrderTabs() {
@@ -67,6 +69,7 @@ void MainWindowWidget::ShowTexts() {
     label->setText(ShownLines(page_, state->caption));
     show_tip(*label, *state, QString());
   }
+  if (IsEnding()) total_files_->setText(tr("Stopping ...\nThis file is being finished."));
   const QString source = ShownLines(page_, window_.lblPassword_1.caption);
   const QString target = ShownLines(page_, window_.lblPassword_2.caption);
   rows_[0].label->setText(WithMnemonic(source, 'S'));
@@ -113,8 +116,6 @@ void MainWindowWidget::ShowColours() {
 void MainWindowWidget::ShowGo() {
   go_->setText(WithMnemonic(page_.Shown(window_.cmdGo.caption.get()), 'G'));
   go_->setToolTip(page_.Shown(window_.cmdGo.tool_tip.get()));
-  // When a run starts the focus must not pass to "Exit", where the next key would end it.
-  if (go_->hasFocus() && !window_.cmdGo.enabled) go_->clearFocus();
   // The step that is now due stands out.
   const bool is_due = window_.cmdGo.enabled && window_.cmdGo.caption.get() == kGoArmed;
   if (go_->isDefault() != is_due) go_->setDefault(is_due);
@@ -138,7 +139,7 @@ void MainWindowWidget::ShowTree() {
   const int place = static_cast<int>(row - rows_.begin());
   if (!wanted) {
     if (tree_->isHidden()) return;
-    const bool had_focus = tree_->hasFocus();
+    const bool had_focus = focusWidget() == tree_;
     tree_->hide();
     paths_->removeWidget(tree_);
     paths_->setRowStretch(0, 0);
@@ -199,6 +200,24 @@ void MainWindowWidget::ShowPointers() {
   if (!is_busy && shows_busy) unsetCursor();
   options_->ShowPointer(is_busy ? MousePointer::kDefault : window_.imOpties.mouse_pointer);
   list_->ShowPointer(is_busy ? MousePointer::kDefault : window_.imList.mouse_pointer);
+}
+
+// A control that is disabled or hidden leaves the focus to whatever comes next, and a window that
+// becomes active without one gives it to the first control that can have it. When a run starts both
+// are "Exit", where the next key would end it, so the window itself takes the focus.
+void MainWindowWidget::KeepFocusFromExit() {
+  const QWidget* const focused = focusWidget();
+  const auto at = std::find_if(controls_.begin(), controls_.end(),
+                               [&](const auto& shown) { return shown.second == focused; });
+  const bool is_control = at != controls_.end();
+  const bool stays = is_control ? at->first->enabled && at->first->visible : focused != nullptr;
+  if (stays || (focused == nullptr && window_.Text1(kSourceBox).enabled)) return;
+  if (focused == anonymize_ && window_.cmdGo.enabled) {
+    ShowPresence(*go_, window_.cmdGo);
+    go_->setFocus(Qt::OtherFocusReason);
+  } else {
+    setFocus(Qt::OtherFocusReason);
+  }
 }
 
 void MainWindowWidget::ShowFocus() {

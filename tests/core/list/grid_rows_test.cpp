@@ -182,15 +182,60 @@ TEST_F(GridRows, UpInTheFirstAndDownInTheLastRowDoNothing) {
   EXPECT_EQ(grid_.rows.size(), 2u);
 }
 
-TEST_F(GridRows, ArrowKeysDoNotLeadIntoARowThatIsScrolledOut) {
+TEST_F(GridRows, ArrowKeysScrollTheRowThatTakesTheFocusIntoView) {
   MakeRows(7);  // row 0 is above the band
   Focus(Column::kLeft, 1);
   Press(Column::kLeft, 1, kKeyUp);
-  EXPECT_TRUE(HasFocus(Column::kLeft, 1));
-  Drag(6);  // row 6 is below the band
-  Focus(Column::kLeft, 5);
-  Press(Column::kLeft, 5, kKeyDown);
-  EXPECT_TRUE(HasFocus(Column::kLeft, 5));
+  EXPECT_TRUE(HasFocus(Column::kLeft, 0));
+  EXPECT_EQ(VisibleRows(), "0 1 2 3 4 5");
+  EXPECT_EQ(grid_.VScroll1.value(), 6) << "the bar follows";
+  Focus(Column::kRight, 5);
+  Press(Column::kRight, 5, kKeyDown);
+  EXPECT_TRUE(HasFocus(Column::kRight, 6));
+  EXPECT_EQ(VisibleRows(), "1 2 3 4 5 6");
+  EXPECT_EQ(grid_.VScroll1.value(), 7);
+}
+
+TEST_F(GridRows, AfterScrollingByAnArrowKeyTheBarMovesTheRowsAsBefore) {
+  MakeRows(9);
+  Focus(Column::kLeft, 3);
+  Press(Column::kLeft, 3, kKeyUp);
+  ASSERT_EQ(VisibleRows(), "2 3 4 5 6 7");
+  Drag(9);
+  EXPECT_EQ(VisibleRows(), "3 4 5 6 7 8");
+  Drag(6);
+  EXPECT_EQ(VisibleRows(), "0 1 2 3 4 5");
+}
+
+TEST_F(GridRows, ARowIsScrolledIntoViewFromFarAwayAndByAsFewRowsAsItTakes) {
+  MakeRows(100);
+  ScrollIntoView(grid_, 10);
+  EXPECT_EQ(VisibleRows(), "10 11 12 13 14 15");
+  ScrollIntoView(grid_, 12);
+  EXPECT_EQ(VisibleRows(), "10 11 12 13 14 15");
+  ScrollIntoView(grid_, 16);
+  EXPECT_EQ(VisibleRows(), "11 12 13 14 15 16");
+  for (const std::int64_t none : {-1, 100}) ScrollIntoView(grid_, none);
+  EXPECT_EQ(VisibleRows(), "11 12 13 14 15 16");
+}
+
+TEST_F(GridRows, TheCellThatLostTheFocusIsReturnedToFromOutOfView) {
+  MakeRows(20);
+  LeaveWithCaretAt(Column::kRight, 16, 0);
+  Drag(6);
+  ASSERT_FALSE(grid_.RowVisible(16));
+  EXPECT_TRUE(ReturnToCell(test_.program));
+  EXPECT_TRUE(HasFocus(Column::kRight, 16));
+  EXPECT_TRUE(grid_.RowVisible(16));
+  EXPECT_FALSE(grid_.ScrollHasFocus);
+}
+
+TEST_F(GridRows, ThereIsNoReturnToACellThatDoesNotExist) {
+  EXPECT_FALSE(ReturnToCell(test_.program)) << "no cell has lost the focus";
+  for (const char* none : {"Links_7", "Links_", "Other_0", "Links"}) {
+    grid_.FocusCell = none;
+    EXPECT_FALSE(ReturnToCell(test_.program)) << none;
+  }
 }
 
 TEST_F(GridRows, OtherKeysDoNothing) {

@@ -3,6 +3,7 @@
 
 #include "core/list/editor_window.h"
 #include "core/settings/options.h"
+#include "core/settings/settings_file.h"
 #include "tests/core/run/run_program.h"
 
 namespace morvex::test {
@@ -171,8 +172,51 @@ TEST_F(UnattendedTest, AListThatBreaksOffStartsNoRun) {
   EXPECT_FALSE(program_.settings.AutoRunFromInitFile);
   EXPECT_EQ(program_.run.end, RunEnd::kNone);
   EXPECT_EQ(test_.files.Below("/t"), std::vector<std::string>{});
-  EXPECT_EQ(ExitStatus(program_), 1);
   EXPECT_GT(program_.frmReplacements.rows.size(), 1u) << "the rows that were read stay";
+  ExpectEnded(1);
+  EXPECT_EQ(WhyNoRun(program_),
+            (std::vector<std::string>{
+                "The replacement list could not be read to its end: /list.txt: Error 57: Device "
+                "I/O error",
+                "Nothing was run: a row that is missing is a name that stays."}));
+}
+
+TEST_F(UnattendedTest, ASettingsFileThatBreaksOffEndsTheProgramWithoutARun) {
+  // Long enough to be read in two pieces.
+  std::string settings = SettingsText("/s", "/t");
+  while (settings.size() < 600'000) settings += "1.e" + std::to_string(settings.size()) + "\r\n";
+  test_.files.AddFile("/job.dat", settings);
+  int reads = 0;
+  test_.files.fail = [&](const std::string& call, const std::string& path) {
+    const bool second = call == "ReadAt" && path == "/job.dat" && ++reads == 2;
+    return second ? ErrorNumber::kDeviceIo : ErrorNumber::kNone;
+  };
+  Start("-if /job.dat");
+  EXPECT_EQ(program_.run.end, RunEnd::kNone);
+  EXPECT_EQ(test_.files.Below("/t"), std::vector<std::string>{});
+  ExpectEnded(1);
+  EXPECT_EQ(WhyNoRun(program_), std::vector<std::string>{"/job.dat: Error 57: Device I/O error"});
+}
+
+TEST_F(UnattendedTest, ASettingsFileThatIsMissingIsNamedAsTheReason) {
+  Start("-if /none.dat");
+  ExpectEnded(1);
+  EXPECT_EQ(WhyNoRun(program_),
+            std::vector<std::string>{"Initialisatiebestand bestaat niet: /none.dat"});
+}
+
+TEST_F(UnattendedTest, ARunThatWasStartedNeedsNoReasonWhyNot) {
+  Start("-if /job.dat");
+  EXPECT_EQ(WhyNoRun(program_), std::vector<std::string>{});
+}
+
+TEST_F(UnattendedTest, AListThatCannotBeReadKeepsAProgramWithAUserOpen) {
+  test_.files.AddFile("/program/Init.dat", SettingsText("/s", "/t"));
+  test_.files.fail = FailOn("LookUpFile", "/list.txt", ErrorNumber::kDeviceIo);
+  Start("");
+  EXPECT_FALSE(HasEnded(program_));
+  EXPECT_TRUE(program_.frmMorvex.visible);
+  EXPECT_EQ(WhyNoRun(program_), std::vector<std::string>{});
 }
 
 TEST_F(UnattendedTest, AListOfWhichNothingCanBeToldStartsNoRun) {
@@ -187,6 +231,8 @@ TEST_F(UnattendedTest, AListOfWhichNothingCanBeToldStartsNoRun) {
     EXPECT_EQ(StartUp(test.program), ErrorNumber::kNone);
     EXPECT_EQ(test.program.run.end, RunEnd::kNone);
     EXPECT_EQ(test.files.Below("/t"), std::vector<std::string>{});
+    EXPECT_TRUE(HasEnded(test.program)) << "nobody is there to end it";
+    EXPECT_EQ(ExitStatus(test.program), 1);
   }
 }
 

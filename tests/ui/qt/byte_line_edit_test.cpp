@@ -5,10 +5,13 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QTest>
 #include <QToolTip>
+#include <QUrl>
 #include <string>
 #include <vector>
 
@@ -145,31 +148,51 @@ TEST_F(ByteLine, UndoAndRedoReachTheBytes) {
   EXPECT_EQ(line_.bytes(), "abcd");
 }
 
-TEST_F(ByteLine, LineBreaksInWhatIsPastedAreLeftOut) {
+TEST_F(ByteLine, LineBreaksInWhatIsPastedRefuseItAndTheToolTipNamesTheFirst) {
   Type("()");
   line_.setCursorPosition(1);
-  Paste("one\r\ntwo\nthree\r");
-  EXPECT_EQ(line_.text(), "(onetwothree)");
-  EXPECT_EQ(line_.bytes(), "(onetwothree)");
-  EXPECT_EQ(edits_.back(), "(onetwothree)");
-  EXPECT_EQ(line_.cursorPosition(), 12);
+  edits_.clear();
+  const std::vector<std::pair<const char*, const char*>> cases = {
+      {"one\r\ntwo\nthree\r", "(CR LF)"}, {"a\nb", "(LF)"}, {"a\rb", "(CR)"}, {"a\n\n", "(LF)"}};
+  for (const auto& [text, named] : cases) {
+    Paste(text);
+    QApplication::processEvents();
+    EXPECT_EQ(line_.text(), "()");
+    EXPECT_EQ(line_.cursorPosition(), 1);
+    EXPECT_TRUE(line_.toolTip().contains(named)) << line_.toolTip().toStdString();
+    EXPECT_EQ(QToolTip::text(), line_.toolTip());
+  }
+  EXPECT_TRUE(edits_.empty());
+}
+
+TEST_F(ByteLine, ALineThatIsPastedWithItsEndIsTakenWithoutIt) {
+  Type("()");
+  for (const char* text : {"one\r\n", "two\n", "three\r"}) {
+    line_.setCursorPosition(1);
+    Paste(text);
+  }
+  EXPECT_EQ(line_.text(), "(threetwoone)");
+  EXPECT_EQ(line_.bytes(), "(threetwoone)");
+  EXPECT_EQ(line_.cursorPosition(), 6);
+  EXPECT_EQ(line_.toolTip(), "own tip");
 }
 
 TEST_F(ByteLine, NoEditEverTellsALineBreak) {
-  Paste("a\nb\r\nc");
+  Paste("abc\r\n");
+  Paste("d\ne");
   for (const std::string& edit : edits_) {
     EXPECT_EQ(edit.find_first_of("\r\n"), std::string::npos) << edit;
   }
   EXPECT_EQ(line_.bytes(), "abc");
 }
 
-TEST_F(ByteLine, APasteWithLineBreaksTakesTheSelectionsPlaceAndCanBeUndone) {
+TEST_F(ByteLine, APasteOfALineWithItsEndTakesTheSelectionsPlaceAndCanBeUndone) {
   Type("abba");
   line_.setSelection(1, 2);
-  Paste("b\nb");
+  Paste("bb\n");
   EXPECT_EQ(line_.bytes(), "abba");
   line_.setSelection(1, 2);
-  Paste("x\ny\nz");
+  Paste("xyz\n");
   EXPECT_EQ(line_.bytes(), "axyza");
   Undo();
   EXPECT_EQ(line_.bytes(), "abba");
@@ -179,18 +202,46 @@ TEST_F(ByteLine, APasteOfNothingButLineBreaksChangesNothing) {
   Type("abc");
   line_.setSelection(0, 3);
   edits_.clear();
-  Paste("\r\n\n");
-  QApplication::processEvents();
-  EXPECT_EQ(line_.bytes(), "abc");
-  EXPECT_EQ(line_.text(), "abc");
+  for (const char* text : {"\n", "\r\n", "\r\n\n"}) {
+    Paste(text);
+    QApplication::processEvents();
+    EXPECT_EQ(line_.bytes(), "abc");
+    EXPECT_EQ(line_.text(), "abc");
+    EXPECT_TRUE(line_.toolTip().contains("line break")) << line_.toolTip().toStdString();
+  }
   EXPECT_TRUE(edits_.empty());
 }
 
-TEST_F(ByteLine, APasteByTheMenuLeavesLineBreaksOutToo) {
+TEST_F(ByteLine, APasteByTheMenuIsJudgedToo) {
   QApplication::clipboard()->setText("a\nb");
+  line_.paste();
+  QApplication::clipboard()->setText("ab\n");
   line_.paste();
   QApplication::processEvents();
   EXPECT_EQ(line_.bytes(), "ab");
+}
+
+TEST_F(ByteLine, ATabIsTextWhereNoRowsAreExpected) {
+  Paste("a\tb\tc");
+  EXPECT_EQ(line_.bytes(), "a\tb\tc");
+}
+
+TEST_F(ByteLine, OneOfTwoLikeCharactersOfFourBytesCanTakeTheOthersPlace) {
+  line_.ShowBytes("\xF0\x9F\x98\x80");
+  line_.selectAll();
+  Paste(QString::fromUtf8("\xF0\x9F\x98\x81"));
+  EXPECT_EQ(line_.bytes(), "\xF0\x9F\x98\x81");
+}
+
+TEST_F(ByteLine, AFileThatIsDroppedIsRefused) {
+  QMimeData file;
+  file.setUrls({QUrl::fromLocalFile("/s/one.txt")});
+  file.setText("file:///s/one.txt");
+  QDropEvent drop(QPoint(2, 2), Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
+  drop.ignore();
+  QApplication::sendEvent(&line_, &drop);
+  EXPECT_FALSE(drop.isAccepted());
+  EXPECT_EQ(line_.bytes(), "");
 }
 
 TEST_F(ByteLine, NulIsRefusedAndTheToolTipSaysWhy) {
@@ -252,6 +303,8 @@ TEST_F(WesternByteLine, TypingWhatThePageCannotWriteIsRefusedAtOnceWithAReason) 
   EXPECT_EQ(line_.cursorPosition(), 1);
   EXPECT_TRUE(edits_.empty());
   EXPECT_TRUE(line_.toolTip().contains("character set")) << line_.toolTip().toStdString();
+  EXPECT_TRUE(line_.toolTip().contains(QString::fromUtf8("\"日\" (U+65E5)")))
+      << line_.toolTip().toStdString();
   EXPECT_EQ(QToolTip::text(), line_.toolTip());
 }
 
@@ -263,6 +316,22 @@ TEST_F(WesternByteLine, APasteIsRefusedAsAWholeAndTheSelectionStays) {
   EXPECT_EQ(line_.text(), "abc");
   EXPECT_EQ(line_.selectedText(), "bc");
   EXPECT_TRUE(edits_.empty());
+}
+
+TEST_F(WesternByteLine, TheToolTipNamesTheFirstCharacterOfThoseThatAreRefused) {
+  const std::vector<std::pair<const char*, const char*>> cases = {
+      {"a日b語", "日"}, {"a語日", "語"}, {"a語\nb", "語"}, {"a\nb語", "line break"}};
+  for (const auto& [text, named] : cases) {
+    Paste(QString::fromUtf8(text));
+    EXPECT_TRUE(line_.toolTip().contains(QString::fromUtf8(named)))
+        << text << ": " << line_.toolTip().toStdString();
+  }
+}
+
+TEST_F(WesternByteLine, ARefusedCharacterThatCannotBeShownIsNamedByItsNumber) {
+  Write(QString(QChar(0x200B)));
+  EXPECT_TRUE(line_.toolTip().contains("U+200B")) << line_.toolTip().toStdString();
+  EXPECT_FALSE(line_.toolTip().contains(QChar(0x200B)));
 }
 
 TEST_F(WesternByteLine, APasteWithLineBreaksThatCannotBeWrittenIsRefusedToo) {

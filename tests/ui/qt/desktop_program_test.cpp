@@ -25,9 +25,14 @@ class DesktopProgramTest : public testing::Test {
     Write("source/one.txt", "aca");
     Write("source/sub/two.txt", "aca");
     Write("list.txt", "a|b||\r\n");
+    WriteSettings("list.txt");
+  }
+
+  // `list` in the test's folder, or where its whole path says.
+  void WriteSettings(const QString& list) {
     QByteArray settings;
-    for (const char* name : {"source", "target", "list.txt"}) {
-      settings += NativePath(root_.filePath(name)) + "\r\n";
+    for (const QString& name : {QString("source"), QString("target"), list}) {
+      settings += NativePath(QDir(root_.path()).absoluteFilePath(name)) + "\r\n";
     }
     Write("settings.dat", settings + "log=1\r\nsep=|\r\njok=*\r\n1.txt\r\n");
   }
@@ -79,6 +84,37 @@ TEST_F(DesktopProgramTest, ADelayedRunEndsWithStatus0) {
 TEST_F(DesktopProgramTest, AMissingSettingsFileEndsWithStatus1) {
   EXPECT_EQ(Run({"-if", root_.filePath("nowhere.dat")}), 1);
   EXPECT_TRUE(Read("Morvex.log").contains("Initialisatiebestand bestaat niet: "));
+  EXPECT_TRUE(errors_.contains("Initialisatiebestand bestaat niet: ")) << errors_.toStdString();
+  EXPECT_TRUE(errors_.contains("nowhere.dat")) << errors_.toStdString();
+}
+
+// A name that no file system takes cannot be read, which is not the same as none.
+TEST_F(DesktopProgramTest, AListThatCannotBeReadEndsWithStatus1AndSaysWhy) {
+  WriteSettings(QString(300, 'x') + ".txt");
+  EXPECT_EQ(Run({"-if", root_.filePath("settings.dat")}), 1) << "-1: it did not end";
+  EXPECT_TRUE(errors_.contains("The replacement list could not be read to its end: "))
+      << errors_.toStdString();
+  EXPECT_TRUE(errors_.contains("xxx.txt: Error ")) << errors_.toStdString();
+  EXPECT_TRUE(errors_.contains("Nothing was run")) << errors_.toStdString();
+  EXPECT_EQ(Read("target/one.txt"), "");
+}
+
+// There is such a file on Linux, and no byte of it can be read.
+TEST_F(DesktopProgramTest, AFileThatFailsWhileItIsReadEndsWithStatus1AndSaysWhy) {
+  const QString unreadable = "/proc/self/mem";
+  if (!QFileInfo(unreadable).isFile()) GTEST_SKIP() << "no file that fails when it is read";
+  EXPECT_EQ(Run({"-if", unreadable}), 1) << "-1: it did not end";
+  EXPECT_TRUE(errors_.contains("/proc/self/mem: Error 57: Device I/O error"))
+      << errors_.toStdString();
+  WriteSettings(unreadable);
+  EXPECT_EQ(Run({"-if", root_.filePath("settings.dat")}), 1) << "-1: it did not end";
+  EXPECT_TRUE(errors_.contains("to its end: /proc/self/mem: Error 57: Device I/O error"))
+      << errors_.toStdString();
+}
+
+TEST_F(DesktopProgramTest, ANameCannotSteerTheTerminalThatTheReasonGoesTo) {
+  Run({"-if", root_.filePath("no\x1b[2Jwhere.dat")});
+  EXPECT_TRUE(errors_.contains("no\\x1B[2Jwhere.dat")) << errors_.toStdString();
 }
 
 TEST_F(DesktopProgramTest, ADelayThatIsNoNumberEndsWithStatus2) {

@@ -1,4 +1,5 @@
 // What cells of the list editor tell as the focus, the caret and the rows move.
+#include <QClipboard>
 #include <QStyleOptionSlider>
 
 #include "tests/ui/qt/editor_test.h"
@@ -311,6 +312,56 @@ TEST_F(EditorFocus, ARowThatComesBackHasItsCaretWhereItWas) {
   Wheel(Left(8), -1);
   Wheel(Left(8), 1);
   EXPECT_EQ(Left(11).cursorPosition(), 2);
+}
+
+TEST_F(EditorFocus, TheFirstKeyTypedAfterTheRowWasScrolledAwayBringsItBackAndIsNotLost) {
+  OpenLongList();
+  Click(Right(10));
+  Right(10).setCursorPosition(3);
+  Wheel(Left(8), -2);
+  ASSERT_EQ(RowsInView(), "0 1 2 3 4 5");
+  ASSERT_EQ(Focus(), "VScroll1");
+  QTest::keyClicks(QApplication::focusWidget(), "X");
+  Settle();
+  EXPECT_EQ(grid_.rows[10].txtRechts.text, "rigXht 10");
+  EXPECT_EQ(Focus(), "txtRechts_10");
+  EXPECT_EQ(RowsInView(), "5 6 7 8 9 10");
+  QTest::keyClicks(QApplication::focusWidget(), "Y");
+  Settle();
+  EXPECT_EQ(grid_.rows[10].txtRechts.text, "rigXYht 10");
+}
+
+TEST_F(EditorFocus, KeysThatEraseOrPasteReachTheRowThatWasScrolledAwayToo) {
+  OpenLongList();
+  Click(Left(11));
+  Press(Qt::Key_End);
+  Wheel(Left(8), -2);
+  Press(Qt::Key_Backspace);
+  EXPECT_EQ(grid_.rows[11].txtLinks.text, "left 1");
+  Wheel(*QApplication::focusWidget(), -2);
+  ASSERT_EQ(Focus(), "VScroll1");
+  QApplication::clipboard()->setText("23");
+  Press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(grid_.rows[11].txtLinks.text, "left 123");
+  Wheel(*QApplication::focusWidget(), -2);
+  ASSERT_EQ(Focus(), "VScroll1");
+  Press(Qt::Key_Return);
+  EXPECT_EQ(grid_.LastRow, 12) << "Enter in the last row adds one";
+}
+
+TEST_F(EditorFocus, KeysThatMoveTheScrollBarStayThere) {
+  OpenLongList();
+  Click(Left(11));
+  Wheel(Left(8), -1);
+  ASSERT_EQ(Focus(), "VScroll1");
+  const int before = Bar().value();
+  Press(Qt::Key_Up);
+  EXPECT_EQ(Focus(), "VScroll1");
+  EXPECT_EQ(Bar().value(), before - 1);
+  QTest::sendKeyEvent(QTest::Click, &Bar(), Qt::Key_Q, "q", Qt::AltModifier);
+  Settle();
+  EXPECT_EQ(Focus(), "VScroll1");
+  EXPECT_EQ(GridRows(), texts_);
 }
 
 TEST_F(EditorFocus, UndoNeverBringsAnotherRowsText) {

@@ -246,7 +246,7 @@ TEST_F(EditorWindow, UpInTheFirstAndDownInTheLastRowDoNothing) {
   EXPECT_EQ(grid_.LastRow, 1);
 }
 
-TEST_F(EditorWindow, DownDoesNotScroll) {
+TEST_F(EditorWindow, UpAndDownScrollTheRowThatTakesTheFocusIntoView) {
   Open();
   MakeRows(8);
   Click(Bar());
@@ -255,7 +255,11 @@ TEST_F(EditorWindow, DownDoesNotScroll) {
   ASSERT_EQ(RowsInView(), "0 1 2 3 4 5");
   Click(Left(5));
   Press(Qt::Key_Down);
-  EXPECT_EQ(Focus(), "txtLinks_5");
+  EXPECT_EQ(Focus(), "txtLinks_6");
+  EXPECT_EQ(RowsInView(), "1 2 3 4 5 6");
+  EXPECT_EQ(Bar().value(), 7);
+  for (int i = 0; i < 6; ++i) Press(Qt::Key_Up);
+  EXPECT_EQ(Focus(), "txtLinks_0");
   EXPECT_EQ(RowsInView(), "0 1 2 3 4 5");
 }
 

@@ -77,6 +77,86 @@ TEST_F(FolderTreeTest, EnterChoosesTheFolder) {
   EXPECT_TRUE(source().hasFocus());
 }
 
+TEST_F(FolderTreeTest, OkTakesTheMarkedFolderAsIfItHadBeenChosen) {
+  OpenAt(Path("alpha"));
+  QTest::keyClick(&tree(), Qt::Key_Down);
+  Settle();
+  ASSERT_NE(tree().Current(), Path("alpha"));
+  const std::string marked = tree().Current();
+  Click(ok());
+  EXPECT_FALSE(tree().isVisible());
+  EXPECT_EQ(source().bytes(), marked);
+  EXPECT_EQ(Caption(go()), "GO !");
+  EXPECT_TRUE(files_.Bytes("/program/Init.dat").starts_with(marked + "\r\n"));
+}
+
+TEST_F(FolderTreeTest, OkTakesAFolderThatIsMarkedByAClickWhereTheTreeWasOpened) {
+  OpenAt(Path("file.txt"));
+  ASSERT_EQ(tree().Current(), root_.path().toStdString());
+  QTest::mouseClick(tree().viewport(), Qt::LeftButton, Qt::NoModifier,
+                    tree().visualRect(tree().currentIndex()).center());
+  Settle();
+  Click(ok());
+  EXPECT_EQ(source().bytes(), root_.path().toStdString());
+}
+
+TEST_F(FolderTreeTest, OkLeavesThePathWhereNoFolderWasMarked) {
+  OpenAt(Path("file.txt"));
+  Click(ok());
+  EXPECT_FALSE(tree().isVisible());
+  EXPECT_EQ(source().bytes(), Path("file.txt"));
+  EXPECT_EQ(Caption(go()), "GO !");
+}
+
+TEST_F(FolderTreeTest, AMarkOfTheTreesLastUseCountsNoMore) {
+  OpenAt(Path("alpha"));
+  QTest::keyClick(&tree(), Qt::Key_Down);
+  Settle();
+  QTest::keyClick(&tree(), Qt::Key_Escape);
+  Settle();
+  DoubleClick(source());
+  WaitForRows();
+  Click(ok());
+  EXPECT_EQ(source().bytes(), Path("alpha"));
+}
+
+TEST_F(FolderTreeTest, OkDoesNotArmWhereTheMarkedFolderCannotBeChosen) {
+  OpenAt(Path("alpha"));
+  tree().setCurrentIndex(IndexOf("beta"));
+  QTest::mouseClick(tree().viewport(), Qt::LeftButton, Qt::NoModifier,
+                    tree().visualRect(tree().currentIndex()).center());
+  ASSERT_EQ(tree().Current(), Path("beta"));
+  // Gone, but the tree does not know it yet.
+  ASSERT_TRUE(QDir(root_.path()).rmdir("beta"));
+  QTest::mouseClick(&ok(), Qt::LeftButton);
+  EXPECT_FALSE(program_.frmMorvex.cmdGo.enabled);
+  EXPECT_TRUE(program_.frmMorvex.FolderTreeview1.visible);
+}
+
+// Go stays enabled when the user does not want the target to be made.
+TEST_F(FolderTreeTest, GoDoesNotRunWithThePathThatAMarkedFolderIsToReplace) {
+  StartWith("/s", "/new");
+  Activate();
+  Click(ok());
+  OnMessage([](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  ClickGo();
+  ASSERT_TRUE(go().isEnabled());
+  Text1_DblClick(program_, kTargetBox);
+  Settle();
+  WaitForRows();
+  tree().OpenAt(Path("alpha"));
+  WaitForRows();
+  QTest::keyClick(&tree(), Qt::Key_Down);
+  Settle();
+  const std::string marked = tree().Current();
+  program_.run.end = RunEnd::kNone;
+  ClickGo();
+  EXPECT_EQ(program_.run.end, RunEnd::kNone) << "it ran without having been armed with that path";
+  EXPECT_EQ(target().bytes(), marked);
+  EXPECT_FALSE(go().isEnabled());
+  EXPECT_TRUE(ok().isEnabled());
+}
+
 TEST_F(FolderTreeTest, ADoubleClickChoosesTheFolder) {
   OpenAt(Path("alpha"));
   tree().scrollTo(IndexOf("beta"));

@@ -174,6 +174,62 @@ TEST_F(MainWindowRunTest, TypingAfterARefusedTargetDisablesGo) {
   EXPECT_EQ(Caption(go()), ">------------>>>>");
 }
 
+TEST_F(MainWindowRunTest, AfterARefusedTargetACorrectedPathCanBeArmedAndRun) {
+  StartWith("/s", "/new");
+  Activate();
+  Click(ok());
+  OnMessage([&](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  ClickGo();
+  target().selectAll();
+  QTest::keyClicks(&target(), "/t");
+  Settle();
+  ASSERT_TRUE(ok().isEnabled()) << "nothing but Exit is left";
+  Click(ok());
+  ClickGo();
+  EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+}
+
+TEST_F(MainWindowRunTest, ARedPathIsBlackAgainWithTheFirstLetterThatCorrectsIt) {
+  StartWith("/nowhere", "/t");
+  Click(ok());
+  OnMessage([](QMessageBox& box) { box.accept(); });
+  ClickGo();
+  ASSERT_TRUE(IsRed(source()));
+  QTest::keyClicks(&source(), "x");
+  Settle();
+  EXPECT_FALSE(IsRed(source()));
+}
+
+TEST_F(MainWindowRunTest, NoBarIsShownBehindTheQuestion) {
+  StartWith("/s", "/new");
+  Click(ok());
+  bool asked = false;
+  OnMessage([&](QMessageBox& box) {
+    asked = true;
+    desktop_->Refresh();
+    EXPECT_FALSE(Get<QWidget>("ProgressBar1").isVisible());
+    box.button(QMessageBox::No)->click();
+  });
+  ClickGo();
+  EXPECT_TRUE(asked);
+}
+
+TEST_F(MainWindowRunTest, ASecondRunShowsNothingOfTheFirstOneWhileItWorks) {
+  StartWith("/s", "/t");
+  Click(ok());
+  ClickGo();
+  ASSERT_EQ(Text("lblPercentage"), "Hits: 4\nDone !");
+  Click(ok());
+  bool seen = false;
+  InRun([&] {
+    seen = true;
+    EXPECT_FALSE(Text("lblPercentage").contains("Done !")) << Text("lblPercentage").toStdString();
+    EXPECT_EQ(Text("lblTijd"), "");
+  });
+  ClickGo();
+  EXPECT_TRUE(seen);
+}
+
 TEST_F(MainWindowRunTest, ATargetThatCannotBeMadeIsToldWithItsPath) {
   StartWith("/s", "/new");
   files_.fail = [](const std::string& call, const std::string&) {
@@ -274,6 +330,89 @@ TEST_F(MainWindowRunTest, AKeyTypedTwiceOnGoDoesNotReachExit) {
   EXPECT_TRUE(seen);
   EXPECT_FALSE(program_.Beeindigd);
   EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+}
+
+// The question takes the keys away from the window; they come back when Go is disabled.
+TEST_F(MainWindowRunTest, EnterAfterTheQuestionDoesNotEndTheProgram) {
+  StartWith("/s", "/new");
+  Activate();
+  ok().setFocus();
+  QTest::keyClick(&ok(), Qt::Key_Return);
+  Settle();
+  ASSERT_TRUE(go().hasFocus());
+  OnMessage(
+      [](QMessageBox& box) { QTest::keyClick(box.button(QMessageBox::Yes), Qt::Key_Return); });
+  bool seen = false;
+  InRun([&] {
+    seen = true;
+    window().activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+    ASSERT_NE(QApplication::focusWidget(), nullptr);
+    EXPECT_NE(QApplication::focusWidget(), &exit());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+  });
+  QTest::keyClick(&go(), Qt::Key_Return);
+  Settle();
+  EXPECT_TRUE(seen);
+  EXPECT_FALSE(program_.Beeindigd) << "a key pressed Exit";
+  EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+}
+
+TEST_F(MainWindowRunTest, AfterARunTheFocusStandsOnOk) {
+  StartWith("/s", "/t");
+  Activate();
+  Click(ok());
+  ClickGo();
+  EXPECT_EQ(program_.run.end, RunEnd::kFinished);
+  EXPECT_EQ(QApplication::focusWidget(), &ok());
+}
+
+TEST_F(MainWindowRunTest, AWindowThatComesToTheFrontInAnUnattendedRunDoesNotStandOnExit) {
+  files_.AddFile("/set.dat", "/s\r\n/t\r\n/list.txt\r\nlog=0\r\nsep=|\r\njok=*\r\n1.txt\r\n");
+  system_.command_line = "-if /set.dat";
+  desktop_.emplace(program_);
+  bool seen = false;
+  InRun([&] {
+    seen = true;
+    window().activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+    EXPECT_NE(QApplication::focusWidget(), &exit());
+  });
+  EXPECT_EQ(StartUp(program_), ErrorNumber::kNone);
+  EXPECT_TRUE(seen);
+}
+
+TEST_F(MainWindowRunTest, AfterExitInMidFileTheWindowStaysWithAWordUntilTheRunHasEnded) {
+  files_.AddFile("/s/one.txt", std::string(200'000, 'a'));
+  StartWith("/s", "/t");
+  Click(ok());
+  bool copying = false;
+  bool shown_then = false;
+  QString word;
+  // The part of the file that was done is copied, in which time no event is handled.
+  files_.fail = [&](const std::string& call, const std::string& path) {
+    if (program_.Beeindigd && call == "CopyFile" && path == "/t/one.txt" && !copying) {
+      copying = true;
+      shown_then = window().isVisible() && !window().isEnabled();
+      word = Text("lblTotalFiles");
+    }
+    return ErrorNumber::kNone;
+  };
+  system_.step = std::chrono::milliseconds(15);
+  std::function<void()> act = [&] {
+    if (program_.run.FileOffset == 0) return QTimer::singleShot(0, &program_context_, act);
+    QTest::mouseClick(&exit(), Qt::LeftButton);
+    window().close();  // an impatient user
+    EXPECT_TRUE(window().isVisible());
+  };
+  QTimer::singleShot(0, &program_context_, act);
+  ClickGo();
+  ASSERT_TRUE(copying) << "Exit came before or after the file";
+  EXPECT_TRUE(shown_then);
+  EXPECT_TRUE(word.startsWith("Stopping")) << word.toStdString();
+  EXPECT_TRUE(HasEnded(program_));
+  EXPECT_FALSE(window().isVisible());
 }
 
 TEST_F(MainWindowRunTest, AnUnattendedRunPressesTheButtonsAndEnds) {

@@ -132,6 +132,58 @@ TEST_F(OptionsListTest, BothCommandsWorkInTheList) {
   EXPECT_EQ(list().currentRow(), state().lstExtensie.current.get());
 }
 
+TEST_F(OptionsListTest, TypedLettersMoveTheMarkAndSelectOrDeselectNothing) {
+  const Entries entries = {{".txt", true}, {".log", true}, {".csv", false}, {".c", true}};
+  Open(entries);
+  OpenList();
+  list().setFocus();
+  list().setCurrentRow(1, QItemSelectionModel::NoUpdate);
+  for (const char* typed : {".csv", "t", ".", "x", ".t"}) {
+    QTest::keyClicks(&list(), typed);
+    Settle();
+    EXPECT_EQ(Stored(), entries) << "after " << typed;
+    EXPECT_EQ(ShownEntries(), entries) << "after " << typed;
+    EXPECT_EQ(list().currentRow(), state().lstExtensie.current.get()) << "after " << typed;
+  }
+}
+
+TEST_F(OptionsListTest, TypedLettersFindTheEntryThatBeginsWithThem) {
+  Open({{".txt", true}, {".log", true}, {".csv", false}});
+  OpenList();
+  list().setFocus();
+  QTest::keyClicks(&list(), ".cs");
+  Settle();
+  EXPECT_EQ(state().lstExtensie.current, 2);
+}
+
+TEST_F(OptionsListTest, KeysButSpaceSelectAndDeselectNothing) {
+  const Entries entries = {{".a", true}, {".b", false}, {".c", true}, {".d", false}};
+  Open(entries);
+  OpenList();
+  list().setFocus();
+  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_End, Qt::Key_Up, Qt::Key_Home, Qt::Key_PageDown,
+                            Qt::Key_A, Qt::Key_Select, Qt::Key_Return, Qt::Key_F2}) {
+    for (const Qt::KeyboardModifier modifier :
+         {Qt::NoModifier, Qt::ShiftModifier, Qt::ControlModifier}) {
+      if (key == Qt::Key_Return && modifier == Qt::ControlModifier) continue;  // adds what is typed
+      Key(list(), key, modifier);
+      EXPECT_EQ(Stored(), entries) << "key " << key << " with " << modifier;
+    }
+  }
+}
+
+TEST_F(OptionsListTest, SpaceSelectsAndDeselectsTheMarkedEntry) {
+  Open({{".a", true}, {".b", false}});
+  OpenList();
+  list().setFocus();
+  list().setCurrentRow(0, QItemSelectionModel::NoUpdate);
+  Key(list(), Qt::Key_Space);
+  EXPECT_EQ(Stored(), (Entries{{".a", false}, {".b", false}}));
+  Key(list(), Qt::Key_Down);
+  Key(list(), Qt::Key_Space);
+  EXPECT_EQ(Stored(), (Entries{{".a", false}, {".b", true}}));
+}
+
 TEST_F(OptionsListTest, RemovingTheLastEntryLeavesAnEmptyList) {
   Open({{".a", true}});
   OpenList();
