@@ -132,10 +132,12 @@ void FolderModel::HandleFile(const std::string& folder, const std::string& name,
       ++left_out_;
       ++missed_;
       LogFailedCopy(path, processed, error);
-      return;
+    } else {
+      ++copies_;
     }
   } else {
     const bool copied = Copy(path, target + "/" + name, source) == CopyError::kNone;
+    copies_ += copied ? 1 : 0;
     left_out_ += copied ? 0 : 1;
     missed_ += copied ? 0 : 1;
     ++files_skipped_;
@@ -150,7 +152,12 @@ void FolderModel::HandleTopFiles(const std::string& source, const std::string& t
   }
   const std::vector<std::string> listing = disk_.Find(source)->listing;
   for (const std::string& name : listing) {
-    if (disk_.IsFile(source + "/" + name) && name != kTemporaryName) {
+    if (!disk_.IsFile(source + "/" + name)) {
+      continue;
+    }
+    if (name == kTemporaryName) {
+      ++left_out_;
+    } else {
       HandleFile(source, name, target, "." + FileExtension(name));
     }
   }
@@ -181,7 +188,12 @@ void FolderModel::Walk(const std::string& source, const std::string& target) {
     }
     const std::vector<std::string> names = disk_.Find(folder)->listing;
     for (const std::string& name : names) {
-      if (disk_.IsFile(folder + "/" + name) && name != kTemporaryName) {
+      if (!disk_.IsFile(folder + "/" + name)) {
+        continue;
+      }
+      if (name == kTemporaryName) {
+        ++left_out_;
+      } else {
         HandleFile(folder, name, folder_target, LastCharacters(name, 4));
       }
     }

@@ -44,7 +44,9 @@ class FolderModel {
   std::int64_t files_skipped() const { return files_skipped_; }
   // Files and folders that did not go to the target, by a rule or for an error.
   std::int64_t left_out() const { return left_out_; }
-  // Those of them that belong to the source.
+  // Copies that went to the target, whole.
+  std::int64_t copies() const { return copies_; }
+  // Those of what did not that belong to the source.
   std::int64_t missed() const { return missed_; }
   std::int64_t hits_total() const { return hits_total_; }
   std::int64_t bytes_total() const { return bytes_total_; }
@@ -72,6 +74,7 @@ class FolderModel {
   std::int64_t files_skipped_ = 0;
   std::int64_t left_out_ = 0;
   std::int64_t missed_ = 0;
+  std::int64_t copies_ = 0;
   std::int64_t hits_total_ = 0;
   std::int64_t bytes_total_ = 0;
   std::string total_files_caption_;

@@ -136,7 +136,14 @@ void CheckErrors(const RunOutcome& expected, const std::string& errors, std::ost
   const bool alone = found.size() == expected.messages.size();
   const bool reported = errors.find("runtime error:") != std::string::npos ||
                         errors.find("Sanitizer") != std::string::npos;
-  if (in_front && !reported && (alone || expected.occasion_for_remarks)) {
+  const std::string others =
+      std::to_string(expected.other_files) +
+      (expected.other_files == 1 ? " file in the target is" : " files in the target are") +
+      " not of this run.";
+  const bool of_target = expected.other_files == 0
+                             ? found.find(" not of this run") == std::string::npos
+                             : found.find(others) != std::string::npos;
+  if (in_front && !reported && of_target && (alone || expected.occasion_for_remarks)) {
     return;
   }
   *text << "  standard error\n    expected: " << Escaped(expected.messages)

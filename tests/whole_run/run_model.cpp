@@ -40,6 +40,15 @@ void RunSingleFile(const RunInput& input, const Settings& settings, const std::s
   outcome->exit_status = written ? 0 : 1;
 }
 
+std::int64_t FilesBelow(const Disk& disk, const std::string& folder) {
+  const std::string start = folder == "/" ? folder : folder + "/";
+  std::int64_t count = 0;
+  for (const auto& [path, node] : disk.nodes()) {
+    count += path.rfind(start, 0) == 0 && node.kind != NodeKind::kFolder ? 1 : 0;
+  }
+  return count;
+}
+
 void LogSummary(const RunInput& input, const Settings& settings, FolderModel* files) {
   files->Log("  ");
   files->Log("Initialisatie-bestand: " + input.settings_path);
@@ -61,8 +70,13 @@ void RunFolder(const RunInput& input, const Settings& settings, FolderModel* fil
     outcome->exit_status = 1;
     return;
   }
+  const Node* before = files->disk().Find(target);
+  const bool was_empty = before != nullptr && before->listing.empty();
   files->HandleTopFiles(source, target);
   files->Walk(source, target);
+  if (!was_empty && !target.empty()) {
+    outcome->other_files = FilesBelow(files->disk(), target) - files->copies();
+  }
   outcome->exit_status = files->missed() > 0 ? 3 : 0;
   outcome->captions[0] = files->total_files_caption();
   outcome->captions[1] = kElapsedCaption;
@@ -96,7 +110,8 @@ RunOutcome PredictRun(const RunInput& input) {
     RunFolder(input, settings, &files, &outcome);
   }
   outcome.occasion_for_remarks =
-      outcome.exit_status != 0 || files.left_out() > 0 || files.hits_total() == 0;
+      outcome.exit_status != 0 || files.left_out() > 0 || files.hits_total() == 0 ||
+      outcome.other_files > 0;
   outcome.disk = files.disk();
   outcome.log = files.log();
   return outcome;

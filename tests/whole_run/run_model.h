@@ -52,6 +52,9 @@ struct RunOutcome {
   // failed, it left something out, or it replaced nothing. A run that did all that can be meant by
   // its settings is silent.
   bool occasion_for_remarks = false;
+  // How many files in the target the run has not put there; the console says so unless there are
+  // none.
+  std::int64_t other_files = 0;
   int exit_status = 0;
 };
 

@@ -90,7 +90,7 @@ TEST_F(Files, LinkThatLeadsBackUpIsNotFollowed) {
   EXPECT_FALSE(scene_.Exists("out/sub/self/self"));
 }
 
-TEST_F(Files, BrokenLinksAndPipesAreNoFiles) {
+TEST_F(Files, BrokenLinksAndPipesAreNoFilesAndMissed) {
   Link("nowhere.txt", "src/broken.txt");
   ASSERT_EQ(mkfifo(scene_.At("src/pipe.txt").c_str(), 0600), 0);
   ASSERT_EQ(mkfifo(scene_.At("src/sub/pipe.bin").c_str(), 0600), 0);

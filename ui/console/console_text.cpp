@@ -157,6 +157,7 @@ std::string ResultLines(const Program& program) {
   const RunState& run = program.run;
   // The labels stand as the last whole file left them.
   if (run.end == RunEnd::kStopped) {
+    if (run.FilesDone + run.FilesSkipped == 0) return "";
     return "Scanned: " + std::to_string(run.FilesDone) +
            "\nSkipped: " + std::to_string(run.FilesSkipped) +
            "\nHits: " + std::to_string(run.HitsTotal) + "\n";
