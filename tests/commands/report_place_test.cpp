@@ -101,6 +101,16 @@ TEST_F(ReportPlaceTest, NeighboursOfASingleFileStay) {
   EXPECT_FALSE(scene.Exists("made/a.txt"));
 }
 
+TEST_F(ReportPlaceTest, TheReportBesideASingleFileGivesWayToTheNextOne) {
+  const std::string command =
+      "cd src && morvex-cli run a.txt made.txt --list ../list.txt --report run.json";
+  for (int run = 0; run < 2; ++run) {
+    const ProgramResult result = scene.Shell(command);
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_TRUE(IsReport("src/run.json"));
+  }
+}
+
 TEST_F(ReportPlaceTest, TheFilesOfTheProgramFolderStay) {
   const std::string folder = scene.scene().program_folder();
   for (const char* name : {"Morvex.log", "Init.dat", "Debug.log"}) {

@@ -207,8 +207,9 @@ std::string WithoutWarnings(const std::string& errors) {
   std::string rest;
   for (std::string line; std::getline(lines, line);) {
     const std::size_t mark = line.find(": warning: ");
+    const bool of_the_list = line.find(": warning: no left text holds the wildcard") == mark;
     const bool is_warning = mark != std::string::npos && mark > 0 &&
-                            (line.starts_with("morvex-cli: ") ||
+                            (line.starts_with("morvex-cli: ") || of_the_list ||
                              std::isdigit(static_cast<unsigned char>(line[mark - 1])) != 0);
     if (!is_warning) rest += line + "\n";
   }

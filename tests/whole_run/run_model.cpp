@@ -109,9 +109,8 @@ RunOutcome PredictRun(const RunInput& input) {
   } else {
     RunFolder(input, settings, &files, &outcome);
   }
-  outcome.occasion_for_remarks =
-      outcome.exit_status != 0 || files.left_out() > 0 || files.hits_total() == 0 ||
-      outcome.other_files > 0;
+  outcome.occasion_for_remarks = outcome.exit_status != 0 || files.left_out() > 0 ||
+                                 files.hits_total() == 0 || outcome.other_files > 0;
   outcome.disk = files.disk();
   outcome.log = files.log();
   return outcome;

@@ -65,19 +65,15 @@ bool ReportPlace::SparesOwnPlaces() {
   return true;
 }
 
-// A file is there.
+// A file is there. Beside a single file an older report may lie: the same command is given twice.
 bool ReportPlace::MayReplace() {
   using Tree = std::pair<std::string, const char*>;
   const std::array<Tree, 2> trees = {Tree{program_.frmMorvex.Text1(kSourceBox).text, "the source"},
                                      Tree{program_.frmMorvex.Text1(kTargetBox).text, "the target"}};
   const bool is_single_file = FileExists(program_, trees.front().first);
   for (const auto& [place, what] : trees) {
-    const std::string folder =
-        is_single_file ? FolderOf(program_, RealPlace(program_, place)) : place;
-    const std::optional<std::string> way = WayFrom(program_, folder, path_);
-    if (!way || (is_single_file && NameIn(program_, *way) != *way)) continue;
-    return Refuse("is a file that lies " + std::string(is_single_file ? "beside " : "in ") + what +
-                  kAnother);
+    if (is_single_file || !WayFrom(program_, place, path_)) continue;
+    return Refuse("is a file that lies in " + (what + std::string(kAnother)));
   }
   replaces_ = HoldsRunReport(program_.host.files, path_);
   if (replaces_) return true;

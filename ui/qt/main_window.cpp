@@ -47,6 +47,7 @@ MainWindowWidget::MainWindowWidget(Program& program, const CodePage& page,
       total_files_(MakeLabel(this, window_.lblTotalFiles)),
       time_(MakeLabel(this, window_.lblTijd)),
       result_(MakeLabel(this, window_.lblPercentage)),
+      note_(new ElidedLabel(Qt::ElideRight, this)),
       progress_(new QProgressBar(this)),
       image_(new PictureView(":/pictures/mask.svg", this)),
       controls_{{&window_.Text1(kSourceBox), rows_[0].box},
@@ -65,6 +66,7 @@ MainWindowWidget::MainWindowWidget(Program& program, const CodePage& page,
                 {&window_.lblTotalFiles, total_files_},
                 {&window_.lblTijd, time_},
                 {&window_.lblPercentage, result_},
+                {&window_.lblNote, note_},
                 {&window_.ProgressBar1, progress_},
                 {&window_.Image1, image_}} {
   setObjectName("frmMorvex");
@@ -98,6 +100,7 @@ void MainWindowWidget::NameControls() {
   total_files_->setObjectName("lblTotalFiles");
   time_->setObjectName("lblTijd");
   result_->setObjectName("lblPercentage");
+  name(note_, "lblNote", tr("What to know of the last run"));
   name(progress_, "ProgressBar1", tr("Progress of the run"));
   image_->setObjectName("Image1");
 }

@@ -89,6 +89,7 @@ class MainWindowWidget : public BoundWindow {
   QLabel* total_files_;
   QLabel* time_;
   QLabel* result_;
+  ElidedLabel* note_;
   QProgressBar* progress_;
   PictureView* image_;
 

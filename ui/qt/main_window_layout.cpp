@@ -71,7 +71,11 @@ void MainWindowWidget::LayOut() {
   column_->addWidget(extensions_);
   column_->addWidget(files_);
   column_->addLayout(LayOutStatistics());
-  column_->addWidget(progress_);
+  // The note comes when a run has ended, the bar goes then: they share one place.
+  auto* const foot = new QGridLayout;
+  foot->addWidget(note_, 0, 0);
+  foot->addWidget(progress_, 0, 0, Qt::AlignVCenter);
+  column_->addLayout(foot);
   column_->addStretch(1);
 }
 

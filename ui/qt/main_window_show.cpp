@@ -81,6 +81,7 @@ void MainWindowWidget::ShowTexts() {
   extensions_->ShowHint(page_.Shown(window_.lblExtensions.tool_tip.get()));
   files_->ShowText(file_names_.Shown(window_.lblFiles.caption.get()));
   files_->ShowHint(page_.Shown(window_.lblFiles.tool_tip.get()));
+  note_->ShowText(page_.Shown(window_.lblNote.caption.get()));
 
   anonymize_->setText(WithMnemonic(page_.Shown(window_.cmdAnonymize.caption.get()), 'O'));
   exit_->setText(WithMnemonic(page_.Shown(window_.cmdExit.caption.get()), 'X'));
