@@ -70,6 +70,19 @@ TEST_F(MainWindowRunTest, AFolderRunShowsItsResultAndTheWindowIsIdleAgain) {
   EXPECT_EQ(program_.run.end, RunEnd::kFinished);
 }
 
+TEST_F(MainWindowRunTest, WhatTheTargetHeldBeforeIsShownInPlaceOfTheBar) {
+  files_.AddFile("/t/old.txt", "Anna");
+  StartWith("/s", "/t");
+  const auto& note = Get<ElidedLabel>("lblNote");
+  EXPECT_EQ(note.text(), "");
+  Click(ok());
+  ClickGo();
+  EXPECT_EQ(note.text(), "1 file in the target is not of this run.");
+  EXPECT_TRUE(note.isVisible());
+  EXPECT_FALSE(Get<QWidget>("ProgressBar1").isVisible());
+  EXPECT_TRUE(note.geometry().intersects(Get<QWidget>("ProgressBar1").geometry()));
+}
+
 TEST_F(MainWindowRunTest, ASingleFileRunLeavesTheWindowArmed) {
   StartWith("/s/one.txt", "/t/copy.txt");
   Click(ok());
