@@ -32,7 +32,7 @@ TEST(UnattendedWords, PiecesOfTheCommandLineThatNobodyWantsAreNamed) {
 }
 
 TEST(UnattendedWords, ALineWithoutAnythingElseIsRunWithoutAWord) {
-  const UnattendedScene scene("Anna|[A]\r\n|||\r\n");
+  const UnattendedScene scene("Anna|[A]\r\nborn *;|born ;\r\n|||\r\n");
   EXPECT_EQ(scene.Shell("morvex-cli -if settings.dat -dy 0").errors, "");
   EXPECT_EQ(scene.Shell("morvex-cli '' -if settings.dat").errors, "");
 }

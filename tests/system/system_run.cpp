@@ -113,7 +113,7 @@ Files SystemTest::Target() const { return FilesBelow(scene_.At("out")); }
 Files SystemTest::Source() const { return FilesBelow(scene_.At("src")); }
 
 std::string WithoutRemarks(const std::string& errors) {
-  std::istringstream lines(errors);
+  std::istringstream lines(whole_run::WithoutWarnings(errors));
   std::string others;
   for (std::string line; std::getline(lines, line);) {
     const bool is_remark =

@@ -58,8 +58,8 @@ class SystemTest : public ::testing::Test {
   Scene scene_;
 };
 
-// What a run says, without what a run that did all there is to do may say too: that it met the
-// temporary file of an earlier run, and that the target held files before.
+// What a run says, without what a run that did all there is to do may say too: warnings of the
+// list, that it met the temporary file of an earlier run, that the target held files before.
 std::string WithoutRemarks(const std::string& errors);
 
 // The text with every "ab" replaced.

@@ -152,7 +152,7 @@ void FolderModel::HandleTopFiles(const std::string& source, const std::string& t
   }
   const std::vector<std::string> listing = disk_.Find(source)->listing;
   for (const std::string& name : listing) {
-    if (!disk_.IsFile(source + "/" + name)) {
+    if (disk_.IsFolder(source + "/" + name)) {
       continue;
     }
     if (name == kTemporaryName) {
@@ -188,7 +188,7 @@ void FolderModel::Walk(const std::string& source, const std::string& target) {
     }
     const std::vector<std::string> names = disk_.Find(folder)->listing;
     for (const std::string& name : names) {
-      if (!disk_.IsFile(folder + "/" + name)) {
+      if (disk_.IsFolder(folder + "/" + name)) {
         continue;
       }
       if (name == kTemporaryName) {
