@@ -3,6 +3,8 @@
 #pragma once
 
 #include <windows.h>
+// Needs the first.
+#include <winioctl.h>
 
 #undef CopyFile
 #undef CreateFile

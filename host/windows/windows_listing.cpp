@@ -2,8 +2,6 @@
 // only links cost a look at what they lead to.
 #include "host/windows/windows_listing.h"
 
-#include <winioctl.h>
-
 #include <array>
 #include <cstring>
 #include <string_view>
