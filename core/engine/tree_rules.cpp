@@ -33,7 +33,7 @@ Result<PassedOver> TreeRules::WhyNotEntered(const FolderInfo& folder) const {
     if (inside.value) return PassedOver::kTargetFolder;
   }
   if (IsByLink(folder)) {
-    const auto visits = visits_by_links_.find(folder.identity);
+    const auto visits = visits_by_links_.find({folder.identity.device, folder.identity.number});
     const bool too_often = visits != visits_by_links_.end() && visits->second >= kMostVisitsByLinks;
     if (too_often) return PassedOver::kLinkedTooOften;
   }
@@ -42,7 +42,7 @@ Result<PassedOver> TreeRules::WhyNotEntered(const FolderInfo& folder) const {
 
 void TreeRules::Enter(const FolderInfo& folder) {
   const bool by_link = IsByLink(folder);
-  if (by_link) ++visits_by_links_[folder.identity];
+  if (by_link) ++visits_by_links_[{folder.identity.device, folder.identity.number}];
   current_path_.push_back({folder.identity, by_link});
 }
 

@@ -56,7 +56,8 @@ class TreeRules {
   Result<FolderInfo> target_;
   Result<std::string> target_real_path_;
   std::vector<Step> current_path_;
-  std::map<FileIdentity, std::int64_t> visits_by_links_;
+  // By device and number of the folder.
+  std::map<std::pair<std::uint64_t, std::uint64_t>, std::int64_t> visits_by_links_;
 };
 
 // A walk through a tree in pre-order. It keeps what it has still to do in memory of its own: a tree
