@@ -9,6 +9,8 @@
 namespace morvex::commands {
 namespace {
 
+using namespace std::string_literals;
+
 // A source tree "src" with two files, one of them in a sub-folder, and a list beside it.
 class ReportPlaceTest : public ::testing::Test {
  protected:
@@ -178,12 +180,21 @@ TEST_F(ReportPlaceTest, OnlyAnOlderReportIsReplaced) {
   ExpectRefused("place.json", "holds something else than an older report");
 
   ASSERT_EQ(Run("report.json").status, 0);
-  const std::string first = scene.Read("report.json");
   ASSERT_EQ(scene.Shell("ln -s report.json link").status, 0);
   scene.Write("src/c.txt", "Anna");
   ASSERT_EQ(Run("link").status, 0);
   EXPECT_TRUE(IsReport("report.json"));
   EXPECT_NE(scene.Read("report.json").find("c.txt"), std::string::npos);
+}
+
+TEST_F(ReportPlaceTest, AReportWithAnythingBehindItIsNotReplaced) {
+  ASSERT_EQ(Run("report.json").status, 0);
+  for (const std::string& behind : {"a novel"s, "\0a novel"s, "\n\0\0\0"s, "{}"s}) {
+    const std::string kept = scene.Read("report.json") + behind;
+    scene.Write("place.json", kept);
+    ExpectRefused("place.json", "holds something else than an older report");
+    EXPECT_EQ(scene.Read("place.json"), kept);
+  }
 }
 
 TEST_F(ReportPlaceTest, WhatAppearsThereDuringTheRunStaysAndTheReportLiesBesideIt) {
