@@ -295,6 +295,26 @@ TEST(CheckCommandTest, CtrlCEndsWithAMessageAWholeDocumentAndStatus1) {
   EXPECT_NE(lines.errors.find("Interrupted: "), std::string::npos) << lines.errors;
 }
 
+// The check waits for its reader when the signal comes.
+TEST(CheckCommandTest, CtrlCLeavesTheDocumentWholeWhoeverReadsItSlowly) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|x\r\n");
+  std::string many;
+  for (int i = 0; i < 2000; ++i) many += "Anna and more\n";
+  for (int file = 0; file < 300; ++file) scene.Write("tree/" + std::to_string(file), many);
+  ASSERT_EQ(scene.Shell("mkfifo pipe").status, 0);
+  const ProgramResult slow = scene.Shell(
+      "(sleep 3; cat) < pipe > out.json & exec 3> pipe; "
+      "timeout --foreground --preserve-status -s INT 2 morvex-cli check tree --list list.txt "
+      "--json --quiet >&3; status=$?; exec 3>&-; wait; exit $status");
+  EXPECT_EQ(slow.status, 1);
+  EXPECT_EQ(slow.errors,
+            "Interrupted: the check was stopped, not everything was looked through.\n");
+  const json found = json::parse(scene.Read("out.json"), nullptr, false);
+  ASSERT_FALSE(found.is_discarded());
+  EXPECT_EQ(found["interrupted"], true);
+}
+
 TEST(CheckCommandTest, AListThatMayLackRowsNeverPasses) {
   const CommandScene scene;
   scene.Write("tree/a", "nothing");
