@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "tests/commands/command_scene.h"
@@ -244,16 +245,32 @@ TEST_F(ReportPlaceTest, TheListInTheSourceIsWarnedOf) {
     const ProgramResult result =
         scene.Shell("morvex-cli run src out --yes --quiet --all --list " + std::string(list));
     EXPECT_EQ(result.status, 0);
-    EXPECT_NE(result.errors.find(std::string(list) + ": warning: the replacement list " + warning),
+    EXPECT_NE(result.errors.find("src/list.txt: warning: the replacement list " + warning),
               std::string::npos)
         << result.errors;
   }
   const ProgramResult settings =
       scene.Shell("rm -r out; morvex-cli run --from settings.dat --list list.txt --yes --strict");
   EXPECT_EQ(settings.status, 1);
-  EXPECT_NE(settings.errors.find("settings.dat: error: the settings file " + warning),
+  EXPECT_NE(settings.errors.find("src/settings.dat: error: the settings file " + warning),
             std::string::npos)
       << settings.errors;
+  EXPECT_FALSE(scene.Exists("out"));
+}
+
+TEST_F(ReportPlaceTest, AListThatALinkInTheSourceLeadsToIsWarnedOf) {
+  for (const char* link : {"ln -s ../list.txt src/link.txt", "ln list.txt src/sub/hard.txt",
+                           "mkdir lists; mv list.txt lists; ln -s lists/list.txt list.txt; ln -s "
+                           "../lists src/lists"}) {
+    ASSERT_EQ(scene.Shell(link).status, 0) << link;
+    const ProgramResult result = Run("r.json", "--strict");
+    EXPECT_EQ(result.status, 1) << link;
+    EXPECT_NE(result.errors.find(": error: the replacement list lies in the source"),
+              std::string::npos)
+        << link << "\n"
+        << result.errors;
+    scene.Shell("rm -f src/link.txt src/sub/hard.txt");
+  }
   EXPECT_FALSE(scene.Exists("out"));
 }
 
@@ -291,14 +308,21 @@ TEST_F(ReportPlaceTest, ASingleSourceThatIsTheListOrAReportIsWarnedOf) {
   EXPECT_FALSE(scene.Exists("made.txt"));
 }
 
-TEST_F(ReportPlaceTest, AnOlderReportAtTheTopOfTheSourceIsWarnedOf) {
+TEST_F(ReportPlaceTest, AnOlderReportAnywhereInTheSourceIsWarnedOf) {
   ASSERT_EQ(Run("src/r.JSON").status, 0);
   scene.Write("src/other.json", "{\"program\": \"Morvex\"}");
+  ASSERT_EQ(scene
+                .Shell("mkdir -p src/sub/deep away; cp src/r.JSON src/sub/deep/d.json; "
+                       "cp src/r.JSON away/e.json; ln -s ../away src/link; ln -s . src/sub/loop")
+                .status,
+            0);
   const ProgramResult result = Run("r2.json", "--strict");
   EXPECT_EQ(result.status, 1);
-  EXPECT_NE(result.errors.find("src/r.JSON: error: an older report lies in the source"),
-            std::string::npos)
-      << result.errors;
+  for (const char* report : {"src/r.JSON", "src/sub/deep/d.json", "src/link/e.json"}) {
+    const std::string told = std::string(report) + ": error: an older report lies in the source";
+    EXPECT_NE(result.errors.find(told), std::string::npos) << report << "\n" << result.errors;
+  }
+  EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 3) << result.errors;
   EXPECT_EQ(result.errors.find("other.json"), std::string::npos) << result.errors;
 }
 
