@@ -366,6 +366,23 @@ TEST(CheckCommandTest, WhatARowThatEndsInItsOwnBeginningLeavesIsFoundOrNotJudged
   }
 }
 
+TEST(CheckCommandTest, WhatAWildcardLeavesThatTakesInOneByteIsNotJudged) {
+  const CommandScene scene;
+  scene.Write("tree/a", "Mr Renate");
+  const std::string options = " --list list.txt --joker '*'";
+  for (const char* right : {"", "[m]", "Mr X"}) {
+    scene.Write("list.txt", "Mr *|" + std::string(right) + "\n");
+    ASSERT_EQ(scene.Shell("rm -rf out && morvex-cli run tree out --all --yes" + options).status, 0);
+    ASSERT_NE(scene.Read("out/a").find("enate"), std::string::npos) << right;
+    EXPECT_EQ(Check(scene, "out" + options, 3)["all_rows"], false) << right;
+  }
+  // All the rest of the file is taken in where another row is longer.
+  scene.Write("list.txt", "Mr *|[m]\nVollmoor|x\n");
+  ASSERT_EQ(scene.Shell("rm -rf out && morvex-cli run tree out --all --yes" + options).status, 0);
+  EXPECT_EQ(scene.Read("out/a"), "[m]");
+  EXPECT_EQ(Check(scene, "out" + options, 0)["all_rows"], true);
+}
+
 TEST(CheckCommandTest, ManyFilesAreToldInTheOrderOfTheTree) {
   const CommandScene scene;
   scene.Write("list.txt", "Anna|x\r\n");
