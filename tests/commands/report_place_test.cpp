@@ -313,7 +313,8 @@ TEST_F(ReportPlaceTest, AnOlderReportAnywhereInTheSourceIsWarnedOf) {
   scene.Write("src/other.json", "{\"program\": \"Morvex\"}");
   ASSERT_EQ(scene
                 .Shell("mkdir -p src/sub/deep away; cp src/r.JSON src/sub/deep/d.json; "
-                       "cp src/r.JSON away/e.json; ln -s ../away src/link; ln -s . src/sub/loop")
+                       "cp src/r.JSON away/e.json; ln -s ../away src/link; ln -s . src/sub/loop; "
+                       "for i in 1 2 3 4 5 6 7 8 9; do ln -s sub src/$i; done")
                 .status,
             0);
   const ProgramResult result = Run("r2.json", "--strict");

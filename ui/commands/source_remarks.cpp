@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <deque>
 #include <set>
 #include <utility>
 #include <vector>
@@ -23,7 +24,7 @@ void ForEachFile(const Program& program, const std::string& source, const std::s
   std::set<FileIdentity> entered;
   const Result<FolderInfo> left_out = files.LookUpFolder(target);
   if (left_out && WayFrom(program, source, target)) entered.insert(left_out.value.identity);
-  std::vector<std::string> waiting = {source};
+  std::deque<std::string> waiting = {source};  // links behind the folders' own paths
   while (!waiting.empty()) {
     const std::string folder = std::move(waiting.back());
     waiting.pop_back();
@@ -34,7 +35,12 @@ void ForEachFile(const Program& program, const std::string& source, const std::s
     for (const FolderEntry& entry : listing.value) {
       std::string path = JoinPath(program, folder, entry.name);
       if (entry.kind == EntryKind::kFile) take(path);
-      if (entry.kind == EntryKind::kFolder) waiting.push_back(std::move(path));
+      if (entry.kind != EntryKind::kFolder) continue;
+      if (entry.is_link) {
+        waiting.push_front(std::move(path));
+      } else {
+        waiting.push_back(std::move(path));
+      }
     }
   }
 }
