@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <deque>
 #include <set>
 #include <utility>
@@ -21,15 +22,18 @@ template <typename TakeFile>
 void ForEachFile(const Program& program, const std::string& source, const std::string& target,
                  const TakeFile& take) {
   FileService& files = program.host.files;
-  std::set<FileIdentity> entered;
+  std::set<std::pair<std::uint64_t, std::uint64_t>> entered;  // device and number
+  const auto enter = [&entered](const FileIdentity& folder) {
+    return entered.emplace(folder.device, folder.number).second;
+  };
   const Result<FolderInfo> left_out = files.LookUpFolder(target);
-  if (left_out && WayFrom(program, source, target)) entered.insert(left_out.value.identity);
+  if (left_out && WayFrom(program, source, target)) enter(left_out.value.identity);
   std::deque<std::string> waiting = {source};  // links behind the folders' own paths
   while (!waiting.empty()) {
     const std::string folder = std::move(waiting.back());
     waiting.pop_back();
     const Result<FolderInfo> found = files.LookUpFolder(folder);
-    if (!found || !entered.insert(found.value.identity).second) continue;
+    if (!found || !enter(found.value.identity)) continue;
     const Result<std::vector<FolderEntry>> listing = files.ListFolder(folder);
     if (!listing) continue;
     for (const FolderEntry& entry : listing.value) {
