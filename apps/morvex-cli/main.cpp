@@ -96,11 +96,15 @@ int RunFromSettingsFile(Program& program, ConsoleUser& user, CommandMessages& me
   return AfterOutput(ExitStatus(program));
 }
 
+void NoteStopRequests(bool asks) {
+  InstallStopSignals(asks ? WaitsAtStop::kBreakOff : WaitsAtStop::kGoOn);
+}
+
 int RunOneCommand(const std::vector<std::string>& arguments, FileService& files,
                   SystemService& system) {
   return RunCommandLine(arguments, {files, system, std::cin, std::cout, std::cerr, MORVEX_VERSION,
                                     IsTerminal(kStandardInput), IsTerminal(kStandardOutput),
-                                    IsTerminal(kStandardError), TerminalColumns, InstallStopSignals,
+                                    IsTerminal(kStandardError), TerminalColumns, NoteStopRequests,
                                     StopRequested, StandardInput, StandardOutput});
 }
 
@@ -113,7 +117,7 @@ int Main(int argc, char** argv) {
   if (!arguments.empty() && IsCommand(arguments.front())) {
     return RunOneCommand(arguments, files, system);
   }
-  InstallStopSignals();
+  NoteStopRequests(true);
   ConsoleUser user({std::cin, std::cerr, IsTerminal(kStandardInput), IsTerminal(kStandardError),
                     TerminalColumns, StopRequested});
   Program program({files, system, user});

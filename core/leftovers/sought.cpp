@@ -142,7 +142,10 @@ Sought::Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding li
         if (kept.size() <= kLongestPart) row.put_in = kept;
       }
       row.ends_in_beginning = HasEndingInBeginning(left, joker);
-      if (row.ends_in_beginning && row.put_in.empty()) rows_not_judged_.push_back(index);
+      const auto longest = static_cast<std::size_t>(tables.MaxLeftLen);
+      if ((row.ends_in_beginning && row.put_in.empty()) || TakesInOneByte(left, joker, longest)) {
+        rows_not_judged_.push_back(index);
+      }
     }
     const bool is_text =
         std::all_of(row.parts.begin(), row.parts.end(),

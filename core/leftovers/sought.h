@@ -69,8 +69,9 @@ class Sought {
   // text: nothing of them is ever gone, so they are not sought.
   const std::vector<std::int64_t>& rows_that_stay() const { return rows_that_stay_; }
 
-  // Rows that end in their own beginning and whose right text has not all of their parts: what a
-  // run leaves behind them looks like any other text. They are sought as others are.
+  // Rows that end in their own beginning and whose right text has not all of their parts, and those
+  // whose wildcard takes in one byte alone: what a run leaves behind them looks like any other
+  // text. They are sought as others are.
   const std::vector<std::int64_t>& rows_not_judged() const { return rows_not_judged_; }
 
   // Rows of which a part cannot be read in the list's encoding: they are sought as bytes alone.

@@ -72,6 +72,12 @@ class Reviewer {
   // What can be told only of all rows together.
   void TakeEnd() {
     std::vector<ListRemark>& remarks = review.remarks;
+    for (ListRemark& remark : remarks) {
+      if (remark.problem != ListProblem::kOpenWildcard) continue;
+      if (TakesInOneByte(ExpandCRLF(remark.text), code_, longest_)) continue;
+      remark.example.clear();
+      remark.outcome.clear();
+    }
     if (review.is_usable && joker_ != 0 && !joker_is_used_) {
       remarks.insert(remarks.begin(), {ListProblem::kUnusedWildcard, 0, 0, "", ""});
     }
@@ -90,6 +96,7 @@ class Reviewer {
   void TakeRow(std::int64_t line, const std::string& left_cell, const std::string& right_cell) {
     review.line_of_row.push_back(line);
     const std::string left = ExpandCRLF(left_cell);
+    longest_ = std::max(longest_, left.size());
     if (left.empty()) return Remark(ListProblem::kEmptyLeft, line, right_cell);
     if (left.find('\0') != std::string::npos) return Remark(ListProblem::kNul, line, left_cell);
     review.is_usable = true;
@@ -101,10 +108,9 @@ class Reviewer {
     }
     if (left.size() > kLongestMatch) Remark(ListProblem::kTooLong, line, left_cell);
     if (HasEndingInBeginning(left, code_)) {
-      ListRemark remark{ListProblem::kOwnEnding, line, 0, left_cell, ""};
-      remark.example = ExampleFor(left, code_);
-      remark.outcome = outcomes_.Of(left_cell, right_cell, code_, remark.example);
-      review.remarks.push_back(std::move(remark));
+      RemarkWithExample(ListProblem::kOwnEnding, line, left_cell, right_cell);
+    } else if (TakesInOneByte(left, code_, 0)) {
+      RemarkWithExample(ListProblem::kOpenWildcard, line, left_cell, right_cell);
     } else if (has_wildcard && left.find(joker_, 1) == left.size() - 1) {
       Remark(ListProblem::kOpenWildcard, line, left_cell);
     }
@@ -118,6 +124,15 @@ class Reviewer {
 
   void Remark(ListProblem problem, std::int64_t line, const std::string& text) {
     review.remarks.push_back({problem, line, 0, text, ""});
+  }
+
+  // The row is alone in the list of the example.
+  void RemarkWithExample(ListProblem problem, std::int64_t line, const std::string& left_cell,
+                         const std::string& right_cell) {
+    ListRemark remark{problem, line, 0, left_cell, ""};
+    remark.example = ExampleFor(ExpandCRLF(left_cell), code_);
+    remark.outcome = outcomes_.Of(left_cell, right_cell, code_, remark.example);
+    review.remarks.push_back(std::move(remark));
   }
 
   ListReview review;
@@ -174,6 +189,7 @@ class Reviewer {
   bool joker_is_used_ = false;
   std::map<char, Use> uses_;
   RowOutcomes outcomes_;
+  std::size_t longest_ = 0;                           // left text, in bytes
   std::unordered_map<std::string, Earlier> earlier_;  // by left text
   std::set<std::size_t> lengths_;                     // of those without the wildcard
 };

@@ -42,7 +42,8 @@ struct ListRemark {
   std::int64_t earlier_line = 0;  // of the row that wins instead, or of the list's end
   std::string text;               // the left text, or the line that is no row
   std::string earlier_text;       // the left text that wins instead
-  // Of kOwnEnding: a file for which the row may have been written, and what a run makes of it.
+  // Of kOwnEnding, and of kOpenWildcard where the wildcard takes in one byte alone, as no left text
+  // is longer: a file for which the row may have been written, and what a run makes of it.
   std::string example = {};
   std::string outcome = {};
   // Of kNoWildcardSet: which character, and in how many left texts.

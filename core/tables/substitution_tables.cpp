@@ -39,6 +39,11 @@ bool HasEndingInBeginning(std::string_view left, std::uint8_t joker) {
   return !ending.empty() && left.substr(0, wildcard).find(ending) != std::string_view::npos;
 }
 
+bool TakesInOneByte(std::string_view left, std::uint8_t joker, std::size_t longest) {
+  if (joker == 0 || left.size() < std::max(longest, std::size_t{2})) return false;
+  return left.find(static_cast<char>(joker)) == left.size() - 1;
+}
+
 std::string ExpandCRLF(std::string_view text) {
   std::string expanded;
   std::size_t from = 0;

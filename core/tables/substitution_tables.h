@@ -62,6 +62,10 @@ struct SubstitutionTables {
 // bytes behind its beginning, or hardly more, however far away the ending really is.
 bool HasEndingInBeginning(std::string_view left, std::uint8_t joker);
 
+// Whether the only wildcard ends the left text and no left text of the list has more bytes
+// (`longest`). Then an attempt ends where the tables do, and the wildcard takes in one byte alone.
+bool TakesInOneByte(std::string_view left, std::uint8_t joker, std::size_t longest);
+
 // Each "[CRLF]" (exactly so) becomes CR LF.
 std::string ExpandCRLF(std::string_view text);
 

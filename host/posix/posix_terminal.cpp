@@ -25,9 +25,10 @@ bool IsIgnored(int number) {
   return sigaction(number, nullptr, &current) == 0 && current.sa_handler == SIG_IGN;
 }
 
-void SetHandler(int number, void (*handler)(int)) {
+void SetHandler(int number, void (*handler)(int), int flags = 0) {
   struct sigaction action {};
   action.sa_handler = handler;
+  action.sa_flags = flags;
   sigemptyset(&action.sa_mask);
   for (const int other : kStopSignals) sigaddset(&action.sa_mask, other);
   sigaction(number, &action, nullptr);
@@ -54,9 +55,10 @@ int TerminalColumns() {
   return kUsualColumns;
 }
 
-void InstallStopSignals() {
+void InstallStopSignals(WaitsAtStop waits) {
+  const int flags = waits == WaitsAtStop::kGoOn ? SA_RESTART : 0;
   for (const int number : kStopSignals) {
-    if (!IsIgnored(number)) SetHandler(number, NoteStopSignal);
+    if (!IsIgnored(number)) SetHandler(number, NoteStopSignal, flags);
   }
 }
 

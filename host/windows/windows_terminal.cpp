@@ -47,7 +47,8 @@ int TerminalColumns() {
   return kUsualColumns;
 }
 
-void InstallStopSignals() { SetConsoleCtrlHandler(NoteStopEvent, TRUE); }
+// No wait is broken off by an event.
+void InstallStopSignals(WaitsAtStop /*waits*/) { SetConsoleCtrlHandler(NoteStopEvent, TRUE); }
 
 bool StopRequested() { return stop_requested; }
 

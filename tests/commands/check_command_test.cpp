@@ -295,6 +295,26 @@ TEST(CheckCommandTest, CtrlCEndsWithAMessageAWholeDocumentAndStatus1) {
   EXPECT_NE(lines.errors.find("Interrupted: "), std::string::npos) << lines.errors;
 }
 
+// The check waits for its reader when the signal comes.
+TEST(CheckCommandTest, CtrlCLeavesTheDocumentWholeWhoeverReadsItSlowly) {
+  const CommandScene scene;
+  scene.Write("list.txt", "Anna|x\r\n");
+  std::string many;
+  for (int i = 0; i < 2000; ++i) many += "Anna and more\n";
+  for (int file = 0; file < 300; ++file) scene.Write("tree/" + std::to_string(file), many);
+  ASSERT_EQ(scene.Shell("mkfifo pipe").status, 0);
+  const ProgramResult slow = scene.Shell(
+      "(sleep 3; cat) < pipe > out.json & exec 3> pipe; "
+      "timeout --foreground --preserve-status -s INT 2 morvex-cli check tree --list list.txt "
+      "--json --quiet >&3; status=$?; exec 3>&-; wait; exit $status");
+  EXPECT_EQ(slow.status, 1);
+  EXPECT_EQ(slow.errors,
+            "Interrupted: the check was stopped, not everything was looked through.\n");
+  const json found = json::parse(scene.Read("out.json"), nullptr, false);
+  ASSERT_FALSE(found.is_discarded());
+  EXPECT_EQ(found["interrupted"], true);
+}
+
 TEST(CheckCommandTest, AListThatMayLackRowsNeverPasses) {
   const CommandScene scene;
   scene.Write("tree/a", "nothing");
@@ -344,6 +364,23 @@ TEST(CheckCommandTest, WhatARowThatEndsInItsOwnBeginningLeavesIsFoundOrNotJudged
     EXPECT_EQ(found["findings"].size(), findings) << list;
     EXPECT_EQ(found["all_rows"], findings > 0) << list;
   }
+}
+
+TEST(CheckCommandTest, WhatAWildcardLeavesThatTakesInOneByteIsNotJudged) {
+  const CommandScene scene;
+  scene.Write("tree/a", "Mr Renate");
+  const std::string options = " --list list.txt --joker '*'";
+  for (const char* right : {"", "[m]", "Mr X"}) {
+    scene.Write("list.txt", "Mr *|" + std::string(right) + "\n");
+    ASSERT_EQ(scene.Shell("rm -rf out && morvex-cli run tree out --all --yes" + options).status, 0);
+    ASSERT_NE(scene.Read("out/a").find("enate"), std::string::npos) << right;
+    EXPECT_EQ(Check(scene, "out" + options, 3)["all_rows"], false) << right;
+  }
+  // All the rest of the file is taken in where another row is longer.
+  scene.Write("list.txt", "Mr *|[m]\nVollmoor|x\n");
+  ASSERT_EQ(scene.Shell("rm -rf out && morvex-cli run tree out --all --yes" + options).status, 0);
+  EXPECT_EQ(scene.Read("out/a"), "[m]");
+  EXPECT_EQ(Check(scene, "out" + options, 0)["all_rows"], true);
 }
 
 TEST(CheckCommandTest, ManyFilesAreToldInTheOrderOfTheTree) {

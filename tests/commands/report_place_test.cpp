@@ -2,12 +2,15 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "tests/commands/command_scene.h"
 
 namespace morvex::commands {
 namespace {
+
+using namespace std::string_literals;
 
 // A source tree "src" with two files, one of them in a sub-folder, and a list beside it.
 class ReportPlaceTest : public ::testing::Test {
@@ -178,12 +181,21 @@ TEST_F(ReportPlaceTest, OnlyAnOlderReportIsReplaced) {
   ExpectRefused("place.json", "holds something else than an older report");
 
   ASSERT_EQ(Run("report.json").status, 0);
-  const std::string first = scene.Read("report.json");
   ASSERT_EQ(scene.Shell("ln -s report.json link").status, 0);
   scene.Write("src/c.txt", "Anna");
   ASSERT_EQ(Run("link").status, 0);
   EXPECT_TRUE(IsReport("report.json"));
   EXPECT_NE(scene.Read("report.json").find("c.txt"), std::string::npos);
+}
+
+TEST_F(ReportPlaceTest, AReportWithAnythingBehindItIsNotReplaced) {
+  ASSERT_EQ(Run("report.json").status, 0);
+  for (const std::string& behind : {"a novel"s, "\0a novel"s, "\n\0\0\0"s, "{}"s}) {
+    const std::string kept = scene.Read("report.json") + behind;
+    scene.Write("place.json", kept);
+    ExpectRefused("place.json", "holds something else than an older report");
+    EXPECT_EQ(scene.Read("place.json"), kept);
+  }
 }
 
 TEST_F(ReportPlaceTest, WhatAppearsThereDuringTheRunStaysAndTheReportLiesBesideIt) {
@@ -233,16 +245,32 @@ TEST_F(ReportPlaceTest, TheListInTheSourceIsWarnedOf) {
     const ProgramResult result =
         scene.Shell("morvex-cli run src out --yes --quiet --all --list " + std::string(list));
     EXPECT_EQ(result.status, 0);
-    EXPECT_NE(result.errors.find(std::string(list) + ": warning: the replacement list " + warning),
+    EXPECT_NE(result.errors.find("src/list.txt: warning: the replacement list " + warning),
               std::string::npos)
         << result.errors;
   }
   const ProgramResult settings =
       scene.Shell("rm -r out; morvex-cli run --from settings.dat --list list.txt --yes --strict");
   EXPECT_EQ(settings.status, 1);
-  EXPECT_NE(settings.errors.find("settings.dat: error: the settings file " + warning),
+  EXPECT_NE(settings.errors.find("src/settings.dat: error: the settings file " + warning),
             std::string::npos)
       << settings.errors;
+  EXPECT_FALSE(scene.Exists("out"));
+}
+
+TEST_F(ReportPlaceTest, AListThatALinkInTheSourceLeadsToIsWarnedOf) {
+  for (const char* link : {"ln -s ../list.txt src/link.txt", "ln list.txt src/sub/hard.txt",
+                           "mkdir lists; mv list.txt lists; ln -s lists/list.txt list.txt; ln -s "
+                           "../lists src/lists"}) {
+    ASSERT_EQ(scene.Shell(link).status, 0) << link;
+    const ProgramResult result = Run("r.json", "--strict");
+    EXPECT_EQ(result.status, 1) << link;
+    EXPECT_NE(result.errors.find(": error: the replacement list lies in the source"),
+              std::string::npos)
+        << link << "\n"
+        << result.errors;
+    scene.Shell("rm -f src/link.txt src/sub/hard.txt");
+  }
   EXPECT_FALSE(scene.Exists("out"));
 }
 
@@ -280,14 +308,22 @@ TEST_F(ReportPlaceTest, ASingleSourceThatIsTheListOrAReportIsWarnedOf) {
   EXPECT_FALSE(scene.Exists("made.txt"));
 }
 
-TEST_F(ReportPlaceTest, AnOlderReportAtTheTopOfTheSourceIsWarnedOf) {
+TEST_F(ReportPlaceTest, AnOlderReportAnywhereInTheSourceIsWarnedOf) {
   ASSERT_EQ(Run("src/r.JSON").status, 0);
   scene.Write("src/other.json", "{\"program\": \"Morvex\"}");
+  ASSERT_EQ(scene
+                .Shell("mkdir -p src/sub/deep away; cp src/r.JSON src/sub/deep/d.json; "
+                       "cp src/r.JSON away/e.json; ln -s ../away src/link; ln -s . src/sub/loop; "
+                       "for i in 1 2 3 4 5 6 7 8 9; do ln -s sub src/$i; done")
+                .status,
+            0);
   const ProgramResult result = Run("r2.json", "--strict");
   EXPECT_EQ(result.status, 1);
-  EXPECT_NE(result.errors.find("src/r.JSON: error: an older report lies in the source"),
-            std::string::npos)
-      << result.errors;
+  for (const char* report : {"src/r.JSON", "src/sub/deep/d.json", "src/link/e.json"}) {
+    const std::string told = std::string(report) + ": error: an older report lies in the source";
+    EXPECT_NE(result.errors.find(told), std::string::npos) << report << "\n" << result.errors;
+  }
+  EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 3) << result.errors;
   EXPECT_EQ(result.errors.find("other.json"), std::string::npos) << result.errors;
 }
 

@@ -174,7 +174,7 @@ int RunCheck(const CheckOptions& options, const CommandConsole& console) {
   Program program({console.files, console.system, user});
   program.settings.gSeparator = kDefaultSeparator;
   if (!TakeListOptions(program, options, messages)) return kExitUsage;
-  if (console.note_stop_requests) console.note_stop_requests();
+  if (console.note_stop_requests) console.note_stop_requests(false);
   const std::optional<ListReview> review = ReviewList(program, messages);
   if (!review || messages.any_error() || !LoadList(program, messages, ByteOrderMarks::kDropped)) {
     return kExitFailed;

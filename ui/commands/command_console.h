@@ -22,9 +22,11 @@ struct CommandConsole {
   bool input_is_terminal = false;
   bool output_is_terminal = false;
   bool error_is_terminal = false;
-  std::function<int()> columns;              // of the terminal
-  std::function<void()> note_stop_requests;  // from now on, instead of ending the process
-  std::function<bool()> stop_requested;      // one has been noted
+  std::function<int()> columns;  // of the terminal
+  // From now on, instead of ending the process. The first one breaks off a wait for an answer; one
+  // who asks nothing says so and loses nothing of what is being written.
+  std::function<void(bool asks)> note_stop_requests;
+  std::function<bool()> stop_requested;  // one has been noted
   // Standard input and output byte by byte; nothing else may then be read or written there.
   std::function<std::unique_ptr<InputFile>()> open_input;
   std::function<std::unique_ptr<OutputFile>()> open_output;

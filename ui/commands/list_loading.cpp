@@ -39,6 +39,13 @@ std::string Advice(const ListRemark& remark, const std::string& separator) {
              " is so short that it will be found everywhere, inside other words too: write "
              "more of it.";
     case ListProblem::kOpenWildcard:
+      if (!remark.example.empty()) {
+        return text +
+               " ends in the wildcard and no left text is longer, so that it takes in one byte "
+               "alone: of " +
+               Quoted(remark.example) + " a run makes " + Quoted(remark.outcome) +
+               "; write what follows there, or [CRLF].";
+      }
       return text +
              " ends in the wildcard, so nothing ends what it takes in: write what follows "
              "there, or [CRLF].";

@@ -55,7 +55,7 @@ class RunCommand {
 
     std::optional<RunReport> report;
     if (!options_.report.empty()) program_.observer = &report.emplace(program_);
-    if (console_.note_stop_requests) console_.note_stop_requests();
+    if (console_.note_stop_requests) console_.note_stop_requests(true);
     ArmRun(program_);
     cmdGo_Click(program_);
     user_.ClearProgress();

@@ -119,6 +119,8 @@ class FileBuffer : public std::streambuf {
     const Result<std::size_t> read = file_.ReadAt(offset_, block_.data(), block_.size());
     if (!read || read.value == 0) return traits_type::eof();
     offset_ += read.value;
+    // The parser takes a NUL for the end and would not look at what follows. Reports hold none.
+    std::replace(block_.begin(), block_.begin() + read.value, '\0', '\x01');
     setg(block_.data(), block_.data(), block_.data() + read.value);
     return traits_type::to_int_type(block_.front());
   }

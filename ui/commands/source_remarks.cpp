@@ -1,5 +1,11 @@
 #include "ui/commands/source_remarks.h"
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <set>
+#include <utility>
 #include <vector>
 
 #include "core/program/paths.h"
@@ -10,19 +16,41 @@
 namespace morvex {
 namespace {
 
-// The files that may be reports.
-std::vector<std::string> ReportsIn(const Program& program, const std::string& source) {
+// Goes through the source's files, those that links lead to as well: each folder once, and not the
+// target, which is no part of the source.
+template <typename TakeFile>
+void ForEachFile(const Program& program, const std::string& source, const std::string& target,
+                 const TakeFile& take) {
   FileService& files = program.host.files;
-  std::vector<std::string> reports;
-  const Result<std::vector<FolderEntry>> listing = files.ListFolder(source);
-  if (!listing) return reports;
-  for (const FolderEntry& entry : listing.value) {
-    if (entry.kind != EntryKind::kFile || !UpperCase(entry.name).ends_with(".JSON")) continue;
-    std::string path = JoinPath(program, source, entry.name);
-    if (HoldsRunReport(files, path)) reports.push_back(std::move(path));
+  std::set<std::pair<std::uint64_t, std::uint64_t>> entered;  // device and number
+  const auto enter = [&entered](const FileIdentity& folder) {
+    return entered.emplace(folder.device, folder.number).second;
+  };
+  const Result<FolderInfo> left_out = files.LookUpFolder(target);
+  if (left_out && WayFrom(program, source, target)) enter(left_out.value.identity);
+  std::deque<std::string> waiting = {source};  // links behind the folders' own paths
+  while (!waiting.empty()) {
+    const std::string folder = std::move(waiting.back());
+    waiting.pop_back();
+    const Result<FolderInfo> found = files.LookUpFolder(folder);
+    if (!found || !enter(found.value.identity)) continue;
+    const Result<std::vector<FolderEntry>> listing = files.ListFolder(folder);
+    if (!listing) continue;
+    for (const FolderEntry& entry : listing.value) {
+      std::string path = JoinPath(program, folder, entry.name);
+      if (entry.kind == EntryKind::kFile) take(path);
+      if (entry.kind != EntryKind::kFolder) continue;
+      if (entry.is_link) {
+        waiting.push_front(std::move(path));
+      } else {
+        waiting.push_back(std::move(path));
+      }
+    }
   }
-  return reports;
 }
+
+// A name that a report may have.
+bool IsReportName(const std::string& path) { return UpperCase(path).ends_with(".JSON"); }
 
 }  // namespace
 
@@ -30,29 +58,35 @@ void WarnOfOwnFilesInSource(const Program& program, const std::string& settings_
                             CommandMessages& messages) {
   const std::string source = program.frmMorvex.Text1(kSourceBox).text;
   const std::string target = program.frmMorvex.Text1(kTargetBox).text;
+  FileService& files = program.host.files;
   const bool is_single_file = FileExists(program, source);
-  const auto is_copied = [&](const std::string& path) {
-    if (!FileExists(program, path)) return false;
-    if (is_single_file) return IsSamePlace(program, source, path);
-    // A target in the source is no part of it.
-    const bool is_target = WayFrom(program, source, target) && WayFrom(program, target, path);
-    return WayFrom(program, source, path) && !is_target;
-  };
   const auto warn = [&](const std::string& path, const char* what) {
     messages.Warn(
         ShownPath(path),
         std::string(what) + (is_single_file ? " is the source" : " lies in the source") +
             ", so it will be copied with what it says of the names: move it out of there.");
   };
-  if (is_copied(program.settings.SubstitutieFile)) {
-    warn(program.settings.SubstitutieFile, "the replacement list");
-  }
-  if (is_copied(settings_file)) warn(settings_file, "the settings file");
+  const std::array<std::pair<std::string, const char*>, 2> own = {
+      {{program.settings.SubstitutieFile, "the replacement list"},
+       {settings_file, "the settings file"}}};
   if (is_single_file) {
-    if (HoldsRunReport(program.host.files, source)) warn(source, "an older report");
+    for (const auto& [path, what] : own) {
+      if (IsSamePlace(program, source, path)) warn(path, what);
+    }
+    if (HoldsRunReport(files, source)) warn(source, "an older report");
     return;
   }
-  for (const std::string& report : ReportsIn(program, source)) warn(report, "an older report");
+  std::array<Result<FileInfo>, 2> own_files;
+  std::transform(own.begin(), own.end(), own_files.begin(),
+                 [&](const auto& each) { return files.LookUpFile(each.first); });
+  ForEachFile(program, source, target, [&](const std::string& path) {
+    const Result<FileInfo> file = files.LookUpFile(path);
+    for (std::size_t i = 0; i < own.size(); ++i) {
+      const Result<FileInfo>& each = own_files.at(i);
+      if (file && each && file.value.identity == each.value.identity) warn(path, own.at(i).second);
+    }
+    if (IsReportName(path) && HoldsRunReport(files, path)) warn(path, "an older report");
+  });
 }
 
 }  // namespace morvex

@@ -9,8 +9,8 @@
 namespace morvex {
 
 // Warns of the list, of `settings_file` (may be empty) and of older reports that the run would
-// copy, as the program's source and list stand. Reports are looked for where they are put: at the
-// top of the source, in files that end in ".json".
+// copy, as the program's source and list stand, wherever they lie in it and whatever links lead
+// there. Reports are looked for in files that end in ".json".
 void WarnOfOwnFilesInSource(const Program& program, const std::string& settings_file,
                             CommandMessages& messages);
 

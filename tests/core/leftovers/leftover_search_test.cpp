@@ -183,6 +183,15 @@ TEST(LeftoverSearchTest, ARowThatEndsInItsOwnBeginningAndPutsInOtherTextCannotBe
   EXPECT_EQ(list.Find("Mr Renate "), Finds({{0, 1, 0, Encoding::kUtf8, true, 10}}));
 }
 
+TEST(LeftoverSearchTest, ARowWhoseWildcardTakesInOneByteCannotBeJudged) {
+  const Rows rows = {{"Mr *", "Mr X"}, {"Dr *", "[d]"}, {"Tel *", "Tel *"}};
+  const SoughtList narrow(Rows(rows.begin(), rows.begin() + 2));
+  EXPECT_EQ(narrow.sought->rows_not_judged(), (std::vector<std::int64_t>{0, 1}));
+  EXPECT_EQ(narrow.Find("Mr Renate"), Finds({{0, 1, 0, Encoding::kUtf8, true, 3}}));
+  EXPECT_TRUE(SoughtList(rows).sought->rows_not_judged().empty());
+  EXPECT_EQ(SoughtList(rows).sought->rows_that_stay(), std::vector<std::int64_t>{2});
+}
+
 TEST(LeftoverSearchTest, AListInWindows1252IsFoundInUtf8) {
   const SoughtList list(Rows{{"M\xFCller", "x"}}, '*', Encoding::kWindows1252);
   EXPECT_EQ(list.Find("M\xFCller M\xC3\xBCller"), Finds({{0, 1, 0, Encoding::kWindows1252, true, 6},

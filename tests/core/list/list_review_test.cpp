@@ -127,7 +127,8 @@ TEST(ListReviewTest, OneAndTwoCharactersAreShortInBothEncodings) {
 
 TEST(ListReviewTest, WildcardsThatDoNoGoodAreTold) {
   EXPECT_EQ(Remarks(Review("Tel: *|x\r\nMeyer|*\r\n*abc|*\r\n")),
-            (Lines{"1 open wildcard Tel: *", "2 stray wildcard Meyer", "3 stray wildcard *abc"}));
+            (Lines{"1 open wildcard Tel: * Tel: Renate -> xenate", "2 stray wildcard Meyer",
+                   "3 stray wildcard *abc"}));
   EXPECT_EQ(Remarks(Review("Tel: *|x\r\nMeyer|*\r\n", "|", '\0')), Lines{});
 }
 
@@ -213,6 +214,14 @@ TEST(ListReviewTest, ARowThatEndsInItsOwnBeginningIsToldWithWhatARunLeaves) {
             (Lines{"1 blanks Mr * ", "1 own ending Mr *  Mr Renate  -> [m] nate "}));
   EXPECT_EQ(Remarks(Review("[CRLF]Name: *[CRLF]|x\n")),
             Lines{"1 own ending [CRLF]Name: *[CRLF] \r\nName: Renate\r\n -> xnate\r\n"});
+}
+
+TEST(ListReviewTest, ARowWhoseWildcardTakesInOneByteIsToldWithWhatARunLeaves) {
+  EXPECT_EQ(Remarks(Review("Mr. *|Mr. X\n")),
+            Lines{"1 open wildcard Mr. * Mr. Renate -> Mr. Xenate"});
+  EXPECT_EQ(Remarks(Review("BSN: *|\nAnna|x\n")),
+            Lines{"1 open wildcard BSN: * BSN: Renate -> enate"});
+  EXPECT_EQ(Remarks(Review("BSN: *|\nAnna[CRLF]b|x\n")), Lines{"1 open wildcard BSN: *"});
 }
 
 TEST(ListReviewTest, ARowWhoseEndingStandsBehindTheWildcardAloneIsNotTold) {

@@ -100,6 +100,19 @@ TEST(HasEndingInBeginning, LooksForAllBehindTheWildcardInFrontOfIt) {
   }
 }
 
+TEST(TakesInOneByte, WhereTheWildcardEndsALeftTextThanWhichNoneIsLonger) {
+  for (const char* left : {"a*", "Tel: *"}) {
+    const std::size_t size = std::string(left).size();
+    EXPECT_TRUE(TakesInOneByte(left, '*', 0)) << left;
+    EXPECT_TRUE(TakesInOneByte(left, '*', size)) << left;
+    EXPECT_FALSE(TakesInOneByte(left, '*', size + 1)) << left;
+    EXPECT_FALSE(TakesInOneByte(left, 0, size)) << left;
+  }
+  for (const char* left : {"", "*", "**", "a", "a*b", "*a", "*a*", "a*b*"}) {
+    EXPECT_FALSE(TakesInOneByte(left, '*', 0)) << left;
+  }
+}
+
 TEST(SetJoker, EachColumnHasItsOwnFlags) {
   SubstitutionTables tables;
   Set_Joker(tables, "Left", 1, true);

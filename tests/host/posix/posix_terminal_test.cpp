@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <chrono>
+#include <cstdio>
 #include <functional>
 #include <thread>
 
@@ -93,7 +94,7 @@ TEST(PosixTerminalTest, ColumnsAreThoseOfTheTerminal) {
 
 TEST(PosixStopTest, NoSignalIsNoStop) {
   EXPECT_EQ(EndOf([] {
-              InstallStopSignals();
+              InstallStopSignals(WaitsAtStop::kBreakOff);
               return StopRequested() ? 1 : 0;
             }),
             0);
@@ -102,14 +103,14 @@ TEST(PosixStopTest, NoSignalIsNoStop) {
 TEST(PosixStopTest, TheFirstSignalIsNotedAndTheSecondEnds) {
   for (const int first : {SIGINT, SIGTERM, SIGHUP}) {
     EXPECT_EQ(EndOf([&] {
-                InstallStopSignals();
+                InstallStopSignals(WaitsAtStop::kBreakOff);
                 raise(first);
                 return StopRequested() ? 42 : 0;
               }),
               42);
     for (const int second : {SIGINT, SIGTERM, SIGHUP}) {
       EXPECT_EQ(EndOf([&] {
-                  InstallStopSignals();
+                  InstallStopSignals(WaitsAtStop::kBreakOff);
                   raise(first);
                   raise(second);
                   return 0;
@@ -122,7 +123,7 @@ TEST(PosixStopTest, TheFirstSignalIsNotedAndTheSecondEnds) {
 TEST(PosixStopTest, AnIgnoredSignalStaysIgnored) {
   EXPECT_EQ(EndOf([] {
               signal(SIGHUP, SIG_IGN);
-              InstallStopSignals();
+              InstallStopSignals(WaitsAtStop::kBreakOff);
               raise(SIGHUP);
               if (StopRequested()) return 1;
               raise(SIGINT);
@@ -145,7 +146,7 @@ TEST(PosixStopTest, ASignalBreaksOffAWaitForInput) {
   const pid_t child = fork();
   if (child == 0) {
     TakeSignals();
-    InstallStopSignals();
+    InstallStopSignals(WaitsAtStop::kBreakOff);
     close(input[1]);
     close(STDIN_FILENO);
     char byte = 0;
@@ -163,6 +164,37 @@ TEST(PosixStopTest, ASignalBreaksOffAWaitForInput) {
   close(input[1]);
   ASSERT_TRUE(WIFEXITED(status));
   EXPECT_EQ(WEXITSTATUS(status), 42);
+}
+
+TEST(PosixStopTest, AWaitForAReaderGoesOnWhereNothingMayBeLost) {
+  int output[2] = {};
+  ASSERT_EQ(pipe(output), 0);
+  const std::string bytes(1 << 20, 'x');  // more than the pipe holds
+  const pid_t child = fork();
+  if (child == 0) {
+    TakeSignals();
+    InstallStopSignals(WaitsAtStop::kGoOn);
+    close(output[0]);
+    FILE* const stream = fdopen(output[1], "w");
+    const bool whole = fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size();
+    _exit(whole && fclose(stream) == 0 && StopRequested() ? 42 : 1);
+  }
+  close(output[1]);
+  for (int tries = 0; tries < 6000 && StateOf(child) != 'S'; ++tries) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  kill(child, SIGINT);
+  std::string read_bytes(bytes.size(), '?');
+  std::size_t size = 0;
+  for (ssize_t read = 1; read > 0; size += static_cast<std::size_t>(read)) {
+    read = ::read(output[0], read_bytes.data() + size, read_bytes.size() - size);
+  }
+  close(output[0]);
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 42);
+  EXPECT_EQ(size, bytes.size());
 }
 
 }  // namespace
