@@ -128,6 +128,8 @@ void MainWindowWidget::Connect() {
   connect(list_, &PictureButton::clicked, this, [this] { imList_Click(program_); });
   connect(list_, &PictureButton::PointerMoved, this, [this] { imList_MouseMove(program_); });
   connect(files_, &ElidedLabel::Clicked, this, [this] { lblFiles_Click(program_); });
+  // Nothing is to be done about it there, so a click on it is one on the window.
+  connect(note_, &ElidedLabel::Clicked, this, [this] { frmMorvex_Click(program_); });
 }
 
 void MainWindowWidget::ConnectPathRow(const PathRow& row) {
