@@ -1,7 +1,6 @@
 #include "ui/qt/main_window.h"
 
 #include <QCloseEvent>
-#include <QKeyEvent>
 #include <QMouseEvent>
 
 #include "core/list/editor_window.h"
@@ -170,17 +169,6 @@ void MainWindowWidget::changeEvent(QEvent* event) {
     ShowColours();
     ShowGo();
   }
-}
-
-// A key that is held down presses a button once: it must not go on to the button that the focus
-// passes to.
-bool MainWindowWidget::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::KeyPress) {
-    const auto* const key = static_cast<const QKeyEvent*>(event);
-    const bool presses = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
-    if (presses && key->isAutoRepeat()) return true;
-  }
-  return BoundWindow::eventFilter(watched, event);
 }
 
 void MainWindowWidget::closeEvent(QCloseEvent* event) {
