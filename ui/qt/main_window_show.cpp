@@ -69,7 +69,7 @@ void MainWindowWidget::ShowTexts() {
     label->setText(ShownLines(page_, state->caption));
     show_tip(*label, *state, QString());
   }
-  if (IsEnding()) total_files_->setText(tr("Stopping ...\nThis file is being finished."));
+  if (IsEnding()) total_files_->setText(tr("Stopping ...\nThe target is not complete."));
   const QString source = ShownLines(page_, window_.lblPassword_1.caption);
   const QString target = ShownLines(page_, window_.lblPassword_2.caption);
   rows_[0].label->setText(WithMnemonic(source, 'S'));
