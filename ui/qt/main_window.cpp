@@ -154,7 +154,7 @@ bool MainWindowWidget::IsEnding() const { return program_.run.working && !window
 
 bool MainWindowWidget::IsWanted() const { return BoundWindow::IsWanted() || IsEnding(); }
 
-// A run that is to stop finishes the file that it is at, and handles no events meanwhile: what is
+// A run that is to stop puts away the file that it is at, and handles no events meanwhile: what is
 // shown until then is drawn now.
 void MainWindowWidget::ShowEnding() {
   if (!IsEnding()) return;

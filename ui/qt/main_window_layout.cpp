@@ -4,7 +4,6 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "ui/qt/held_key.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/show_control.h"
 
@@ -122,11 +121,9 @@ QBoxLayout* MainWindowWidget::LayOutCommands() {
   commands->addStretch(1);
   const std::array<std::pair<QPushButton*, const Button*>, 3> buttons = {
       {{anonymize_, &window_.cmdAnonymize}, {go_, &window_.cmdGo}, {exit_, &window_.cmdExit}}};
-  // A key that is held down must not go on to the button that the focus passes to.
-  auto* const held_enter = new HeldEnterFilter(this);
   for (const auto& [button, state] : buttons) {
     button->setAutoDefault(true);  // so that Enter works where the focus is
-    button->installEventFilter(held_enter);
+    button->installEventFilter(&held_enter_);
     button->setFont(NamedFont(state->font, button->font()));
     commands->addWidget(button);
   }
