@@ -12,6 +12,7 @@ import os
 import shutil
 import sys
 import tempfile
+import time
 import unittest
 
 from program import EDITOR, MAIN, OPTIONS, Program
@@ -79,6 +80,21 @@ class Keys(unittest.TestCase):
             program.wait_for("result of the run", lambda: program.shown(MAIN, "Hits: 4000001\nDone !"))
             self.assertEqual(self.read("new/long.txt"), LONG_FILE.replace(b"Jansen", b"Person A"))
             program.wait_for("focus on OK", lambda: program.find(MAIN, "OK").has_focus)
+
+    def test_enter_that_is_held_down_on_go_answers_no_question(self):
+        with self.started(target="new") as program:
+            program.click(MAIN, "OK")
+            program.wait_for("focus on Go", lambda: program.find(MAIN, "Go").has_focus)
+            self.screen.run("xdotool", "keydown", "Return")
+            try:
+                program.wait_for_window(MESSAGE)
+                time.sleep(2)  # some fifty repetitions
+                self.assertEqual(program.active_title(), MESSAGE)
+                self.assertFalse(os.path.exists(self.path("new")))
+            finally:
+                self.screen.run("xdotool", "keyup", "Return")
+            program.press("Return")
+            program.wait_for("result of the run", lambda: program.shown(MAIN, "Hits: 1\nDone !"))
 
     def test_a_letter_typed_in_the_list_of_extensions_selects_and_deselects_nothing(self):
         with self.started(extensions=("1.txt", "1.log", "0.csv")) as program:

@@ -1,7 +1,6 @@
 #include "ui/qt/main_window.h"
 
 #include <QCloseEvent>
-#include <QKeyEvent>
 #include <QMouseEvent>
 
 #include "core/list/editor_window.h"
@@ -128,6 +127,8 @@ void MainWindowWidget::Connect() {
   connect(list_, &PictureButton::clicked, this, [this] { imList_Click(program_); });
   connect(list_, &PictureButton::PointerMoved, this, [this] { imList_MouseMove(program_); });
   connect(files_, &ElidedLabel::Clicked, this, [this] { lblFiles_Click(program_); });
+  // Nothing is to be done about it there, so a click on it is one on the window.
+  connect(note_, &ElidedLabel::Clicked, this, [this] { frmMorvex_Click(program_); });
 }
 
 void MainWindowWidget::ConnectPathRow(const PathRow& row) {
@@ -153,7 +154,7 @@ bool MainWindowWidget::IsEnding() const { return program_.run.working && !window
 
 bool MainWindowWidget::IsWanted() const { return BoundWindow::IsWanted() || IsEnding(); }
 
-// A run that is to stop finishes the file that it is at, and handles no events meanwhile: what is
+// A run that is to stop puts away the file that it is at, and handles no events meanwhile: what is
 // shown until then is drawn now.
 void MainWindowWidget::ShowEnding() {
   if (!IsEnding()) return;
@@ -168,17 +169,6 @@ void MainWindowWidget::changeEvent(QEvent* event) {
     ShowColours();
     ShowGo();
   }
-}
-
-// A key that is held down presses a button once: it must not go on to the button that the focus
-// passes to.
-bool MainWindowWidget::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::KeyPress) {
-    const auto* const key = static_cast<const QKeyEvent*>(event);
-    const bool presses = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
-    if (presses && key->isAutoRepeat()) return true;
-  }
-  return BoundWindow::eventFilter(watched, event);
 }
 
 void MainWindowWidget::closeEvent(QCloseEvent* event) {

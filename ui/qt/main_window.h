@@ -15,6 +15,7 @@
 #include "ui/qt/code_page.h"
 #include "ui/qt/elided_label.h"
 #include "ui/qt/folder_tree.h"
+#include "ui/qt/held_key.h"
 #include "ui/qt/path_box.h"
 #include "ui/qt/picture_button.h"
 
@@ -38,7 +39,6 @@ class MainWindowWidget : public BoundWindow {
  protected:
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
@@ -74,6 +74,8 @@ class MainWindowWidget : public BoundWindow {
   Program& program_;
   const CodePage& page_;
   const CodePage& file_names_;
+  // A key that is held down must not go on to the button that the focus passes to.
+  HeldEnterFilter held_enter_;
   MainWindow& window_;
 
   std::array<PathRow, 2> rows_;

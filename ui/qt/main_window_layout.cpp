@@ -123,7 +123,7 @@ QBoxLayout* MainWindowWidget::LayOutCommands() {
       {{anonymize_, &window_.cmdAnonymize}, {go_, &window_.cmdGo}, {exit_, &window_.cmdExit}}};
   for (const auto& [button, state] : buttons) {
     button->setAutoDefault(true);  // so that Enter works where the focus is
-    button->installEventFilter(this);
+    button->installEventFilter(&held_enter_);
     button->setFont(NamedFont(state->font, button->font()));
     commands->addWidget(button);
   }

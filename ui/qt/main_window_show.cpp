@@ -69,7 +69,7 @@ void MainWindowWidget::ShowTexts() {
     label->setText(ShownLines(page_, state->caption));
     show_tip(*label, *state, QString());
   }
-  if (IsEnding()) total_files_->setText(tr("Stopping ...\nThis file is being finished."));
+  if (IsEnding()) total_files_->setText(tr("Stopping ...\nThe target is not complete."));
   const QString source = ShownLines(page_, window_.lblPassword_1.caption);
   const QString target = ShownLines(page_, window_.lblPassword_2.caption);
   rows_[0].label->setText(WithMnemonic(source, 'S'));
@@ -148,7 +148,10 @@ void MainWindowWidget::ShowTree() {
     column_->setStretch(kPathsPlace, 0);
     column_->setStretch(kSpacePlace, 1);
     for (const PathRow& other : rows_) ShowPresence(*other.box, window_.Text1(other.index));
-    if (had_focus) row->box->setFocus(Qt::OtherFocusReason);
+    if (had_focus) {
+      QWidget& next = row->box->isEnabled() ? static_cast<QWidget&>(*row->box) : *this;
+      next.setFocus(Qt::OtherFocusReason);
+    }
     layout()->activate();
     if (tree_grew_ > 0 && !isMaximized() && !isFullScreen()) {
       resize(width(), std::max(minimumSizeHint().height(), height() - tree_grew_));

@@ -1,5 +1,6 @@
 #include "ui/qt/qt_user.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
 #include <QEventLoop>
@@ -10,6 +11,7 @@
 #include <algorithm>
 
 #include "ui/qt/file_name.h"
+#include "ui/qt/held_key.h"
 
 namespace morvex {
 namespace {
@@ -73,6 +75,10 @@ Answer QtUser::ShowMessage(const std::string& text, MessageButtons buttons, Mess
   box.setIcon(icon == MessageIcon::kInformation ? QMessageBox::Information : QMessageBox::NoIcon);
   box.setStandardButtons(ToolkitButtons(buttons));
   if (buttons == MessageButtons::kYesNo) box.setEscapeButton(QMessageBox::No);
+  // The key that led here may still be held down: it must not answer before anybody has read.
+  HeldEnterFilter held_enter;
+  box.installEventFilter(&held_enter);
+  for (QAbstractButton* const button : box.buttons()) button->installEventFilter(&held_enter);
   box.exec();
   switch (box.standardButton(box.clickedButton())) {
     case QMessageBox::Ok:

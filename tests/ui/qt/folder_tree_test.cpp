@@ -108,6 +108,15 @@ TEST_F(FolderTreeTest, OkLeavesThePathWhereNoFolderWasMarked) {
   EXPECT_EQ(Caption(go()), "GO !");
 }
 
+TEST_F(FolderTreeTest, OkGivenByItsLetterLeavesTheFocusOnNoOtherCommand) {
+  OpenAt(Path("alpha"));
+  ASSERT_TRUE(tree().hasFocus());
+  ok().click();  // as its letter does, without the focus
+  Settle();
+  EXPECT_EQ(Caption(go()), "GO !");
+  EXPECT_EQ(window().focusWidget(), &window());
+}
+
 TEST_F(FolderTreeTest, AMarkOfTheTreesLastUseCountsNoMore) {
   OpenAt(Path("alpha"));
   QTest::keyClick(&tree(), Qt::Key_Down);

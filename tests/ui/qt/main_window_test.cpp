@@ -166,6 +166,17 @@ TEST_F(MainWindowTest, AClickOnTheFileLabelPutsTheExtensionListAway) {
   EXPECT_FALSE(program_.frmOpties.lstExtensie.visible);
 }
 
+TEST_F(MainWindowTest, AClickOnThePlaceOfTheNoteIsOneOnTheWindow) {
+  Start();
+  for (const char* note : {"", "1 file in the target is not of this run."}) {
+    program_.frmMorvex.lblNote.caption = note;
+    program_.frmOpties.lstExtensie.visible = true;
+    desktop_->Refresh();
+    Click(Get<QWidget>("lblNote"));
+    EXPECT_FALSE(program_.frmOpties.lstExtensie.visible) << note;
+  }
+}
+
 TEST_F(MainWindowTest, AClickOnAnotherControlLeavesTheExtensionListOpen) {
   Start();
   program_.frmOpties.lstExtensie.visible = true;

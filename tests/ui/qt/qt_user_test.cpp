@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -105,6 +106,27 @@ TEST_F(MessageBoxTest, TextIsNeverTakenForMarkup) {
     Press(box, QMessageBox::Ok);
   });
   user_.ShowMessage("<b>/folder</b>", MessageButtons::kOk, MessageIcon::kNone);
+}
+
+TEST_F(MessageBoxTest, AKeyThatWasHeldDownBeforeAnswersNothing) {
+  const auto hold_then_decline = [](QMessageBox& box) {
+    for (QWidget* const place :
+         {static_cast<QWidget*>(box.button(QMessageBox::Yes)), static_cast<QWidget*>(&box)}) {
+      QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+      QApplication::sendEvent(place, &repeated);
+      EXPECT_TRUE(box.isVisible());
+      EXPECT_EQ(box.clickedButton(), nullptr);
+    }
+    Press(box, QMessageBox::No);
+  };
+  EXPECT_EQ(AnswerTo(MessageButtons::kYesNo, hold_then_decline), Answer::kNo);
+}
+
+TEST_F(MessageBoxTest, EnterAnswersOnceItIsPressed) {
+  const auto press = [](QMessageBox& box) {
+    QTest::keyClick(box.button(QMessageBox::Yes), Qt::Key_Return);
+  };
+  EXPECT_EQ(AnswerTo(MessageButtons::kYesNo, press), Answer::kYes);
 }
 
 TEST_F(MessageBoxTest, TextIsShownInTheCodePage) {
