@@ -9,6 +9,7 @@
 #include <QMessageBox>
 #include <QStringList>
 #include <QTimer>
+#include <chrono>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -29,6 +30,7 @@ namespace morvex {
 namespace {
 
 constexpr int kCommandLineError = 2;
+constexpr std::chrono::minutes kLongestMessage{1};
 
 void DescribeApplication() {
   QApplication::setApplicationName("Morvex");
@@ -50,6 +52,8 @@ void ReportError(const std::vector<std::string>& lines, const CodePage& page) {
   for (const std::string& line : lines) shown += page.Shown(line);
   QMessageBox box(QMessageBox::Critical, "Morvex", shown.join('\n'), QMessageBox::Ok);
   box.setTextFormat(Qt::PlainText);
+  // A task that nobody sees ends all the same.
+  QTimer::singleShot(kLongestMessage, &box, &QMessageBox::accept);
   box.exec();
 }
 

@@ -204,6 +204,7 @@ bool MayLackRows(const ListReview& review) {
       case ListProblem::kRowsLost:
       case ListProblem::kBehindEnd:
       case ListProblem::kCarriageReturn:
+      case ListProblem::kNul:
         return true;
       default:
         return false;
@@ -240,7 +241,8 @@ Result<ListReview> ReviewList(FileService& files, const std::string& path,
       continue;
     }
     if (parsed.kind == ListLine::Kind::kNoRow) {
-      if (!line.empty()) reviewer.Remark(ListProblem::kNoSeparator, number, line);
+      const bool is_blank = line.find_first_not_of(" \t") == std::string::npos;
+      if (!is_blank) reviewer.Remark(ListProblem::kNoSeparator, number, line);
       continue;
     }
     if (behind_final_row) {

@@ -238,7 +238,8 @@ TEST(ListReviewTest, AListMayLackRowsWhereItsTextIsNotAllRows) {
         "Anna|x\nBert;y\n", "Anna|x||\nBert|y\n", "Anna|x\n|||\nBert|y\n", "Anna|x\rBert|y\n"}) {
     EXPECT_TRUE(MayLackRows(Review(bytes))) << bytes;
   }
-  EXPECT_FALSE(MayLackRows(Review("Anna |x|y\nAnna|z\na|b\nT*|x\n|x\n|||\n")));
+  EXPECT_TRUE(MayLackRows(Review(std::string("Anna|x\nB\0e\0|y\n", 14)))) << "partly UTF-16";
+  EXPECT_FALSE(MayLackRows(Review("Anna |x|y\nAnna|z\na|b\n \t\n\nT*|x\n|x\n|||\n")));
 }
 
 TEST(ListReviewTest, AByteOrderMarkIsTold) {
