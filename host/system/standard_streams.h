@@ -8,8 +8,8 @@
 
 namespace morvex {
 
-// Each read starts where the last one ended (kInvalidCall otherwise), gives what is there, and waits
-// only when that is nothing. The end is asked for once: a terminal gives it for one key.
+// Each read starts where the last one ended (kInvalidCall otherwise), gives what is there, and
+// waits only when that is nothing. The end is asked for once: a terminal gives it for one key.
 std::unique_ptr<InputFile> StandardInput();
 
 // The same for writing. A reader that has gone away ends the process where it does so with any
