@@ -206,7 +206,7 @@ std::uint64_t Substitution::RunBlock(std::uint64_t place) {
   return next;
 }
 
-// What comes of the bytes in front of `place` goes out first.
+// Everything decided so far, the results of the bytes in front of `place`, is written out first.
 void Substitution::WaitForMore(std::uint64_t place) {
   CopyUpTo(place);
   output_->Flush();

@@ -116,8 +116,8 @@ class FileService {
   virtual Result<FileInfo> LookUpFile(const std::string& path) = 0;
   // kPathNotFound when there is no such folder.
   virtual Result<FolderInfo> LookUpFolder(const std::string& path) = 0;
-  // Every name in `path`, in the file system's own order, complete when the call returns. A link of
-  // which it cannot be told where it leads is listed as a file.
+  // Every name in `path`, in the file system's own order, complete when the call returns. A link
+  // whose end cannot be examined is listed as a file.
   virtual Result<std::vector<FolderEntry>> ListFolder(const std::string& path) = 0;
   // The text of a link: where it leads, as it was written. kPathFileAccess for what is no link,
   // kFileNotFound when there is nothing.

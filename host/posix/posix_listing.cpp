@@ -39,8 +39,7 @@ Examined ExamineLink(int folder, const char* name) {
   if (fstatat(folder, name, &status, 0) == 0) {
     examined.kind = KindOfMode(status.st_mode);
   } else {
-    // Where it cannot be told what is there, whoever takes it for a file is told why it cannot be
-    // had.
+    // After any other error it counts as a file: opening it then reports the reason.
     examined.kind = LeadsNowhere(errno) ? EntryKind::kBrokenLink : EntryKind::kFile;
   }
   return examined;

@@ -54,8 +54,7 @@ EntryKind Examine(const std::wstring& folder, const WIN32_FIND_DATAW& entry) {
   Status status;
   const Code code = FindStatus(Below(folder, entry.cFileName), status);
   if (code == 0) return KindOf(status.attributes);
-  // Where it cannot be told what is there, whoever takes it for a file is told why it cannot be
-  // had.
+  // After any other error it counts as a file: opening it then reports the reason.
   return LeadsNowhere(code) ? EntryKind::kBrokenLink : EntryKind::kFile;
 }
 
