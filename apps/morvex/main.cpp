@@ -53,7 +53,10 @@ void ReportError(const std::vector<std::string>& lines, const CodePage& page) {
   QMessageBox box(QMessageBox::Critical, "Morvex", shown.join('\n'), QMessageBox::Ok);
   box.setTextFormat(Qt::PlainText);
   // A task that nobody sees ends all the same.
-  QTimer::singleShot(kLongestMessage, &box, &QMessageBox::accept);
+  QTimer end;
+  end.setSingleShot(true);
+  QObject::connect(&end, &QTimer::timeout, &box, &QMessageBox::accept);
+  end.start(kLongestMessage);
   box.exec();
 }
 
