@@ -54,5 +54,17 @@ TEST(Readme, ShowsWhatTheCommandsSay) {
   }
 }
 
+// Lines in another language would be run by nobody: neither by a test nor by who builds the
+// program.
+TEST(Readme, ShowsNoProgramThatNothingRuns) {
+  std::istringstream lines(whole_run::ReadWholeFile(SourceRoot() + "/README.md"));
+  bool in_block = false;
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.starts_with("```")) continue;
+    in_block = !in_block;
+    EXPECT_TRUE(!in_block || line == "```") << line;
+  }
+}
+
 }  // namespace
 }  // namespace morvex::commands
