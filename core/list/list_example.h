@@ -1,5 +1,5 @@
-// What a run would make of a small file with one row of a list: shown where a row does something
-// else than its writer thinks.
+// The result of one row of a list on a short sample text, made by the real substitution. It is
+// shown to the user where a row does not do what its writer meant.
 #pragma once
 
 #include <cstdint>

@@ -26,7 +26,7 @@ struct Finding {
 enum class CheckedKind {
   kFile,
   kFolder,
-  // Of which the name alone is looked at, and where a link leads:
+  // Only the name of these is searched, and of a link the text that says where it leads:
   kFolderElsewhere,  // it is gone through under another path
   kBrokenLink,       // leads to nothing
   kSpecial,          // a pipe, socket or device

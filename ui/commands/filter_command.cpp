@@ -27,9 +27,9 @@ class HitCounter : public SubstitutionWatcher {
   std::int64_t hits = 0;
 };
 
-// Whether what the wildcard puts back can begin in front of the match: then more is taken off for
-// the text behind the wildcard than was caught. For that it has three bytes or more, of which the
-// first stand in front of the wildcard, or a second wildcard is among them.
+// Whether a row can move the write position back: the text behind its wildcard is then longer than
+// what the wildcard caught. That takes a text of three bytes or more whose beginning also stands in
+// front of the wildcard, or which holds a second wildcard.
 bool MayWriteBack(const std::string& left, const std::string& right, const std::string& joker) {
   constexpr std::size_t kShortestTail = 3;
   const std::size_t wildcard = left.find(joker);

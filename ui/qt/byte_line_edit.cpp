@@ -144,8 +144,7 @@ ByteLineEdit::Insertion ByteLineEdit::InsertionIn(const QString& text, int caret
           text.mid(at, caret - at)};
 }
 
-// Why the text cannot be taken over, by its first character that stands against it; empty when it
-// can.
+// Why the text is refused, naming its first character that is not allowed; empty when it is taken.
 QString ByteLineEdit::Refusal(const QString& inserted, bool refuses_nul, bool is_rows) const {
   const bool has_bytes = page_.Bytes(inserted).has_value();
   for (qsizetype at = 0, size = 1; at < inserted.size(); at += size) {

@@ -118,8 +118,8 @@ struct Chain {
 };
 
 // What is found of one wildcard row in one byte order by looking for every part at every place: the
-// parts follow each other, each begins as far behind as it can, and no two findings overlap. What
-// begins at an odd offset and stands as a whole in the other order, a byte apart, is not told.
+// parts follow each other, each begins as far behind as it can, and no two findings overlap. A
+// match at an odd offset that is also a whole match of the other order, one byte away, is left out.
 Finds FoundByParts(std::int64_t row, const std::vector<Spelling>& parts,
                    const std::vector<Spelling>& others, const std::string& bytes) {
   Finds found;

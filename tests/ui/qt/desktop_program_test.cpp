@@ -88,7 +88,8 @@ TEST_F(DesktopProgramTest, AMissingSettingsFileEndsWithStatus1) {
   EXPECT_TRUE(errors_.contains("nowhere.dat")) << errors_.toStdString();
 }
 
-// A name that no file system takes cannot be read, which is not the same as none.
+// The list's name is longer than any file system allows, so reading it is an error; a list that is
+// merely missing would be none.
 TEST_F(DesktopProgramTest, AListThatCannotBeReadEndsWithStatus1AndSaysWhy) {
   WriteSettings(QString(300, 'x') + ".txt");
   EXPECT_EQ(Run({"-if", root_.filePath("settings.dat")}), 1) << "-1: it did not end";

@@ -1,4 +1,4 @@
-// Enter that is held down, as the toolkit tells of it.
+// The filter for an Enter key that is held down, fed with the key events that the toolkit sends.
 #include "ui/qt/held_key.h"
 
 #include <gtest/gtest.h>

@@ -403,7 +403,7 @@ TEST_F(MainWindowRunTest, AfterExitInMidFileTheWindowStaysWithAWordUntilTheRunHa
   bool copying = false;
   bool shown_then = false;
   QString word;
-  // The part of the file that was done is copied, in which time no event is handled.
+  // While the partial file is copied, no window event is handled.
   files_.fail = [&](const std::string& call, const std::string& path) {
     if (program_.Beeindigd && call == "CopyFile" && path == "/t/one.txt" && !copying) {
       copying = true;
