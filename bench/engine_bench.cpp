@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "bench/inputs.h"
-#include "core/engine/substitution.h"
+#include "core/engine/matching/substitution.h"
 #include "tests/reference/literal_substitution.h"
 #include "tests/support/byte_streams.h"
 
@@ -64,7 +64,7 @@ const Loaded& Load(const std::string& name, std::size_t size) {
   loaded = std::make_unique<Loaded>();
   loaded_size = size;
   loaded->input = MakeInput(name, size);
-  ReplacementsWindow grid;
+  ReplacementsForm grid;
   grid.rows.clear();
   for (const auto& [left, right] : loaded->input.rows) {
     grid.rows.emplace_back();
@@ -152,7 +152,7 @@ void Compile(benchmark::State& state) {
   static SubstitutionTables tables;
   if (tables.PairCount == 0) {
     const Input input = MakeInput("prose-100000", kMiB);
-    ReplacementsWindow grid;
+    ReplacementsForm grid;
     grid.rows.clear();
     for (const auto& [left, right] : input.rows) {
       grid.rows.emplace_back();

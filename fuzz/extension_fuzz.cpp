@@ -3,10 +3,10 @@
 // are those of the list; and a file name is selected by exactly the entries that its rules name.
 #include <set>
 
-#include "core/engine/extension_filter.h"
+#include "core/engine/passes/extension_filter.h"
+#include "core/forms/keys.h"
 #include "core/run/start_up.h"
 #include "core/settings/options.h"
-#include "core/windows/keys.h"
 #include "fuzz/fuzz_bytes.h"
 #include "tests/support/test_program.h"
 

@@ -28,7 +28,7 @@ std::string Shown(const Rows& rows) {
 }
 
 void CheckGrid(const TestProgram& test) {
-  const ReplacementsWindow& grid = test.program.frmReplacements;
+  const ReplacementsForm& grid = test.program.frmReplacements;
   Require(!grid.rows.empty(), "the grid has no row");
   Require(grid.LastRow == static_cast<std::int64_t>(grid.rows.size()) - 1, "LastRow is another");
 }

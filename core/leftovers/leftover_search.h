@@ -12,9 +12,9 @@
 #include <string_view>
 #include <vector>
 
-#include "core/engine/candidate_filter.h"
-#include "core/engine/key_automaton.h"
-#include "core/engine/scan_kernel.h"
+#include "core/engine/matching/candidate_filter.h"
+#include "core/engine/matching/key_automaton.h"
+#include "core/engine/matching/scan_kernel.h"
 #include "core/host/bytes_as_file.h"
 #include "core/host/file_service.h"
 #include "core/leftovers/sought.h"

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "core/engine/compiled_list.h"
-#include "core/engine/key_index.h"
+#include "core/engine/matching/compiled_list.h"
+#include "core/engine/matching/key_index.h"
 
 namespace morvex {
 

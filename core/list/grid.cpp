@@ -5,7 +5,7 @@
 #include <charconv>
 #include <string_view>
 
-#include "core/windows/keys.h"
+#include "core/forms/keys.h"
 
 namespace morvex {
 namespace {
@@ -25,7 +25,7 @@ void MoveDown(Button& button, int twips) {
 }
 
 // What the program and the user alike cause when the scroll bar takes a value.
-void ScrollTo(ReplacementsWindow& grid, std::int64_t value) {
+void ScrollTo(ReplacementsForm& grid, std::int64_t value) {
   grid.VScroll1.SetValue(value);
   const std::int64_t taken = grid.VScroll1.value();
   if (taken == grid.PrevScrollValue) return;
@@ -46,7 +46,7 @@ bool IsEmpty(const GridRow& row) { return row.txtLinks.text.empty() && row.txtRe
 }  // namespace
 
 void LoadGrid(Program& program) {
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   if (grid.loaded || program.Beeindigd) return;
   grid.loaded = true;
   grid.rows.assign(1, GridRow{});
@@ -66,12 +66,12 @@ void LoadGrid(Program& program) {
   grid.changes.Changed();
 }
 
-void AddRow(ReplacementsWindow& grid) {
+void AddRow(ReplacementsForm& grid) {
   grid.rows.emplace_back();
   grid.changes.Changed();
 }
 
-bool RemoveRow(ReplacementsWindow& grid, std::int64_t row) {
+bool RemoveRow(ReplacementsForm& grid, std::int64_t row) {
   if (row == 0 || !grid.HasRow(row)) return false;
   grid.rows.erase(grid.rows.begin() + row);
   grid.placed_rows = std::min(grid.placed_rows, static_cast<std::int64_t>(grid.rows.size()));
@@ -80,7 +80,7 @@ bool RemoveRow(ReplacementsWindow& grid, std::int64_t row) {
   return true;
 }
 
-void GrowWindow(ReplacementsWindow& grid, int count) {
+void GrowWindow(ReplacementsForm& grid, int count) {
   const int twips = count * kRowPitch;
   grid.grown_rows += count;
   grid.height = grid.height + twips;
@@ -93,14 +93,14 @@ void GrowWindow(ReplacementsWindow& grid, int count) {
   for (Button* button : buttons) MoveDown(*button, twips);
 }
 
-void ShiftRows(ReplacementsWindow& grid, std::int64_t delta) {
+void ShiftRows(ReplacementsForm& grid, std::int64_t delta) {
   if (grid.LastRow > kLastGrowingRow) grid.VScroll1.visible = true;
   grid.scrolled_rows += delta;
   grid.placed_rows = static_cast<std::int64_t>(grid.rows.size());
   grid.changes.Changed();
 }
 
-void ScrollIntoView(ReplacementsWindow& grid, std::int64_t row) {
+void ScrollIntoView(ReplacementsForm& grid, std::int64_t row) {
   if (!grid.HasRow(row) || grid.RowVisible(row)) return;
   const std::int64_t place = row - grid.scrolled_rows;
   const std::int64_t delta =
@@ -111,7 +111,7 @@ void ScrollIntoView(ReplacementsWindow& grid, std::int64_t row) {
   grid.PrevScrollValue = grid.VScroll1.value();
 }
 
-void SnapshotRows(ReplacementsWindow& grid) {
+void SnapshotRows(ReplacementsForm& grid) {
   grid.SavedLinks.clear();
   grid.SavedRechts.clear();
   grid.SavedLinks.reserve(grid.rows.size());
@@ -123,19 +123,19 @@ void SnapshotRows(ReplacementsWindow& grid) {
 }
 
 void FocusOnCell(Program& program, CellAddress cell) {
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   if (!grid.visible || !grid.HasRow(cell.row) || !grid.RowVisible(cell.row)) return;
   Cell_GotFocus(program, cell);
 }
 
-void MarkTooLong(const ReplacementsWindow& grid, Cell& cell, const char* too_long) {
+void MarkTooLong(const ReplacementsForm& grid, Cell& cell, const char* too_long) {
   const bool fits = cell.text.size() < grid.longest_text;
   cell.colour = fits ? Colour::kBlack : Colour::kRed;
   cell.tool_tip = fits ? cell.text : too_long;
 }
 
 void EnterInCell(Program& program, CellAddress cell) {
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   if (cell.row != grid.LastRow) return;
   const std::int64_t added = cell.row + 1;
   AddRow(grid);
@@ -153,7 +153,7 @@ void EnterInCell(Program& program, CellAddress cell) {
   if (cell.column == Column::kRight) FocusOnCell(program, {Column::kLeft, added});
 }
 
-void SetCellText(ReplacementsWindow& grid, CellAddress cell, const std::string& text) {
+void SetCellText(ReplacementsForm& grid, CellAddress cell, const std::string& text) {
   Cell& changed = grid.At(cell);
   if (changed.text == text) return;
   changed.text = text;
@@ -162,7 +162,7 @@ void SetCellText(ReplacementsWindow& grid, CellAddress cell, const std::string& 
 }
 
 void FillRows(Program& program, std::int64_t first, const std::vector<GridRow>& rows) {
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   std::int64_t row = first;
   for (const GridRow& texts : rows) {
     if (row > grid.LastRow) {
@@ -177,7 +177,7 @@ void FillRows(Program& program, std::int64_t first, const std::vector<GridRow>& 
 
 std::optional<std::int64_t> PasteRows(Program& program, CellAddress cell,
                                       const std::vector<GridRow>& rows) {
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   if (!grid.HasRow(cell.row) || grid.importing || rows.empty()) return std::nullopt;
   const std::int64_t last = cell.row + static_cast<std::int64_t>(rows.size()) - 1;
   for (std::int64_t row = cell.row; row <= last && grid.HasRow(row); ++row) {
@@ -189,7 +189,7 @@ std::optional<std::int64_t> PasteRows(Program& program, CellAddress cell,
   return std::nullopt;
 }
 
-std::optional<CellAddress> RememberedCell(const ReplacementsWindow& grid) {
+std::optional<CellAddress> RememberedCell(const ReplacementsForm& grid) {
   const std::string_view name = grid.FocusCell;
   const std::size_t underscore = name.find('_');
   if (underscore == std::string_view::npos) return std::nullopt;
@@ -207,7 +207,7 @@ std::optional<CellAddress> RememberedCell(const ReplacementsWindow& grid) {
 }
 
 bool ReturnToCell(Program& program) {
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   const std::optional<CellAddress> cell = RememberedCell(grid);
   if (!cell || grid.importing) return false;
   MoveTo(program, *cell);
@@ -215,7 +215,7 @@ bool ReturnToCell(Program& program) {
 }
 
 void Cell_KeyDown(Program& program, CellAddress cell, int key) {
-  const ReplacementsWindow& grid = program.frmReplacements;
+  const ReplacementsForm& grid = program.frmReplacements;
   if (!grid.HasRow(cell.row) || grid.importing) return;
   switch (key) {
     case kKeyEnter:
@@ -233,12 +233,12 @@ void Cell_KeyDown(Program& program, CellAddress cell, int key) {
 }
 
 void Cell_Change(Program& program, CellAddress cell, const std::string& text) {
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   if (grid.HasRow(cell.row) && !grid.importing) SetCellText(grid, cell, text);
 }
 
 void Cell_SelectionChange(Program& program, CellAddress cell, std::size_t selection_end) {
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   if (!grid.HasRow(cell.row)) return;
   const std::size_t end = std::min(selection_end, grid.At(cell).text.size());
   if (grid.At(cell).selection_end == end) return;
@@ -247,7 +247,7 @@ void Cell_SelectionChange(Program& program, CellAddress cell, std::size_t select
 }
 
 void Cell_GotFocus(Program& program, CellAddress cell) {
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   if (!grid.HasRow(cell.row) || grid.focused_cell == cell) return;
   if (grid.focused_cell) Cell_LostFocus(program, *grid.focused_cell);
   if (grid.ScrollHasFocus) VScroll1_LostFocus(program);
@@ -261,7 +261,7 @@ void Cell_GotFocus(Program& program, CellAddress cell) {
 }
 
 void Cell_LostFocus(Program& program, CellAddress cell) {
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   if (!grid.HasRow(cell.row) || grid.focused_cell != cell) return;
   grid.focused_cell.reset();
   if (cell.row == grid.LastRow) {
@@ -279,7 +279,7 @@ void VScroll1_Change(Program& program, std::int64_t value) {
 }
 
 void VScroll1_GotFocus(Program& program) {
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   if (grid.focused_cell) Cell_LostFocus(program, *grid.focused_cell);
   grid.ScrollHasFocus = true;
 }

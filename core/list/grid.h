@@ -19,23 +19,23 @@ namespace morvex {
 void LoadGrid(Program& program);
 
 // Adds an empty, hidden row behind the last one. The caller then sets LastRow.
-void AddRow(ReplacementsWindow& grid);
+void AddRow(ReplacementsForm& grid);
 
 // Takes the row `row` away; false for row 0, which always exists, and for a row that does not.
 // Does not change LastRow.
-bool RemoveRow(ReplacementsWindow& grid, std::int64_t row);
+bool RemoveRow(ReplacementsForm& grid, std::int64_t row);
 
 // Makes the window `count` rows taller; `count` may be negative.
-void GrowWindow(ReplacementsWindow& grid, int count);
+void GrowWindow(ReplacementsForm& grid, int count);
 
 // Moves the rows up by `delta` rows; down when negative. Every row gets its visibility anew.
-void ShiftRows(ReplacementsWindow& grid, std::int64_t delta);
+void ShiftRows(ReplacementsForm& grid, std::int64_t delta);
 
 // Scrolls as few rows as it takes to have that row in view. Nothing for a row that does not exist.
-void ScrollIntoView(ReplacementsWindow& grid, std::int64_t row);
+void ScrollIntoView(ReplacementsForm& grid, std::int64_t row);
 
 // Copies every cell's text into SavedLinks and SavedRechts.
-void SnapshotRows(ReplacementsWindow& grid);
+void SnapshotRows(ReplacementsForm& grid);
 
 // Puts the focus into a cell, with all that leaving the old cell and entering the new one bring
 // about. A cell that does not exist or is hidden, in a window that is hidden, cannot take it:
@@ -44,13 +44,13 @@ void FocusOnCell(Program& program, CellAddress cell);
 
 // Marks a cell whose text has reached the grid's longest_text: it turns red and `too_long` is its
 // tool tip. Any other cell is black, with its own text as tool tip.
-void MarkTooLong(const ReplacementsWindow& grid, Cell& cell, const char* too_long);
+void MarkTooLong(const ReplacementsForm& grid, Cell& cell, const char* too_long);
 
 // What Enter in a cell does; only in the last row, which gets a row behind it.
 void EnterInCell(Program& program, CellAddress cell);
 
 // Puts a text into a cell that exists.
-void SetCellText(ReplacementsWindow& grid, CellAddress cell, const std::string& text);
+void SetCellText(ReplacementsForm& grid, CellAddress cell, const std::string& text);
 
 // Puts texts into the rows from `first` on, which must exist; behind the last row others are added
 // as Enter does.
@@ -63,14 +63,14 @@ std::optional<std::int64_t> PasteRows(Program& program, CellAddress cell,
                                       const std::vector<GridRow>& rows);
 
 // The cell that FocusCell names; nothing when it names none that exists.
-std::optional<CellAddress> RememberedCell(const ReplacementsWindow& grid);
+std::optional<CellAddress> RememberedCell(const ReplacementsForm& grid);
 
 // Brings that cell into view and puts the focus there; false when it cannot have it.
 bool ReturnToCell(Program& program);
 
 // Events. A cell event for a row that does not exist does nothing; nor do keys and changes while a
 // list is being read. A change of text comes before the selection that goes with it. `key` is one
-// of core/windows/keys.h. A scroll value outside the bar's range is moved into it.
+// of core/forms/keys.h. A scroll value outside the bar's range is moved into it.
 void Cell_KeyDown(Program& program, CellAddress cell, int key);
 void Cell_Change(Program& program, CellAddress cell, const std::string& text);
 void Cell_SelectionChange(Program& program, CellAddress cell, std::size_t selection_end);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "core/engine/substitution.h"
+#include "core/engine/matching/substitution.h"
 #include "core/host/bytes_as_file.h"
 #include "core/tables/substitution_tables.h"
 
@@ -38,7 +38,7 @@ std::string RowOutcomes::Of(const std::string& left_cell, const std::string& rig
   const auto holds_joker = [joker](const std::string& cell) {
     return joker != 0 && cell.find(static_cast<char>(joker)) != std::string::npos;
   };
-  ReplacementsWindow grid;
+  ReplacementsForm grid;
   grid.rows.resize(1);
   grid.rows.front().txtLinks.text = left_cell;
   grid.rows.front().txtRechts.text = right_cell;

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "core/engine/input_window.h"
-#include "core/engine/positioned_output.h"
+#include "core/engine/matching/input_window.h"
+#include "core/engine/matching/positioned_output.h"
 
 namespace morvex {
 

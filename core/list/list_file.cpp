@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "core/list/editor_window.h"
+#include "core/list/editor.h"
 #include "core/list/grid.h"
 #include "core/list/list_line.h"
 #include "core/program/paths.h"
@@ -58,7 +58,7 @@ class ListImport {
   }
 
   Program& program_;
-  ReplacementsWindow& grid_;
+  ReplacementsForm& grid_;
   ListLineParser parser_;
   std::int64_t row_ = 0;
 };
@@ -68,7 +68,7 @@ class ListImport {
 ErrorNumber SaveReplacementList(Program& program, const std::string& path) {
   // Rows that were written without a separator could not be read back.
   if (program.settings.gSeparator.empty()) program.settings.gSeparator = kDefaultSeparator;
-  const ReplacementsWindow& grid = program.frmReplacements;
+  const ReplacementsForm& grid = program.frmReplacements;
   const std::string& separator = program.settings.gSeparator;
   std::string content;
   for (std::size_t i = 0; i < grid.rows.size(); ++i) {
@@ -102,7 +102,7 @@ std::string UnreadListText(const std::string& path, ErrorNumber error) {
 void cmdImport_Click(Program& program) {
   if (IsBusy(program)) return;
   RefreshFormReplacements(program);
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   SetUpDialog(grid.cdSaveList);
   std::string path = program.settings.SubstitutieFile;
   if (!program.settings.ReadingInitFile) {

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "core/list/editor_window.h"
+#include "core/list/editor.h"
 #include "core/list/grid.h"
 #include "core/list/list_file.h"
 #include "core/program/paths.h"
@@ -20,7 +20,7 @@ constexpr const char* kTooLongRight = "input too long (>2147483647)";
 // Behind the selection that the cell had; a caret behind the cell's text, of a text that is gone by
 // now, leaves the cell as it is.
 void InsertAtCaret(Program& program, CellAddress cell, const std::string& inserted) {
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   std::string text = grid.At(cell).text;
   if (grid.CaretPos > text.size()) return;
   text.insert(grid.CaretPos, inserted);
@@ -55,7 +55,7 @@ void cmdCRLF_Click(Program& program) {
 
 void cmdMirror_Click(Program& program) {
   if (IsBusy(program)) return;
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   for (GridRow& row : grid.rows) {
     row.txtLinks.text.swap(row.txtRechts.text);
     row.txtLinks.selection_end = 0;
@@ -94,7 +94,7 @@ void cmdDeleteEmpty_Click(Program& program) {
 
 void cmdOK_Click(Program& program) {
   if (IsBusy(program)) return;
-  ReplacementsWindow& grid = program.frmReplacements;
+  ReplacementsForm& grid = program.frmReplacements;
   const std::string joker = grid.cmdJoker.caption;
   for (std::size_t i = 0; i < grid.rows.size(); ++i) {
     const auto row = static_cast<std::int64_t>(i);

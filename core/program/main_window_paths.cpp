@@ -3,7 +3,7 @@
 namespace morvex {
 
 void Text1_Change(Program& program, int index, const std::string& text) {
-  MainWindow& window = program.frmMorvex;
+  MainForm& window = program.frmMorvex;
   TextBox& box = window.Text1(index);
   if (box.text.get() == text) return;
   box.text = text;

@@ -23,7 +23,7 @@ std::string JokerText(const Program& program) {
   return joker == 0 ? std::string() : std::string(1, static_cast<char>(joker));
 }
 
-void Unload(Window& window) {
+void Unload(Form& window) {
   window.loaded = false;
   window.visible = false;
 }

@@ -12,12 +12,12 @@
 #include <string>
 #include <vector>
 
+#include "core/forms/main_form.h"
+#include "core/forms/options_form.h"
+#include "core/forms/replacements_form.h"
 #include "core/host/host.h"
 #include "core/program/run_observer.h"
 #include "core/tables/substitution_tables.h"
-#include "core/windows/main_window.h"
-#include "core/windows/options_window.h"
-#include "core/windows/replacements_window.h"
 
 namespace morvex {
 
@@ -134,9 +134,9 @@ struct Program {
   CaptureState capture;
   std::shared_ptr<RunEngine> engine;  // made when the first file needs it
   RunObserver* observer = nullptr;    // is told of every outcome; outlives the run
-  MainWindow frmMorvex;
-  OptionsWindow frmOpties;
-  ReplacementsWindow frmReplacements;
+  MainForm frmMorvex;
+  OptionsForm frmOpties;
+  ReplacementsForm frmReplacements;
   std::chrono::milliseconds last_yield{0};  // host.system.SteadyTime() of it
 };
 
@@ -152,6 +152,6 @@ bool IsBusy(const Program& program);
 std::string JokerText(const Program& program);
 
 // Unloads a window: it is gone from the screen. The program has ended when none is loaded.
-void Unload(Window& window);
+void Unload(Form& window);
 
 }  // namespace morvex

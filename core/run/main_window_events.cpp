@@ -6,7 +6,7 @@ namespace {
 void HideExtensionList(Program& program) { program.frmOpties.lstExtensie.visible = false; }
 
 void PutBoxBack(Program& program) {
-  MainWindow& window = program.frmMorvex;
+  MainForm& window = program.frmMorvex;
   window.FolderTreeview1.visible = false;
   window.Text1(window.EditedBox).visible = true;
 }
@@ -26,7 +26,7 @@ void imList_MouseMove(Program& program) {
 }
 
 void Text1_DblClick(Program& program, int index) {
-  MainWindow& window = program.frmMorvex;
+  MainForm& window = program.frmMorvex;
   // One tree serves both boxes: a box that it stands in for already comes back first.
   if (window.FolderTreeview1.visible) PutBoxBack(program);
   window.Text1(index).visible = false;
@@ -37,7 +37,7 @@ void Text1_DblClick(Program& program, int index) {
 }
 
 void FolderTreeview1_FolderChosen(Program& program, const std::string& folder) {
-  MainWindow& window = program.frmMorvex;
+  MainForm& window = program.frmMorvex;
   window.FolderTreeview1.selected_folder = folder;
   PutBoxBack(program);
   Text1_Change(program, window.EditedBox, folder);
@@ -50,7 +50,7 @@ void FolderTreeview1_FolderEvent(Program& program, const std::string& folder) {
 }
 
 void Wait(Program& program, std::chrono::milliseconds duration) {
-  MainWindow& window = program.frmMorvex;
+  MainForm& window = program.frmMorvex;
   window.Timer1.enabled = true;
   window.Timer1.interval_ms = static_cast<int>(duration.count());
   window.lblTotalFiles.caption = "Momentje...";

@@ -2,11 +2,11 @@
 
 #include <string>
 
-#include "core/engine/folder_passes.h"
-#include "core/engine/outcomes.h"
-#include "core/engine/progress.h"
-#include "core/engine/single_file_run.h"
-#include "core/engine/target_files.h"
+#include "core/engine/passes/folder_passes.h"
+#include "core/engine/passes/outcomes.h"
+#include "core/engine/passes/progress.h"
+#include "core/engine/passes/single_file_run.h"
+#include "core/engine/passes/target_files.h"
 #include "core/program/elapsed_time.h"
 #include "core/program/paths.h"
 #include "core/program/run_log.h"
@@ -52,7 +52,7 @@ void ResetCounters(RunState& run) {
 // What an earlier run left in the labels would pass for this one's. Before the first run they hold
 // what start-up says.
 void ClearResult(Program& program) {
-  MainWindow& window = program.frmMorvex;
+  MainForm& window = program.frmMorvex;
   if (program.run.end == RunEnd::kNone) return;
   for (Label* label : {&window.lblFiles, &window.lblTotalFiles, &window.lblTijd,
                        &window.lblPercentage, &window.lblNote}) {
@@ -83,7 +83,7 @@ void LogSummary(Program& program) {
 }
 
 void RefuseSource(Program& program, const std::string& source) {
-  MainWindow& window = program.frmMorvex;
+  MainForm& window = program.frmMorvex;
   EnablePathBoxes(program, true);
   window.Text1(kSourceBox).colour = Colour::kRed;
   ShowText(program, source + "\r\nSource folder doesn't exist.");
@@ -99,7 +99,7 @@ enum class TargetCheck { kReady, kRefused, kCannotCreate };
 // Makes the target folder when the user wants it.
 TargetCheck CheckTarget(Program& program, const std::string& target) {
   if (FolderExists(program, target)) return TargetCheck::kReady;
-  MainWindow& window = program.frmMorvex;
+  MainForm& window = program.frmMorvex;
   TextBox& box = window.Text1(kTargetBox);
   box.colour = Colour::kRed;
   const Answer answer = program.host.user.ShowMessage("Target folder doesn't exist. Create?",
@@ -121,7 +121,7 @@ TargetCheck CheckTarget(Program& program, const std::string& target) {
 }
 
 void ShowResult(Program& program) {
-  MainWindow& window = program.frmMorvex;
+  MainForm& window = program.frmMorvex;
   window.cmdAnonymize.enabled = true;
   window.cmdExit.enabled = true;
   program.frmOpties.chkLoggen.enabled = true;
@@ -161,7 +161,7 @@ RunEnd RunFolder(Program& program, const std::string& source, const std::string&
 }
 
 void BackToIdle(Program& program) {
-  MainWindow& window = program.frmMorvex;
+  MainForm& window = program.frmMorvex;
   window.mouse_pointer = MousePointer::kDefault;
   window.cmdGo.enabled = false;
   window.cmdGo.visible = true;
@@ -178,7 +178,7 @@ RunEnd RunSingleFile(Program& program, const std::string& source, const std::str
 }
 
 RunEnd Go(Program& program) {
-  MainWindow& window = program.frmMorvex;
+  MainForm& window = program.frmMorvex;
   ClearResult(program);
   window.Text1(kSourceBox).colour = Colour::kBlack;
   ResetCounters(program.run);
@@ -225,7 +225,7 @@ void ArmRun(Program& program) {
   program.run.ArmedAt = program.host.system.Now();
   program.run.elapsed = {};
   program.run.RunStarted = false;
-  MainWindow& window = program.frmMorvex;
+  MainForm& window = program.frmMorvex;
   window.cmdGo.caption = kGoArmed;
   window.cmdGo.enabled = true;
   window.cmdGo.visible = true;

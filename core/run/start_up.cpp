@@ -3,7 +3,7 @@
 #include <chrono>
 #include <string_view>
 
-#include "core/list/editor_window.h"
+#include "core/list/editor.h"
 #include "core/program/paths.h"
 #include "core/run/main_window_events.h"
 #include "core/run/run_driver.h"

@@ -4,11 +4,11 @@
 #include <utility>
 #include <vector>
 
+#include "core/forms/keys.h"
 #include "core/program/paths.h"
 #include "core/program/run_log.h"
 #include "core/settings/character_code.h"
 #include "core/settings/settings_file.h"
-#include "core/windows/keys.h"
 
 namespace morvex {
 namespace {
@@ -33,7 +33,7 @@ void CountExtensions(Program& program) {
 }
 
 void AddTypedExtension(Program& program) {
-  OptionsWindow& window = program.frmOpties;
+  OptionsForm& window = program.frmOpties;
   const std::string entry = FormatExtensie(program, window.txtExtensie.text);
   if (entry.empty()) return;
   window.txtExtensie.text = "";
@@ -83,7 +83,7 @@ void imOpties_Click(Program& program) {
 }
 
 void frmOpties_Activate(Program& program) {
-  OptionsWindow& window = program.frmOpties;
+  OptionsForm& window = program.frmOpties;
   window.txtSeparator.text = program.settings.gSeparator;
   window.txtJoker.text = JokerText(program);
   CountExtensions(program);
@@ -120,7 +120,7 @@ void lstExtensie_Select(Program& program, std::size_t index, bool selected) {
 void lstExtensie_Validate(Program& program) { CountExtensions(program); }
 
 void cmdListExtensie_Down_Click(Program& program) {
-  OptionsWindow& window = program.frmOpties;
+  OptionsForm& window = program.frmOpties;
   window.lstExtensie.visible = !window.lstExtensie.visible;
   window.focus = &window.txtExtensie;
 }
@@ -134,7 +134,7 @@ void chkLoggen_Click(Program& program, int value) {
 
 void cmdToepassen_Click(Program& program) {
   if (IsBusy(program)) return;
-  OptionsWindow& window = program.frmOpties;
+  OptionsForm& window = program.frmOpties;
   const std::string& separator = window.txtSeparator.text;
   program.settings.gSeparator = separator.empty() ? kDefaultSeparator : separator;
   program.settings.gJoker = CharacterCode(program, window.txtJoker.text.get());

@@ -25,7 +25,7 @@ void frmOpties_Activate(Program& program);
 // The window is closed by its close box: hidden, nothing is applied.
 void frmOpties_Close(Program& program);
 
-// Keys of the entry field; `key` and `shift` as in core/windows/keys.h.
+// Keys of the entry field; `key` and `shift` as in core/forms/keys.h.
 void txtExtensie_KeyDown(Program& program, int key, int shift);
 void txtExtensie_GotFocus(Program& program);
 

@@ -139,7 +139,7 @@ void WriteInitFile(Program& program) {
   Settings& settings = program.settings;
   if (settings.gSeparator.empty()) settings.gSeparator = kDefaultSeparator;
   if (program.Beeindigd) return;
-  const MainWindow& window = program.frmMorvex;
+  const MainForm& window = program.frmMorvex;
   std::vector<std::string> lines = {
       window.Text1(kSourceBox).text, window.Text1(kTargetBox).text,
       settings.SubstitutieFile,      "log=" + std::to_string(program.frmOpties.chkLoggen.value()),

@@ -55,7 +55,7 @@ std::string ExpandCRLF(std::string_view text) {
   return expanded.append(text, from);
 }
 
-void Apply_CRLF_Hndlr(const ReplacementsWindow& grid, SubstitutionTables& tables) {
+void Apply_CRLF_Hndlr(const ReplacementsForm& grid, SubstitutionTables& tables) {
   ++tables.version;
   tables.PairCount = static_cast<std::int64_t>(grid.rows.size());
   tables.RightTexts.clear();
@@ -68,7 +68,7 @@ void Apply_CRLF_Hndlr(const ReplacementsWindow& grid, SubstitutionTables& tables
   }
 }
 
-ErrorNumber FillArrays(const ReplacementsWindow& grid, std::uint8_t joker,
+ErrorNumber FillArrays(const ReplacementsForm& grid, std::uint8_t joker,
                        SubstitutionTables& tables) {
   Apply_CRLF_Hndlr(grid, tables);
   tables.MaxLeftLen = Measure(tables.LeftTexts, tables.LeftLengths);

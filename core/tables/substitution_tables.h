@@ -12,8 +12,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/forms/replacements_form.h"
 #include "core/host/error.h"
-#include "core/windows/replacements_window.h"
 
 namespace morvex {
 
@@ -70,12 +70,12 @@ bool TakesInOneByte(std::string_view left, std::uint8_t joker, std::size_t longe
 std::string ExpandCRLF(std::string_view text);
 
 // PairCount, LeftTexts and RightTexts from the grid. The first step of FillArrays.
-void Apply_CRLF_Hndlr(const ReplacementsWindow& grid, SubstitutionTables& tables);
+void Apply_CRLF_Hndlr(const ReplacementsForm& grid, SubstitutionTables& tables);
 
 // Rebuilds every table but the wildcard flags, which the caller has set for every row before, from
 // the first to the last. `joker` is the wildcard's code, 0 for none. kSubscriptOutOfRange when a
 // row has no flag: the tails from that row on are then empty.
-ErrorNumber FillArrays(const ReplacementsWindow& grid, std::uint8_t joker,
+ErrorNumber FillArrays(const ReplacementsForm& grid, std::uint8_t joker,
                        SubstitutionTables& tables);
 
 // Sets the flag of one row in the column "Left" or "Right" (any other text changes nothing) and

@@ -18,7 +18,7 @@ class CountingWatcher : public SubstitutionWatcher {
 };
 
 void Fill(const JudgedList& list, SubstitutionTables& tables) {
-  ReplacementsWindow grid;
+  ReplacementsForm grid;
   grid.rows.clear();
   for (const auto& [left, right] : list.rows) {
     grid.rows.emplace_back();

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/engine/substitution.h"
+#include "core/engine/matching/substitution.h"
 #include "tests/reference/literal_substitution.h"
 
 namespace morvex::test {

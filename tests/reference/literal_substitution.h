@@ -13,9 +13,9 @@
 #include <string>
 #include <vector>
 
-#include "core/engine/input_window.h"
-#include "core/engine/positioned_output.h"
-#include "core/engine/substitution.h"
+#include "core/engine/matching/input_window.h"
+#include "core/engine/matching/positioned_output.h"
+#include "core/engine/matching/substitution.h"
 #include "core/program/program.h"
 #include "core/tables/substitution_tables.h"
 

@@ -1,9 +1,9 @@
 #include "tests/support/test_program.h"
 
-#include "core/list/editor_window.h"
+#include "core/forms/keys.h"
+#include "core/list/editor.h"
 #include "core/list/grid.h"
 #include "core/list/list_operations.h"
-#include "core/windows/keys.h"
 
 namespace morvex::test {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ui/commands/command_console.h"
-#include "ui/commands/command_line.h"
+#include "ui/commands/command_options.h"
 
 namespace morvex {
 

@@ -1,8 +1,8 @@
 #include "ui/commands/commands.h"
 
 #include "ui/commands/check_command.h"
-#include "ui/commands/command_line.h"
 #include "ui/commands/command_messages.h"
+#include "ui/commands/command_options.h"
 #include "ui/commands/filter_command.h"
 #include "ui/commands/run_command.h"
 

@@ -4,9 +4,9 @@
 #include <optional>
 #include <string>
 
-#include "core/engine/input_window.h"
-#include "core/engine/positioned_output.h"
-#include "core/engine/substitution.h"
+#include "core/engine/matching/input_window.h"
+#include "core/engine/matching/positioned_output.h"
+#include "core/engine/matching/substitution.h"
 #include "ui/commands/command_messages.h"
 #include "ui/commands/list_loading.h"
 #include "ui/commands/stream_output.h"

@@ -1,6 +1,6 @@
 #include "ui/commands/list_loading.h"
 
-#include "core/list/editor_window.h"
+#include "core/list/editor.h"
 #include "core/list/grid.h"
 #include "core/list/list_file.h"
 #include "core/list/list_operations.h"
@@ -91,7 +91,7 @@ std::string Advice(const ListRemark& remark, const std::string& separator) {
 }
 
 // Takes the marks out of the rows that begin with one.
-void DropMarks(ReplacementsWindow& grid) {
+void DropMarks(ReplacementsForm& grid) {
   for (std::size_t row = 0; row < grid.rows.size(); ++row) {
     const std::string& text = grid.rows[row].txtLinks.text;
     if (!text.starts_with(kUtf8Mark)) continue;

@@ -7,8 +7,8 @@
 
 #include "core/list/list_review.h"
 #include "core/program/program.h"
-#include "ui/commands/command_line.h"
 #include "ui/commands/command_messages.h"
+#include "ui/commands/command_options.h"
 
 namespace morvex {
 

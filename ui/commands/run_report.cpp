@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <streambuf>
 
-#include "core/engine/outcomes.h"
+#include "core/engine/passes/outcomes.h"
 #include "ui/commands/shown_text.h"
 
 namespace morvex {
@@ -75,7 +75,7 @@ std::string UtcText(WallTime time) {
 }
 
 Json SettingsAsJson(const Program& program, const std::string& settings_file) {
-  const MainWindow& window = program.frmMorvex;
+  const MainForm& window = program.frmMorvex;
   Json settings;
   if (!settings_file.empty()) settings["settings_file"] = ShownPath(settings_file);
   settings["source"] = ShownPath(window.Text1(kSourceBox).text.get());

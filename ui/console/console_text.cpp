@@ -4,8 +4,8 @@
 #include <array>
 #include <vector>
 
-#include "core/engine/outcomes.h"
-#include "core/engine/target_files.h"
+#include "core/engine/passes/outcomes.h"
+#include "core/engine/passes/target_files.h"
 #include "core/list/list_file.h"
 
 namespace morvex {
@@ -153,7 +153,7 @@ std::string ProgressLine(const Program& program) {
 }
 
 std::string ResultLines(const Program& program) {
-  const MainWindow& window = program.frmMorvex;
+  const MainForm& window = program.frmMorvex;
   const RunState& run = program.run;
   // The labels stand as the last whole file left them.
   if (run.end == RunEnd::kStopped) {

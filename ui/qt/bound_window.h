@@ -4,7 +4,7 @@
 
 #include <QWidget>
 
-#include "core/windows/control.h"
+#include "core/forms/control.h"
 #include "ui/qt/spoken_roles.h"
 
 namespace morvex {
@@ -13,7 +13,7 @@ class BoundWindow : public QWidget {
  public:
   // `state` must outlive the widget.
   // Roles come before the widgets: what a widget is to a screen reader is settled at first mention.
-  explicit BoundWindow(Window& state) : state_(state) { TellSpokenRoles(); }
+  explicit BoundWindow(Form& state) : state_(state) { TellSpokenRoles(); }
 
   // Shows the state as it is now. No handler of the core is called for what that changes.
   virtual void Show() = 0;
@@ -21,10 +21,10 @@ class BoundWindow : public QWidget {
   // Whether it is to be on the screen.
   virtual bool IsWanted() const { return state_.loaded && state_.visible; }
 
-  Window& state() { return state_; }
+  Form& state() { return state_; }
 
  private:
-  Window& state_;
+  Form& state_;
 };
 
 }  // namespace morvex

@@ -10,9 +10,9 @@
 #include <limits>
 #include <optional>
 
-#include "core/list/editor_window.h"
+#include "core/forms/keys.h"
+#include "core/list/editor.h"
 #include "core/list/grid.h"
-#include "core/windows/keys.h"
 #include "ui/qt/grow_window.h"
 #include "ui/qt/show_control.h"
 #include "ui/qt/tool_tip.h"
@@ -117,7 +117,7 @@ void EditorWindowWidget::Report(const std::function<void()>& handler) {
 // Tells the core where the focus is. That is where it was while another window is in front. Not
 // while a list is being read, which moves focus and scroll bar itself.
 void EditorWindowWidget::TellFocus() {
-  const ReplacementsWindow& grid = program_.frmReplacements;
+  const ReplacementsForm& grid = program_.frmReplacements;
   if (showing_ || !grid.loaded || !grid.visible || grid.importing) return;
   if (const std::optional<CellAddress> cell = band_.AddressOf(focusWidget())) {
     Cell_GotFocus(program_, *cell);
@@ -138,7 +138,7 @@ void EditorWindowWidget::TellCaret(CellAddress cell) {
 // moment, as when it is dragged; else a move to the end would not count as the user's.
 void EditorWindowWidget::ScrollByUser(int value) {
   Report([&] {
-    const ReplacementsWindow& grid = program_.frmReplacements;
+    const ReplacementsForm& grid = program_.frmReplacements;
     if (grid.importing) return;
     const std::optional<CellAddress> cell = grid.focused_cell;
     const bool has_focus = grid.ScrollHasFocus;
@@ -231,7 +231,7 @@ void EditorWindowWidget::wheelEvent(QWheelEvent* event) {
 }
 
 void EditorWindowWidget::Show() {
-  ReplacementsWindow& grid = program_.frmReplacements;
+  ReplacementsForm& grid = program_.frmReplacements;
   const QScopedValueRollback<bool> showing(showing_, true);
   setWindowTitle(page_.Shown(grid.caption.get()));
   if (!grid.loaded) return;
@@ -255,7 +255,7 @@ TwipScale EditorWindowWidget::Scale() const {
 }
 
 void EditorWindowWidget::ShowSize() {
-  const ReplacementsWindow& grid = program_.frmReplacements;
+  const ReplacementsForm& grid = program_.frmReplacements;
   const TwipScale scale = Scale();
   const QSize least(scale.Px(grid.width), scale.Px(grid.height));
   const bool grows = isVisible() && least.height() > height();
@@ -270,7 +270,7 @@ void EditorWindowWidget::ShowSize() {
 }
 
 void EditorWindowWidget::Arrange() {
-  const ReplacementsWindow& grid = program_.frmReplacements;
+  const ReplacementsForm& grid = program_.frmReplacements;
   const TwipScale scale = Scale();
   const int wider = std::max(0, width() - scale.Px(grid.width)) / 2;  // each of the two columns
   band_.Place(scale, wider);
@@ -316,7 +316,7 @@ void EditorWindowWidget::ShowTabOrder() {
 
 // The focus moves only where the core wants it, or where the cell that had it is out of view.
 void EditorWindowWidget::ShowFocus(std::optional<CellAddress> had_focus) {
-  const ReplacementsWindow& grid = program_.frmReplacements;
+  const ReplacementsForm& grid = program_.frmReplacements;
   const std::vector<ByteLineEdit*> cells = band_.InTabOrder();
   QWidget* const first = cells.empty() ? nullptr : cells.front();
   QWidget* target = grid.focused_cell ? band_.At(*grid.focused_cell) : nullptr;

@@ -4,7 +4,7 @@
 
 #include <QListWidget>
 
-#include "core/windows/control.h"
+#include "core/forms/control.h"
 #include "ui/qt/code_page.h"
 
 namespace morvex {

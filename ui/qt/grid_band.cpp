@@ -39,7 +39,7 @@ std::size_t PlaceOf(std::int64_t row) { return static_cast<std::size_t>(row % kR
 
 }  // namespace
 
-GridBand::GridBand(ReplacementsWindow& grid, const CodePage& page, QWidget& window)
+GridBand::GridBand(ReplacementsForm& grid, const CodePage& page, QWidget& window)
     : grid_(grid), page_(page), window_(window) {}
 
 void GridBand::Show() {

@@ -10,7 +10,7 @@
 #include <optional>
 #include <vector>
 
-#include "core/windows/replacements_window.h"
+#include "core/forms/replacements_form.h"
 #include "ui/qt/byte_line_edit.h"
 #include "ui/qt/code_page.h"
 #include "ui/qt/twip_scale.h"
@@ -23,7 +23,7 @@ class GridBand : public QObject {
  public:
   // The cells become children of `window`, which also filters their events. All must outlive the
   // object, the window's destructor excepted.
-  GridBand(ReplacementsWindow& grid, const CodePage& page, QWidget& window);
+  GridBand(ReplacementsForm& grid, const CodePage& page, QWidget& window);
 
   // Brings texts, tool tips, colours and carets in line with the grid. The cells may give signals
   // meanwhile.
@@ -67,7 +67,7 @@ class GridBand : public QObject {
   void ShowCell(CellWidget& widget, const Cell& cell, bool is_new);
   void ShowColour(CellWidget& widget, Colour colour);
 
-  ReplacementsWindow& grid_;
+  ReplacementsForm& grid_;
   const CodePage& page_;
   QWidget& window_;
   std::array<RowWidgets, kRowsInBand> rows_;  // row r has the pair r modulo 6

@@ -37,7 +37,7 @@ bool IsWord(const QString& caption) {
 
 }  // namespace
 
-ListCommands::ListCommands(ReplacementsWindow& grid, const CodePage& page, QWidget& window)
+ListCommands::ListCommands(ReplacementsForm& grid, const CodePage& page, QWidget& window)
     : grid_(grid), page_(page), window_(window) {
   Add("cmdJoker", grid.cmdJoker, 0, cmdJoker_Click);
   Add("cmdCRLF", grid.cmdCRLF, 'C', cmdCRLF_Click);

@@ -20,7 +20,7 @@ class ListCommands : public QObject {
 
   // The buttons become children of `window`, which also filters their events. All must outlive the
   // object, the window's destructor excepted.
-  ListCommands(ReplacementsWindow& grid, const CodePage& page, QWidget& window);
+  ListCommands(ReplacementsForm& grid, const CodePage& page, QWidget& window);
 
   // Brings captions, tool tips and the like in line with the grid.
   void Show();
@@ -45,7 +45,7 @@ class ListCommands : public QObject {
   void Add(const char* name, const Button& button, char mnemonic, Handler handler,
            bool opens_afresh = false);
 
-  const ReplacementsWindow& grid_;
+  const ReplacementsForm& grid_;
   const CodePage& page_;
   QWidget& window_;
   std::vector<Command> commands_;  // in tab order

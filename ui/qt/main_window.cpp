@@ -3,7 +3,7 @@
 #include <QCloseEvent>
 #include <QMouseEvent>
 
-#include "core/list/editor_window.h"
+#include "core/list/editor.h"
 #include "core/run/main_window_events.h"
 #include "core/run/run_driver.h"
 #include "core/settings/options.h"

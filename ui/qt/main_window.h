@@ -76,7 +76,7 @@ class MainWindowWidget : public BoundWindow {
   const CodePage& file_names_;
   // A key that is held down must not go on to the button that the focus passes to.
   HeldEnterFilter held_enter_;
-  MainWindow& window_;
+  MainForm& window_;
 
   std::array<PathRow, 2> rows_;
   FolderTreeView* tree_;

@@ -12,8 +12,8 @@
 #include <array>
 #include <utility>
 
+#include "core/forms/keys.h"
 #include "core/settings/options.h"
-#include "core/windows/keys.h"
 #include "ui/qt/grow_window.h"
 #include "ui/qt/show_control.h"
 #include "ui/qt/tool_tip.h"
@@ -29,7 +29,7 @@ constexpr int kGap = 2;          // between the entry field, its button and its 
 constexpr int kShortField = 8;   // characters
 constexpr int kEntryField = 20;  // characters
 
-// As in core/windows/keys.h; 0 for keys that no handler knows.
+// As in core/forms/keys.h; 0 for keys that no handler knows.
 int KeyCode(const QKeyEvent& event) {
   if (ByteLineEdit::IsDigitWithAlt(event)) return 0;
   switch (event.key()) {

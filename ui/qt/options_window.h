@@ -54,7 +54,7 @@ class OptionsWindowWidget : public BoundWindow {
   QWidget* WidgetOf(const Control* control) const;
 
   Program& program_;
-  OptionsWindow& state_;
+  OptionsForm& state_;
   const CodePage& page_;
   const CodePage& file_names_;
   QLabel* const lblJoker_;

@@ -4,7 +4,7 @@
 #include <QAbstractButton>
 #include <QString>
 
-#include "core/windows/control.h"
+#include "core/forms/control.h"
 #include "ui/qt/pictures.h"
 
 namespace morvex {

@@ -7,7 +7,7 @@
 #include <QString>
 #include <string>
 
-#include "core/windows/control.h"
+#include "core/forms/control.h"
 #include "ui/qt/code_page.h"
 
 class QWidget;

@@ -4,7 +4,7 @@
 #include <QRect>
 #include <QtGlobal>
 
-#include "core/windows/control.h"
+#include "core/forms/control.h"
 
 namespace morvex {
 

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-#include "core/engine/process_file.h"
+#include "core/engine/passes/process_file.h"
 #include "tests/support/test_program.h"
 
 namespace morvex::test {
@@ -27,7 +27,7 @@ class EngineProgram : public TestProgram {
 
   void SetList(const Rows& rows, char joker) { SetList(rows, {joker, joker, joker}); }
   void SetList(const Rows& rows, Wildcards jokers) {
-    ReplacementsWindow grid;
+    ReplacementsForm grid;
     for (const auto& [left, right] : rows) {
       const auto index = static_cast<std::int64_t>(grid.rows.size());
       grid.rows.emplace_back();

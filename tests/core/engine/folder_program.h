@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/engine/folder_passes.h"
+#include "core/engine/passes/folder_passes.h"
 #include "tests/core/engine/engine_test.h"
 
 namespace morvex::test {

@@ -67,7 +67,7 @@ TEST(EditorChangeNotice, IsGivenAfterTheLastChangeOfAnInsertion) {
   Cell_SelectionChange(test.program, kFirstLeft, 3);
   Cell_LostFocus(test.program, kFirstLeft);
   std::size_t caret_seen = 0;
-  ReplacementsWindow& grid = test.program.frmReplacements;
+  ReplacementsForm& grid = test.program.frmReplacements;
   grid.changes.on_change = [&] { caret_seen = grid.At(kFirstLeft).selection_end; };
   cmdCRLF_Click(test.program);
   EXPECT_EQ(caret_seen, 12u);

@@ -5,7 +5,7 @@
 
 #include <iostream>
 
-#include "core/list/editor_window.h"
+#include "core/list/editor.h"
 #include "core/list/grid.h"
 #include "core/list/list_file.h"
 #include "core/list/list_operations.h"

@@ -5,9 +5,9 @@
 
 #include <string>
 
-#include "core/list/editor_window.h"
+#include "core/forms/keys.h"
+#include "core/list/editor.h"
 #include "core/list/grid.h"
-#include "core/windows/keys.h"
 #include "tests/support/test_program.h"
 
 namespace morvex::test {
@@ -62,7 +62,7 @@ class GridTest : public testing::Test {
   }
 
   TestProgram test_;
-  ReplacementsWindow& grid_ = test_.program.frmReplacements;
+  ReplacementsForm& grid_ = test_.program.frmReplacements;
 };
 
 }  // namespace morvex::test

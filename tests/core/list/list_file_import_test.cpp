@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "core/list/editor_window.h"
+#include "core/list/editor.h"
 #include "core/list/list_file.h"
 #include "tests/support/test_program.h"
 

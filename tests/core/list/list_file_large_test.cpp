@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "core/forms/keys.h"
 #include "core/list/list_file.h"
 #include "core/list/list_operations.h"
-#include "core/windows/keys.h"
 #include "tests/core/list/grid_fixture.h"
 
 namespace morvex::test {

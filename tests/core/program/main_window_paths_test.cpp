@@ -16,7 +16,7 @@ class MainWindowPathsTest : public ::testing::Test {
   }
 
   TestProgram test_;
-  MainWindow& window_ = test_.program.frmMorvex;
+  MainForm& window_ = test_.program.frmMorvex;
 };
 
 TEST_F(MainWindowPathsTest, AChangeOfEitherBoxDisablesGoAndChangesItsCaption) {

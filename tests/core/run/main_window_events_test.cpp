@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/list/editor_window.h"
+#include "core/list/editor.h"
 #include "core/settings/options.h"
 #include "tests/core/run/run_program.h"
 
@@ -18,7 +18,7 @@ class MainWindowEventsTest : public ::testing::Test {
 
   RunProgram test_;
   Program& program_ = test_.program;
-  MainWindow& window_ = test_.program.frmMorvex;
+  MainForm& window_ = test_.program.frmMorvex;
 };
 
 TEST_F(MainWindowEventsTest, AClickOnTheWindowHidesTheOpenExtensionList) {

@@ -279,7 +279,7 @@ class BehindAMessageTest : public ::testing::Test {
     Text1_Change(test_.program, kTargetBox, target);
     test_.Arm();
     test_.window().changes.on_change = [this, was_red = false]() mutable {
-      const MainWindow& window = test_.window();
+      const MainForm& window = test_.window();
       const bool is_red =
           test_.source_box().colour == Colour::kRed || test_.target_box().colour == Colour::kRed;
       if (is_red && !was_red) {

@@ -1,7 +1,7 @@
 // Go with a source folder, to its end.
 #include <gtest/gtest.h>
 
-#include "core/list/editor_window.h"
+#include "core/list/editor.h"
 #include "core/settings/options.h"
 #include "tests/core/run/run_program.h"
 
@@ -47,7 +47,7 @@ TEST_F(GoFolderTest, ASecondRunShowsNothingOfTheFirstOneNotEvenAtItsStart) {
   test_.window().changes.on_change = [&] {
     if (!program_.run.working || first_seen) return;
     // The clearing itself is the first that changes.
-    const MainWindow& window = test_.window();
+    const MainForm& window = test_.window();
     const std::string shown = window.lblFiles.caption.get() + window.lblTotalFiles.caption.get() +
                               window.lblTijd.caption.get() + window.lblPercentage.caption.get();
     first_seen = shown.empty();

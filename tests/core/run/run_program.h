@@ -38,7 +38,7 @@ class UnloadOrder {
   std::vector<std::string> names;
 
  private:
-  void Watch(Window& window, const char* name) {
+  void Watch(Form& window, const char* name) {
     if (!window.loaded) return;
     window.changes.on_change = [this, &window, name, noted = false]() mutable {
       if (window.loaded || noted) return;
@@ -66,7 +66,7 @@ class RunProgram : public TestProgram {
     Go();
   }
 
-  MainWindow& window() { return program.frmMorvex; }
+  MainForm& window() { return program.frmMorvex; }
   TextBox& source_box() { return window().Text1(kSourceBox); }
   TextBox& target_box() { return window().Text1(kTargetBox); }
 

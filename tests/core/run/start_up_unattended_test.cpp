@@ -1,7 +1,7 @@
 // A start with a settings file on the command line: the whole run and the program's end.
 #include <gtest/gtest.h>
 
-#include "core/list/editor_window.h"
+#include "core/list/editor.h"
 #include "core/settings/options.h"
 #include "core/settings/settings_file.h"
 #include "tests/core/run/run_program.h"

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "core/forms/keys.h"
 #include "core/settings/options.h"
-#include "core/windows/keys.h"
 #include "tests/support/test_program.h"
 
 namespace morvex::test {
@@ -31,7 +31,7 @@ class Extensions : public testing::Test {
   std::string Selected() const { return test_.program.frmMorvex.lblExtensions.caption; }
 
   TestProgram test_;
-  OptionsWindow& window_ = test_.program.frmOpties;
+  OptionsForm& window_ = test_.program.frmOpties;
 };
 
 TEST_F(Extensions, TypingAnExtensionWithoutPointAddsItWithOne) {

@@ -14,7 +14,7 @@ using Texts = std::vector<std::string>;
 using Cells = std::vector<std::optional<std::uint8_t>>;
 
 // A grid with these rows, without a program around it.
-void Fill(ReplacementsWindow& grid, const std::vector<std::pair<std::string, std::string>>& rows) {
+void Fill(ReplacementsForm& grid, const std::vector<std::pair<std::string, std::string>>& rows) {
   for (const auto& [left, right] : rows) {
     GridRow& row = grid.rows.emplace_back();
     row.txtLinks.text = left;
@@ -25,7 +25,7 @@ void Fill(ReplacementsWindow& grid, const std::vector<std::pair<std::string, std
 // Tables of these rows; the flags say which left texts use the wildcard.
 SubstitutionTables TablesOf(const std::vector<std::pair<std::string, std::string>>& rows,
                             const std::vector<bool>& flags, std::uint8_t joker = '*') {
-  ReplacementsWindow grid;
+  ReplacementsForm grid;
   Fill(grid, rows);
   SubstitutionTables tables;
   tables.JokerLeft = flags;
@@ -143,7 +143,7 @@ TEST(FillArrays, WithoutAWildcardAFlaggedRowHasItsWholeTextAsTail) {
 }
 
 TEST(FillArrays, ARowWithoutAFlagIsABoundsError) {
-  ReplacementsWindow grid;
+  ReplacementsForm grid;
   Fill(grid, {{"a*b", "x"}, {"c*d", "y"}});
   SubstitutionTables tables;
   tables.JokerLeft = {true};
@@ -154,7 +154,7 @@ TEST(FillArrays, ARowWithoutAFlagIsABoundsError) {
 }
 
 TEST(FillArrays, RebuildsEveryTableButTheFlags) {
-  ReplacementsWindow grid;
+  ReplacementsForm grid;
   Fill(grid, {{"a*bcd", "x"}, {"c", "long right"}, {"d", ""}});
   SubstitutionTables tables;
   tables.JokerLeft = {true, false, true};
@@ -187,7 +187,7 @@ TEST(FillArrays, ARowOfAMegabyteIsHeldWhole) {
 }
 
 TEST(ApplyCrlfHandler, FillsTheTextsAloneFromTheGrid) {
-  ReplacementsWindow grid;
+  ReplacementsForm grid;
   Fill(grid, {{"a[CRLF]", "b"}, {"c", "[CRLF]d"}});
   SubstitutionTables tables;
   tables.LeftTexts = {"old", "old", "old"};

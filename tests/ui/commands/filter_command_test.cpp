@@ -8,7 +8,7 @@
 #include <sstream>
 #include <utility>
 
-#include "core/engine/substitution.h"
+#include "core/engine/matching/substitution.h"
 #include "tests/support/byte_streams.h"
 #include "tests/support/test_program.h"
 

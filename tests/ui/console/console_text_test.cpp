@@ -87,7 +87,7 @@ TEST(ProgressLine, ABarWithoutAMaximumIsAtZero) {
 
 TEST(ResultLines, HoldTheResultLabelsInTheirOrder) {
   TestProgram test;
-  MainWindow& window = test.program.frmMorvex;
+  MainForm& window = test.program.frmMorvex;
   window.lblTotalFiles.caption = "Scanned: 3\r\nSkipped: 1";
   window.lblTijd.caption = "2 min 5 sec";
   window.lblPercentage.caption = "Hits: 7\r\nDone !";

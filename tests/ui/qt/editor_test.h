@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "core/list/editor_window.h"
+#include "core/list/editor.h"
 #include "tests/ui/qt/desktop_test.h"
 #include "ui/qt/byte_line_edit.h"
 
@@ -132,7 +132,7 @@ class EditorTest : public DesktopTest {
     OnFileDialog([](QFileDialog& dialog) { dialog.reject(); });
   }
 
-  ReplacementsWindow& grid_ = program_.frmReplacements;
+  ReplacementsForm& grid_ = program_.frmReplacements;
 
  private:
   ByteLineEdit& Cell(const char* column, int row) {

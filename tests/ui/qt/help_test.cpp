@@ -4,7 +4,7 @@
 #include <QDesktopServices>
 #include <QUrl>
 
-#include "core/list/editor_window.h"
+#include "core/list/editor.h"
 #include "core/settings/options.h"
 #include "tests/ui/qt/main_window_test.h"
 

@@ -4,7 +4,7 @@
 #include <QAccessible>
 #include <QSignalSpy>
 
-#include "core/list/editor_window.h"
+#include "core/list/editor.h"
 #include "core/run/main_window_events.h"
 #include "core/settings/options.h"
 #include "ui/qt/elided_label.h"

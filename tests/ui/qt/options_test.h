@@ -30,7 +30,7 @@ class OptionsTest : public DesktopTest {
     Settle();
   }
 
-  OptionsWindow& state() { return program_.frmOpties; }
+  OptionsForm& state() { return program_.frmOpties; }
   OptionsWindowWidget& window() { return desktop_->options_window(); }
   QLineEdit& Line(const char* name) { return Find<QLineEdit>(window(), name); }
   QLineEdit& entry() { return Line("txtExtensie"); }

@@ -1,0 +1,250 @@
+#include "core/engine/passes/folder_passes.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+#include "core/engine/passes/extension_filter.h"
+#include "core/engine/passes/file_step.h"
+#include "core/engine/passes/outcomes.h"
+#include "core/engine/passes/progress.h"
+#include "core/engine/passes/tree_rules.h"
+#include "core/program/paths.h"
+
+namespace morvex {
+namespace {
+
+// Below this many bytes in use a drive gives no scale.
+constexpr std::uint64_t kLeastInUse = 1000;
+
+void SetScale(Program& program, std::uint64_t bytes) {
+  program.run.ProgressScale = ScaleFor(bytes);
+  program.frmMorvex.ProgressBar1.SetMaximum(Scaled(bytes, program.run.ProgressScale));
+}
+
+// The scale from what is in use on the source's drive; false, after a message, when it gives none.
+bool ScaleFromDrive(Program& program, const std::string& source) {
+  const Result<DriveSpace> drive = program.host.files.LookUpDrive(source);
+  const std::uint64_t in_use =
+      drive ? drive.value.total - std::min(drive.value.total, drive.value.available) : 0;
+  if (in_use < kLeastInUse) {
+    program.host.user.ShowMessage("Errors occurred.\r\nProgramm will be terminated.",
+                                  MessageButtons::kOk, MessageIcon::kNone);
+    program.Beeindigd = true;
+    return false;
+  }
+  SetScale(program, in_use);
+  return true;
+}
+
+bool FixScale(Program& program, const std::string& source, const std::string& target) {
+  if (program.run.ScaleFixed) return true;
+  TreeRules rules(program, source, target);
+  const Result<FolderInfo> folder = program.host.files.LookUpFolder(source);
+  const Result<std::uint64_t> size =
+      folder ? FolderSize(program, rules, folder.value) : Result<std::uint64_t>(folder.error);
+  if (size) {
+    program.run.SourceSize = static_cast<std::int64_t>(size.value);
+    SetScale(program, size.value);
+  } else if (!ScaleFromDrive(program, source)) {
+    return false;
+  }
+  program.run.ScaleFixed = true;
+  return true;
+}
+
+Outcome PassedOverAt(const std::string& path, PassedOver why) {
+  Outcome outcome;
+  outcome.kind = OutcomeKind::kPassedOver;
+  outcome.path = path;
+  outcome.why = why;
+  return outcome;
+}
+
+// A name that leads to no file and no folder.
+void PassOverNoFile(Program& program, const std::string& path, EntryKind kind) {
+  const bool is_broken = kind == EntryKind::kBrokenLink;
+  Outcome outcome =
+      PassedOverAt(path, is_broken ? PassedOver::kBrokenLink : PassedOver::kSpecialFile);
+  std::string leads_to;
+  if (is_broken && program.observer != nullptr) {
+    leads_to = program.host.files.LinkText(path).value;
+    outcome.leads_to = leads_to;
+  }
+  NoteOutcome(program, outcome);
+}
+
+// The run has ended: nothing was done with what the listing of `folder` has from `first` on, its
+// folders or all its other names.
+void TellNotReached(Program& program, const std::string& folder,
+                    const std::vector<FolderEntry>& listing, std::size_t first, bool folders) {
+  if (program.observer == nullptr) return;
+  for (std::size_t i = first; i < listing.size(); ++i) {
+    if ((listing[i].kind == EntryKind::kFolder) != folders) continue;
+    const std::string path = FolderPathClean(program, JoinPath(program, folder, listing[i].name));
+    Outcome outcome;
+    outcome.kind = OutcomeKind::kNotReached;
+    outcome.path = path;
+    outcome.is_folder = folders;
+    NoteOutcome(program, outcome);
+  }
+}
+
+void HandleFiles(Program& program, const std::string& folder,
+                 const std::vector<FolderEntry>& listing, const std::string& target_folder,
+                 FolderPassKind pass) {
+  const bool has_left_over =
+      std::any_of(listing.begin(), listing.end(),
+                  [&](const FolderEntry& entry) { return IsTemporaryName(program, entry.name); });
+  const LeftOver left_over = has_left_over ? LeftOver::kMayBe : LeftOver::kNotListed;
+  for (std::size_t i = 0; i < listing.size(); ++i) {
+    const FolderEntry& entry = listing[i];
+    if (program.Beeindigd) return TellNotReached(program, folder, listing, i, false);
+    if (entry.kind == EntryKind::kFolder) continue;
+    // A left-over temporary file is no file of the source.
+    const bool is_left_over = IsTemporaryName(program, entry.name);
+    if (is_left_over || entry.kind != EntryKind::kFile) {
+      const std::string path = FolderPathClean(program, JoinPath(program, folder, entry.name));
+      if (is_left_over) {
+        NoteOutcome(program, PassedOverAt(path, PassedOver::kTemporaryFile));
+      } else {
+        PassOverNoFile(program, path, entry.kind);
+      }
+      continue;
+    }
+    if (!HandleFile(program, folder, entry.name, target_folder, pass, left_over)) {
+      return TellNotReached(program, folder, listing, i + 1, false);
+    }
+    ShowHits(program, program.run.HitsTotal);
+    YieldToWindows(program);
+  }
+}
+
+bool IsLeftOut(const std::string& folder, const std::string& target_folder) {
+  constexpr std::array<std::string_view, 3> kWords = {"RECYCLER", "RECYCLED",
+                                                      "SYSTEM VOLUME INFORMATION"};
+  const std::string source_path = UpperCase(folder);
+  const std::string target_path = UpperCase(target_folder);
+  return std::any_of(kWords.begin(), kWords.end(), [&](std::string_view word) {
+    return source_path.find(word) != std::string::npos ||
+           target_path.find(word) != std::string::npos;
+  });
+}
+
+// The two folders that a pass starts from.
+struct OpenedFolders {
+  ErrorNumber error = ErrorNumber::kNone;
+  std::string source;
+  std::string target;
+  std::vector<FolderEntry> listing;  // of the source
+};
+
+OpenedFolders OpenFolders(Program& program, const std::string& source, const std::string& target) {
+  FileService& files = program.host.files;
+  const Result<FolderInfo> source_folder = files.LookUpFolder(source);
+  if (!source_folder) return {source_folder.error, {}, {}, {}};
+  const Result<FolderInfo> target_folder = files.LookUpFolder(target);
+  if (!target_folder) return {target_folder.error, {}, {}, {}};
+  Result<std::vector<FolderEntry>> listing = files.ListFolder(source_folder.value.path);
+  if (!listing) return {listing.error, {}, {}, {}};
+  return {ErrorNumber::kNone, source_folder.value.path, target_folder.value.path,
+          std::move(listing.value)};
+}
+
+class TreeWalk {
+ public:
+  TreeWalk(Program& program, const std::string& source, const std::string& target)
+      : program_(program), rules_(program, source, target) {}
+
+  ErrorNumber error() const { return rules_.error(); }
+
+  // Handles the sub-folders of the two folders' source, depth first.
+  void Run(OpenedFolders folders) {
+    walk_.Start({std::move(folders.source), std::move(folders.target), std::move(folders.listing)});
+    while (const FolderEntry* entry = walk_.Next()) {
+      if (entry->kind != EntryKind::kFolder) continue;
+      YieldToWindows(program_);
+      if (!program_.Beeindigd) {
+        SubFolder(entry->name, walk_.level().target);
+      } else {
+        TellNotReached(program_, walk_.level().source, {*entry}, 0, true);
+      }
+    }
+  }
+
+ private:
+  void PassOverFolder(const std::string& path, PassedOver why) {
+    Outcome outcome = PassedOverAt(path, why);
+    outcome.is_folder = true;
+    NoteOutcome(program_, outcome);
+  }
+
+  // The sub-folder's own files; its sub-folders come next.
+  void SubFolder(const std::string& name, const std::string& target) {
+    FileService& files = program_.host.files;
+    const std::string source_path = JoinPath(program_, walk_.level().source, name);
+    const Result<FolderInfo> source = files.LookUpFolder(source_path);
+    if (!source) {
+      return NoteFailedFolder(program_, FolderPathClean(program_, source_path), source.error);
+    }
+    const std::string& path = source.value.path;
+    const Result<PassedOver> why = rules_.WhyNotEntered(source.value);
+    if (!why) return Fail(path, why.error);
+    if (why.value != PassedOver::kNo) return PassOverFolder(path, why.value);
+    // Made before the words are looked at: a folder that is left out stands empty in the target.
+    const std::string target_path = Normaliseer(program_, JoinPath(program_, target, name));
+    if (!FolderExists(program_, target_path)) files.CreateFolderLike(target_path, source.value);
+    const Result<FolderInfo> made = files.LookUpFolder(target_path);
+    // One that could not be made is met by its files. One that cannot be looked at may lie
+    // anywhere.
+    const ErrorNumber error =
+        made && !rules_.MayWriteInto(made.value) ? ErrorNumber::kPathFileAccess : made.error;
+    if (error != ErrorNumber::kNone && error != ErrorNumber::kPathNotFound) {
+      return Fail(path, error);
+    }
+    if (IsLeftOut(path, target)) return PassOverFolder(path, PassedOver::kRecycleBin);
+    Result<std::vector<FolderEntry>> listing = files.ListFolder(path);
+    if (!listing) return NoteFailedFolder(program_, path, listing.error);
+    HandleFiles(program_, path, listing.value, target_path, FolderPassKind::kWalk);
+    walk_.Enter({path, JoinPath(program_, target, name), std::move(listing.value)}, source.value);
+  }
+
+  void Fail(const std::string& path, ErrorNumber error) {
+    LogError(program_, path, error);
+    NoteFailedFolder(program_, path, error);
+  }
+
+  Program& program_;
+  TreeRules rules_;
+  FolderStack walk_{rules_};
+};
+
+}  // namespace
+
+ErrorNumber FolderPrepass(Program& program, const std::string& source, const std::string& target) {
+  program.frmMorvex.ProgressBar1.SetValue(0);
+  if (!FixScale(program, source, target)) return ErrorNumber::kPathNotFound;
+  if (!FolderExists(program, target)) MakeFolder(program, target);
+  YieldToWindows(program);
+  const OpenedFolders folders = OpenFolders(program, source, target);
+  if (folders.error != ErrorNumber::kNone) return folders.error;
+  HandleFiles(program, folders.source, folders.listing, folders.target, FolderPassKind::kPrepass);
+  if (program.Beeindigd) TellNotReached(program, folders.source, folders.listing, 0, true);
+  return ErrorNumber::kNone;
+}
+
+ErrorNumber FolderWalk(Program& program, const std::string& source, const std::string& target) {
+  if (program.Beeindigd) return ErrorNumber::kNone;
+  const std::string source_path = FolderPathClean(program, source);
+  const std::string target_path = FolderPathClean(program, target);
+  if (!FolderExists(program, target_path)) MakeFolder(program, target_path);
+  OpenedFolders folders = OpenFolders(program, source_path, target_path);
+  if (folders.error != ErrorNumber::kNone) return folders.error;
+  TreeWalk walk(program, folders.source, folders.target);
+  if (walk.error() != ErrorNumber::kNone) return walk.error();
+  walk.Run(std::move(folders));
+  return ErrorNumber::kNone;
+}
+
+}  // namespace morvex

@@ -1,0 +1,115 @@
+// The editor of the replacement list: a grid of rows, each a left and a right cell.
+//
+// A grid may hold a hundred thousand rows, so what every row shares is not stored in each: a row's
+// place and visibility follow from one scroll offset, its tab position from its index.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/forms/control.h"
+#include "core/host/user_service.h"
+
+namespace morvex {
+
+// Twips of the grid.
+inline constexpr int kFirstRowTop = 360;
+inline constexpr int kRowPitch = 360;
+inline constexpr int kLeftColumn = 360;
+inline constexpr int kRightColumn = 4560;
+inline constexpr int kCellWidth = 4215;
+inline constexpr int kCellHeight = 375;
+inline constexpr std::int64_t kRowsInBand = 6;  // visible at a time: tops from 360 to 2160
+
+// A cell's text of this many characters or more is reported as too long.
+inline constexpr std::size_t kLongestText = 2147483647;
+
+enum class Column { kLeft, kRight };
+
+struct CellAddress {
+  Column column = Column::kLeft;
+  std::int64_t row = 0;
+  bool operator==(const CellAddress&) const = default;
+};
+
+// One text box of the grid, of one line: no CR or LF. Positions count bytes of `text`.
+struct Cell {
+  std::string text;
+  std::string tool_tip;
+  Colour colour = Colour::kBlack;
+  std::size_t selection_end =
+      0;  // the position behind the selection: the caret when nothing is selected
+};
+
+struct GridRow {
+  Cell txtLinks;
+  Cell txtRechts;
+};
+
+struct ReplacementsForm : Form {
+  ReplacementsForm();
+
+  std::vector<GridRow> rows;  // row 0 always exists while the window is loaded
+
+  bool HasRow(std::int64_t row) const {
+    return row >= 0 && row < static_cast<std::int64_t>(rows.size());
+  }
+  // The cell must exist.
+  Cell& At(CellAddress address) {
+    GridRow& row = rows[static_cast<std::size_t>(address.row)];
+    return address.column == Column::kLeft ? row.txtLinks : row.txtRechts;
+  }
+
+  int Top(std::int64_t row) const {
+    return static_cast<int>(kFirstRowTop + (row - scrolled_rows) * kRowPitch);
+  }
+  bool RowVisible(std::int64_t row) const {
+    const std::int64_t place = row - scrolled_rows;
+    return row < placed_rows && place >= 0 && place < kRowsInBand;
+  }
+  Box CellBox(CellAddress address) const {
+    return {address.column == Column::kLeft ? kLeftColumn : kRightColumn, Top(address.row),
+            kCellWidth, kCellHeight};
+  }
+  // The window's tab order: left, right, next left, next right, and behind the last cell the other
+  // controls in the order of their tab_index.
+  static std::int64_t CellTabIndex(CellAddress address) {
+    return address.row * 2 + (address.column == Column::kLeft ? 0 : 1);
+  }
+
+  std::int64_t ControlTabIndex(const Control& control) const {
+    return static_cast<std::int64_t>(rows.size()) * 2 + control.tab_index;
+  }
+
+  ScrollBar VScroll1;
+  Button cmdJoker;  // its caption is the wildcard character; empty when there is none
+  Button cmdMirror;
+  Button cmdCRLF;
+  Button cmdReset;
+  Button cmdDeleteEmpty;
+  Button cmdImport;
+  Button cmdSaveList;
+  Button cmdOK;
+  FileDialog cdSaveList;
+
+  std::int64_t LastRow = 0;
+  std::string FocusCell;  // the cell that last lost the focus, as in Links_3 or Rechts_0
+  std::size_t CaretPos = 0;
+  std::int64_t ScrollPos = 1;
+  std::int64_t PrevScrollValue = 0;
+  bool ScrollHasFocus = false;
+  std::vector<std::string> SavedLinks;
+  std::vector<std::string> SavedRechts;
+
+  std::optional<CellAddress> focused_cell;  // the cell that has the focus now
+  std::int64_t scrolled_rows = 0;  // rows moved out above the band; negative: pushed below it
+  std::int64_t placed_rows = 1;    // rows that were ever shown; a row just added is hidden
+  int grown_rows = 0;              // how much taller than at its opening the window is
+  std::size_t longest_text = kLongestText;
+  bool importing = false;  // a list file is being read into the rows: the user's commands wait
+};
+
+}  // namespace morvex

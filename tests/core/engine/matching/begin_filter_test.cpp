@@ -1,0 +1,98 @@
+// The filter passes every place where a key begins, and few others.
+#include "core/engine/matching/begin_filter.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <random>
+#include <string>
+
+namespace morvex::test {
+namespace {
+
+const std::uint8_t* Bytes(const std::string& text) {
+  return reinterpret_cast<const std::uint8_t*>(text.data());
+}
+
+std::uint64_t Begin(const std::string& key, std::size_t bytes) {
+  return Load64(Bytes(key + std::string(8, '\0'))) & FirstBytesMask(bytes);
+}
+
+BeginFilter FilterOf(const std::vector<std::string>& keys) {
+  std::map<std::size_t, KeyBegins> by_length;
+  for (const std::string& key : keys) {
+    const std::size_t bytes = std::min<std::size_t>(key.size(), 8);
+    by_length[bytes].bytes = bytes;
+    by_length[bytes].distinct.push_back(Begin(key, bytes));
+  }
+  std::vector<KeyBegins> begins;
+  for (const auto& [bytes, each] : by_length) begins.push_back(each);
+  return BeginFilter(begins);
+}
+
+bool MayHold(const BeginFilter& filter, const std::string& text) {
+  const std::string padded = text + std::string(16, '\0');
+  switch (filter.form()) {
+    case BeginFilter::Form::kBytes:
+      return filter.MayHold<BeginFilter::Form::kBytes>(Bytes(padded)) != 0;
+    case BeginFilter::Form::kBits:
+      return filter.MayHold<BeginFilter::Form::kBits>(Bytes(padded)) != 0;
+    case BeginFilter::Form::kLengths:
+      return filter.MayHold<BeginFilter::Form::kLengths>(Bytes(padded)) != 0;
+  }
+  return false;
+}
+
+std::vector<std::string> RandomKeys(std::size_t count, std::size_t least, std::size_t most) {
+  std::mt19937 random(1);
+  std::vector<std::string> keys(count);
+  for (std::string& key : keys) {
+    key.resize(least + random() % (most - least + 1));
+    for (char& byte : key) byte = static_cast<char>('a' + random() % 26);
+  }
+  return keys;
+}
+
+TEST(BeginFilter, WithoutKeysPassesNothing) { EXPECT_FALSE(MayHold(FilterOf({}), "abc")); }
+
+TEST(BeginFilter, OfEachFormPassesEveryKeyAndFewOtherPlaces) {
+  struct Case {
+    std::size_t keys, least, most;
+    BeginFilter::Form form;
+  };
+  for (const Case& each :
+       {Case{100, 6, 6, BeginFilter::Form::kBytes}, Case{3000, 8, 20, BeginFilter::Form::kBits},
+        Case{50'000, 8, 8, BeginFilter::Form::kBits}, Case{500, 4, 12, BeginFilter::Form::kLengths},
+        Case{50'000, 5, 9, BeginFilter::Form::kLengths}}) {
+    const std::vector<std::string> keys = RandomKeys(each.keys, each.least, each.most);
+    const BeginFilter filter = FilterOf(keys);
+    EXPECT_EQ(filter.form(), each.form) << each.keys;
+    for (const std::string& key : keys) ASSERT_TRUE(MayHold(filter, key + "...")) << key;
+    std::mt19937 random(2);
+    int passed = 0;
+    for (int i = 0; i < 1000; ++i) {
+      std::string other(8, ' ');
+      for (char& byte : other) byte = static_cast<char>('A' + random() % 26);
+      if (MayHold(filter, other)) ++passed;
+    }
+    EXPECT_LT(passed, 250) << each.keys << " keys";
+  }
+}
+
+TEST(BeginFilter, LooksBehindEightBytesWhereAllKeysAreLonger) {
+  const std::vector<std::string> keys = {"patient-0012", "patient-0034 of ward 7"};
+  BeginFilter filter = FilterOf(keys);
+  EXPECT_FALSE(filter.looks_further());
+  filter.LookFurther({keys.begin(), keys.end()}, 12);
+  ASSERT_TRUE(filter.looks_further());
+  for (const std::string& key : keys) EXPECT_TRUE(filter.MayGoOn(Bytes(key + "0123456789")));
+  int passed = 0;
+  for (int i = 1000; i < 2000; ++i) {
+    if (filter.MayGoOn(Bytes("patient-" + std::to_string(i) + "....")) != 0) ++passed;
+  }
+  EXPECT_LT(passed, 50);
+}
+
+}  // namespace
+}  // namespace morvex::test

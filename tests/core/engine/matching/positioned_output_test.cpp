@@ -1,0 +1,224 @@
+// The output that is written at explicit positions.
+#include "core/engine/matching/positioned_output.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "tests/support/memory_files.h"
+
+namespace morvex::test {
+namespace {
+
+constexpr std::size_t kBlock = PositionedOutput::kBlock;
+
+class PositionedOutputTest : public ::testing::Test {
+ protected:
+  PositionedOutputTest() { file_ = std::move(files_.CreateFile("/file", 0600).value); }
+
+  const std::string& Finished(PositionedOutput& output) {
+    EXPECT_EQ(output.Finish(), ErrorNumber::kNone);
+    return files_.Bytes("/file");
+  }
+
+  MemoryFiles files_;
+  std::unique_ptr<OutputFile> file_;
+};
+
+TEST_F(PositionedOutputTest, NothingWrittenMakesAnEmptyFile) {
+  PositionedOutput output;
+  output.Open(*file_);
+  EXPECT_EQ(Finished(output), "");
+}
+
+TEST_F(PositionedOutputTest, WritesForward) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(1, 'a');
+  output.Put(2, "bcd");
+  output.Put(5, 'e');
+  EXPECT_EQ(Finished(output), "abcde");
+}
+
+TEST_F(PositionedOutputTest, WhatIsWrittenLastStands) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(1, "abcdef");
+  output.Put(3, "XY");
+  EXPECT_EQ(Finished(output), "abXYef");
+}
+
+TEST_F(PositionedOutputTest, GoesOnForwardAfterAStepBack) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(1, "abc");
+  output.Put(2, 'X');
+  output.Put(3, 'Y');
+  output.Put(4, 'Z');
+  EXPECT_EQ(Finished(output), "aXYZ");
+}
+
+TEST_F(PositionedOutputTest, GoesBackAndForthByteByByte) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(1, "......");
+  for (const int position : {6, 1, 4, 2, 5, 3}) {
+    output.Put(position, static_cast<char>('0' + position));
+  }
+  EXPECT_EQ(Finished(output), "123456");
+}
+
+TEST_F(PositionedOutputTest, DropsWhatFallsBelowTheStart) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(1, "abc");
+  output.Put(0, 'X');
+  output.Put(-5, "XXXXXX");
+  output.Put(-1, "XXX");
+  EXPECT_EQ(Finished(output), "Xbc");
+}
+
+TEST_F(PositionedOutputTest, GoesOnBehindBytesThatReachFromBelowTheStart) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(-1, "xyz");
+  output.Put(2, 'a');
+  EXPECT_EQ(Finished(output), "za");
+}
+
+TEST_F(PositionedOutputTest, AnEmptyTextWritesNothing) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(1, "ab");
+  output.Put(1, "");
+  output.Put(3, 'c');
+  EXPECT_EQ(Finished(output), "abc");
+}
+
+TEST_F(PositionedOutputTest, OverwritesAcrossTheBorderOfABlock) {
+  for (const std::size_t back : {std::size_t{1}, std::size_t{2}, std::size_t{3}}) {
+    MemoryFiles files;
+    const auto file = std::move(files.CreateFile("/file", 0600).value);
+    PositionedOutput output;
+    output.Open(*file);
+    std::string expected;
+    for (std::size_t i = 1; i <= kBlock + 1; ++i) {
+      output.Put(static_cast<std::int64_t>(i), static_cast<char>(i % 251));
+      expected += static_cast<char>(i % 251);
+    }
+    const std::size_t position = kBlock + 2 - back;
+    output.Put(static_cast<std::int64_t>(position), "XYZ");
+    expected.resize(std::max(expected.size(), position + 2));
+    expected.replace(position - 1, 3, "XYZ");
+    EXPECT_EQ(output.Finish(), ErrorNumber::kNone);
+    EXPECT_TRUE(files.Bytes("/file") == expected) << back;
+  }
+}
+
+TEST_F(PositionedOutputTest, ATextLargerThanABlockIsWrittenWhole) {
+  PositionedOutput output;
+  output.Open(*file_);
+  const std::string text(3 * kBlock + 5, 't');
+  output.Put(1, 'a');
+  output.Put(2, text);
+  output.Put(static_cast<std::int64_t>(text.size() + 2), 'b');
+  EXPECT_TRUE(Finished(output) == "a" + text + "b");
+}
+
+TEST_F(PositionedOutputTest, SpeaksToTheFileInLargeBlocks) {
+  PositionedOutput output;
+  output.Open(*file_);
+  const std::int64_t calls = files_.calls;
+  for (std::size_t i = 1; i <= 24 * kBlock; ++i) output.Put(static_cast<std::int64_t>(i), 'x');
+  EXPECT_LE(files_.calls - calls, 24);
+  EXPECT_EQ(Finished(output).size(), 24 * kBlock);
+}
+
+TEST_F(PositionedOutputTest, BytesFilledIntoItsRoomStandBetweenThoseThatArePut) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(1, "ab");
+  const PositionedOutput::Room room = output.RoomAt(3);
+  ASSERT_GE(room.end - room.at, 1000);
+  std::fill_n(room.at, 10, '?');  // more may be written than is kept
+  std::copy_n("cd", 2, room.at);
+  output.Fill(room.at + 2);
+  output.Put(5, "ef");
+  output.Put(2, "B");
+  EXPECT_EQ(Finished(output), "aBcdef");
+}
+
+TEST_F(PositionedOutputTest, ThereIsRoomOnlyRightBehindTheBytesBefore) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(1, "abc");
+  EXPECT_EQ(output.RoomAt(3).at, nullptr);
+  EXPECT_EQ(output.RoomAt(5).at, nullptr);
+  EXPECT_EQ(output.RoomAt(0).at, nullptr);
+  EXPECT_NE(output.RoomAt(4).at, nullptr);
+}
+
+TEST_F(PositionedOutputTest, AFullBlockHasNoRoom) {
+  PositionedOutput output;
+  output.Open(*file_);
+  const PositionedOutput::Room room = output.RoomAt(1);
+  std::fill(room.at, room.end, 'x');
+  output.Fill(room.end);
+  const PositionedOutput::Room left = output.RoomAt(1 + (room.end - room.at));
+  EXPECT_EQ(left.at, left.end);
+  output.Put(1 + (room.end - room.at), 'y');
+  EXPECT_EQ(Finished(output), std::string(static_cast<std::size_t>(room.end - room.at), 'x') + "y");
+}
+
+TEST_F(PositionedOutputTest, AWriteErrorStays) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(1, "abc");
+  EXPECT_EQ(output.error(), ErrorNumber::kNone);
+  files_.fail = [](const std::string& call, const std::string&) {
+    return call == "WriteAt" ? ErrorNumber::kDiskFull : ErrorNumber::kNone;
+  };
+  output.Put(4, std::string(kBlock, 'X'));
+  EXPECT_EQ(output.error(), ErrorNumber::kDiskFull);
+  files_.fail = nullptr;
+  output.Put(4, std::string(kBlock, 'Y'));
+  EXPECT_EQ(output.error(), ErrorNumber::kDiskFull);
+  EXPECT_EQ(output.Finish(), ErrorNumber::kDiskFull);
+  EXPECT_EQ(files_.Bytes("/file"), "");
+}
+
+TEST_F(PositionedOutputTest, AnErrorOfTheLastWriteIsGivenAtTheEnd) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(1, "abc");
+  files_.fail = [](const std::string& call, const std::string&) {
+    return call == "WriteAt" ? ErrorNumber::kDiskFull : ErrorNumber::kNone;
+  };
+  EXPECT_EQ(output.Finish(), ErrorNumber::kDiskFull);
+}
+
+TEST_F(PositionedOutputTest, AnErrorOfClosingIsGivenAtTheEnd) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(1, "abc");
+  files_.fail = [](const std::string& call, const std::string&) {
+    return call == "Close" ? ErrorNumber::kDeviceIo : ErrorNumber::kNone;
+  };
+  EXPECT_EQ(output.Finish(), ErrorNumber::kDeviceIo);
+}
+
+TEST_F(PositionedOutputTest, TheFirstErrorIsTheOneThatIsGiven) {
+  PositionedOutput output;
+  output.Open(*file_);
+  output.Put(1, "abc");
+  files_.fail = [](const std::string& call, const std::string&) {
+    return call == "WriteAt" ? ErrorNumber::kDiskFull : ErrorNumber::kDeviceIo;
+  };
+  EXPECT_EQ(output.Finish(), ErrorNumber::kDiskFull);
+}
+
+}  // namespace
+}  // namespace morvex::test

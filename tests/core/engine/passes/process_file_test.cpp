@@ -1,0 +1,292 @@
+// One file through the substitution: what it leaves on the disk, in the labels and in the log, and
+// what becomes of it when something fails or the run is to stop.
+#include "core/engine/passes/process_file.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/core/engine/folder_program.h"
+
+namespace morvex::test {
+namespace {
+
+constexpr const char* kTemporary = "/s/tijdel.enc";
+
+class ProcessFileTest : public ::testing::Test {
+ protected:
+  ProcessResult Process(const std::string& bytes) {
+    test_.files.AddFile("/s/a.txt", bytes, {}, 0640);
+    return ProcessFile(test_.program, "a.txt", "/s");
+  }
+  // The error is about the file at `path`.
+  void ExpectFailed(const ProcessResult& result, ErrorNumber error, const std::string& path) {
+    EXPECT_EQ(result.end, ProcessEnd::kFailed);
+    EXPECT_EQ(result.error, error);
+    EXPECT_EQ(result.path, path);
+    EXPECT_EQ(test_.Counts(), "");
+    EXPECT_EQ(test_.LogMessages(), std::vector<std::string>{});
+  }
+
+  FolderProgram test_;
+  Program& program_ = test_.program;
+};
+
+TEST_F(ProcessFileTest, TheResultStandsInTheTemporaryFile) {
+  const ProcessResult result = Process("cacb");
+  EXPECT_EQ(result.end, ProcessEnd::kProcessed);
+  EXPECT_EQ(result.error, ErrorNumber::kNone);
+  EXPECT_EQ(test_.files.Bytes(kTemporary), "cbcb");
+  EXPECT_EQ(test_.files.Bytes("/s/a.txt"), "cacb");
+}
+
+TEST_F(ProcessFileTest, AnEmptyFileGivesAnEmptyTemporaryFileAndAZeroInTheLog) {
+  EXPECT_EQ(Process("").end, ProcessEnd::kProcessed);
+  EXPECT_EQ(test_.files.Bytes(kTemporary), "");
+  EXPECT_EQ(program_.run.HitsTotal, 0);
+  EXPECT_EQ(test_.LogMessages(), std::vector<std::string>{"/s/a.txt  ----  Hits: 0"});
+}
+
+TEST_F(ProcessFileTest, TheTemporaryFileIsNoMoreReadableThanTheSource) {
+  Process("a");
+  EXPECT_EQ(test_.files.Permissions(kTemporary), 0640u);
+}
+
+TEST_F(ProcessFileTest, HitsAreCountedForTheFileAndForTheRun) {
+  program_.run.Hits_Per_File = 5;  // the caller's business
+  program_.run.HitsTotal = 100;
+  Process("aca");
+  EXPECT_EQ(program_.run.Hits_Per_File, 7);
+  EXPECT_EQ(program_.run.HitsTotal, 102);
+  EXPECT_EQ(test_.LogMessages(), std::vector<std::string>{"/s/a.txt  ----  Hits: 7"});
+}
+
+TEST_F(ProcessFileTest, TheLabelsShowTheFileTheCountsAndTheHits) {
+  program_.run.FilesDone = 3;
+  program_.run.FilesSkipped = 2;
+  program_.run.HitsTotal = 40;
+  Process("aa");
+  EXPECT_EQ(program_.frmMorvex.lblFiles.caption.get(), "/s/a.txt");
+  EXPECT_EQ(test_.Counts(), "Scanned: 3\r\nSipped: 2");
+  EXPECT_EQ(test_.HitsShown(), "Hits: 42\r\n");
+}
+
+TEST_F(ProcessFileTest, TheSecondLineOfTheResultLabelIsTheResultTail) {
+  program_.run.ResultTail = "tail";
+  Process("a");
+  EXPECT_EQ(test_.HitsShown(), "Hits: 1\r\ntail");
+}
+
+TEST_F(ProcessFileTest, TheFilesPathIsShownBeforeItsFirstByteIsRead) {
+  std::string shown;
+  test_.OnEveryYield([&] {
+    if (shown.empty() && !test_.files.Has(kTemporary)) shown = program_.frmMorvex.lblFiles.caption;
+  });
+  Process("a");
+  EXPECT_EQ(shown, "/s/a.txt");
+}
+
+TEST_F(ProcessFileTest, WithoutLoggingThereIsNoLine) {
+  program_.run.LoggingOn = false;
+  Process("a");
+  EXPECT_FALSE(test_.files.Has("/program/Morvex.log"));
+}
+
+TEST_F(ProcessFileTest, WhileItWorksTheBarMovesOn) {
+  program_.run.BytesBefore = 1'000'000;
+  program_.run.ProgressScale = 3;
+  program_.frmMorvex.ProgressBar1.SetMaximum(5000);
+  std::vector<std::int64_t> values;
+  test_.OnEveryYield([&] { values.push_back(program_.frmMorvex.ProgressBar1.value()); });
+  Process(kLongText);
+  ASSERT_GE(values.size(), 4u);
+  EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
+  EXPECT_EQ(values[1], 1000);
+  const std::int64_t in_the_middle = values[values.size() - 2];
+  EXPECT_GT(in_the_middle, 1000);
+  EXPECT_LE(in_the_middle, 1200);
+}
+
+TEST_F(ProcessFileTest, WhileItWorksTheHitsShownAreThoseBeforeTheLast) {
+  int looked = 0;
+  test_.OnEveryYield([&] {
+    if (program_.run.HitsTotal == 0 || !test_.Counts().empty()) return;
+    ++looked;
+    EXPECT_EQ(test_.HitsShown(), "Hits: " + std::to_string(program_.run.HitsTotal - 1) + "\r\n");
+  });
+  Process(kLongText);
+  EXPECT_GT(looked, 0);
+  EXPECT_EQ(test_.HitsShown(), "Hits: 200000\r\n");
+}
+
+TEST_F(ProcessFileTest, OnADriveRootTheDoubledBackslashIsRepaired) {
+  TestProgram test('\\');
+  test.program.run.ArmedAt = test.system.now;
+  test.files.AddFile("C:\\a.txt", "a");
+  std::vector<std::string> opened;
+  test.files.fail = [&](const std::string& call, const std::string& path) {
+    if (call == "OpenForReading" || call == "CreateFile") opened.push_back(path);
+    return ErrorNumber::kNone;
+  };
+  EXPECT_EQ(ProcessFile(test.program, "a.txt", "C:\\").end, ProcessEnd::kProcessed);
+  EXPECT_EQ(opened, (std::vector<std::string>{"C:\\a.txt", "C:\\tijdel.enc"}));
+  EXPECT_EQ(TemporaryPath(test.program, "C:\\"), "C:\\tijdel.enc");
+  EXPECT_EQ(TemporaryPath(test.program, "C:\\s"), "C:\\s\\tijdel.enc");
+}
+
+TEST_F(ProcessFileTest, OnceTheProgramIsToStopThereIsNoTemporaryPath) {
+  program_.Beeindigd = true;
+  EXPECT_EQ(TemporaryPath(program_, "/s"), "");
+}
+
+TEST_F(ProcessFileTest, AVanishedFileFailsWith53) {
+  ExpectFailed(ProcessFile(program_, "gone.txt", "/s"), ErrorNumber::kFileNotFound, "/s/gone.txt");
+  EXPECT_FALSE(test_.files.Has(kTemporary));
+}
+
+TEST_F(ProcessFileTest, AnUnreadableFileFailsWith70) {
+  test_.files.fail = FailOn("OpenForReading", "/s/a.txt", ErrorNumber::kPermissionDenied);
+  ExpectFailed(Process("a"), ErrorNumber::kPermissionDenied, "/s/a.txt");
+  EXPECT_FALSE(test_.files.Has(kTemporary));
+}
+
+TEST_F(ProcessFileTest, ATemporaryFileThatCannotBeMadeFails) {
+  test_.files.fail = FailOn("CreateFile", kTemporary, ErrorNumber::kPathFileAccess);
+  ExpectFailed(Process("a"), ErrorNumber::kPathFileAccess, kTemporary);
+  EXPECT_FALSE(test_.files.Has(kTemporary));
+}
+
+TEST_F(ProcessFileTest, ATemporaryNameThatIsTakenFailsAndIsLeftAlone) {
+  test_.files.AddFile(kTemporary, "left over");
+  ExpectFailed(Process("a"), ErrorNumber::kFileAlreadyExists, kTemporary);
+  EXPECT_EQ(test_.files.Bytes(kTemporary), "left over");
+}
+
+TEST_F(ProcessFileTest, AReadErrorInMidFileLeavesNoTemporaryFile) {
+  int reads = 0;
+  test_.files.fail = [&](const std::string& call, const std::string&) {
+    return call == "ReadAt" && ++reads == 2 ? ErrorNumber::kDeviceIo : ErrorNumber::kNone;
+  };
+  ExpectFailed(Process(std::string(3'000'000, 'c')), ErrorNumber::kDeviceIo, "/s/a.txt");
+  EXPECT_FALSE(test_.files.Has(kTemporary));
+}
+
+TEST_F(ProcessFileTest, AWriteErrorLeavesNoTemporaryFile) {
+  for (const std::size_t size : {std::size_t{10}, std::size_t{3'000'000}}) {
+    test_.files.fail = FailOn("WriteAt", kTemporary, ErrorNumber::kDiskFull);
+    ExpectFailed(Process(std::string(size, 'c')), ErrorNumber::kDiskFull, kTemporary);
+    EXPECT_FALSE(test_.files.Has(kTemporary)) << size;
+  }
+}
+
+TEST_F(ProcessFileTest, AnErrorOfTheClosingLeavesNoTemporaryFile) {
+  test_.files.fail = FailOn("Close", kTemporary, ErrorNumber::kDiskFull);
+  ExpectFailed(Process("c"), ErrorNumber::kDiskFull, kTemporary);
+  EXPECT_FALSE(test_.files.Has(kTemporary));
+}
+
+TEST_F(ProcessFileTest, AStopInMidFileLeavesWhatWasWritten) {
+  test_.StopInMidFile();
+  EXPECT_EQ(Process(kLongText).end, ProcessEnd::kStopped);
+  const std::string& partial = test_.files.Bytes(kTemporary);
+  EXPECT_GT(partial.size(), 0u);
+  EXPECT_LT(partial.size(), kLongResult.size());
+  EXPECT_TRUE(kLongResult.starts_with(partial));
+  EXPECT_EQ(program_.run.HitsTotal, static_cast<std::int64_t>(partial.size()));
+}
+
+TEST_F(ProcessFileTest, AStopInMidFileLeavesNoLineAndNoCounts) {
+  test_.StopInMidFile();
+  Process(kLongText);
+  EXPECT_EQ(test_.Counts(), "");
+  EXPECT_EQ(test_.LogMessages(), std::vector<std::string>{});
+}
+
+TEST_F(ProcessFileTest, AStopBeforeTheFirstByteLeavesNothing) {
+  test_.OnEveryYield([&] { program_.Beeindigd = true; });
+  EXPECT_NE(Process("a").end, ProcessEnd::kProcessed);
+  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_EQ(test_.LogMessages(), std::vector<std::string>{});
+}
+
+TEST_F(ProcessFileTest, AStopRequestIsObeyedAtTheNextYield) {
+  int yields_behind = 0;
+  test_.OnEveryYield([&] {
+    if (program_.Beeindigd) ++yields_behind;
+    if (program_.run.FileOffset > 0) program_.Beeindigd = true;
+  });
+  EXPECT_EQ(Process(kLongText).end, ProcessEnd::kStopped);
+  EXPECT_EQ(yields_behind, 0);
+}
+
+TEST_F(ProcessFileTest, WindowEventsAreHandledWhileItWorksWhen15MillisecondsHavePassed) {
+  // Each look at the clock moves it on by 5 ms: two of three yields pass by without events.
+  test_.system.step = std::chrono::milliseconds(5);
+  std::chrono::milliseconds last{0};
+  test_.user.on_events = [&] {
+    EXPECT_GE(test_.system.steady - last, std::chrono::milliseconds(15));
+    last = test_.system.steady;
+  };
+  Process(std::string(1'000'000, 'c'));
+  EXPECT_GE(test_.user.events_handled, 5);
+}
+
+class LeftOverTest : public ProcessFileTest {
+ protected:
+  LeftOverTest() { test_.files.AddFile("/s/a.txt", "aca"); }
+  ErrorNumber Delete(const char* source = "/s/a.txt", bool taken = false) {
+    return DeleteLeftOver(program_, "/s", test_.files.LookUpFile(source).value, taken);
+  }
+};
+
+TEST_F(LeftOverTest, ThatIsNotThereIsNoError) {
+  EXPECT_EQ(Delete(), ErrorNumber::kNone);
+  EXPECT_EQ(Delete("/s/a.txt", true), ErrorNumber::kNone);
+}
+
+TEST_F(LeftOverTest, IsDeleted) {
+  test_.files.AddFile(kTemporary, "left over");
+  EXPECT_EQ(Delete(), ErrorNumber::kNone);
+  EXPECT_FALSE(test_.files.Has(kTemporary));
+}
+
+TEST_F(LeftOverTest, ThatStaysIsAnError) {
+  test_.files.AddFile(kTemporary, "left over");
+  test_.files.fail = FailOn("DeleteFile", kTemporary, ErrorNumber::kPermissionDenied);
+  EXPECT_EQ(Delete(), ErrorNumber::kPermissionDenied);
+}
+
+TEST_F(LeftOverTest, OfWhichNothingIsKnownStays) {
+  test_.files.AddFile(kTemporary, "left over");
+  test_.files.fail = FailOn("LookUpFile", kTemporary, ErrorNumber::kDeviceIo);
+  EXPECT_EQ(Delete(), ErrorNumber::kDeviceIo);
+  EXPECT_TRUE(test_.files.Has(kTemporary));
+}
+
+TEST_F(LeftOverTest, ThatIsALinkToNothingIsDeletedOnceTheNameIsNeeded) {
+  test_.files.AddLink(kTemporary, "/nowhere");
+  EXPECT_EQ(Delete(), ErrorNumber::kNone);
+  EXPECT_TRUE(test_.files.Has(kTemporary));
+  EXPECT_EQ(Delete("/s/a.txt", true), ErrorNumber::kNone);
+  EXPECT_FALSE(test_.files.Has(kTemporary));
+}
+
+TEST_F(LeftOverTest, IsNoneWhenTheFileIsTheTemporaryFileItself) {
+  test_.files.AddFile(kTemporary, "a source");
+  test_.files.AddLink("/s/link.txt", kTemporary);
+  for (const char* name : {"/s/tijdel.enc", "/s/link.txt"}) {
+    EXPECT_EQ(Delete(name, true), ErrorNumber::kPathFileAccess) << name;
+    EXPECT_EQ(test_.files.Bytes(kTemporary), "a source") << name;
+  }
+}
+
+TEST_F(LeftOverTest, IsForgottenOnceItIsGone) {
+  test_.files.AddFile(kTemporary, "left over");
+  test_.files.fail = FailOn("DeleteFile", kTemporary, ErrorNumber::kPermissionDenied);
+  DropTemporary(program_, kTemporary);
+  EXPECT_EQ(program_.run.left_temporary, kTemporary);
+  test_.files.fail = nullptr;
+  EXPECT_EQ(Delete(), ErrorNumber::kNone);
+  EXPECT_EQ(program_.run.left_temporary, "");
+}
+
+}  // namespace
+}  // namespace morvex::test
