@@ -12,6 +12,7 @@
 #include "core/run/start_up.h"
 #include "core/settings/command_line.h"
 #include "core/settings/settings_file.h"
+#include "core/text/shown_text.h"
 #include "host/system/services.h"
 #include "host/system/standard_streams.h"
 #include "host/system/terminal.h"

@@ -17,9 +17,9 @@
 
 #include "core/run/start_up.h"
 #include "core/settings/settings_file.h"
+#include "core/text/shown_text.h"
 #include "host/system/error_stream.h"
 #include "host/system/services.h"
-#include "ui/console/console_text.h"
 #include "ui/qt/code_page.h"
 #include "ui/qt/desktop.h"
 #include "ui/qt/house_style.h"

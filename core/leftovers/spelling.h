@@ -1,67 +1,60 @@
-// A text in the bytes of an encoding, letter by letter, with every other case that a letter can
-// take there.
+// The ways to spell a text in an encoding: letter by letter, each in every letter case.
 #pragma once
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "core/text/encoding.h"
+
 namespace morvex {
 
-enum class Encoding { kUtf8, kWindows1252, kUtf16Le, kUtf16Be, kBytes };
-inline constexpr std::size_t kEncodings = 5;
-
-// The characters of bytes in one of the encodings; in kBytes every byte is one. Nothing when they
-// cannot be read so: UTF-8 or UTF-16 that is none.
-std::optional<std::u32string> Decode(std::string_view bytes, Encoding encoding);
-
-// The bytes of a character; nothing when it cannot be spelled so.
-std::optional<std::string> Encode(char32_t character, Encoding encoding);
-// The same for a text.
-std::optional<std::string> Encode(std::u32string_view text, Encoding encoding);
-
-// A way in which a letter can stand in a file, or a joined letter that stands for several.
+// One way to write a letter, or a ligature that stands for it and for letters after it.
 struct LetterWay {
   std::string bytes;
-  std::size_t letters = 1;  // of the text, from this one on
-  bool is_rare = false;     // as of OtherCase, and not of ASCII alone, which is in every file
+  std::size_t letters = 1;  // how many letters of the text it stands for
+  bool is_rare = false;     // a rare form (see OtherCase) that is not ASCII alone
 };
 
-// A way that begins with another one stands in front of it.
+// Longest first: no way comes after one that it begins with.
 using LetterWays = std::vector<LetterWay>;
 
-// A text, letter by letter, after joined letters have been taken apart. The ways belong to an
-// Alphabet.
+// All ways to write a text in one encoding.
 struct Spelling {
   Encoding encoding = Encoding::kBytes;
+  // One element per letter, with ligatures replaced by their letters. The Alphabet owns the ways.
   std::vector<const LetterWays*> letters;
-  std::string as_written;  // empty when the encoding lacks a letter that has an other case there
+  // The text's own bytes; empty when the encoding lacks one of its letters but has it in another
+  // case.
+  std::string as_written;
 
-  // Bytes at most that the text takes.
+  // The most bytes that the text takes, in any of its ways.
   std::size_t LongestSize() const;
 };
 
-// How a text stands at a place: so many bytes, as it was written or in other letter case.
+// An occurrence of a text.
 struct Standing {
-  std::size_t size = 0;
-  bool as_written = true;
+  std::size_t size = 0;    // bytes
+  bool as_written = true;  // false: in another letter case
 };
+
+// Returns the occurrence of a text at the beginning of `bytes`, if there is one.
 std::optional<Standing> StandsAt(const Spelling& spelling, std::string_view bytes);
 
-// Keeps the ways of every letter that was asked for. Its spellings must not outlive it.
+// Makes spellings and owns their ways: it must outlive every Spelling that it returns.
 class Alphabet {
  public:
-  // Nothing when a character of the text can be spelled so in no letter case. A text of kBytes has
-  // other cases for its ASCII letters alone.
+  // Returns nothing when the encoding lacks a character of the text in every letter case. In
+  // kBytes only ASCII letters have another case.
   std::optional<Spelling> Spell(std::u32string_view text, Encoding encoding);
 
  private:
-  // Of the first letter, for which the list has `sign`, such as the long s, unless that is 0.
+  // Returns the ways of the first letter of `text`. `sign` is what the list has in its place (the
+  // long s or the Kelvin sign), or 0.
   const LetterWays& WaysOf(std::u32string_view text, Encoding encoding, char32_t sign);
 
   std::array<std::unordered_map<std::u32string, LetterWays>, kEncodings> known_;

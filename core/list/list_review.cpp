@@ -12,6 +12,7 @@
 #include "core/list/list_line.h"
 #include "core/program/text_file.h"
 #include "core/tables/substitution_tables.h"
+#include "core/text/utf8.h"
 
 namespace morvex {
 namespace {
@@ -25,9 +26,8 @@ constexpr std::int64_t kSeveral = 2;
 // Characters of a UTF-8 text: every byte but those that follow a first one. A text in another
 // encoding is at most taken for a shorter one.
 std::size_t CharacterCount(std::string_view text) {
-  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
-  }));
+  return static_cast<std::size_t>(
+      std::count_if(text.begin(), text.end(), [](char byte) { return !IsUtf8Continuation(byte); }));
 }
 
 bool BeginsAsUtf16(std::string_view line) {

@@ -26,7 +26,8 @@ const std::vector<std::string> kRooms = {"apps/morvex",        "apps/morvex-cli"
                                          "core/list",          "core/leftovers",
                                          "core/engine/passes", "core/engine/matching",
                                          "core/program",       "core/tables",
-                                         "core/forms",         "core/host"};
+                                         "core/forms",         "core/text",
+                                         "core/host"};
 
 // The hosts, one for each system. A main function knows them only through host/system.
 const std::set<std::string> kHosts = {"host/posix", "host/windows"};
@@ -122,6 +123,14 @@ TEST(Layers, ARoomIncludesOnlyItselfAndRoomsBelow) {
           << include.file << " includes " << include.name;
       EXPECT_GE(RoomOf(include.name), room) << include.file << " includes " << include.name;
     }
+  }
+}
+
+TEST(Layers, TextUsesNothingButItselfAndErrors) {
+  for (const Include& include : IncludesOf("core/text")) {
+    if (!include.own) continue;
+    EXPECT_TRUE(include.name.starts_with("core/text/") || include.name == "core/host/error.h")
+        << include.file << " includes " << include.name;
   }
 }
 

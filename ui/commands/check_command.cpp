@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "core/leftovers/sought.h"
+#include "core/text/shown_text.h"
 #include "ui/commands/check_tree.h"
 #include "ui/commands/command_messages.h"
 #include "ui/commands/findings_output.h"
 #include "ui/commands/list_loading.h"
-#include "ui/commands/shown_text.h"
 #include "ui/console/console_text.h"
 #include "ui/console/console_user.h"
 

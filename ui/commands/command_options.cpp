@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <string_view>
 
+#include "core/text/shown_text.h"
 #include "ui/commands/command_console.h"
 #include "ui/commands/command_messages.h"
-#include "ui/commands/shown_text.h"
 
 namespace morvex {
 namespace {

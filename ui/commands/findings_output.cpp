@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "ui/commands/shown_text.h"
+#include "core/text/shown_text.h"
 
 namespace morvex {
 namespace {

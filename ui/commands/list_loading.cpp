@@ -5,7 +5,7 @@
 #include "core/list/list_file.h"
 #include "core/list/list_operations.h"
 #include "core/settings/character_code.h"
-#include "ui/commands/shown_text.h"
+#include "core/text/shown_text.h"
 
 namespace morvex {
 namespace {

@@ -7,9 +7,9 @@
 #include "core/program/paths.h"
 #include "core/program/run_log.h"
 #include "core/settings/settings_file.h"
+#include "core/text/shown_text.h"
 #include "ui/commands/real_place.h"
 #include "ui/commands/run_report.h"
-#include "ui/commands/shown_text.h"
 
 namespace morvex {
 namespace {

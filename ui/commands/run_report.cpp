@@ -7,7 +7,7 @@
 #include <streambuf>
 
 #include "core/engine/passes/outcomes.h"
-#include "ui/commands/shown_text.h"
+#include "core/text/shown_text.h"
 
 namespace morvex {
 namespace {

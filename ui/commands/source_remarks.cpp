@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "core/program/paths.h"
+#include "core/text/shown_text.h"
 #include "ui/commands/real_place.h"
 #include "ui/commands/run_report.h"
-#include "ui/commands/shown_text.h"
 
 namespace morvex {
 namespace {

@@ -7,33 +7,10 @@
 #include "core/engine/passes/outcomes.h"
 #include "core/engine/passes/target_files.h"
 #include "core/list/list_file.h"
+#include "core/text/shown_text.h"
 
 namespace morvex {
 namespace {
-
-bool IsIn(char byte, unsigned first, unsigned last) {
-  const auto code = static_cast<unsigned char>(byte);
-  return code >= first && code <= last;
-}
-
-bool IsControl(char byte) {
-  return IsIn(byte, 0, 0x1F) || byte == '\x7F' || IsIn(byte, 0x80, 0x9F);
-}
-
-// How many bytes at `place` are one character: more than one where they are a character of UTF-8
-// behind the control ones, which end with C2 9F.
-std::size_t CharacterSize(std::string_view text, std::size_t place) {
-  const char lead = text[place];
-  const std::size_t size = IsIn(lead, 0xC2, 0xDF)   ? 2
-                           : IsIn(lead, 0xE0, 0xEF) ? 3
-                           : IsIn(lead, 0xF0, 0xF4) ? 4
-                                                    : 1;
-  if (text.size() - place < size) return 1;
-  for (std::size_t i = 1; i < size; ++i) {
-    if (!IsIn(text[place + i], 0x80, 0xBF)) return 1;
-  }
-  return lead == '\xC2' && IsControl(text[place + 1]) ? 1 : size;
-}
 
 std::string Counted(std::int64_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
@@ -118,30 +95,6 @@ std::string NothingToDoNotes(const Program& program) {
 }
 
 }  // namespace
-
-std::string Printable(std::string_view text) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string shown;
-  for (std::size_t i = 0, size = 0; i < text.size(); i += size) {
-    size = CharacterSize(text, i);
-    if (size > 1 || !IsControl(text[i])) {
-      shown.append(text, i, size);
-      continue;
-    }
-    const auto code = static_cast<unsigned char>(text[i]);
-    shown += "\\x";
-    shown += kDigits[code / 16];
-    shown += kDigits[code % 16];
-  }
-  return shown;
-}
-
-std::string PrintableLines(std::string_view text) {
-  constexpr std::string_view kLineBreak = "\r\n";
-  const std::size_t end = text.rfind(kLineBreak);
-  if (end == std::string_view::npos) return Printable(text);
-  return Printable(text.substr(0, end)) + "\n" + Printable(text.substr(end + kLineBreak.size()));
-}
 
 std::string ProgressLine(const Program& program) {
   const RunState& run = program.run;

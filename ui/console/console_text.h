@@ -1,19 +1,12 @@
-// Texts as a terminal shows them.
+// What the console says of a run.
 #pragma once
 
+#include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "core/program/program.h"
 
 namespace morvex {
-
-// Control characters as \xHH, so that a file's name cannot steer the terminal or break its line:
-// those of ASCII and those behind it, in UTF-8 or as single bytes. Other bytes stay.
-std::string Printable(std::string_view text);
-
-// The same for a text of two lines: the last CR LF becomes a line break. One before it is a name's.
-std::string PrintableLines(std::string_view text);
 
 // One line: files, hits, bytes and per cent of a run that works.
 std::string ProgressLine(const Program& program);

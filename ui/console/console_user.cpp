@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "core/run/main_window_events.h"
+#include "core/text/shown_text.h"
 #include "ui/console/console_text.h"
 
 namespace morvex {

@@ -5,6 +5,9 @@
 #include <cstdlib>
 #include <cwchar>
 
+#include "core/text/encoding.h"
+#include "core/text/utf8.h"
+
 namespace morvex {
 namespace {
 
@@ -13,17 +16,12 @@ constexpr char16_t kEscapes = 0xDC00;
 constexpr char16_t kFirstEscape = kEscapes + 0x80;
 constexpr char16_t kLastEscape = kEscapes + 0xFF;
 
-// Windows-1252 from 0x80 to 0x9F; elsewhere a byte is the character of its number.
-constexpr std::array<char16_t, 32> kWindows1252 = {
-    0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
-
 PageCharacters Windows1252() {
   PageCharacters characters{};
   for (std::size_t byte = 0; byte < characters.size(); ++byte) {
-    const bool differs = byte >= 0x80 && byte < 0xA0;
-    characters[byte] = differs ? kWindows1252[byte - 0x80] : static_cast<char16_t>(byte);
+    const std::u32string character =
+        *Decode(std::string(1, static_cast<char>(byte)), Encoding::kWindows1252);
+    characters[byte] = static_cast<char16_t>(character.front());
   }
   return characters;
 }
@@ -78,26 +76,6 @@ std::optional<PageCharacters> LocalePage() {
   return characters;
 }
 
-// How many bytes a UTF-8 sequence that begins at `at` has; 0 when none does.
-std::size_t SequenceLength(std::string_view bytes, std::size_t at, char32_t& character) {
-  const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(bytes[at + i]); };
-  const std::uint8_t first = byte(0);
-  if (first < 0x80) {
-    character = first;
-    return 1;
-  }
-  const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-  if (first < 0xC2 || first > 0xF4 || bytes.size() - at < length) return 0;
-  character = first & (0xFF >> (length + 1));
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return 0;
-    character = character << 6 | (byte(i) & 0x3F);
-  }
-  const char32_t least = length == 4 ? 0x10000 : length == 3 ? 0x800 : 0x80;
-  const bool is_surrogate = character >= 0xD800 && character <= 0xDFFF;
-  return character < least || character > 0x10FFFF || is_surrogate ? 0 : length;
-}
-
 }  // namespace
 
 CodePage::CodePage(TextCodec codec) : is_utf8_(codec == TextCodec::kUtf8) {
@@ -145,70 +123,43 @@ QString CodePage::Shown(std::string_view bytes) const {
       ++at;
       continue;
     }
-    char32_t character = 0;
-    const std::size_t length = SequenceLength(bytes, at, character);
-    if (length == 0) {
+    const Utf8Sequence sequence = ReadUtf8(bytes.substr(at));
+    if (!sequence.character) {
       shown += QChar(static_cast<char16_t>(kEscapes + byte));
       ++at;
       continue;
     }
+    const char32_t character = *sequence.character;
     if (character > 0xFFFF) {
       shown += QChar(QChar::highSurrogate(character));
       shown += QChar(QChar::lowSurrogate(character));
     } else {
       shown += QChar(static_cast<char16_t>(character));
     }
-    at += length;
+    at += sequence.size;
   }
   return shown;
 }
 
-// The bytes of the character at `at`, which moves behind it.
-CodePage::Encoded CodePage::Encode(const QString& shown, qsizetype& at) const {
+std::string CodePage::NextBytes(const QString& shown, qsizetype& at) const {
   const char16_t unit = shown[at++].unicode();
-  Encoded encoded;
-  const auto add = [&](char32_t byte) {
-    encoded.bytes[encoded.size++] = static_cast<char>(static_cast<std::uint8_t>(byte));
-  };
-  if (!is_utf8_) {
-    if (bytes_[unit] != 0) add(bytes_[unit] - 1U);
-    return encoded;
-  }
+  const auto one = [](int byte) { return std::string(1, static_cast<char>(byte)); };
+  if (!is_utf8_) return bytes_[unit] == 0 ? std::string() : one(bytes_[unit] - 1);
+  if (unit >= kFirstEscape && unit <= kLastEscape) return one(unit - kEscapes);
   char32_t character = unit;
   if (QChar::isHighSurrogate(unit) && at < shown.size() && shown[at].isLowSurrogate()) {
     character = QChar::surrogateToUcs4(unit, shown[at++].unicode());
-  } else if (unit >= kFirstEscape && unit <= kLastEscape) {
-    add(unit - kEscapes);
-    return encoded;
-  } else if (QChar::isSurrogate(unit)) {
-    return encoded;
   }
-  const auto add_rest = [&](int shift) { add(0x80U | ((character >> shift) & 0x3FU)); };
-  if (character < 0x80) {
-    add(character);
-  } else if (character < 0x800) {
-    add(0xC0U | character >> 6);
-    add_rest(0);
-  } else if (character < 0x10000) {
-    add(0xE0U | character >> 12);
-    add_rest(6);
-    add_rest(0);
-  } else {
-    add(0xF0U | character >> 18);
-    add_rest(12);
-    add_rest(6);
-    add_rest(0);
-  }
-  return encoded;
+  return Encode(character, Encoding::kUtf8).value_or(std::string());
 }
 
 std::optional<std::string> CodePage::Bytes(const QString& shown) const {
   std::string bytes;
   bytes.reserve(static_cast<std::size_t>(shown.size()));
   for (qsizetype at = 0; at < shown.size();) {
-    const Encoded character = Encode(shown, at);
-    if (character.size == 0) return std::nullopt;
-    bytes.append(character.bytes.data(), character.size);
+    const std::string character = NextBytes(shown, at);
+    if (character.empty()) return std::nullopt;
+    bytes += character;
   }
   return bytes;
 }
@@ -216,7 +167,7 @@ std::optional<std::string> CodePage::Bytes(const QString& shown) const {
 std::size_t CodePage::BytesInFront(const QString& shown, qsizetype characters) const {
   std::size_t bytes = 0;
   for (qsizetype at = 0; at < shown.size() && at < characters;) {
-    const std::size_t size = Encode(shown, at).size;
+    const std::size_t size = NextBytes(shown, at).size();
     if (at > characters) break;
     bytes += size;
   }
@@ -227,7 +178,7 @@ qsizetype CodePage::CharactersInFront(const QString& shown, std::size_t bytes) c
   std::size_t taken = 0;
   for (qsizetype at = 0; at < shown.size();) {
     const qsizetype in_front = at;
-    taken += Encode(shown, at).size;
+    taken += NextBytes(shown, at).size();
     if (taken > bytes) return in_front;
   }
   return shown.size();

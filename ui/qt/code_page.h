@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QString>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -45,12 +44,9 @@ class CodePage {
   qsizetype CharactersInFront(const QString& shown, std::size_t bytes) const;
 
  private:
-  struct Encoded {
-    std::array<char, 4> bytes{};
-    std::size_t size = 0;  // 0: the character has no bytes
-  };
-
-  Encoded Encode(const QString& shown, qsizetype& at) const;
+  // Returns the bytes of the character at `at` and moves `at` behind it; empty for a character that
+  // has no bytes.
+  std::string NextBytes(const QString& shown, qsizetype& at) const;
   void TakeCharacters(const PageCharacters& characters);
 
   bool is_utf8_ = false;

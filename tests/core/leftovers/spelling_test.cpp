@@ -1,55 +1,10 @@
-// Texts in the bytes of the encodings.
+// The ways to spell a text in each encoding.
 #include "core/leftovers/spelling.h"
 
 #include <gtest/gtest.h>
 
 namespace morvex::test {
 namespace {
-
-using namespace std::string_literals;
-
-// M, u with diaeresis, euro sign, a letter beyond 16 bits.
-const std::u32string kText = U"M\xFC\x20AC\x10428";
-
-TEST(Spelling, EveryEncodingIsReadBack) {
-  const std::vector<std::pair<Encoding, std::string>> spelled = {
-      {Encoding::kUtf8, "M\xC3\xBC\xE2\x82\xAC\xF0\x90\x90\xA8"},
-      {Encoding::kUtf16Le, "M\0\xFC\0\xAC\x20\x01\xD8\x28\xDC"s},
-      {Encoding::kUtf16Be, "\0M\0\xFC\x20\xAC\xD8\x01\xDC\x28"s}};
-  for (const auto& [encoding, bytes] : spelled) {
-    EXPECT_EQ(Encode(kText, encoding), bytes);
-    EXPECT_EQ(Decode(bytes, encoding), kText);
-  }
-}
-
-TEST(Spelling, EveryByteOfWindows1252IsReadAndWrittenBack) {
-  for (int code = 0; code < 256; ++code) {
-    const std::string byte(1, static_cast<char>(code));
-    const std::optional<std::u32string> text = Decode(byte, Encoding::kWindows1252);
-    ASSERT_TRUE(text) << code;
-    EXPECT_EQ(Encode(*text, Encoding::kWindows1252), byte) << code;
-  }
-  EXPECT_EQ(Decode("\x80\x8A\x9F\xFC", Encoding::kWindows1252), U"\x20AC\x160\x178\xFC");
-}
-
-TEST(Spelling, WhatAnEncodingLacksCannotBeSpelled) {
-  EXPECT_EQ(Encode(U"\x141", Encoding::kWindows1252), std::nullopt);
-  EXPECT_EQ(Encode(U"\x80", Encoding::kWindows1252), std::nullopt);
-  EXPECT_EQ(Encode(U"\x100", Encoding::kBytes), std::nullopt);
-}
-
-TEST(Spelling, WhatIsNoUtf8IsNotReadAsSuch) {
-  for (const char* bytes : {"\xFC", "\xC3", "\xC0\x80", "\xE0\x80\x80", "\xED\xA0\x80",
-                            "\xF4\x90\x80\x80", "\xC3M", "\x80"}) {
-    EXPECT_EQ(Decode(bytes, Encoding::kUtf8), std::nullopt) << bytes;
-  }
-}
-
-TEST(Spelling, WhatIsNoUtf16IsNotReadAsSuch) {
-  for (const std::string& bytes : {"M"s, "\0\xD8M\0"s, "\0\xDC"s, "\0\xD8"s}) {
-    EXPECT_EQ(Decode(bytes, Encoding::kUtf16Le), std::nullopt);
-  }
-}
 
 TEST(Spelling, ATextStandsAsWrittenOrInOtherCase) {
   Alphabet alphabet;

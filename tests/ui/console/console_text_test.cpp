@@ -7,46 +7,6 @@
 namespace morvex::test {
 namespace {
 
-TEST(Printable, ControlCharactersAreWrittenOutSoThatANameCannotSteerTheTerminal) {
-  EXPECT_EQ(Printable("a\x1B[31mb"), "a\\x1B[31mb");
-  EXPECT_EQ(Printable("line\nbreak"), "line\\x0Abreak");
-  EXPECT_EQ(Printable(std::string("\0\x7F", 2)), "\\x00\\x7F");
-}
-
-TEST(Printable, ANameCannotBreakItsLine) {
-  EXPECT_EQ(Printable("a\r\nAll is well."), "a\\x0D\\x0AAll is well.");
-}
-
-TEST(Printable, TheControlCharactersBehindAsciiAreWrittenOutToo) {
-  EXPECT_EQ(Printable("\xC2\x9B"
-                      "31m"),
-            "\xC2\\x9B31m");
-  EXPECT_EQ(Printable("\xC2\xA0\xC3\x9B"), "\xC2\xA0\xC3\x9B");
-}
-
-TEST(Printable, ABadByteOfUtf8CannotSteerATerminalEither) {
-  EXPECT_EQ(Printable("\x9B"
-                      "31m"),
-            "\\x9B31m");
-  // Cut off, of the wrong length, behind an end.
-  EXPECT_EQ(Printable("\xE2\x82"), "\xE2\\x82");
-  EXPECT_EQ(Printable("\xC3\x9B\x9B"), "\xC3\x9B\\x9B");
-  EXPECT_EQ(Printable("\xF5\x80\x80\x80"), "\xF5\\x80\\x80\\x80");
-  EXPECT_EQ(Printable("\xE2\x82\xAC \xF0\x9F\x98\x80"), "\xE2\x82\xAC \xF0\x9F\x98\x80");
-}
-
-TEST(PrintableLines, CrLfIsALineBreakAndALoneCrIsNot) {
-  EXPECT_EQ(PrintableLines("path\r\nmessage"), "path\nmessage");
-  EXPECT_EQ(PrintableLines("\r\n"), "\n");
-  EXPECT_EQ(PrintableLines("a\rb\r"), "a\\x0Db\\x0D");
-}
-
-TEST(PrintableLines, ACrLfInAPathIsNoLineBreak) {
-  EXPECT_EQ(PrintableLines("/a\r\nAll is well.\r\nmessage"), "/a\\x0D\\x0AAll is well.\nmessage");
-}
-
-TEST(Printable, OtherBytesStay) { EXPECT_EQ(Printable("Zo\xC3\xAB \xFF"), "Zo\xC3\xAB \xFF"); }
-
 struct BytesCase {
   std::int64_t bytes;
   const char* text;

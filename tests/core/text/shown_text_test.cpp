@@ -1,9 +1,11 @@
-// Bytes as text that can be shown anywhere.
-#include "ui/commands/shown_text.h"
+// Bytes as text that a terminal may show.
+#include "core/text/shown_text.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
+
+#include "core/text/utf8.h"
 
 namespace morvex::test {
 namespace {
@@ -129,6 +131,65 @@ TEST(ShownText, APieceOfUtf16IsReadInItsByteOrder) {
   // A cut character at each end spoils none between them.
   EXPECT_EQ(ShownPiece("\0\xDE\x3D\xD8\0\xDE\x3D\xD8"s, Encoding::kUtf16Le),
             "\xEF\xBF\xBD\xF0\x9F\x98\x80\xEF\xBF\xBD");
+}
+
+TEST(Printable, ControlCharactersAreWrittenOutSoThatANameCannotSteerTheTerminal) {
+  EXPECT_EQ(Printable("a\x1B[31mb"), "a\\x1B[31mb");
+  EXPECT_EQ(Printable("line\nbreak"), "line\\x0Abreak");
+  EXPECT_EQ(Printable(std::string("\0\x7F", 2)), "\\x00\\x7F");
+}
+
+TEST(Printable, ANameCannotBreakItsLine) {
+  EXPECT_EQ(Printable("a\r\nAll is well."), "a\\x0D\\x0AAll is well.");
+}
+
+TEST(Printable, TheControlCharactersBehindAsciiAreWrittenOutToo) {
+  EXPECT_EQ(Printable("\xC2\x9B"
+                      "31m"),
+            "\xC2\\x9B31m");
+  EXPECT_EQ(Printable("\xC2\xA0\xC3\x9B"), "\xC2\xA0\xC3\x9B");
+}
+
+TEST(Printable, ABadByteOfUtf8CannotSteerATerminalEither) {
+  EXPECT_EQ(Printable("\x9B"
+                      "31m"),
+            "\\x9B31m");
+  // Cut off, of the wrong length, behind an end.
+  EXPECT_EQ(Printable("\xE2\x82"), "\xE2\\x82");
+  EXPECT_EQ(Printable("\xC3\x9B\x9B"), "\xC3\x9B\\x9B");
+  EXPECT_EQ(Printable("\xF5\x80\x80\x80"), "\xF5\\x80\\x80\\x80");
+  // Overlong, a surrogate: of UTF-8's form, so no terminal reads their bytes one by one.
+  EXPECT_EQ(Printable("\xE0\x82\x80 \xED\xA0\x80"), "\xE0\x82\x80 \xED\xA0\x80");
+  EXPECT_EQ(Printable("\xE2\x82\xAC \xF0\x9F\x98\x80"), "\xE2\x82\xAC \xF0\x9F\x98\x80");
+}
+
+TEST(PrintableLines, CrLfIsALineBreakAndALoneCrIsNot) {
+  EXPECT_EQ(PrintableLines("path\r\nmessage"), "path\nmessage");
+  EXPECT_EQ(PrintableLines("\r\n"), "\n");
+  EXPECT_EQ(PrintableLines("a\rb\r"), "a\\x0Db\\x0D");
+}
+
+TEST(PrintableLines, ACrLfInAPathIsNoLineBreak) {
+  EXPECT_EQ(PrintableLines("/a\r\nAll is well.\r\nmessage"), "/a\\x0D\\x0AAll is well.\nmessage");
+}
+
+TEST(Printable, OtherBytesStay) { EXPECT_EQ(Printable("Zo\xC3\xAB \xFF"), "Zo\xC3\xAB \xFF"); }
+
+// Whatever stands beside it, a control character never comes through.
+TEST(Printable, NoControlCharacterIsLeft) {
+  for (int first = 0; first < 256; ++first) {
+    for (int second = 0; second < 256; ++second) {
+      const std::string bytes = {static_cast<char>(first), static_cast<char>(second)};
+      const std::string shown = Printable(bytes);
+      for (std::string_view rest = shown; !rest.empty();) {
+        const Utf8Sequence sequence = ReadUtf8(rest);
+        const char32_t code = sequence.character.value_or(static_cast<unsigned char>(rest.front()));
+        ASSERT_FALSE(code < 0x20 || (code >= 0x7F && code <= 0x9F)) << first << " " << second;
+        rest.remove_prefix(sequence.size);
+      }
+      EXPECT_EQ(Printable(shown), shown) << first << " " << second;
+    }
+  }
 }
 
 }  // namespace

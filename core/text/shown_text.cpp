@@ -1,13 +1,14 @@
-#include "ui/commands/shown_text.h"
+#include "core/text/shown_text.h"
 
-#include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <vector>
+
+#include "core/text/utf8.h"
 
 namespace morvex {
 namespace {
 
-constexpr std::size_t kLongestCharacter = 4;
 constexpr char32_t kReplacement = 0xFFFD;
 
 std::string HexByte(unsigned code) {
@@ -21,7 +22,7 @@ bool IsControl(char32_t character) {
   return character < 0x20 || (character >= 0x7F && character < 0xA0);
 }
 
-// Shows nothing itself and changes where or in which order the text around it is shown.
+// Has no width, or changes where or in which order the text around it is shown.
 bool IsUnseen(char32_t character) {
   return character == 0x61C || (character >= 0x200B && character <= 0x200F) ||
          (character >= 0x2028 && character <= 0x202E) ||
@@ -32,15 +33,15 @@ bool IsHex(std::string_view digits) {
   return digits.find_first_not_of("0123456789ABCDEF") == std::string_view::npos;
 }
 
-// Whether a backslash in front of the shown text would be taken for the beginning of an escape, or
-// for one half of two.
+// Whether a backslash in front of `shown` would read as the first character of an escape or of a
+// doubled backslash.
 bool CouldEscape(std::string_view shown) {
   return shown.starts_with('\\') ||
          (shown.starts_with('x') && shown.size() >= 3 && IsHex(shown.substr(1, 2))) ||
          (shown.starts_with('u') && shown.size() >= 5 && IsHex(shown.substr(1, 4)));
 }
 
-// A text that grows by characters and by bytes that are none.
+// Collects characters, and bytes that are part of no character.
 class ShownSoFar {
  public:
   void Add(char32_t character) {
@@ -68,7 +69,7 @@ class ShownSoFar {
 
  private:
   std::string shown_;
-  std::vector<std::size_t> backslashes_;  // of the text itself
+  std::vector<std::size_t> backslashes_;  // offsets in shown_ of those that are no escape
 };
 
 std::string Shown(std::u32string_view text) {
@@ -77,13 +78,10 @@ std::string Shown(std::u32string_view text) {
   return shown.Text();
 }
 
-// Bytes that go on a character of UTF-8 which the piece does not hold the beginning of.
+// Without the continuation bytes of a character that begins in front of the piece.
 std::string_view WithoutCutBeginning(std::string_view bytes) {
   std::size_t cut = 0;
-  while (cut < bytes.size() && cut < kLongestCharacter - 1 &&
-         (static_cast<unsigned char>(bytes[cut]) & 0xC0) == 0x80) {
-    ++cut;
-  }
+  while (cut < bytes.size() && cut < kLongestUtf8 - 1 && IsUtf8Continuation(bytes[cut])) ++cut;
   return bytes.substr(cut);
 }
 
@@ -113,19 +111,13 @@ std::string ShownText(std::string_view bytes) {
 std::string ShownPath(std::string_view bytes) {
   ShownSoFar shown;
   while (!bytes.empty()) {
-    std::size_t size = std::min(kLongestCharacter, bytes.size());
-    std::optional<std::u32string> character;
-    for (; size > 0; --size) {
-      character = Decode(bytes.substr(0, size), Encoding::kUtf8);
-      if (character && character->size() == 1) break;
-    }
-    if (size == 0) {
-      shown.AddByte(bytes.front());
-      size = 1;
+    const Utf8Sequence sequence = ReadUtf8(bytes);
+    if (sequence.character) {
+      shown.Add(*sequence.character);
     } else {
-      shown.Add(character->front());
+      shown.AddByte(bytes.front());
     }
-    bytes.remove_prefix(size);
+    bytes.remove_prefix(sequence.character ? sequence.size : 1);
   }
   return shown.Text();
 }
@@ -136,12 +128,37 @@ std::string ShownPiece(std::string_view bytes, Encoding encoding) {
   }
   if (encoding == Encoding::kWindows1252) return Shown(*Decode(bytes, encoding));
   const std::string_view whole = WithoutCutBeginning(bytes);
-  for (std::size_t cut = 0; cut < kLongestCharacter && cut <= whole.size(); ++cut) {
+  for (std::size_t cut = 0; cut < kLongestUtf8 && cut <= whole.size(); ++cut) {
     const std::optional<std::u32string> text =
         Decode(whole.substr(0, whole.size() - cut), Encoding::kUtf8);
     if (text) return Shown(*text);
   }
   return Shown(*Decode(bytes, Encoding::kWindows1252));
+}
+
+std::string Printable(std::string_view text) {
+  std::string shown;
+  while (!text.empty()) {
+    const Utf8Sequence sequence = ReadUtf8(text);
+    const bool is_control = sequence.character && IsControl(*sequence.character);
+    // U+0080 to U+009F lose their second byte, which is a control character to other terminals.
+    const std::size_t size = is_control ? 1 : sequence.size;
+    const auto code = static_cast<unsigned char>(text.front());
+    if (size == 1 && IsControl(code)) {
+      shown += Escaped(code);
+    } else {
+      shown.append(text, 0, size);
+    }
+    text.remove_prefix(size);
+  }
+  return shown;
+}
+
+std::string PrintableLines(std::string_view text) {
+  constexpr std::string_view kLineBreak = "\r\n";
+  const std::size_t end = text.rfind(kLineBreak);
+  if (end == std::string_view::npos) return Printable(text);
+  return Printable(text.substr(0, end)) + "\n" + Printable(text.substr(end + kLineBreak.size()));
 }
 
 }  // namespace morvex

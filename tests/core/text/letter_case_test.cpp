@@ -1,5 +1,5 @@
 // Upper and lower case in the alphabets.
-#include "core/leftovers/letter_case.h"
+#include "core/text/letter_case.h"
 
 #include <gtest/gtest.h>
 
@@ -49,7 +49,7 @@ TEST(LetterCase, LettersOfEveryKindOfRangeHaveTheirOtherCase) {
   }
 }
 
-TEST(LetterCase, WhatIsNoLetterHasNoOtherCase) {
+TEST(LetterCase, ACharacterWithoutLetterCaseHasNoOtherCase) {
   for (const char32_t sign :
        {U'0', U'@', U'[', U'`', U'{', char32_t{0}, char32_t{0xD7}, char32_t{0xF7}, char32_t{0x5D0},
         char32_t{0x4E2D}, char32_t{0x10FFFF}}) {
@@ -71,7 +71,7 @@ TEST(LetterCase, ALetterOfMoreThanTwoFormsHasAllOthersWhicheverItIs) {
   }
 }
 
-TEST(LetterCase, WhoeverIsACaseOfALetterHasThatLetterForACase) {
+TEST(LetterCase, OtherCasesAreMutual) {
   for (char32_t letter = 0; letter < 0x20000; ++letter) {
     for (const char32_t other : CasesOf(letter)) {
       EXPECT_NE(CasesOf(other).find(letter), std::u32string::npos) << std::hex << +letter;
@@ -79,7 +79,7 @@ TEST(LetterCase, WhoeverIsACaseOfALetterHasThatLetterForACase) {
   }
 }
 
-TEST(LetterCase, TheFormsThatFewTextsHoldAreRare) {
+TEST(LetterCase, FormsThatFewTextsHoldAreRare) {
   EXPECT_EQ(OtherCases(U's'), (std::vector<OtherCase>{{U"S", false}}));
   EXPECT_EQ(OtherCases(U'i'),
             (std::vector<OtherCase>{{U"I", false}, {U"\x130", true}, {U"\x131", true}}));
@@ -89,20 +89,20 @@ TEST(LetterCase, TheLowerCaseOfTheDottedIMayKeepItsDot) {
   EXPECT_EQ(OtherCases(0x130).front(), (OtherCase{U"i\x307", true}));
 }
 
-TEST(LetterCase, JoinedLettersAreTakenApart) {
-  EXPECT_EQ(TakenApart(U"Wei\xDF"), U"Weiss");
-  EXPECT_EQ(TakenApart(U"WEI\x1E9E"), U"WEIss");
-  EXPECT_EQ(TakenApart(U"\xFB03\xFB01x\xFB06\x587"), U"ffifixst\x565\x582");
-  EXPECT_EQ(TakenApart(U"Anna"), U"Anna");
-  EXPECT_EQ(TakenApart(U"\x17F\x212A"), U"sk");
-  EXPECT_EQ(TakenApart(U""), U"");
+TEST(LetterCase, JoinedLettersAreWithoutLigatures) {
+  EXPECT_EQ(WithoutLigatures(U"Wei\xDF"), U"Weiss");
+  EXPECT_EQ(WithoutLigatures(U"WEI\x1E9E"), U"WEIss");
+  EXPECT_EQ(WithoutLigatures(U"\xFB03\xFB01x\xFB06\x587"), U"ffifixst\x565\x582");
+  EXPECT_EQ(WithoutLigatures(U"Anna"), U"Anna");
+  EXPECT_EQ(WithoutLigatures(U"\x17F\x212A"), U"sk");
+  EXPECT_EQ(WithoutLigatures(U""), U"");
 }
 
-TEST(LetterCase, JoinedLettersAreFoundInTheCaseOfTheText) {
+TEST(LetterCase, LigaturesAreFoundWhateverTheCaseOfTheText) {
   const auto joined = [](std::u32string_view text) {
     std::vector<std::pair<char32_t, std::size_t>> found;
-    for (const JoinedLetter& each : JoinedAtBeginning(text)) {
-      found.emplace_back(each.letter, each.letters);
+    for (const Ligature& each : LigaturesAtBeginning(text)) {
+      found.emplace_back(each.character, each.letters);
     }
     return found;
   };

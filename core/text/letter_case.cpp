@@ -1,4 +1,4 @@
-#include "core/leftovers/letter_case.h"
+#include "core/text/letter_case.h"
 
 #include <algorithm>
 #include <array>
@@ -8,8 +8,7 @@
 namespace morvex {
 namespace {
 
-// The upper-case letters from `first` to `last`, each `step` from the one before, with the lower
-// case so many characters further on.
+// Upper-case letters: first, first + step, ... up to last. Adding `to_lower` yields the lower case.
 struct CaseRange {
   char32_t first;
   char32_t last;
@@ -17,7 +16,7 @@ struct CaseRange {
   std::int32_t to_lower;
 };
 
-// Of all alphabets, in ascending order.
+// All alphabets, in ascending order.
 // clang-format off
 constexpr CaseRange kRanges[] = {
     {0x41, 0x5A, 1, 32}, {0xC0, 0xD6, 1, 32}, {0xD8, 0xDE, 1, 32}, {0x100, 0x12E, 2, 1},
@@ -75,8 +74,8 @@ constexpr CaseRange kRanges[] = {
 };
 // clang-format on
 
-// Letters of more than two forms: each of a group may stand for each other one. The four of i are
-// those of the Turkic alphabets, where it depends on the language which two are a pair.
+// Letters with more than two forms: each of a group may stand for each other one. The group of i
+// has four, because Turkic alphabets pair them differently.
 constexpr std::array<std::u32string_view, 26> kGroups = {
     U"Ii\x130\x131",           U"\xB5\x39C\x3BC",
     U"\xC5\xE5\x212B",  // the Angstrom sign
@@ -91,20 +90,20 @@ constexpr std::array<std::u32string_view, 26> kGroups = {
     U"\xA64A\xA64B\x1C88",
 };
 
-// Signs that no text of today has for a letter; to look for them wherever a list has that letter
-// would cost more than all else. Where the list has them itself, they stand for it.
+// A sign, then the letter that it stands for. They are no other case of that letter: s and k are in
+// most texts, and searching for these signs at each of them would cost too much. Present-day texts
+// do not use them.
 constexpr std::u32string_view kLongS = U"\x17Fs";
 constexpr std::u32string_view kKelvin = U"\x212Ak";
 
-// Letters for which several others stand in another case.
-struct Joined {
-  char32_t letter;
-  std::u32string_view apart;  // in lower case
+struct LigatureLetters {
+  char32_t ligature;
+  std::u32string_view letters;  // in lower case
 };
-constexpr std::array<Joined, 15> kJoined = {{
+constexpr std::array<LigatureLetters, 15> kLigatures = {{
     {0xDF, U"ss"},     // the sharp s ...
     {0x1E9E, U"ss"},   // ... and its capital
-    {0xFB03, U"ffi"},  // the longer ones in front of those that they begin with
+    {0xFB03, U"ffi"},  // longer ones come before those that they begin with
     {0xFB04, U"ffl"},
     {0xFB00, U"ff"},
     {0xFB01, U"fi"},
@@ -119,9 +118,9 @@ constexpr std::array<Joined, 15> kJoined = {{
     {0xFB17, U"\x574\x56D"},
 }};
 
-// Where no Turkic language is meant, its lower case keeps the dot as a sign of its own.
+// Outside Turkic languages the lower case of the dotted I is an i and a combining dot.
 constexpr char32_t kDottedI = 0x130;
-constexpr std::u32string_view kItsLowerCase = U"i\x307";
+constexpr std::u32string_view kDottedILower = U"i\x307";
 
 bool IsIn(const CaseRange& range, char32_t upper) {
   return upper >= range.first && upper <= range.last && (upper - range.first) % range.step == 0;
@@ -139,11 +138,11 @@ bool IsSameLetter(char32_t one, char32_t other) {
   });
 }
 
-std::u32string FirstLettersOfJoined() {
+std::u32string FirstLettersOfLigatures() {
   std::u32string letters;
-  for (const Joined& each : kJoined) {
-    letters += each.apart.front();
-    for (const OtherCase& other : OtherCases(each.apart.front())) letters += other.text;
+  for (const LigatureLetters& each : kLigatures) {
+    letters += each.letters.front();
+    for (const OtherCase& other : OtherCases(each.letters.front())) letters += other.text;
   }
   return letters;
 }
@@ -162,7 +161,7 @@ std::vector<OtherCase> OtherCases(char32_t letter) {
                                       [text](const OtherCase& each) { return each.text == text; });
     if (!is_known) others.push_back({std::u32string(text), is_rare});
   };
-  if (letter == kDottedI) add(kItsLowerCase, true);
+  if (letter == kDottedI) add(kDottedILower, true);
   for (const CaseRange& range : kRanges) {
     const char32_t lower = Moved(letter, range.to_lower);
     if (IsIn(range, letter)) add({&lower, 1}, false);
@@ -178,30 +177,32 @@ std::vector<OtherCase> OtherCases(char32_t letter) {
   return others;
 }
 
-std::u32string TakenApart(std::u32string_view text) {
-  std::u32string apart;
-  for (const char32_t letter : text) {
-    const auto joined = std::find_if(kJoined.begin(), kJoined.end(), [letter](const Joined& each) {
-      return each.letter == letter;
-    });
-    if (letter == kLongS.front() || letter == kKelvin.front()) {
-      apart += letter == kLongS.front() ? kLongS.back() : kKelvin.back();
-    } else if (joined == kJoined.end()) {
-      apart += letter;
+std::u32string WithoutLigatures(std::u32string_view text) {
+  std::u32string letters;
+  for (const char32_t character : text) {
+    const auto ligature = std::find_if(
+        kLigatures.begin(), kLigatures.end(),
+        [character](const LigatureLetters& each) { return each.ligature == character; });
+    if (character == kLongS.front() || character == kKelvin.front()) {
+      letters += character == kLongS.front() ? kLongS.back() : kKelvin.back();
+    } else if (ligature == kLigatures.end()) {
+      letters += character;
     } else {
-      apart += joined->apart;
+      letters += ligature->letters;
     }
   }
-  return apart;
+  return letters;
 }
 
-std::vector<JoinedLetter> JoinedAtBeginning(std::u32string_view text) {
-  // Most texts are done with here, and there may be a great many.
-  static const std::u32string first_letters = FirstLettersOfJoined();
-  std::vector<JoinedLetter> found;
+std::vector<Ligature> LigaturesAtBeginning(std::u32string_view text) {
+  // Rules out most texts at once: the search for leftovers asks for each letter of a list.
+  static const std::u32string first_letters = FirstLettersOfLigatures();
+  std::vector<Ligature> found;
   if (text.empty() || first_letters.find(text.front()) == std::u32string::npos) return found;
-  for (const Joined& each : kJoined) {
-    if (BeginsWithLetters(text, each.apart)) found.push_back({each.letter, each.apart.size()});
+  for (const LigatureLetters& each : kLigatures) {
+    if (BeginsWithLetters(text, each.letters)) {
+      found.push_back({each.ligature, each.letters.size()});
+    }
   }
   return found;
 }

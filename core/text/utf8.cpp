@@ -1,0 +1,44 @@
+#include "core/text/utf8.h"
+
+#include <array>
+#include <cstdint>
+
+namespace morvex {
+namespace {
+
+constexpr char32_t kLastCharacter = 0x10FFFF;
+
+// The smallest code point that needs so many bytes; a smaller one is overlong.
+constexpr std::array<char32_t, kLongestUtf8 + 1> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
+
+// Bytes of the sequence that a lead byte announces; 0 for a byte that is no lead byte.
+std::size_t AnnouncedSize(std::uint8_t lead) {
+  if (lead < 0x80) return 1;
+  if (lead >= 0xC2 && lead <= 0xDF) return 2;
+  if (lead >= 0xE0 && lead <= 0xEF) return 3;
+  return lead >= 0xF0 && lead <= 0xF4 ? 4 : 0;
+}
+
+bool IsSurrogate(char32_t character) { return character >= 0xD800 && character <= 0xDFFF; }
+
+}  // namespace
+
+Utf8Sequence ReadUtf8(std::string_view bytes) {
+  const auto lead = static_cast<std::uint8_t>(bytes.front());
+  const std::size_t size = AnnouncedSize(lead);
+  if (size == 0 || bytes.size() < size) return {};
+  // The lead byte of a longer sequence has size + 1 marker bits.
+  char32_t character = size == 1 ? lead : lead & (0xFFU >> (size + 1));
+  for (std::size_t i = 1; i < size; ++i) {
+    if (!IsUtf8Continuation(bytes[i])) return {};
+    character = character << 6 | (static_cast<std::uint8_t>(bytes[i]) & 0x3FU);
+  }
+  if (character < kSmallest.at(size) || character > kLastCharacter || IsSurrogate(character)) {
+    return {size, std::nullopt};
+  }
+  return {size, character};
+}
+
+bool IsUtf8Continuation(char byte) { return (static_cast<std::uint8_t>(byte) & 0xC0U) == 0x80U; }
+
+}  // namespace morvex

@@ -1,0 +1,29 @@
+// Reads UTF-8. Whoever has bytes that may be UTF-8 reads them here.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace morvex {
+
+// The most bytes that one character takes in UTF-8.
+inline constexpr std::size_t kLongestUtf8 = 4;
+
+// The first sequence of some bytes.
+struct Utf8Sequence {
+  // Bytes, 1 to 4: those of a lead byte (C2 to F4) and all the continuation bytes that it asks for;
+  // 1 for any other byte and for a lead byte without them.
+  std::size_t size = 1;
+  // The code point. Nothing where the bytes encode none: a stray or truncated byte, an overlong
+  // form, a surrogate (U+D800 to U+DFFF), or a number above U+10FFFF.
+  std::optional<char32_t> character;
+};
+
+// Returns the sequence that `bytes` begin with; `bytes` must not be empty.
+Utf8Sequence ReadUtf8(std::string_view bytes);
+
+// Whether a byte is a continuation byte, 80 to BF: it never begins a character.
+bool IsUtf8Continuation(char byte);
+
+}  // namespace morvex
