@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "bench/inputs.h"
+#include "core/engine/matching/bytes_in_memory.h"
 #include "core/engine/matching/substitution.h"
 #include "tests/reference/literal_substitution.h"
-#include "tests/support/byte_streams.h"
 
 namespace morvex::bench {
 namespace {
@@ -25,7 +25,7 @@ constexpr std::size_t kTinySize = 4096;
 constexpr int kRepetitions = 5;
 
 // Memory that has been touched, so that no run pays for it.
-class Buffer : public OutputFile {
+class Buffer : public ByteSink {
  public:
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
     const auto at = static_cast<std::size_t>(offset);
@@ -110,7 +110,7 @@ void Engine(benchmark::State& state, const std::string& name, std::size_t size, 
   for (auto _ : state) {
     Watcher watcher;
     for (std::size_t from = 0; from < text.size(); from += piece) {
-      test::BytesInput file(text.substr(from, piece));
+      MemorySource file(text.substr(from, piece));
       CaptureState captures;
       input.Open(file);
       output.Open(Output());
@@ -134,7 +134,7 @@ void Literal(benchmark::State& state, const std::string& name) {
   std::int64_t hits = 0;
   for (auto _ : state) {
     Watcher watcher;
-    test::BytesInput file(text);
+    MemorySource file(text);
     test::LiteralState captures;
     test::LiteralSubstitution literal(loaded.tables, static_cast<std::uint8_t>(loaded.input.joker),
                                       captures);

@@ -125,6 +125,45 @@ Input Ids(std::size_t size) {
   return input;
 }
 
+// Ids of two kinds, with another number of bytes in front of the digits and in all.
+Input TwoIdFamilies(std::size_t size) {
+  Random random;
+  Input input;
+  input.what =
+      "5,000 ids PAT-00000 and 5,000 ids CASE2026-000000, three in a line of about 140 bytes";
+  const auto patient = [](std::size_t i) { return "PAT-" + Number(i * 17 % 100'000, 5); };
+  const auto file = [](std::size_t i) { return "CASE2026-" + Number(i * 13, 6); };
+  for (std::size_t i = 0; i < 5'000; ++i) {
+    input.rows.emplace_back(patient(i), "P" + Number(i, 5));
+    input.rows.emplace_back(file(i), "C" + Number(i, 5));
+  }
+  while (input.text.size() < size) {
+    input.text += "2026-03-" + Number(1 + random.Below(28), 2) + " 14:02:51 INFO " +
+                  file(random.Below(5'000)) + " names " + patient(random.Below(5'000)) +
+                  "; ward 4 informed, the contact person of " + patient(random.Below(5'000)) +
+                  " called about a CASE and a PATH\r\n";
+  }
+  return input;
+}
+
+// Keys of all lengths, of which half share their first eight bytes.
+Input IdsAndNames(std::size_t size) {
+  Random random;
+  Input input;
+  input.what =
+      "5,000 ids PATIENT-000000 and 5,000 names, an id and a name in about 190 bytes of prose";
+  const std::vector<std::string> names = MakeNames(5'000, random);
+  for (std::size_t i = 0; i < 5'000; ++i) {
+    input.rows.emplace_back("PATIENT-" + Number(i * 3, 6), "P" + Number(i, 5));
+    input.rows.emplace_back(names[i], "Person " + std::to_string(i + 1));
+  }
+  while (input.text.size() < size) {
+    input.text += MakeProse(150, {}, random) + "PATIENT-" + Number(random.Below(5'000) * 3, 6) +
+                  ", " + names[random.Below(names.size())] + ".\r\n";
+  }
+  return input;
+}
+
 std::string Letters(std::size_t size, Random& random) {
   std::string text(size, ' ');
   for (char& letter : text) letter = "ACGT"[random.Below(4)];
@@ -216,6 +255,8 @@ constexpr std::array kInputs = {
     Named{"prose-10000", [](std::size_t size) { return Prose(size, 10'000); }, false},
     Named{"no-match", NoMatch, false},
     Named{"ids-10000", Ids, false},
+    Named{"two-id-families", TwoIdFamilies, false},
+    Named{"ids-and-names", IdsAndNames, false},
     Named{"dna-1000", Dna, false},
     Named{"jokers-100", Jokers, false},
     Named{"every-byte", EveryByte, true},

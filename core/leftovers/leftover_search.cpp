@@ -68,8 +68,8 @@ void LeftoverSearch::Open() {
   places_for_automaton_ = 0;
 }
 
-ErrorNumber LeftoverSearch::Run(InputFile& file, const TellLeftover& tell,
-                                const KeepGoing& keep_going) {
+ErrorNumber LeftoverSearch::Run(ByteSource& file, const TellLeftover& tell,
+                                const std::function<bool()>& keep_going) {
   Open();
   tell_ = &tell;
   for (;;) {

@@ -12,11 +12,10 @@
 #include <string_view>
 #include <vector>
 
+#include "core/engine/matching/byte_io.h"
 #include "core/engine/matching/candidate_filter.h"
 #include "core/engine/matching/key_automaton.h"
 #include "core/engine/matching/scan_kernel.h"
-#include "core/host/bytes_as_file.h"
-#include "core/host/file_service.h"
 #include "core/leftovers/sought.h"
 
 namespace morvex {
@@ -51,7 +50,8 @@ class LeftoverSearch {
 
   // The whole file, in the order of places where what is found ends its first part; kInvalidCall
   // when `keep_going`, which may be empty and is asked at every block, ended it.
-  ErrorNumber Run(InputFile& file, const TellLeftover& tell, const KeepGoing& keep_going = {});
+  ErrorNumber Run(ByteSource& file, const TellLeftover& tell,
+                  const std::function<bool()>& keep_going = {});
   // Bytes of the last file that were gone through.
   std::uint64_t size() const { return base_ + filled_; }
 

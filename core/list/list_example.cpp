@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "core/engine/matching/bytes_in_memory.h"
 #include "core/engine/matching/substitution.h"
-#include "core/host/bytes_as_file.h"
 #include "core/tables/substitution_tables.h"
 
 namespace morvex {
@@ -46,8 +46,8 @@ std::string RowOutcomes::Of(const std::string& left_cell, const std::string& rig
   Set_Joker(tables, "Left", 0, holds_joker(left_cell));
   Set_Joker(tables, "Right", 0, holds_joker(right_cell));
   FillArrays(grid, joker, tables);
-  BytesAsFile from(file);
-  FileAsBytes to;
+  MemorySource from(file);
+  MemorySink to;
   input_.Open(from);
   output_.Open(to);
   CaptureState captured;

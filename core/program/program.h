@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "core/engine/matching/capture_state.h"
 #include "core/forms/main_form.h"
 #include "core/forms/options_form.h"
 #include "core/forms/replacements_form.h"
@@ -110,12 +111,6 @@ struct RunState {
   std::string left_temporary;
   // By row of the tables; collected only for an observer.
   std::vector<std::int64_t> hits_of_rows;
-};
-
-// What a match attempt leaves for the next one, across rows and files. Every attempt ends with its
-// span closed, so nothing of a span is kept.
-struct CaptureState {
-  std::vector<std::uint8_t> CaptureBuffer = {0};
 };
 
 class RunEngine;  // of the engine's room: what it keeps from file to file

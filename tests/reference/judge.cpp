@@ -4,6 +4,7 @@
 #include <functional>
 #include <random>
 
+#include "core/engine/matching/bytes_in_memory.h"
 #include "tests/support/byte_streams.h"
 
 namespace morvex::test {
@@ -106,22 +107,23 @@ Judge::Buffers& Judge::SharedBuffers() {
 }
 
 template <class Run>
-Judge::Outcome Judge::RunThrough(InputFile& input, Run run) {
+Judge::Outcome Judge::RunThrough(ByteSource& input, Run run) {
   Outcome outcome;
   CountingWatcher watcher;
-  BytesOutput output(outcome.bytes);
+  MemorySink output;
   Buffers& buffers = SharedBuffers();
   buffers.input.Open(input);
   buffers.output.Open(output);
   outcome.end = run(buffers.input, buffers.output, watcher);
   buffers.output.Finish();
+  outcome.bytes = output.bytes();
   outcome.hits = watcher.hits;
   return outcome;
 }
 
 std::string Judge::Differences(const std::string& file) {
   files_.push_back(file);
-  BytesInput whole(file);
+  MemorySource whole(file);
   const Outcome literal = RunThrough(whole, [this](auto& input, auto& output, auto& watcher) {
     return literal_->Run(input, output, watcher);
   });

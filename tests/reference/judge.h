@@ -54,7 +54,7 @@ class Judge {
   };
 
   template <class Run>
-  Outcome RunThrough(InputFile& input, Run run);
+  Outcome RunThrough(ByteSource& input, Run run);
 
   JudgedList list_;
   Kernel kernel_;

@@ -13,10 +13,10 @@
 #include <string>
 #include <vector>
 
+#include "core/engine/matching/capture_state.h"
 #include "core/engine/matching/input_window.h"
 #include "core/engine/matching/positioned_output.h"
 #include "core/engine/matching/substitution.h"
-#include "core/program/program.h"
 #include "core/tables/substitution_tables.h"
 
 namespace morvex::test {

@@ -1,37 +1,19 @@
-// Open files that are nothing but bytes in memory, for tests and benchmarks that need no file
-// system.
+// Bytes in memory as a stream that pauses, for tests of what reads it piece by piece.
 #pragma once
 
 #include <algorithm>
-#include <cstring>
 #include <functional>
-#include <string>
 #include <string_view>
 
+#include "core/engine/matching/byte_io.h"
 #include "core/host/file_service.h"
 
 namespace morvex::test {
 
-class BytesInput : public InputFile {
+// Pauses behind every piece. An open file and the source of a substitution in one.
+class PiecesInput : public InputFile, public ByteSource {
  public:
-  // The bytes must outlive the file.
-  explicit BytesInput(std::string_view bytes) : bytes_(bytes) {}
-
-  Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
-    if (offset >= bytes_.size()) return std::size_t{0};
-    const std::string_view rest = bytes_.substr(static_cast<std::size_t>(offset), size);
-    std::memcpy(into, rest.data(), rest.size());
-    return rest.size();
-  }
-
- private:
-  std::string_view bytes_;
-};
-
-// The same as a stream that pauses behind every piece of it.
-class PiecesInput : public InputFile {
- public:
-  // The bytes and `next_size`, which gives the size of each piece, 1 or more, must outlive the
+  // The bytes and `next_size`, which returns the size of each piece, 1 or more, must outlive the
   // file.
   template <class NextSize>
   PiecesInput(std::string_view bytes, NextSize& next_size)
@@ -47,11 +29,10 @@ class PiecesInput : public InputFile {
       left_ = std::min<std::size_t>(next_size_(), bytes_.size() - done_);
       if (left_ == 0) return std::size_t{0};
     }
-    const std::string_view piece = bytes_.substr(done_, std::min(size, left_));
-    std::memcpy(into, piece.data(), piece.size());
-    done_ += piece.size();
-    left_ -= piece.size();
-    return piece.size();
+    const std::size_t size_read = bytes_.copy(into, std::min(size, left_), done_);
+    done_ += size_read;
+    left_ -= size_read;
+    return size_read;
   }
   bool MustWait() override { return left_ == 0; }
 
@@ -60,23 +41,6 @@ class PiecesInput : public InputFile {
   std::function<std::size_t()> next_size_;
   std::size_t done_ = 0;
   std::size_t left_ = 0;  // of the piece
-};
-
-class BytesOutput : public OutputFile {
- public:
-  // Writes into `bytes`, which must outlive the file.
-  explicit BytesOutput(std::string& bytes) : bytes_(bytes) {}
-
-  ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
-    const auto at = static_cast<std::size_t>(offset);
-    bytes_.resize(std::max(bytes_.size(), at + bytes.size()));
-    std::memcpy(bytes_.data() + at, bytes.data(), bytes.size());
-    return ErrorNumber::kNone;
-  }
-  ErrorNumber Close() override { return ErrorNumber::kNone; }
-
- private:
-  std::string& bytes_;
 };
 
 }  // namespace morvex::test

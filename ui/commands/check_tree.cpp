@@ -9,6 +9,9 @@
 #include <thread>
 #include <utility>
 
+#include "core/engine/matching/bytes_in_memory.h"
+#include "core/engine/passes/file_bytes.h"
+
 namespace morvex {
 namespace {
 
@@ -41,20 +44,21 @@ bool CheckEntry(FileService& files, LeftoverSearch& search, const KeepGoing& kee
   const auto keep_as = [&entry](Within within) {
     return [&entry, within](const Leftover& leftover) { Keep(entry, leftover, within); };
   };
-  BytesAsFile name(entry.name);
+  MemorySource name(entry.name);
   search.Run(name, keep_as(Within::kName));
   if (entry.is_link) {
     const Result<std::string> text = files.LinkText(entry.path);
     if (text) entry.link_text = text.value;
     if (entry.error == ErrorNumber::kNone) entry.error = text.error;
-    BytesAsFile link(entry.link_text);
+    MemorySource link(entry.link_text);
     search.Run(link, keep_as(Within::kLink));
   }
   if (entry.kind == CheckedKind::kFile) {
     const Result<std::unique_ptr<InputFile>> file = files.OpenForReading(entry.path);
     if (!file) entry.error = file.error;
     if (file) {
-      const ErrorNumber error = search.Run(*file.value, keep_as(Within::kContents), keep_going);
+      FileSource bytes(*file.value);
+      const ErrorNumber error = search.Run(bytes, keep_as(Within::kContents), keep_going);
       if (error != ErrorNumber::kNone) entry.error = error;
       entry.bytes = search.size();
     }

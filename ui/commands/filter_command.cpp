@@ -7,6 +7,7 @@
 #include "core/engine/matching/input_window.h"
 #include "core/engine/matching/positioned_output.h"
 #include "core/engine/matching/substitution.h"
+#include "core/engine/passes/file_bytes.h"
 #include "ui/commands/command_messages.h"
 #include "ui/commands/list_loading.h"
 #include "ui/commands/stream_output.h"
@@ -85,10 +86,11 @@ int RunFilter(const FilterOptions& options, const CommandConsole& console) {
   }
   const std::unique_ptr<InputFile> from = console.open_input();
   const std::unique_ptr<OutputFile> to = console.open_output();
+  FileSource source(*from);
   StreamOutput stream(*to, MayWriteBack(program) ? kHeldBack : 0);
   InputWindow input;
   PositionedOutput output;
-  input.Open(*from);
+  input.Open(source);
   output.Open(stream);
   Substitution substitution(program.tables, program.settings.gJoker);
   CaptureState captured;

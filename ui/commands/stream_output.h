@@ -7,11 +7,12 @@
 #include <string>
 #include <string_view>
 
+#include "core/engine/matching/byte_io.h"
 #include "core/host/file_service.h"
 
 namespace morvex {
 
-class StreamOutput : public OutputFile {
+class StreamOutput : public ByteSink {
  public:
   // `stream` must outlive the output. The last `held` bytes are held back: so far the writing may
   // go back, and no further (kInvalidCall). Places that are left out are NUL.

@@ -11,9 +11,9 @@
 #include <string_view>
 #include <vector>
 
+#include "core/engine/matching/capture_state.h"
 #include "core/engine/matching/compiled_list.h"
 #include "core/engine/matching/input_window.h"
-#include "core/program/program.h"
 
 namespace morvex {
 

@@ -3,11 +3,12 @@
 #include <cstring>
 
 namespace morvex {
+
 InputWindow::InputWindow()
     : buffer_(std::make_unique_for_overwrite<std::uint8_t[]>(kBufferSize + kPadding)) {}
 
-void InputWindow::Open(InputFile& file) {
-  file_ = &file;
+void InputWindow::Open(ByteSource& source) {
+  source_ = &source;
   base_ = 0;
   filled_ = 0;
   start_ = 0;
@@ -25,7 +26,7 @@ ErrorNumber InputWindow::Refill(std::uint64_t offset) {
   start_ = 0;
   filled_ = kept;
   ErrorNumber error = ErrorNumber::kNone;
-  while (error == ErrorNumber::kNone && !ended_ && filled_ < kBufferSize && !file_->MustWait()) {
+  while (error == ErrorNumber::kNone && !ended_ && filled_ < kBufferSize && !source_->MustWait()) {
     error = Read();
   }
   std::memset(buffer_.get() + filled_, 0, kPadding);
@@ -40,7 +41,7 @@ ErrorNumber InputWindow::Wait() {
 
 ErrorNumber InputWindow::Read() {
   char* const into = reinterpret_cast<char*>(buffer_.get() + filled_);
-  const Result<std::size_t> read = file_->ReadAt(base_ + filled_, into, kBufferSize - filled_);
+  const Result<std::size_t> read = source_->ReadAt(base_ + filled_, into, kBufferSize - filled_);
   if (!read) {
     filled_ = start_;
     return read.error;

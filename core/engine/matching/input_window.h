@@ -1,4 +1,4 @@
-// A window that slides forward over a file, so that a file of any size is read in constant memory:
+// A window that slides forward over a source, so that one of any size is read in constant memory:
 // from where it stands it shows at least `kLookAhead` bytes, or all that the file still has. Of a
 // stream whose next bytes are not there yet it shows what there is, and waits only when it is told.
 #pragma once
@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "core/host/file_service.h"
+#include "core/engine/matching/byte_io.h"
 
 namespace morvex {
 
@@ -24,7 +24,7 @@ class InputWindow {
   InputWindow();
 
   // Shows another file from its start, which must outlive its time in the window.
-  void Open(InputFile& file);
+  void Open(ByteSource& source);
 
   // Moves the window's start to the 0-based `offset`, which never lies before the last one. An
   // error of the file leaves the window empty. Never waits for a stream.
@@ -58,7 +58,7 @@ class InputWindow {
   ErrorNumber Refill(std::uint64_t offset);
   ErrorNumber Read();
 
-  InputFile* file_ = nullptr;
+  ByteSource* source_ = nullptr;
   std::unique_ptr<std::uint8_t[]> buffer_;
   std::uint64_t base_ = 0;  // the file's offset of buffer_[0]
   std::size_t filled_ = 0;  // bytes of the buffer that are read

@@ -4,10 +4,11 @@
 #include <cstring>
 
 namespace morvex {
+
 PositionedOutput::PositionedOutput() : pending_(std::make_unique_for_overwrite<char[]>(kBlock)) {}
 
-void PositionedOutput::Open(OutputFile& file) {
-  file_ = &file;
+void PositionedOutput::Open(ByteSink& sink) {
+  sink_ = &sink;
   first_ = 1;
   used_ = 0;
   error_ = ErrorNumber::kNone;
@@ -41,14 +42,14 @@ void PositionedOutput::Put(std::int64_t position, std::string_view bytes) {
 
 ErrorNumber PositionedOutput::Finish() {
   Flush();
-  const ErrorNumber closing = file_->Close();
+  const ErrorNumber closing = sink_->Close();
   if (error_ == ErrorNumber::kNone) error_ = closing;
   return error_;
 }
 
 void PositionedOutput::Write(std::int64_t position, std::string_view bytes) {
   if (error_ == ErrorNumber::kNone) {
-    error_ = file_->WriteAt(static_cast<std::uint64_t>(position - 1), bytes);
+    error_ = sink_->WriteAt(static_cast<std::uint64_t>(position - 1), bytes);
   }
 }
 

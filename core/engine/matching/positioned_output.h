@@ -8,7 +8,7 @@
 #include <memory>
 #include <string_view>
 
-#include "core/host/file_service.h"
+#include "core/engine/matching/byte_io.h"
 
 namespace morvex {
 
@@ -20,7 +20,7 @@ class PositionedOutput {
   PositionedOutput();
 
   // Writes to another file, which is empty and must outlive its time here.
-  void Open(OutputFile& file);
+  void Open(ByteSink& sink);
 
   // Writes at the 1-based `position`. Bytes below position 1 have no place and are dropped.
   void Put(std::int64_t position, std::string_view bytes);
@@ -53,7 +53,7 @@ class PositionedOutput {
 
   void Write(std::int64_t position, std::string_view bytes);
 
-  OutputFile* file_ = nullptr;
+  ByteSink* sink_ = nullptr;
   std::unique_ptr<char[]> pending_;
   std::int64_t first_ = 1;  // position of pending_[0]
   std::size_t used_ = 0;    // bytes pending

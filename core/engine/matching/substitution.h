@@ -16,6 +16,7 @@
 
 #include "core/engine/matching/candidate_filter.h"
 #include "core/engine/matching/capture_memory.h"
+#include "core/engine/matching/capture_state.h"
 #include "core/engine/matching/compiled_list.h"
 #include "core/engine/matching/input_window.h"
 #include "core/engine/matching/key_automaton.h"
@@ -23,7 +24,6 @@
 #include "core/engine/matching/occurrences.h"
 #include "core/engine/matching/positioned_output.h"
 #include "core/engine/matching/unfinished_keys.h"
-#include "core/program/program.h"
 
 namespace morvex {
 

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "core/engine/passes/file_bytes.h"
 #include "core/engine/passes/progress.h"
 #include "core/engine/passes/run_engine.h"
 #include "core/engine/passes/skip_rules.h"
@@ -55,8 +56,10 @@ ProcessResult Failed(ErrorNumber error, const std::string& path) {
 SubstitutionEnd SubstituteFile(Program& program, InputFile& source, OutputFile& temporary,
                                ErrorNumber& error) {
   RunEngine& engine = EngineOf(program);
-  engine.input.Open(source);
-  engine.output.Open(temporary);
+  FileSource from(source);
+  FileSink to(temporary);
+  engine.input.Open(from);
+  engine.output.Open(to);
   RunWatcher watcher(program);
   const SubstitutionEnd end =
       engine.substitution.Run(engine.input, engine.output, program.capture, watcher);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "core/engine/matching/bytes_in_memory.h"
 #include "core/text/letter_case.h"
 #include "tests/core/leftovers/leftovers_test.h"
 
@@ -338,7 +339,7 @@ TEST(LeftoverSearchTest, ASearchStartsAfreshWithEveryFile) {
 TEST(LeftoverSearchTest, WhatStandsAroundIsGiven) {
   const SoughtList list(Rows{{"Anna", "x"}});
   LeftoverSearch search(*list.sought);
-  BytesAsFile file("before Anna behind");
+  MemorySource file("before Anna behind");
   int calls = 0;
   search.Run(file, [&](const Leftover& leftover) {
     ++calls;
@@ -349,7 +350,7 @@ TEST(LeftoverSearchTest, WhatStandsAroundIsGiven) {
 }
 
 TEST(LeftoverSearchTest, AReadErrorEndsTheSearch) {
-  class Broken : public InputFile {
+  class Broken : public ByteSource {
     Result<std::size_t> ReadAt(std::uint64_t, char*, std::size_t) override {
       return ErrorNumber::kDeviceIo;
     }
@@ -358,7 +359,7 @@ TEST(LeftoverSearchTest, AReadErrorEndsTheSearch) {
   LeftoverSearch search(*list.sought);
   Broken file;
   EXPECT_EQ(search.Run(file, [](const Leftover&) {}), ErrorNumber::kDeviceIo);
-  BytesAsFile whole("Anna");
+  MemorySource whole("Anna");
   EXPECT_EQ(search.Run(
                 whole, [](const Leftover&) {}, [] { return false; }),
             ErrorNumber::kInvalidCall);

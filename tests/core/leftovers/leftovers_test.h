@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "core/engine/matching/bytes_in_memory.h"
 #include "core/leftovers/leftover_search.h"
 #include "tests/support/test_program.h"
 
@@ -44,7 +45,7 @@ class SoughtList {
 
   static std::vector<FoundLeftover> FindWith(LeftoverSearch& search, const std::string& bytes) {
     std::vector<FoundLeftover> found;
-    BytesAsFile file(bytes);
+    MemorySource file(bytes);
     EXPECT_EQ(search.Run(file,
                          [&](const Leftover& leftover) {
                            found.push_back({leftover.offset, leftover.line, leftover.row,

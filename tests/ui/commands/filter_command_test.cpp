@@ -8,6 +8,7 @@
 #include <sstream>
 #include <utility>
 
+#include "core/engine/matching/bytes_in_memory.h"
 #include "core/engine/matching/substitution.h"
 #include "tests/support/byte_streams.h"
 #include "tests/support/test_program.h"
@@ -115,9 +116,8 @@ std::string WholeFile(const Rows& rows, const std::string& bytes) {
   TestProgram scene;
   scene.ApplyRows(rows, '*');
   scene.program.settings.gJoker = '*';
-  std::string result;
-  BytesInput input(bytes);
-  BytesOutput output(result);
+  MemorySource input(bytes);
+  MemorySink output;
   InputWindow window;
   PositionedOutput to;
   window.Open(input);
@@ -130,7 +130,7 @@ std::string WholeFile(const Rows& rows, const std::string& bytes) {
   CaptureState captured;
   EXPECT_EQ(substitution.Run(window, to, captured, watcher), SubstitutionEnd::kWholeFile);
   EXPECT_EQ(to.Finish(), ErrorNumber::kNone);
-  return result;
+  return output.bytes();
 }
 
 TEST(FilterCommand, AStreamCutAnywhereGivesTheBytesOfTheWholeFile) {

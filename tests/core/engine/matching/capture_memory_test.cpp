@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "tests/support/byte_streams.h"
+#include "core/engine/matching/bytes_in_memory.h"
 
 namespace morvex::test {
 namespace {
@@ -47,7 +47,7 @@ class CaptureMemoryTest : public ::testing::Test {
   }
 
   const std::string bytes_ = "..a123a45...q..";
-  BytesInput file_;
+  MemorySource file_;
   InputWindow window_;
   PatternRow row_;
   CaptureState state_;

@@ -4,13 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "core/engine/matching/bytes_in_memory.h"
 #include "tests/support/byte_streams.h"
-#include "tests/support/memory_files.h"
 
 namespace morvex::test {
 namespace {
@@ -25,12 +25,24 @@ std::string Pattern(std::size_t size) {
   return bytes;
 }
 
+// Counts its reads, and fails them when it is told to.
+class Counted : public MemorySource {
+ public:
+  using MemorySource::MemorySource;
+  Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
+    ++reads;
+    if (error != ErrorNumber::kNone) return error;
+    return MemorySource::ReadAt(offset, into, size);
+  }
+  std::int64_t reads = 0;
+  ErrorNumber error = ErrorNumber::kNone;
+};
+
 class InputWindowTest : public ::testing::Test {
  protected:
   void Open(std::string bytes) {
     bytes_ = std::move(bytes);
-    files_.AddFile("/file", bytes_);
-    file_ = std::move(files_.OpenForReading("/file").value);
+    source_.emplace(bytes_);
   }
 
   // The window stands at `offset` and shows what a window has to show.
@@ -43,15 +55,14 @@ class InputWindowTest : public ::testing::Test {
         << offset;
   }
 
-  MemoryFiles files_;
   std::string bytes_;
-  std::unique_ptr<InputFile> file_;
+  std::optional<Counted> source_;
 };
 
 TEST_F(InputWindowTest, AnEmptyFileHasEndedAtItsStart) {
   Open("");
   InputWindow window;
-  window.Open(*file_);
+  window.Open(*source_);
   EXPECT_EQ(window.MoveTo(0), ErrorNumber::kNone);
   EXPECT_EQ(window.size(), 0u);
 }
@@ -59,7 +70,7 @@ TEST_F(InputWindowTest, AnEmptyFileHasEndedAtItsStart) {
 TEST_F(InputWindowTest, AShortFileIsShownWhole) {
   Open("abc");
   InputWindow window;
-  window.Open(*file_);
+  window.Open(*source_);
   for (std::size_t offset = 0; offset <= 3; ++offset) {
     EXPECT_EQ(window.MoveTo(offset), ErrorNumber::kNone);
     EXPECT_EQ(window.size(), 3 - offset);
@@ -70,10 +81,10 @@ TEST_F(InputWindowTest, AShortFileIsShownWhole) {
 TEST_F(InputWindowTest, AShortFileIsReadOnceAndFoundToHaveEnded) {
   Open("abc");
   InputWindow window;
-  window.Open(*file_);
-  const std::int64_t calls = files_.calls;
+  window.Open(*source_);
+  const std::int64_t reads = source_->reads;
   for (std::size_t offset = 0; offset <= 3; ++offset) window.MoveTo(offset);
-  EXPECT_EQ(files_.calls, calls + 2);
+  EXPECT_EQ(source_->reads, reads + 2);
 }
 
 TEST_F(InputWindowTest, ShowsTheLookAheadFromEveryPlaceAroundTheBordersOfItsBlocks) {
@@ -82,7 +93,7 @@ TEST_F(InputWindowTest, ShowsTheLookAheadFromEveryPlaceAroundTheBordersOfItsBloc
   constexpr std::size_t kBlock = InputWindow::kBufferSize - kLookAhead;
   for (std::size_t border = kBlock; border < bytes_.size(); border += kBlock) {
     InputWindow window;
-    window.Open(*file_);
+    window.Open(*source_);
     ASSERT_EQ(window.MoveTo(border - kBlock), ErrorNumber::kNone);
     ASSERT_TRUE(window.Holds(border)) << border;
     ASSERT_FALSE(window.Holds(border + 1) && !window.ended()) << border;
@@ -98,7 +109,7 @@ TEST_F(InputWindowTest, ShowsExactlyTheRestAtTheEndOfTheFile) {
                                  kMegabyte + kLookAhead + 1}) {
     Open(Pattern(size));
     InputWindow window;
-    window.Open(*file_);
+    window.Open(*source_);
     for (std::size_t offset = size - kLookAhead - 2; offset <= size; offset += 1000) {
       ASSERT_EQ(window.MoveTo(offset), ErrorNumber::kNone);
       ExpectShown(window, offset);
@@ -114,7 +125,7 @@ TEST_F(InputWindowTest, ShowsExactlyTheRestAtTheEndOfTheFile) {
 TEST_F(InputWindowTest, LeapsOverWhatItDoesNotHold) {
   Open(Pattern(4 * kMegabyte));
   InputWindow window;
-  window.Open(*file_);
+  window.Open(*source_);
   for (const std::size_t offset : {std::size_t{0}, 2 * kMegabyte, 2 * kMegabyte + 5,
                                    4 * kMegabyte - 1, 4 * kMegabyte, 4 * kMegabyte + 10}) {
     ASSERT_EQ(window.MoveTo(offset), ErrorNumber::kNone);
@@ -125,8 +136,8 @@ TEST_F(InputWindowTest, LeapsOverWhatItDoesNotHold) {
 TEST_F(InputWindowTest, GoesThroughAFileInLargeBlocks) {
   Open(Pattern(3 * kMegabyte));
   InputWindow window;
-  window.Open(*file_);
-  const std::int64_t calls = files_.calls;
+  window.Open(*source_);
+  const std::int64_t reads = source_->reads;
   std::string seen;
   for (std::size_t offset = 0;; ++offset) {
     ASSERT_EQ(window.MoveTo(offset), ErrorNumber::kNone);
@@ -134,11 +145,11 @@ TEST_F(InputWindowTest, GoesThroughAFileInLargeBlocks) {
     seen += static_cast<char>(*window.data());
   }
   EXPECT_TRUE(seen == bytes_);
-  EXPECT_LE(files_.calls - calls, 25);  // 3 MiB in blocks of 128 KiB, and the end
+  EXPECT_LE(source_->reads - reads, 25);  // 3 MiB in blocks of 128 KiB, and the end
 }
 
 // Hands out a few bytes at a time, as a slow network may.
-class Trickle : public InputFile {
+class Trickle : public ByteSource {
  public:
   explicit Trickle(std::string_view bytes) : bytes_(bytes) {}
   Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
@@ -164,8 +175,8 @@ TEST_F(InputWindowTest, AReadThatGivesLessThanAskedIsNoEndOfTheFile) {
 TEST_F(InputWindowTest, AReadErrorLeavesItEmpty) {
   Open(Pattern(2 * kMegabyte));
   InputWindow window;
-  window.Open(*file_);
-  files_.fail = [](const std::string&, const std::string&) { return ErrorNumber::kDeviceIo; };
+  window.Open(*source_);
+  source_->error = ErrorNumber::kDeviceIo;
   EXPECT_EQ(window.MoveTo(0), ErrorNumber::kDeviceIo);
   EXPECT_EQ(window.size(), 0u);
 }
@@ -173,9 +184,9 @@ TEST_F(InputWindowTest, AReadErrorLeavesItEmpty) {
 TEST_F(InputWindowTest, AReadErrorInMidFileIsGivenWhenItIsMet) {
   Open(Pattern(2 * kMegabyte));
   InputWindow window;
-  window.Open(*file_);
+  window.Open(*source_);
   ASSERT_EQ(window.MoveTo(0), ErrorNumber::kNone);
-  files_.fail = [](const std::string&, const std::string&) { return ErrorNumber::kDeviceIo; };
+  source_->error = ErrorNumber::kDeviceIo;
   // What is held is shown still.
   EXPECT_EQ(window.MoveTo(1000), ErrorNumber::kNone);
   ExpectShown(window, 1000);
@@ -218,11 +229,9 @@ TEST_F(InputWindowTest, AStreamThatPausesIsShownAsFarAsItGoes) {
 
 TEST_F(InputWindowTest, AnErrorWhileItWaitsLeavesItEmpty) {
   Open("abc");
-  files_.fail = [](const std::string& call, const std::string&) {
-    return call == "ReadAt" ? ErrorNumber::kDeviceIo : ErrorNumber::kNone;
-  };
+  source_->error = ErrorNumber::kDeviceIo;
   InputWindow window;
-  window.Open(*file_);
+  window.Open(*source_);
   EXPECT_EQ(window.Wait(), ErrorNumber::kDeviceIo);
   EXPECT_EQ(window.size(), 0u);
 }

@@ -6,7 +6,7 @@
 #include <random>
 #include <string>
 
-#include "tests/support/byte_streams.h"
+#include "core/engine/matching/bytes_in_memory.h"
 
 namespace morvex::test {
 namespace {
@@ -22,7 +22,7 @@ class Shown {
 
  private:
   std::string bytes_;
-  BytesInput file_;
+  MemorySource file_;
   InputWindow window_;
 };
 

@@ -4,39 +4,50 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
 #include <string>
-#include <utility>
 
-#include "tests/support/memory_files.h"
+#include "core/engine/matching/bytes_in_memory.h"
 
 namespace morvex::test {
 namespace {
 
 constexpr std::size_t kBlock = PositionedOutput::kBlock;
 
+// Counts its calls, and fails them when it is told to.
+class Counted : public MemorySink {
+ public:
+  ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
+    ++calls;
+    return write_error != ErrorNumber::kNone ? write_error : MemorySink::WriteAt(offset, bytes);
+  }
+  ErrorNumber Close() override {
+    ++calls;
+    return close_error;
+  }
+  std::int64_t calls = 0;
+  ErrorNumber write_error = ErrorNumber::kNone;
+  ErrorNumber close_error = ErrorNumber::kNone;
+};
+
 class PositionedOutputTest : public ::testing::Test {
  protected:
-  PositionedOutputTest() { file_ = std::move(files_.CreateFile("/file", 0600).value); }
-
   const std::string& Finished(PositionedOutput& output) {
     EXPECT_EQ(output.Finish(), ErrorNumber::kNone);
-    return files_.Bytes("/file");
+    return sink_.bytes();
   }
 
-  MemoryFiles files_;
-  std::unique_ptr<OutputFile> file_;
+  Counted sink_;
 };
 
 TEST_F(PositionedOutputTest, NothingWrittenMakesAnEmptyFile) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   EXPECT_EQ(Finished(output), "");
 }
 
 TEST_F(PositionedOutputTest, WritesForward) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   output.Put(1, 'a');
   output.Put(2, "bcd");
   output.Put(5, 'e');
@@ -45,7 +56,7 @@ TEST_F(PositionedOutputTest, WritesForward) {
 
 TEST_F(PositionedOutputTest, WhatIsWrittenLastStands) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   output.Put(1, "abcdef");
   output.Put(3, "XY");
   EXPECT_EQ(Finished(output), "abXYef");
@@ -53,7 +64,7 @@ TEST_F(PositionedOutputTest, WhatIsWrittenLastStands) {
 
 TEST_F(PositionedOutputTest, GoesOnForwardAfterAStepBack) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   output.Put(1, "abc");
   output.Put(2, 'X');
   output.Put(3, 'Y');
@@ -63,7 +74,7 @@ TEST_F(PositionedOutputTest, GoesOnForwardAfterAStepBack) {
 
 TEST_F(PositionedOutputTest, GoesBackAndForthByteByByte) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   output.Put(1, "......");
   for (const int position : {6, 1, 4, 2, 5, 3}) {
     output.Put(position, static_cast<char>('0' + position));
@@ -73,7 +84,7 @@ TEST_F(PositionedOutputTest, GoesBackAndForthByteByByte) {
 
 TEST_F(PositionedOutputTest, DropsWhatFallsBelowTheStart) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   output.Put(1, "abc");
   output.Put(0, 'X');
   output.Put(-5, "XXXXXX");
@@ -83,7 +94,7 @@ TEST_F(PositionedOutputTest, DropsWhatFallsBelowTheStart) {
 
 TEST_F(PositionedOutputTest, GoesOnBehindBytesThatReachFromBelowTheStart) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   output.Put(-1, "xyz");
   output.Put(2, 'a');
   EXPECT_EQ(Finished(output), "za");
@@ -91,7 +102,7 @@ TEST_F(PositionedOutputTest, GoesOnBehindBytesThatReachFromBelowTheStart) {
 
 TEST_F(PositionedOutputTest, AnEmptyTextWritesNothing) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   output.Put(1, "ab");
   output.Put(1, "");
   output.Put(3, 'c');
@@ -100,10 +111,9 @@ TEST_F(PositionedOutputTest, AnEmptyTextWritesNothing) {
 
 TEST_F(PositionedOutputTest, OverwritesAcrossTheBorderOfABlock) {
   for (const std::size_t back : {std::size_t{1}, std::size_t{2}, std::size_t{3}}) {
-    MemoryFiles files;
-    const auto file = std::move(files.CreateFile("/file", 0600).value);
+    MemorySink sink;
     PositionedOutput output;
-    output.Open(*file);
+    output.Open(sink);
     std::string expected;
     for (std::size_t i = 1; i <= kBlock + 1; ++i) {
       output.Put(static_cast<std::int64_t>(i), static_cast<char>(i % 251));
@@ -114,13 +124,13 @@ TEST_F(PositionedOutputTest, OverwritesAcrossTheBorderOfABlock) {
     expected.resize(std::max(expected.size(), position + 2));
     expected.replace(position - 1, 3, "XYZ");
     EXPECT_EQ(output.Finish(), ErrorNumber::kNone);
-    EXPECT_TRUE(files.Bytes("/file") == expected) << back;
+    EXPECT_TRUE(sink.bytes() == expected) << back;
   }
 }
 
 TEST_F(PositionedOutputTest, ATextLargerThanABlockIsWrittenWhole) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   const std::string text(3 * kBlock + 5, 't');
   output.Put(1, 'a');
   output.Put(2, text);
@@ -130,16 +140,16 @@ TEST_F(PositionedOutputTest, ATextLargerThanABlockIsWrittenWhole) {
 
 TEST_F(PositionedOutputTest, SpeaksToTheFileInLargeBlocks) {
   PositionedOutput output;
-  output.Open(*file_);
-  const std::int64_t calls = files_.calls;
+  output.Open(sink_);
+  const std::int64_t calls = sink_.calls;
   for (std::size_t i = 1; i <= 24 * kBlock; ++i) output.Put(static_cast<std::int64_t>(i), 'x');
-  EXPECT_LE(files_.calls - calls, 24);
+  EXPECT_LE(sink_.calls - calls, 24);
   EXPECT_EQ(Finished(output).size(), 24 * kBlock);
 }
 
 TEST_F(PositionedOutputTest, BytesFilledIntoItsRoomStandBetweenThoseThatArePut) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   output.Put(1, "ab");
   const PositionedOutput::Room room = output.RoomAt(3);
   ASSERT_GE(room.end - room.at, 1000);
@@ -153,7 +163,7 @@ TEST_F(PositionedOutputTest, BytesFilledIntoItsRoomStandBetweenThoseThatArePut) 
 
 TEST_F(PositionedOutputTest, ThereIsRoomOnlyRightBehindTheBytesBefore) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   output.Put(1, "abc");
   EXPECT_EQ(output.RoomAt(3).at, nullptr);
   EXPECT_EQ(output.RoomAt(5).at, nullptr);
@@ -163,7 +173,7 @@ TEST_F(PositionedOutputTest, ThereIsRoomOnlyRightBehindTheBytesBefore) {
 
 TEST_F(PositionedOutputTest, AFullBlockHasNoRoom) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   const PositionedOutput::Room room = output.RoomAt(1);
   std::fill(room.at, room.end, 'x');
   output.Fill(room.end);
@@ -175,48 +185,41 @@ TEST_F(PositionedOutputTest, AFullBlockHasNoRoom) {
 
 TEST_F(PositionedOutputTest, AWriteErrorStays) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   output.Put(1, "abc");
   EXPECT_EQ(output.error(), ErrorNumber::kNone);
-  files_.fail = [](const std::string& call, const std::string&) {
-    return call == "WriteAt" ? ErrorNumber::kDiskFull : ErrorNumber::kNone;
-  };
+  sink_.write_error = ErrorNumber::kDiskFull;
   output.Put(4, std::string(kBlock, 'X'));
   EXPECT_EQ(output.error(), ErrorNumber::kDiskFull);
-  files_.fail = nullptr;
+  sink_.write_error = ErrorNumber::kNone;
   output.Put(4, std::string(kBlock, 'Y'));
   EXPECT_EQ(output.error(), ErrorNumber::kDiskFull);
   EXPECT_EQ(output.Finish(), ErrorNumber::kDiskFull);
-  EXPECT_EQ(files_.Bytes("/file"), "");
+  EXPECT_EQ(sink_.bytes(), "");
 }
 
 TEST_F(PositionedOutputTest, AnErrorOfTheLastWriteIsGivenAtTheEnd) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   output.Put(1, "abc");
-  files_.fail = [](const std::string& call, const std::string&) {
-    return call == "WriteAt" ? ErrorNumber::kDiskFull : ErrorNumber::kNone;
-  };
+  sink_.write_error = ErrorNumber::kDiskFull;
   EXPECT_EQ(output.Finish(), ErrorNumber::kDiskFull);
 }
 
 TEST_F(PositionedOutputTest, AnErrorOfClosingIsGivenAtTheEnd) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   output.Put(1, "abc");
-  files_.fail = [](const std::string& call, const std::string&) {
-    return call == "Close" ? ErrorNumber::kDeviceIo : ErrorNumber::kNone;
-  };
+  sink_.close_error = ErrorNumber::kDeviceIo;
   EXPECT_EQ(output.Finish(), ErrorNumber::kDeviceIo);
 }
 
 TEST_F(PositionedOutputTest, TheFirstErrorIsTheOneThatIsGiven) {
   PositionedOutput output;
-  output.Open(*file_);
+  output.Open(sink_);
   output.Put(1, "abc");
-  files_.fail = [](const std::string& call, const std::string&) {
-    return call == "WriteAt" ? ErrorNumber::kDiskFull : ErrorNumber::kDeviceIo;
-  };
+  sink_.write_error = ErrorNumber::kDiskFull;
+  sink_.close_error = ErrorNumber::kDeviceIo;
   EXPECT_EQ(output.Finish(), ErrorNumber::kDiskFull);
 }
 

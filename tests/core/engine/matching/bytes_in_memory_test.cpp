@@ -1,13 +1,13 @@
-// Bytes in memory that are read and written as files.
-#include "core/host/bytes_as_file.h"
+// Bytes in memory that are read and written as those of files.
+#include "core/engine/matching/bytes_in_memory.h"
 
 #include <gtest/gtest.h>
 
 namespace morvex::test {
 namespace {
 
-TEST(BytesAsFile, GivesWhatStandsAtAnOffsetAndNothingBehindTheEnd) {
-  BytesAsFile file("abcde");
+TEST(MemorySource, GivesWhatStandsAtAnOffsetAndNothingBehindTheEnd) {
+  MemorySource file("abcde");
   std::string into(3, '.');
   const auto read = [&](std::uint64_t offset) {
     const Result<std::size_t> count = file.ReadAt(offset, into.data(), into.size());
@@ -20,8 +20,8 @@ TEST(BytesAsFile, GivesWhatStandsAtAnOffsetAndNothingBehindTheEnd) {
   EXPECT_EQ(read(99), "");
 }
 
-TEST(FileAsBytes, KeepsWhatIsWrittenLastAtEveryOffset) {
-  FileAsBytes file;
+TEST(MemorySink, KeepsWhatIsWrittenLastAtEveryOffset) {
+  MemorySink file;
   EXPECT_EQ(file.WriteAt(2, "cde"), ErrorNumber::kNone);
   EXPECT_EQ(file.WriteAt(0, "ABC"), ErrorNumber::kNone);
   EXPECT_EQ(file.WriteAt(9, ""), ErrorNumber::kNone);

@@ -1,18 +1,19 @@
-// Files that are nothing but bytes in memory, for what otherwise works on files.
+// Bytes in memory as the source or the sink of a substitution.
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
-#include "core/host/file_service.h"
+#include "core/engine/matching/byte_io.h"
 
 namespace morvex {
 
 // The bytes must outlive it.
-class BytesAsFile : public InputFile {
+class MemorySource : public ByteSource {
  public:
-  explicit BytesAsFile(std::string_view bytes) : bytes_(bytes) {}
+  explicit MemorySource(std::string_view bytes) : bytes_(bytes) {}
   Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
     if (offset >= bytes_.size()) return std::size_t{0};
     return bytes_.copy(into, size, static_cast<std::size_t>(offset));
@@ -23,7 +24,7 @@ class BytesAsFile : public InputFile {
 };
 
 // Keeps what is written to it.
-class FileAsBytes : public OutputFile {
+class MemorySink : public ByteSink {
  public:
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
     const auto at = static_cast<std::size_t>(offset);
