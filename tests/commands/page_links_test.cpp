@@ -42,12 +42,14 @@ std::string Prose(const std::string& text) {
   std::istringstream lines(text);
   std::string prose;
   bool in_block = false;
+  bool in_code = false;
   for (std::string line; std::getline(lines, line);) {
     if (IsFence(line)) in_block = !in_block;
-    bool in_code = false;
+    if (line.empty()) in_code = false;
+    if (in_block || IsFence(line)) continue;
     for (const char byte : line) {
       if (byte == '`') in_code = !in_code;
-      if (!in_block && !in_code && byte != '`') prose += byte;
+      if (!in_code && byte != '`') prose += byte;
     }
     prose += '\n';
   }
@@ -129,8 +131,9 @@ TEST(PageLinks, AreFoundInLinesTablesAndPictures) {
   const std::string text =
       "# One: `-if`\n[a](x.md#b) and [c](y.md)\n| ![d](z.png) |\n\n<img src=\"i.png\" "
       "srcset=\"s\">\n"
-      "```\n# no heading\n[no](link)\n```\n`[no](link)`\n";
-  EXPECT_EQ(Links(text), (std::vector<std::string>{"x.md#b", "y.md", "z.png", "i.png", "s"}));
+      "```\n# no heading\n[no](link)\n```\n`[no](link)` `code over\ntwo lines` [e](v.md)\n";
+  EXPECT_EQ(Links(text),
+            (std::vector<std::string>{"x.md#b", "y.md", "z.png", "v.md", "i.png", "s"}));
   EXPECT_EQ(Headings(text), (std::set<std::string>{"one--if"}));
 }
 
