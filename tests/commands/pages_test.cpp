@@ -114,6 +114,20 @@ TEST(Pages, ShowNoProgramThatNothingRuns) {
   }
 }
 
+// "Morvex 11.0" is told as "11.0".
+TEST(Pages, OfChangesAndSecurityNameThePresentVersion) {
+  std::string version = CommandScene().Shell("morvex-cli --version").output;
+  version = version.substr(0, version.find_last_not_of("\r\n") + 1);
+  version = version.substr(version.rfind(' ') + 1);
+  ASSERT_FALSE(version.empty());
+  const std::string changes = Text("CHANGELOG.md");
+  const std::size_t first = changes.find("\n## ");
+  ASSERT_NE(first, std::string::npos);
+  EXPECT_TRUE(changes.substr(first).starts_with("\n## " + version + "\n")) << version;
+  EXPECT_NE(Text("SECURITY.md").find("\n| " + version + " | yes |\n"), std::string::npos)
+      << version;
+}
+
 TEST(Pages, TheReadmeIsShort) {
   const std::string text = Text("README.md");
   EXPECT_LE(std::count(text.begin(), text.end(), '\n'), kLongestReadme);
