@@ -85,7 +85,7 @@ For files of your own:
   1. Make a folder and copy build/release/bin/morvex-cli into it; its log will lie there.
   2. Copy replacements.txt and settings.dat from build/example into it and change them; lines 1
      to 3 of settings.dat are the source, an existing target folder, and the replacement list.
-  3. Run ./morvex-cli -if settings.dat there. README.md explains every line of both files.
+  3. Run ./morvex-cli -if settings.dat there. docs/manual.md explains every line of both files.
 END
 
 if [[ -x build/release/bin/Morvex ]]; then
