@@ -220,7 +220,8 @@ ErrorNumber MoveWholeFile(const std::string& from, const std::string& to,
   }
   const bool claimed = source.IsOpen();
   error = CopyWholeFile(from, to, keep_going, {}, std::move(source));
-  return error != ErrorNumber::kNone ? error : DeleteOneFile(from, claimed);
+  if (error != ErrorNumber::kNone) return error;
+  return claimed ? DeleteClaimed(from) : DeleteOneFile(from);
 }
 
 ErrorNumber MoveFileToFreeName(const std::string& from, const std::string& to) {
@@ -233,14 +234,15 @@ ErrorNumber MoveFileToFreeName(const std::string& from, const std::string& to) {
   return LastError(Missing::kPath);
 }
 
-ErrorNumber DeleteOneFile(const std::string& path, bool own) {
+ErrorNumber DeleteOneFile(const std::string& path) {
   const ErrorNumber error = CheckPath(path, Missing::kFile);
   if (error != ErrorNumber::kNone) return error;
   const Reach at(path);
-  if (!at.Found()) return LastError(Missing::kFile);
-  if (!own) return DeleteUnclaimed(at.Folder(), at.Name());
-  if (unlinkat(at.Folder(), at.Name(), 0) == 0) return ErrorNumber::kNone;
-  return LastError(Missing::kFile);
+  return at.Found() ? DeleteUnclaimed(at.Folder(), at.Name()) : LastError(Missing::kFile);
+}
+
+ErrorNumber DeleteClaimed(const std::string& path) {
+  return Unlink(path) == 0 ? ErrorNumber::kNone : LastError(Missing::kFile);
 }
 
 }  // namespace morvex::posix

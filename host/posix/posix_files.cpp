@@ -11,7 +11,6 @@
 #include <utility>
 
 #include "host/posix/posix_calls.h"
-#include "host/posix/posix_claim.h"
 #include "host/posix/posix_copy.h"
 #include "host/posix/posix_descriptor.h"
 #include "host/posix/posix_errors.h"
@@ -155,33 +154,20 @@ ErrorNumber PosixFileService::CreateFolderLike(const std::string& path, const Fo
 
 ErrorNumber PosixFileService::CopyFile(const std::string& from, const std::string& to,
                                        const KeepGoing& keep_going) {
-  return Guarded([&] { return posix::CopyWholeFile(from, to, keep_going, {}, ClaimedFile(from)); });
+  return Guarded([&] { return posix::CopyWholeFile(from, to, keep_going); });
 }
 
 ErrorNumber PosixFileService::MoveFile(const std::string& from, const std::string& to,
                                        const KeepGoing& keep_going) {
-  return Guarded([&] {
-    const ErrorNumber error = posix::MoveWholeFile(from, to, keep_going, ClaimedFile(from));
-    if (error == ErrorNumber::kNone) EndClaim(from);
-    return error;
-  });
+  return Guarded([&] { return posix::MoveWholeFile(from, to, keep_going); });
 }
 
 ErrorNumber PosixFileService::MoveToFreeName(const std::string& from, const std::string& to) {
-  return Guarded([&] {
-    const ErrorNumber error = posix::MoveFileToFreeName(from, to);
-    if (error == ErrorNumber::kNone) EndClaim(from);
-    return error;
-  });
+  return Guarded([&] { return posix::MoveFileToFreeName(from, to); });
 }
 
 ErrorNumber PosixFileService::DeleteFile(const std::string& path) {
-  return Guarded([&] {
-    const bool own = ClaimedFile(path).IsOpen();
-    const ErrorNumber error = posix::DeleteOneFile(path, own);
-    if (own && error == ErrorNumber::kNone) EndClaim(path);
-    return error;
-  });
+  return Guarded([&] { return posix::DeleteOneFile(path); });
 }
 
 Result<std::unique_ptr<InputFile>> PosixFileService::OpenForReading(const std::string& path) {
@@ -195,30 +181,11 @@ Result<std::unique_ptr<InputFile>> PosixFileService::OpenForReading(const std::s
   });
 }
 
-Result<std::unique_ptr<OutputFile>> PosixFileService::CreateFile(const std::string& path,
-                                                                 std::uint32_t permissions) {
+Result<std::unique_ptr<WorkFile>> PosixFileService::CreateWorkFile(const std::string& path,
+                                                                   std::uint32_t permissions) {
   return GuardedOn(path, Missing::kFile, [&](const std::string& file) {
-    posix::Descriptor claim;
-    Result<std::unique_ptr<OutputFile>> made =
-        posix::CreateOutput(file, permissions, write_behind_, &claim);
-    if (!made) return made;
-    const std::lock_guard lock(mutex_);
-    claim_ = std::move(claim);
-    claimed_ = file;
-    return made;
+    return posix::CreateWorkFile(file, permissions, write_behind_);
   });
-}
-
-posix::Descriptor PosixFileService::ClaimedFile(const std::string& path) {
-  const std::lock_guard lock(mutex_);
-  return path == claimed_ ? posix::KeepClaim(claim_) : posix::Descriptor();
-}
-
-void PosixFileService::EndClaim(const std::string& path) {
-  const std::lock_guard lock(mutex_);
-  if (path != claimed_) return;
-  claimed_.clear();
-  claim_.Close();
 }
 
 ErrorNumber PosixFileService::AppendToFile(const std::string& path, std::string_view bytes) {

@@ -19,7 +19,6 @@
 #include <string>
 
 #include "core/host/file_service.h"
-#include "host/posix/posix_descriptor.h"
 
 namespace morvex {
 
@@ -53,25 +52,18 @@ class PosixFileService : public FileService {
   ErrorNumber DeleteFile(const std::string& path) override;
 
   Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) override;
-  Result<std::unique_ptr<OutputFile>> CreateFile(const std::string& path,
-                                                 std::uint32_t permissions) override;
+  Result<std::unique_ptr<WorkFile>> CreateWorkFile(const std::string& path,
+                                                   std::uint32_t permissions) override;
   ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) override;
   ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
 
  private:
-  // The open file behind a path that is claimed; not open for any other.
-  posix::Descriptor ClaimedFile(const std::string& path);
-  void EndClaim(const std::string& path);
-
   const std::shared_ptr<posix::WriteBehind> write_behind_;  // null: all is written at once
 
   std::mutex mutex_;  // for what follows
   // Paths that the last call showed to be ordinary files: they are opened without another look.
   std::string last_found_;
   std::string last_appended_;
-  // The file that this process is making.
-  std::string claimed_;
-  posix::Descriptor claim_;
 };
 
 }  // namespace morvex

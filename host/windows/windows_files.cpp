@@ -142,50 +142,29 @@ ErrorNumber WindowsFileService::CreateFolder(const std::string& path) {
 
 ErrorNumber WindowsFileService::CopyFile(const std::string& from, const std::string& to,
                                          const KeepGoing& keep_going) {
-  return Guarded(
-      [&] { return windows::CopyWholeFile(from, to, keep_going, ClaimedFile(from).get()); });
+  return Guarded([&] { return windows::CopyWholeFile(from, to, keep_going); });
 }
 
 ErrorNumber WindowsFileService::MoveFile(const std::string& from, const std::string& to,
                                          const KeepGoing& keep_going) {
-  return Guarded([&] {
-    const ErrorNumber error = windows::MoveWholeFile(from, to, keep_going, ClaimedFile(from).get());
-    if (error == ErrorNumber::kNone) EndClaim(from);
-    return error;
-  });
+  return Guarded([&] { return windows::MoveWholeFile(from, to, keep_going); });
 }
 
 ErrorNumber WindowsFileService::MoveToFreeName(const std::string& from, const std::string& to) {
-  return Guarded([&] {
-    const ErrorNumber error = windows::MoveFileToFreeName(from, to, ClaimedFile(from).get());
-    if (error == ErrorNumber::kNone) EndClaim(from);
-    return error;
-  });
+  return Guarded([&] { return windows::MoveFileToFreeName(from, to); });
 }
 
 ErrorNumber WindowsFileService::DeleteFile(const std::string& path) {
-  return Guarded([&] {
-    const ErrorNumber error = windows::DeleteOneFile(path, ClaimedFile(path).get());
-    if (error == ErrorNumber::kNone) EndClaim(path);
-    return error;
-  });
+  return Guarded([&] { return windows::DeleteOneFile(path); });
 }
 
 Result<std::unique_ptr<InputFile>> WindowsFileService::OpenForReading(const std::string& path) {
   return Guarded([&] { return windows::OpenInput(path); });
 }
 
-Result<std::unique_ptr<OutputFile>> WindowsFileService::CreateFile(const std::string& path,
-                                                                   std::uint32_t permissions) {
-  return Guarded([&] {
-    std::shared_ptr<Handle> claim;
-    Result<std::unique_ptr<OutputFile>> made = windows::CreateOutput(path, permissions, claim);
-    if (!made) return made;
-    const std::lock_guard lock(mutex_);
-    claim_ = std::move(claim);
-    claimed_ = path;
-    return made;
-  });
+Result<std::unique_ptr<WorkFile>> WindowsFileService::CreateWorkFile(const std::string& path,
+                                                                     std::uint32_t permissions) {
+  return Guarded([&] { return windows::CreateWorkFile(path, permissions); });
 }
 
 ErrorNumber WindowsFileService::AppendToFile(const std::string& path, std::string_view bytes) {
@@ -194,18 +173,6 @@ ErrorNumber WindowsFileService::AppendToFile(const std::string& path, std::strin
 
 ErrorNumber WindowsFileService::ReplaceFile(const std::string& path, std::string_view bytes) {
   return Guarded([&] { return windows::ReplaceContent(path, bytes); });
-}
-
-std::shared_ptr<Handle> WindowsFileService::ClaimedFile(const std::string& path) {
-  const std::lock_guard lock(mutex_);
-  return path == claimed_ ? claim_ : nullptr;
-}
-
-void WindowsFileService::EndClaim(const std::string& path) {
-  const std::lock_guard lock(mutex_);
-  if (path != claimed_) return;
-  claimed_.clear();
-  claim_ = nullptr;
 }
 
 }  // namespace morvex

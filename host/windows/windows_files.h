@@ -15,11 +15,9 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "core/host/file_service.h"
-#include "host/windows/windows_handle.h"
 
 namespace morvex {
 
@@ -52,20 +50,10 @@ class WindowsFileService : public FileService {
   ErrorNumber DeleteFile(const std::string& path) override;
 
   Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) override;
-  Result<std::unique_ptr<OutputFile>> CreateFile(const std::string& path,
-                                                 std::uint32_t permissions) override;
+  Result<std::unique_ptr<WorkFile>> CreateWorkFile(const std::string& path,
+                                                   std::uint32_t permissions) override;
   ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) override;
   ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
-
- private:
-  // The open file behind a path that is claimed; null for any other.
-  std::shared_ptr<windows::Handle> ClaimedFile(const std::string& path);
-  void EndClaim(const std::string& path);
-
-  std::mutex mutex_;  // for what follows
-  // The file that this process is making.
-  std::string claimed_;
-  std::shared_ptr<windows::Handle> claim_;
 };
 
 }  // namespace morvex

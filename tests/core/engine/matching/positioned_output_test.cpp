@@ -17,7 +17,7 @@ constexpr std::size_t kBlock = PositionedOutput::kBlock;
 
 class PositionedOutputTest : public ::testing::Test {
  protected:
-  PositionedOutputTest() { file_ = std::move(files_.CreateFile("/file", 0600).value); }
+  PositionedOutputTest() { file_ = std::move(files_.CreateWorkFile("/file", 0600).value); }
 
   const std::string& Finished(PositionedOutput& output) {
     EXPECT_EQ(output.Finish(), ErrorNumber::kNone);
@@ -101,7 +101,7 @@ TEST_F(PositionedOutputTest, AnEmptyTextWritesNothing) {
 TEST_F(PositionedOutputTest, OverwritesAcrossTheBorderOfABlock) {
   for (const std::size_t back : {std::size_t{1}, std::size_t{2}, std::size_t{3}}) {
     MemoryFiles files;
-    const auto file = std::move(files.CreateFile("/file", 0600).value);
+    const auto file = std::move(files.CreateWorkFile("/file", 0600).value);
     PositionedOutput output;
     output.Open(*file);
     std::string expected;
