@@ -1,5 +1,5 @@
-// The entrance: each call is guarded against exceptions and checks its paths, the look-ups are
-// answered here and everything longer has a source of its own.
+// Each call is guarded against exceptions and checks its paths. Look-ups are done here; each longer
+// task has its own file.
 #include "host/posix/posix_files.h"
 
 #include <sys/stat.h>
@@ -63,7 +63,8 @@ Result<FolderInfo> FindFolder(const std::string& path) {
   return info;
 }
 
-// Bytes in so many blocks, or the greatest number for file systems that claim to be endless.
+// The number of bytes in so many blocks; the greatest number if the product overflows, as for file
+// systems that claim to be endless.
 std::uint64_t BytesIn(std::uint64_t blocks, std::uint64_t block_size) {
   constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
   if (block_size != 0 && blocks > kMost / block_size) return kMost;
@@ -86,7 +87,7 @@ ErrorNumber MakeOneFolder(const std::string& path, mode_t permissions) {
   return LastError(Missing::kPath);
 }
 
-// Runs `call` with `path` once it has passed the check.
+// Checks `path`, then runs `call` with it.
 template <class Call>
 auto GuardedOn(const std::string& path, Missing missing, Call call) noexcept
     -> decltype(call(path)) {
@@ -147,7 +148,7 @@ ErrorNumber PosixFileService::CreateFolder(const std::string& path) {
 
 ErrorNumber PosixFileService::CreateFolderLike(const std::string& path, const FolderInfo& like) {
   return GuardedOn(path, Missing::kPath, [&](const std::string& folder) {
-    // Its owner has to put files into it.
+    // The owner must be able to put files into it.
     return MakeOneFolder(folder, (like.permissions & posix::kPermissionBits) | S_IRWXU);
   });
 }

@@ -1,5 +1,5 @@
-// The entrance: each call is guarded against exceptions, the look-ups are answered here and
-// everything longer has a source of its own.
+// Each call is guarded against exceptions. Look-ups are done here; each longer task has its own
+// file.
 #include "host/windows/windows_files.h"
 
 #include <optional>
@@ -81,7 +81,7 @@ Result<DriveSpace> MeasureDrive(const std::string& path) {
       status.IsFolder() ? place.value : windows::SplitPath(place.value).folder;
   ULARGE_INTEGER available{};
   ULARGE_INTEGER total{};
-  // A network path is only taken with a separator at its end.
+  // The system accepts a network path only with a separator at its end.
   if (GetDiskFreeSpaceExW(windows::Below(folder, L"").c_str(), &available, &total, nullptr) == 0) {
     return LastError(Missing::kPath);
   }
@@ -93,7 +93,7 @@ ErrorNumber MakeOneFolder(const std::string& path) {
   if (!place) return place.error;
   if (CreateDirectoryW(place.value.c_str(), nullptr) != 0) return ErrorNumber::kNone;
   const windows::Code code = GetLastError();
-  // That of a drive's root is refused in other words.
+  // The system reports the name of a drive's root as access denied.
   const bool taken = code == ERROR_ACCESS_DENIED &&
                      GetFileAttributesW(place.value.c_str()) != INVALID_FILE_ATTRIBUTES;
   return taken ? ErrorNumber::kFileAlreadyExists : ErrorFromCode(code, Missing::kPath);
@@ -104,7 +104,7 @@ ErrorNumber MakeOneFolder(const std::string& path) {
 WindowsFileService::WindowsFileService() { SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS); }
 
 bool WindowsFileService::IsSameName(const std::string& one, const std::string& other) const {
-  // Letter cases are of one length.
+  // The upper and lower case of a letter have the same size.
   if (one.size() != other.size()) return false;
   const std::optional<std::wstring> first = windows::SystemCodePage().Wide(one);
   const std::optional<std::wstring> second = windows::SystemCodePage().Wide(other);
