@@ -1,5 +1,5 @@
-// Errors are values. Every call on the host that can fail gives one of these numbers, 0 for
-// success; the numbers and texts are those that the run log and the console show.
+// Errors are values. Every host call that can fail returns one of these numbers, 0 for success. The
+// run log and the console show the numbers and texts.
 #pragma once
 
 #include <string>
@@ -28,14 +28,13 @@ enum class ErrorNumber : int {
   kPathNotFound = 76,
 };
 
-// The description that stands behind the number in logs and messages; empty for kNone.
+// The description that follows the number in logs and messages; empty for kNone.
 std::string_view ErrorText(ErrorNumber error);
 
-// As in "Error 70: Permission denied".
+// Example: "Error 70: Permission denied".
 std::string ErrorLine(ErrorNumber error);
 
-// A value, or the number of the error that prevented it. The value is meaningful only when `error`
-// is kNone.
+// A value, or the error that prevented it. `value` is meaningful only if `error` is kNone.
 template <class T>
 struct Result {
   ErrorNumber error = ErrorNumber::kNone;

@@ -1,9 +1,15 @@
-// What the program asks of the file system. Implemented once per system under host/; tests wrap an
-// implementation to make chosen calls fail.
+// Everything that the program asks of the file system. Each system implements it once, under host/.
+// Tests use an implementation in memory, and one that makes chosen calls fail.
 //
-// Paths are bytes in the host's file-name encoding, names joined by Separator(). A path may be
-// relative; an empty path names nothing, so every call on it fails. No call throws; each gives an
-// error number.
+// A path is a string of bytes in the encoding of the host's file names, the names in it joined by
+// Separator(). It may be relative to the process's current folder. Every call on an empty path
+// fails. No call throws: each returns an error number, alone or in a Result.
+//
+// How a processed copy is made:
+//   1. OpenForReading opens the source file.
+//   2. CreateWorkFile makes the work file, beside the source.
+//   3. WorkFile::WriteAt and Close fill it.
+//   4. WorkFile::MoveTo or MoveToFreeName turns it into the copy, or Discard deletes it.
 #pragma once
 
 #include <chrono>
@@ -14,6 +20,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/host/error.h"
@@ -23,41 +30,40 @@ namespace morvex {
 // A moment on the wall clock, in the clock's full precision.
 using WallTime = std::chrono::time_point<std::chrono::system_clock, std::chrono::nanoseconds>;
 
-// Says whether two paths lead to one and the same file or folder, whatever they are called.
+// Equal for two paths if and only if both lead to the same file or folder, whatever their names.
 struct FileIdentity {
   std::uint64_t device = 0;
   std::uint64_t number = 0;
   auto operator<=>(const FileIdentity&) const = default;
 };
 
-// A file that was looked up. Links are followed; only ordinary files are files, so a folder, pipe,
-// socket or device gives kFileNotFound.
+// The result of LookUpFile.
 struct FileInfo {
-  std::string path;    // absolute, "." and ".." resolved
-  std::string folder;  // the path's folder, without a separator at its end unless it is a root
-  std::string name;
+  std::string path;        // absolute, "." and ".." resolved
+  std::string folder;      // the path's folder; ends in a separator only if it is a root
+  std::string name;        // the path's last name
   std::uint64_t size = 0;  // bytes
   WallTime modified{};
-  std::uint32_t permissions = 0;  // the host's permission bits, opaque to the core
+  std::uint32_t permissions = 0;  // the host's permission bits; the core only passes them on
   FileIdentity identity;
 };
 
-// A folder that was looked up; links are followed.
+// The result of LookUpFolder.
 struct FolderInfo {
-  std::string path;  // absolute, "." and ".." resolved, no separator at its end unless it is a root
+  std::string path;  // absolute, "." and ".." resolved; ends in a separator only if it is a root
   FileIdentity identity;
   bool is_link = false;           // the last name of the path is itself a link
-  std::uint32_t permissions = 0;  // the host's permission bits, opaque to the core
+  std::uint32_t permissions = 0;  // the host's permission bits; the core only passes them on
 };
 
 enum class EntryKind {
   kFile,
   kFolder,
-  kBrokenLink,  // leads to nothing
+  kBrokenLink,  // a link whose target does not exist
   kSpecial,     // a pipe, socket or device
 };
 
-// One name in a folder's listing; the kind is that of what a link leads to.
+// One name in a folder's listing. The kind of a link is the kind of what it leads to.
 struct FolderEntry {
   std::string name;
   EntryKind kind = EntryKind::kFile;
@@ -66,106 +72,167 @@ struct FolderEntry {
 
 struct DriveSpace {
   std::uint64_t total = 0;      // bytes
-  std::uint64_t available = 0;  // bytes that the user may still write
+  std::uint64_t available = 0;  // bytes that this user may still write
 };
 
-// Asked between the pieces of a long copy, a few MiB each; false abandons it.
+// Called every few MiB of a long copy. Returns false to abandon the copy.
 using KeepGoing = std::function<bool()>;
 
-// An open file that is only read. Closed by its destructor.
+// An open file for reading. The destructor closes it.
 class InputFile {
  public:
   virtual ~InputFile() = default;
-  // Reads up to `size` bytes from the 0-based `offset`; gives how many it read, 0 only where the
-  // file has ended.
+  // Reads up to `size` bytes from the 0-based `offset` into `into`. Returns the number of bytes
+  // read, which is 0 only at the end of the file.
   virtual Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) = 0;
-  // The next bytes are still to come, as those of a stream can be that somebody else writes: a read
-  // would wait for them.
+  // True if the next read would block, because another program has not yet written the bytes. Only
+  // streams can return true.
   virtual bool MustWait() { return false; }
-  // The file is no longer what it was when it was opened, as far as its size and modification time
-  // tell: what was read of it may be of two minds.
+  // True if the file's size or modification time differs from when it was opened. The bytes read so
+  // far may then mix old and new contents.
   virtual Result<bool> HasChanged() { return false; }
 };
 
-// An open file that is only written. Closed by its destructor, which cannot report an error: call
-// Close.
+// An open file for writing. The destructor closes it but cannot report an error, so call Close.
 class OutputFile {
  public:
   virtual ~OutputFile() = default;
-  // Writes all of `bytes` at the 0-based `offset`, over what stands there; nothing is ever cut off.
-  // The bytes need not be in the file when the call returns, but later ones never get there before
-  // them. So an error may be that of an earlier call; after one it is unknown how much of the
-  // file's later bytes is written, and nothing more should be.
+  // Writes all of `bytes` at the 0-based `offset`, replacing bytes that are already there. Never
+  // shortens the file. An implementation may delay the write but keeps the order of writes, so the
+  // error it returns may belong to an earlier call. After an error it is unknown which of the later
+  // bytes were written; do not write again.
   virtual ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) = 0;
-  // Ends the writing: all bytes are in the file, or the first error of a delayed write is given. No
-  // other call may follow.
+  // Completes all delayed writes and returns the first error of any of them. WriteAt must not
+  // follow.
   virtual ErrorNumber Close() = 0;
+};
+
+// The file that a run is making. It exists under the path that CreateWorkFile was called with until
+// it is moved or discarded. Meanwhile the object claims it: DeleteFile of any process returns
+// kFileAlreadyOpen for it, so two runs over one source cannot exchange each other's bytes. (On a
+// file system without locks there are no claims.)
+//
+// Order of calls: WriteAt any number of times; Close once; CopyTo any number of times; then MoveTo,
+// MoveToFreeName or Discard, which may be repeated, in any order, until one succeeds. Discard is
+// allowed before Close too. No call may follow the one that succeeded.
+//
+// What is on the disk after an error of
+//   WriteAt, Close   the work file, with an unknown part of its bytes;
+//   CopyTo           the unchanged work file, and at `to` what was there before;
+//   MoveToFreeName   the same;
+//   MoveTo           the same, with one exception: if the copy to another file system succeeded and
+//                    only deleting the work file failed, the whole copy is at `to`;
+//   Discard          the work file.
+//
+// The destructor deletes nothing. A work file that was neither moved nor discarded stays at its
+// path with the bytes written so far, and nobody claims it any more: it is now a stale work file,
+// which the next run deletes. The same is true when the process is killed.
+class WorkFile : public OutputFile {
+ public:
+  WorkFile(const WorkFile&) = delete;
+  WorkFile& operator=(const WorkFile&) = delete;
+
+  // The path that CreateWorkFile was called with.
+  const std::string& path() const { return path_; }
+
+  // Copies the work file to `to` as CopyFile does, and keeps it and the claim.
+  virtual ErrorNumber CopyTo(const std::string& to) = 0;
+  // Moves the work file to `to`, under the rules of CopyFile for what it may replace. A move within
+  // one file system is a rename. Only a move to another one copies; it asks `keep_going` (may be
+  // empty) meanwhile and returns kInvalidCall if that ended it.
+  virtual ErrorNumber MoveTo(const std::string& to, const KeepGoing& keep_going) = 0;
+  // Renames the work file to `to`, in one step that fails if the name is taken. The caller need not
+  // look up `to` first. kFileAlreadyExists: the name is taken, possibly by a link.
+  // kPathFileAccess: the other path is on a different file system, or something other than a file
+  // has taken the work file's path. After any error MoveTo may still succeed.
+  virtual ErrorNumber MoveToFreeName(const std::string& to) = 0;
+  // Deletes the work file.
+  virtual ErrorNumber Discard() = 0;
+
+ protected:
+  explicit WorkFile(std::string path) : path_(std::move(path)) {}
+
+ private:
+  std::string path_;
 };
 
 class FileService {
  public:
   virtual ~FileService() = default;
 
+  // ----- Names
+
   virtual char Separator() const = 0;
-  // In one folder both lead to the same file: also in another letter case where the host's file
-  // systems make no difference of it.
+  // True if both names mean the same file in one folder. Ignores letter case on hosts whose file
+  // systems do.
   virtual bool IsSameName(const std::string& one, const std::string& other) const {
     return one == other;
   }
 
+  // ----- Look-ups. They follow links unless stated otherwise.
+
+  // kFileNotFound if `path` leads to nothing or to something other than an ordinary file: a folder,
+  // pipe, socket or device.
   virtual Result<FileInfo> LookUpFile(const std::string& path) = 0;
-  // kPathNotFound when there is no such folder.
+  // kPathNotFound if `path` leads to no folder.
   virtual Result<FolderInfo> LookUpFolder(const std::string& path) = 0;
-  // Every name in `path`, in the file system's own order, complete when the call returns. A link
-  // whose end cannot be examined is listed as a file.
+  // Returns all names in the folder `path`, in the file system's own order. A link whose target
+  // cannot be examined is listed as a file.
   virtual Result<std::vector<FolderEntry>> ListFolder(const std::string& path) = 0;
-  // The text of a link: where it leads, as it was written. kPathFileAccess for what is no link,
-  // kFileNotFound when there is nothing.
+  // Returns the text stored in the link `path`, which is the path it leads to. kPathFileAccess if
+  // `path` is not a link, kFileNotFound if it does not exist.
   virtual Result<std::string> LinkText(const std::string& path) = 0;
-  // The path with every link in it resolved.
+  // Returns `path` with every link in it resolved.
   virtual Result<std::string> RealPath(const std::string& path) = 0;
+  // Returns the space on the drive that `path` lies on.
   virtual Result<DriveSpace> LookUpDrive(const std::string& path) = 0;
 
-  // One level; kPathNotFound without its parent folder, kFileAlreadyExists when the name is taken.
+  // ----- Folders
+
+  // Creates one folder. kPathNotFound if its parent does not exist, kFileAlreadyExists if the name
+  // is taken.
   virtual ErrorNumber CreateFolder(const std::string& path) = 0;
-  // The same; others than its owner may do no more in the new folder than in `like`, a folder that
-  // was looked up.
+  // As CreateFolder, but gives users other than the owner no more rights than they have in `like`.
   virtual ErrorNumber CreateFolderLike(const std::string& path, const FolderInfo& like) {
     static_cast<void>(like);
     return CreateFolder(path);
   }
 
-  // Copies `from` to `to` with its permission bits and modification time. `to` appears whole or not
-  // at all, replaces a file or link of that name and never writes through a link. kPathFileAccess
-  // when both are the same file or `to` is a folder; kInvalidCall when `keep_going` (may be empty)
-  // ended it.
+  // ----- Whole files
+
+  // Copies the file `from` to `to` with its permission bits and modification time. The copy appears
+  // at `to` whole or not at all. It replaces a file or link of that name and is never written
+  // through a link. kPathFileAccess if `to` is a folder or the same file as `from`;
+  // kFileAlreadyOpen if `from` changed meanwhile; kInvalidCall if `keep_going` (may be empty) ended
+  // the copy.
   virtual ErrorNumber CopyFile(const std::string& from, const std::string& to,
                                const KeepGoing& keep_going) = 0;
-  // As CopyFile followed by DeleteFile of `from`, in one step where both lie on one file system.
-  // After an error `from` is still there.
+  // Moves the file `from` to `to`: by renaming it where both are on one file system, elsewhere by
+  // CopyFile and DeleteFile. After an error `from` still exists.
   virtual ErrorNumber MoveFile(const std::string& from, const std::string& to,
                                const KeepGoing& keep_going) = 0;
-  // Gives the file `from` the name `to` where that takes one step and nothing goes by that name,
-  // which therefore need not be looked at first. After an error nothing has changed, and MoveFile
-  // may do what this could not: kFileAlreadyExists when the name is taken, a link's too;
-  // kPathFileAccess when `from` is no file, or the two lie on different file systems.
+  // Renames the file `from` to `to`, in one step that fails if the name is taken
+  // (kFileAlreadyExists; by a link too). kPathFileAccess if `from` is not a file, or if the two
+  // paths are on different file systems. After an error nothing has changed.
   virtual ErrorNumber MoveToFreeName(const std::string& from, const std::string& to) = 0;
-  // Deletes a file, or a link without what it leads to; never a folder (kPathFileAccess).
-  // kFileNotFound when there is none; kFileAlreadyOpen for a file that another run of the program
-  // is making.
+  // Deletes a file, or a link but not what it leads to. kPathFileAccess for a folder,
+  // kFileNotFound if `path` does not exist, kFileAlreadyOpen if a WorkFile claims the file.
   virtual ErrorNumber DeleteFile(const std::string& path) = 0;
 
-  // Ordinary files only: kPathFileAccess for a folder, kFileNotFound for anything else.
+  // ----- Contents
+
+  // Opens an ordinary file. kPathFileAccess for a folder; kFileNotFound for anything else that is
+  // not a file.
   virtual Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) = 0;
-  // Makes a new file with exactly these permission bits and opens it for writing;
-  // kFileAlreadyExists when the name is taken, by a link too.
-  virtual Result<std::unique_ptr<OutputFile>> CreateFile(const std::string& path,
-                                                         std::uint32_t permissions) = 0;
-  // Opens (or makes) `path`, adds `bytes` at its end, closes it.
+  // Creates an empty file with exactly these permission bits. kFileAlreadyExists if the name is
+  // taken, possibly by a link.
+  virtual Result<std::unique_ptr<WorkFile>> CreateWorkFile(const std::string& path,
+                                                           std::uint32_t permissions) = 0;
+  // Appends `bytes` to the file `path`, which is created if it does not exist.
   virtual ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) = 0;
-  // Makes `path` hold exactly `bytes`. On failure what stood there before is kept where the folder
-  // allows a second file beside it; a link is followed, the permission bits
-  // are kept, and a file that the user may not write is refused.
+  // Makes `path` a file that contains exactly `bytes`. Follows a link and keeps the permission bits
+  // of an existing file; a file that the user may not write returns an error. After an error the
+  // old contents are still there if the folder allows a second file beside the old one.
   virtual ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) = 0;
 };
 

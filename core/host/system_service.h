@@ -1,5 +1,5 @@
-// What the program asks of the process and the machine: its own place, environment, clock and
-// locale.
+// What the program asks of the process and the machine: where it is installed, its environment, the
+// clock and the locale.
 #pragma once
 
 #include <array>
@@ -17,39 +17,38 @@ struct TimeOfDay {
   int second = 0;  // 0 to 60
 };
 
-// How many bytes a character of a typed or stored text can take.
+// Whether a character of a typed or stored text is always one byte, or a UTF-8 sequence.
 enum class TextCodec { kSingleByte, kUtf8 };
 
-// The character of each byte as a UTF-16 unit. 0 stands for none, but for NUL itself.
+// For each byte value its character as a UTF-16 unit; 0 if the byte has none, and for NUL.
 using PageCharacters = std::array<char16_t, 256>;
 
 class SystemService {
  public:
   virtual ~SystemService() = default;
 
-  // The folder that holds the running executable, without a separator at its end unless it is a
-  // root.
+  // The folder of the running executable. Ends in a separator only if it is a root.
   virtual std::string ProgramFolder() = 0;
   // The executable's name without its folder and without ".exe".
   virtual std::string ExecutableName() = 0;
-  // The arguments after the program's name, joined by one blank.
+  // The arguments after the program's name, joined by single blanks.
   virtual std::string CommandLineText() = 0;
-  // The `index`-th entry NAME=VALUE of the environment, counted from 1; empty behind the last one.
+  // The `index`-th NAME=VALUE entry of the environment, counted from 1; empty after the last one.
   virtual std::string EnvironmentEntry(int index) = 0;
 
   virtual WallTime Now() = 0;
   virtual TimeOfDay LocalTimeOfDay() = 0;
-  // Today and now, as the user's regional settings write them.
+  // The current date and time in the format of the user's regional settings.
   virtual std::string ShortDate() = 0;
   virtual std::string TimeText() = 0;
-  // Time that only moves forward, for delays and for pacing.
+  // A clock that never goes back, for delays and pacing.
   virtual std::chrono::milliseconds SteadyTime() = 0;
 
   virtual TextCodec Codec() = 0;
-  // Where the system has one code page for all programs, single-byte, for texts and names of files
-  // alike; nothing where both go by the user's locale.
+  // The system's single-byte code page, if it has one for the texts and file names of all programs.
+  // Empty if both follow the user's locale.
   virtual std::optional<PageCharacters> SystemPage() { return std::nullopt; }
-  // True where writes into a protected program-files folder land in a store of the user's own.
+  // True on systems that redirect writes into a protected program folder to a folder of the user.
   virtual bool HasRedirectedStore() = 0;
   // Opens the system's file browser on the folder of `file`. Failure is not reported.
   virtual void StartFileBrowser(const std::string& file) = 0;

@@ -1,5 +1,5 @@
-// What the program asks of the person in front of it: answers, file choices, and time for the
-// windows. Implemented by each user interface.
+// What the program asks of the user: answers, file choices, and time for the windows to handle
+// events. Each user interface implements it.
 #pragma once
 
 #include <chrono>
@@ -11,9 +11,9 @@ enum class MessageButtons { kOk, kOkCancel, kYesNo };
 enum class MessageIcon { kNone, kInformation };
 enum class Answer { kOk, kCancel, kYes, kNo };
 
-// A file dialog as it is set up before it is shown.
+// How a file dialog looks when it opens.
 struct FileDialog {
-  std::string default_extension;  // added to a name without one, no leading "."
+  std::string default_extension;  // without "."; added to a name that has none
   std::string filter;             // TEXT|PATTERN
   std::string initial_folder;
   std::string file_name;
@@ -31,15 +31,15 @@ class UserService {
  public:
   virtual ~UserService() = default;
 
-  // Shows a message box and waits for the answer, one of those that the buttons allow. Lines of
-  // `text` are parted by CR LF.
+  // Shows a message box and waits for the answer, which is one of `buttons`. Lines of `text` end in
+  // CR LF.
   virtual Answer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon) = 0;
   virtual FileChoice ChooseFileToOpen(const FileDialog& dialog) = 0;
   virtual FileChoice ChooseFileToSave(const FileDialog& dialog) = 0;
 
-  // Handles the events that are pending; may run any handler, Exit included.
+  // Handles all pending events. This may run any event handler, Exit included.
   virtual void HandlePendingEvents() = 0;
-  // The same, after waiting for events up to `longest`.
+  // The same, but first waits up to `longest` for an event.
   virtual void WaitForEvents(std::chrono::milliseconds longest) = 0;
 };
 

@@ -12,8 +12,8 @@ bool LeadsNowhere(ErrorNumber error) {
 
 }  // namespace
 
-bool IsTemporaryName(const Program& program, const std::string& name) {
-  return program.host.files.IsSameName(name, kTemporaryName);
+bool IsWorkFileName(const Program& program, const std::string& name) {
+  return program.host.files.IsSameName(name, kWorkFileName);
 }
 
 std::string JoinPath(const Program& program, std::string_view folder, std::string_view name) {

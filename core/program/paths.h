@@ -9,10 +9,10 @@
 
 namespace morvex {
 
-// Name of the file that a processed copy is written to, in the folder of its source.
-inline constexpr const char* kTemporaryName = "tijdel.enc";
-// A file of this name is, or would be, the temporary one.
-bool IsTemporaryName(const Program& program, const std::string& name);
+// Name of the work file, which lies in the folder of its source.
+inline constexpr const char* kWorkFileName = "tijdel.enc";
+// True if a file of this name is, or would be, the work file.
+bool IsWorkFileName(const Program& program, const std::string& name);
 
 // folder, the host's separator, name; nothing is tidied.
 std::string JoinPath(const Program& program, std::string_view folder, std::string_view name);

@@ -59,14 +59,6 @@ struct ElapsedTime {
   int seconds = 0;
 };
 
-// A file that has no copy in the target, and why.
-struct FileFailure {
-  std::string path;
-  ErrorNumber error = ErrorNumber::kNone;
-  FailureCause cause = FailureCause::kNone;
-  std::string error_path;  // of the file or folder that the error is about
-};
-
 // Counters and flags of a run. Counts are 64-bit, so they stay true for any tree.
 struct RunState {
   std::int64_t FilesDone = 0;
@@ -98,17 +90,17 @@ struct RunState {
   bool LacksCopies() const {
     return passed_over_files > 0 || left_out_folders > 0 || failed_files > 0;
   }
-  FileFailure first_failure;
+  Outcome first_failure;
   std::int64_t copies = 0;  // whole ones, processed or unchanged
   // Of a folder run that finished: files in the target that are none of its copies.
   bool target_was_empty = false;
   std::int64_t other_files = 0;
   ErrorNumber other_files_error = ErrorNumber::kNone;  // why they could not be counted
   bool disk_full = false;                              // which ended the run
-  // What a stop request left: the path of a copy that is incomplete, and of a temporary file beside
+  // What a stop request left: the path of a copy that is incomplete, and of the work file beside
   // its source.
   std::string cut_short;
-  std::string left_temporary;
+  std::string left_work_file;
   // By row of the tables; collected only for an observer.
   std::vector<std::int64_t> hits_of_rows;
 };

@@ -1,9 +1,9 @@
-// What becomes of every file and folder of a run, told one by one to whoever listens: a report, a
-// count by reason, an exit status. Without an observer nothing is collected.
+// What became of each file and folder of a run, as one value, and who is told of it: a report, for
+// example. Without an observer nothing is collected.
 #pragma once
 
 #include <cstdint>
-#include <string_view>
+#include <string>
 
 #include "core/host/error.h"
 
@@ -24,7 +24,7 @@ enum class PassedOver {
   kRecycleBin,        // the path holds the name of a recycle-bin, restore or system folder
   kChangedMeanwhile,  // after the run was armed
   kNameEnding,        // "cle"
-  kTemporaryFile,     // the name is the temporary file's: an earlier run left it
+  kStaleWorkFile,     // the work file of an earlier run, by its name
   kTargetFolder,      // the target, which lies in the source
   kLoop,              // a link to a folder that the link lies in
   kBrokenLink,        // a link that leads to nothing
@@ -35,31 +35,32 @@ enum class PassedOver {
 // What stands behind a failure, where its error number and path alone would not tell.
 enum class FailureCause {
   kNone,
-  kSourceFolder,    // no temporary file can be made or deleted there
-  kTemporaryFile,   // it could not be written, or its name is taken
+  kSourceFolder,    // no work file can be created or deleted there
+  kWorkFile,        // the work file could not be written, or its name is taken
   kTarget,          // nothing can be put there
   kTargetIsSource,  // the copy would take the place of its own source
 };
 
-// Valid during the call alone.
+// What became of one file or folder of the source. A file's outcome starts with the skip rules, is
+// completed by each step that the file goes through, and ends with the observer.
 struct Outcome {
   OutcomeKind kind = OutcomeKind::kProcessed;
-  std::string_view path;  // in the source
+  std::string path;  // in the source
   bool is_folder = false;
-  PassedOver why = PassedOver::kNo;
-  ErrorNumber error = ErrorNumber::kNone;  // of kFailed
+  PassedOver why = PassedOver::kNo;        // only for kPassedOver
+  ErrorNumber error = ErrorNumber::kNone;  // only for kFailed, and so are the next two
   FailureCause cause = FailureCause::kNone;
-  std::string_view error_path;  // of the file or folder that the error is about
-  std::string_view leads_to;    // of kBrokenLink: the link's text, when the run has an observer
-  std::int64_t bytes = 0;       // of the source file; of kStopped: those that its copy has
+  std::string error_path;  // the file or folder that the error is about
+  std::string leads_to;    // only for kBrokenLink: the link's text, if the run has an observer
+  std::int64_t bytes = 0;  // size of the source file; for kStopped, of its copy in the target
   std::int64_t hits = 0;
 };
 
 class RunObserver {
  public:
   virtual ~RunObserver() = default;
-  // Each file once, as soon as it is done with; of folders only those that are passed over, failed
-  // or not reached, without what lies in them. The program may not be changed.
+  // Called once for each file, when its outcome is known. Called for a folder only if it was passed
+  // over, failed or not reached, and then not for what it contains. Must not change the program.
   virtual void OnOutcome(const Outcome& outcome) = 0;
 };
 

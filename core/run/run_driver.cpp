@@ -33,7 +33,7 @@ void ResetCounters(RunState& run) {
   run.ScaleFixed = false;
   run.disk_full = false;
   run.cut_short.clear();
-  run.left_temporary.clear();
+  run.left_work_file.clear();
   run.passed_over_files = 0;
   run.left_out_folders = 0;
   run.failed_files = 0;
@@ -171,10 +171,10 @@ void BackToIdle(Program& program) {
 
 RunEnd RunSingleFile(Program& program, const std::string& source, const std::string& target) {
   program.frmMorvex.ProgressBar1.visible = true;
-  const CopyResult copy = SingleFileRun(program, source, target);
+  const Outcome outcome = SingleFileRun(program, source, target);
   program.frmMorvex.mouse_pointer = MousePointer::kDefault;
   if (program.Beeindigd) return RunEnd::kStopped;
-  return copy.end == CopyEnd::kCopied ? RunEnd::kFinished : RunEnd::kCouldNotRun;
+  return outcome.kind == OutcomeKind::kProcessed ? RunEnd::kFinished : RunEnd::kCouldNotRun;
 }
 
 RunEnd Go(Program& program) {

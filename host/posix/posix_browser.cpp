@@ -1,5 +1,6 @@
-// The file browser is started by a child that ends at once. So it belongs to nobody here: nobody
-// has to wait for it, it gets no interrupt typed at our terminal, and it outlives us.
+// The file browser is started by a child process that ends at once, so the browser has no parent
+// here: we need not wait for it, an interrupt typed at our terminal does not reach it, and it
+// outlives us.
 #include "host/posix/posix_browser.h"
 
 #include <fcntl.h>
@@ -21,7 +22,7 @@ namespace {
 
 constexpr const char* kOpener = "xdg-open";
 
-// How the opener is to be started: without our streams, our ignored signals and our signal mask.
+// How the opener is started: without our streams, our ignored signals and our signal mask.
 class StartSettings {
  public:
   StartSettings();
@@ -69,7 +70,7 @@ bool StartSettings::SetUp() {
              0;
 }
 
-// The folder that lexically holds `file`, from the root on, so that it cannot look like an option.
+// The folder of `file` as text. An absolute path, so that it cannot look like an option.
 Result<std::string> FolderOf(const std::string& file) {
   const ErrorNumber error = CheckPath(file, Missing::kPath);
   if (error != ErrorNumber::kNone) return error;

@@ -6,7 +6,7 @@
 namespace morvex::posix {
 
 // Opens the desktop's file browser on the folder of `file`, which need not exist. Does not wait for
-// it, leaves no child process behind and says nothing when there is none to start.
+// the browser, leaves no child process, and reports no error if there is no browser.
 void OpenFolderOf(const std::string& file);
 
 }  // namespace morvex::posix

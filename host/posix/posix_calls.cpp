@@ -68,7 +68,7 @@ int Rename(const std::string& from, const std::string& to, unsigned flags) {
   const Reach source(from);
   const Reach target(to);
   if (!source.Found() || !target.Found()) return -1;
-  // Old kernels and some file systems know the call without flags alone.
+  // Old kernels and some file systems support only the call without flags.
   if (flags == 0) return renameat(source.Folder(), source.Name(), target.Folder(), target.Name());
   return renameat2(source.Folder(), source.Name(), target.Folder(), target.Name(), flags);
 }

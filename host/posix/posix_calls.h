@@ -1,6 +1,6 @@
-// The system's calls on paths, for paths of any length. The system itself takes only some thousand
-// bytes at a time (PATH_MAX), which a deep tree outgrows; a longer path is walked in pieces from
-// one open folder to the next. Results and errno are those of the call that each is named after.
+// System calls on paths of any length. The system takes only PATH_MAX bytes (some thousand) per
+// call; a longer path is walked piece by piece, from one open folder to the next. Each function
+// returns the result, and sets errno, of the system call it is named after.
 #pragma once
 
 #include <sys/stat.h>
@@ -11,13 +11,13 @@
 
 namespace morvex::posix {
 
-// A path as the *at calls take it.
+// A path in the form that the *at calls take: an open folder and the rest of the path.
 class Reach {
  public:
-  // `path` must outlive it and hold no NUL byte.
+  // `path` must outlive this object and contain no NUL byte.
   explicit Reach(const std::string& path);
 
-  // False, with errno set, when a piece of the path leads to no folder.
+  // False, with errno set, if a piece of the path is not a folder.
   bool Found() const;
   int Folder() const { return folder_; }
   const char* Name() const { return name_; }
@@ -34,7 +34,7 @@ int LinkStat(const std::string& path, struct stat* status);
 Descriptor Open(const std::string& path, int flags, mode_t permissions = 0);
 int MakeDirectory(const std::string& path, mode_t permissions);
 int Unlink(const std::string& path);
-// `flags` as those of renameat2.
+// `flags` are those of renameat2.
 int Rename(const std::string& from, const std::string& to, unsigned flags = 0);
 
 }  // namespace morvex::posix

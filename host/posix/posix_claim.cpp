@@ -21,13 +21,13 @@ Lock TryLock(int file, int kind) {
   return errno == EWOULDBLOCK ? Lock::kHeldByAnother : Lock::kUnknown;
 }
 
-// Over a network a file that is open for reading alone may take no lock but a shared one.
+// On a network file system a file that is open only for reading may allow only a shared lock.
 Lock TryAnyLock(int file) {
   const Lock lock = TryLock(file, LOCK_EX);
   return lock == Lock::kUnknown && errno == EBADF ? TryLock(file, LOCK_SH) : lock;
 }
 
-// The file has lost its name, or somebody is about to take it.
+// Whether the file has been deleted, or another run holds the lock and is about to delete it.
 bool IsLost(int file) {
   if (TryLock(file, LOCK_EX) == Lock::kHeldByAnother) return true;
   struct stat status {};
@@ -62,8 +62,9 @@ ErrorNumber DeleteUnclaimed(int folder, const char* name) {
   Descriptor file;
   if (S_ISREG(status.st_mode)) {
     file = OpenAt(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
-    // A file that may not be opened is nobody's copy of a file that could be read. One that has
-    // gone meanwhile may by now have a successor, which is somebody's.
+    // A file that we may not open is nobody's work file: those have the bits of a source that could
+    // be read. For a file that was deleted meanwhile return an error, because a new, claimed one
+    // may already have its name.
     const bool forbidden = errno == EACCES || errno == EPERM;
     if (!file.IsOpen() && !forbidden) return LastError(Missing::kFile);
   }

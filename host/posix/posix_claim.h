@@ -1,8 +1,10 @@
-// Files under names that several runs of the program use: the temporary file beside a source, the
-// partial copy of a target. Whoever makes one has it to himself as long as he keeps it open, until
-// he gives it its final name or deletes it; nobody else deletes it in the meantime and puts his own
-// in its place. A file that nobody keeps is a left-over. The claim is a lock on the open file,
-// which ends with the process; where a file system has no locks every file is free.
+// Claims on files whose names several runs of the program use: the work file beside a source, the
+// partial copy in a target folder. The run that creates such a file claims it until it renames,
+// deletes or closes it; meanwhile no other run deletes it. A file of such a name that nobody claims
+// is stale.
+//
+// The claim is a lock on the open file, which ends with the process. On a file system without locks
+// no file is claimed.
 #pragma once
 
 #include <sys/types.h>
@@ -12,15 +14,16 @@
 
 namespace morvex::posix {
 
-// Makes the file and claims it. Not open: errno says why, EEXIST when the name is taken or was
-// taken away again at once.
+// Creates and claims the file. If the result is not open, errno tells why: EEXIST if the name is
+// taken, or if another run took the new file away at once.
 Descriptor CreateClaimed(int folder, const char* name, mode_t permissions);
 
-// Another descriptor of an open file, which keeps its claim after the first one is closed.
+// Returns another descriptor of the same open file. It keeps the claim when the first one is
+// closed.
 Descriptor KeepClaim(const Descriptor& file);
 
-// Deletes what goes by the name, a folder excepted, unless somebody claims it: then
-// kFileAlreadyOpen. kFileNotFound when there is nothing.
+// Deletes what has this name, unless it is a folder. kFileAlreadyOpen if another run claims it,
+// kFileNotFound if there is nothing.
 ErrorNumber DeleteUnclaimed(int folder, const char* name);
 
 }  // namespace morvex::posix

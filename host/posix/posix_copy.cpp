@@ -1,7 +1,7 @@
-// A copy gets its name only when it is whole: it is filled as a file without a name in the target's
-// folder, so that nothing is left of it when it fails, is abandoned or the process is killed. Where
-// the file system has no such files it is filled under the name of the run's temporary file, which
-// the next run knows to remove, and then renamed.
+// A copy gets its name only when it is whole. It is filled as a file without a name in the target's
+// folder, so nothing is left of it if it fails, is abandoned or the process is killed. On file
+// systems without nameless files it is filled under the work file's name, which the next run
+// deletes, and then renamed.
 #include "host/posix/posix_copy.h"
 
 #include <fcntl.h>
@@ -23,10 +23,10 @@ namespace morvex::posix {
 namespace {
 
 constexpr const char* kPartialName = "tijdel.enc";
-// For a copy that is itself to be called so.
+// Used if kPartialName is the name of the copy itself.
 constexpr const char* kOtherPartialName = ".tijdel.enc";
 
-// How often another process may take the target's name just after it was freed.
+// How often another process may take the target's name just after we freed it.
 constexpr int kNamingAttempts = 8;
 
 constexpr mode_t kOwnerReadsAndWrites = 0600;
@@ -46,7 +46,7 @@ ErrorNumber CheckPaths(const std::string& from, const std::string& to) {
   return error != ErrorNumber::kNone ? error : CheckPath(to, Missing::kFile);
 }
 
-// A copy may replace a file other than the source, or a link that does not lead to the source, a
+// A copy may replace any file but the source, and any link that does not lead to the source, a
 // folder or a device.
 ErrorNumber CheckTarget(const std::string& to, const struct stat& source) {
   struct stat found {};
@@ -66,7 +66,7 @@ ErrorNumber Fill(const Copying& copying, int file) {
   if (error != ErrorNumber::kNone) return error;
   struct stat now {};
   if (fstat(copying.source.Get(), &now) != 0) return LastError(Missing::kFile);
-  // What was copied of a file that changed meanwhile may be of two minds.
+  // The source changed meanwhile: the copy may mix old and new contents.
   if (!IsUnchanged(copying.status, now)) return ErrorNumber::kFileAlreadyOpen;
   if (fchmod(file, copying.status.st_mode & kPermissionBits) != 0 && !IsNotKept(errno)) {
     return LastError(Missing::kPath);
@@ -78,13 +78,12 @@ ErrorNumber Fill(const Copying& copying, int file) {
   return ErrorNumber::kNone;
 }
 
-// Codes with which the system says that it has no files without a name here, or no way to name one.
+// Codes by which the system reports that it has no nameless files here, or no way to name them.
 bool HasNoUnnamedFiles(int code) {
   return code == EOPNOTSUPP || code == EISDIR || code == EINVAL || code == ENOENT;
 }
 
-// Gives the open, nameless file behind the link `handle` its name. Nothing when that is not
-// possible here.
+// Names the open, nameless file behind the link `handle`. Empty if that is not possible here.
 std::optional<ErrorNumber> GiveName(const std::string& handle, const Place& target) {
   const int folder = target.folder.Get();
   const char* name = target.name.c_str();
@@ -99,7 +98,7 @@ std::optional<ErrorNumber> GiveName(const std::string& handle, const Place& targ
   return ErrorNumber::kFileAlreadyExists;
 }
 
-// Nothing when the folder's file system has no files without a name.
+// Empty if the folder's file system has no nameless files.
 std::optional<ErrorNumber> CopyUnnamed(const Copying& copying) {
   const int folder = copying.target.folder.Get();
   Descriptor file = OpenAt(folder, ".", O_TMPFILE | O_WRONLY, copying.FirstBits());
@@ -120,13 +119,13 @@ std::optional<ErrorNumber> CopyUnnamed(const Copying& copying) {
   return ErrorFromCode(code, Missing::kPath);
 }
 
-// A name in a folder that is removed again unless it is kept.
-class PassingName {
+// Deletes a name in a folder when it goes out of scope, unless Keep was called.
+class ScopedName {
  public:
-  PassingName(int folder, const char* name) : folder_(folder), name_(name) {}
-  PassingName(const PassingName&) = delete;
-  PassingName& operator=(const PassingName&) = delete;
-  ~PassingName() {
+  ScopedName(int folder, const char* name) : folder_(folder), name_(name) {}
+  ScopedName(const ScopedName&) = delete;
+  ScopedName& operator=(const ScopedName&) = delete;
+  ~ScopedName() {
     if (!kept_) unlinkat(folder_, name_, 0);
   }
   void Keep() { kept_ = true; }
@@ -137,9 +136,9 @@ class PassingName {
   bool kept_ = false;
 };
 
-// Frees the partial file's name of what an earlier run left there. The source is never deleted,
-// whether it goes by that name itself or a link of that name leads to it.
-ErrorNumber RemoveLeftOver(int folder, const char* name, const struct stat& source) {
+// Deletes a stale file of the partial copy's name. Never deletes the source, which may have that
+// name itself or be what a link of that name leads to.
+ErrorNumber RemoveStalePartial(int folder, const char* name, const struct stat& source) {
   struct stat found {};
   if (fstatat(folder, name, &found, AT_SYMLINK_NOFOLLOW) != 0) {
     return errno == ENOENT ? ErrorNumber::kNone : LastError(Missing::kPath);
@@ -157,20 +156,20 @@ ErrorNumber CopyNamed(const Copying& copying) {
   const int folder = copying.target.folder.Get();
   const char* name = copying.target.name.c_str();
   const char* partial = copying.target.name == kPartialName ? kOtherPartialName : kPartialName;
-  ErrorNumber error = RemoveLeftOver(folder, partial, copying.status);
+  ErrorNumber error = RemoveStalePartial(folder, partial, copying.status);
   if (error != ErrorNumber::kNone) return error;
 
   Descriptor file = CreateClaimed(folder, partial, copying.FirstBits());
   if (!file.IsOpen()) return LastError(Missing::kPath);
   const Descriptor claim = KeepClaim(file);
-  PassingName passing(folder, partial);
+  ScopedName scoped_name(folder, partial);
   if (!claim.IsOpen()) return LastError(Missing::kPath);
   error = Fill(copying, file.Get());
   if (error != ErrorNumber::kNone) return error;
   const int code = file.Close();
   if (code != 0) return ErrorFromCode(code, Missing::kPath);
   if (renameat(folder, partial, folder, name) != 0) return LastError(Missing::kPath);
-  passing.Keep();
+  scoped_name.Keep();
   return ErrorNumber::kNone;
 }
 
@@ -214,13 +213,14 @@ ErrorNumber MoveWholeFile(const std::string& from, const std::string& to,
   if (error != ErrorNumber::kNone) return error;
 
   if (!S_ISLNK(own.st_mode)) {
-    // Only the target's folder can be missing here.
+    // `from` exists, so only the target's folder can be missing here.
     if (Rename(from, to) == 0) return ErrorNumber::kNone;
     if (errno != EXDEV) return LastError(Missing::kPath);
   }
   const bool claimed = source.IsOpen();
   error = CopyWholeFile(from, to, keep_going, {}, std::move(source));
-  return error != ErrorNumber::kNone ? error : DeleteOneFile(from, claimed);
+  if (error != ErrorNumber::kNone) return error;
+  return claimed ? DeleteClaimed(from) : DeleteOneFile(from);
 }
 
 ErrorNumber MoveFileToFreeName(const std::string& from, const std::string& to) {
@@ -233,14 +233,15 @@ ErrorNumber MoveFileToFreeName(const std::string& from, const std::string& to) {
   return LastError(Missing::kPath);
 }
 
-ErrorNumber DeleteOneFile(const std::string& path, bool own) {
+ErrorNumber DeleteOneFile(const std::string& path) {
   const ErrorNumber error = CheckPath(path, Missing::kFile);
   if (error != ErrorNumber::kNone) return error;
   const Reach at(path);
-  if (!at.Found()) return LastError(Missing::kFile);
-  if (!own) return DeleteUnclaimed(at.Folder(), at.Name());
-  if (unlinkat(at.Folder(), at.Name(), 0) == 0) return ErrorNumber::kNone;
-  return LastError(Missing::kFile);
+  return at.Found() ? DeleteUnclaimed(at.Folder(), at.Name()) : LastError(Missing::kFile);
+}
+
+ErrorNumber DeleteClaimed(const std::string& path) {
+  return Unlink(path) == 0 ? ErrorNumber::kNone : LastError(Missing::kFile);
 }
 
 }  // namespace morvex::posix

@@ -8,27 +8,30 @@
 
 namespace morvex::posix {
 
-// Which of the system's special abilities a copy may use. Where one is missing the plain way is
-// taken anyway; tests force it.
+// Which special abilities of the system a copy may use. Where the system lacks one, the plain way
+// is taken in any case; tests forbid them to force the plain way.
 struct CopyWays {
-  bool unnamed_file = true;    // fill a file that gets its name when it is whole
+  bool unnamed_file = true;    // fill a nameless file and name it when it is whole
   bool copy_in_kernel = true;  // let the system copy from file to file
 };
 
-// As FileService::CopyFile. The paths need not have passed CheckPath. The bytes are those of
-// `source` where that is open, a file that this process has made at `from`.
+// As FileService::CopyFile. The paths need not have passed CheckPath. If `source` is open, it is
+// the file at `from`, claimed by this process, and the bytes are read from it; otherwise `from` is
+// opened.
 ErrorNumber CopyWholeFile(const std::string& from, const std::string& to,
                           const KeepGoing& keep_going, CopyWays ways = {}, Descriptor source = {});
 
-// As FileService::MoveFile. A link at `from` is moved as the file that it leads to. `source` as for
-// CopyWholeFile.
+// As FileService::MoveFile. A link at `from` is replaced by nothing, and `to` becomes a copy of the
+// file it leads to. `source` as for CopyWholeFile.
 ErrorNumber MoveWholeFile(const std::string& from, const std::string& to,
                           const KeepGoing& keep_going, Descriptor source = {});
 
 // As FileService::MoveToFreeName.
 ErrorNumber MoveFileToFreeName(const std::string& from, const std::string& to);
 
-// As FileService::DeleteFile. `own`: this process claims the file.
-ErrorNumber DeleteOneFile(const std::string& path, bool own = false);
+// As FileService::DeleteFile.
+ErrorNumber DeleteOneFile(const std::string& path);
+// The same for a file that this process claims.
+ErrorNumber DeleteClaimed(const std::string& path);
 
 }  // namespace morvex::posix

@@ -1,6 +1,6 @@
-// The system can copy from file to file without the bytes coming through here, and on some file
-// systems without moving them at all. Where it cannot, or says that a file ends earlier than
-// expected, plain reading and writing takes over and has the last word on where the end is.
+// The system can copy from file to file without passing the bytes through this process, on some
+// file systems even without moving them. Where it cannot, or reports the end of a file early, plain
+// reading and writing takes over and decides where the end is.
 #include "host/posix/posix_copy_data.h"
 
 #include <fcntl.h>
@@ -22,7 +22,7 @@ constexpr std::uint64_t kKernelPiece = 8u << 20;
 constexpr std::uint64_t kMemoryPiece = 1u << 20;
 constexpr std::uint64_t kBytesBetweenQuestions = kMemoryPiece;
 
-// What stat counts a file's disk use in.
+// The unit of st_blocks, in bytes.
 constexpr std::uint64_t kBlock = 512;
 
 class DataCopier {
@@ -30,27 +30,27 @@ class DataCopier {
   DataCopier(int from, int to, const KeepGoing& keep_going, bool in_kernel)
       : from_(from), to_(to), keep_going_(keep_going), in_kernel_(in_kernel) {}
 
-  // Copies the bytes from `begin` on, up to `end` or the file's end.
+  // Copies the bytes from `begin` to `end` or to the file's end.
   ErrorNumber CopyRange(std::uint64_t begin, std::uint64_t end);
-  // The same from 0 to `size`, passing over holes.
+  // The same from 0 to `size`, leaving holes as holes.
   ErrorNumber CopyAroundHoles(std::uint64_t size);
 
  private:
   bool MayGoOn();
-  // Each copies one piece and gives its size; 0 at the file's end.
+  // Each copies one piece and returns its size in bytes; 0 at the file's end.
   Result<std::size_t> CopyPiece(std::uint64_t at, std::uint64_t end);
   Result<std::size_t> CopyThroughMemory(std::uint64_t at, std::uint64_t end);
-  // The piece's size, or -1 with an error code.
+  // Returns the piece's size in bytes, or -1 with errno set.
   ssize_t CopyInKernel(std::uint64_t at, std::uint64_t end) const;
-  // Adds the hole at the source's end, which no copied byte has reached, to the copy.
+  // Extends the copy by the hole at the source's end, which no copied byte has reached.
   ErrorNumber SetLength(std::uint64_t size) const;
 
   const int from_;
   const int to_;
   const KeepGoing& keep_going_;
   bool in_kernel_;
-  bool ended_ = false;         // the file's end was met
-  std::uint64_t reached_ = 0;  // where the copied bytes end
+  bool ended_ = false;         // the source's end was reached
+  std::uint64_t reached_ = 0;  // offset behind the last copied byte
   std::uint64_t since_question_ = 0;
   std::vector<char> buffer_;
 };
@@ -85,7 +85,7 @@ Result<std::size_t> DataCopier::CopyThroughMemory(std::uint64_t at, std::uint64_
   return read.done;
 }
 
-// Codes with which the system says that it does not copy between these two files.
+// Codes by which the system reports that it cannot copy between these two files.
 bool IsUnableToCopy(int code) {
   return code == EXDEV || code == EINVAL || code == ENOSYS || code == EOPNOTSUPP || code == EPERM;
 }
@@ -118,11 +118,11 @@ ErrorNumber DataCopier::CopyAroundHoles(std::uint64_t size) {
   std::uint64_t at = 0;
   while (at < size && !ended_) {
     const off_t data = lseek(from_, static_cast<off_t>(at), SEEK_DATA);
-    if (data < 0 && errno == ENXIO) break;               // nothing but a hole from here on
-    if (data < 0 && at == 0) return CopyRange(0, size);  // holes are not told of here
+    if (data < 0 && errno == ENXIO) break;               // only a hole from here on
+    if (data < 0 && at == 0) return CopyRange(0, size);  // this file system does not report holes
     if (data < 0) return LastError(Missing::kFile);
     const off_t hole = lseek(from_, data, SEEK_HOLE);
-    if (hole < 0 && errno == ENXIO) break;  // cut off just now
+    if (hole < 0 && errno == ENXIO) break;  // the file was shortened just now
     if (hole < 0) return LastError(Missing::kFile);
     const ErrorNumber error =
         CopyRange(std::min<std::uint64_t>(static_cast<std::uint64_t>(data), size),

@@ -1,4 +1,4 @@
-// Moving the bytes of one open file into another.
+// Copies the bytes of one open file into another.
 #pragma once
 
 #include <sys/stat.h>
@@ -7,11 +7,11 @@
 
 namespace morvex::posix {
 
-// Copies the bytes of `from`, of the status that it had when it was opened, into the empty file
-// `to`; holes stay holes. A file that grows meanwhile is copied up to its size in `status`, one
-// that shrinks up to the end that is found. `in_kernel` false does without the system's own
-// copying, which is otherwise used where it works. kInvalidCall when `keep_going`, which may be
-// empty, ended it; it is asked about every mebibyte to eight, never for a file of one piece.
+// Copies the bytes of `from` into the empty file `to`; holes stay holes. `status` is the status of
+// `from` when it was opened: a file that grows meanwhile is copied up to that size, one that
+// shrinks up to its new end. With `in_kernel` false the system's own copying is not used. Asks
+// `keep_going` (may be empty) every 1 to 8 MiB, never for a file of one piece, and returns
+// kInvalidCall if that ended the copy.
 ErrorNumber CopyData(int from, int to, const struct stat& status, const KeepGoing& keep_going,
                      bool in_kernel);
 

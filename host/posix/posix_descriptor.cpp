@@ -1,6 +1,6 @@
-// Every file is opened here. Pipes and devices are found out before they are opened, since opening
-// alone can wait for ever or set a device going, and again afterwards, since names can change
-// hands.
+// Opens files without touching pipes and devices: opening one can block for ever or start the
+// device. The path is checked before opening, and the open file again afterwards, because the path
+// may lead elsewhere by then.
 #include "host/posix/posix_descriptor.h"
 
 #include <fcntl.h>
@@ -16,7 +16,7 @@
 namespace morvex::posix {
 namespace {
 
-// The bits that a file made for the user starts from; the process's mask takes some away.
+// The permission bits of a new user file, before the process's mask.
 constexpr mode_t kNewFileBits = 0666;
 
 constexpr std::uint64_t kLastOffset = std::numeric_limits<off_t>::max();
@@ -64,7 +64,7 @@ Result<Descriptor> OpenLookedUp(const std::string& path, int flags, Missing miss
                                 struct stat* opened) {
   Descriptor file = Open(path, flags | O_NONBLOCK, kNewFileBits);
   if (!file.IsOpen() && errno == EWOULDBLOCK) {
-    // Another process holds a lease on the file and has now been told to give it back.
+    // Another process holds a lease on the file and has now been told to give it up.
     file = Open(path, flags, kNewFileBits);
   }
   if (!file.IsOpen()) return LastError(missing);

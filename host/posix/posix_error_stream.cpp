@@ -2,7 +2,7 @@
 
 namespace morvex {
 
-// Whoever starts a program decides where its errors go, and it cannot know better.
+// Here the parent process decides where errors go; assume that somebody reads them.
 bool ReachErrorStream() { return true; }
 
 }  // namespace morvex

@@ -1,4 +1,4 @@
-// The one table of error codes. Codes that stand for nothing more exact are access errors.
+// The only table of error codes. A code without a more exact number is an access error.
 #include "host/posix/posix_errors.h"
 
 namespace morvex::posix {
@@ -31,7 +31,7 @@ ErrorNumber ErrorFromCode(int code, Missing missing) {
       return ErrorNumber::kDeviceUnavailable;
     case ENAMETOOLONG:
     case EINVAL:
-    case EILSEQ:  // bytes that the file system takes in no name
+    case EILSEQ:  // bytes that the file system allows in no name
       return ErrorNumber::kBadFileName;
     case ENOMEM:
       return ErrorNumber::kOutOfMemory;

@@ -1,5 +1,5 @@
-// From the system's error codes to the program's error numbers, and the net under every call: no
-// exception leaves it.
+// Translates the system's error codes into the program's error numbers, and keeps exceptions inside
+// the host.
 #pragma once
 
 #include <cerrno>
@@ -10,16 +10,16 @@
 
 namespace morvex::posix {
 
-// What a name that is not there means to the caller: no such file, or no such way to it.
+// What a missing name means to the caller: no such file, or no such path to it.
 enum class Missing { kFile, kPath };
 
-// The error number for the error code `code` (a value of errno); 0 gives kNone.
+// The error number for the error code `code` (a value of errno); kNone for 0.
 ErrorNumber ErrorFromCode(int code, Missing missing);
 
-// The same for the system call that has just failed.
+// The same for errno, after a system call has failed.
 inline ErrorNumber LastError(Missing missing) { return ErrorFromCode(errno, missing); }
 
-// Runs `call`, which gives an ErrorNumber or a Result, and turns what it throws into an error.
+// Runs `call`, which returns an ErrorNumber or a Result, and turns exceptions into errors.
 template <class Call>
 auto Guarded(Call&& call) noexcept -> decltype(call()) {
   try {

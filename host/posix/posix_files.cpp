@@ -1,5 +1,5 @@
-// The entrance: each call is guarded against exceptions and checks its paths, the look-ups are
-// answered here and everything longer has a source of its own.
+// Each call is guarded against exceptions and checks its paths. Look-ups are done here; each longer
+// task has its own file.
 #include "host/posix/posix_files.h"
 
 #include <sys/stat.h>
@@ -11,7 +11,6 @@
 #include <utility>
 
 #include "host/posix/posix_calls.h"
-#include "host/posix/posix_claim.h"
 #include "host/posix/posix_copy.h"
 #include "host/posix/posix_descriptor.h"
 #include "host/posix/posix_errors.h"
@@ -64,7 +63,8 @@ Result<FolderInfo> FindFolder(const std::string& path) {
   return info;
 }
 
-// Bytes in so many blocks, or the greatest number for file systems that claim to be endless.
+// The number of bytes in so many blocks; the greatest number if the product overflows, as for file
+// systems that claim to be endless.
 std::uint64_t BytesIn(std::uint64_t blocks, std::uint64_t block_size) {
   constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
   if (block_size != 0 && blocks > kMost / block_size) return kMost;
@@ -87,7 +87,7 @@ ErrorNumber MakeOneFolder(const std::string& path, mode_t permissions) {
   return LastError(Missing::kPath);
 }
 
-// Runs `call` with `path` once it has passed the check.
+// Checks `path`, then runs `call` with it.
 template <class Call>
 auto GuardedOn(const std::string& path, Missing missing, Call call) noexcept
     -> decltype(call(path)) {
@@ -148,40 +148,27 @@ ErrorNumber PosixFileService::CreateFolder(const std::string& path) {
 
 ErrorNumber PosixFileService::CreateFolderLike(const std::string& path, const FolderInfo& like) {
   return GuardedOn(path, Missing::kPath, [&](const std::string& folder) {
-    // Its owner has to put files into it.
+    // The owner must be able to put files into it.
     return MakeOneFolder(folder, (like.permissions & posix::kPermissionBits) | S_IRWXU);
   });
 }
 
 ErrorNumber PosixFileService::CopyFile(const std::string& from, const std::string& to,
                                        const KeepGoing& keep_going) {
-  return Guarded([&] { return posix::CopyWholeFile(from, to, keep_going, {}, ClaimedFile(from)); });
+  return Guarded([&] { return posix::CopyWholeFile(from, to, keep_going); });
 }
 
 ErrorNumber PosixFileService::MoveFile(const std::string& from, const std::string& to,
                                        const KeepGoing& keep_going) {
-  return Guarded([&] {
-    const ErrorNumber error = posix::MoveWholeFile(from, to, keep_going, ClaimedFile(from));
-    if (error == ErrorNumber::kNone) EndClaim(from);
-    return error;
-  });
+  return Guarded([&] { return posix::MoveWholeFile(from, to, keep_going); });
 }
 
 ErrorNumber PosixFileService::MoveToFreeName(const std::string& from, const std::string& to) {
-  return Guarded([&] {
-    const ErrorNumber error = posix::MoveFileToFreeName(from, to);
-    if (error == ErrorNumber::kNone) EndClaim(from);
-    return error;
-  });
+  return Guarded([&] { return posix::MoveFileToFreeName(from, to); });
 }
 
 ErrorNumber PosixFileService::DeleteFile(const std::string& path) {
-  return Guarded([&] {
-    const bool own = ClaimedFile(path).IsOpen();
-    const ErrorNumber error = posix::DeleteOneFile(path, own);
-    if (own && error == ErrorNumber::kNone) EndClaim(path);
-    return error;
-  });
+  return Guarded([&] { return posix::DeleteOneFile(path); });
 }
 
 Result<std::unique_ptr<InputFile>> PosixFileService::OpenForReading(const std::string& path) {
@@ -195,30 +182,11 @@ Result<std::unique_ptr<InputFile>> PosixFileService::OpenForReading(const std::s
   });
 }
 
-Result<std::unique_ptr<OutputFile>> PosixFileService::CreateFile(const std::string& path,
-                                                                 std::uint32_t permissions) {
+Result<std::unique_ptr<WorkFile>> PosixFileService::CreateWorkFile(const std::string& path,
+                                                                   std::uint32_t permissions) {
   return GuardedOn(path, Missing::kFile, [&](const std::string& file) {
-    posix::Descriptor claim;
-    Result<std::unique_ptr<OutputFile>> made =
-        posix::CreateOutput(file, permissions, write_behind_, &claim);
-    if (!made) return made;
-    const std::lock_guard lock(mutex_);
-    claim_ = std::move(claim);
-    claimed_ = file;
-    return made;
+    return posix::CreateWorkFile(file, permissions, write_behind_);
   });
-}
-
-posix::Descriptor PosixFileService::ClaimedFile(const std::string& path) {
-  const std::lock_guard lock(mutex_);
-  return path == claimed_ ? posix::KeepClaim(claim_) : posix::Descriptor();
-}
-
-void PosixFileService::EndClaim(const std::string& path) {
-  const std::lock_guard lock(mutex_);
-  if (path != claimed_) return;
-  claimed_.clear();
-  claim_.Close();
 }
 
 ErrorNumber PosixFileService::AppendToFile(const std::string& path, std::string_view bytes) {

@@ -1,17 +1,15 @@
-// The file system of a POSIX system. Names are bytes as the system takes them; "/" parts them.
+// The file system of a POSIX system. Names are the system's bytes; the separator is "/".
 //
-// The file that was made last is claimed until it is moved or deleted: DeleteFile of another
-// process gives kFileAlreadyOpen for it.
+// Beyond the contract of FileService:
+// - Paths may be longer than the system takes per call, except in RealPath and LookUpDrive.
+// - A path with a NUL byte returns 52. The empty path returns 53 where a file is expected and 76
+// where a folder is. A path that leads through a file returns 76.
+// - Writing beyond the process's file size limit returns 61 if SIGXFSZ is ignored, which
+// PosixSystemService takes care of.
+// - Calls may come from several threads.
 //
-// Beyond the contract of FileService: paths may be longer than the system takes at a time, but
-// those given to RealPath and LookUpDrive; a name that holds a NUL byte is a bad one (52); the
-// empty path gives 53 where a file is asked for and 76 where a folder is; a path that leads through
-// a file gives 76. Writing past the greatest file size the process may have gives 61 only as long
-// as SIGXFSZ is ignored, which PosixSystemService sees to. Calls may come from several threads.
-//
-// A large file is written by a thread of the service while its caller goes on, if there is a second
-// processor to run it; the thread is started when the first such file is met and ends with the
-// service and its last open file.
+// If there is a second processor, a thread of the service writes large files while the caller goes
+// on. It starts with the first such file and ends with the service and its last open file.
 #pragma once
 
 #include <memory>
@@ -19,7 +17,6 @@
 #include <string>
 
 #include "core/host/file_service.h"
-#include "host/posix/posix_descriptor.h"
 
 namespace morvex {
 
@@ -43,8 +40,8 @@ class PosixFileService : public FileService {
   ErrorNumber CreateFolder(const std::string& path) override;
   ErrorNumber CreateFolderLike(const std::string& path, const FolderInfo& like) override;
 
-  // Copying stops at the size that the source has at the start, or earlier when it shrinks.
-  // Nothing but a file, a link to one or a link to nothing is ever replaced at `to` (75).
+  // Copies at most as many bytes as the source has when it is opened. Replaces only a file, a link
+  // to a file or a link to nothing at `to`; anything else returns 75.
   ErrorNumber CopyFile(const std::string& from, const std::string& to,
                        const KeepGoing& keep_going) override;
   ErrorNumber MoveFile(const std::string& from, const std::string& to,
@@ -53,25 +50,19 @@ class PosixFileService : public FileService {
   ErrorNumber DeleteFile(const std::string& path) override;
 
   Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) override;
-  Result<std::unique_ptr<OutputFile>> CreateFile(const std::string& path,
-                                                 std::uint32_t permissions) override;
+  Result<std::unique_ptr<WorkFile>> CreateWorkFile(const std::string& path,
+                                                   std::uint32_t permissions) override;
   ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) override;
   ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
 
  private:
-  // The open file behind a path that is claimed; not open for any other.
-  posix::Descriptor ClaimedFile(const std::string& path);
-  void EndClaim(const std::string& path);
+  const std::shared_ptr<posix::WriteBehind> write_behind_;  // null: all writes are direct
 
-  const std::shared_ptr<posix::WriteBehind> write_behind_;  // null: all is written at once
-
-  std::mutex mutex_;  // for what follows
-  // Paths that the last call showed to be ordinary files: they are opened without another look.
+  std::mutex mutex_;  // guards the members below
+  // Paths that the last look-up or append showed to be ordinary files. They are opened without
+  // another look-up.
   std::string last_found_;
   std::string last_appended_;
-  // The file that this process is making.
-  std::string claimed_;
-  posix::Descriptor claim_;
 };
 
 }  // namespace morvex

@@ -1,5 +1,5 @@
-// A listing is read to its end before it is handed out. The system says with most names what they
-// are; only links, and the names of file systems that do not say it, cost a look at the file.
+// A listing is read completely before it is returned. The system reports the kind of most names;
+// only links, and names whose kind the file system does not report, need another call.
 #include "host/posix/posix_listing.h"
 
 #include <dirent.h>
@@ -27,7 +27,7 @@ EntryKind KindOfMode(mode_t mode) {
   return S_ISDIR(mode) ? EntryKind::kFolder : EntryKind::kSpecial;
 }
 
-// Codes that say for certain that nothing is at a link's end.
+// Codes that prove that a link's target does not exist.
 bool LeadsNowhere(int code) {
   return code == ENOENT || code == ENOTDIR || code == ELOOP || code == ENAMETOOLONG;
 }
@@ -39,7 +39,7 @@ Examined ExamineLink(int folder, const char* name) {
   if (fstatat(folder, name, &status, 0) == 0) {
     examined.kind = KindOfMode(status.st_mode);
   } else {
-    // After any other error it counts as a file: opening it then reports the reason.
+    // After any other error it counts as a file; opening it will report the reason.
     examined.kind = LeadsNowhere(errno) ? EntryKind::kBrokenLink : EntryKind::kFile;
   }
   return examined;
@@ -48,7 +48,7 @@ Examined ExamineLink(int folder, const char* name) {
 Result<Examined> ExamineUnknown(int folder, const char* name) {
   struct stat status {};
   if (fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
-    if (errno == ENOENT) return Examined{};  // deleted since it was listed
+    if (errno == ENOENT) return Examined{};  // deleted after it was listed
     return LastError(Missing::kPath);
   }
   if (S_ISLNK(status.st_mode)) return ExamineLink(folder, name);
@@ -80,7 +80,7 @@ Result<std::vector<FolderEntry>> ReadFolder(const std::string& path) {
   opened.Release();
   std::vector<FolderEntry> entries;
   for (;;) {
-    errno = 0;  // the only difference between the end and an error
+    errno = 0;  // tells the end from an error
     const dirent* entry = readdir(folder.get());
     if (entry == nullptr) break;
     const std::string_view name = entry->d_name;
@@ -104,7 +104,7 @@ Result<std::string> ReadLinkText(const std::string& path) {
     const ssize_t size = readlinkat(reach.Folder(), reach.Name(), text.data(), text.size());
     if (size < 0 && errno == EINVAL) return ErrorNumber::kPathFileAccess;
     if (size < 0) return LastError(Missing::kFile);
-    // A text that fills the room may have been cut.
+    // A text that fills the buffer may be incomplete.
     if (static_cast<std::size_t>(size) < text.size()) {
       text.resize(static_cast<std::size_t>(size));
       return text;

@@ -1,4 +1,4 @@
-// What a folder holds.
+// Lists folders.
 #pragma once
 
 #include <optional>
@@ -9,14 +9,14 @@
 
 namespace morvex::posix {
 
-// What a name in a folder stands for; `kind` is empty when it is gone since it was listed.
+// The kind of a name in a folder; empty if it was deleted after it was listed.
 struct Examined {
   std::optional<EntryKind> kind;
   bool is_link = false;
 };
 
-// Looks at `name` in the open folder as far as `type`, the type that came with it (DT_REG, ...,
-// DT_UNKNOWN), does not say what it is.
+// Examines `name` in the open folder. `type` is the type from the listing (DT_REG, ...,
+// DT_UNKNOWN); the file itself is examined only if that does not suffice.
 Result<Examined> ExamineEntry(int folder, const char* name, unsigned char type);
 
 // As FileService::ListFolder.

@@ -1,5 +1,5 @@
-// An absolute path keeps the names that the user gave, links included: only ".." needs a look at
-// the disk, because the folder above a link is not the one above what the link leads to.
+// An absolute path keeps the names that the user typed, links included. Only ".." needs the disk,
+// because the parent of a link is not the parent of what it leads to.
 #include "host/posix/posix_paths.h"
 
 #include <stdlib.h>
@@ -15,17 +15,18 @@
 namespace morvex::posix {
 namespace {
 
-// As many links in a row as the system itself follows.
+// The system too follows this many links in a row.
 constexpr int kLongestChain = 40;
 
-// The text of a call that hands over allocated memory, or null and an error code.
+// The text returned by a call that allocates it, or the error if it returned null.
 Result<std::string> TakeText(char* text) {
   if (text == nullptr) return LastError(Missing::kPath);
   const std::unique_ptr<char, decltype(&free)> owner(text, &free);
   return std::string(text);
 }
 
-// Takes one name off `path`, an absolute one without a separator at its end; "" is the root.
+// Removes the last name from `path`, an absolute path without a separator at its end; "" is the
+// root.
 ErrorNumber GoUp(std::string& path) {
   if (path.empty()) return ErrorNumber::kNone;
   struct stat status {};
@@ -39,7 +40,7 @@ ErrorNumber GoUp(std::string& path) {
   return ErrorNumber::kNone;
 }
 
-// Whether an absolute path is already as AbsolutePath leaves one, as those of a tree walk are.
+// Whether `path` already is as AbsolutePath would return it, as the paths of a tree walk are.
 bool IsTidy(const std::string& path) {
   for (std::size_t at = 0; at < path.size();) {
     if (path[at] != '/') return false;

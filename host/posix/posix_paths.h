@@ -1,4 +1,4 @@
-// Paths as bytes: what is no path at all, the two parts of one, and its absolute form.
+// Paths as bytes: checks, splitting, and the absolute form.
 #pragma once
 
 #include <string>
@@ -8,29 +8,29 @@
 
 namespace morvex::posix {
 
-// Refuses what the system would take for another path: the empty one (53 or 76) and one that holds
-// a NUL byte (52).
+// Rejects paths that the system would misunderstand: the empty one (53 or 76) and one with a NUL
+// byte (52).
 ErrorNumber CheckPath(const std::string& path, Missing missing);
 
 struct PathParts {
-  std::string folder;  // "." for a bare name; no separator at its end but a root's
-  std::string name;    // what follows the last separator, so it can be empty
+  std::string folder;  // "." for a bare name; ends in a separator only if it is a root
+  std::string name;    // what follows the last separator; may be empty
 };
 PathParts SplitPath(const std::string& path);
 
-// `path` from the root on, without ".", "..", doubled separators and a separator at its end. Links
-// stay in it, except that ".." behind a link leads to where the link's target lies. The path has to
-// lead somewhere and must have passed CheckPath.
+// Returns `path` from the root on, without ".", "..", doubled separators and a separator at its
+// end. Links stay, except that ".." after a link leads to the parent of the link's target. The path
+// must exist and have passed CheckPath.
 Result<std::string> AbsolutePath(const std::string& path);
 
-// Where `path`, which has to lead somewhere, leads when every link in it is followed.
+// Returns `path`, which must exist, with every link in it followed.
 Result<std::string> ResolvedPath(const std::string& path);
 
-// What stands in the link at `path`.
+// Returns the text of the link at `path`.
 Result<std::string> ReadLink(const std::string& path);
 
-// Where the chain of links that starts at `path` ends; `path` itself when it is no link. The end
-// need not exist.
+// Returns the end of the chain of links that starts at `path`, or `path` itself if it is not a
+// link. The end need not exist.
 Result<std::string> FollowLinks(const std::string& path);
 
 }  // namespace morvex::posix

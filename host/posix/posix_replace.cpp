@@ -1,7 +1,7 @@
-// New content is written to a hidden file beside the old one, brought to the disk and given the old
-// one's name, so that at every moment one of the two is there whole. Where the folder takes no
-// second file the old one is overwritten; then the part that needs new room on the disk is written
-// first, because up to there the old content can be had back.
+// New content is written to a hidden file beside the old one, flushed to the disk and renamed over
+// the old one, so that one of the two is there whole at every moment. If the folder takes no second
+// file, the old file is overwritten. Then the part behind the old end is written first: if the disk
+// is full, the old content can still be restored.
 #include "host/posix/posix_replace.h"
 
 #include <fcntl.h>
@@ -28,12 +28,12 @@ constexpr int kNamingAttempts = 100;
 
 struct HiddenFile {
   Descriptor file;
-  Descriptor claim;  // until the file has its final name
+  Descriptor claim;  // kept until the file is renamed
   std::string name;
 };
 
-// A new file beside the one that is to be replaced, under the first name that nobody uses now: what
-// a killed process left under one of them goes.
+// Creates a file beside the one to be replaced, under the first free name. Deletes stale files of
+// killed processes under these names.
 Result<HiddenFile> MakeHiddenFile(const Place& place, mode_t permissions, int& code) {
   const int folder = place.folder.Get();
   HiddenFile hidden;
@@ -56,14 +56,13 @@ Result<HiddenFile> MakeHiddenFile(const Place& place, mode_t permissions, int& c
   return ErrorFromCode(code, Missing::kPath);
 }
 
-// Brings the file to the disk; 0 also where the file system has no such wish to grant.
+// Flushes the file to the disk. Returns 0 also if the file system does not support that.
 int Flush(int file) {
   if (fsync(file) == 0 || errno == EINVAL || errno == EOPNOTSUPP) return 0;
   return errno;
 }
 
-// Hands the new file to the owner of the old one, or at least to its group, as far as this user
-// may.
+// Gives the new file the owner of the old one, or at least its group, as far as this user may.
 void HandOver(int file, const struct stat& old) {
   struct stat status {};
   const bool known = fstat(file, &status) == 0;
@@ -73,19 +72,20 @@ void HandOver(int file, const struct stat& old) {
   static_cast<void>(group_only);
 }
 
-// The owner comes first, for a new owner can cost bits. Gives 0 or an error code.
+// Copies owner and permission bits from `old`. The owner comes first, because changing it can clear
+// bits. Returns 0 or an error code.
 int TakeOver(int file, const struct stat& old) {
   HandOver(file, old);
   const mode_t permissions = old.st_mode & kPermissionBits;
   return fchmod(file, permissions) == 0 || IsNotKept(errno) ? 0 : errno;
 }
 
-// Codes with which a folder refuses a second file, or the exchange of the first for the second.
+// Codes by which a folder refuses a second file, or the renaming of one over the other.
 bool IsRefusal(int code) {
   return code == EACCES || code == EPERM || code == EROFS || code == EBUSY;
 }
 
-// `old` is null when there is no file yet. Gives 0 or an error code.
+// `old` is null if there is no file yet. Returns 0 or an error code.
 int FillHidden(HiddenFile& hidden, const struct stat* old, std::string_view bytes) {
   int code = WriteAllAt(hidden.file.Get(), 0, bytes);
   if (code == 0 && old != nullptr) code = TakeOver(hidden.file.Get(), *old);
@@ -94,7 +94,7 @@ int FillHidden(HiddenFile& hidden, const struct stat* old, std::string_view byte
   return code != 0 ? code : close_code;
 }
 
-// Nothing when the folder does not allow it.
+// Empty if the folder does not allow it.
 std::optional<ErrorNumber> ReplaceBeside(const Place& place, const struct stat* old,
                                          std::string_view bytes) {
   int code = 0;
@@ -117,7 +117,8 @@ std::optional<ErrorNumber> ReplaceBeside(const Place& place, const struct stat* 
   return ErrorFromCode(code, Missing::kPath);
 }
 
-// Gives 0 or an error code. On a full disk the old content, `old_size` bytes, is still there.
+// Returns 0 or an error code. If the disk is full, the old content, `old_size` bytes, is still
+// there.
 int Overwrite(int file, std::uint64_t old_size, std::string_view bytes) {
   const auto common = static_cast<std::size_t>(std::min<std::uint64_t>(old_size, bytes.size()));
   int code = WriteAllAt(file, common, bytes.substr(common));
@@ -129,11 +130,13 @@ int Overwrite(int file, std::uint64_t old_size, std::string_view bytes) {
   return ftruncate(file, static_cast<off_t>(bytes.size())) == 0 ? 0 : errno;
 }
 
-// Adds all of `bytes` to the file, opened for appending, or nothing. Gives 0 or an error code.
+// Appends all of `bytes` or nothing to the file, which is opened for appending. Returns 0 or an
+// error code.
 int AppendWhole(int file, std::string_view bytes) {
   const Transfer written = WriteAll(file, bytes);
   if (written.code == 0 || written.done == 0) return written.code;
-  // Half a record would spoil the next one as well. What somebody else has added behind it stays.
+  // Half a record would spoil the next one too. Cut it off, unless another process has appended
+  // behind it.
   const off_t end = lseek(file, 0, SEEK_CUR);
   struct stat status {};
   if (end >= 0 && fstat(file, &status) == 0 && status.st_size == end) {
@@ -187,7 +190,7 @@ ErrorNumber AppendRecord(const std::string& path, std::string_view bytes, bool l
   const int flags = O_WRONLY | O_APPEND | O_CREAT;
   Result<Descriptor> file = looked_up ? OpenLookedUp(path, flags, Missing::kPath)
                                       : OpenOrdinary(path, flags, Missing::kPath);
-  // What the name leads to now has to be known to say what is wrong with it.
+  // The path may lead elsewhere by now; look it up again to report the right error.
   if (!file && looked_up) file = OpenOrdinary(path, flags, Missing::kPath);
   if (!file) return file.error;
   const int code = AppendWhole(file.value.Get(), bytes);

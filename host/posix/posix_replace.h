@@ -1,4 +1,4 @@
-// Changing a file's content: all of it, or by a record at its end.
+// Replaces a file's content, or appends a record to it.
 #pragma once
 
 #include <string>
@@ -8,11 +8,12 @@
 
 namespace morvex::posix {
 
-// As FileService::ReplaceFile. A file that the user may not write is refused, although the folder
-// might allow putting another in its place.
+// As FileService::ReplaceFile. A file that the user may not write returns an error, even if the
+// folder would allow replacing it.
 ErrorNumber ReplaceContent(const std::string& path, std::string_view bytes);
 
-// As FileService::AppendToFile. Records of several threads or processes do not mix.
+// As FileService::AppendToFile. Records of several threads or processes do not mix. `looked_up`:
+// the last append to this path succeeded.
 ErrorNumber AppendRecord(const std::string& path, std::string_view bytes, bool looked_up = false);
 
 }  // namespace morvex::posix

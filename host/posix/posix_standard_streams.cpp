@@ -14,8 +14,8 @@
 namespace morvex {
 namespace {
 
-// A pipe that holds more has its two ends wait for each other less often. Where the system does not
-// give so much, what it gives will do.
+// A larger pipe buffer makes reader and writer wait for each other less often. If the system allows
+// less, that will do.
 constexpr int kPipeSize = 1 << 20;
 
 void Widen(int stream) {
@@ -79,7 +79,8 @@ std::unique_ptr<InputFile> StandardInput() { return std::make_unique<PipeInput>(
 std::unique_ptr<OutputFile> StandardOutput() { return std::make_unique<PipeOutput>(STDOUT_FILENO); }
 
 void OccupyMissingStandardStreams() {
-  // A path that is merely held takes no byte and gives none; started programs do not get it.
+  // A descriptor opened with O_PATH can be neither read nor written, and started programs do not
+  // inherit it.
   for (;;) {
     posix::Descriptor held(open("/", O_PATH | O_CLOEXEC));
     if (held.Get() > STDERR_FILENO || !held.IsOpen()) return;

@@ -1,13 +1,13 @@
-// The numbers of the three standard streams, which are nobody else's.
+// Keeps files from getting the descriptor numbers of the three standard streams.
 #pragma once
 
 #include "host/system/standard_streams.h"
 
 namespace morvex {
 
-// Takes the numbers of those standard streams that the process was started without, before a file
-// of the run gets one and finds the program's messages in it. Reading and writing there fails, as
-// it does without. Before anything else is opened.
+// Occupies the numbers of those standard streams that the process was started without. Otherwise a
+// file of the run could get such a number and the program's messages would be written into it.
+// Reading and writing there still fails. Call it before anything else is opened.
 void OccupyMissingStandardStreams();
 
 }  // namespace morvex

@@ -1,5 +1,5 @@
-// Reading and writing at a given place of a file. Neither kind keeps a position, so the core's
-// blocks can be taken in any order.
+// Both kinds of file read and write at an explicit offset and keep no position, so blocks may come
+// in any order.
 #include "host/posix/posix_streams.h"
 
 #include <fcntl.h>
@@ -13,26 +13,27 @@
 
 #include "host/posix/posix_calls.h"
 #include "host/posix/posix_claim.h"
+#include "host/posix/posix_copy.h"
 #include "host/posix/posix_descriptor.h"
 
 namespace morvex::posix {
 namespace {
 
-// Smaller files are read whole at once.
+// Files of at most this size are read in one call, so advice on reading ahead is useless.
 constexpr off_t kWorthAdvice = off_t{128} << 10;
 
-// So many bytes of a file are written before a thread is asked to write the rest.
+// After this many bytes of a file the write-behind thread writes the rest.
 constexpr std::uint64_t kWorthWriteBehind = std::uint64_t{512} << 10;
 
 class PosixInputFile : public InputFile {
  public:
-  // `opened` is the file's status when it was opened; files that are made as they are read have the
-  // size 0.
+  // `opened` is the file's status when it was opened. Its size is 0 for files whose contents the
+  // system makes up as they are read.
   PosixInputFile(Descriptor file, const struct stat& opened)
       : file_(std::move(file)), opened_(opened) {}
 
   Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) override {
-    // A file that is read to its known size needs no further call to see that it ends there.
+    // The size is known, so no read call is needed to find the end of the file.
     const auto known_size = static_cast<std::uint64_t>(opened_.st_size);
     if (known_size > 0) {
       if (offset >= known_size) return std::size_t{0};
@@ -54,14 +55,15 @@ class PosixInputFile : public InputFile {
   struct stat opened_;
 };
 
-// A file that is still short is written at once. What follows is written behind, as long as it fits
-// into the offsets that a file can have.
-class PosixOutputFile : public OutputFile {
+// The first kWorthWriteBehind bytes are written directly, later ones by the write-behind thread.
+class PosixWorkFile : public WorkFile {
  public:
-  explicit PosixOutputFile(std::shared_ptr<WriteBehind> behind) : behind_(std::move(behind)) {}
-  ~PosixOutputFile() override { EndWriteBehind(); }
+  PosixWorkFile(const std::string& path, std::shared_ptr<WriteBehind> behind)
+      : WorkFile(path), behind_(std::move(behind)) {}
+  ~PosixWorkFile() override { EndWriteBehind(); }
 
-  ErrorNumber Create(const std::string& path, mode_t permissions, Descriptor* claim);
+  // Call it first, once.
+  ErrorNumber Create(mode_t permissions);
 
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
     return ErrorFromCode(Write(offset, bytes), Missing::kFile);
@@ -73,36 +75,60 @@ class PosixOutputFile : public OutputFile {
     return ErrorFromCode(code != 0 ? code : close_code, Missing::kFile);
   }
 
+  ErrorNumber CopyTo(const std::string& to) override {
+    return Guarded([&] { return CopyWholeFile(path(), to, {}, {}, KeepClaim(claim_)); });
+  }
+
+  ErrorNumber MoveTo(const std::string& to, const KeepGoing& keep_going) override {
+    return EndClaimAfter([&] { return MoveWholeFile(path(), to, keep_going, KeepClaim(claim_)); });
+  }
+
+  ErrorNumber MoveToFreeName(const std::string& to) override {
+    return EndClaimAfter([&] { return MoveFileToFreeName(path(), to); });
+  }
+
+  ErrorNumber Discard() override {
+    return EndClaimAfter([&] { return DeleteClaimed(path()); });
+  }
+
  private:
   int Write(std::uint64_t offset, std::string_view bytes);
   int EndWriteBehind();
+  // Returns the result of `call`; if that is kNone, the file is claimed no longer.
+  template <class Call>
+  ErrorNumber EndClaimAfter(Call call) {
+    const ErrorNumber error = Guarded(call);
+    if (error == ErrorNumber::kNone) claim_.Close();
+    return error;
+  }
 
-  Descriptor file_;
-  std::shared_ptr<WriteBehind> behind_;  // null: everything is written at once
+  Descriptor file_;                      // for writing; open until Close
+  Descriptor claim_;                     // the same file; open until it is moved or discarded
+  std::shared_ptr<WriteBehind> behind_;  // null: everything is written directly
   bool is_behind_ = false;
-  std::uint64_t taken_ = 0;  // bytes, before writing behind begins
+  std::uint64_t written_directly_ = 0;  // bytes
 };
 
-int PosixOutputFile::Write(std::uint64_t offset, std::string_view bytes) {
+int PosixWorkFile::Write(std::uint64_t offset, std::string_view bytes) {
   if (is_behind_) return behind_->Write(offset, bytes);
-  if (taken_ >= kWorthWriteBehind && behind_ != nullptr) {
+  if (written_directly_ >= kWorthWriteBehind && behind_ != nullptr) {
     is_behind_ = behind_->Begin(file_.Get());
     if (is_behind_) return behind_->Write(offset, bytes);
     behind_ = nullptr;
   }
-  taken_ += bytes.size();
+  written_directly_ += bytes.size();
   return WriteAllAt(file_.Get(), offset, bytes);
 }
 
-int PosixOutputFile::EndWriteBehind() {
+int PosixWorkFile::EndWriteBehind() {
   if (!is_behind_) return 0;
   is_behind_ = false;
   return behind_->Finish();
 }
 
-// Gives a new file the bits that the process's mask or the folder's rules took from it. A file
-// system that keeps no bits of its own is no error as long as the file is not open to more people
-// than it should be.
+// Gives a new file the bits that the process's mask or the folder's rules took from it. On a file
+// system that stores no permission bits this fails; that is no error as long as the file is open to
+// nobody whom `permissions` would keep out.
 int SetExactBits(int file, mode_t permissions) {
   struct stat status {};
   const bool known = fstat(file, &status) == 0;
@@ -113,16 +139,15 @@ int SetExactBits(int file, mode_t permissions) {
   return known && (bits & ~permissions) == 0 ? 0 : code;
 }
 
-ErrorNumber PosixOutputFile::Create(const std::string& path, mode_t permissions,
-                                    Descriptor* claim) {
-  const Reach at(path);
+ErrorNumber PosixWorkFile::Create(mode_t permissions) {
+  const Reach at(path());
   if (!at.Found()) return LastError(Missing::kPath);
   file_ = CreateClaimed(at.Folder(), at.Name(), permissions);
   if (!file_.IsOpen()) return LastError(Missing::kPath);
   int code = SetExactBits(file_.Get(), permissions);
-  if (code == 0 && claim != nullptr) {
-    *claim = KeepClaim(file_);
-    if (!claim->IsOpen()) code = errno;
+  if (code == 0) {
+    claim_ = KeepClaim(file_);
+    if (!claim_.IsOpen()) code = errno;
   }
   if (code == 0) return ErrorNumber::kNone;
   unlinkat(at.Folder(), at.Name(), 0);
@@ -142,14 +167,12 @@ Result<std::unique_ptr<InputFile>> OpenInput(const std::string& path, bool looke
       std::make_unique<PosixInputFile>(std::move(file.value), status));
 }
 
-Result<std::unique_ptr<OutputFile>> CreateOutput(const std::string& path, std::uint32_t permissions,
-                                                 std::shared_ptr<WriteBehind> behind,
-                                                 Descriptor* claim) {
-  auto file = std::make_unique<PosixOutputFile>(std::move(behind));
-  const ErrorNumber error =
-      file->Create(path, static_cast<mode_t>(permissions) & kPermissionBits, claim);
+Result<std::unique_ptr<WorkFile>> CreateWorkFile(const std::string& path, std::uint32_t permissions,
+                                                 std::shared_ptr<WriteBehind> behind) {
+  auto file = std::make_unique<PosixWorkFile>(path, std::move(behind));
+  const ErrorNumber error = file->Create(static_cast<mode_t>(permissions) & kPermissionBits);
   if (error != ErrorNumber::kNone) return error;
-  return std::unique_ptr<OutputFile>(std::move(file));
+  return std::unique_ptr<WorkFile>(std::move(file));
 }
 
 }  // namespace morvex::posix

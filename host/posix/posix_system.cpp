@@ -1,5 +1,5 @@
-// What cannot change while the process lives (its own place, its arguments, the locale) is found
-// out once, at the start; the rest is asked anew with every call.
+// What cannot change while the process lives (its path, arguments, locale) is determined once, at
+// the start; everything else with every call.
 #include "host/posix/posix_system.h"
 
 #include <langinfo.h>
@@ -57,7 +57,7 @@ std::string Joined(int argc, char** argv) {
   return text;
 }
 
-// The user's characters and dates, each as far as it is installed, everything else as in "C".
+// A locale with the user's characters and dates, each if it is installed, and "C" for the rest.
 locale_t UserLocale() {
   locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
   for (const int part : {LC_CTYPE_MASK, LC_TIME_MASK}) {
@@ -73,7 +73,7 @@ timespec Moment(clockid_t clock) {
   return moment;
 }
 
-// The present moment in the time zone of the system, or of TZ, as it is now.
+// The current time in the time zone of the system or of TZ, as it is set now.
 tm LocalNow() {
   tzset();
   const time_t now = Moment(CLOCK_REALTIME).tv_sec;
@@ -153,7 +153,7 @@ std::string PosixSystemService::FormatNow(const char* format) const {
 std::string PosixSystemService::ShortDate() { return FormatNow("%x"); }
 
 std::string PosixSystemService::TimeText() {
-  // Asked for at every line of a log, many times a second.
+  // Called for every line of a log, many times a second.
   const time_t now = Moment(CLOCK_REALTIME).tv_sec;
   if (time_text_.empty() || now != time_text_second_) {
     time_text_ = FormatNow("%X");
@@ -179,7 +179,7 @@ void PosixSystemService::StartFileBrowser(const std::string& file) {
   try {
     posix::OpenFolderOf(file);
   } catch (...) {
-    // Nothing is to be said about a browser that does not start.
+    // A browser that does not start is not reported.
   }
 }
 

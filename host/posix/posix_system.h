@@ -9,14 +9,14 @@
 
 namespace morvex {
 
-// Reads the locale from the environment (LC_ALL, LC_CTYPE, LC_TIME, LANG) when it is made, without
-// touching the one that the C and C++ libraries use; a locale that is not installed counts as "C".
-// From then on the process ignores SIGXFSZ, so that writing past the greatest file size allowed to
-// it fails with an error instead of ending it, and standard streams that it was started without
-// are no numbers that its files can get.
+// The constructor reads the locale from the environment (LC_ALL, LC_CTYPE, LC_TIME, LANG), without
+// changing the one that the C and C++ libraries use; a locale that is not installed counts as "C".
+// From then on the process ignores SIGXFSZ, so that writing beyond its file size limit fails with
+// an error instead of ending it; and no file can get the number of a standard stream that the
+// process was started without.
 class PosixSystemService : public SystemService {
  public:
-  // The arguments are those of main.
+  // `argc` and `argv` are those of main.
   PosixSystemService(int argc, char** argv);
   PosixSystemService(const PosixSystemService&) = delete;
   PosixSystemService& operator=(const PosixSystemService&) = delete;
@@ -27,8 +27,8 @@ class PosixSystemService : public SystemService {
   std::string CommandLineText() override { return command_line_; }
   std::string EnvironmentEntry(int index) override;
 
-  // The file system's stamps follow a coarser clock: that of a file written right after this call
-  // can lie a few milliseconds before it.
+  // File times follow a coarser clock: a file written right after this call may have a time a few
+  // milliseconds earlier.
   WallTime Now() override;
   TimeOfDay LocalTimeOfDay() override;
   std::string ShortDate() override;
@@ -40,27 +40,27 @@ class PosixSystemService : public SystemService {
   void StartFileBrowser(const std::string& file) override;
 
  private:
-  // The present moment in the locale's `format`; empty when it cannot be had.
+  // The current time in the locale's `format`; empty if that fails.
   std::string FormatNow(const char* format) const;
 
-  std::string time_text_;  // of the second time_text_second_
+  std::string time_text_;  // text of the second time_text_second_
   time_t time_text_second_ = 0;
 
   std::string program_folder_;
   std::string executable_name_;
   std::string command_line_;
-  locale_t locale_;  // own
+  locale_t locale_;  // owned by this object
 };
 
 namespace posix {
 
-// The running program's path out of what the system shows for it: one that was deleted or exchanged
-// since it started is shown with a mark behind its name.
+// The running program's path, from the system's link to it. The system marks the link if the file
+// was deleted or replaced since it started; the mark is removed.
 std::string ProgramPathFromLink(const std::string& shown);
 
-// Where the program that was started as `name` lies, for a system that does not say so itself: a
-// name with a separator is a path, any other is looked for in the folders of PATH. The current
-// folder counts when it lies in none of them.
+// The folder of the program that was started as `name`, for systems that do not report it. A name
+// with a separator is a path; any other is searched in the folders of PATH. If it is in none of
+// them, the current folder.
 std::string ProgramPathFromName(const std::string& name);
 
 }  // namespace posix

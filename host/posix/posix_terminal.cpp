@@ -1,5 +1,5 @@
-// A stop signal sets a flag and gives the signals back their usual effect, so that a run that does
-// not look at the flag any more can still be ended by the second one.
+// A stop signal sets a flag and restores the signals' default effect, so that a second signal ends
+// even a run that no longer checks the flag.
 #include <signal.h>
 #include <sys/ioctl.h>
 #include <unistd.h>

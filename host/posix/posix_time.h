@@ -1,4 +1,4 @@
-// Moments as the system gives them, as moments of the program.
+// Converts the system's times to the program's.
 #pragma once
 
 #include <sys/stat.h>
@@ -13,8 +13,8 @@
 
 namespace morvex::posix {
 
-// In full nanoseconds. A moment outside the years 1677 to 2262, which a file can be given, becomes
-// the nearest one inside.
+// Keeps all nanoseconds. A file may have a time outside the years 1677 to 2262; it becomes the
+// nearest one inside.
 inline WallTime ToWallTime(const timespec& moment) {
   constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
   constexpr std::int64_t kFarthest =

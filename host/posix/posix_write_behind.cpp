@@ -11,7 +11,8 @@
 namespace morvex::posix {
 namespace {
 
-// Signals go to the threads of the program, which know what to do with them.
+// Blocks all signals while the thread is created, so that they reach only the program's own
+// threads, which handle them.
 class SignalsHeldBack {
  public:
   SignalsHeldBack() {

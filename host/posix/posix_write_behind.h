@@ -1,5 +1,5 @@
-// Writing a large file while the caller goes on: blocks are copied into a ring of buffers that a
-// thread of its own empties into the file, in the order in which they came.
+// Writes a large file while the caller goes on. Blocks are copied into a ring of buffers, which a
+// thread writes to the file in the same order.
 #pragma once
 
 #include <array>
@@ -13,12 +13,12 @@
 
 namespace morvex::posix {
 
-// One file at a time is written so; the thread and the buffers then serve the next one. Begin,
-// Write and Finish are called by whoever has begun.
+// Serves one file at a time; thread and buffers are then reused for the next one. Only the caller
+// whose Begin succeeded may call Write and Finish.
 //
-// What becomes known when does not depend on the thread's pace: the code of a write that failed is
-// given by the Write that needs its buffer again, kBuffers full buffers later, or by Finish. Behind
-// a failed write nothing more is written.
+// When an error is reported does not depend on the thread's speed: by the Write that needs the
+// failed buffer again, kBuffers full buffers later, or by Finish. After a failed write nothing more
+// is written.
 class WriteBehind {
  public:
   static constexpr std::size_t kBuffers = 4;
@@ -30,13 +30,13 @@ class WriteBehind {
   // Every file must have been finished.
   ~WriteBehind();
 
-  // Takes the open file `file`, which stays the caller's and must stay open until Finish. False
-  // when another file is being written, or when there is no memory or no thread to be had: the
-  // caller then writes by itself.
+  // Begins writing to the open file `file`, which the caller owns and keeps open until Finish.
+  // False if another file is being written, or if there is no memory or thread for it: the caller
+  // then writes directly.
   bool Begin(int file);
-  // 0, or the error code of an earlier Write; then nothing of `bytes` is taken.
+  // Returns 0, or the error code of an earlier Write; then it has taken nothing of `bytes`.
   int Write(std::uint64_t offset, std::string_view bytes);
-  // Waits until everything is written. Gives 0 or the first error code.
+  // Waits until everything is written. Returns 0 or the first error code.
   int Finish();
 
  private:
@@ -48,27 +48,28 @@ class WriteBehind {
 
   bool Start();
   void Work();
-  // Waits until the buffer to be filled next is free. 0, or the code of the write that it held.
+  // Waits until the next buffer is free. Returns 0, or the error code of the write it was last used
+  // for.
   int WaitForBuffer();
   void HandOver();
   Buffer& Filled() { return buffers_[handed_over_ % kBuffers]; }
 
-  // Only the caller's: the buffer being filled is not handed over yet.
+  // Used only by the caller: a buffer is being filled and not yet handed over.
   bool filling_ = false;
 
   std::mutex mutex_;
-  std::condition_variable work_;  // something was handed over, or the end has come
+  std::condition_variable work_;  // a buffer was handed over, or ending_ was set
   std::condition_variable done_;  // a buffer was written
   std::array<Buffer, kBuffers> buffers_;
-  // Of the present file. Buffers are numbered from 0 as they are handed over.
+  // About the current file. Buffers are numbered from 0 in the order of HandOver.
   int file_ = -1;
-  std::uint64_t handed_over_ = 0;  // changed by the caller alone
-  std::uint64_t written_ = 0;      // changed by the thread alone
-  std::uint64_t failed_ = 0;       // the number of the buffer whose write gave `code_`
+  std::uint64_t handed_over_ = 0;  // changed only by the caller
+  std::uint64_t written_ = 0;      // changed only by the thread
+  std::uint64_t failed_ = 0;       // number of the buffer whose write failed with `code_`
   int code_ = 0;
   bool busy_ = false;
   bool ending_ = false;
-  bool waited_for_ = false;  // by the caller
+  bool waited_for_ = false;  // the caller waits for done_
   std::thread thread_;
 };
 

@@ -3,9 +3,9 @@
 
 namespace morvex {
 
-// Whether somebody can see what is written to standard error from now on. A program with windows
-// has no terminal of its own on some systems: it is then given that of its starter, if there is one
-// to be had.
+// Returns whether the user can see what is written to standard error from now on. On some systems a
+// program with windows starts without a terminal; this call then attaches the terminal of its
+// parent process, if there is one.
 bool ReachErrorStream();
 
 }  // namespace morvex

@@ -1,6 +1,5 @@
-// The host of the system that the program is built for: each of the folders beside this one
-// implements what is declared here, and the build takes one of them. So a main function is the same
-// source everywhere.
+// The host services of the system that the program is built for. Each folder beside this one
+// implements these declarations and the build picks one, so main functions are the same everywhere.
 #pragma once
 
 #include <memory>
@@ -12,12 +11,12 @@
 
 namespace morvex {
 
-// The arguments behind the program's name, in the host's file-name encoding. `argc` and `argv` are
-// those of main, here and below.
+// The arguments after the program's name, in the encoding of the host's file names. Here and below
+// `argc` and `argv` are those of main.
 std::vector<std::string> ProgramArguments(int argc, char** argv);
 
-// To be made before anything is read from or written to a standard stream: bytes then pass all of
-// them unchanged. One for each process.
+// Create one per process, before any standard stream is used: bytes then pass through all of them
+// unchanged.
 std::unique_ptr<SystemService> MakeSystemService(int argc, char** argv);
 
 std::unique_ptr<FileService> MakeFileService();

@@ -1,4 +1,4 @@
-// Standard input and output as files that are gone through once, from their first byte to their
+// Standard input and output as files that are read or written once, from the first byte to the
 // last.
 #pragma once
 
@@ -8,12 +8,13 @@
 
 namespace morvex {
 
-// Each read starts where the last one ended (kInvalidCall otherwise), gives what is there, and
-// waits only when that is nothing. The end is asked for once: a terminal gives it for one key.
+// Each read must start where the last one ended (otherwise kInvalidCall). It returns the bytes that
+// are available and blocks only if there are none. Do not read again after the end: a terminal
+// reports it only once.
 std::unique_ptr<InputFile> StandardInput();
 
-// The same for writing. A reader that has gone away ends the process where it does so with any
-// filter, and fails the call elsewhere.
+// Each write must start where the last one ended. If the reader has closed the stream, the process
+// ends where that is usual for filters; elsewhere the call fails.
 std::unique_ptr<OutputFile> StandardOutput();
 
 }  // namespace morvex

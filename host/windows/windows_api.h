@@ -1,9 +1,9 @@
-// The system's own declarations, without those of its macros that take the names of functions of
-// the program.
+// Includes the system's headers and removes those of their macros that replace names of functions
+// of the program.
 #pragma once
 
 #include <windows.h>
-// Needs the first.
+// Needs windows.h before it.
 #include <winioctl.h>
 
 #undef CopyFile

@@ -1,4 +1,4 @@
-// Showing a file to the user in the system's file browser.
+// Shows a file to the user in the system's file browser.
 #pragma once
 
 #include <string>
@@ -6,10 +6,10 @@
 namespace morvex::windows {
 
 // Starts the program `program` with the command line `command` in a minimised window that takes the
-// focus. Does not wait for it and says nothing when it cannot be started.
+// focus. Does not wait for it and reports no error.
 void StartMinimised(const std::wstring& program, std::wstring command);
 
-// Opens the file browser on `file`, whose path the code page spells.
+// Opens the file browser on `file`, a path in the code page.
 void OpenBrowserOn(const std::string& file);
 
 }  // namespace morvex::windows

@@ -7,8 +7,9 @@
 namespace morvex::windows {
 namespace {
 
-// Ways of deleting and renaming that newer systems and their own drives know, which the compiler's
-// headers do not all name: at once, whoever still reads the file, and read-only or not.
+// Ways of deleting and renaming that only newer systems and drives support, and not all compiler
+// headers declare. They take effect at once even if another program has the file open, and work on
+// read-only files.
 constexpr auto kFileDispositionInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(21);
 constexpr auto kFileRenameInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
 constexpr DWORD kDelete = 0x01;
@@ -18,7 +19,7 @@ constexpr DWORD kReplace = 0x01;
 constexpr DWORD kReplaceAtOnce = 0x02;
 constexpr DWORD kReplaceReadOnly = 0x40;
 
-// Codes with which a system or a drive says that it does not know a way.
+// Codes by which a system or drive reports that it does not support a way.
 bool IsUnknownWay(Code code) {
   return code == ERROR_INVALID_PARAMETER || code == ERROR_NOT_SUPPORTED ||
          code == ERROR_INVALID_FUNCTION || code == ERROR_CALL_NOT_IMPLEMENTED ||
@@ -41,7 +42,7 @@ void MakeWritable(const Handle& file) {
   SetInformation(file, FileBasicInfo, &basic, sizeof basic);
 }
 
-// The information that goes with a renaming: a head and behind it the name.
+// Returns the structure that a renaming takes: a head, followed by the name.
 std::vector<std::byte> RenameInformation(const std::wstring& path, DWORD flags) {
   struct Head {
     DWORD flags;
@@ -59,8 +60,8 @@ std::vector<std::byte> RenameInformation(const std::wstring& path, DWORD flags) 
   return information;
 }
 
-// A read-only file cannot be replaced where the newer ways are missing. What is there is made
-// writable, and read-only again when the renaming fails after all.
+// Without the newer ways a read-only file cannot be replaced. Makes the file there writable, and
+// read-only again if the renaming fails.
 Code ReplaceInOldWay(const Handle& file, const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   const bool read_only =
@@ -82,7 +83,8 @@ Handle CreateClaimed(const std::wstring& path, DWORD permissions) {
                           nullptr, CREATE_NEW, attributes != 0 ? attributes : FILE_ATTRIBUTE_NORMAL,
                           nullptr));
   if (!file.IsOpen()) {
-    // A name that is about to go away, or a folder's, is refused in other words.
+    // The system reports the name of a folder, or of a file that is being deleted, as access
+    // denied.
     const Code code = GetLastError();
     const bool taken =
         code == ERROR_ACCESS_DENIED && GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;

@@ -1,10 +1,10 @@
-// Files under names that several runs of the program use: the temporary file beside a source, the
-// partial copy of a target. Whoever makes one has it to himself as long as he keeps it open, until
-// he gives it its final name or deletes it; nobody else deletes it in the meantime and puts his own
-// in its place. A file that nobody keeps is a left-over. The claim is the open file itself, which
-// nobody else may then delete or rename; it ends with the process.
+// Claims on files whose names several runs of the program use: the work file beside a source, the
+// partial copy in a target folder. The run that creates such a file claims it until it renames,
+// deletes or closes it; meanwhile no other run deletes it. A file of such a name that nobody claims
+// is stale. The claim is the open file itself, which nobody else may delete or rename; it ends with
+// the process.
 //
-// Renaming and deleting go through an open file, so that they cannot hit another one that took its
+// Renaming and deleting work on the open file, so they cannot hit another file that has taken its
 // name. Paths are those of SystemPath.
 #pragma once
 
@@ -15,25 +15,26 @@
 
 namespace morvex::windows {
 
-// Makes the file with these attributes and claims it. Not open: GetLastError says why,
-// ERROR_FILE_EXISTS when the name is taken.
+// Creates the file with these attributes and claims it. If the result is not open, GetLastError
+// tells why: ERROR_FILE_EXISTS if the name is taken.
 Handle CreateClaimed(const std::wstring& path, DWORD permissions);
 
-// Opens a file, or a link itself, so that it can be renamed and deleted.
+// Opens a file, or a link itself, for renaming and deleting.
 Handle OpenToRename(const std::wstring& path);
 
-// Deletes the open file or link, a read-only one too. Gives 0 or an error code.
+// Deletes the open file or link, even if it is read-only. Returns 0 or an error code.
 Code DeleteOpen(const Handle& file);
 
-// The open file goes with its handle, even when the process is killed; or stays, as it was.
+// With `passing` the system deletes the open file when its handle is closed, even if the process is
+// killed. Without it the file is kept again. False on failure.
 bool SetPassing(const Handle& file, bool passing);
 
-// Gives the open file the name `path`; with `replace` in one step in place of a file or link of
-// that name, a read-only one too. Gives 0 or an error code.
+// Renames the open file to `path`. With `replace` it replaces a file or link of that name in one
+// step, even a read-only one. Returns 0 or an error code.
 Code RenameOpen(const Handle& file, const std::wstring& path, bool replace);
 
-// Deletes what goes by the name, a folder excepted (75), unless somebody claims it: then
-// kFileAlreadyOpen. kFileNotFound when there is nothing.
+// Deletes what has this name; 75 if it is a folder. kFileAlreadyOpen if another run claims it,
+// kFileNotFound if there is nothing.
 ErrorNumber DeleteUnclaimed(const std::wstring& path);
 
 }  // namespace morvex::windows

@@ -1,6 +1,6 @@
-// The border between the system's wide text and the program's bytes: one byte for each character of
-// the system's own code page. Nothing is bent to fit: a character that the page does not hold is
-// never taken for one that looks like it.
+// Converts between the system's wide text and the program's bytes, one byte for each character of
+// the system's code page. The conversion is exact: a character that the page does not have is never
+// replaced by a similar one.
 #pragma once
 
 #include <array>
@@ -11,32 +11,32 @@
 
 namespace morvex::windows {
 
-// Stands where the page has no byte. No file name can hold it, so no other file is named by
-// mistake.
+// Stands for a character that the page does not have. File names cannot contain it, so no other
+// file is named by mistake.
 inline constexpr char kUnspellable = '?';
 
 class CodePage {
  public:
-  // Where `number` (as GetACP gives it) is unknown or takes several bytes for some characters, such
-  // as UTF-8, the page is Windows-1252: every byte has to be a character of its own.
+  // If `number` (from GetACP) is unknown or uses several bytes for some characters, as UTF-8 does,
+  // the page is Windows-1252, because each byte must be one character.
   explicit CodePage(unsigned number);
 
-  // The character of each byte; 0 for bytes without one, and for NUL.
+  // For each byte value its character; 0 if it has none, and for NUL.
   const std::array<wchar_t, 256>& Characters() const { return wide_; }
   // The number of the page that is used.
   unsigned Number() const { return number_; }
-  // `text` with kUnspellable for each unit that the page does not hold.
+  // Returns the bytes of `text`, with kUnspellable for each unit that the page does not have.
   std::string Bytes(std::wstring_view text) const;
-  // Nothing when a byte stands for no character of its own.
+  // Empty if a byte has no character.
   std::optional<std::wstring> Wide(std::string_view bytes) const;
 
  private:
   unsigned number_;
   std::array<wchar_t, 256> wide_{};  // 0 for bytes without a character, and for NUL
-  std::map<wchar_t, char> bytes_;    // for characters from 128 on
+  std::map<wchar_t, char> bytes_;    // only characters from 128 on
 };
 
-// The system's page, the same as long as the process lives.
+// The system's page; it never changes while the process lives.
 const CodePage& SystemCodePage();
 
 }  // namespace morvex::windows

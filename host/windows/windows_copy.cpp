@@ -1,6 +1,7 @@
-// A copy gets its name only when it is whole: it is filled under the name of the run's temporary
-// file, in the target's folder, as a file that goes with its handle; so nothing is left of it when
-// it fails, is abandoned or the process is killed. Then it is kept and renamed.
+// A copy gets its name only when it is whole. It is filled in the target's folder under the work
+// file's name, and the system deletes it when its handle is closed; so nothing is left of it if it
+// fails, is abandoned or the process is killed. Once it is whole, that is revoked and the copy
+// renamed.
 #include "host/windows/windows_copy.h"
 
 #include <algorithm>
@@ -16,8 +17,7 @@
 namespace morvex::windows {
 namespace {
 
-// The second one is for a copy that is itself to be called like the first, and for where that is
-// taken.
+// The second name is used if the copy itself has the first one, or if the first one is taken.
 constexpr std::array<const wchar_t*, 2> kPartialNames = {L"tijdel.enc", L".tijdel.enc"};
 
 constexpr std::size_t kBlock = std::size_t{1} << 20;
@@ -36,8 +36,8 @@ Result<Ends> FindEnds(const std::string& from, const std::string& to) {
   return Ends{std::move(source.value), std::move(target.value)};
 }
 
-// The system gives files with long names a short one besides ("REPORT~1.TXT"), which leads to them
-// where no file is called so.
+// Whether `path` is only the short name ("REPORT~1.TXT") that the system gave to a file with a long
+// name.
 bool IsShortNameOfAnother(const std::wstring& path) {
   WIN32_FIND_DATAW entry{};
   void* search = FindFirstFileW(path.c_str(), &entry);
@@ -46,7 +46,7 @@ bool IsShortNameOfAnother(const std::wstring& path) {
   return !IsSameName(SplitPath(path).name, entry.cFileName);
 }
 
-// A copy may replace a file of its name other than the source, or a link that does not lead to the
+// A copy may replace any file of its name but the source, and any link that does not lead to the
 // source, a folder or a device.
 ErrorNumber CheckTarget(const std::wstring& to, const FileIdentity& source) {
   if (SplitPath(to).name.empty()) return ErrorNumber::kPathFileAccess;
@@ -61,7 +61,7 @@ ErrorNumber CheckTarget(const std::wstring& to, const FileIdentity& source) {
   return ErrorFromCode(code, Missing::kPath);
 }
 
-// The bytes that the source has at the start, or as far as they are still there.
+// Copies `size` bytes, or fewer if the source is shorter by now.
 ErrorNumber CopyData(void* source, void* target, std::uint64_t size, const KeepGoing& keep_going) {
   std::vector<char> block(static_cast<std::size_t>(std::min<std::uint64_t>(size, kBlock)));
   std::uint64_t next_question = 0;
@@ -82,7 +82,7 @@ ErrorNumber CopyData(void* source, void* target, std::uint64_t size, const KeepG
   return ErrorNumber::kNone;
 }
 
-// Gives the copy what else belongs to the file: its attributes and its modification time.
+// Gives the copy the source's attributes and modification time.
 Code TakeOver(const Handle& file, const Status& source) {
   FILE_BASIC_INFO basic{};
   basic.LastWriteTime.LowPart = source.modified.dwLowDateTime;
@@ -100,28 +100,28 @@ ErrorNumber Fill(const Handle& source, const Status& opened, const Handle& file,
   if (error != ErrorNumber::kNone) return error;
   Status now;
   if (!StatusOf(source, now)) return LastError(Missing::kFile);
-  // What was copied of a file that changed meanwhile may be of two minds.
+  // The source changed meanwhile: the copy may mix old and new contents.
   return IsUnchanged(opened, now) ? ErrorNumber::kNone : ErrorNumber::kFileAlreadyOpen;
 }
 
-// Frees the partial file's name of what an earlier run left there. The source is never deleted,
-// whether it goes by that name itself or a link of that name leads to it.
-ErrorNumber RemoveLeftOver(const std::wstring& path, const FileIdentity& source) {
+// Deletes a stale file of the partial copy's name. Never deletes the source, which may have that
+// name itself or be what a link of that name leads to.
+ErrorNumber RemoveStalePartial(const std::wstring& path, const FileIdentity& source) {
   Status end;
   if (FindStatus(path, end) == 0 && end.identity == source) return ErrorNumber::kPathFileAccess;
   const ErrorNumber error = DeleteUnclaimed(path);
   return error == ErrorNumber::kFileNotFound ? ErrorNumber::kNone : error;
 }
 
-// Under the first of the names that is free or can be freed: a folder that goes by one stays, and
-// so does the source.
+// Creates the partial copy under the first of the names that is free or can be freed. A folder of
+// such a name stays, and so does the source.
 Result<Handle> MakePartial(const std::wstring& target, const FileIdentity& source) {
   const PathParts parts = SplitPath(target);
   ErrorNumber error = ErrorNumber::kPathFileAccess;
   for (const wchar_t* name : kPartialNames) {
     if (IsSameName(parts.name, name)) continue;
     const std::wstring path = Below(parts.folder, name);
-    error = RemoveLeftOver(path, source);
+    error = RemoveStalePartial(path, source);
     if (error == ErrorNumber::kPathFileAccess) continue;
     if (error != ErrorNumber::kNone) return error;
     Handle file = CreateClaimed(path, 0);
@@ -139,7 +139,7 @@ ErrorNumber CopyOpenFile(const Handle& source, const Status& opened, const std::
   if (!file) return file.error;
   const bool passing = SetPassing(file.value, true);
   error = Fill(source, opened, file.value, keep_going);
-  // A file that would still go with its handle is no copy, whatever its name.
+  // If this fails, the system would still delete the file, whatever its name.
   if (error == ErrorNumber::kNone && passing && !SetPassing(file.value, false)) {
     error = LastError(Missing::kPath);
   }
@@ -213,7 +213,7 @@ ErrorNumber MoveFileToFreeName(const std::string& from, const std::string& to,
   if (!StatusOf(file, status)) return LastError(Missing::kFile);
   if (status.IsFolder() || IsLink(ends.value.from)) return ErrorNumber::kPathFileAccess;
   const Code code = RenameOpen(file, ends.value.to, false);
-  // What stands in the way is sometimes told in other words.
+  // The system reports some taken names as access denied.
   const bool taken = code == ERROR_ACCESS_DENIED &&
                      GetFileAttributesW(ends.value.to.c_str()) != INVALID_FILE_ATTRIBUTES;
   return taken ? ErrorNumber::kFileAlreadyExists : ErrorFromCode(code, Missing::kPath);

@@ -1,4 +1,7 @@
-// Copying and moving whole files. Paths are the program's, not yet those of SystemPath.
+// Copies, moves and deletes whole files. The paths are the program's; SystemPath is applied here.
+//
+// `claimed`, unless null, is the open work file at the first path, claimed by this process. It is
+// used instead of opening the path.
 #pragma once
 
 #include <string>
@@ -8,12 +11,12 @@
 
 namespace morvex::windows {
 
-// As FileService::CopyFile. The bytes are those of `claimed` where that is not null: an open file
-// that this process has made at `from`.
+// As FileService::CopyFile.
 ErrorNumber CopyWholeFile(const std::string& from, const std::string& to,
                           const KeepGoing& keep_going, const Handle* claimed = nullptr);
 
-// As FileService::MoveFile. A link at `from` is moved as the file that it leads to.
+// As FileService::MoveFile. If `from` is a link, the file it leads to is copied to `to` and the
+// link deleted.
 ErrorNumber MoveWholeFile(const std::string& from, const std::string& to,
                           const KeepGoing& keep_going, const Handle* claimed = nullptr);
 

@@ -5,8 +5,8 @@
 
 namespace morvex {
 
-// A program with windows starts with no standard error unless its starter redirected it, and apart
-// from the console that it was started from.
+// A program with windows starts detached from the console of its parent, and without standard error
+// unless the parent redirected it.
 bool ReachErrorStream() {
   void* stream = GetStdHandle(STD_ERROR_HANDLE);
   if (stream != nullptr && stream != INVALID_HANDLE_VALUE &&

@@ -1,4 +1,4 @@
-// The one table of error codes. Codes that stand for nothing more exact are access errors.
+// The only table of error codes. A code without a more exact number is an access error.
 #include "host/windows/windows_errors.h"
 
 #include "host/windows/windows_api.h"
@@ -6,7 +6,7 @@
 namespace morvex::windows {
 namespace {
 
-// Which the compiler's headers do not name.
+// Codes that the compiler's headers do not declare.
 constexpr Code kDiskQuotaExceeded = 1295;
 
 }  // namespace
@@ -56,7 +56,7 @@ ErrorNumber ErrorFromCode(Code code, Missing missing) {
     case ERROR_NO_MEDIA_IN_DRIVE:
     case ERROR_UNEXP_NET_ERR:
     case ERROR_NETNAME_DELETED:
-    // A server that does not answer says nothing about what lies on it.
+    // A server that does not answer is no proof that the file is missing.
     case ERROR_BAD_NETPATH:
     case ERROR_NETWORK_UNREACHABLE:
     case ERROR_HOST_UNREACHABLE:

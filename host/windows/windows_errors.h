@@ -1,5 +1,5 @@
-// From the system's error codes to the program's error numbers, and the net under every call: no
-// exception leaves it.
+// Translates the system's error codes into the program's error numbers, and keeps exceptions inside
+// the host.
 #pragma once
 
 #include <new>
@@ -9,19 +9,19 @@
 
 namespace morvex::windows {
 
-// What a name that is not there means to the caller: no such file, or no such way to it.
+// What a missing name means to the caller: no such file, or no such path to it.
 enum class Missing { kFile, kPath };
 
-// An error code as GetLastError gives it; 0 is success.
+// An error code from GetLastError; 0 is success.
 using Code = unsigned long;
 
-// The error number for an error code; 0 gives kNone.
+// The error number for an error code; kNone for 0.
 ErrorNumber ErrorFromCode(Code code, Missing missing);
 
-// The same for the system call that has just failed.
+// The same for GetLastError, after a system call has failed.
 ErrorNumber LastError(Missing missing);
 
-// Runs `call`, which gives an ErrorNumber or a Result, and turns what it throws into an error.
+// Runs `call`, which returns an ErrorNumber or a Result, and turns exceptions into errors.
 template <class Call>
 auto Guarded(Call&& call) noexcept -> decltype(call()) {
   try {

@@ -1,5 +1,5 @@
-// The entrance: each call is guarded against exceptions, the look-ups are answered here and
-// everything longer has a source of its own.
+// Each call is guarded against exceptions. Look-ups are done here; each longer task has its own
+// file.
 #include "host/windows/windows_files.h"
 
 #include <optional>
@@ -81,7 +81,7 @@ Result<DriveSpace> MeasureDrive(const std::string& path) {
       status.IsFolder() ? place.value : windows::SplitPath(place.value).folder;
   ULARGE_INTEGER available{};
   ULARGE_INTEGER total{};
-  // A network path is only taken with a separator at its end.
+  // The system accepts a network path only with a separator at its end.
   if (GetDiskFreeSpaceExW(windows::Below(folder, L"").c_str(), &available, &total, nullptr) == 0) {
     return LastError(Missing::kPath);
   }
@@ -93,7 +93,7 @@ ErrorNumber MakeOneFolder(const std::string& path) {
   if (!place) return place.error;
   if (CreateDirectoryW(place.value.c_str(), nullptr) != 0) return ErrorNumber::kNone;
   const windows::Code code = GetLastError();
-  // That of a drive's root is refused in other words.
+  // The system reports the name of a drive's root as access denied.
   const bool taken = code == ERROR_ACCESS_DENIED &&
                      GetFileAttributesW(place.value.c_str()) != INVALID_FILE_ATTRIBUTES;
   return taken ? ErrorNumber::kFileAlreadyExists : ErrorFromCode(code, Missing::kPath);
@@ -104,7 +104,7 @@ ErrorNumber MakeOneFolder(const std::string& path) {
 WindowsFileService::WindowsFileService() { SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS); }
 
 bool WindowsFileService::IsSameName(const std::string& one, const std::string& other) const {
-  // Letter cases are of one length.
+  // The upper and lower case of a letter have the same size.
   if (one.size() != other.size()) return false;
   const std::optional<std::wstring> first = windows::SystemCodePage().Wide(one);
   const std::optional<std::wstring> second = windows::SystemCodePage().Wide(other);
@@ -142,50 +142,29 @@ ErrorNumber WindowsFileService::CreateFolder(const std::string& path) {
 
 ErrorNumber WindowsFileService::CopyFile(const std::string& from, const std::string& to,
                                          const KeepGoing& keep_going) {
-  return Guarded(
-      [&] { return windows::CopyWholeFile(from, to, keep_going, ClaimedFile(from).get()); });
+  return Guarded([&] { return windows::CopyWholeFile(from, to, keep_going); });
 }
 
 ErrorNumber WindowsFileService::MoveFile(const std::string& from, const std::string& to,
                                          const KeepGoing& keep_going) {
-  return Guarded([&] {
-    const ErrorNumber error = windows::MoveWholeFile(from, to, keep_going, ClaimedFile(from).get());
-    if (error == ErrorNumber::kNone) EndClaim(from);
-    return error;
-  });
+  return Guarded([&] { return windows::MoveWholeFile(from, to, keep_going); });
 }
 
 ErrorNumber WindowsFileService::MoveToFreeName(const std::string& from, const std::string& to) {
-  return Guarded([&] {
-    const ErrorNumber error = windows::MoveFileToFreeName(from, to, ClaimedFile(from).get());
-    if (error == ErrorNumber::kNone) EndClaim(from);
-    return error;
-  });
+  return Guarded([&] { return windows::MoveFileToFreeName(from, to); });
 }
 
 ErrorNumber WindowsFileService::DeleteFile(const std::string& path) {
-  return Guarded([&] {
-    const ErrorNumber error = windows::DeleteOneFile(path, ClaimedFile(path).get());
-    if (error == ErrorNumber::kNone) EndClaim(path);
-    return error;
-  });
+  return Guarded([&] { return windows::DeleteOneFile(path); });
 }
 
 Result<std::unique_ptr<InputFile>> WindowsFileService::OpenForReading(const std::string& path) {
   return Guarded([&] { return windows::OpenInput(path); });
 }
 
-Result<std::unique_ptr<OutputFile>> WindowsFileService::CreateFile(const std::string& path,
-                                                                   std::uint32_t permissions) {
-  return Guarded([&] {
-    std::shared_ptr<Handle> claim;
-    Result<std::unique_ptr<OutputFile>> made = windows::CreateOutput(path, permissions, claim);
-    if (!made) return made;
-    const std::lock_guard lock(mutex_);
-    claim_ = std::move(claim);
-    claimed_ = path;
-    return made;
-  });
+Result<std::unique_ptr<WorkFile>> WindowsFileService::CreateWorkFile(const std::string& path,
+                                                                     std::uint32_t permissions) {
+  return Guarded([&] { return windows::CreateWorkFile(path, permissions); });
 }
 
 ErrorNumber WindowsFileService::AppendToFile(const std::string& path, std::string_view bytes) {
@@ -194,18 +173,6 @@ ErrorNumber WindowsFileService::AppendToFile(const std::string& path, std::strin
 
 ErrorNumber WindowsFileService::ReplaceFile(const std::string& path, std::string_view bytes) {
   return Guarded([&] { return windows::ReplaceContent(path, bytes); });
-}
-
-std::shared_ptr<Handle> WindowsFileService::ClaimedFile(const std::string& path) {
-  const std::lock_guard lock(mutex_);
-  return path == claimed_ ? claim_ : nullptr;
-}
-
-void WindowsFileService::EndClaim(const std::string& path) {
-  const std::lock_guard lock(mutex_);
-  if (path != claimed_) return;
-  claimed_.clear();
-  claim_ = nullptr;
 }
 
 }  // namespace morvex

@@ -1,32 +1,29 @@
-// The file system of Windows. Names are bytes in the system's code page; "\" parts them, and "/" is
-// taken for it.
+// The file system of Windows. Names are bytes in the system's code page. The separator is "\"; "/"
+// is accepted in its place.
 //
-// The file that was made last is claimed until it is moved or deleted: DeleteFile of another
-// process gives kFileAlreadyOpen for it.
-//
-// Beyond the contract of FileService: paths may be as long as the file system lets them be; the
-// empty path gives 53 where a file is asked for and 76 where a folder is; names that are no names,
-// see windows_paths.h, give 52, and so does an entry of a listing that the code page cannot spell.
-// A file that another program has open and does not share gives 70. The permission bits are the
-// attributes read-only, hidden and system; who else may read a new file or folder is what the
-// folder that it is made in hands down. Read-only files are replaced and deleted like others.
-// Nothing but a file's own bytes is copied: no alternate streams. Calls may come from several
-// threads.
+// Beyond the contract of FileService:
+// - Paths may be as long as the file system allows.
+// - The empty path returns 53 where a file is expected and 76 where a folder is. Invalid names (see
+// windows_paths.h) return 52; so do entries of a listing that the code page cannot spell.
+// - A file that another program has open without sharing it returns 70.
+// - The permission bits are the attributes read-only, hidden and system. Who may read a new file or
+// folder is inherited from the folder it is created in. Read-only files are replaced and deleted
+// like others.
+// - Only a file's own bytes are copied, not alternate streams.
+// - Calls may come from several threads.
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "core/host/file_service.h"
-#include "host/windows/windows_handle.h"
 
 namespace morvex {
 
 class WindowsFileService : public FileService {
  public:
-  // From the first one on a drive without a medium gives the process an error number, and nobody a
-  // message that has to be closed before the call goes on.
+  // From the first object on, a drive without a medium returns an error number to the process; the
+  // system does not show a message that the user must close first.
   WindowsFileService();
 
   char Separator() const override { return '\\'; }
@@ -41,9 +38,9 @@ class WindowsFileService : public FileService {
 
   ErrorNumber CreateFolder(const std::string& path) override;
 
-  // Copying stops at the size that the source has at the start, or earlier when it shrinks.
-  // Nothing but a file, a link to one or a link to nothing is ever replaced at `to` (75), nor is a
-  // file for which `to` is but the short name that the system gave it ("REPORT~1.TXT").
+  // Copies at most as many bytes as the source has when it is opened. Replaces only a file, a link
+  // to a file or a link to nothing at `to`; anything else returns 75, and so does a file for which
+  // `to` is only the short name that the system gave it ("REPORT~1.TXT").
   ErrorNumber CopyFile(const std::string& from, const std::string& to,
                        const KeepGoing& keep_going) override;
   ErrorNumber MoveFile(const std::string& from, const std::string& to,
@@ -52,20 +49,10 @@ class WindowsFileService : public FileService {
   ErrorNumber DeleteFile(const std::string& path) override;
 
   Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) override;
-  Result<std::unique_ptr<OutputFile>> CreateFile(const std::string& path,
-                                                 std::uint32_t permissions) override;
+  Result<std::unique_ptr<WorkFile>> CreateWorkFile(const std::string& path,
+                                                   std::uint32_t permissions) override;
   ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) override;
   ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
-
- private:
-  // The open file behind a path that is claimed; null for any other.
-  std::shared_ptr<windows::Handle> ClaimedFile(const std::string& path);
-  void EndClaim(const std::string& path);
-
-  std::mutex mutex_;  // for what follows
-  // The file that this process is making.
-  std::string claimed_;
-  std::shared_ptr<windows::Handle> claim_;
 };
 
 }  // namespace morvex

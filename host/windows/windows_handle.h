@@ -1,5 +1,5 @@
-// Open files: who closes them, what they are, and whole transfers out of the system's partial ones.
-// Paths are those of SystemPath.
+// Open files: ownership, status, and transfers that are repeated until all bytes are done. Paths
+// are those of SystemPath.
 #pragma once
 
 #include <cstddef>
@@ -14,11 +14,12 @@
 
 namespace morvex::windows {
 
-// The attributes that stand for a file's permissions: a copy has them, and a new file gets them.
+// The attributes that stand for a file's permissions. A copy keeps them, and a new file is created
+// with them.
 inline constexpr DWORD kPermissionBits =
     FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
 
-// Others may do with the file whatever they like.
+// Others may read, write, rename and delete the file meanwhile.
 inline constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 // Owns a handle of the system.
@@ -38,7 +39,7 @@ class Handle {
   void* handle_ = nullptr;
 };
 
-// What the system tells of an open file or folder.
+// What the system reports about an open file or folder.
 struct Status {
   DWORD attributes = 0;
   std::uint64_t size = 0;
@@ -49,37 +50,37 @@ struct Status {
   std::uint32_t Permissions() const { return attributes & kPermissionBits; }
 };
 
-// Links are followed unless `flags` holds FILE_FLAG_OPEN_REPARSE_POINT. Folders are opened too. Not
-// open: GetLastError says why.
+// Follows links unless `flags` contains FILE_FLAG_OPEN_REPARSE_POINT. Opens folders too. If the
+// result is not open, GetLastError tells why.
 Handle OpenExisting(const std::wstring& path, DWORD access, DWORD share, DWORD flags = 0);
 
-// False with GetLastError set.
+// False, with GetLastError set, on failure.
 bool StatusOf(const Handle& file, Status& status);
 
-// The status of what `path` leads to; 0 or an error code.
+// The status of what `path` leads to. Returns 0 or an error code.
 Code FindStatus(const std::wstring& path, Status& status);
 
-// The last name of `path` is a link itself: a symbolic link or a folder's mount point. Other
-// reparse points, such as files that a cloud keeps, are what they look like.
+// Whether the last name of `path` is a link itself: a symbolic link or a folder's mount point.
+// Other reparse points, such as files kept in a cloud, are no links.
 bool IsLink(const std::wstring& path);
 
-// Opens what `path` leads to when that is an ordinary file: a folder gives 75, a device `device`.
-// `opened`, unless null, becomes the file's status.
+// Opens the ordinary file that `path` leads to. A folder returns 75, a device `device`. `opened`,
+// unless null, receives the file's status.
 Result<Handle> OpenOrdinary(const std::wstring& path, DWORD access, ErrorNumber device,
                             Status* opened = nullptr);
 
-// The file of the one status holds the bytes that it had at the other, as far as size and time
-// tell.
+// Whether size and modification time are equal, which suggests that the bytes are too.
 bool IsUnchanged(const Status& then, const Status& now);
 
 struct Transfer {
   std::size_t done = 0;
-  Code code = 0;  // 0, or the error code that ended it
+  Code code = 0;  // 0, or the error code that stopped it
 };
 
 // Reads until `size` bytes, the file's end or an error.
 Transfer ReadAllAt(void* file, std::uint64_t offset, char* into, std::size_t size);
-// Writes all of `bytes`, or gives the error code; a write that takes nothing counts as a full disk.
+// Writes all of `bytes`. Returns 0 or an error code; a write that takes no byte counts as a full
+// disk.
 Code WriteAllAt(void* file, std::uint64_t offset, std::string_view bytes);
 
 }  // namespace morvex::windows

@@ -1,5 +1,5 @@
-// A listing is read to its end before it is handed out. The system tells with each name what it is;
-// only links cost a look at what they lead to.
+// A listing is read completely before it is returned. The system reports the kind of each name;
+// only for links their target is examined.
 #include "host/windows/windows_listing.h"
 
 #include <array>
@@ -32,7 +32,7 @@ class Search {
 };
 
 bool IsLinkEntry(const WIN32_FIND_DATAW& entry) {
-  // Where an entry is a reparse point, the reserved field tells of which kind.
+  // For a reparse point the reserved field tells its kind.
   return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
          (entry.dwReserved0 == IO_REPARSE_TAG_SYMLINK ||
           entry.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
@@ -42,7 +42,7 @@ EntryKind KindOf(DWORD attributes) {
   return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? EntryKind::kFolder : EntryKind::kFile;
 }
 
-// Codes that say for certain that nothing is at a link's end.
+// Codes that prove that a link's target does not exist.
 bool LeadsNowhere(Code code) {
   return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND ||
          code == ERROR_CANT_RESOLVE_FILENAME;
@@ -54,13 +54,13 @@ EntryKind Examine(const std::wstring& folder, const WIN32_FIND_DATAW& entry) {
   Status status;
   const Code code = FindStatus(Below(folder, entry.cFileName), status);
   if (code == 0) return KindOf(status.attributes);
-  // After any other error it counts as a file: opening it then reports the reason.
+  // After any other error it counts as a file; opening it will report the reason.
   return LeadsNowhere(code) ? EntryKind::kBrokenLink : EntryKind::kFile;
 }
 
-// What a link of the system holds, from its beginning: the tag, the size of what follows, and then
-// offsets and sizes, in bytes, of two texts behind them; the second is the one to be shown. In
-// front of the texts a symbolic link has four more bytes than a mount point.
+// The contents of a link: the tag, the size of what follows, then the offsets and sizes, in bytes,
+// of two texts that come last; the second text is the one to show. Before the texts a symbolic link
+// has four more bytes than a mount point.
 constexpr std::size_t kLongestLink = 16 * 1024;
 constexpr std::size_t kShownOffset = 12;
 constexpr std::size_t kShownSize = 14;
@@ -85,7 +85,7 @@ Result<std::vector<FolderEntry>> ReadFolder(const std::string& path) {
   if (!search.IsOpen()) {
     const Code code = GetLastError();
     Status status;
-    // An empty drive has not even the names "." and "..".
+    // An empty drive does not even list "." and "..".
     const bool is_empty =
         code == ERROR_FILE_NOT_FOUND && FindStatus(folder.value, status) == 0 && status.IsFolder();
     if (is_empty) return entries;

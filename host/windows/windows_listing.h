@@ -1,4 +1,4 @@
-// What a folder holds.
+// Lists folders.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@
 
 namespace morvex::windows {
 
-// As FileService::ListFolder. A name that the code page cannot spell is listed with "?" for what is
-// missing; no file goes by such a path, so every call on it gives 52.
+// As FileService::ListFolder. A name that the code page cannot spell is listed with "?" for each
+// missing character. No file can have such a path, so every call on it returns 52.
 Result<std::vector<FolderEntry>> ReadFolder(const std::string& path);
 // As FileService::LinkText.
 Result<std::string> ReadLinkText(const std::string& path);

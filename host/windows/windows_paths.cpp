@@ -1,6 +1,6 @@
-// The system bends some names to its rules before it looks for them (blanks at the end, devices);
-// with the prefix "\\?\" it takes them as they are, and then other programs cannot reach the file.
-// So names that would be bent are refused here, and all others reach it behind the prefix.
+// The system changes some names before it uses them (blanks at the end, devices). With the prefix
+// "\\?\" it does not, but then other programs cannot reach the file. So names that it would change
+// are rejected here, and all others are passed on with the prefix.
 #include "host/windows/windows_paths.h"
 
 #include <algorithm>
@@ -35,7 +35,8 @@ bool HasDrive(std::wstring_view path) {
   return path.size() >= 2 && IsLetter(path[0]) && path[1] == L':';
 }
 
-// From a drive's root or a server's share on, whatever the current folder is.
+// Whether the path starts at a drive's root or a server's share, so that it does not depend on the
+// current folder.
 bool IsRooted(std::wstring_view path) {
   if (HasDrive(path)) return path.size() >= 3 && path[2] == kSeparator;
   if (!path.starts_with(kNetworkStart)) return false;
@@ -44,7 +45,7 @@ bool IsRooted(std::wstring_view path) {
   return share > server + 1 && share < path.size() && path[share] != kSeparator;
 }
 
-// A pair at the start stays.
+// A pair of separators at the start stays.
 void CleanSeparators(std::wstring& path) {
   const auto doubled = [](wchar_t one, wchar_t next) {
     return one == kSeparator && next == kSeparator;
@@ -52,7 +53,7 @@ void CleanSeparators(std::wstring& path) {
   path.erase(std::unique(path.begin() + 1, path.end(), doubled), path.end());
 }
 
-// `start` is in capital letters.
+// `start` must be in capital letters.
 bool StartsInAnyCase(std::wstring_view path, std::wstring_view start) {
   return path.size() >= start.size() &&
          std::equal(start.begin(), start.end(), path.begin(),
@@ -79,7 +80,7 @@ bool HasGoodNames(std::wstring_view path) {
   return true;
 }
 
-// How many characters at the start of a full path name its root.
+// The number of characters at the start of a full path that form its root.
 std::size_t RootLength(std::wstring_view full) {
   if (HasDrive(full)) return std::min<std::size_t>(3, full.size());
   const std::size_t share = full.find(kSeparator, kNetworkStart.size());
@@ -104,7 +105,7 @@ Result<std::wstring> Resolve(const std::wstring& path) {
 bool IsDeviceName(std::wstring_view name) {
   constexpr std::array<std::wstring_view, 6> kDevices = {L"CON", L"PRN",    L"AUX",
                                                          L"NUL", L"CONIN$", L"CONOUT$"};
-  // Ports are numbered by digits, raised ones too.
+  // Ports are numbered by digits, including superscript ones.
   constexpr std::wstring_view kNumbers = L"0123456789\u00b9\u00b2\u00b3";
   name = name.substr(0, name.find(L'.'));
   const std::size_t last = name.find_last_not_of(L' ');
@@ -133,8 +134,8 @@ Result<std::wstring> FullPath(const std::string& path, Missing missing) {
   if (!wide || wide->find(L'\0') != std::wstring::npos) return ErrorNumber::kBadFileName;
   std::replace(wide->begin(), wide->end(), L'/', kSeparator);
   std::wstring plain = WithoutPrefix(*wide);
-  // Behind the prefix the system also takes what is none of its own without it, such as a volume's
-  // number: that would become a name in the current folder.
+  // After the prefix the system also accepts roots that it does not know without it, such as a
+  // volume's number; without the prefix that would be a name in the current folder.
   if (plain.size() < wide->size() && !IsRooted(plain)) return ErrorNumber::kBadFileName;
   CleanSeparators(plain);
   if (!HasGoodNames(plain)) return ErrorNumber::kBadFileName;

@@ -1,11 +1,11 @@
-// Paths: what is no path at all, the form in which the system takes one of any length, and the two
-// parts of one.
+// Paths: checks, the form in which the system accepts any length, and splitting.
 //
-// "/" parts names as "\" does. Behind "\\?\" a path begins with a drive's root or with "UNC\", and
-// is refused (52) otherwise. Names are refused (52) that the code page has no characters for, that
-// the system would take for other ones (it drops dots and blanks at a name's end), that are devices
-// in every folder (CON, NUL.txt, COM1 ...), or that hold a character which no name has, a stream's
-// ":" too.
+// "/" separates names as "\" does. After the prefix "\\?\" a path must continue with a drive's root
+// or with "UNC\"; otherwise it is rejected (52). Also rejected (52) are names
+// - with characters that the code page does not have,
+// - that the system would change (it drops dots and blanks at a name's end),
+// - of devices, which exist in every folder (CON, NUL.txt, COM1 ...),
+// - with a character that no name may contain, such as the ":" of a stream.
 #pragma once
 
 #include <string>
@@ -16,33 +16,33 @@
 
 namespace morvex::windows {
 
-// An absolute path without ".", "..", "/", doubled separators, or a separator at its end unless it
-// is a root ("C:\"); wide, and without the prefix "\\?\". The empty path gives 53 or 76, a bad one
-// 52.
+// Returns the absolute path, wide and without the prefix "\\?\": without ".", "..", "/" and doubled
+// separators. Ends in a separator only if it is a root ("C:\"). The empty path returns 53 or 76, an
+// invalid one 52.
 Result<std::wstring> FullPath(const std::string& path, Missing missing);
 
-// A full path in the form of which the system takes every length.
+// Returns a full path in the form that the system accepts at any length.
 std::wstring LongForm(const std::wstring& full);
-// And back again.
+// The inverse of LongForm.
 std::wstring WithoutPrefix(const std::wstring& path);
 
 // LongForm of FullPath.
 Result<std::wstring> SystemPath(const std::string& path, Missing missing);
 
-// Whether the name is one of a device, whatever stands behind its first dot.
+// Whether the name is a device's, whatever follows its first dot.
 bool IsDeviceName(std::wstring_view name);
 
-// Whether the names are one to the system, which makes no difference of letter cases.
+// Whether the names are equal to the system, which ignores letter case.
 bool IsSameName(std::wstring_view one, std::wstring_view other);
 
 struct PathParts {
-  std::wstring folder;  // no separator at its end unless it is a root
+  std::wstring folder;  // ends in a separator only if it is a root
   std::wstring name;    // empty for a root
 };
-// `full`, with or without the prefix, has to be as FullPath leaves it.
+// `full` must be a result of FullPath or of LongForm.
 PathParts SplitPath(const std::wstring& full);
 
-// The name `name` in the folder `folder`.
+// The path of `name` in the folder `folder`.
 std::wstring Below(const std::wstring& folder, std::wstring_view name);
 
 }  // namespace morvex::windows

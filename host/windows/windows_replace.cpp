@@ -1,6 +1,6 @@
-// New content is written to a second file beside the old one, brought to the disk and given the old
-// one's name, so that at every moment one of the two is there whole. Where the folder takes no
-// second file the old one is overwritten.
+// New content is written to a second file beside the old one, flushed to the disk and renamed over
+// the old one, so that one of the two is there whole at every moment. If the folder takes no second
+// file, the old file is overwritten.
 #include "host/windows/windows_replace.h"
 
 #include <cstddef>
@@ -16,11 +16,11 @@ namespace {
 
 constexpr int kNamingAttempts = 100;
 
-// What is written at the end of a file, wherever that is by then.
+// The offset that means the end of the file at the moment of the write.
 constexpr std::uint64_t kAtEnd = ~std::uint64_t{0};
 
-// A new file under the first name in the folder that nobody uses now: what a killed process left
-// under one of them goes.
+// Creates a file under the first free name in the folder. Deletes stale files of killed processes
+// under these names.
 Handle MakeSecondFile(const std::wstring& folder, DWORD permissions) {
   for (int number = 1; number <= kNamingAttempts; ++number) {
     const std::wstring path = Below(folder, L".morvex-" + std::to_wstring(number));
@@ -38,13 +38,13 @@ Handle MakeSecondFile(const std::wstring& folder, DWORD permissions) {
   return {};
 }
 
-// Codes with which a folder refuses a second file, or the exchange of the first for the second.
+// Codes by which a folder refuses a second file, or the renaming of one over the other.
 bool IsRefusal(Code code) {
   return code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION ||
          code == ERROR_WRITE_PROTECT;
 }
 
-// Nothing when the folder does not allow it. `old` is null when there is no file yet.
+// Empty if the folder does not allow it. `old` is null if there is no file yet.
 std::optional<ErrorNumber> ReplaceBeside(const std::wstring& path, const Status* old,
                                          std::string_view bytes) {
   const DWORD permissions = old != nullptr ? old->Permissions() : 0;
@@ -74,8 +74,8 @@ Code CutAt(const Handle& file, std::uint64_t size) {
   return done ? 0 : GetLastError();
 }
 
-// The part that needs new room on the disk is written first: up to there the old content can be had
-// back.
+// Writes the part behind the old end first: if the disk is full, the old content can still be
+// restored.
 ErrorNumber ReplaceInPlace(const std::wstring& path, std::string_view bytes) {
   Status old;
   const Result<Handle> file = OpenOrdinary(path, GENERIC_WRITE, ErrorNumber::kPathFileAccess, &old);
@@ -122,7 +122,7 @@ ErrorNumber ReplaceContent(const std::string& path, std::string_view bytes) {
   if (!file) return file.error;
   if ((old.attributes & FILE_ATTRIBUTE_READONLY) != 0) return ErrorNumber::kPermissionDenied;
   {
-    // A file that may not be written is not to be had by way of its folder either.
+    // A file that may not be written may not be replaced either, even if the folder would allow it.
     const Result<Handle> writable =
         OpenOrdinary(file.value, GENERIC_WRITE, ErrorNumber::kPathFileAccess);
     if (!writable) return writable.error;

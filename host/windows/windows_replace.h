@@ -1,4 +1,4 @@
-// Changing a file's content: all of it, or by a record at its end.
+// Replaces a file's content, or appends a record to it.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@ ErrorNumber ReplaceContent(const std::string& path, std::string_view bytes);
 // As FileService::AppendToFile. Records of several threads or processes do not mix.
 ErrorNumber AppendRecord(const std::string& path, std::string_view bytes);
 
-// Where `path`, in the form of SystemPath, leads when every link in it is followed, in that form.
+// Returns `path`, in the form of SystemPath, with every link in it followed, in the same form.
 Result<std::wstring> FollowLinks(const std::wstring& path);
 
 }  // namespace morvex::windows

@@ -4,7 +4,8 @@
 
 namespace morvex {
 
-// What main is given has been bent to the code page, so the command line is read anew.
+// The arguments of main have lost characters to the code page, so the system's command line is read
+// instead.
 std::vector<std::string> ProgramArguments(int, char**) {
   return windows::ArgumentsOf(GetCommandLineW());
 }

@@ -22,13 +22,14 @@ class PipeInput : public InputFile {
     while (!ended_ && moved == 0) {
       const bool good = ::ReadFile(stream_, into, Piece(size), &moved, nullptr) != 0;
       const windows::Code code = good ? ERROR_SUCCESS : GetLastError();
-      // The writer of a pipe has closed it.
+      // The writer has closed the pipe.
       if (code == ERROR_BROKEN_PIPE) {
         ended_ = true;
-      } else if (!good && code != ERROR_MORE_DATA) {  // then the rest of a message follows
+      } else if (!good &&
+                 code != ERROR_MORE_DATA) {  // ERROR_MORE_DATA: the rest of a message follows
         return windows::ErrorFromCode(code, windows::Missing::kFile);
       } else if (moved == 0 && !is_pipe_) {
-        // A writer may send a piece of no bytes through a pipe, which is not its end.
+        // A pipe may deliver a piece of 0 bytes, which is not its end.
         ended_ = true;
       }
     }
@@ -36,19 +37,19 @@ class PipeInput : public InputFile {
     return std::size_t{moved};
   }
 
-  // A console hands over line by line: behind each the next one is still to be typed.
+  // A console delivers line by line; after each line the next one has yet to be typed.
   bool MustWait() override {
     if (ended_) return false;
     if (is_console_) return true;
     DWORD there = 0;
-    // A pipe that its writer has closed gives an error, which the read tells.
+    // A pipe that its writer has closed returns an error here, which the next read reports.
     return is_pipe_ && PeekNamedPipe(stream_, nullptr, 0, nullptr, &there, nullptr) != 0 &&
            there == 0;
   }
 
  private:
   void* stream_ = GetStdHandle(STD_INPUT_HANDLE);
-  // The type of the handle would not do: that of a network connection is the same.
+  // The type of the handle does not tell: a network connection has the same.
   const bool is_pipe_ = GetNamedPipeInfo(stream_, nullptr, nullptr, nullptr, nullptr) != 0;
   const bool is_console_ = GetFileType(stream_) == FILE_TYPE_CHAR;
   std::uint64_t done_ = 0;
@@ -70,7 +71,7 @@ class PipeOutput : public OutputFile {
     return ErrorNumber::kNone;
   }
 
-  // The system hands over every write at once.
+  // The system passes every write on at once.
   ErrorNumber Close() override { return ErrorNumber::kNone; }
 
  private:

@@ -1,5 +1,5 @@
-// Reading and writing at a given place of a file. Neither kind keeps a position, so the core's
-// blocks can be taken in any order.
+// Both kinds of file read and write at an explicit offset and keep no position, so blocks may come
+// in any order.
 #include "host/windows/windows_streams.h"
 
 #include <algorithm>
@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "host/windows/windows_claim.h"
+#include "host/windows/windows_copy.h"
 #include "host/windows/windows_paths.h"
 
 namespace morvex::windows {
@@ -34,23 +35,49 @@ class WindowsInputFile : public InputFile {
   Status opened_;
 };
 
-class WindowsOutputFile : public OutputFile {
+// The one handle is used for writing and is the claim.
+class WindowsWorkFile : public WorkFile {
  public:
-  explicit WindowsOutputFile(std::shared_ptr<Handle> file) : file_(std::move(file)) {}
+  WindowsWorkFile(const std::string& path, Handle file) : WorkFile(path), file_(std::move(file)) {}
 
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
-    if (file_ == nullptr) return ErrorNumber::kBadFileName;
-    return ErrorFromCode(WriteAllAt(file_->Get(), offset, bytes), Missing::kFile);
+    if (is_closed_) return ErrorNumber::kBadFileName;
+    return ErrorFromCode(WriteAllAt(file_.Get(), offset, bytes), Missing::kFile);
   }
 
-  // Writes are never delayed, so there is no error left to tell.
+  // Writes are never delayed, so no error can be left to return.
   ErrorNumber Close() override {
-    file_ = nullptr;
+    is_closed_ = true;
     return ErrorNumber::kNone;
   }
 
+  ErrorNumber CopyTo(const std::string& to) override {
+    return Guarded([&] { return CopyWholeFile(path(), to, {}, &file_); });
+  }
+
+  ErrorNumber MoveTo(const std::string& to, const KeepGoing& keep_going) override {
+    return EndClaimAfter([&] { return MoveWholeFile(path(), to, keep_going, &file_); });
+  }
+
+  ErrorNumber MoveToFreeName(const std::string& to) override {
+    return EndClaimAfter([&] { return MoveFileToFreeName(path(), to, &file_); });
+  }
+
+  ErrorNumber Discard() override {
+    return EndClaimAfter([&] { return DeleteOneFile(path(), &file_); });
+  }
+
  private:
-  std::shared_ptr<Handle> file_;
+  // Returns the result of `call`; if that is kNone, the file is claimed no longer.
+  template <class Call>
+  ErrorNumber EndClaimAfter(Call call) {
+    const ErrorNumber error = Guarded(call);
+    if (error == ErrorNumber::kNone) file_.Close();
+    return error;
+  }
+
+  Handle file_;
+  bool is_closed_ = false;
 };
 
 }  // namespace
@@ -66,14 +93,13 @@ Result<std::unique_ptr<InputFile>> OpenInput(const std::string& path) {
       std::make_unique<WindowsInputFile>(std::move(handle.value), opened));
 }
 
-Result<std::unique_ptr<OutputFile>> CreateOutput(const std::string& path, std::uint32_t permissions,
-                                                 std::shared_ptr<Handle>& claim) {
-  const Result<std::wstring> file = SystemPath(path, Missing::kFile);
-  if (!file) return file.error;
-  Handle made = CreateClaimed(file.value, permissions);
-  if (!made.IsOpen()) return LastError(Missing::kPath);
-  claim = std::make_shared<Handle>(std::move(made));
-  return std::unique_ptr<OutputFile>(std::make_unique<WindowsOutputFile>(claim));
+Result<std::unique_ptr<WorkFile>> CreateWorkFile(const std::string& path,
+                                                 std::uint32_t permissions) {
+  const Result<std::wstring> place = SystemPath(path, Missing::kFile);
+  if (!place) return place.error;
+  Handle file = CreateClaimed(place.value, permissions);
+  if (!file.IsOpen()) return LastError(Missing::kPath);
+  return std::unique_ptr<WorkFile>(std::make_unique<WindowsWorkFile>(path, std::move(file)));
 }
 
 }  // namespace morvex::windows

@@ -41,8 +41,8 @@ std::wstring WithoutExtension(std::wstring name) {
   return name;
 }
 
-// The folder as the code page can spell it: where it lacks a character, by the short names that the
-// system may have given. Without those nothing can be kept in that folder.
+// The folder in the code page. Where the page lacks a character, with the short names that the
+// system may have given. Without those the program can store nothing in that folder.
 std::string SpelledFolder(const std::wstring& folder) {
   std::string bytes = SystemCodePage().Bytes(folder);
   if (SystemCodePage().Wide(bytes) == folder) return bytes;
@@ -55,7 +55,7 @@ std::string SpelledFolder(const std::wstring& folder) {
   return SystemCodePage().Bytes(windows::WithoutPrefix(shorter));
 }
 
-// The entry at the end of the environment's block is empty.
+// The last entry of the environment's block is empty.
 class Environment {
  public:
   Environment() : block_(GetEnvironmentStringsW()) {}
@@ -156,7 +156,7 @@ std::string WindowsSystemService::ShortDate() {
 }
 
 std::string WindowsSystemService::TimeText() {
-  // Asked for at every line of a log, many times a second.
+  // Called for every line of a log, many times a second.
   SYSTEMTIME now{};
   GetLocalTime(&now);
   if (now.wSecond == time_text_second_ && now.wMinute == time_text_minute_ &&
@@ -193,7 +193,7 @@ void WindowsSystemService::StartFileBrowser(const std::string& file) {
   try {
     windows::OpenBrowserOn(file);
   } catch (...) {
-    // Nothing is to be said about a browser that does not start.
+    // A browser that does not start is not reported.
   }
 }
 

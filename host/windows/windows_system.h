@@ -10,9 +10,9 @@
 
 namespace morvex {
 
-// Text is in the system's code page. From the first one on the C and C++ libraries pass the bytes
-// of the standard streams unchanged; as long as one lives a console understands colours and shows
-// text of the code page.
+// Text is in the system's code page. From the first object on, the C and C++ libraries pass the
+// bytes of the standard streams unchanged. While an object lives, a console understands colours and
+// shows text in the code page.
 class WindowsSystemService : public SystemService {
  public:
   WindowsSystemService();
@@ -25,8 +25,8 @@ class WindowsSystemService : public SystemService {
   std::string CommandLineText() override;
   std::string EnvironmentEntry(int index) override;
 
-  // The file system's stamps follow a coarser clock: that of a file written right after this call
-  // can lie some milliseconds before it.
+  // File times follow a coarser clock: a file written right after this call may have a time some
+  // milliseconds earlier.
   WallTime Now() override;
   TimeOfDay LocalTimeOfDay() override;
   std::string ShortDate() override;
@@ -36,16 +36,16 @@ class WindowsSystemService : public SystemService {
   TextCodec Codec() override { return TextCodec::kSingleByte; }
   std::optional<PageCharacters> SystemPage() override;
   bool HasRedirectedStore() override { return true; }
-  // As if "explorer " and the file's path were typed; its window is minimised and takes the focus.
+  // As if "explorer " and the file's path were typed. Its window is minimised and takes the focus.
   void StartFileBrowser(const std::string& file) override;
 
  private:
   std::string program_folder_;
   std::string executable_name_;
-  UINT console_output_ = 0;  // the console's own code pages; 0 without a console
+  UINT console_output_ = 0;  // the console's code page before; 0 without a console
   UINT console_input_ = 0;
 
-  std::string time_text_;  // of that second of the day
+  std::string time_text_;  // text of that second of the day
   WORD time_text_second_ = 60;
   WORD time_text_minute_ = 60;
   WORD time_text_hour_ = 24;
@@ -53,7 +53,7 @@ class WindowsSystemService : public SystemService {
 
 namespace windows {
 
-// The arguments behind the program's name in the system's command line `line`.
+// The arguments after the program's name in the system's command line `line`.
 std::vector<std::string> ArgumentsOf(const wchar_t* line);
 
 }  // namespace windows

@@ -1,5 +1,5 @@
-// A stop event sets a flag; the next one is left to the system, so that a run that does not look at
-// the flag any more can still be ended.
+// The first stop event sets a flag. The next one is left to the system, so that even a run that no
+// longer checks the flag can be ended.
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -12,8 +12,8 @@ namespace {
 
 constexpr int kUsualColumns = 80;
 
-// When the console is closed the process ends with the handler of that event; the system itself
-// waits no longer than this.
+// When the console is closed, the process ends as soon as the handler returns. The system waits no
+// longer than this.
 constexpr DWORD kTimeToEnd = 5000;  // ms
 
 std::atomic<bool> stop_requested = false;
@@ -47,7 +47,7 @@ int TerminalColumns() {
   return kUsualColumns;
 }
 
-// No wait is broken off by an event.
+// An event interrupts no wait.
 void InstallStopSignals(WaitsAtStop /*waits*/) { SetConsoleCtrlHandler(NoteStopEvent, TRUE); }
 
 bool StopRequested() { return stop_requested; }

@@ -1,4 +1,4 @@
-// Moments as the system gives them, as moments of the program.
+// Converts the system's times to the program's.
 #pragma once
 
 #include <algorithm>
@@ -11,8 +11,8 @@
 
 namespace morvex::windows {
 
-// The system counts steps of 100 nanoseconds from 1601 on. A moment outside the years 1677 to 2262,
-// which a file can be given, becomes the nearest one inside.
+// The system counts units of 100 nanoseconds since 1601. A file may have a time outside the years
+// 1677 to 2262; it becomes the nearest one inside.
 inline WallTime ToWallTime(const FILETIME& moment) {
   constexpr std::int64_t kFrom1601To1970 = 116'444'736'000'000'000;
   constexpr std::int64_t kNanosecondsPerStep = 100;

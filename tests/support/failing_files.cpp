@@ -28,31 +28,51 @@ class FailingInput : public InputFile {
   std::unique_ptr<InputFile> file_;
 };
 
-class FailingOutput : public OutputFile {
+class FailingWorkFile : public WorkFile {
  public:
-  FailingOutput(FailingFiles& files, std::string path, std::unique_ptr<OutputFile> file)
-      : files_(files), path_(std::move(path)), file_(std::move(file)) {}
+  FailingWorkFile(FailingFiles& files, const std::string& path, std::unique_ptr<WorkFile> file)
+      : WorkFile(path), files_(files), file_(std::move(file)) {}
 
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
-    const ErrorNumber error = files_.Ask("WriteAt", path_);
+    const ErrorNumber error = files_.Ask("WriteAt", path());
     if (error != ErrorNumber::kNone) return error;
-    if (!files_.IsShort(FaultKind::kShortWrite, "WriteAt", path_)) {
+    if (!files_.IsShort(FaultKind::kShortWrite, "WriteAt", path())) {
       return file_->WriteAt(offset, bytes);
     }
     file_->WriteAt(offset, bytes.substr(0, bytes.size() / 2));
     return files_.fault_.error;
   }
 
+  // Closes the file even if it returns an error.
   ErrorNumber Close() override {
-    const ErrorNumber error = files_.Ask("Close", path_);
+    const ErrorNumber error = files_.Ask("Close", path());
     const ErrorNumber closing = file_->Close();
     return error != ErrorNumber::kNone ? error : closing;
   }
 
+  ErrorNumber CopyTo(const std::string& to) override {
+    const ErrorNumber error = files_.Ask("CopyTo", to);
+    return error != ErrorNumber::kNone ? error : file_->CopyTo(to);
+  }
+
+  ErrorNumber MoveTo(const std::string& to, const KeepGoing& keep_going) override {
+    const ErrorNumber error = files_.Ask("MoveTo", to);
+    return error != ErrorNumber::kNone ? error : file_->MoveTo(to, keep_going);
+  }
+
+  ErrorNumber MoveToFreeName(const std::string& to) override {
+    const ErrorNumber error = files_.Ask("MoveToFreeName", to);
+    return error != ErrorNumber::kNone ? error : file_->MoveToFreeName(to);
+  }
+
+  ErrorNumber Discard() override {
+    const ErrorNumber error = files_.Ask("Discard", path());
+    return error != ErrorNumber::kNone ? error : file_->Discard();
+  }
+
  private:
   FailingFiles& files_;
-  std::string path_;
-  std::unique_ptr<OutputFile> file_;
+  std::unique_ptr<WorkFile> file_;
 };
 
 void FailingFiles::Set(const Fault& fault) {
@@ -163,14 +183,14 @@ Result<std::unique_ptr<InputFile>> FailingFiles::OpenForReading(const std::strin
       std::make_unique<FailingInput>(*this, path, std::move(file.value)));
 }
 
-Result<std::unique_ptr<OutputFile>> FailingFiles::CreateFile(const std::string& path,
-                                                             std::uint32_t permissions) {
-  const ErrorNumber error = Ask("CreateFile", path);
+Result<std::unique_ptr<WorkFile>> FailingFiles::CreateWorkFile(const std::string& path,
+                                                               std::uint32_t permissions) {
+  const ErrorNumber error = Ask("CreateWorkFile", path);
   if (error != ErrorNumber::kNone) return error;
-  Result<std::unique_ptr<OutputFile>> file = files_.CreateFile(path, permissions);
+  Result<std::unique_ptr<WorkFile>> file = files_.CreateWorkFile(path, permissions);
   if (!file) return file;
-  return std::unique_ptr<OutputFile>(
-      std::make_unique<FailingOutput>(*this, path, std::move(file.value)));
+  return std::unique_ptr<WorkFile>(
+      std::make_unique<FailingWorkFile>(*this, path, std::move(file.value)));
 }
 
 ErrorNumber FailingFiles::AppendToFile(const std::string& path, std::string_view bytes) {

@@ -1,5 +1,5 @@
-// A file service that hands every call on to another one, but lets chosen calls fail: the N-th, or
-// all from the N-th on. Calls on open files count too.
+// A file service that passes every call on to another one, except that the N-th call fails, or
+// every call from the N-th on. Calls on open files count too.
 #pragma once
 
 #include <memory>
@@ -11,9 +11,9 @@
 namespace morvex::test {
 
 enum class FaultKind {
-  kError,       // any call: it does nothing and gives the error
-  kShortRead,   // a read of an open file: it gives half of the bytes, at least one
-  kShortWrite,  // a write or an appending: half of the bytes arrive, then comes the error
+  kError,       // any call: does nothing but return the error
+  kShortRead,   // ReadAt: returns half of the bytes, at least one
+  kShortWrite,  // WriteAt and AppendToFile: write half of the bytes and return the error
 };
 
 struct Fault {
@@ -23,7 +23,8 @@ struct Fault {
   bool from_then_on = false;
 };
 
-// A call that was made to fail: its name ("LookUpFile", "ReadAt", ...) and its path.
+// A call that was made to fail: its name ("LookUpFile", "ReadAt", ...) and its path; of two paths
+// the second.
 struct FailedCall {
   std::string name;
   std::string path;
@@ -31,15 +32,15 @@ struct FailedCall {
 
 class FailingFiles : public FileService {
  public:
-  // `files` must outlive it, and it its open files.
+  // `files` must outlive this object, and this object the files it opened.
   explicit FailingFiles(FileService& files) : files_(files) {}
 
-  // Counts anew.
+  // Sets the fault and counts calls from 0 again.
   void Set(const Fault& fault);
 
   const std::vector<FailedCall>& failed() const { return failed_; }
   bool HasFailed(const std::string& name) const;
-  // Calls, comma-parted, for a failure's text.
+  // The first failed calls, separated by commas, for a test's failure message.
   std::string Description() const;
 
   char Separator() const override { return files_.Separator(); }
@@ -61,19 +62,20 @@ class FailingFiles : public FileService {
   ErrorNumber MoveToFreeName(const std::string& from, const std::string& to) override;
   ErrorNumber DeleteFile(const std::string& path) override;
   Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) override;
-  Result<std::unique_ptr<OutputFile>> CreateFile(const std::string& path,
-                                                 std::uint32_t permissions) override;
+  Result<std::unique_ptr<WorkFile>> CreateWorkFile(const std::string& path,
+                                                   std::uint32_t permissions) override;
   ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) override;
   ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
 
  private:
   friend class FailingInput;
-  friend class FailingOutput;
+  friend class FailingWorkFile;
 
-  // The error of a call that is to do nothing.
+  // Counts the call; returns the error if it must fail, else kNone.
   ErrorNumber Ask(const char* name, const std::string& path);
-  // Whether a call of the kind is to be short.
+  // Counts the call; true if it must be a short read or write of this kind.
   bool IsShort(FaultKind kind, const char* name, const std::string& path);
+  // Counts the call; true if the fault hits it.
   bool Counts(const char* name, const std::string& path);
 
   FileService& files_;

@@ -27,26 +27,43 @@ class MemoryInput : public InputFile {
   std::size_t size_;  // when it was opened
 };
 
-class MemoryOutput : public OutputFile {
+}  // namespace
+
+// Moving, copying and discarding work on the path, as they do for whoever holds the service itself.
+class MemoryWorkFile : public WorkFile {
  public:
-  MemoryOutput(MemoryFiles& files, std::string path, std::shared_ptr<std::string> bytes)
-      : files_(files), path_(std::move(path)), bytes_(std::move(bytes)) {}
+  MemoryWorkFile(MemoryFiles& files, const std::string& path, std::shared_ptr<std::string> bytes)
+      : WorkFile(path), files_(files), bytes_(std::move(bytes)) {}
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
-    const ErrorNumber error = files_.Asked("WriteAt", path_);
+    const ErrorNumber error = files_.Asked("WriteAt", path());
     if (error != ErrorNumber::kNone) return error;
     if (bytes_->size() < offset + bytes.size()) bytes_->resize(offset + bytes.size());
     bytes_->replace(offset, bytes.size(), bytes);
     return ErrorNumber::kNone;
   }
-  ErrorNumber Close() override { return files_.Asked("Close", path_); }
+  ErrorNumber Close() override { return files_.Asked("Close", path()); }
+  ErrorNumber CopyTo(const std::string& to) override {
+    const ErrorNumber error = files_.Asked("CopyTo", to);
+    return error != ErrorNumber::kNone ? error : files_.Copy(path(), to, {});
+  }
+  ErrorNumber MoveTo(const std::string& to, const KeepGoing& keep_going) override {
+    const ErrorNumber error = files_.Asked("MoveTo", to);
+    return error != ErrorNumber::kNone ? error : files_.Move(path(), to, keep_going);
+  }
+  ErrorNumber MoveToFreeName(const std::string& to) override {
+    // A test that makes a move fail means either kind.
+    const ErrorNumber error = files_.Asked("MoveTo", to);
+    return error != ErrorNumber::kNone ? error : files_.MoveToFree(path(), to);
+  }
+  ErrorNumber Discard() override {
+    const ErrorNumber error = files_.Asked("Discard", path());
+    return error != ErrorNumber::kNone ? error : files_.Delete(path());
+  }
 
  private:
   MemoryFiles& files_;
-  std::string path_;
   std::shared_ptr<std::string> bytes_;
 };
-
-}  // namespace
 
 MemoryFiles::MemoryFiles(char separator) : separator_(separator) { AddFolder(Root()); }
 
@@ -242,7 +259,29 @@ ErrorNumber MemoryFiles::CreateFolder(const std::string& path) {
 
 ErrorNumber MemoryFiles::CopyFile(const std::string& from, const std::string& to,
                                   const KeepGoing& keep_going) {
-  if (const ErrorNumber error = Asked("CopyFile", to); error != ErrorNumber::kNone) return error;
+  const ErrorNumber error = Asked("CopyFile", to);
+  return error != ErrorNumber::kNone ? error : Copy(from, to, keep_going);
+}
+
+ErrorNumber MemoryFiles::MoveFile(const std::string& from, const std::string& to,
+                                  const KeepGoing& keep_going) {
+  const ErrorNumber error = Asked("MoveFile", to);
+  return error != ErrorNumber::kNone ? error : Move(from, to, keep_going);
+}
+
+ErrorNumber MemoryFiles::MoveToFreeName(const std::string& from, const std::string& to) {
+  // A test that makes a move fail means either kind.
+  const ErrorNumber error = Asked("MoveFile", to);
+  return error != ErrorNumber::kNone ? error : MoveToFree(from, to);
+}
+
+ErrorNumber MemoryFiles::DeleteFile(const std::string& path) {
+  const ErrorNumber error = Asked("DeleteFile", path);
+  return error != ErrorNumber::kNone ? error : Delete(path);
+}
+
+ErrorNumber MemoryFiles::Copy(const std::string& from, const std::string& to,
+                              const KeepGoing& keep_going) {
   const Node* source = from.empty() ? nullptr : Find(Resolve(from, true));
   if (source == nullptr || source->kind != Kind::kFile) return ErrorNumber::kFileNotFound;
   if (to.empty()) return ErrorNumber::kPathNotFound;
@@ -261,35 +300,23 @@ ErrorNumber MemoryFiles::CopyFile(const std::string& from, const std::string& to
   return ErrorNumber::kNone;
 }
 
-ErrorNumber MemoryFiles::MoveFile(const std::string& from, const std::string& to,
-                                  const KeepGoing& keep_going) {
-  if (const ErrorNumber error = Asked("MoveFile", to); error != ErrorNumber::kNone) return error;
-  const FailCall kept = std::exchange(fail, nullptr);
-  ErrorNumber error = CopyFile(from, to, keep_going);
-  if (error == ErrorNumber::kNone) error = DeleteFile(from);
-  fail = kept;
-  return error;
+ErrorNumber MemoryFiles::Move(const std::string& from, const std::string& to,
+                              const KeepGoing& keep_going) {
+  const ErrorNumber error = Copy(from, to, keep_going);
+  return error != ErrorNumber::kNone ? error : Delete(from);
 }
 
-ErrorNumber MemoryFiles::MoveToFreeName(const std::string& from, const std::string& to) {
-  // Whoever makes a move fail means either kind.
-  if (const ErrorNumber error = Asked("MoveFile", to); error != ErrorNumber::kNone) return error;
+ErrorNumber MemoryFiles::MoveToFree(const std::string& from, const std::string& to) {
   const Node* source = from.empty() ? nullptr : Find(Resolve(from, false));
   if (source == nullptr) return ErrorNumber::kFileNotFound;
   if (source->kind != Kind::kFile) return ErrorNumber::kPathFileAccess;
   if (!moves_in_one_step) return ErrorNumber::kPathFileAccess;
   if (Find(Resolve(to, false)) != nullptr) return ErrorNumber::kFileAlreadyExists;
   if (to.empty() || !IsFolder(Parent(Resolve(to, false)))) return ErrorNumber::kPathNotFound;
-  const FailCall kept = std::exchange(fail, nullptr);
-  ErrorNumber error = CopyFile(from, to, {});
-  if (error == ErrorNumber::kNone) error = DeleteFile(from);
-  fail = kept;
-  return error;
+  return Move(from, to, {});
 }
 
-ErrorNumber MemoryFiles::DeleteFile(const std::string& path) {
-  if (const ErrorNumber error = Asked("DeleteFile", path); error != ErrorNumber::kNone)
-    return error;
+ErrorNumber MemoryFiles::Delete(const std::string& path) {
   const std::string deleted = Resolve(path, false);
   if (path.empty() || Find(deleted) == nullptr) return ErrorNumber::kFileNotFound;
   if (IsFolder(deleted)) return ErrorNumber::kPathFileAccess;
@@ -307,16 +334,16 @@ Result<std::unique_ptr<InputFile>> MemoryFiles::OpenForReading(const std::string
   return std::unique_ptr<InputFile>(std::make_unique<MemoryInput>(*this, path, node->bytes));
 }
 
-Result<std::unique_ptr<OutputFile>> MemoryFiles::CreateFile(const std::string& path,
-                                                            std::uint32_t permissions) {
-  if (const ErrorNumber error = Asked("CreateFile", path); error != ErrorNumber::kNone)
+Result<std::unique_ptr<WorkFile>> MemoryFiles::CreateWorkFile(const std::string& path,
+                                                              std::uint32_t permissions) {
+  if (const ErrorNumber error = Asked("CreateWorkFile", path); error != ErrorNumber::kNone)
     return error;
   const std::string made = Resolve(path, false);
   if (path.empty() || !IsFolder(Parent(made))) return ErrorNumber::kPathNotFound;
   if (Find(made) != nullptr) return ErrorNumber::kFileAlreadyExists;
   Node& node = Make(made, Kind::kFile);
   node.permissions = permissions;
-  return std::unique_ptr<OutputFile>(std::make_unique<MemoryOutput>(*this, path, node.bytes));
+  return std::unique_ptr<WorkFile>(std::make_unique<MemoryWorkFile>(*this, path, node.bytes));
 }
 
 ErrorNumber MemoryFiles::AppendToFile(const std::string& path, std::string_view bytes) {

@@ -1,5 +1,5 @@
-// A file system in memory, for tests of the core that need no disk: any separator, any listing
-// order, chosen calls made to fail.
+// A file system in memory, for tests of the core that need no disk. It has either separator and
+// lists folders in the order in which tests made the entries. A test can make chosen calls fail.
 #pragma once
 
 #include <cstdint>
@@ -13,24 +13,25 @@
 
 namespace morvex::test {
 
-// Asked before every call with the call's name ("CreateFile", "ReadAt", ...) and path; an error
-// that it gives is the call's result, and nothing is done.
+// Called before every call, with the call's name ("CreateWorkFile", "ReadAt", ...) and its path; of
+// two paths the second. If it returns an error, the call does nothing but return that error.
 using FailCall = std::function<ErrorNumber(const std::string& call, const std::string& path)>;
 
 class MemoryFiles : public FileService {
  public:
-  // Drive-letter paths ("C:\a") are absolute with separator '\\', paths from the root with '/'.
+  // With the separator '\\' absolute paths start with a drive letter ("C:\a"), with '/' they start
+  // with it.
   explicit MemoryFiles(char separator = '/');
 
-  // Set-up: parents are made as needed, an existing node is replaced. Listings are in order of
-  // making.
+  // Set-up. Missing parent folders are created; an existing file, folder or link is replaced.
   void AddFolder(const std::string& path);
   void AddFile(const std::string& path, const std::string& bytes, WallTime modified = {},
                std::uint32_t permissions = 0644);
   void AddLink(const std::string& path, const std::string& leads_to);
   void AddPipe(const std::string& path);
 
-  // Look at what is there; a test fails loudly on a file that does not exist (throws out_of_range).
+  // What is on the disk now. Bytes and Permissions throw out_of_range for a missing file, which
+  // fails the test.
   bool Has(const std::string& path) const { return nodes_.contains(path); }
   bool IsFolder(const std::string& path) const;
   bool IsLink(const std::string& path) const;
@@ -38,11 +39,11 @@ class MemoryFiles : public FileService {
     return *nodes_.at(Absolute(path)).bytes;
   }
   std::uint32_t Permissions(const std::string& path) const { return nodes_.at(path).permissions; }
-  // Paths of everything below `folder`, sorted; folders end in the separator.
+  // Paths of all files, links and folders below `folder`, sorted; folders end in the separator.
   std::vector<std::string> Below(const std::string& folder) const;
 
   FailCall fail;
-  // False: sources and targets lie on different file systems, as it were.
+  // False: MoveToFreeName fails, as between two file systems.
   bool moves_in_one_step = true;
   DriveSpace drive{1'000'000'000, 400'000'000};
   std::int64_t calls = 0;
@@ -62,15 +63,18 @@ class MemoryFiles : public FileService {
   ErrorNumber MoveToFreeName(const std::string& from, const std::string& to) override;
   ErrorNumber DeleteFile(const std::string& path) override;
   Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) override;
-  Result<std::unique_ptr<OutputFile>> CreateFile(const std::string& path,
-                                                 std::uint32_t permissions) override;
+  Result<std::unique_ptr<WorkFile>> CreateWorkFile(const std::string& path,
+                                                   std::uint32_t permissions) override;
   ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) override;
   ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
 
-  // ReadAt and WriteAt of the open files ask through this too.
+  // Every call counts itself here first, those of open files too. Returns the error that `fail`
+  // chooses for it.
   ErrorNumber Asked(const char* call, const std::string& path);
 
  private:
+  friend class MemoryWorkFile;
+
   enum class Kind { kFile, kFolder, kLink, kPipe };
   struct Node {
     Kind kind = Kind::kFile;
@@ -78,15 +82,21 @@ class MemoryFiles : public FileService {
     std::string leads_to;                // of a link
     WallTime modified{};
     std::uint32_t permissions = 0644;
-    std::uint64_t number = 0;  // identity, and the order of making
+    std::uint64_t number = 0;  // its identity; grows in the order of creation
   };
+
+  // The calls of these names, without asking.
+  ErrorNumber Copy(const std::string& from, const std::string& to, const KeepGoing& keep_going);
+  ErrorNumber Move(const std::string& from, const std::string& to, const KeepGoing& keep_going);
+  ErrorNumber MoveToFree(const std::string& from, const std::string& to);
+  ErrorNumber Delete(const std::string& path);
 
   std::string Absolute(const std::string& path) const;
   std::string Root() const;
   std::string Parent(const std::string& path) const;
   std::string Name(const std::string& path) const;
-  // Absolute path with links resolved, the last name's only with `last_too`; empty when a link
-  // leads nowhere.
+  // The absolute path with links resolved; a link in the last name only with `last_too`. Empty if
+  // the links form a loop.
   std::string Resolve(const std::string& path, bool last_too) const;
   const Node* Find(const std::string& path) const;
   Node& Make(const std::string& path, Kind kind);

@@ -35,7 +35,7 @@ class CallFaults : public SystemTest, public ::testing::WithParamInterface<CallF
   void StartAnew() {
     for (const char* folder : {"src", "out"}) fs::remove_all(scene_.At(folder));
     Put(source_);
-    scene_.Write("src/sub/tijdel.enc", kLeftOver);
+    scene_.Write("src/sub/tijdel.enc", kStaleWorkFile);
     scene_.MakeFolder("out");
     for (const auto& [name, bytes] : old_) scene_.Write("out/" + name, bytes);
     for (const std::string& name : scene_.ProgramFolderNames()) {
@@ -72,7 +72,7 @@ class CallFaults : public SystemTest, public ::testing::WithParamInterface<CallF
     }
   }
 
-  static constexpr const char* kLeftOver = "of an earlier run";
+  static constexpr const char* kStaleWorkFile = "of an earlier run";
   const Files source_ = {{"a.txt", "ab1"}, {"b.bin", "ab2"}, {"sub/c.txt", Text(9000)}};
   const Files old_ = {{"a.txt", "an old copy"}, {"b.bin", "another"}};
   const Files right_ = Copied(source_);
@@ -92,7 +92,7 @@ TEST_P(CallFaults, LeaveNothingHalfMadeAndAreTold) {
         << "status " << result.status << (whole ? "" : ", and a file is missing");
     EXPECT_EQ(result.status == 0, WithoutRemarks(result.errors).empty()) << result.errors;
     for (const auto& [name, bytes] : Source()) {
-      if (source_.contains(name) || bytes == kLeftOver) continue;
+      if (source_.contains(name) || bytes == kStaleWorkFile) continue;
       EXPECT_TRUE(struck == "unlinkat" &&
                   result.errors.find("Left in the source") != std::string::npos)
           << name << " is left and nobody is told";

@@ -191,7 +191,7 @@ TEST_F(HostileTree, APipeWhereACopyBelongsStaysAndIsNamed) {
   ExpectTold(result, "src/a.txt: Error 75: Path/File access error: no copy could be made at: ");
 }
 
-TEST_F(HostileTree, AFileOfTheTemporaryNameIsALeftOverAndNeverCopied) {
+TEST_F(HostileTree, AFileOfTheWorkFileNameIsAStaleWorkFileAndNeverCopied) {
   Put({{"tijdel.enc", "somebody's ab"}, {"a.txt", "ab1"}, {"sub/tijdel.enc", "ab"}});
   ExpectOnly(
       Run(), 0,
@@ -202,7 +202,7 @@ TEST_F(HostileTree, AFileOfTheTemporaryNameIsALeftOverAndNeverCopied) {
   EXPECT_EQ(scene_.Read("src/sub/tijdel.enc"), "ab") << "no file needed the name there";
 }
 
-TEST_F(HostileTree, AFolderOfTheTemporaryNameIsWalkedAndFailsTheFilesBesideIt) {
+TEST_F(HostileTree, AFolderOfTheWorkFileNameIsWalkedAndFailsTheFilesBesideIt) {
   const Files source = {{"tijdel.enc/in.txt", "ab1"}, {"a.txt", "ab2"}, {"b.bin", "ab3"}};
   Put(source);
   const ProgramResult result = Run();
@@ -212,7 +212,7 @@ TEST_F(HostileTree, AFolderOfTheTemporaryNameIsWalkedAndFailsTheFilesBesideIt) {
   ExpectTold(result, "src/a.txt: Error 75: Path/File access error: the temporary file beside it: ");
 }
 
-TEST_F(HostileTree, ALinkOfTheTemporaryNameIsNotWrittenThrough) {
+TEST_F(HostileTree, ALinkOfTheWorkFileNameIsNotWrittenThrough) {
   Put({{"a.txt", "ab1"}});
   scene_.Write("elsewhere", "kept");
   Link("../elsewhere", "src/tijdel.enc");

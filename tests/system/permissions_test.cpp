@@ -90,7 +90,7 @@ TEST_F(Permissions, ALinkIntoAFolderThatMayNotBeSearchedIsNamed) {
   ExpectTold(result, "Error 70: Permission denied");
 }
 
-TEST_F(Permissions, ASourceFolderThatTakesNoTemporaryFileFailsItsFilesAndChangesNothing) {
+TEST_F(Permissions, ASourceFolderThatTakesNoWorkFileFailsItsFilesAndChangesNothing) {
   const ProgramResult result = RunWith({{"src", 0555}});
   EXPECT_EQ(result.status, 3);
   ExpectNothingWrong(source_);

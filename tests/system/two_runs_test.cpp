@@ -15,7 +15,7 @@ namespace {
 class TwoRuns : public SystemTest {
  protected:
   // A temporary file that is being written has been claimed: an empty one need not be yet.
-  void AwaitTemporaryFile() const {
+  void AwaitWorkFile() const {
     const std::filesystem::path path = scene_.At("src/tijdel.enc");
     Await("bytes in " + path.string(), [&] {
       std::error_code none;
@@ -64,7 +64,7 @@ TEST_F(TwoRuns, AStoppedOneIsNotWaitedForForEver) {
                whole_run::UsualSettings(scene_.At("src"), scene_.At("out2"), scene_.At("list")));
   ProgramResult other;
   const ProgramResult one = Run({{}, [&](pid_t process) {
-                                   AwaitTemporaryFile();
+                                   AwaitWorkFile();
                                    kill(process, SIGSTOP);
                                    other = RunJob("job2.dat");
                                    kill(process, SIGCONT);

@@ -59,7 +59,7 @@ bool ReportPlace::SparesOwnPlaces() {
     if (IsSamePlace(program_, path_, place)) return Refuse("is " + (what + std::string(kAnother)));
   }
   for (const std::string& path : {path_, RealPlace(program_, path_)}) {
-    if (!IsTemporaryName(program_, NameIn(program_, path))) continue;
+    if (!IsWorkFileName(program_, NameIn(program_, path))) continue;
     return Refuse(std::string("has the name of the file that a run works on") + kAnother);
   }
   return true;
@@ -122,10 +122,8 @@ bool ReportPlace::HasRoom() {
 // name too, and no look at files and folders tells of them.
 ErrorNumber ReportPlace::Probe(const std::string& path) {
   FileService& files = program_.host.files;
-  Result<std::unique_ptr<OutputFile>> made = files.CreateFile(path, 0);
-  if (!made) return made.error;
-  made.value.reset();
-  return files.DeleteFile(path);
+  const Result<std::unique_ptr<WorkFile>> made = files.CreateWorkFile(path, 0);
+  return made ? made.value->Discard() : made.error;
 }
 
 bool ReportPlace::Put(const std::string& report) {

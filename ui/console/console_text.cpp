@@ -26,7 +26,7 @@ std::string FailuresByError(const RunState& run) {
 }
 
 // As in "/s/a.txt: Error 70: Permission denied: the source folder must be writable: /s".
-std::string FailureNote(const FileFailure& failure) {
+std::string FailureNote(const Outcome& failure) {
   std::string note = Printable(failure.path) + ": " + ErrorLine(failure.error);
   if (failure.cause != FailureCause::kNone) {
     note += ": " + std::string(CauseText(failure.cause)) + ": " + Printable(failure.error_path);
@@ -66,8 +66,8 @@ std::string StopNotes(const RunState& run) {
   if (run.disk_full)
     notes += "The disk is full: the run ended there, the target is not complete.\n";
   if (!run.cut_short.empty()) notes += "Cut short: " + Printable(run.cut_short) + "\n";
-  if (!run.left_temporary.empty()) {
-    notes += "Left in the source: " + Printable(run.left_temporary) + "\n";
+  if (!run.left_work_file.empty()) {
+    notes += "Left in the source: " + Printable(run.left_work_file) + "\n";
   }
   return notes;
 }

@@ -1,16 +1,17 @@
 #include "core/engine/passes/file_step.h"
 
 #include <chrono>
+#include <memory>
+#include <utility>
 
 #include "core/engine/passes/outcomes.h"
-#include "core/engine/passes/process_file.h"
 #include "core/engine/passes/progress.h"
 #include "core/program/paths.h"
 
 namespace morvex {
 namespace {
 
-// How long a temporary file of another run is waited for: about five seconds.
+// How long to wait for another run's work file: kMostWaits times kWait, about five seconds.
 constexpr std::chrono::milliseconds kWait{15};
 constexpr int kMostWaits = 333;
 
@@ -21,34 +22,32 @@ KeepGoing UntilStopped(Program& program) {
   };
 }
 
-// Processes the file once the name of the temporary file is free: of what an earlier run left, or
-// of another run's that works on the same source at this moment and is waited for.
-ProcessResult ProcessInTurn(Program& program, const std::string& folder, const std::string& name,
-                            const Result<FileInfo>& info, LeftOver left_over) {
-  bool taken = false;
+// Processes the file once the work file's name is free: deletes a stale work file, and waits for
+// another run that is working on the same source.
+Outcome ProcessInTurn(Program& program, const SourceFile& source, StaleWorkFile stale,
+                      std::unique_ptr<WorkFile>& work) {
+  bool name_is_taken = false;
   for (int waits = 0;; ++waits) {
     ErrorNumber freed = ErrorNumber::kNone;
-    if (info && (taken || left_over == LeftOver::kMayBe)) {
-      freed = DeleteLeftOver(program, folder, info.value, taken);
+    if (source.info && (name_is_taken || stale == StaleWorkFile::kListed)) {
+      freed = DeleteStaleWorkFile(program, source, name_is_taken);
     }
-    const ProcessResult result =
-        freed == ErrorNumber::kNone
-            ? ProcessFile(program, name, folder, info)
-            : TemporaryFailed(program, freed, TemporaryPath(program, folder));
-    taken = result.error == ErrorNumber::kFileAlreadyExists;
+    Outcome outcome = freed == ErrorNumber::kNone ? ProcessFile(program, source, work)
+                                                  : WorkFileFailed(program, source, freed);
+    name_is_taken = outcome.error == ErrorNumber::kFileAlreadyExists;
     const bool in_use = freed == ErrorNumber::kFileAlreadyOpen;
-    if ((!taken && !in_use) || program.Beeindigd || waits == kMostWaits) return result;
+    if ((!name_is_taken && !in_use) || program.Beeindigd || waits == kMostWaits) return outcome;
     if (in_use) program.host.user.WaitForEvents(kWait);
   }
 }
 
-// Whether a copy at `target`, a name that may be taken, would take the place of its own source.
+// Whether a copy at `target` would replace its own source. `taken`: that name may be taken.
 Result<bool> IsOwnSource(const Program& program, const FileInfo& source, const std::string& target,
                          bool taken) {
   const Result<bool> same = IsSameFile(program, source, target);
   if (!same || same.value || !taken) return same;
-  // Something is there that was not found: a link that leads nowhere, it seems. The source is not
-  // staked on that.
+  // The name is taken, but the look-up found no file: a link that leads nowhere, or a look-up that
+  // cannot be trusted. Compare the folders' identities, to keep the source safe from the latter.
   if (NameIn(program, target) != source.name) return false;
   FileService& files = program.host.files;
   const Result<FolderInfo> target_folder = files.LookUpFolder(FolderOf(program, target));
@@ -58,178 +57,125 @@ Result<bool> IsOwnSource(const Program& program, const FileInfo& source, const s
   return target_folder.value.identity == source_folder.value.identity;
 }
 
-// A stop request cuts the file short: what there is of it still reaches the target.
-CopyResult DeliverAtStop(Program& program, const std::string& temporary, const std::string& target,
-                         TemporaryAtStop at_stop) {
-  FileService& files = program.host.files;
-  const bool stays = at_stop == TemporaryAtStop::kStays;
-  const Result<FileInfo> partial = files.LookUpFile(temporary);
-  const ErrorNumber error =
-      stays ? files.CopyFile(temporary, target, {}) : files.MoveFile(temporary, target, {});
-  if (!stays && error != ErrorNumber::kNone) DropTemporary(program, temporary);
+// After a stop request: the part that was written still reaches the target.
+Outcome DeliverAtStop(Program& program, Outcome outcome, WorkFile& work, const std::string& target,
+                      WorkFileAtStop at_stop) {
+  const bool stays = at_stop == WorkFileAtStop::kStays;
+  const Result<FileInfo> partial = program.host.files.LookUpFile(work.path());
+  const ErrorNumber error = stays ? work.CopyTo(target) : work.MoveTo(target, {});
+  if (!stays && error != ErrorNumber::kNone) DiscardWorkFile(program, work);
   if (error == ErrorNumber::kNone) program.run.cut_short = target;
-  if (stays) program.run.left_temporary = temporary;
+  if (stays) program.run.left_work_file = work.path();
+  outcome.kind = OutcomeKind::kStopped;
   const bool is_there = error == ErrorNumber::kNone && partial;
-  return {CopyEnd::kStopped,
-          error,
-          target,
-          PassedOver::kNo,
-          FailureCause::kNone,
-          is_there ? static_cast<std::int64_t>(partial.value.size) : 0};
+  outcome.bytes = is_there ? static_cast<std::int64_t>(partial.value.size) : 0;
+  return outcome;
 }
 
-CopyResult Deliver(Program& program, const std::string& temporary, const std::string& target) {
-  FileService& files = program.host.files;
-  const ErrorNumber error = files.MoveFile(temporary, target, UntilStopped(program));
-  if (error == ErrorNumber::kNone) return {CopyEnd::kCopied, error, "", PassedOver::kNo};
+Outcome Deliver(Program& program, Outcome outcome, WorkFile& work, const std::string& target) {
+  const ErrorNumber error = work.MoveTo(target, UntilStopped(program));
+  if (error == ErrorNumber::kNone) return outcome;
   if (program.Beeindigd) {
-    program.run.left_temporary = temporary;
-    return {CopyEnd::kStopped, error, target, PassedOver::kNo};
+    program.run.left_work_file = work.path();
+    outcome.kind = OutcomeKind::kStopped;
+    outcome.bytes = 0;
+    return outcome;
   }
-  DropTemporary(program, temporary);
-  return {CopyEnd::kFailed, error, target, PassedOver::kNo, FailureCause::kTarget};
+  DiscardWorkFile(program, work);
+  return Failed(std::move(outcome), error, target, FailureCause::kTarget);
 }
 
-// Logs a copy that failed or was passed over. False when the disk is full, which ends the run.
-bool Report(Program& program, const CopyResult& copy, const std::string& path) {
-  if (copy.error == ErrorNumber::kDiskFull) {
+// Logs why a selected file has no copy. Returns false if the disk is full, which ends the run.
+bool LogMissingCopy(Program& program, const Outcome& outcome) {
+  if (outcome.error == ErrorNumber::kDiskFull) {
     program.Beeindigd = true;
     program.run.disk_full = true;
     return false;
   }
-  LogError(program, path, copy.error);
+  const bool passed_over = outcome.kind == OutcomeKind::kPassedOver;
+  LogError(program, outcome.path, passed_over ? ErrorNumber::kFileNotFound : outcome.error);
   return true;
 }
 
-// The total has the whole file from its start; of one that was stopped it keeps what its copy has.
+// BytesTotal already includes the whole file. For one that was stopped it keeps only the bytes that
+// its copy has.
 void CountStopped(Program& program, std::int64_t written) {
   program.run.BytesTotal = program.run.BytesBefore + written;
 }
 
-// A copy that fails is not logged: the log tells of the files that were to be processed.
-void CopyUnchanged(Program& program, const std::string& path, const Result<FileInfo>& info,
-                   const std::string& target, std::int64_t bytes) {
-  Outcome outcome;
+// A failure is not logged: the log tells only of files that were to be processed.
+void CopyUnchanged(Program& program, const SourceFile& source, const std::string& target) {
+  const std::string path = JoinPath(program, source.folder, source.name);
+  Outcome outcome = OutcomeOf(source);
   outcome.kind = OutcomeKind::kCopied;
-  outcome.path = outcome.error_path = path;
-  outcome.bytes = bytes;
-  outcome.error = program.host.files.CopyFile(path, target, UntilStopped(program));
-  if (outcome.error != ErrorNumber::kNone && program.Beeindigd) {
+  const ErrorNumber error = program.host.files.CopyFile(path, target, UntilStopped(program));
+  if (error != ErrorNumber::kNone && program.Beeindigd) {
     outcome.kind = OutcomeKind::kStopped;
     outcome.bytes = 0;
     CountStopped(program, 0);
-  } else if (outcome.error != ErrorNumber::kNone) {
-    outcome.kind = OutcomeKind::kFailed;
-    const bool may_be_itself = info && outcome.error == ErrorNumber::kPathFileAccess;
-    if (may_be_itself && IsSameFile(program, info.value, target).value) {
-      outcome.cause = FailureCause::kTargetIsSource;
-      outcome.error_path = target;
-    }
+  } else if (error != ErrorNumber::kNone) {
+    const bool may_be_itself = source.info && error == ErrorNumber::kPathFileAccess;
+    outcome = may_be_itself && IsSameFile(program, source.info.value, target).value
+                  ? Failed(std::move(outcome), error, target, FailureCause::kTargetIsSource)
+                  : Failed(std::move(outcome), error, source.path);
   }
   NoteOutcome(program, outcome);
   ++program.run.FilesSkipped;
 }
 
-OutcomeKind KindOf(CopyEnd end) {
-  switch (end) {
-    case CopyEnd::kCopied:
-      return OutcomeKind::kProcessed;
-    case CopyEnd::kPassedOver:
-      return OutcomeKind::kPassedOver;
-    case CopyEnd::kFailed:
-      return OutcomeKind::kFailed;
-    case CopyEnd::kStopped:
-      break;
-  }
-  return OutcomeKind::kStopped;
-}
-
 }  // namespace
 
-CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const std::string& name,
-                             const Result<FileInfo>& info, const std::string& target,
-                             TemporaryAtStop at_stop, LeftOver left_over) {
-  const std::string source = JoinPath(program, folder, name);
-  const std::string temporary = TemporaryPath(program, folder);
-  const ProcessResult result = ProcessInTurn(program, folder, name, info, left_over);
-  switch (result.end) {
-    case ProcessEnd::kSkipped:
-      return {CopyEnd::kPassedOver, ErrorNumber::kFileNotFound, source, result.why};
-    case ProcessEnd::kFailed:
-      return {CopyEnd::kFailed, result.error, result.path, PassedOver::kNo, result.cause};
-    case ProcessEnd::kProcessed:
-    case ProcessEnd::kStopped:
-      break;
-  }
-  FileService& files = program.host.files;
+Outcome MakeProcessedCopy(Program& program, const SourceFile& source, const std::string& target,
+                          WorkFileAtStop at_stop, StaleWorkFile stale) {
+  std::unique_ptr<WorkFile> work;
+  Outcome outcome = ProcessInTurn(program, source, stale, work);
+  if (work == nullptr) return outcome;
+  outcome.kind = OutcomeKind::kProcessed;
   bool taken = true;
   if (!program.Beeindigd) {
-    const ErrorNumber moved = files.MoveToFreeName(temporary, target);
-    if (moved == ErrorNumber::kNone) {
-      return {CopyEnd::kCopied, ErrorNumber::kNone, "", PassedOver::kNo};
-    }
+    const ErrorNumber moved = work->MoveToFreeName(target);
+    if (moved == ErrorNumber::kNone) return outcome;
     taken = moved == ErrorNumber::kFileAlreadyExists;
   }
-  const Result<bool> same = IsOwnSource(program, info.value, target, taken);
+  const Result<bool> same = IsOwnSource(program, source.info.value, target, taken);
   if (!same || same.value) {
-    DropTemporary(program, temporary);
-    if (!same) {
-      return {CopyEnd::kFailed, same.error, target, PassedOver::kNo, FailureCause::kTarget};
-    }
-    return {CopyEnd::kFailed, ErrorNumber::kPathFileAccess, target, PassedOver::kNo,
-            FailureCause::kTargetIsSource};
+    DiscardWorkFile(program, *work);
+    return same ? Failed(std::move(outcome), ErrorNumber::kPathFileAccess, target,
+                         FailureCause::kTargetIsSource)
+                : Failed(std::move(outcome), same.error, target, FailureCause::kTarget);
   }
-  return program.Beeindigd ? DeliverAtStop(program, temporary, target, at_stop)
-                           : Deliver(program, temporary, target);
-}
-
-Outcome OutcomeOf(const CopyResult& copy, std::string_view path, std::int64_t bytes,
-                  std::int64_t hits) {
-  Outcome outcome;
-  outcome.kind = KindOf(copy.end);
-  outcome.path = path;
-  outcome.why = copy.why;
-  if (copy.end == CopyEnd::kFailed) {
-    outcome.error = copy.error;
-    outcome.cause = copy.cause;
-    outcome.error_path = copy.path;
-  }
-  outcome.bytes = copy.end == CopyEnd::kStopped ? copy.written : bytes;
-  outcome.hits = hits;
-  return outcome;
+  return program.Beeindigd ? DeliverAtStop(program, std::move(outcome), *work, target, at_stop)
+                           : Deliver(program, std::move(outcome), *work, target);
 }
 
 bool HandleFile(Program& program, const std::string& folder, const std::string& name,
-                const std::string& target_folder, FolderPassKind pass, LeftOver left_over) {
+                const std::string& target_folder, FolderPassKind pass, StaleWorkFile stale) {
   const bool selected = IsSelectedExtension(program, name, pass);
   if (program.Beeindigd) return false;
   const std::string target = JoinPath(program, target_folder, name);
-  const std::string source = JoinPath(program, folder, name);
-  const Result<FileInfo> info = program.host.files.LookUpFile(source);
-  // In a drive's root the separator is doubled.
-  const std::string path = info ? info.value.path : FolderPathClean(program, source);
-  program.run.BytesBefore = program.run.BytesTotal;
-  program.run.FileOffset = 0;
-  const std::int64_t bytes = info ? static_cast<std::int64_t>(info.value.size) : 0;
-  program.run.BytesTotal += bytes;
+  const SourceFile source = LookUpSource(program, folder, name);
+  RunState& run = program.run;
+  run.BytesBefore = run.BytesTotal;
+  run.FileOffset = 0;
+  run.BytesTotal += OutcomeOf(source).bytes;
 
   if (selected) {
-    ++program.run.FilesDone;
-    program.run.Hits_Per_File = 0;
-    const CopyResult copy =
-        MakeProcessedCopy(program, folder, name, info, target, TemporaryAtStop::kStays, left_over);
-    NoteOutcome(program, OutcomeOf(copy, path, bytes, program.run.Hits_Per_File));
-    if (copy.end == CopyEnd::kStopped) CountStopped(program, copy.written);
+    ++run.FilesDone;
+    run.Hits_Per_File = 0;
+    Outcome outcome = MakeProcessedCopy(program, source, target, WorkFileAtStop::kStays, stale);
+    outcome.hits = run.Hits_Per_File;
+    NoteOutcome(program, outcome);
+    if (outcome.kind == OutcomeKind::kStopped) CountStopped(program, outcome.bytes);
     if (program.Beeindigd) return false;
-    if (copy.end != CopyEnd::kCopied && !Report(program, copy, path)) return false;
-    program.frmMorvex.lblFiles.caption = path;
+    if (outcome.kind != OutcomeKind::kProcessed && !LogMissingCopy(program, outcome)) return false;
+    program.frmMorvex.lblFiles.caption = source.path;
     YieldToWindows(program);
   } else {
-    CopyUnchanged(program, path, info, target, bytes);
+    CopyUnchanged(program, source, target);
   }
   ShowFileCounts(program, "Skipped: ");
-  ShowHits(program, program.run.HitsTotal);
-  ShowProgress(program, program.run.BytesTotal);
+  ShowHits(program, run.HitsTotal);
+  ShowProgress(program, run.BytesTotal);
   YieldToWindows(program);
   return true;
 }

@@ -1,58 +1,34 @@
-// What a folder pass does with one file, and the making of a processed copy, which it shares with
-// the single-file run.
+// What a folder pass does with one file. The single-file run shares MakeProcessedCopy.
 #pragma once
 
 #include <string>
 
 #include "core/engine/passes/extension_filter.h"
+#include "core/engine/passes/process_file.h"
 #include "core/program/program.h"
 #include "core/program/run_observer.h"
 
 namespace morvex {
 
-// How the copy of a selected file came out.
-enum class CopyEnd {
-  kCopied,
-  kPassedOver,  // a skip rule: the file gets no copy
-  kFailed,
-  kStopped,  // the target may hold a copy that is cut short
-};
+// Whether the work file stays beside its source when a stop request cuts the file short. In every
+// other case it is gone afterwards.
+enum class WorkFileAtStop { kStays, kGoes };
 
-struct CopyResult {
-  CopyEnd end = CopyEnd::kCopied;
-  ErrorNumber error = ErrorNumber::kNone;  // of the copy; kFileNotFound for a file passed over
-  std::string path;                        // of the file that the error is about
-  PassedOver why = PassedOver::kNo;        // it was passed over
-  FailureCause cause = FailureCause::kNone;
-  std::int64_t written = 0;  // of kStopped: bytes that the target's copy has
-};
+// Whether the listing of the file's folder has a stale work file. If so, it is deleted before the
+// file is processed; otherwise only if its name turns out to be taken.
+enum class StaleWorkFile { kListed, kNotListed };
 
-// What becomes of the temporary file when a stop request cuts the file short. In every other case
-// it is gone afterwards.
-enum class TemporaryAtStop { kStays, kGoes };
+// Processes the file and moves the result to the path `target`. After a stop request `target` gets
+// the part that was written. kPathFileAccess if `target` is the source file itself. Sets everything
+// of the outcome but `hits`.
+Outcome MakeProcessedCopy(Program& program, const SourceFile& source, const std::string& target,
+                          WorkFileAtStop at_stop, StaleWorkFile stale);
 
-// Whether the folder of a file may hold a temporary file that an earlier run left. Where it may,
-// the left-over is deleted before the file is looked at; elsewhere when its name turns out to be
-// taken.
-enum class LeftOver { kMayBe, kNotListed };
-
-// Processes the file `name` of `folder` and brings the result to the path `target`: whole, or after
-// a stop request as far as it got. A target that is the source file itself is kPathFileAccess.
-// `info` is what a look at the file just gave.
-CopyResult MakeProcessedCopy(Program& program, const std::string& folder, const std::string& name,
-                             const Result<FileInfo>& info, const std::string& target,
-                             TemporaryAtStop at_stop, LeftOver left_over);
-
-// The same as an outcome of the file at `path`; it points into `copy`.
-Outcome OutcomeOf(const CopyResult& copy, std::string_view path, std::int64_t bytes,
-                  std::int64_t hits);
-
-// Handles the file `name` of `folder`; its copy goes into `target_folder`. Both are full paths. The
-// outcome is noted. False when the pass must be left: Beeindigd is then set, by a stop request or
-// because the disk is full.
-
+// Handles the file `name` of `folder`; its copy goes into `target_folder`. Both folders are full
+// paths. Notes the outcome. Returns false if the pass must end; Beeindigd is then set, by a stop
+// request or because the disk is full.
 bool HandleFile(Program& program, const std::string& folder, const std::string& name,
                 const std::string& target_folder, FolderPassKind pass,
-                LeftOver left_over = LeftOver::kMayBe);
+                StaleWorkFile stale = StaleWorkFile::kListed);
 
 }  // namespace morvex

@@ -15,7 +15,7 @@
 namespace morvex {
 namespace {
 
-// Below this many bytes in use a drive gives no scale.
+// A drive with fewer bytes in use than this yields no scale.
 constexpr std::uint64_t kLeastInUse = 1000;
 
 void SetScale(Program& program, std::uint64_t bytes) {
@@ -23,7 +23,8 @@ void SetScale(Program& program, std::uint64_t bytes) {
   program.frmMorvex.ProgressBar1.SetMaximum(Scaled(bytes, program.run.ProgressScale));
 }
 
-// The scale from what is in use on the source's drive; false, after a message, when it gives none.
+// Sets the scale from the bytes in use on the source's drive. If it yields no scale, shows a
+// message and returns false.
 bool ScaleFromDrive(Program& program, const std::string& source) {
   const Result<DriveSpace> drive = program.host.files.LookUpDrive(source);
   const std::uint64_t in_use =
@@ -56,36 +57,31 @@ bool FixScale(Program& program, const std::string& source, const std::string& ta
 
 Outcome PassedOverAt(const std::string& path, PassedOver why) {
   Outcome outcome;
-  outcome.kind = OutcomeKind::kPassedOver;
   outcome.path = path;
-  outcome.why = why;
-  return outcome;
+  return PassedOverFor(std::move(outcome), why);
 }
 
-// A name that leads to no file and no folder.
+// Notes a name that leads to no file and no folder.
 void PassOverNoFile(Program& program, const std::string& path, EntryKind kind) {
   const bool is_broken = kind == EntryKind::kBrokenLink;
   Outcome outcome =
       PassedOverAt(path, is_broken ? PassedOver::kBrokenLink : PassedOver::kSpecialFile);
-  std::string leads_to;
   if (is_broken && program.observer != nullptr) {
-    leads_to = program.host.files.LinkText(path).value;
-    outcome.leads_to = leads_to;
+    outcome.leads_to = program.host.files.LinkText(path).value;
   }
   NoteOutcome(program, outcome);
 }
 
-// The run has ended: nothing was done with what the listing of `folder` has from `first` on, its
-// folders or all its other names.
-void TellNotReached(Program& program, const std::string& folder,
+// The run has ended early: notes entries of the folder's listing, from `first` on, as not reached.
+// `folders`: only its folders; otherwise all but its folders.
+void NoteNotReached(Program& program, const std::string& folder,
                     const std::vector<FolderEntry>& listing, std::size_t first, bool folders) {
   if (program.observer == nullptr) return;
   for (std::size_t i = first; i < listing.size(); ++i) {
     if ((listing[i].kind == EntryKind::kFolder) != folders) continue;
-    const std::string path = FolderPathClean(program, JoinPath(program, folder, listing[i].name));
     Outcome outcome;
     outcome.kind = OutcomeKind::kNotReached;
-    outcome.path = path;
+    outcome.path = FolderPathClean(program, JoinPath(program, folder, listing[i].name));
     outcome.is_folder = folders;
     NoteOutcome(program, outcome);
   }
@@ -94,27 +90,28 @@ void TellNotReached(Program& program, const std::string& folder,
 void HandleFiles(Program& program, const std::string& folder,
                  const std::vector<FolderEntry>& listing, const std::string& target_folder,
                  FolderPassKind pass) {
-  const bool has_left_over =
-      std::any_of(listing.begin(), listing.end(),
-                  [&](const FolderEntry& entry) { return IsTemporaryName(program, entry.name); });
-  const LeftOver left_over = has_left_over ? LeftOver::kMayBe : LeftOver::kNotListed;
+  const auto is_stale = [&](const FolderEntry& entry) {
+    return IsWorkFileName(program, entry.name);
+  };
+  const StaleWorkFile stale = std::any_of(listing.begin(), listing.end(), is_stale)
+                                  ? StaleWorkFile::kListed
+                                  : StaleWorkFile::kNotListed;
   for (std::size_t i = 0; i < listing.size(); ++i) {
     const FolderEntry& entry = listing[i];
-    if (program.Beeindigd) return TellNotReached(program, folder, listing, i, false);
+    if (program.Beeindigd) return NoteNotReached(program, folder, listing, i, false);
     if (entry.kind == EntryKind::kFolder) continue;
-    // A left-over temporary file is no file of the source.
-    const bool is_left_over = IsTemporaryName(program, entry.name);
-    if (is_left_over || entry.kind != EntryKind::kFile) {
+    // A stale work file is not a file of the source.
+    if (is_stale(entry) || entry.kind != EntryKind::kFile) {
       const std::string path = FolderPathClean(program, JoinPath(program, folder, entry.name));
-      if (is_left_over) {
-        NoteOutcome(program, PassedOverAt(path, PassedOver::kTemporaryFile));
+      if (is_stale(entry)) {
+        NoteOutcome(program, PassedOverAt(path, PassedOver::kStaleWorkFile));
       } else {
         PassOverNoFile(program, path, entry.kind);
       }
       continue;
     }
-    if (!HandleFile(program, folder, entry.name, target_folder, pass, left_over)) {
-      return TellNotReached(program, folder, listing, i + 1, false);
+    if (!HandleFile(program, folder, entry.name, target_folder, pass, stale)) {
+      return NoteNotReached(program, folder, listing, i + 1, false);
     }
     ShowHits(program, program.run.HitsTotal);
     YieldToWindows(program);
@@ -132,7 +129,7 @@ bool IsLeftOut(const std::string& folder, const std::string& target_folder) {
   });
 }
 
-// The two folders that a pass starts from.
+// The two folders at which a pass starts.
 struct OpenedFolders {
   ErrorNumber error = ErrorNumber::kNone;
   std::string source;
@@ -159,7 +156,7 @@ class TreeWalk {
 
   ErrorNumber error() const { return rules_.error(); }
 
-  // Handles the sub-folders of the two folders' source, depth first.
+  // Handles the sub-folders of `folders.source`, depth first.
   void Run(OpenedFolders folders) {
     walk_.Start({std::move(folders.source), std::move(folders.target), std::move(folders.listing)});
     while (const FolderEntry* entry = walk_.Next()) {
@@ -168,7 +165,7 @@ class TreeWalk {
       if (!program_.Beeindigd) {
         SubFolder(entry->name, walk_.level().target);
       } else {
-        TellNotReached(program_, walk_.level().source, {*entry}, 0, true);
+        NoteNotReached(program_, walk_.level().source, {*entry}, 0, true);
       }
     }
   }
@@ -180,7 +177,7 @@ class TreeWalk {
     NoteOutcome(program_, outcome);
   }
 
-  // The sub-folder's own files; its sub-folders come next.
+  // Handles the sub-folder's own files; the walk goes on with its sub-folders.
   void SubFolder(const std::string& name, const std::string& target) {
     FileService& files = program_.host.files;
     const std::string source_path = JoinPath(program_, walk_.level().source, name);
@@ -192,12 +189,13 @@ class TreeWalk {
     const Result<PassedOver> why = rules_.WhyNotEntered(source.value);
     if (!why) return Fail(path, why.error);
     if (why.value != PassedOver::kNo) return PassOverFolder(path, why.value);
-    // Made before the words are looked at: a folder that is left out stands empty in the target.
+    // Created before IsLeftOut is asked: a folder that is left out is an empty folder in the
+    // target.
     const std::string target_path = Normaliseer(program_, JoinPath(program_, target, name));
     if (!FolderExists(program_, target_path)) files.CreateFolderLike(target_path, source.value);
     const Result<FolderInfo> made = files.LookUpFolder(target_path);
-    // One that could not be made is met by its files. One that cannot be looked at may lie
-    // anywhere.
+    // If the folder could not be created, each of its files will fail. If it cannot be looked up,
+    // it may lie anywhere, even in the source.
     const ErrorNumber error =
         made && !rules_.MayWriteInto(made.value) ? ErrorNumber::kPathFileAccess : made.error;
     if (error != ErrorNumber::kNone && error != ErrorNumber::kPathNotFound) {
@@ -230,7 +228,7 @@ ErrorNumber FolderPrepass(Program& program, const std::string& source, const std
   const OpenedFolders folders = OpenFolders(program, source, target);
   if (folders.error != ErrorNumber::kNone) return folders.error;
   HandleFiles(program, folders.source, folders.listing, folders.target, FolderPassKind::kPrepass);
-  if (program.Beeindigd) TellNotReached(program, folders.source, folders.listing, 0, true);
+  if (program.Beeindigd) NoteNotReached(program, folders.source, folders.listing, 0, true);
   return ErrorNumber::kNone;
 }
 

@@ -1,10 +1,10 @@
-// A folder run: FolderPrepass handles the files that lie directly in the source and fixes the
-// progress scale, FolderWalk then visits every sub-folder, depth first, each folder's files before
-// its sub-folders.
+// A folder run. FolderPrepass handles the files that lie directly in the source and sets the scale
+// of the progress bar. FolderWalk then visits every sub-folder, depth first: a folder's files come
+// before its sub-folders.
 //
 // A selected file is processed and the result copied to the target under the file's name; every
-// other file is copied unchanged. Both go on after every error; the run driver looks at Beeindigd
-// afterwards.
+// other file is copied unchanged. Errors of single files and sub-folders do not end a pass. After
+// both, the run driver checks Beeindigd.
 #pragma once
 
 #include <string>
@@ -13,7 +13,8 @@
 
 namespace morvex {
 
-// An error is one of the source or target folder itself, without which nothing could be done.
+// Each returns an error only if the source or target folder itself is unusable; nothing is done
+// then.
 ErrorNumber FolderPrepass(Program& program, const std::string& source, const std::string& target);
 ErrorNumber FolderWalk(Program& program, const std::string& source, const std::string& target);
 

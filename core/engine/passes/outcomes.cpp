@@ -1,18 +1,35 @@
 #include "core/engine/passes/outcomes.h"
 
+#include <utility>
+
 #include "core/program/run_log.h"
 
 namespace morvex {
 namespace {
 
-// A name that only the run itself makes, and folders that are no part of the source, are missed by
-// nobody.
+// False for what nobody misses in the target: stale work files, and folders that are not part of
+// the source.
 bool IsMissed(PassedOver why) {
-  return why != PassedOver::kTemporaryFile && why != PassedOver::kTargetFolder &&
+  return why != PassedOver::kStaleWorkFile && why != PassedOver::kTargetFolder &&
          why != PassedOver::kLoop;
 }
 
 }  // namespace
+
+Outcome Failed(Outcome outcome, ErrorNumber error, const std::string& error_path,
+               FailureCause cause) {
+  outcome.kind = OutcomeKind::kFailed;
+  outcome.error = error;
+  outcome.error_path = error_path;
+  outcome.cause = cause;
+  return outcome;
+}
+
+Outcome PassedOverFor(Outcome outcome, PassedOver why) {
+  outcome.kind = OutcomeKind::kPassedOver;
+  outcome.why = why;
+  return outcome;
+}
 
 void NoteOutcome(Program& program, const Outcome& outcome) {
   RunState& run = program.run;
@@ -24,10 +41,7 @@ void NoteOutcome(Program& program, const Outcome& outcome) {
     ++(outcome.is_folder ? run.left_out_by_reason : run.passed_over_by_reason)[outcome.why];
   }
   if (outcome.kind == OutcomeKind::kFailed) {
-    if (run.failed_files++ == 0) {
-      run.first_failure = {std::string(outcome.path), outcome.error, outcome.cause,
-                           std::string(outcome.error_path)};
-    }
+    if (run.failed_files++ == 0) run.first_failure = outcome;
     ++run.failed_by_error[outcome.error];
   }
   if (program.observer != nullptr) program.observer->OnOutcome(outcome);
@@ -45,7 +59,7 @@ std::string_view ReasonText(PassedOver why) {
       return "changed after the run started";
     case PassedOver::kNameEnding:
       return "the name ends in \"cle\"";
-    case PassedOver::kTemporaryFile:
+    case PassedOver::kStaleWorkFile:
       return "the temporary file of an earlier run, by its name";
     case PassedOver::kTargetFolder:
       return "the target folder";
@@ -67,7 +81,7 @@ std::string_view CauseText(FailureCause cause) {
       break;
     case FailureCause::kSourceFolder:
       return "the source folder must be writable";
-    case FailureCause::kTemporaryFile:
+    case FailureCause::kWorkFile:
       return "the temporary file beside it";
     case FailureCause::kTarget:
       return "no copy could be made at";
@@ -79,11 +93,9 @@ std::string_view CauseText(FailureCause cause) {
 
 void NoteFailedFolder(Program& program, const std::string& path, ErrorNumber error) {
   Outcome outcome;
-  outcome.kind = OutcomeKind::kFailed;
-  outcome.path = outcome.error_path = path;
+  outcome.path = path;
   outcome.is_folder = true;
-  outcome.error = error;
-  NoteOutcome(program, outcome);
+  NoteOutcome(program, Failed(std::move(outcome), error, path));
 }
 
 void LogError(const Program& program, const std::string& path, ErrorNumber error) {

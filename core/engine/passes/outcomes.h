@@ -1,5 +1,4 @@
-// What became of a file or folder, in one place: the run's counts of what has no copy, its
-// observer, and the lines that the run log holds of an error.
+// What is done with an outcome: the run counts it, tells its observer, and logs errors.
 #pragma once
 
 #include <string>
@@ -10,21 +9,25 @@
 
 namespace morvex {
 
-// Counts a file or folder that has no copy (of the first failure it keeps path and error), and
-// tells the run's observer of every outcome.
+// The same outcome as a failure, or as passed over.
+Outcome Failed(Outcome outcome, ErrorNumber error, const std::string& error_path,
+               FailureCause cause = FailureCause::kNone);
+Outcome PassedOverFor(Outcome outcome, PassedOver why);
+
+// Adds the outcome to the run's counts, keeps it if it is the run's first failure, and tells the
+// run's observer.
 void NoteOutcome(Program& program, const Outcome& outcome);
 
 // Why a file or folder was passed over, in words that follow a colon; empty for kNo.
 std::string_view ReasonText(PassedOver why);
 
-// What stands behind a failure, in words behind which the path that the error is about may follow;
-// empty for kNone.
+// The cause of a failure, in words after which the error's path may follow; empty for kNone.
 std::string_view CauseText(FailureCause cause);
 
-// A folder that could not be copied, for itself.
+// Notes that the folder at `path` itself could not be copied.
 void NoteFailedFolder(Program& program, const std::string& path, ErrorNumber error);
 
-// The two lines of the run log: the path, then the error.
+// Writes two lines to the run log: the path, then the error.
 void LogError(const Program& program, const std::string& path, ErrorNumber error);
 
 }  // namespace morvex

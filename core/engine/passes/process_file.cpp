@@ -2,9 +2,11 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "core/engine/passes/file_bytes.h"
+#include "core/engine/passes/outcomes.h"
 #include "core/engine/passes/progress.h"
 #include "core/engine/passes/run_engine.h"
 #include "core/engine/passes/skip_rules.h"
@@ -14,7 +16,7 @@
 namespace morvex {
 namespace {
 
-// Keeps the counters, the labels and the window alive while a file is substituted.
+// Updates the counters and labels, and handles window events, while a file is substituted.
 class RunWatcher : public SubstitutionWatcher {
  public:
   explicit RunWatcher(Program& program) : program_(program) {}
@@ -24,7 +26,7 @@ class RunWatcher : public SubstitutionWatcher {
     any_hit_ = true;
     program_.run.Hits_Per_File += count;
     program_.run.HitsTotal += count;
-    // The label shows the hits before the last one.
+    // The label shows one hit less than there are.
     hits_shown_ = program_.run.HitsTotal - 1;
   }
 
@@ -48,16 +50,13 @@ class RunWatcher : public SubstitutionWatcher {
   bool any_hit_ = false;
 };
 
-ProcessResult Failed(ErrorNumber error, const std::string& path) {
-  return {ProcessEnd::kFailed, error, path, PassedOver::kNo};
-}
-
-// Substitutes from the one open file into the other; `error` is that of either file.
-SubstitutionEnd SubstituteFile(Program& program, InputFile& source, OutputFile& temporary,
+// Substitutes from one open file into the other and closes the latter. `error` becomes the error of
+// whichever file failed, or kNone.
+SubstitutionEnd SubstituteFile(Program& program, InputFile& source, OutputFile& work,
                                ErrorNumber& error) {
   RunEngine& engine = EngineOf(program);
   FileSource from(source);
-  FileSink to(temporary);
+  FileSink to(work);
   engine.input.Open(from);
   engine.output.Open(to);
   RunWatcher watcher(program);
@@ -68,104 +67,125 @@ SubstitutionEnd SubstituteFile(Program& program, InputFile& source, OutputFile& 
   return end;
 }
 
+// A copy that came to nothing has no replacements: takes those of the current file back.
+class HitsBefore {
+ public:
+  explicit HitsBefore(const RunState& run)
+      : per_file_(run.Hits_Per_File), of_rows_(run.hits_of_rows) {}
+
+  void Restore(RunState& run) {
+    run.HitsTotal -= run.Hits_Per_File - per_file_;
+    run.Hits_Per_File = per_file_;
+    run.hits_of_rows = std::move(of_rows_);
+  }
+
+ private:
+  std::int64_t per_file_;
+  std::vector<std::int64_t> of_rows_;
+};
+
 }  // namespace
 
-std::string TemporaryPath(const Program& program, const std::string& folder) {
-  return Normaliseer(program, JoinPath(program, folder, kTemporaryName));
+SourceFile LookUpSource(const Program& program, const std::string& folder,
+                        const std::string& name) {
+  const std::string path = JoinPath(program, folder, name);
+  SourceFile source{folder, name, program.host.files.LookUpFile(path), {}};
+  // In a drive's root JoinPath doubles the separator.
+  source.path = source.info ? source.info.value.path : FolderPathClean(program, path);
+  return source;
 }
 
-ProcessResult TemporaryFailed(const Program& program, ErrorNumber error,
-                              const std::string& temporary) {
+Outcome OutcomeOf(const SourceFile& source) {
+  Outcome outcome;
+  outcome.path = source.path;
+  if (source.info) outcome.bytes = static_cast<std::int64_t>(source.info.value.size);
+  return outcome;
+}
+
+std::string WorkFilePath(const Program& program, const std::string& folder) {
+  return Normaliseer(program, JoinPath(program, folder, kWorkFileName));
+}
+
+Outcome WorkFileFailed(const Program& program, const SourceFile& source, ErrorNumber error) {
+  const std::string path = WorkFilePath(program, source.folder);
   if (error == ErrorNumber::kPermissionDenied) {
-    return {ProcessEnd::kFailed, error, FolderOf(program, temporary), PassedOver::kNo,
-            FailureCause::kSourceFolder};
+    return Failed(OutcomeOf(source), error, FolderOf(program, path), FailureCause::kSourceFolder);
   }
-  return {ProcessEnd::kFailed, error, temporary, PassedOver::kNo, FailureCause::kTemporaryFile};
+  return Failed(OutcomeOf(source), error, path, FailureCause::kWorkFile);
 }
 
-ErrorNumber DeleteLeftOver(Program& program, const std::string& folder, const FileInfo& source,
-                           bool taken) {
+ErrorNumber DeleteStaleWorkFile(Program& program, const SourceFile& source, bool name_is_taken) {
   FileService& files = program.host.files;
-  const std::string temporary = TemporaryPath(program, folder);
-  if (IsTemporaryName(program, source.name)) return ErrorNumber::kPathFileAccess;
-  const Result<FileInfo> found = files.LookUpFile(temporary);
+  const std::string path = WorkFilePath(program, source.folder);
+  if (IsWorkFileName(program, source.info.value.name)) return ErrorNumber::kPathFileAccess;
+  const Result<FileInfo> found = files.LookUpFile(path);
   if (found.error == ErrorNumber::kFileNotFound) {
-    if (!taken) return ErrorNumber::kNone;
+    if (!name_is_taken) return ErrorNumber::kNone;
   } else if (!found) {
     return found.error;
-  } else if (found.value.identity == source.identity) {
+  } else if (found.value.identity == source.info.value.identity) {
     return ErrorNumber::kPathFileAccess;
   }
-  const ErrorNumber error = files.DeleteFile(temporary);
+  const ErrorNumber error = files.DeleteFile(path);
   if (error != ErrorNumber::kNone && error != ErrorNumber::kFileNotFound) return error;
-  if (program.run.left_temporary == temporary) program.run.left_temporary.clear();
+  if (program.run.left_work_file == path) program.run.left_work_file.clear();
   return ErrorNumber::kNone;
 }
 
-void DropTemporary(Program& program, const std::string& temporary) {
-  if (program.host.files.DeleteFile(temporary) != ErrorNumber::kNone) {
-    program.run.left_temporary = temporary;
-  }
+void DiscardWorkFile(Program& program, WorkFile& work) {
+  if (work.Discard() != ErrorNumber::kNone) program.run.left_work_file = work.path();
 }
 
-ProcessResult ProcessFile(Program& program, const std::string& name, const std::string& folder) {
-  return ProcessFile(program, name, folder,
-                     program.host.files.LookUpFile(JoinPath(program, folder, name)));
-}
-
-ProcessResult ProcessFile(Program& program, const std::string& name, const std::string& folder,
-                          const Result<FileInfo>& source) {
+Outcome ProcessFile(Program& program, const SourceFile& source, std::unique_ptr<WorkFile>& work) {
   FileService& files = program.host.files;
-  const SkipDecision skip = DecideSkip(
-      program, name, folder, source ? std::optional(source.value.modified) : std::nullopt);
-  if (skip.counted) {
-    gLog(program, "SKIP " + name);
+  Outcome outcome = OutcomeOf(source);
+  const Result<FileInfo>& info = source.info;
+  const PassedOver why = WhyPassedOver(program, source.name, source.folder,
+                                       info ? std::optional(info.value.modified) : std::nullopt);
+  if (why == PassedOver::kNameEnding) {
+    gLog(program, "SKIP " + source.name);
     ++program.run.FilesSkipped;
   }
-  if (skip.why != PassedOver::kNo) return {ProcessEnd::kSkipped, ErrorNumber::kNone, "", skip.why};
-  if (!source) {
-    return Failed(source.error, FolderPathClean(program, JoinPath(program, folder, name)));
-  }
-  program.frmMorvex.lblFiles.caption = source.value.path;
+  if (why != PassedOver::kNo) return PassedOverFor(std::move(outcome), why);
+  if (!info) return Failed(std::move(outcome), info.error, source.path);
+  program.frmMorvex.lblFiles.caption = source.path;
   YieldToWindows(program);
 
-  const std::string source_path = Normaliseer(program, JoinPath(program, folder, name));
-  const std::string temporary_path = TemporaryPath(program, folder);
+  const std::string source_path =
+      Normaliseer(program, JoinPath(program, source.folder, source.name));
+  const std::string work_path = WorkFilePath(program, source.folder);
   const Result<std::unique_ptr<InputFile>> input = files.OpenForReading(source_path);
-  if (!input) return Failed(input.error, source.value.path);
-  const Result<std::unique_ptr<OutputFile>> output =
-      files.CreateFile(temporary_path, source.value.permissions);
-  if (!output) return TemporaryFailed(program, output.error, temporary_path);
+  if (!input) return Failed(std::move(outcome), input.error, source.path);
+  Result<std::unique_ptr<WorkFile>> made = files.CreateWorkFile(work_path, info.value.permissions);
+  if (!made) return WorkFileFailed(program, source, made.error);
 
-  const std::int64_t hits_before = program.run.Hits_Per_File;
-  const std::vector<std::int64_t> hits_of_rows_before = program.run.hits_of_rows;
+  HitsBefore hits_before(program.run);
   ErrorNumber error = ErrorNumber::kNone;
-  const SubstitutionEnd end = SubstituteFile(program, *input.value, *output.value, error);
+  const SubstitutionEnd end = SubstituteFile(program, *input.value, *made.value, error);
   if (end == SubstitutionEnd::kNoProgress) program.Beeindigd = true;
-  const bool stopped = error == ErrorNumber::kNone && end != SubstitutionEnd::kWholeFile;
-  if (stopped) return {ProcessEnd::kStopped, ErrorNumber::kNone, "", PassedOver::kNo};
+  if (error == ErrorNumber::kNone && end != SubstitutionEnd::kWholeFile) {
+    work = std::move(made.value);
+    outcome.kind = OutcomeKind::kStopped;
+    return outcome;
+  }
   const Result<bool> changed = input.value->HasChanged();
   if (error != ErrorNumber::kNone || !changed || changed.value) {
-    // A copy that comes to nothing has no replacements.
-    program.run.HitsTotal -= program.run.Hits_Per_File - hits_before;
-    program.run.Hits_Per_File = hits_before;
-    program.run.hits_of_rows = hits_of_rows_before;
-    DropTemporary(program, temporary_path);
-    const bool of_output = error != ErrorNumber::kNone && end != SubstitutionEnd::kReadFailed;
-    if (error == ErrorNumber::kNone) error = changed.error;
-    if (error == ErrorNumber::kNone) {
-      return {ProcessEnd::kSkipped, error, "", PassedOver::kChangedMeanwhile};
+    hits_before.Restore(program.run);
+    DiscardWorkFile(program, *made.value);
+    if (error != ErrorNumber::kNone && end != SubstitutionEnd::kReadFailed) {
+      return Failed(std::move(outcome), error, work_path, FailureCause::kWorkFile);
     }
-    if (!of_output) return Failed(error, source.value.path);
-    return {ProcessEnd::kFailed, error, temporary_path, PassedOver::kNo,
-            FailureCause::kTemporaryFile};
+    if (error == ErrorNumber::kNone) error = changed.error;
+    if (error != ErrorNumber::kNone) return Failed(std::move(outcome), error, source.path);
+    return PassedOverFor(std::move(outcome), PassedOver::kChangedMeanwhile);
   }
 
   ShowFileCounts(program, "Sipped: ");
   ShowHits(program, program.run.HitsTotal);
-  gLog(program, source.value.path + "  ----  Hits: " + std::to_string(program.run.Hits_Per_File));
+  gLog(program, source.path + "  ----  Hits: " + std::to_string(program.run.Hits_Per_File));
   YieldToWindows(program);
-  return {ProcessEnd::kProcessed, ErrorNumber::kNone, "", PassedOver::kNo};
+  work = std::move(made.value);
+  return outcome;
 }
 
 }  // namespace morvex

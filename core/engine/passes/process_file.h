@@ -1,7 +1,8 @@
-// Processes one source file: the skip rules, then the substitution of its bytes into the temporary
-// file beside it. The source file is only read.
+// Processes one source file: applies the skip rules, then substitutes its bytes into a work file
+// beside it. The source file is only read.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "core/program/program.h"
@@ -9,47 +10,43 @@
 
 namespace morvex {
 
-enum class ProcessEnd {
-  kProcessed,  // the temporary file holds the whole result
-  kSkipped,    // by a skip rule; there is no temporary file
-  kStopped,    // the temporary file holds the bytes that were written before the stop
-  kFailed,     // there is no temporary file
+struct SourceFile {
+  std::string folder;     // full path of its folder
+  std::string name;       // its last name
+  Result<FileInfo> info;  // the result of looking it up just now
+  std::string path;       // as it is shown and logged
 };
+SourceFile LookUpSource(const Program& program, const std::string& folder, const std::string& name);
 
-struct ProcessResult {
-  ProcessEnd end = ProcessEnd::kProcessed;
-  ErrorNumber error = ErrorNumber::kNone;  // why it is kFailed
-  std::string path;                        // of the file that the error is about
-  PassedOver why = PassedOver::kNo;        // it is kSkipped
-  FailureCause cause = FailureCause::kNone;
-};
+// The outcome with which every file starts: path and size are known.
+Outcome OutcomeOf(const SourceFile& source);
 
-// A failure that has to do with the temporary file at `temporary`: where the folder takes none, it
-// is about the folder.
-ProcessResult TemporaryFailed(const Program& program, ErrorNumber error,
-                              const std::string& temporary);
+// Path of the work file for the files of `folder`. Empty once the program is to stop.
+std::string WorkFilePath(const Program& program, const std::string& folder);
 
-// Path of the temporary file for the files of `folder`; empty once the program is to stop.
-std::string TemporaryPath(const Program& program, const std::string& folder);
+// The outcome of `source` when an error of the work file leaves it without a copy. If the folder
+// forbids work files, the error is about the folder.
+Outcome WorkFileFailed(const Program& program, const SourceFile& source, ErrorNumber error);
 
-// Deletes a temporary file that an earlier run left in `folder`, so that no byte of it reaches the
-// copy of the file `source`, which is processed next. kNone also when there was none;
-// kPathFileAccess, and nothing deleted, when that file is the temporary file itself, by name or by
-// link. What goes by the name and is no file is deleted only with `taken`: the name has just turned
-// out to be taken.
-ErrorNumber DeleteLeftOver(Program& program, const std::string& folder, const FileInfo& source,
-                           bool taken);
+// Deletes a stale work file in the folder of `source`, which is processed next, so that no byte of
+// it reaches the copy. kNone if there is none. kPathFileAccess, with nothing deleted, if `source`
+// itself is that file, by name or by a link. A link, pipe or device of that name is deleted only if
+// `name_is_taken`: creating the work file has just failed for that reason.
+ErrorNumber DeleteStaleWorkFile(Program& program, const SourceFile& source, bool name_is_taken);
 
-// Deletes the temporary file of a copy that came to nothing. Where that fails the run remembers
-// that it is left.
-void DropTemporary(Program& program, const std::string& temporary);
+// Discards the work file of a copy that came to nothing. If that fails, the run remembers that the
+// file is left.
+void DiscardWorkFile(Program& program, WorkFile& work);
 
-// `name` is the file's bare name, `folder` the full path of its folder. The caller sets
-// Hits_Per_File and BytesBefore before, and copies and deletes the temporary file after. A file
-// that has the temporary file's name already stays as it is: kFailed with kFileAlreadyExists.
-// `source` is what a look at the file just gave.
-ProcessResult ProcessFile(Program& program, const std::string& name, const std::string& folder,
-                          const Result<FileInfo>& source);
-ProcessResult ProcessFile(Program& program, const std::string& name, const std::string& folder);
+// Returns one of
+//   kProcessed    `work` holds the whole result;
+//   kStopped      `work` holds what was written before the stop;
+//   kPassedOver   by a skip rule, or because the file changed while it was read; no work file;
+//   kFailed       no work file. With kFileAlreadyExists the work file's name was taken, and what
+//   has
+//                 it is unchanged.
+// The caller sets Hits_Per_File and BytesBefore before the call, and moves or discards `work` after
+// it.
+Outcome ProcessFile(Program& program, const SourceFile& source, std::unique_ptr<WorkFile>& work);
 
 }  // namespace morvex

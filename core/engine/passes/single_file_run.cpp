@@ -1,5 +1,8 @@
 #include "core/engine/passes/single_file_run.h"
 
+#include <utility>
+
+#include "core/engine/passes/file_step.h"
 #include "core/engine/passes/outcomes.h"
 #include "core/engine/passes/progress.h"
 #include "core/program/elapsed_time.h"
@@ -8,7 +11,7 @@
 
 namespace morvex {
 
-CopyResult SingleFileRun(Program& program, const std::string& source, const std::string& target) {
+Outcome SingleFileRun(Program& program, const std::string& source, const std::string& target) {
   RunState& run = program.run;
   MainForm& window = program.frmMorvex;
   const int start = SecondsOfDay(program.host.system.LocalTimeOfDay());
@@ -16,18 +19,24 @@ CopyResult SingleFileRun(Program& program, const std::string& source, const std:
   run.ProgressScale = ScaleFor(info.value.size);
   window.ProgressBar1.SetMaximum(Scaled(info.value.size, run.ProgressScale));
   window.ProgressBar1.SetValue(0);
-  if (program.Beeindigd) return {CopyEnd::kStopped, ErrorNumber::kNone, "", PassedOver::kNo};
-  CopyResult copy{CopyEnd::kFailed, info.error, source, PassedOver::kNo};
-  if (info) {
-    const FileInfo& file = info.value;
-    run.BytesTotal += static_cast<std::int64_t>(file.size);
-    gLog(program, JoinPath(program, file.folder, file.name));
-    copy = MakeProcessedCopy(program, file.folder, file.name, info, target, TemporaryAtStop::kGoes,
-                             LeftOver::kMayBe);
-    if (copy.end == CopyEnd::kStopped) run.BytesTotal = copy.written;
+  Outcome outcome;
+  outcome.path = source;
+  if (program.Beeindigd) {
+    outcome.kind = OutcomeKind::kStopped;
+    return outcome;
   }
-  NoteOutcome(program, OutcomeOf(copy, info ? info.value.path : source,
-                                 static_cast<std::int64_t>(info.value.size), run.HitsTotal));
+  if (info) {
+    const SourceFile file{info.value.folder, info.value.name, info, info.value.path};
+    run.BytesTotal += static_cast<std::int64_t>(info.value.size);
+    gLog(program, JoinPath(program, file.folder, file.name));
+    outcome =
+        MakeProcessedCopy(program, file, target, WorkFileAtStop::kGoes, StaleWorkFile::kListed);
+    if (outcome.kind == OutcomeKind::kStopped) run.BytesTotal = outcome.bytes;
+  } else {
+    outcome = Failed(std::move(outcome), info.error, source);
+  }
+  outcome.hits = run.HitsTotal;
+  NoteOutcome(program, outcome);
   run.FilesDone = 1;
   run.elapsed = ElapsedBetween(start, SecondsOfDay(program.host.system.LocalTimeOfDay()));
   window.lblTotalFiles.caption = "Scanned: 1 ";
@@ -35,7 +44,7 @@ CopyResult SingleFileRun(Program& program, const std::string& source, const std:
   window.lblPercentage.caption = "Hits: " + std::to_string(run.HitsTotal) + "\r\nDone !";
   ShowProgress(program, run.BytesTotal);
   YieldToWindows(program);
-  return copy;
+  return outcome;
 }
 
 }  // namespace morvex

@@ -1,16 +1,16 @@
-// The run for a source that is one file.
+// The run for a source that is a single file.
 #pragma once
 
 #include <string>
 
-#include "core/engine/passes/file_step.h"
 #include "core/program/program.h"
+#include "core/program/run_observer.h"
 
 namespace morvex {
 
-// `target` is the full path of the copy, no folder. Labels and log do not tell whether the copy was
-// made; the result and the outcome that is noted do. kStopped, with nothing done, when the program
-// is to stop already.
-CopyResult SingleFileRun(Program& program, const std::string& source, const std::string& target);
+// `target` is the full path of the copy, not of a folder. Notes and returns the outcome, which
+// alone tells whether the copy was made: labels and log do not. If the program is to stop already,
+// does nothing, notes nothing and returns kStopped.
+Outcome SingleFileRun(Program& program, const std::string& source, const std::string& target);
 
 }  // namespace morvex

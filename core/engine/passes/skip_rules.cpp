@@ -12,16 +12,16 @@ namespace {
 
 constexpr std::string_view kProgramName = "Morvex";
 
-// The name without its extension and the character before it. A name without "." so loses its last
-// character.
+// The name without its extension and the character before the extension. A name without a "." thus
+// loses its last character.
 std::string_view BaseName(std::string_view name) {
   const std::size_t extension = FileExtension(name).size() + 1;
   return name.substr(0, name.size() - std::min(name.size(), extension));
 }
 
 bool InLeftOutFolder(const std::string& folder) {
-  // The words are compared with an upper-cased path, so the mixed-case one never occurs: such a
-  // folder is left out by the walk alone.
+  // The path is compared in upper case, so the mixed-case word never matches: only the walk leaves
+  // out that folder.
   constexpr std::array<std::string_view, 4> kWords = {"RECYCLED", "RECYCLER",
                                                       "System Volume Information", "_RESTORE"};
   const std::string path = UpperCase(folder);
@@ -31,17 +31,15 @@ bool InLeftOutFolder(const std::string& folder) {
 
 }  // namespace
 
-SkipDecision DecideSkip(const Program& program, const std::string& name, const std::string& folder,
-                        const std::optional<WallTime>& modified) {
-  if (BaseName(name) == kProgramName) return {PassedOver::kOwnFile};
-  if (name == "Morvex.exe") return {PassedOver::kOwnFile};
-  // The base name has already caught the run log; the rule keeps its place behind that one.
-  if (name == "Morvex.log") return {PassedOver::kOwnFile, true};
-  if (name == program.host.system.ExecutableName() + ".exe") return {PassedOver::kOwnFile};
-  if (InLeftOutFolder(folder)) return {PassedOver::kRecycleBin};
-  if (modified && *modified >= program.run.ArmedAt) return {PassedOver::kChangedMeanwhile};
-  if (name.ends_with("cle")) return {PassedOver::kNameEnding, true};
-  return {};
+PassedOver WhyPassedOver(const Program& program, const std::string& name, const std::string& folder,
+                         const std::optional<WallTime>& modified) {
+  // Among others "Morvex.exe" and the run log, "Morvex.log".
+  if (BaseName(name) == kProgramName) return PassedOver::kOwnFile;
+  if (name == program.host.system.ExecutableName() + ".exe") return PassedOver::kOwnFile;
+  if (InLeftOutFolder(folder)) return PassedOver::kRecycleBin;
+  if (modified && *modified >= program.run.ArmedAt) return PassedOver::kChangedMeanwhile;
+  if (name.ends_with("cle")) return PassedOver::kNameEnding;
+  return PassedOver::kNo;
 }
 
 }  // namespace morvex

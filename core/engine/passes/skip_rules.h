@@ -9,17 +9,11 @@
 
 namespace morvex {
 
-struct SkipDecision {
-  PassedOver why = PassedOver::kNo;  // kNo: the file is processed
-  bool counted = false;              // logged as "SKIP " and the name, and counted in FilesSkipped
-  bool operator==(const SkipDecision&) const = default;
-};
-
-// Never processed: the program's own files, files in recycle-bin and restore folders, files that
-// changed after the run was armed (`modified`; without it that test is passed over), names that end
-// in "cle". Comparisons are exact, letter case included; `folder` is the full path of the file's
-// folder.
-SkipDecision DecideSkip(const Program& program, const std::string& name, const std::string& folder,
-                        const std::optional<WallTime>& modified);
+// Returns why the file is passed over; kNo: it is processed. Passed over are the program's own
+// files, files in recycle-bin and restore folders, files modified after the run was armed (not
+// tested if `modified` is empty), and names that end in "cle". Comparisons are exact, letter case
+// included. `folder` is the full path of the file's folder.
+PassedOver WhyPassedOver(const Program& program, const std::string& name, const std::string& folder,
+                         const std::optional<WallTime>& modified);
 
 }  // namespace morvex

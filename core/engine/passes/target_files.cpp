@@ -9,7 +9,7 @@
 namespace morvex {
 namespace {
 
-// Every name that is no folder counts; so does a link, whatever it leads to.
+// Counts every name that is not a folder, links included.
 Result<std::int64_t> CountFiles(Program& program, const std::string& folder) {
   std::vector<std::string> folders = {folder};
   std::int64_t count = 0;
@@ -44,7 +44,8 @@ void CountOtherFiles(Program& program, const std::string& target) {
   const Result<std::int64_t> count = CountFiles(program, target);
   if (program.Beeindigd) return;
   run.other_files_error = count.error;
-  // Two names of the source can be one in the target.
+  // Two files of the source may have the same name in the target, so the difference can be
+  // negative.
   if (count) run.other_files = std::max(count.value - run.copies, std::int64_t{0});
 }
 

@@ -1,5 +1,5 @@
-// What a target folder holds beside the copies of a run. Copies of an earlier run, made with an
-// earlier list, may hold names that this run took out.
+// What a target folder contains besides the copies of a run. Copies from an earlier run, made with
+// an earlier list, may contain names that this run replaced.
 #pragma once
 
 #include <cstdint>
@@ -9,14 +9,15 @@
 
 namespace morvex {
 
-// Notes whether the folder holds anything, before the run puts its copies there.
+// Notes whether the folder is empty. Call it before the run.
 void LookAtTarget(Program& program, const std::string& target);
 
-// After the run: how many files in the folder and below are none of its copies. Goes through the
-// folder only if it held something before. Nothing is noted when a stop request comes meanwhile.
+// Notes how many files in the folder and below are not copies of this run. Call it after the run.
+// Searches the folder only if it was not empty before. Notes nothing if a stop request comes
+// meanwhile.
 void CountOtherFiles(Program& program, const std::string& target);
 
-// What the person is told of it, in one sentence; empty when there is nothing to tell.
+// One sentence for the user about these files; empty if there are none.
 std::string OtherFilesNote(const RunState& run);
 
 }  // namespace morvex

@@ -1,11 +1,10 @@
-// How a folder run finds its way in a source tree that may hold links and may overlap with the
-// target.
+// Which folders a folder run enters, in a source tree that may contain links and may overlap with
+// the target.
 //
-// A link to a folder is followed, unless it leads to a folder on the current path, which would
-// never end. Folders that link to each other can be reached on more paths than anybody could copy:
-// links lead into one and the same folder a bounded number of times. The target is never walked
-// into, and nothing of a copy is written into the source folder itself or through a link. Folders
-// are compared by identity, not by name.
+// A link to a folder is followed unless the folder is on the current path; that would never end.
+// Folders that link to each other can be reached on very many paths, so links are followed into the
+// same folder only kMostVisitsByLinks times. The target is never entered. Copies are never written
+// into the source folder itself or through a link. Folders are compared by identity, not by name.
 #pragma once
 
 #include <cstddef>
@@ -22,22 +21,22 @@ namespace morvex {
 
 class TreeRules {
  public:
-  // So many times a folder is entered on paths with a link in them.
+  // How often a folder is entered on paths that contain a link.
   static constexpr std::int64_t kMostVisitsByLinks = 1000;
 
-  // Either folder may be missing; what is missing is met nowhere.
+  // Either folder may be missing; no folder then equals it.
   TreeRules(Program& program, const std::string& source, const std::string& target);
 
-  // Why one of the two folders could not be looked up. Without both the rules protect nothing.
+  // The error of looking up the two folders. If it is not kNone, the rules protect nothing.
   ErrorNumber error() const;
 
-  // Why the folder is not entered from the current path, kNo: it is; an error where that cannot be
-  // told.
+  // Returns why the folder must not be entered from the current path; kNo: it may be. An error if
+  // that cannot be decided.
   Result<PassedOver> WhyNotEntered(const FolderInfo& folder) const;
-  // Copies may be written into the folder, one below the target.
+  // Whether copies may be written into `folder`, which lies below the target.
   bool MayWriteInto(const FolderInfo& folder) const;
 
-  // The current path grows by a folder that is entered, and shrinks again when it is left.
+  // Enter adds the folder to the current path, Leave removes the last one.
   void Enter(const FolderInfo& folder);
   void Leave() { current_path_.pop_back(); }
 
@@ -56,33 +55,34 @@ class TreeRules {
   Result<FolderInfo> target_;
   Result<std::string> target_real_path_;
   std::vector<Step> current_path_;
-  // By device and number of the folder.
+  // The key is the folder's device and number.
   std::map<std::pair<std::uint64_t, std::uint64_t>, std::int64_t> visits_by_links_;
 };
 
-// A walk through a tree in pre-order. It keeps what it has still to do in memory of its own: a tree
-// may be deeper than a program's stack.
+// A walk through a tree in pre-order. It keeps its state on the heap, because a tree may be deeper
+// than the program's stack allows.
 class FolderStack {
  public:
-  // `rules` starts at the folder in which the walk starts, and must outlive the walk.
+  // `rules` must have been created for the folder at which the walk starts, and must outlive the
+  // walk.
   explicit FolderStack(TreeRules& rules) : rules_(rules) {}
 
   struct Level {
     std::string source;
     std::string target;                // may be empty
     std::vector<FolderEntry> listing;  // of `source`
-    std::size_t next = 0;              // of it
+    std::size_t next = 0;              // index in `listing`
   };
 
-  // The next folder to look at is one of this folder.
+  // The walk goes on with the entries of this folder.
   void Enter(Level level, const FolderInfo& folder);
-  // The same for the folder in which the walk starts.
+  // The same for the folder at which the walk starts.
   void Start(Level level) { levels_.push_back(std::move(level)); }
 
-  // The next name of the folder that is being looked at, and behind its last one of the folder
-  // above; null at the end of the walk. Valid until the next call.
+  // Returns the next entry of the current folder, or after its last one the next entry of the
+  // folder above; null at the end of the walk. Valid until the next call.
   const FolderEntry* Next();
-  // The folder that the name is of.
+  // The folder of the entry that Next returned.
   const Level& level() const { return levels_.back(); }
 
  private:
@@ -90,7 +90,8 @@ class FolderStack {
   std::vector<Level> levels_;
 };
 
-// The bytes of all files below `folder`. An error of any folder or file below gives that error.
+// Returns the total size in bytes of all files below `folder`. Any error below ends it and is
+// returned.
 Result<std::uint64_t> FolderSize(Program& program, TreeRules& rules, const FolderInfo& folder);
 
 }  // namespace morvex

@@ -41,19 +41,19 @@ class EngineProgram : public TestProgram {
     program.settings.gJoker = static_cast<std::uint8_t>(jokers.run);
   }
 
-  // Processes a file of these bytes and gives the bytes of the result. What the engine keeps from
+  // Processes a file of these bytes and returns the bytes of the result. What the engine keeps from
   // one file to the next stays.
   std::string Process(const std::string& bytes) {
-    const std::string temporary = "/s/tijdel.enc";
     files.AddFile("/s/file.txt", bytes);
     program.run.ArmedAt = system.now;
     program.run.Hits_Per_File = 0;
-    const ProcessResult result = ProcessFile(program, "file.txt", "/s");
-    EXPECT_EQ(result.end, ProcessEnd::kProcessed);
-    EXPECT_EQ(result.error, ErrorNumber::kNone);
-    if (!files.Has(temporary)) return "(there is no result)";
-    const std::string made = files.Bytes(temporary);
-    files.DeleteFile(temporary);
+    std::unique_ptr<WorkFile> work;
+    const Outcome outcome = ProcessFile(program, LookUpSource(program, "/s", "file.txt"), work);
+    EXPECT_EQ(outcome.kind, OutcomeKind::kProcessed);
+    EXPECT_EQ(outcome.error, ErrorNumber::kNone);
+    if (work == nullptr) return "(there is no result)";
+    const std::string made = files.Bytes(work->path());
+    EXPECT_EQ(work->Discard(), ErrorNumber::kNone);
     return made;
   }
 

@@ -175,7 +175,8 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
     }
     for (const std::string& path : run.disk().Below("/")) {
       if (!path.ends_with("/tijdel.enc") || GetParam().files.contains(path)) continue;
-      const bool could_not_be_deleted = run.files().HasFailed("DeleteFile");
+      const bool could_not_be_deleted =
+          run.files().HasFailed("DeleteFile") || run.files().HasFailed("Discard");
       const bool not_touched =
           path == GetParam().left_over && run.disk().Bytes(path) == "of an earlier run";
       EXPECT_TRUE(could_not_be_deleted || not_touched) << path;

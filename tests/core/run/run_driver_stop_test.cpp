@@ -109,7 +109,7 @@ TEST_F(GoStopTest, TheNextRunRemovesWhatAStopLeftInTheSource) {
 TEST_F(GoStopTest, AfterTheStopNoLineReachesTheLog) {
   // The request comes at the yield behind the second file's first line; its error lines would
   // follow.
-  test_.files.fail = FailOn("MoveFile", "/t/2.txt", ErrorNumber::kPermissionDenied);
+  test_.files.fail = FailOn("MoveTo", "/t/2.txt", ErrorNumber::kPermissionDenied);
   test_.OnEveryYield([&] {
     if (test_.LogMessages().size() == 3) cmdExit_Click(program_);
   });
@@ -121,7 +121,7 @@ TEST_F(GoStopTest, AfterTheStopNoLineReachesTheLog) {
 TEST_F(GoStopTest, ADiskFullInThePrepassClosesTheWindows) {
   ASSERT_TRUE(program_.frmReplacements.loaded);
   const UnloadOrder order(program_);
-  test_.files.fail = FailOn("MoveFile", "/t/1.txt", ErrorNumber::kDiskFull);
+  test_.files.fail = FailOn("MoveTo", "/t/1.txt", ErrorNumber::kDiskFull);
   test_.ArmAndGo();
   ExpectNoEnd();
   EXPECT_TRUE(HasEnded(program_));
@@ -131,7 +131,7 @@ TEST_F(GoStopTest, ADiskFullInThePrepassClosesTheWindows) {
 }
 
 TEST_F(GoStopTest, ADiskFullInTheWalkReturnsAtOnceWithTheWindowsOpen) {
-  test_.files.fail = FailOn("MoveFile", "/t/sub/3.txt", ErrorNumber::kDiskFull);
+  test_.files.fail = FailOn("MoveTo", "/t/sub/3.txt", ErrorNumber::kDiskFull);
   test_.ArmAndGo();
   ExpectNoEnd();
   EXPECT_FALSE(HasEnded(program_));
@@ -142,7 +142,7 @@ TEST_F(GoStopTest, ADiskFullInTheWalkReturnsAtOnceWithTheWindowsOpen) {
 
 TEST_F(GoStopTest, AFileNamedLikeTheTemporaryOneInTheRootFolderIsLeftAlone) {
   test_.files.AddFile("/tijdel.enc", "someone's");
-  test_.files.fail = FailOn("MoveFile", "/t/1.txt", ErrorNumber::kDiskFull);
+  test_.files.fail = FailOn("MoveTo", "/t/1.txt", ErrorNumber::kDiskFull);
   test_.ArmAndGo();
   EXPECT_EQ(test_.files.Bytes("/tijdel.enc"), "someone's");
 }

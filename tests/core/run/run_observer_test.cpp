@@ -66,7 +66,7 @@ TEST_F(RunObserverTest, EveryFileIsToldOnceWithItsOutcome) {
             (std::vector<std::string>{"/s/a.txt processed 3 hits 6", "/s/b.doc copied 4",
                                       "/s/Morvex.txt" + Why(PassedOver::kOwnFile) + "1",
                                       "/s/new.txt" + Why(PassedOver::kChangedMeanwhile) + "1",
-                                      "/s/sub/tijdel.enc" + Why(PassedOver::kTemporaryFile) + "0",
+                                      "/s/sub/tijdel.enc" + Why(PassedOver::kStaleWorkFile) + "0",
                                       "/s/sub/c.txt processed 1 hits 1",
                                       "/s/sub/recycler/" + Why(PassedOver::kRecycleBin) + "0"}));
   EXPECT_EQ(test_.program.run.passed_over_files, 2);

@@ -151,7 +151,7 @@ TEST_F(UnattendedTest, ATargetThatIsRefusedEndsWithStatus1) {
 }
 
 TEST_F(UnattendedTest, ADiskFullEndsWithStatus1) {
-  test_.files.fail = FailOn("MoveFile", "/t/a.txt", ErrorNumber::kDiskFull);
+  test_.files.fail = FailOn("MoveTo", "/t/a.txt", ErrorNumber::kDiskFull);
   Start("-if /job.dat");
   EXPECT_EQ(program_.run.end, RunEnd::kStopped);
   ExpectEnded(1);
@@ -258,7 +258,7 @@ TEST_F(UnattendedTest, ASingleFileWithItsCopyEndsWithStatus0) {
 }
 
 TEST_F(UnattendedTest, SingleFilesThatCouldNotBeCopiedEndAFinishedRunWithStatus3) {
-  test_.files.fail = FailOn("MoveFile", "/t/a.txt", ErrorNumber::kPermissionDenied);
+  test_.files.fail = FailOn("MoveTo", "/t/a.txt", ErrorNumber::kPermissionDenied);
   Start("-if /job.dat");
   EXPECT_EQ(program_.run.failed_files, 1);
   EXPECT_EQ(program_.run.end, RunEnd::kFinished);

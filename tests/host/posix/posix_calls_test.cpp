@@ -27,7 +27,7 @@ TEST_F(PosixCallsTest, EveryCallOfTheServiceWorksBeyondThem) {
   for (const std::string& name : {std::string("d"), std::string(255, 'n'), std::string(100, 'x')}) {
     const std::string deep = MakeDeep(name);
     const std::string file = deep + "/file";
-    auto made = files_.CreateFile(file, 0640);
+    auto made = files_.CreateWorkFile(file, 0640);
     ASSERT_TRUE(made);
     ASSERT_EQ(made.value->WriteAt(0, "text"), ErrorNumber::kNone);
     ASSERT_EQ(made.value->Close(), ErrorNumber::kNone);
@@ -42,7 +42,7 @@ TEST_F(PosixCallsTest, EveryCallOfTheServiceWorksBeyondThem) {
     EXPECT_EQ(files_.LookUpFile(file + "/x").error, ErrorNumber::kPathNotFound);
     EXPECT_EQ(files_.LookUpFolder(folder_ / "none" + deep).error, ErrorNumber::kPathNotFound);
 
-    EXPECT_EQ(files_.MoveToFreeName(file, deep + "/moved"), ErrorNumber::kNone);
+    EXPECT_EQ(made.value->MoveToFreeName(deep + "/moved"), ErrorNumber::kNone);
     EXPECT_EQ(files_.CopyFile(deep + "/moved", deep + "/copy", {}), ErrorNumber::kNone);
     EXPECT_EQ(files_.MoveFile(deep + "/moved", deep + "/copy", {}), ErrorNumber::kNone);
     EXPECT_EQ(files_.AppendToFile(deep + "/copy", " more"), ErrorNumber::kNone);

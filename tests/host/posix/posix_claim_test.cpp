@@ -1,4 +1,4 @@
-// Claims on files that are being made, between several file services as between several processes.
+// Claims on work files. Several file services of one process compete like several processes.
 #include "host/posix/posix_claim.h"
 
 #include <sys/file.h>
@@ -22,12 +22,14 @@ class PosixClaimTest : public PosixTest {
     PosixTest::SetUp();
     path_ = folder_ / "tijdel.enc";
   }
-  // Makes the file in one service, ready to be moved.
-  void Make(FileService& files, const std::string& bytes) {
-    auto file = files.CreateFile(path_, 0600);
-    ASSERT_TRUE(file) << static_cast<int>(file.error);
-    ASSERT_EQ(file.value->WriteAt(0, bytes), ErrorNumber::kNone);
-    ASSERT_EQ(file.value->Close(), ErrorNumber::kNone);
+  // A work file of the service with these bytes, closed.
+  std::unique_ptr<WorkFile> Make(FileService& files, const std::string& bytes) {
+    Result<std::unique_ptr<WorkFile>> file = files.CreateWorkFile(path_, 0600);
+    EXPECT_TRUE(file) << static_cast<int>(file.error);
+    if (!file) return nullptr;
+    EXPECT_EQ(file.value->WriteAt(0, bytes), ErrorNumber::kNone);
+    EXPECT_EQ(file.value->Close(), ErrorNumber::kNone);
+    return std::move(file.value);
   }
 
   std::string path_;
@@ -35,58 +37,95 @@ class PosixClaimTest : public PosixTest {
 };
 
 TEST_F(PosixClaimTest, AFileThatIsBeingWrittenIsNotDeletedByAnother) {
-  auto file = files_.CreateFile(path_, 0400);
+  auto file = files_.CreateWorkFile(path_, 0400);
   ASSERT_TRUE(file);
   EXPECT_EQ(other_.DeleteFile(path_), ErrorNumber::kFileAlreadyOpen);
   EXPECT_TRUE(IsThere(path_));
 }
 
 TEST_F(PosixClaimTest, AFinishedFileIsNotDeletedByAnotherBeforeItIsMoved) {
-  Make(files_, "mine");
+  const auto mine = Make(files_, "mine");
   EXPECT_EQ(other_.DeleteFile(path_), ErrorNumber::kFileAlreadyOpen);
-  EXPECT_EQ(other_.CreateFile(path_, 0600).error, ErrorNumber::kFileAlreadyExists);
-  EXPECT_EQ(files_.MoveToFreeName(path_, folder_ / "copy"), ErrorNumber::kNone);
+  EXPECT_EQ(files_.DeleteFile(path_), ErrorNumber::kFileAlreadyOpen);
+  EXPECT_EQ(other_.CreateWorkFile(path_, 0600).error, ErrorNumber::kFileAlreadyExists);
+  EXPECT_EQ(mine->MoveToFreeName(folder_ / "copy"), ErrorNumber::kNone);
   EXPECT_EQ(Content(folder_ / "copy"), "mine");
-  Make(other_, "theirs");
+  const auto theirs = Make(other_, "theirs");
   EXPECT_EQ(Content(path_), "theirs");
 }
 
-TEST_F(PosixClaimTest, TheOneWhoMadeItMayDeleteIt) {
-  Make(files_, "mine");
-  EXPECT_EQ(files_.DeleteFile(path_), ErrorNumber::kNone);
+TEST_F(PosixClaimTest, TheOneWhoMadeItMayDiscardIt) {
+  EXPECT_EQ(Make(files_, "mine")->Discard(), ErrorNumber::kNone);
   EXPECT_FALSE(IsThere(path_));
+}
+
+TEST_F(PosixClaimTest, AFileMayBeDiscardedBeforeItIsClosed) {
+  auto file = files_.CreateWorkFile(path_, 0600);
+  ASSERT_TRUE(file);
+  EXPECT_EQ(file.value->WriteAt(0, Pattern(2'000'000)), ErrorNumber::kNone);
+  EXPECT_EQ(file.value->Discard(), ErrorNumber::kNone);
+  EXPECT_FALSE(IsThere(path_));
+}
+
+TEST_F(PosixClaimTest, AnAbandonedFileStaysAndIsAnyones) {
+  Make(files_, "mine");
+  EXPECT_EQ(Content(path_), "mine");
+  EXPECT_EQ(other_.DeleteFile(path_), ErrorNumber::kNone);
 }
 
 TEST_F(PosixClaimTest, AMoveEndsTheClaimAndTheCopyIsAnyones) {
   Put(folder_ / "copy", "old");
-  Make(files_, "mine");
-  EXPECT_EQ(files_.MoveFile(path_, folder_ / "copy", {}), ErrorNumber::kNone);
+  const auto mine = Make(files_, "mine");
+  EXPECT_EQ(mine->MoveTo(folder_ / "copy", {}), ErrorNumber::kNone);
   EXPECT_EQ(other_.DeleteFile(folder_ / "copy"), ErrorNumber::kNone);
+}
+
+TEST_F(PosixClaimTest, AFailedMoveKeepsTheClaimAndMayBeRepeated) {
+  Put(folder_ / "copy", "old");
+  const auto mine = Make(files_, "mine");
+  EXPECT_EQ(mine->MoveTo(folder_ / "none/copy", {}), ErrorNumber::kPathNotFound);
+  EXPECT_EQ(mine->MoveToFreeName(folder_ / "copy"), ErrorNumber::kFileAlreadyExists);
+  EXPECT_EQ(other_.DeleteFile(path_), ErrorNumber::kFileAlreadyOpen);
+  EXPECT_EQ(Content(folder_ / "copy"), "old");
+  EXPECT_EQ(mine->MoveTo(folder_ / "copy", {}), ErrorNumber::kNone);
+  EXPECT_EQ(Content(folder_ / "copy"), "mine");
 }
 
 TEST_F(PosixClaimTest, AMoveToAnotherDeviceTakesTheClaimedFileAndDeletesIt) {
   const auto elsewhere = FolderOnOtherDevice(folder_.Path());
   if (!elsewhere) GTEST_SKIP() << "no second file system to write to";
   const TempFolder far(*elsewhere);
-  Make(files_, "mine");
-  EXPECT_EQ(files_.MoveFile(path_, far / "copy", {}), ErrorNumber::kNone);
+  const auto mine = Make(files_, "mine");
+  EXPECT_EQ(mine->MoveTo(far / "copy", {}), ErrorNumber::kNone);
   EXPECT_EQ(Content(far / "copy"), "mine");
   EXPECT_FALSE(IsThere(path_));
   Make(other_, "theirs");
 }
 
 TEST_F(PosixClaimTest, ACopyOfTheClaimedFileHoldsItsBytes) {
-  Make(files_, "mine");
-  EXPECT_EQ(files_.CopyFile(path_, folder_ / "copy", {}), ErrorNumber::kNone);
+  const auto mine = Make(files_, "mine");
+  EXPECT_EQ(mine->CopyTo(folder_ / "copy"), ErrorNumber::kNone);
   EXPECT_EQ(Content(folder_ / "copy"), "mine");
   EXPECT_EQ(other_.DeleteFile(path_), ErrorNumber::kFileAlreadyOpen);
 }
 
-TEST_F(PosixClaimTest, TheFileOfAProcessThatWasKilledIsALeftOver) {
+TEST_F(PosixClaimTest, AFileThatItsOwnerMayNotReadIsCopiedAndMovedByItsMaker) {
+  const OrdinaryUser user(folder_.Path());
+  auto file = files_.CreateWorkFile(path_, 0040);
+  ASSERT_TRUE(file);
+  EXPECT_EQ(file.value->WriteAt(0, "mine"), ErrorNumber::kNone);
+  EXPECT_EQ(file.value->Close(), ErrorNumber::kNone);
+  EXPECT_EQ(file.value->CopyTo(folder_ / "copy"), ErrorNumber::kNone);
+  EXPECT_EQ(StatusOf(folder_ / "copy").st_size, 4);
+  EXPECT_EQ(file.value->MoveToFreeName(folder_ / "moved"), ErrorNumber::kNone);
+  EXPECT_EQ(StatusOf(folder_ / "moved").st_mode & 07777, 0040u);
+}
+
+TEST_F(PosixClaimTest, TheFileOfAProcessThatWasKilledIsAStaleWorkFile) {
   const pid_t child = fork();
   if (child == 0) {
     PosixFileService files;
-    const auto file = files.CreateFile(path_, 0600);
+    const auto file = files.CreateWorkFile(path_, 0600);
     if (!file) _exit(1);
     kill(getpid(), SIGKILL);
   }
@@ -111,7 +150,7 @@ TEST_F(PosixClaimTest, LinksPipesAndForbiddenFilesAreDeletedWithoutBeingOpened) 
 
 TEST_F(PosixClaimTest, APartialCopyOfAnotherIsLeftAloneAndTheCopyFails) {
   Put(folder_ / "file", "text");
-  Make(other_, "somebody's half");  // by the name that a copy is filled under
+  const auto half = Make(other_, "somebody's half");  // under the name of a partial copy
   const posix::CopyWays named{false, true};
   EXPECT_EQ(posix::CopyWholeFile(folder_ / "file", folder_ / "copy", {}, named),
             ErrorNumber::kFileAlreadyOpen);
@@ -132,14 +171,14 @@ TEST_F(PosixClaimTest, ManyAtATimeNeverMoveWhatIsNotTheirs) {
       const std::string text(1 + own * 1000, static_cast<char>('a' + number));
       const std::string copy = folder_ / ("copy" + std::to_string(number));
       while (made[own] < kRounds) {
-        auto file = files.CreateFile(path_, 0600);
+        auto file = files.CreateWorkFile(path_, 0600);
         if (!file) {
           files.DeleteFile(path_);
           continue;
         }
         if (file.value->WriteAt(0, text) != ErrorNumber::kNone) ++wrong[own];
         if (file.value->Close() != ErrorNumber::kNone) ++wrong[own];
-        if (files.MoveFile(path_, copy, {}) != ErrorNumber::kNone) ++wrong[own];
+        if (file.value->MoveTo(copy, {}) != ErrorNumber::kNone) ++wrong[own];
         if (Content(copy) != text) ++wrong[own];
         ++made[own];
       }

@@ -25,16 +25,16 @@ class PosixCopyNamedTest : public PosixTest {
   }
 };
 
-TEST_F(PosixCopyNamedTest, ALeftOverOfAnEarlierRunIsRemoved) {
+TEST_F(PosixCopyNamedTest, AStaleWorkFileOfAnEarlierRunIsRemoved) {
   MakeOut();
-  Put(folder_ / "out/tijdel.enc", "left over from before");
+  Put(folder_ / "out/tijdel.enc", "stale");
   ASSERT_EQ(chmod((folder_ / "out/tijdel.enc").c_str(), 0444), 0);
   EXPECT_EQ(Copy("file", "out/file"), ErrorNumber::kNone);
   EXPECT_EQ(Content(folder_ / "out/file"), "text");
   EXPECT_EQ(Names(folder_ / "out"), NameList{"file"});
 }
 
-TEST_F(PosixCopyNamedTest, ALeftOverLinkIsRemovedAndNotWrittenThrough) {
+TEST_F(PosixCopyNamedTest, AStaleWorkFileLinkIsRemovedAndNotWrittenThrough) {
   MakeOut();
   Put(folder_ / "bystander", "kept");
   fs::create_symlink(folder_ / "bystander", folder_ / "out/tijdel.enc");
@@ -46,7 +46,7 @@ TEST_F(PosixCopyNamedTest, ALeftOverLinkIsRemovedAndNotWrittenThrough) {
   EXPECT_FALSE(IsThere(folder_ / "nowhere"));
 }
 
-TEST_F(PosixCopyNamedTest, WhatIsNoFileIsNotTakenForALeftOver) {
+TEST_F(PosixCopyNamedTest, WhatIsNoFileIsNotTakenForAStaleWorkFile) {
   MakeOut();
   fs::create_directory(folder_ / "out/tijdel.enc");
   EXPECT_EQ(Copy("file", "out/file"), ErrorNumber::kPathFileAccess);
@@ -56,7 +56,7 @@ TEST_F(PosixCopyNamedTest, WhatIsNoFileIsNotTakenForALeftOver) {
   EXPECT_EQ(Names(folder_ / "out"), NameList{"tijdel.enc"});
 }
 
-TEST_F(PosixCopyNamedTest, TheSourceIsNotTakenForALeftOver) {
+TEST_F(PosixCopyNamedTest, TheSourceIsNotTakenForAStaleWorkFile) {
   MakeOut();
   Put(folder_ / "out/tijdel.enc", "the source");
   EXPECT_EQ(Copy("out/tijdel.enc", "out/file"), ErrorNumber::kPathFileAccess);
@@ -72,16 +72,16 @@ TEST_F(PosixCopyNamedTest, TheSourceIsNotTakenForALeftOver) {
   EXPECT_EQ(Content(folder_ / "out/tijdel.enc"), "the source");
 }
 
-TEST_F(PosixCopyNamedTest, ACopyMayHaveTheTemporaryName) {
+TEST_F(PosixCopyNamedTest, ACopyMayHaveTheWorkFileName) {
   MakeOut();
   Put(folder_ / "out/tijdel.enc", "old");
-  Put(folder_ / "out/.tijdel.enc", "left over");
+  Put(folder_ / "out/.tijdel.enc", "stale");
   EXPECT_EQ(Copy("file", "out/tijdel.enc"), ErrorNumber::kNone);
   EXPECT_EQ(Content(folder_ / "out/tijdel.enc"), "text");
   EXPECT_EQ(Names(folder_ / "out"), NameList{"tijdel.enc"});
 }
 
-TEST_F(PosixCopyNamedTest, TheServiceNeedsNoTemporaryNameHere) {
+TEST_F(PosixCopyNamedTest, TheServiceNeedsNoWorkFileNameHere) {
   MakeOut();
   Put(folder_ / "out/tijdel.enc", "the source");
   EXPECT_EQ(files_.CopyFile(folder_ / "out/tijdel.enc", folder_ / "out/file", {}),

@@ -155,7 +155,7 @@ TEST_F(PosixFilesTest, BadNamesAreRefusedByEveryCall) {
     EXPECT_EQ(files_.MoveToFreeName(good, bad), kBad);
     EXPECT_EQ(files_.DeleteFile(bad), kBad);
     EXPECT_EQ(files_.OpenForReading(bad).error, kBad);
-    EXPECT_EQ(files_.CreateFile(bad, 0600).error, kBad);
+    EXPECT_EQ(files_.CreateWorkFile(bad, 0600).error, kBad);
     EXPECT_EQ(files_.AppendToFile(bad, "x"), kBad);
     EXPECT_EQ(files_.ReplaceFile(bad, "x"), kBad);
   }
@@ -182,7 +182,7 @@ TEST_F(PosixFilesTest, TheEmptyPathNamesNothing) {
   EXPECT_EQ(files_.MoveToFreeName(folder_ / "file", ""), kNoFile);
   EXPECT_EQ(files_.DeleteFile(""), kNoFile);
   EXPECT_EQ(files_.OpenForReading("").error, kNoFile);
-  EXPECT_EQ(files_.CreateFile("", 0600).error, kNoFile);
+  EXPECT_EQ(files_.CreateWorkFile("", 0600).error, kNoFile);
   EXPECT_EQ(files_.AppendToFile("", "x"), kNoFile);
   EXPECT_EQ(files_.ReplaceFile("", "x"), kNoFile);
   EXPECT_EQ(Content(folder_ / "file"), "kept");

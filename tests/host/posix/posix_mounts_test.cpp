@@ -57,7 +57,7 @@ TEST_F(PosixMountsTest, AFullDiskLosesNothing) {
 TEST_F(PosixMountsTest, AFullDiskStopsAnOpenFile) {
   RUN_OR_SKIP([this] {
     MountDisk("size=64k");
-    auto file = files_.CreateFile(disk_ + "/file", 0600);
+    auto file = files_.CreateWorkFile(disk_ + "/file", 0600);
     ASSERT_TRUE(file);
     EXPECT_EQ(file.value->WriteAt(0, Pattern(60'000)), ErrorNumber::kNone);
     EXPECT_EQ(file.value->WriteAt(60'000, Pattern(10'000)), ErrorNumber::kDiskFull);
@@ -91,7 +91,7 @@ TEST_F(PosixMountsTest, AReadOnlyDiskIsForbidden) {
     ASSERT_EQ(mount("none", disk_.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
     constexpr ErrorNumber kForbidden = ErrorNumber::kPermissionDenied;
     EXPECT_EQ(files_.CreateFolder(disk_ + "/new"), kForbidden);
-    EXPECT_EQ(files_.CreateFile(disk_ + "/new", 0600).error, kForbidden);
+    EXPECT_EQ(files_.CreateWorkFile(disk_ + "/new", 0600).error, kForbidden);
     EXPECT_EQ(files_.CopyFile(folder_ / "file", disk_ + "/file", {}), kForbidden);
     EXPECT_EQ(files_.MoveFile(disk_ + "/file", disk_ + "/new", {}), kForbidden);
     EXPECT_EQ(files_.DeleteFile(disk_ + "/file"), kForbidden);
@@ -127,7 +127,7 @@ TEST_F(PosixMountsTest, ADrivesRoomIsThatOfTheMount) {
   });
 }
 
-TEST_F(PosixMountsTest, WithoutProcACopyIsFilledUnderTheTemporaryName) {
+TEST_F(PosixMountsTest, WithoutProcACopyIsFilledUnderTheWorkFileName) {
   RUN_OR_SKIP([this] {
     Put(folder_ / "file", Pattern(20u << 20));
     ASSERT_EQ(mount("tmpfs", "/proc", "tmpfs", 0, nullptr), 0);

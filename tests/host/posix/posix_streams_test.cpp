@@ -108,14 +108,14 @@ TEST_F(PosixStreamsTest, AForbiddenFileIsNotOpened) {
 TEST_F(PosixStreamsTest, RunningOutOfDescriptorsIsAnError) {
   const std::string path = folder_ / "file";
   const std::string fresh = folder_ / "new";
-  ASSERT_TRUE(posix::CreateOutput(path, 0600));
+  ASSERT_TRUE(posix::CreateWorkFile(path, 0600));
   ErrorNumber opened = ErrorNumber::kNone;
   ErrorNumber created = ErrorNumber::kNone;
   ErrorNumber appended = ErrorNumber::kNone;
   {
     const DescriptorLimit none_left(0);
     opened = posix::OpenInput(path).error;
-    created = posix::CreateOutput(fresh, 0600).error;
+    created = posix::CreateWorkFile(fresh, 0600).error;
     appended = posix::AppendRecord(path, "x");
   }
   EXPECT_EQ(opened, ErrorNumber::kTooManyFiles);
@@ -133,7 +133,7 @@ TEST_F(PosixStreamsTest, AReadThatFailsIsADeviceError) {
 }
 
 TEST_F(PosixStreamsTest, WritingAnyPlace) {
-  auto file = files_.CreateFile(folder_ / "file", 0600);
+  auto file = files_.CreateWorkFile(folder_ / "file", 0600);
   ASSERT_TRUE(file);
   EXPECT_EQ(file.value->WriteAt(0, "0123456789"), ErrorNumber::kNone);
   EXPECT_EQ(file.value->WriteAt(3, "abc"), ErrorNumber::kNone);
@@ -145,7 +145,7 @@ TEST_F(PosixStreamsTest, WritingAnyPlace) {
 
 TEST_F(PosixStreamsTest, BigWritesAreWhole) {
   const std::string bytes = Pattern(3'000'001);
-  auto file = files_.CreateFile(folder_ / "file", 0600);
+  auto file = files_.CreateWorkFile(folder_ / "file", 0600);
   ASSERT_TRUE(file);
   EXPECT_EQ(file.value->WriteAt(0, bytes), ErrorNumber::kNone);
   EXPECT_EQ(file.value->Close(), ErrorNumber::kNone);
@@ -154,7 +154,7 @@ TEST_F(PosixStreamsTest, BigWritesAreWhole) {
 
 TEST_F(PosixStreamsTest, TheDestructorClosesToo) {
   {
-    auto file = files_.CreateFile(folder_ / "file", 0600);
+    auto file = files_.CreateWorkFile(folder_ / "file", 0600);
     ASSERT_TRUE(file);
     EXPECT_EQ(file.value->WriteAt(0, "text"), ErrorNumber::kNone);
   }
@@ -167,13 +167,13 @@ TEST_F(PosixStreamsTest, ATakenNameIsNotCreated) {
   fs::create_symlink("nowhere", folder_ / "broken");
   fs::create_symlink("file", folder_ / "link");
   for (const char* name : {"file", "folder", "broken", "link"}) {
-    EXPECT_EQ(files_.CreateFile(folder_ / name, 0600).error, ErrorNumber::kFileAlreadyExists)
+    EXPECT_EQ(files_.CreateWorkFile(folder_ / name, 0600).error, ErrorNumber::kFileAlreadyExists)
         << name;
   }
   EXPECT_EQ(Content(folder_ / "file"), "kept");
   EXPECT_FALSE(IsThere(folder_ / "nowhere"));
-  EXPECT_EQ(files_.CreateFile(folder_ / "none/file", 0600).error, ErrorNumber::kPathNotFound);
-  EXPECT_EQ(files_.CreateFile(folder_ / "file/x", 0600).error, ErrorNumber::kPathNotFound);
+  EXPECT_EQ(files_.CreateWorkFile(folder_ / "none/file", 0600).error, ErrorNumber::kPathNotFound);
+  EXPECT_EQ(files_.CreateWorkFile(folder_ / "file/x", 0600).error, ErrorNumber::kPathNotFound);
 }
 
 TEST_F(PosixStreamsTest, ANewFileHasExactlyTheBitsAskedFor) {
@@ -181,19 +181,19 @@ TEST_F(PosixStreamsTest, ANewFileHasExactlyTheBitsAskedFor) {
   for (const mode_t mask : {0u, 022u, 077u, 0777u}) {
     const FileMask passing(mask);
     for (const std::uint32_t bits : {0666u, 0777u, 0600u, 0444u, 0u}) {
-      auto file = files_.CreateFile(folder_ / "file", bits);
+      auto file = files_.CreateWorkFile(folder_ / "file", bits);
       ASSERT_TRUE(file) << bits;
       EXPECT_EQ(Bits(folder_ / "file"), bits) << "mask " << mask;
       EXPECT_EQ(file.value->WriteAt(0, "written"), ErrorNumber::kNone) << bits;
       EXPECT_EQ(file.value->Close(), ErrorNumber::kNone) << bits;
       EXPECT_EQ(StatusOf(folder_ / "file").st_size, 7) << bits;
-      ASSERT_EQ(files_.DeleteFile(folder_ / "file"), ErrorNumber::kNone);
+      ASSERT_EQ(file.value->Discard(), ErrorNumber::kNone);
     }
   }
 }
 
 TEST_F(PosixStreamsTest, BitsThatAreNoPermissionsAreNotSet) {
-  auto file = files_.CreateFile(folder_ / "file", 07640);
+  auto file = files_.CreateWorkFile(folder_ / "file", 07640);
   ASSERT_TRUE(file);
   EXPECT_EQ(Bits(folder_ / "file"), 0640u);
 }
@@ -202,11 +202,12 @@ TEST_F(PosixStreamsTest, AForbiddenFolderTakesNoFile) {
   fs::create_directory(folder_ / "closed");
   const OrdinaryUser user(folder_.Path());
   ASSERT_EQ(chmod((folder_ / "closed").c_str(), 0555), 0);
-  EXPECT_EQ(files_.CreateFile(folder_ / "closed/file", 0600).error, ErrorNumber::kPermissionDenied);
+  EXPECT_EQ(files_.CreateWorkFile(folder_ / "closed/file", 0600).error,
+            ErrorNumber::kPermissionDenied);
 }
 
 TEST_F(PosixStreamsTest, AFullDiskIsAnError) {
-  auto file = files_.CreateFile(folder_ / "file", 0600);
+  auto file = files_.CreateWorkFile(folder_ / "file", 0600);
   ASSERT_TRUE(file);
   {
     const FileSizeLimit limit(1000);

@@ -137,8 +137,8 @@ TEST_F(PosixWriteBehindTest, AnOffsetBeyondAllFilesIsAFullDisk) {
 // The same through the open file that the core holds.
 class PosixLargeOutputTest : public PosixWriteBehindTest {
  protected:
-  std::unique_ptr<OutputFile> CreateOutput(const std::string& name) {
-    auto file = posix::CreateOutput(folder_ / name, 0600, behind_);
+  std::unique_ptr<WorkFile> CreateOutput(const std::string& name) {
+    auto file = posix::CreateWorkFile(folder_ / name, 0600, behind_);
     EXPECT_EQ(file.error, ErrorNumber::kNone);
     return std::move(file.value);
   }
@@ -192,7 +192,7 @@ TEST_F(PosixLargeOutputTest, TwoThreadsShareTheOneThatWrites) {
   const auto work = [&](const char* name, int& failures) {
     for (int repeated = 0; repeated < 5; ++repeated) {
       const auto file =
-          posix::CreateOutput(folder_ / (name + std::to_string(repeated)), 0600, behind_);
+          posix::CreateWorkFile(folder_ / (name + std::to_string(repeated)), 0600, behind_);
       if (!file || Write(*file.value, bytes) != ErrorNumber::kNone) ++failures;
       if (file && file.value->Close() != ErrorNumber::kNone) ++failures;
     }

@@ -1,4 +1,4 @@
-// Making, moving and deleting the temporary file, alone and beside another run at the same source.
+// Creating, moving and discarding work files, alone and beside another run over the same source.
 #include "host/windows/windows_claim.h"
 
 #include <gtest/gtest.h>
@@ -10,61 +10,72 @@ namespace {
 
 class WindowsClaimTest : public WindowsTest {
  protected:
-  void Make(const std::string& name, std::string_view bytes, std::uint32_t permissions = 0) {
-    Result<std::unique_ptr<OutputFile>> made = files_.CreateFile(folder_ / name, permissions);
-    ASSERT_TRUE(made);
-    ASSERT_EQ(made.value->WriteAt(0, bytes), ErrorNumber::kNone);
-    ASSERT_EQ(made.value->Close(), ErrorNumber::kNone);
+  // A work file of this name with these bytes, closed.
+  std::unique_ptr<WorkFile> Make(const std::string& name, std::string_view bytes,
+                                 std::uint32_t permissions = 0) {
+    Result<std::unique_ptr<WorkFile>> made = files_.CreateWorkFile(folder_ / name, permissions);
+    EXPECT_TRUE(made);
+    if (!made) return nullptr;
+    EXPECT_EQ(made.value->WriteAt(0, bytes), ErrorNumber::kNone);
+    EXPECT_EQ(made.value->Close(), ErrorNumber::kNone);
+    return std::move(made.value);
   }
 };
 
 TEST_F(WindowsClaimTest, AFileIsMadeOnce) {
-  Make("t", "one");
-  EXPECT_EQ(files_.CreateFile(folder_ / "T", 0).error, ErrorNumber::kFileAlreadyExists);
-  EXPECT_EQ(others_.CreateFile(folder_ / "t", 0).error, ErrorNumber::kFileAlreadyExists);
+  const auto made = Make("t", "one");
+  EXPECT_EQ(files_.CreateWorkFile(folder_ / "T", 0).error, ErrorNumber::kFileAlreadyExists);
+  EXPECT_EQ(others_.CreateWorkFile(folder_ / "t", 0).error, ErrorNumber::kFileAlreadyExists);
   ASSERT_EQ(files_.CreateFolder(folder_ / "folder"), ErrorNumber::kNone);
-  EXPECT_EQ(files_.CreateFile(folder_ / "folder", 0).error, ErrorNumber::kFileAlreadyExists);
-  EXPECT_EQ(files_.CreateFile(folder_ / "none\\t", 0).error, ErrorNumber::kPathNotFound);
+  EXPECT_EQ(files_.CreateWorkFile(folder_ / "folder", 0).error, ErrorNumber::kFileAlreadyExists);
+  EXPECT_EQ(files_.CreateWorkFile(folder_ / "none\\t", 0).error, ErrorNumber::kPathNotFound);
 }
 
 TEST_F(WindowsClaimTest, WhatOneRunMakesNoOtherDeletesOrMoves) {
-  Make("t", "mine");
+  const auto mine = Make("t", "mine");
   EXPECT_EQ(others_.DeleteFile(folder_ / "t"), ErrorNumber::kFileAlreadyOpen);
   EXPECT_EQ(others_.MoveFile(folder_ / "t", folder_ / "x", {}), ErrorNumber::kFileAlreadyOpen);
   EXPECT_EQ(others_.MoveToFreeName(folder_ / "t", folder_ / "x"), ErrorNumber::kFileAlreadyOpen);
   EXPECT_EQ(Content(folder_ / "t"), "mine");
-  EXPECT_EQ(files_.DeleteFile(folder_ / "t"), ErrorNumber::kNone);
+  EXPECT_EQ(mine->Discard(), ErrorNumber::kNone);
   EXPECT_FALSE(IsThere(folder_ / "t"));
 }
 
 TEST_F(WindowsClaimTest, AFileThatIsStillWrittenIsClaimedToo) {
-  Result<std::unique_ptr<OutputFile>> made = files_.CreateFile(folder_ / "t", 0);
+  Result<std::unique_ptr<WorkFile>> made = files_.CreateWorkFile(folder_ / "t", 0);
   ASSERT_TRUE(made);
   EXPECT_EQ(others_.DeleteFile(folder_ / "t"), ErrorNumber::kFileAlreadyOpen);
   EXPECT_EQ(made.value->WriteAt(0, "x"), ErrorNumber::kNone);
+  EXPECT_EQ(made.value->Discard(), ErrorNumber::kNone);
+  EXPECT_FALSE(IsThere(folder_ / "t"));
 }
 
 TEST_F(WindowsClaimTest, AfterItsMoveAFileIsAnybodys) {
-  Make("t", "mine");
-  ASSERT_EQ(files_.MoveFile(folder_ / "t", folder_ / "final", {}), ErrorNumber::kNone);
+  const auto mine = Make("t", "mine");
+  ASSERT_EQ(mine->MoveTo(folder_ / "final", {}), ErrorNumber::kNone);
   EXPECT_FALSE(IsThere(folder_ / "t"));
   EXPECT_EQ(Content(folder_ / "final"), "mine");
   EXPECT_EQ(others_.DeleteFile(folder_ / "final"), ErrorNumber::kNone);
 }
 
-TEST_F(WindowsClaimTest, ALeftOverIsAnybodys) {
-  {
-    WindowsFileService ended;
-    ASSERT_TRUE(ended.CreateFile(folder_ / "t", 0));
-  }
+TEST_F(WindowsClaimTest, AStaleWorkFileIsAnybodys) {
+  Make("t", "mine");
+  EXPECT_EQ(Content(folder_ / "t"), "mine");
   EXPECT_EQ(others_.DeleteFile(folder_ / "t"), ErrorNumber::kNone);
 }
 
+TEST_F(WindowsClaimTest, ACopyOfTheWorkFileLeavesItClaimed) {
+  const auto mine = Make("t", "mine");
+  EXPECT_EQ(mine->CopyTo(folder_ / "copy"), ErrorNumber::kNone);
+  EXPECT_EQ(Content(folder_ / "copy"), "mine");
+  EXPECT_EQ(others_.DeleteFile(folder_ / "t"), ErrorNumber::kFileAlreadyOpen);
+}
+
 TEST_F(WindowsClaimTest, AMoveReplacesAFileAndNothingElse) {
-  Make("t", "new");
+  const auto work = Make("t", "new");
   Put(folder_ / "b", "old");
   SetFileAttributesW(Wide(folder_ / "b").c_str(), FILE_ATTRIBUTE_READONLY);
-  EXPECT_EQ(files_.MoveFile(folder_ / "t", folder_ / "b", {}), ErrorNumber::kNone);
+  EXPECT_EQ(work->MoveTo(folder_ / "b", {}), ErrorNumber::kNone);
   EXPECT_EQ(Content(folder_ / "b"), "new");
   ASSERT_EQ(files_.CreateFolder(folder_ / "folder"), ErrorNumber::kNone);
   EXPECT_EQ(files_.MoveFile(folder_ / "b", folder_ / "folder", {}), ErrorNumber::kPathFileAccess);
@@ -75,11 +86,12 @@ TEST_F(WindowsClaimTest, AMoveReplacesAFileAndNothingElse) {
 }
 
 TEST_F(WindowsClaimTest, AFreeNameIsGivenAndATakenOneIsNot) {
-  Make("t", "bytes");
+  const auto work = Make("t", "bytes");
   Put(folder_ / "b", "there");
-  EXPECT_EQ(files_.MoveToFreeName(folder_ / "t", folder_ / "b"), ErrorNumber::kFileAlreadyExists);
-  EXPECT_EQ(files_.MoveToFreeName(folder_ / "t", folder_ / "B"), ErrorNumber::kFileAlreadyExists);
-  EXPECT_EQ(files_.MoveToFreeName(folder_ / "t", folder_ / "c"), ErrorNumber::kNone);
+  EXPECT_EQ(work->MoveToFreeName(folder_ / "b"), ErrorNumber::kFileAlreadyExists);
+  EXPECT_EQ(work->MoveToFreeName(folder_ / "B"), ErrorNumber::kFileAlreadyExists);
+  EXPECT_EQ(others_.DeleteFile(folder_ / "t"), ErrorNumber::kFileAlreadyOpen);
+  EXPECT_EQ(work->MoveToFreeName(folder_ / "c"), ErrorNumber::kNone);
   EXPECT_EQ(Content(folder_ / "b"), "there");
   EXPECT_EQ(Content(folder_ / "c"), "bytes");
   ASSERT_EQ(files_.CreateFolder(folder_ / "folder"), ErrorNumber::kNone);
@@ -90,15 +102,14 @@ TEST_F(WindowsClaimTest, AFreeNameIsGivenAndATakenOneIsNot) {
 
 TEST_F(WindowsClaimTest, AFileOfAReadOnlySourceIsMadeMovedReplacedAndDeleted) {
   constexpr std::uint32_t kReadOnly = FILE_ATTRIBUTE_READONLY;
-  Make("t", "one", kReadOnly);
+  const auto one = Make("t", "one", kReadOnly);
   EXPECT_EQ(files_.LookUpFile(folder_ / "t").value.permissions, kReadOnly);
-  EXPECT_EQ(files_.MoveFile(folder_ / "t", folder_ / "final", {}), ErrorNumber::kNone);
+  EXPECT_EQ(one->MoveTo(folder_ / "final", {}), ErrorNumber::kNone);
   EXPECT_EQ(files_.LookUpFile(folder_ / "final").value.permissions, kReadOnly);
-  Make("t", "two", kReadOnly);
-  EXPECT_EQ(files_.MoveFile(folder_ / "t", folder_ / "final", {}), ErrorNumber::kNone);
+  const auto two = Make("t", "two", kReadOnly);
+  EXPECT_EQ(two->MoveTo(folder_ / "final", {}), ErrorNumber::kNone);
   EXPECT_EQ(Content(folder_ / "final"), "two");
-  Make("t", "three", kReadOnly);
-  EXPECT_EQ(files_.DeleteFile(folder_ / "t"), ErrorNumber::kNone);
+  EXPECT_EQ(Make("t", "three", kReadOnly)->Discard(), ErrorNumber::kNone);
   EXPECT_EQ(files_.DeleteFile(folder_ / "final"), ErrorNumber::kNone);
   EXPECT_TRUE(Names(files_, folder_.Path()).empty());
 }

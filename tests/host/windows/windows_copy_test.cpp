@@ -80,7 +80,7 @@ TEST_F(WindowsCopyTest, AlternateStreamsAreNoFiles) {
   EXPECT_EQ(files_.LookUpFile(folder_ / "a.txt::$DATA").error, ErrorNumber::kBadFileName);
   EXPECT_EQ(Copy("a.txt:stream", "b"), ErrorNumber::kBadFileName);
   EXPECT_EQ(Copy("a.txt", "a.txt:stream"), ErrorNumber::kBadFileName);
-  EXPECT_EQ(files_.CreateFile(folder_ / "b:stream", 0).error, ErrorNumber::kBadFileName);
+  EXPECT_EQ(files_.CreateWorkFile(folder_ / "b:stream", 0).error, ErrorNumber::kBadFileName);
   EXPECT_EQ(Names(files_, folder_.Path()), std::vector<std::string>{"a.txt"});
 }
 
@@ -147,14 +147,14 @@ TEST_F(WindowsCopyTest, AFileThatChangesMeanwhileIsNotCopied) {
   EXPECT_FALSE(IsThere(folder_ / "b"));
 }
 
-TEST_F(WindowsCopyTest, ALeftOverOfAnEarlierRunIsReplaced) {
+TEST_F(WindowsCopyTest, AStaleWorkFileOfAnEarlierRunIsReplaced) {
   Put(folder_ / "a", "bytes");
-  Put(folder_ / "tijdel.enc", "left over");
+  Put(folder_ / "tijdel.enc", "stale");
   ASSERT_EQ(Copy("a", "b"), ErrorNumber::kNone);
   EXPECT_EQ(Names(files_, folder_.Path()), (std::vector<std::string>{"a", "b"}));
 }
 
-TEST_F(WindowsCopyTest, TheTemporaryFileItselfIsCopiedAndCopiedTo) {
+TEST_F(WindowsCopyTest, TheWorkFileItselfIsCopiedAndCopiedTo) {
   Put(folder_ / "tijdel.enc", "made");
   ASSERT_EQ(files_.CreateFolder(folder_ / "t"), ErrorNumber::kNone);
   EXPECT_EQ(Copy("tijdel.enc", "t\\b"), ErrorNumber::kNone);

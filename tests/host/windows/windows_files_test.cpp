@@ -117,7 +117,7 @@ TEST_F(WindowsFilesTest, ANameThatThePageCannotSpellIsListedAndCannotBeHad) {
   EXPECT_EQ(files_.MoveFile(path, folder_ / "copy", {}), ErrorNumber::kBadFileName);
   EXPECT_EQ(files_.MoveToFreeName(path, folder_ / "copy"), ErrorNumber::kBadFileName);
   EXPECT_EQ(files_.DeleteFile(path), ErrorNumber::kBadFileName);
-  EXPECT_EQ(files_.CreateFile(path, 0).error, ErrorNumber::kBadFileName);
+  EXPECT_EQ(files_.CreateWorkFile(path, 0).error, ErrorNumber::kBadFileName);
   EXPECT_EQ(files_.AppendToFile(path, "x"), ErrorNumber::kBadFileName);
   EXPECT_EQ(files_.ReplaceFile(path, "x"), ErrorNumber::kBadFileName);
   EXPECT_EQ(files_.CreateFolder(path), ErrorNumber::kBadFileName);
@@ -142,7 +142,7 @@ TEST_F(WindowsFilesTest, PathsMayBeLongerThanOldProgramsTakeThem) {
   }
   const std::string file = path + "\\" + std::string(100, 'f') + ".txt";
   {
-    Result<std::unique_ptr<OutputFile>> made = files_.CreateFile(file, 0);
+    Result<std::unique_ptr<WorkFile>> made = files_.CreateWorkFile(file, 0);
     ASSERT_TRUE(made);
     EXPECT_EQ(made.value->WriteAt(0, "deep"), ErrorNumber::kNone);
     EXPECT_EQ(made.value->Close(), ErrorNumber::kNone);

@@ -89,7 +89,7 @@ TEST_F(WindowsReplaceTest, AnOpenFileTellsThatItHasChanged) {
 }
 
 TEST_F(WindowsReplaceTest, WritesMayGoBack) {
-  Result<std::unique_ptr<OutputFile>> file = files_.CreateFile(folder_ / "a", 0);
+  Result<std::unique_ptr<WorkFile>> file = files_.CreateWorkFile(folder_ / "a", 0);
   ASSERT_TRUE(file);
   EXPECT_EQ(file.value->WriteAt(0, "0123456789"), ErrorNumber::kNone);
   EXPECT_EQ(file.value->WriteAt(3, "abc"), ErrorNumber::kNone);

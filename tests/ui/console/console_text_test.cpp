@@ -67,8 +67,9 @@ TEST(RunNotes, SayNothingWhenEveryFileHasItsCopy) {
 TEST(RunNotes, TellHowManyCouldNotBeCopiedAndWhyTheFirst) {
   TestProgram test;
   test.program.run.failed_files = 2;
-  test.program.run.first_failure = {"/source/a\x1B.txt", ErrorNumber::kPermissionDenied,
-                                    FailureCause::kNone, "/source/a\x1B.txt"};
+  Outcome& failure = test.program.run.first_failure;
+  failure.path = failure.error_path = "/source/a\x1B.txt";
+  failure.error = ErrorNumber::kPermissionDenied;
   EXPECT_EQ(RunNotes(test.program),
             "2 files or folders could not be copied. The first: /source/a\\x1B.txt: "
             "Error 70: Permission denied\n");
@@ -79,8 +80,11 @@ TEST(RunNotes, FailuresOfSeveralKindsAreCountedByTheirErrors) {
   test.program.run.failed_files = 3;
   test.program.run.failed_by_error = {{ErrorNumber::kDeviceIo, 1},
                                       {ErrorNumber::kPermissionDenied, 2}};
-  test.program.run.first_failure = {"/source/a", ErrorNumber::kPermissionDenied,
-                                    FailureCause::kSourceFolder, "/source"};
+  Outcome& failure = test.program.run.first_failure;
+  failure.path = "/source/a";
+  failure.error = ErrorNumber::kPermissionDenied;
+  failure.cause = FailureCause::kSourceFolder;
+  failure.error_path = "/source";
   EXPECT_EQ(RunNotes(test.program),
             "3 files or folders could not be copied: 1 for Error 57: Device I/O error, 2 for Error "
             "70: Permission denied. The first: /source/a: Error 70: Permission denied: "
@@ -142,7 +146,7 @@ TEST(ResultLines, OfAStoppedRunHaveTheCountsOfTheRunAndNoDone) {
 TEST(RunNotes, TellWhatAStopLeftBehind) {
   TestProgram test;
   test.program.run.cut_short = "/target/a.txt";
-  test.program.run.left_temporary = "/source/tijdel.enc";
+  test.program.run.left_work_file = "/source/tijdel.enc";
   EXPECT_EQ(RunNotes(test.program),
             "Cut short: /target/a.txt\nLeft in the source: /source/tijdel.enc\n");
 }

@@ -8,7 +8,7 @@
 namespace morvex::test {
 namespace {
 
-constexpr const char* kTemporary = "/s/tijdel.enc";
+constexpr const char* kWorkFile = "/s/tijdel.enc";
 constexpr WallTime kOld{std::chrono::hours(1000)};
 
 class FileStepTest : public ::testing::Test {
@@ -40,7 +40,7 @@ TEST_F(FileStepTest, ASelectedFileIsProcessedIntoTheTarget) {
   EXPECT_TRUE(Handle("a.txt"));
   EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "cbcb");
   EXPECT_EQ(test_.files.Bytes("/s/a.txt"), "caca");
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
 TEST_F(FileStepTest, AProcessedCopyHasTheSourcesPermissionBits) {
@@ -61,7 +61,7 @@ TEST_F(FileStepTest, AFreeTargetIsNotLookedAt) {
     return ErrorNumber::kNone;
   };
   EXPECT_TRUE(Handle("a.txt"));
-  EXPECT_EQ(calls, std::vector<std::string>{"MoveFile"});
+  EXPECT_EQ(calls, std::vector<std::string>{"MoveTo"});
   EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "cbcb");
 }
 
@@ -69,7 +69,7 @@ TEST_F(FileStepTest, ATargetOnAnotherFileSystemGetsTheCopyToo) {
   test_.files.moves_in_one_step = false;
   EXPECT_TRUE(Handle("a.txt"));
   EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "cbcb");
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
   EXPECT_EQ(program_.run.failed_files, 0);
 }
 
@@ -150,10 +150,10 @@ TEST_F(FileStepTest, AFileEndingInCleHasItsSkipLineBeforeTheErrorLines) {
   EXPECT_EQ(program_.run.FilesSkipped, 1);
 }
 
-TEST_F(FileStepTest, AFailedCopyIsLoggedCountedAndLeavesNoTemporaryFile) {
-  test_.files.fail = FailOn("MoveFile", "/t/a.txt", ErrorNumber::kPermissionDenied);
+TEST_F(FileStepTest, AFailedCopyIsLoggedCountedAndLeavesNoWorkFile) {
+  test_.files.fail = FailOn("MoveTo", "/t/a.txt", ErrorNumber::kPermissionDenied);
   ExpectNotCopied("a.txt", "Error 70: Permission denied");
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
   EXPECT_EQ(program_.run.FilesDone, 1);
   EXPECT_EQ(program_.run.failed_files, 1);
   EXPECT_EQ(program_.run.first_failure.path, "/s/a.txt");
@@ -164,16 +164,16 @@ TEST_F(FileStepTest, AFailedCopyIsLoggedCountedAndLeavesNoTemporaryFile) {
 }
 
 TEST_F(FileStepTest, ADiskFullOnTheCopyEndsTheRunWithoutLines) {
-  test_.files.fail = FailOn("MoveFile", "/t/a.txt", ErrorNumber::kDiskFull);
+  test_.files.fail = FailOn("MoveTo", "/t/a.txt", ErrorNumber::kDiskFull);
   EXPECT_FALSE(Handle("a.txt"));
   EXPECT_FALSE(test_.files.Has("/t/a.txt"));
   EXPECT_EQ(test_.LogMessages(), std::vector<std::string>{"/s/a.txt  ----  Hits: 2"});
 }
 
-TEST_F(FileStepTest, ADiskFullOnTheTemporaryFileEndsTheRunToo) {
-  test_.files.fail = FailOn("WriteAt", kTemporary, ErrorNumber::kDiskFull);
+TEST_F(FileStepTest, ADiskFullOnTheWorkFileEndsTheRunToo) {
+  test_.files.fail = FailOn("WriteAt", kWorkFile, ErrorNumber::kDiskFull);
   EXPECT_FALSE(Handle("a.txt"));
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
   EXPECT_FALSE(test_.files.Has("/t/a.txt"));
 }
 
@@ -207,32 +207,32 @@ TEST_F(FileStepTest, AnUnreadableFileIsLoggedWith70) {
   EXPECT_EQ(program_.run.failed_files, 1);
 }
 
-TEST_F(FileStepTest, AReadErrorInMidFileLeavesNeitherCopyNorTemporaryFile) {
+TEST_F(FileStepTest, AReadErrorInMidFileLeavesNeitherCopyNorWorkFile) {
   test_.files.fail = FailOn("ReadAt", "/s/a.txt", ErrorNumber::kDeviceIo);
   ExpectNotCopied("a.txt", "Error 57: Device I/O error");
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
 TEST_F(FileStepTest, AFailureInAFolderThatCannotBeWrittenNamesTheFileAndTheFolder) {
-  for (const char* call : {"CreateFile", "DeleteFile"}) {
+  for (const char* call : {"CreateWorkFile", "DeleteFile"}) {
     FolderProgram test;
     test.files.AddFile("/s/a.txt", "caca", kOld);
-    if (std::string(call) == "DeleteFile") test.files.AddFile(kTemporary, "left over");
-    test.files.fail = FailOn(call, kTemporary, ErrorNumber::kPermissionDenied);
+    if (std::string(call) == "DeleteFile") test.files.AddFile(kWorkFile, "stale");
+    test.files.fail = FailOn(call, kWorkFile, ErrorNumber::kPermissionDenied);
     HandleFile(test.program, "/s", "a.txt", "/t", FolderPassKind::kPrepass);
-    const FileFailure& failure = test.program.run.first_failure;
+    const Outcome& failure = test.program.run.first_failure;
     EXPECT_EQ(failure.path, "/s/a.txt") << call;
     EXPECT_EQ(failure.cause, FailureCause::kSourceFolder) << call;
     EXPECT_EQ(failure.error_path, "/s") << call;
   }
 }
 
-TEST_F(FileStepTest, AFailureOfTheTemporaryFileNamesTheFileThatHasNoCopy) {
-  test_.files.fail = FailOn("WriteAt", kTemporary, ErrorNumber::kDeviceIo);
+TEST_F(FileStepTest, AFailureOfTheWorkFileNamesTheFileThatHasNoCopy) {
+  test_.files.fail = FailOn("WriteAt", kWorkFile, ErrorNumber::kDeviceIo);
   Handle("a.txt");
   EXPECT_EQ(program_.run.first_failure.path, "/s/a.txt");
-  EXPECT_EQ(program_.run.first_failure.cause, FailureCause::kTemporaryFile);
-  EXPECT_EQ(program_.run.first_failure.error_path, kTemporary);
+  EXPECT_EQ(program_.run.first_failure.cause, FailureCause::kWorkFile);
+  EXPECT_EQ(program_.run.first_failure.error_path, kWorkFile);
 }
 
 TEST_F(FileStepTest, ATargetThatIsTheSourceIsToldAsThat) {
@@ -259,23 +259,23 @@ TEST_F(FileStepTest, AStoppedFileCountsTheBytesThatItsCopyHas) {
   EXPECT_EQ(program_.run.BytesTotal, 1000 + written);
 }
 
-TEST_F(FileStepTest, ATemporaryFileThatCannotBeMadeIsLogged) {
-  test_.files.fail = FailOn("CreateFile", kTemporary, ErrorNumber::kPathFileAccess);
+TEST_F(FileStepTest, AWorkFileThatCannotBeMadeIsLogged) {
+  test_.files.fail = FailOn("CreateWorkFile", kWorkFile, ErrorNumber::kPathFileAccess);
   ExpectNotCopied("a.txt", "Error 75: Path/File access error");
 }
 
-TEST_F(FileStepTest, ALeftOverIsDeletedBeforeTheFileIsProcessed) {
-  test_.files.AddFile(kTemporary, "left over, and longer than the result");
+TEST_F(FileStepTest, AStaleWorkFileIsDeletedBeforeTheFileIsProcessed) {
+  test_.files.AddFile(kWorkFile, "stale, and longer than the result");
   EXPECT_TRUE(Handle("a.txt"));
   EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "cbcb");
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
-TEST_F(FileStepTest, ALeftOverThatCannotBeDeletedReachesNoCopy) {
-  test_.files.AddFile(kTemporary, "left over");
-  test_.files.fail = FailOn("DeleteFile", kTemporary, ErrorNumber::kPermissionDenied);
+TEST_F(FileStepTest, AStaleWorkFileThatCannotBeDeletedReachesNoCopy) {
+  test_.files.AddFile(kWorkFile, "stale");
+  test_.files.fail = FailOn("DeleteFile", kWorkFile, ErrorNumber::kPermissionDenied);
   ExpectNotCopied("a.txt", "Error 70: Permission denied");
-  EXPECT_EQ(test_.files.Bytes(kTemporary), "left over");
+  EXPECT_EQ(test_.files.Bytes(kWorkFile), "stale");
 }
 
 TEST_F(FileStepTest, AFolderInTheTargetsPlaceIsLoggedWith75) {
@@ -283,7 +283,7 @@ TEST_F(FileStepTest, AFolderInTheTargetsPlaceIsLoggedWith75) {
   EXPECT_TRUE(Handle("a.txt"));
   EXPECT_EQ(test_.LogMessages().back(), "Error 75: Path/File access error");
   EXPECT_TRUE(test_.files.IsFolder("/t/a.txt"));
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
 TEST_F(FileStepTest, ATargetThatIsTheSourceFileIsLeftAloneWith75) {
@@ -291,7 +291,7 @@ TEST_F(FileStepTest, ATargetThatIsTheSourceFileIsLeftAloneWith75) {
   EXPECT_TRUE(Handle("a.txt"));
   EXPECT_EQ(test_.LogMessages().back(), "Error 75: Path/File access error");
   EXPECT_EQ(test_.files.Bytes("/s/a.txt"), "caca");
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
 TEST_F(FileStepTest, ATargetOfWhichCannotBeToldWhetherItIsTheSourceIsNotWritten) {
@@ -302,7 +302,7 @@ TEST_F(FileStepTest, ATargetOfWhichCannotBeToldWhetherItIsTheSourceIsNotWritten)
   EXPECT_TRUE(Handle("a.txt"));
   EXPECT_EQ(test_.files.Bytes("/s/a.txt"), "caca");
   EXPECT_EQ(test_.LogMessages().back(), "Error 57: Device I/O error");
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
 TEST_F(FileStepTest, NoLinkInTheTargetIsWrittenThrough) {
@@ -313,7 +313,7 @@ TEST_F(FileStepTest, NoLinkInTheTargetIsWrittenThrough) {
   EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "cbcb");
 }
 
-TEST_F(FileStepTest, AStopInMidFileLeavesAPartialCopyAndTheTemporaryFile) {
+TEST_F(FileStepTest, AStopInMidFileLeavesAPartialCopyAndTheWorkFile) {
   test_.files.AddFile("/s/a.txt", kLongText, kOld);
   test_.StopInMidFile();
   EXPECT_FALSE(Handle("a.txt"));
@@ -321,18 +321,18 @@ TEST_F(FileStepTest, AStopInMidFileLeavesAPartialCopyAndTheTemporaryFile) {
   EXPECT_GT(partial.size(), 0u);
   EXPECT_LT(partial.size(), kLongResult.size());
   EXPECT_TRUE(kLongResult.starts_with(partial));
-  EXPECT_EQ(test_.files.Bytes(kTemporary), partial);
+  EXPECT_EQ(test_.files.Bytes(kWorkFile), partial);
   EXPECT_EQ(test_.files.Bytes("/s/a.txt"), kLongText);
   EXPECT_EQ(test_.Counts(), "");
 }
 
-TEST_F(FileStepTest, AStopAtTheFilesEndLeavesTheWholeCopyAndTheTemporaryFile) {
+TEST_F(FileStepTest, AStopAtTheFilesEndLeavesTheWholeCopyAndTheWorkFile) {
   test_.OnEveryYield([&] {
     if (!test_.Counts().empty()) program_.Beeindigd = true;
   });
   EXPECT_FALSE(Handle("a.txt"));
   EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "cbcb");
-  EXPECT_EQ(test_.files.Bytes(kTemporary), "cbcb");
+  EXPECT_EQ(test_.files.Bytes(kWorkFile), "cbcb");
 }
 
 TEST_F(FileStepTest, AStopDuringTheCopyOfAFileThatIsNotSelectedIsNoFailure) {
@@ -343,12 +343,12 @@ TEST_F(FileStepTest, AStopDuringTheCopyOfAFileThatIsNotSelectedIsNoFailure) {
   EXPECT_EQ(program_.run.failed_files, 0);
 }
 
-TEST_F(FileStepTest, ATemporaryFileOfAnotherRunIsWaitedFor) {
-  test_.files.AddFile(kTemporary, "another run's");
+TEST_F(FileStepTest, AWorkFileOfAnotherRunIsWaitedFor) {
+  test_.files.AddFile(kWorkFile, "another run's");
   int asked = 0;
   int waits = 0;
   test_.files.fail = [&](const std::string& call, const std::string& path) {
-    const bool in_use = call == "DeleteFile" && path == kTemporary && ++asked <= 3;
+    const bool in_use = call == "DeleteFile" && path == kWorkFile && ++asked <= 3;
     return in_use ? ErrorNumber::kFileAlreadyOpen : ErrorNumber::kNone;
   };
   test_.user.on_wait = [&](std::chrono::milliseconds) { ++waits; };
@@ -358,19 +358,19 @@ TEST_F(FileStepTest, ATemporaryFileOfAnotherRunIsWaitedFor) {
 }
 
 TEST_F(FileStepTest, AnotherRunThatStandsStillIsNotWaitedForForEver) {
-  test_.files.AddFile(kTemporary, "another run's");
-  test_.files.fail = FailOn("DeleteFile", kTemporary, ErrorNumber::kFileAlreadyOpen);
+  test_.files.AddFile(kWorkFile, "another run's");
+  test_.files.fail = FailOn("DeleteFile", kWorkFile, ErrorNumber::kFileAlreadyOpen);
   std::chrono::milliseconds waited{0};
   test_.user.on_wait = [&](std::chrono::milliseconds longest) { waited += longest; };
   ExpectNotCopied("a.txt", "Error 55: File already open");
   EXPECT_GT(waited, std::chrono::seconds(4));
   EXPECT_LT(waited, std::chrono::seconds(6));
-  EXPECT_EQ(test_.files.Bytes(kTemporary), "another run's");
+  EXPECT_EQ(test_.files.Bytes(kWorkFile), "another run's");
 }
 
 TEST_F(FileStepTest, AStopRequestEndsTheWaitForAnotherRun) {
-  test_.files.AddFile(kTemporary, "another run's");
-  test_.files.fail = FailOn("DeleteFile", kTemporary, ErrorNumber::kFileAlreadyOpen);
+  test_.files.AddFile(kWorkFile, "another run's");
+  test_.files.fail = FailOn("DeleteFile", kWorkFile, ErrorNumber::kFileAlreadyOpen);
   int waits = 0;
   test_.user.on_wait = [&](std::chrono::milliseconds) {
     ++waits;
@@ -378,14 +378,14 @@ TEST_F(FileStepTest, AStopRequestEndsTheWaitForAnotherRun) {
   };
   EXPECT_FALSE(Handle("a.txt"));
   EXPECT_EQ(waits, 1);
-  EXPECT_EQ(test_.files.Bytes(kTemporary), "another run's");
+  EXPECT_EQ(test_.files.Bytes(kWorkFile), "another run's");
   EXPECT_FALSE(test_.files.Has("/t/a.txt"));
 }
 
 TEST_F(FileStepTest, ANameThatAnotherRunTookInBetweenIsTriedAgain) {
   int tries = 0;
   test_.files.fail = [&](const std::string& call, const std::string&) {
-    const bool taken = call == "CreateFile" && ++tries <= 2;
+    const bool taken = call == "CreateWorkFile" && ++tries <= 2;
     return taken ? ErrorNumber::kFileAlreadyExists : ErrorNumber::kNone;
   };
   EXPECT_TRUE(Handle("a.txt"));
@@ -400,7 +400,7 @@ TEST_F(FileStepTest, AFileThatChangesWhileItIsReadIsPassedOver) {
   ExpectNotCopied("b.txt", "Error 53: File not found");
   EXPECT_EQ(program_.run.passed_over_files, 1);
   EXPECT_EQ(program_.run.HitsTotal, 0);
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
 TEST_F(FileStepTest, HitsOfACopyThatCameToNothingDoNotCount) {
@@ -421,7 +421,7 @@ TEST_F(FileStepTest, ASourceThatTheTargetCannotBeToldFromIsNotStaked) {
   // The look at the target says that nothing is there, although its name is taken.
   bool lie = false;
   test_.files.fail = [&](const std::string& call, const std::string& path) {
-    if (call == "MoveFile") lie = true;
+    if (call == "MoveTo") lie = true;
     return lie && call == "LookUpFile" && path == "/s/a.txt" ? ErrorNumber::kFileNotFound
                                                              : ErrorNumber::kNone;
   };
@@ -436,11 +436,11 @@ TEST_F(FileStepTest, ALinkToNothingInTheTargetIsReplacedByTheCopy) {
   EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "cbcb");
 }
 
-TEST_F(FileStepTest, ATemporaryFileThatCannotBeDeletedIsRemembered) {
+TEST_F(FileStepTest, AWorkFileThatCannotBeDeletedIsRemembered) {
   test_.files.AddFolder("/t/a.txt");
-  test_.files.fail = FailOn("DeleteFile", kTemporary, ErrorNumber::kPermissionDenied);
+  test_.files.fail = FailOn("Discard", kWorkFile, ErrorNumber::kPermissionDenied);
   EXPECT_TRUE(Handle("a.txt"));
-  EXPECT_EQ(program_.run.left_temporary, kTemporary);
+  EXPECT_EQ(program_.run.left_work_file, kWorkFile);
 }
 
 }  // namespace

@@ -200,7 +200,7 @@ TEST_F(FolderPrepassTest, OnlyOneLevelOfTheTargetIsMade) {
 TEST_F(FolderPrepassTest, AfterAFailedCopyTheNextFileIsHandled) {
   test_.files.AddFile("/s/a.txt", "a");
   test_.files.AddFile("/s/b.txt", "aa");
-  test_.files.fail = FailOn("MoveFile", "/t/a.txt", ErrorNumber::kPermissionDenied);
+  test_.files.fail = FailOn("MoveTo", "/t/a.txt", ErrorNumber::kPermissionDenied);
   Run();
   EXPECT_EQ(test_.files.Below("/t"), std::vector<std::string>{"/t/b.txt"});
   EXPECT_EQ(test_.LogMessages(),
@@ -213,7 +213,7 @@ TEST_F(FolderPrepassTest, ADiskFullEndsTheRunAndTheRemainingFilesAreNotHandled) 
   test_.files.AddFile("/s/a.txt", "a");
   test_.files.AddFile("/s/b.txt", "a");
   test_.files.AddFile("/s/c.bin", "a");
-  test_.files.fail = FailOn("MoveFile", "/t/a.txt", ErrorNumber::kDiskFull);
+  test_.files.fail = FailOn("MoveTo", "/t/a.txt", ErrorNumber::kDiskFull);
   Run();
   EXPECT_TRUE(program_.Beeindigd);
   EXPECT_EQ(test_.files.Below("/t"), std::vector<std::string>{});
@@ -239,18 +239,18 @@ TEST_F(FolderPrepassTest, AStopRequestWhileTheSizeIsAddedUpEndsItBeforeTheFirstF
   EXPECT_EQ(test_.files.Below("/t"), std::vector<std::string>{});
 }
 
-TEST_F(FolderPrepassTest, ALeftOverTemporaryFileIsNoFileOfTheSource) {
+TEST_F(FolderPrepassTest, AStaleWorkFileIsNoFileOfTheSource) {
   test_.Select({".enc"});
-  test_.files.AddFile("/s/tijdel.enc", "left over");
+  test_.files.AddFile("/s/tijdel.enc", "stale");
   Run();
   EXPECT_EQ(test_.files.Below("/t"), std::vector<std::string>{});
   EXPECT_EQ(program_.run.FilesDone + program_.run.FilesSkipped, 0);
   EXPECT_TRUE(test_.files.Has("/s/tijdel.enc"));
 }
 
-TEST_F(FolderPrepassTest, ALeftOverIsDeletedBeforeTheFirstSelectedFileOfItsFolder) {
+TEST_F(FolderPrepassTest, AStaleWorkFileIsDeletedBeforeTheFirstSelectedFileOfItsFolder) {
   test_.files.AddFile("/s/b.bin", "a");
-  test_.files.AddFile("/s/tijdel.enc", "left over");
+  test_.files.AddFile("/s/tijdel.enc", "stale");
   test_.files.AddFile("/s/a.txt", "a");
   Run();
   EXPECT_EQ(test_.files.Bytes("/t/a.txt"), "b");

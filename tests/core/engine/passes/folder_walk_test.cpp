@@ -205,7 +205,7 @@ TEST_F(FolderWalkTest, ADiskFullEndsTheWalk) {
   test_.files.AddFile("/s/1/b.txt", "a");
   test_.files.AddFile("/s/1/deep/c.txt", "a");
   test_.files.AddFile("/s/2/d.txt", "a");
-  test_.files.fail = FailOn("MoveFile", "/t/1/a.txt", ErrorNumber::kDiskFull);
+  test_.files.fail = FailOn("MoveTo", "/t/1/a.txt", ErrorNumber::kDiskFull);
   Walk();
   EXPECT_TRUE(program_.Beeindigd);
   EXPECT_EQ(Made(), std::vector<std::string>{"/t/1/"});
@@ -221,7 +221,7 @@ TEST_F(FolderWalkTest, AStopRequestIsObeyedBeforeTheNextSubFolder) {
   EXPECT_EQ(Made(), std::vector<std::string>{"/t/1/"});
 }
 
-TEST_F(FolderWalkTest, AStopRequestInMidFileLeavesAPartialCopyAndTheTemporaryFile) {
+TEST_F(FolderWalkTest, AStopRequestInMidFileLeavesAPartialCopyAndTheWorkFile) {
   test_.files.AddFile("/s/1/a.txt", kLongText);
   test_.files.AddFile("/s/1/b.txt", "a");
   test_.files.AddFile("/s/1/deep/c.txt", "a");
@@ -232,9 +232,9 @@ TEST_F(FolderWalkTest, AStopRequestInMidFileLeavesAPartialCopyAndTheTemporaryFil
   EXPECT_EQ(test_.files.Bytes("/s/1/tijdel.enc"), test_.files.Bytes("/t/1/a.txt"));
 }
 
-TEST_F(FolderWalkTest, ALeftOverBelowIsNoFileOfTheSource) {
-  test_.files.AddFile("/s/1/tijdel.enc", "left over");
-  test_.files.AddFile("/s/2/tijdel.enc", "left over");
+TEST_F(FolderWalkTest, AStaleWorkFileBelowIsNoFileOfTheSource) {
+  test_.files.AddFile("/s/1/tijdel.enc", "stale");
+  test_.files.AddFile("/s/2/tijdel.enc", "stale");
   test_.files.AddFile("/s/2/a.txt", "a");
   Walk();
   EXPECT_EQ(Made(), (std::vector<std::string>{"/t/1/", "/t/2/", "/t/2/a.txt"}));

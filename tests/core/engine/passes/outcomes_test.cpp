@@ -36,7 +36,7 @@ TEST(Outcomes, WhatIsPassedOverIsCountedOnlyWhenTheSourceMissesIt) {
   for (const bool is_folder : {false, true}) {
     for (const PassedOver why :
          {PassedOver::kOwnFile, PassedOver::kRecycleBin, PassedOver::kChangedMeanwhile,
-          PassedOver::kNameEnding, PassedOver::kTemporaryFile, PassedOver::kTargetFolder,
+          PassedOver::kNameEnding, PassedOver::kStaleWorkFile, PassedOver::kTargetFolder,
           PassedOver::kLoop, PassedOver::kBrokenLink, PassedOver::kSpecialFile,
           PassedOver::kLinkedTooOften}) {
       Outcome outcome;

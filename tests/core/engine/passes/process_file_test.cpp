@@ -9,45 +9,51 @@
 namespace morvex::test {
 namespace {
 
-constexpr const char* kTemporary = "/s/tijdel.enc";
+constexpr const char* kWorkFile = "/s/tijdel.enc";
 
 class ProcessFileTest : public ::testing::Test {
  protected:
-  ProcessResult Process(const std::string& bytes) {
+  Outcome Process(const std::string& bytes) {
     test_.files.AddFile("/s/a.txt", bytes, {}, 0640);
-    return ProcessFile(test_.program, "a.txt", "/s");
+    return ProcessFile(program_, LookUpSource(program_, "/s", "a.txt"), work_);
   }
   // The error is about the file at `path`.
-  void ExpectFailed(const ProcessResult& result, ErrorNumber error, const std::string& path) {
-    EXPECT_EQ(result.end, ProcessEnd::kFailed);
-    EXPECT_EQ(result.error, error);
-    EXPECT_EQ(result.path, path);
+  void ExpectFailed(const Outcome& outcome, ErrorNumber error, const std::string& path) {
+    EXPECT_EQ(outcome.kind, OutcomeKind::kFailed);
+    EXPECT_EQ(outcome.error, error);
+    EXPECT_EQ(outcome.error_path, path);
+    EXPECT_EQ(work_, nullptr);
     EXPECT_EQ(test_.Counts(), "");
     EXPECT_EQ(test_.LogMessages(), std::vector<std::string>{});
   }
 
   FolderProgram test_;
   Program& program_ = test_.program;
+  std::unique_ptr<WorkFile> work_;
 };
 
-TEST_F(ProcessFileTest, TheResultStandsInTheTemporaryFile) {
-  const ProcessResult result = Process("cacb");
-  EXPECT_EQ(result.end, ProcessEnd::kProcessed);
-  EXPECT_EQ(result.error, ErrorNumber::kNone);
-  EXPECT_EQ(test_.files.Bytes(kTemporary), "cbcb");
+TEST_F(ProcessFileTest, TheResultStandsInTheWorkFile) {
+  const Outcome outcome = Process("cacb");
+  EXPECT_EQ(outcome.kind, OutcomeKind::kProcessed);
+  EXPECT_EQ(outcome.error, ErrorNumber::kNone);
+  EXPECT_EQ(outcome.path, "/s/a.txt");
+  EXPECT_EQ(outcome.bytes, 4);
+  ASSERT_NE(work_, nullptr);
+  EXPECT_EQ(work_->path(), kWorkFile);
+  EXPECT_EQ(test_.files.Bytes(kWorkFile), "cbcb");
   EXPECT_EQ(test_.files.Bytes("/s/a.txt"), "cacb");
 }
 
-TEST_F(ProcessFileTest, AnEmptyFileGivesAnEmptyTemporaryFileAndAZeroInTheLog) {
-  EXPECT_EQ(Process("").end, ProcessEnd::kProcessed);
-  EXPECT_EQ(test_.files.Bytes(kTemporary), "");
+TEST_F(ProcessFileTest, AnEmptyFileGivesAnEmptyWorkFileAndAZeroInTheLog) {
+  EXPECT_EQ(Process("").kind, OutcomeKind::kProcessed);
+  EXPECT_EQ(test_.files.Bytes(kWorkFile), "");
   EXPECT_EQ(program_.run.HitsTotal, 0);
   EXPECT_EQ(test_.LogMessages(), std::vector<std::string>{"/s/a.txt  ----  Hits: 0"});
 }
 
-TEST_F(ProcessFileTest, TheTemporaryFileIsNoMoreReadableThanTheSource) {
+TEST_F(ProcessFileTest, TheWorkFileIsNoMoreReadableThanTheSource) {
   Process("a");
-  EXPECT_EQ(test_.files.Permissions(kTemporary), 0640u);
+  EXPECT_EQ(test_.files.Permissions(kWorkFile), 0640u);
 }
 
 TEST_F(ProcessFileTest, HitsAreCountedForTheFileAndForTheRun) {
@@ -78,7 +84,7 @@ TEST_F(ProcessFileTest, TheSecondLineOfTheResultLabelIsTheResultTail) {
 TEST_F(ProcessFileTest, TheFilesPathIsShownBeforeItsFirstByteIsRead) {
   std::string shown;
   test_.OnEveryYield([&] {
-    if (shown.empty() && !test_.files.Has(kTemporary)) shown = program_.frmMorvex.lblFiles.caption;
+    if (shown.empty() && !test_.files.Has(kWorkFile)) shown = program_.frmMorvex.lblFiles.caption;
   });
   Process("a");
   EXPECT_EQ(shown, "/s/a.txt");
@@ -123,70 +129,72 @@ TEST_F(ProcessFileTest, OnADriveRootTheDoubledBackslashIsRepaired) {
   test.files.AddFile("C:\\a.txt", "a");
   std::vector<std::string> opened;
   test.files.fail = [&](const std::string& call, const std::string& path) {
-    if (call == "OpenForReading" || call == "CreateFile") opened.push_back(path);
+    if (call == "OpenForReading" || call == "CreateWorkFile") opened.push_back(path);
     return ErrorNumber::kNone;
   };
-  EXPECT_EQ(ProcessFile(test.program, "a.txt", "C:\\").end, ProcessEnd::kProcessed);
+  const SourceFile source = LookUpSource(test.program, "C:\\", "a.txt");
+  EXPECT_EQ(ProcessFile(test.program, source, work_).kind, OutcomeKind::kProcessed);
   EXPECT_EQ(opened, (std::vector<std::string>{"C:\\a.txt", "C:\\tijdel.enc"}));
-  EXPECT_EQ(TemporaryPath(test.program, "C:\\"), "C:\\tijdel.enc");
-  EXPECT_EQ(TemporaryPath(test.program, "C:\\s"), "C:\\s\\tijdel.enc");
+  EXPECT_EQ(WorkFilePath(test.program, "C:\\"), "C:\\tijdel.enc");
+  EXPECT_EQ(WorkFilePath(test.program, "C:\\s"), "C:\\s\\tijdel.enc");
 }
 
-TEST_F(ProcessFileTest, OnceTheProgramIsToStopThereIsNoTemporaryPath) {
+TEST_F(ProcessFileTest, OnceTheProgramIsToStopThereIsNoWorkFilePath) {
   program_.Beeindigd = true;
-  EXPECT_EQ(TemporaryPath(program_, "/s"), "");
+  EXPECT_EQ(WorkFilePath(program_, "/s"), "");
 }
 
 TEST_F(ProcessFileTest, AVanishedFileFailsWith53) {
-  ExpectFailed(ProcessFile(program_, "gone.txt", "/s"), ErrorNumber::kFileNotFound, "/s/gone.txt");
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  const Outcome outcome = ProcessFile(program_, LookUpSource(program_, "/s", "gone.txt"), work_);
+  ExpectFailed(outcome, ErrorNumber::kFileNotFound, "/s/gone.txt");
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
 TEST_F(ProcessFileTest, AnUnreadableFileFailsWith70) {
   test_.files.fail = FailOn("OpenForReading", "/s/a.txt", ErrorNumber::kPermissionDenied);
   ExpectFailed(Process("a"), ErrorNumber::kPermissionDenied, "/s/a.txt");
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
-TEST_F(ProcessFileTest, ATemporaryFileThatCannotBeMadeFails) {
-  test_.files.fail = FailOn("CreateFile", kTemporary, ErrorNumber::kPathFileAccess);
-  ExpectFailed(Process("a"), ErrorNumber::kPathFileAccess, kTemporary);
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+TEST_F(ProcessFileTest, AWorkFileThatCannotBeMadeFails) {
+  test_.files.fail = FailOn("CreateWorkFile", kWorkFile, ErrorNumber::kPathFileAccess);
+  ExpectFailed(Process("a"), ErrorNumber::kPathFileAccess, kWorkFile);
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
-TEST_F(ProcessFileTest, ATemporaryNameThatIsTakenFailsAndIsLeftAlone) {
-  test_.files.AddFile(kTemporary, "left over");
-  ExpectFailed(Process("a"), ErrorNumber::kFileAlreadyExists, kTemporary);
-  EXPECT_EQ(test_.files.Bytes(kTemporary), "left over");
+TEST_F(ProcessFileTest, AWorkFileNameThatIsTakenFailsAndIsLeftAlone) {
+  test_.files.AddFile(kWorkFile, "stale");
+  ExpectFailed(Process("a"), ErrorNumber::kFileAlreadyExists, kWorkFile);
+  EXPECT_EQ(test_.files.Bytes(kWorkFile), "stale");
 }
 
-TEST_F(ProcessFileTest, AReadErrorInMidFileLeavesNoTemporaryFile) {
+TEST_F(ProcessFileTest, AReadErrorInMidFileLeavesNoWorkFile) {
   int reads = 0;
   test_.files.fail = [&](const std::string& call, const std::string&) {
     return call == "ReadAt" && ++reads == 2 ? ErrorNumber::kDeviceIo : ErrorNumber::kNone;
   };
   ExpectFailed(Process(std::string(3'000'000, 'c')), ErrorNumber::kDeviceIo, "/s/a.txt");
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
-TEST_F(ProcessFileTest, AWriteErrorLeavesNoTemporaryFile) {
+TEST_F(ProcessFileTest, AWriteErrorLeavesNoWorkFile) {
   for (const std::size_t size : {std::size_t{10}, std::size_t{3'000'000}}) {
-    test_.files.fail = FailOn("WriteAt", kTemporary, ErrorNumber::kDiskFull);
-    ExpectFailed(Process(std::string(size, 'c')), ErrorNumber::kDiskFull, kTemporary);
-    EXPECT_FALSE(test_.files.Has(kTemporary)) << size;
+    test_.files.fail = FailOn("WriteAt", kWorkFile, ErrorNumber::kDiskFull);
+    ExpectFailed(Process(std::string(size, 'c')), ErrorNumber::kDiskFull, kWorkFile);
+    EXPECT_FALSE(test_.files.Has(kWorkFile)) << size;
   }
 }
 
-TEST_F(ProcessFileTest, AnErrorOfTheClosingLeavesNoTemporaryFile) {
-  test_.files.fail = FailOn("Close", kTemporary, ErrorNumber::kDiskFull);
-  ExpectFailed(Process("c"), ErrorNumber::kDiskFull, kTemporary);
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+TEST_F(ProcessFileTest, AnErrorOfTheClosingLeavesNoWorkFile) {
+  test_.files.fail = FailOn("Close", kWorkFile, ErrorNumber::kDiskFull);
+  ExpectFailed(Process("c"), ErrorNumber::kDiskFull, kWorkFile);
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
 TEST_F(ProcessFileTest, AStopInMidFileLeavesWhatWasWritten) {
   test_.StopInMidFile();
-  EXPECT_EQ(Process(kLongText).end, ProcessEnd::kStopped);
-  const std::string& partial = test_.files.Bytes(kTemporary);
+  EXPECT_EQ(Process(kLongText).kind, OutcomeKind::kStopped);
+  const std::string& partial = test_.files.Bytes(kWorkFile);
   EXPECT_GT(partial.size(), 0u);
   EXPECT_LT(partial.size(), kLongResult.size());
   EXPECT_TRUE(kLongResult.starts_with(partial));
@@ -202,8 +210,8 @@ TEST_F(ProcessFileTest, AStopInMidFileLeavesNoLineAndNoCounts) {
 
 TEST_F(ProcessFileTest, AStopBeforeTheFirstByteLeavesNothing) {
   test_.OnEveryYield([&] { program_.Beeindigd = true; });
-  EXPECT_NE(Process("a").end, ProcessEnd::kProcessed);
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_NE(Process("a").kind, OutcomeKind::kProcessed);
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
   EXPECT_EQ(test_.LogMessages(), std::vector<std::string>{});
 }
 
@@ -213,7 +221,7 @@ TEST_F(ProcessFileTest, AStopRequestIsObeyedAtTheNextYield) {
     if (program_.Beeindigd) ++yields_behind;
     if (program_.run.FileOffset > 0) program_.Beeindigd = true;
   });
-  EXPECT_EQ(Process(kLongText).end, ProcessEnd::kStopped);
+  EXPECT_EQ(Process(kLongText).kind, OutcomeKind::kStopped);
   EXPECT_EQ(yields_behind, 0);
 }
 
@@ -229,63 +237,73 @@ TEST_F(ProcessFileTest, WindowEventsAreHandledWhileItWorksWhen15MillisecondsHave
   EXPECT_GE(test_.user.events_handled, 5);
 }
 
-class LeftOverTest : public ProcessFileTest {
+// What an earlier run left.
+class StaleWorkFileTest : public ProcessFileTest {
  protected:
-  LeftOverTest() { test_.files.AddFile("/s/a.txt", "aca"); }
-  ErrorNumber Delete(const char* source = "/s/a.txt", bool taken = false) {
-    return DeleteLeftOver(program_, "/s", test_.files.LookUpFile(source).value, taken);
+  StaleWorkFileTest() { test_.files.AddFile("/s/a.txt", "aca"); }
+  ErrorNumber Delete(const char* name = "a.txt", bool name_is_taken = false) {
+    return DeleteStaleWorkFile(program_, LookUpSource(program_, "/s", name), name_is_taken);
   }
 };
 
-TEST_F(LeftOverTest, ThatIsNotThereIsNoError) {
+TEST_F(StaleWorkFileTest, ThatIsNotThereIsNoError) {
   EXPECT_EQ(Delete(), ErrorNumber::kNone);
-  EXPECT_EQ(Delete("/s/a.txt", true), ErrorNumber::kNone);
+  EXPECT_EQ(Delete("a.txt", true), ErrorNumber::kNone);
 }
 
-TEST_F(LeftOverTest, IsDeleted) {
-  test_.files.AddFile(kTemporary, "left over");
+TEST_F(StaleWorkFileTest, IsDeleted) {
+  test_.files.AddFile(kWorkFile, "stale");
   EXPECT_EQ(Delete(), ErrorNumber::kNone);
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
-TEST_F(LeftOverTest, ThatStaysIsAnError) {
-  test_.files.AddFile(kTemporary, "left over");
-  test_.files.fail = FailOn("DeleteFile", kTemporary, ErrorNumber::kPermissionDenied);
+TEST_F(StaleWorkFileTest, ThatStaysIsAnError) {
+  test_.files.AddFile(kWorkFile, "stale");
+  test_.files.fail = FailOn("DeleteFile", kWorkFile, ErrorNumber::kPermissionDenied);
   EXPECT_EQ(Delete(), ErrorNumber::kPermissionDenied);
 }
 
-TEST_F(LeftOverTest, OfWhichNothingIsKnownStays) {
-  test_.files.AddFile(kTemporary, "left over");
-  test_.files.fail = FailOn("LookUpFile", kTemporary, ErrorNumber::kDeviceIo);
+TEST_F(StaleWorkFileTest, OfWhichNothingIsKnownStays) {
+  test_.files.AddFile(kWorkFile, "stale");
+  test_.files.fail = FailOn("LookUpFile", kWorkFile, ErrorNumber::kDeviceIo);
   EXPECT_EQ(Delete(), ErrorNumber::kDeviceIo);
-  EXPECT_TRUE(test_.files.Has(kTemporary));
+  EXPECT_TRUE(test_.files.Has(kWorkFile));
 }
 
-TEST_F(LeftOverTest, ThatIsALinkToNothingIsDeletedOnceTheNameIsNeeded) {
-  test_.files.AddLink(kTemporary, "/nowhere");
+TEST_F(StaleWorkFileTest, ThatIsALinkToNothingIsDeletedOnceTheNameIsNeeded) {
+  test_.files.AddLink(kWorkFile, "/nowhere");
   EXPECT_EQ(Delete(), ErrorNumber::kNone);
-  EXPECT_TRUE(test_.files.Has(kTemporary));
-  EXPECT_EQ(Delete("/s/a.txt", true), ErrorNumber::kNone);
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_TRUE(test_.files.Has(kWorkFile));
+  EXPECT_EQ(Delete("a.txt", true), ErrorNumber::kNone);
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
-TEST_F(LeftOverTest, IsNoneWhenTheFileIsTheTemporaryFileItself) {
-  test_.files.AddFile(kTemporary, "a source");
-  test_.files.AddLink("/s/link.txt", kTemporary);
-  for (const char* name : {"/s/tijdel.enc", "/s/link.txt"}) {
+TEST_F(StaleWorkFileTest, IsNoneWhenTheFileIsTheWorkFileItself) {
+  test_.files.AddFile(kWorkFile, "a source");
+  test_.files.AddLink("/s/link.txt", kWorkFile);
+  for (const char* name : {"tijdel.enc", "link.txt"}) {
     EXPECT_EQ(Delete(name, true), ErrorNumber::kPathFileAccess) << name;
-    EXPECT_EQ(test_.files.Bytes(kTemporary), "a source") << name;
+    EXPECT_EQ(test_.files.Bytes(kWorkFile), "a source") << name;
   }
 }
 
-TEST_F(LeftOverTest, IsForgottenOnceItIsGone) {
-  test_.files.AddFile(kTemporary, "left over");
-  test_.files.fail = FailOn("DeleteFile", kTemporary, ErrorNumber::kPermissionDenied);
-  DropTemporary(program_, kTemporary);
-  EXPECT_EQ(program_.run.left_temporary, kTemporary);
-  test_.files.fail = nullptr;
+TEST_F(ProcessFileTest, AWorkFileThatCannotBeDiscardedIsRemembered) {
+  const std::int64_t hits_before = program_.run.HitsTotal;
+  test_.files.fail = [](const std::string& call, const std::string&) {
+    const bool fails = call == "Close" || call == "Discard";
+    return fails ? ErrorNumber::kDeviceIo : ErrorNumber::kNone;
+  };
+  ExpectFailed(Process("aca"), ErrorNumber::kDeviceIo, kWorkFile);
+  EXPECT_EQ(program_.run.left_work_file, kWorkFile);
+  EXPECT_EQ(program_.run.HitsTotal, hits_before);
+  EXPECT_TRUE(test_.files.Has(kWorkFile));
+}
+
+TEST_F(StaleWorkFileTest, IsForgottenOnceItIsGone) {
+  test_.files.AddFile(kWorkFile, "stale");
+  program_.run.left_work_file = kWorkFile;
   EXPECT_EQ(Delete(), ErrorNumber::kNone);
-  EXPECT_EQ(program_.run.left_temporary, "");
+  EXPECT_EQ(program_.run.left_work_file, "");
 }
 
 }  // namespace

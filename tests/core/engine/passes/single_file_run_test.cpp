@@ -8,41 +8,41 @@
 namespace morvex::test {
 namespace {
 
-constexpr const char* kTemporary = "/s/tijdel.enc";
+constexpr const char* kWorkFile = "/s/tijdel.enc";
 constexpr const char* kTarget = "/t/copy.txt";
 constexpr WallTime kOld{std::chrono::hours(1000)};
 
 class SingleFileRunTest : public ::testing::Test {
  protected:
   SingleFileRunTest() { test_.files.AddFile("/s/a.bin", "caca", kOld, 0640); }
-  CopyEnd Run(const std::string& target = kTarget) {
-    result_ = SingleFileRun(program_, "/s/a.bin", target);
-    return result_.end;
+  OutcomeKind Run(const std::string& target = kTarget) {
+    outcome_ = SingleFileRun(program_, "/s/a.bin", target);
+    return outcome_.kind;
   }
   // The error is about the file at `path`.
   void ExpectFailed(const std::string& target, ErrorNumber error, const std::string& path) {
-    EXPECT_EQ(Run(target), CopyEnd::kFailed) << path;
-    EXPECT_EQ(result_.error, error) << path;
-    EXPECT_EQ(result_.path, path);
+    EXPECT_EQ(Run(target), OutcomeKind::kFailed) << path;
+    EXPECT_EQ(outcome_.error, error) << path;
+    EXPECT_EQ(outcome_.error_path, path);
   }
   std::string Elapsed() const { return program_.frmMorvex.lblTijd.caption; }
 
   FolderProgram test_;
   Program& program_ = test_.program;
-  CopyResult result_;
+  Outcome outcome_;
 };
 
 TEST_F(SingleFileRunTest, TheTargetTextIsThePathOfTheCopy) {
-  EXPECT_EQ(Run(), CopyEnd::kCopied);
+  EXPECT_EQ(Run(), OutcomeKind::kProcessed);
   EXPECT_EQ(test_.files.Bytes(kTarget), "cbcb");
   EXPECT_EQ(test_.files.Permissions(kTarget), 0640u);
   EXPECT_EQ(test_.files.Bytes("/s/a.bin"), "caca");
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
 TEST_F(SingleFileRunTest, NeedsNoSelectedExtension) {
   test_.Select({});
-  EXPECT_EQ(Run(), CopyEnd::kCopied);
+  EXPECT_EQ(Run(), OutcomeKind::kProcessed);
   EXPECT_EQ(test_.files.Bytes(kTarget), "cbcb");
 }
 
@@ -93,16 +93,16 @@ TEST_F(SingleFileRunTest, HitsPerFileAreNotResetForASecondRun) {
   EXPECT_EQ(program_.run.Hits_Per_File, 4);
 }
 
-TEST_F(SingleFileRunTest, ALeftOverIsDeletedFirst) {
-  test_.files.AddFile(kTemporary, "left over, longer than the result");
-  EXPECT_EQ(Run(), CopyEnd::kCopied);
+TEST_F(SingleFileRunTest, AStaleWorkFileIsDeletedFirst) {
+  test_.files.AddFile(kWorkFile, "stale, longer than the result");
+  EXPECT_EQ(Run(), OutcomeKind::kProcessed);
   EXPECT_EQ(test_.files.Bytes(kTarget), "cbcb");
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
-TEST_F(SingleFileRunTest, ALeftOverThatCannotBeDeletedReachesNoCopy) {
-  test_.files.AddFile(kTemporary, "left over");
-  test_.files.fail = FailOn("DeleteFile", kTemporary, ErrorNumber::kPermissionDenied);
+TEST_F(SingleFileRunTest, AStaleWorkFileThatCannotBeDeletedReachesNoCopy) {
+  test_.files.AddFile(kWorkFile, "stale");
+  test_.files.fail = FailOn("DeleteFile", kWorkFile, ErrorNumber::kPermissionDenied);
   ExpectFailed(kTarget, ErrorNumber::kPermissionDenied, "/s");
   EXPECT_FALSE(test_.files.Has(kTarget));
 }
@@ -110,7 +110,7 @@ TEST_F(SingleFileRunTest, ALeftOverThatCannotBeDeletedReachesNoCopy) {
 TEST_F(SingleFileRunTest, ATargetThatIsAFolderGetsNoFile) {
   ExpectFailed("/t", ErrorNumber::kPathFileAccess, "/t");
   EXPECT_EQ(test_.files.Below("/t"), std::vector<std::string>{});
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
   EXPECT_EQ(test_.Counts(), "Scanned: 1 ");
   EXPECT_EQ(test_.HitsShown(), "Hits: 2\r\nDone !");
 }
@@ -118,12 +118,12 @@ TEST_F(SingleFileRunTest, ATargetThatIsAFolderGetsNoFile) {
 TEST_F(SingleFileRunTest, ATargetInAMissingFolderGetsNoFile) {
   ExpectFailed("/none/copy.txt", ErrorNumber::kPathNotFound, "/none/copy.txt");
   EXPECT_FALSE(test_.files.Has("/none"));
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
 TEST_F(SingleFileRunTest, AnEmptyTargetGetsNoFile) {
   ExpectFailed("", ErrorNumber::kPathNotFound, "");
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
 TEST_F(SingleFileRunTest, ATargetThatIsTheSourceLeavesItAlone) {
@@ -132,20 +132,20 @@ TEST_F(SingleFileRunTest, ATargetThatIsTheSourceLeavesItAlone) {
   test_.files.AddLink("/t/link", "/s/a.bin");
   ExpectFailed("/t/link", ErrorNumber::kPathFileAccess, "/t/link");
   EXPECT_EQ(test_.files.Bytes("/s/a.bin"), "caca");
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
 }
 
-TEST_F(SingleFileRunTest, ASourceNamedLikeTheTemporaryFileIsLeftAlone) {
-  test_.files.AddFile(kTemporary, "caca", kOld);
-  EXPECT_EQ(SingleFileRun(program_, kTemporary, kTarget).error, ErrorNumber::kPathFileAccess);
-  EXPECT_EQ(test_.files.Bytes(kTemporary), "caca");
+TEST_F(SingleFileRunTest, ASourceNamedLikeTheWorkFileIsLeftAlone) {
+  test_.files.AddFile(kWorkFile, "caca", kOld);
+  EXPECT_EQ(SingleFileRun(program_, kWorkFile, kTarget).error, ErrorNumber::kPathFileAccess);
+  EXPECT_EQ(test_.files.Bytes(kWorkFile), "caca");
   EXPECT_FALSE(test_.files.Has(kTarget));
 }
 
 TEST_F(SingleFileRunTest, AFilePassedOverByARuleHasNoCopyButIsShownAsScanned) {
   test_.files.AddFile("/s/a.bin", "caca", test_.system.now);
-  EXPECT_EQ(Run(), CopyEnd::kPassedOver);
-  EXPECT_EQ(result_.error, ErrorNumber::kFileNotFound);
+  EXPECT_EQ(Run(), OutcomeKind::kPassedOver);
+  EXPECT_EQ(outcome_.why, PassedOver::kChangedMeanwhile);
   EXPECT_FALSE(test_.files.Has(kTarget));
   EXPECT_EQ(test_.Counts(), "Scanned: 1 ");
   EXPECT_EQ(program_.run.FilesDone, 1);
@@ -155,7 +155,7 @@ TEST_F(SingleFileRunTest, AFilePassedOverByARuleHasNoCopyButIsShownAsScanned) {
 
 TEST_F(SingleFileRunTest, ASkippedArticleIsLoggedAndCounted) {
   test_.files.AddFile("/s/article", "caca", kOld);
-  EXPECT_EQ(SingleFileRun(program_, "/s/article", kTarget).error, ErrorNumber::kFileNotFound);
+  EXPECT_EQ(SingleFileRun(program_, "/s/article", kTarget).why, PassedOver::kNameEnding);
   EXPECT_EQ(test_.LogMessages(), (std::vector<std::string>{"/s/article", "SKIP article"}));
   EXPECT_EQ(program_.run.FilesSkipped, 1);
 }
@@ -169,43 +169,43 @@ TEST_F(SingleFileRunTest, AVanishedFileIsNotLogged) {
 
 TEST_F(SingleFileRunTest, OnceTheProgramIsToStopNothingIsDone) {
   program_.Beeindigd = true;
-  EXPECT_EQ(Run(), CopyEnd::kStopped);
+  EXPECT_EQ(Run(), OutcomeKind::kStopped);
   EXPECT_EQ(program_.run.BytesTotal, 0);
   EXPECT_EQ(program_.run.FilesDone, 0);
   EXPECT_EQ(test_.Counts(), "");
   EXPECT_FALSE(test_.files.Has(kTarget));
 }
 
-TEST_F(SingleFileRunTest, AStopInMidFileLeavesAPartialCopyAndNoTemporaryFile) {
+TEST_F(SingleFileRunTest, AStopInMidFileLeavesAPartialCopyAndNoWorkFile) {
   test_.files.AddFile("/s/a.bin", kLongText, kOld);
   test_.StopInMidFile();
-  EXPECT_EQ(Run(), CopyEnd::kStopped);
+  EXPECT_EQ(Run(), OutcomeKind::kStopped);
   EXPECT_EQ(program_.run.cut_short, kTarget);
   ASSERT_TRUE(test_.files.Has(kTarget));
   const std::string& partial = test_.files.Bytes(kTarget);
   EXPECT_GT(partial.size(), 0u);
   EXPECT_LT(partial.size(), kLongResult.size());
   EXPECT_TRUE(kLongResult.starts_with(partial));
-  EXPECT_FALSE(test_.files.Has(kTemporary));
+  EXPECT_FALSE(test_.files.Has(kWorkFile));
   EXPECT_EQ(test_.files.Bytes("/s/a.bin"), kLongText);
 }
 
-TEST_F(SingleFileRunTest, EveryErrorLeavesNeitherCopyNorTemporaryFile) {
+TEST_F(SingleFileRunTest, EveryErrorLeavesNeitherCopyNorWorkFile) {
   struct Case {
     const char* call;
     const char* path;
     ErrorNumber error;
   };
   const Case cases[] = {{"OpenForReading", "/s/a.bin", ErrorNumber::kPermissionDenied},
-                        {"CreateFile", kTemporary, ErrorNumber::kPathFileAccess},
+                        {"CreateWorkFile", kWorkFile, ErrorNumber::kPathFileAccess},
                         {"ReadAt", "/s/a.bin", ErrorNumber::kDeviceIo},
-                        {"WriteAt", kTemporary, ErrorNumber::kDiskFull},
-                        {"Close", kTemporary, ErrorNumber::kDiskFull},
-                        {"MoveFile", kTarget, ErrorNumber::kDiskFull}};
+                        {"WriteAt", kWorkFile, ErrorNumber::kDiskFull},
+                        {"Close", kWorkFile, ErrorNumber::kDiskFull},
+                        {"MoveTo", kTarget, ErrorNumber::kDiskFull}};
   for (const Case& tested : cases) {
     test_.files.fail = FailOn(tested.call, tested.path, tested.error);
     ExpectFailed(kTarget, tested.error, tested.path);
-    EXPECT_FALSE(test_.files.Has(kTemporary)) << tested.call;
+    EXPECT_FALSE(test_.files.Has(kWorkFile)) << tested.call;
     EXPECT_FALSE(test_.files.Has(kTarget)) << tested.call;
     EXPECT_FALSE(program_.Beeindigd) << tested.call;
   }

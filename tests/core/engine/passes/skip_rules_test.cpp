@@ -14,10 +14,10 @@ class SkipRulesTest : public ::testing::Test {
  protected:
   SkipRulesTest() { test_.program.run.ArmedAt = test_.system.now; }
   PassedOver Decide(const std::string& name, const std::string& folder = "/s") {
-    return DecideSkip(test_.program, name, folder, test_.system.now - kInstant).why;
+    return WhyPassedOver(test_.program, name, folder, test_.system.now - kInstant);
   }
   PassedOver DecideModified(WallTime modified) {
-    return DecideSkip(test_.program, "a.txt", "/s", modified).why;
+    return WhyPassedOver(test_.program, "a.txt", "/s", modified);
   }
 
   TestProgram test_;
@@ -92,13 +92,12 @@ TEST_F(SkipRulesTest, AFileChangedAfterArmingIsSkippedSilently) {
 }
 
 TEST_F(SkipRulesTest, WithoutATimeThatRuleIsPassedOver) {
-  EXPECT_EQ(DecideSkip(test_.program, "a.txt", "/s", std::nullopt), SkipDecision{});
+  EXPECT_EQ(WhyPassedOver(test_.program, "a.txt", "/s", std::nullopt), PassedOver::kNo);
 }
 
 TEST_F(SkipRulesTest, NamesEndingInCleAreSkippedAndCounted) {
   for (const char* name : {"article", "cle", "a.cle", "x.txtcle"}) {
-    EXPECT_EQ(DecideSkip(test_.program, name, "/s", std::nullopt),
-              (SkipDecision{PassedOver::kNameEnding, true}))
+    EXPECT_EQ(WhyPassedOver(test_.program, name, "/s", std::nullopt), PassedOver::kNameEnding)
         << name;
   }
   for (const char* name : {"article.txt", "CLE", "a.Cle", "cle.", "le"}) {
@@ -108,17 +107,18 @@ TEST_F(SkipRulesTest, NamesEndingInCleAreSkippedAndCounted) {
 
 TEST_F(SkipRulesTest, TheSilentRulesComeBeforeTheCountedOne) {
   EXPECT_EQ(Decide("article", "/s/recycler"), PassedOver::kRecycleBin);
-  EXPECT_EQ(DecideSkip(test_.program, "article", "/s", test_.system.now),
-            SkipDecision{PassedOver::kChangedMeanwhile});
+  EXPECT_EQ(WhyPassedOver(test_.program, "article", "/s", test_.system.now),
+            PassedOver::kChangedMeanwhile);
 }
 
-// The same rules as a file meets them.
+// The same rules when a file is processed.
 class SkippedFileTest : public ::testing::Test {
  protected:
-  ProcessEnd Process(const std::string& name, const std::string& folder = "/s",
-                     WallTime modified = {}) {
+  OutcomeKind Process(const std::string& name, const std::string& folder = "/s",
+                      WallTime modified = {}) {
     test_.files.AddFile(folder + "/" + name, "aaa", modified);
-    return ProcessFile(test_.program, name, folder).end;
+    std::unique_ptr<WorkFile> work;
+    return ProcessFile(test_.program, LookUpSource(test_.program, folder, name), work).kind;
   }
   void ExpectNothingDone(const std::string& folder = "/s") {
     EXPECT_FALSE(test_.files.Has(folder + "/tijdel.enc"));
@@ -132,7 +132,7 @@ class SkippedFileTest : public ::testing::Test {
 
 TEST_F(SkippedFileTest, TheProgramsOwnFilesLeaveNoLineAndNoCount) {
   for (const char* name : {"Morvex.log", "Morvex.exe", "Morvex.dat", "morvex-cli.exe"}) {
-    EXPECT_EQ(Process(name), ProcessEnd::kSkipped) << name;
+    EXPECT_EQ(Process(name), OutcomeKind::kPassedOver) << name;
   }
   EXPECT_EQ(test_.LogMessages(), std::vector<std::string>{});
   EXPECT_EQ(test_.program.run.FilesSkipped, 0);
@@ -140,7 +140,7 @@ TEST_F(SkippedFileTest, TheProgramsOwnFilesLeaveNoLineAndNoCount) {
 }
 
 TEST_F(SkippedFileTest, ArticleLeavesASkipLineAndCounts) {
-  EXPECT_EQ(Process("article"), ProcessEnd::kSkipped);
+  EXPECT_EQ(Process("article"), OutcomeKind::kPassedOver);
   EXPECT_EQ(test_.LogMessages(), std::vector<std::string>{"SKIP article"});
   EXPECT_EQ(test_.program.run.FilesSkipped, 1);
   ExpectNothingDone();
@@ -148,32 +148,32 @@ TEST_F(SkippedFileTest, ArticleLeavesASkipLineAndCounts) {
 
 TEST_F(SkippedFileTest, ArticleCountsWithoutLoggingToo) {
   test_.program.run.LoggingOn = false;
-  EXPECT_EQ(Process("article"), ProcessEnd::kSkipped);
+  EXPECT_EQ(Process("article"), OutcomeKind::kPassedOver);
   EXPECT_FALSE(test_.files.Has("/program/Morvex.log"));
   EXPECT_EQ(test_.program.run.FilesSkipped, 1);
 }
 
 TEST_F(SkippedFileTest, AFileAsNewAsTheArmingLeavesNoLineAndNoCount) {
-  EXPECT_EQ(Process("a.txt", "/s", test_.system.now), ProcessEnd::kSkipped);
+  EXPECT_EQ(Process("a.txt", "/s", test_.system.now), OutcomeKind::kPassedOver);
   EXPECT_EQ(test_.LogMessages(), std::vector<std::string>{});
   EXPECT_EQ(test_.program.run.FilesSkipped, 0);
   ExpectNothingDone();
 }
 
 TEST_F(SkippedFileTest, AFileAnInstantOlderThanTheArmingIsProcessed) {
-  EXPECT_EQ(Process("a.txt", "/s", test_.system.now - kInstant), ProcessEnd::kProcessed);
+  EXPECT_EQ(Process("a.txt", "/s", test_.system.now - kInstant), OutcomeKind::kProcessed);
   EXPECT_EQ(test_.files.Bytes("/s/tijdel.enc"), "bbb");
 }
 
 TEST_F(SkippedFileTest, AFileUnderRecycledInMixedCaseLeavesNoLineAndNoCount) {
-  EXPECT_EQ(Process("a.txt", "/s/ReCyClEd/x"), ProcessEnd::kSkipped);
+  EXPECT_EQ(Process("a.txt", "/s/ReCyClEd/x"), OutcomeKind::kPassedOver);
   EXPECT_EQ(test_.LogMessages(), std::vector<std::string>{});
   EXPECT_EQ(test_.program.run.FilesSkipped, 0);
   ExpectNothingDone("/s/ReCyClEd/x");
 }
 
 TEST_F(SkippedFileTest, AFileUnderSystemVolumeInformationIsProcessed) {
-  EXPECT_EQ(Process("a.txt", "/s/System Volume Information"), ProcessEnd::kProcessed);
+  EXPECT_EQ(Process("a.txt", "/s/System Volume Information"), OutcomeKind::kProcessed);
   EXPECT_EQ(test_.files.Bytes("/s/System Volume Information/tijdel.enc"), "bbb");
 }
 
