@@ -7,23 +7,11 @@ namespace morvex {
 namespace {
 
 constexpr std::size_t kPadding = 64;
-static_assert(kPadding >= KeyIndex::kReadAhead && kPadding >= ScanTables::kReadAhead);
+static_assert(kPadding >= PrefixIndex::kReadAhead && kPadding >= ScanTables::kReadAhead);
 
 // Keys of all spellings make the look behind the scan dearer than it is in a substitution: the scan
 // pays as long as it spares every second one.
 constexpr std::size_t kDense = 2;
-
-// As in a substitution: with more than one look a place in so many, the places after them are left
-// to the automaton, unless its keys have too many bytes.
-constexpr std::size_t kFewLooks = 4;
-constexpr std::size_t kPlacesForAutomaton = std::size_t{1} << 16;
-constexpr std::size_t kMostAutomatonBytes = std::size_t{1} << 20;
-
-std::size_t KeyBytes(const std::vector<CompiledRow>& keys) {
-  std::size_t bytes = 0;
-  for (const CompiledRow& key : keys) bytes += key.key.size();
-  return bytes;
-}
 
 // In runs whose count fits into a byte, so that a vector counts as many bytes as it holds.
 std::int64_t LineBreaks(const std::uint8_t* bytes, std::size_t size) {
@@ -46,10 +34,9 @@ std::int64_t LineBreaks(const std::uint8_t* bytes, std::size_t size) {
 
 LeftoverSearch::LeftoverSearch(const Sought& sought, Kernel kernel, std::size_t block)
     : sought_(sought),
-      filter_(sought.keys().index(), sought.keys().rows(), kernel, kDense),
+      search_(sought.keys().index(), sought.keys().rows(), kernel, SearchMethod::kWhatPays, kDense),
       rare_filter_(sought.rare_keys().index(), sought.rare_keys().rows(), kernel),
       rare_form_filter_(sought.rare_forms().index(), sought.rare_forms().rows(), kernel),
-      automaton_refused_(KeyBytes(sought.keys().rows()) > kMostAutomatonBytes),
       behind_(static_cast<std::size_t>(sought.look_behind()) + kAround + 1),
       ahead_(std::max(sought.look_ahead(), kShown) + kAround),
       capacity_(behind_ + ahead_ + block),
@@ -65,7 +52,7 @@ void LeftoverSearch::Open() {
   next_ = 0;
   counted_ = 0;
   line_ = 1;
-  places_for_automaton_ = 0;
+  search_.Reset();
 }
 
 ErrorNumber LeftoverSearch::Run(ByteSource& file, const TellLeftover& tell,
@@ -105,16 +92,19 @@ void LeftoverSearch::Slide() {
 void LeftoverSearch::SearchUpTo(std::size_t limit) {
   if (sought_.parts().empty()) next_ = limit;
   while (next_ < limit) {
-    const bool by_automaton = places_for_automaton_ > 0;
-    const std::size_t count =
-        std::min(limit - next_, by_automaton ? kPlacesForAutomaton : CandidateFilter::kBlock);
+    const std::size_t count = std::min(limit - next_, search_.block());
     FindRareKeys(count);
-    if (by_automaton) {
-      ByAutomaton(count);
-    } else {
-      ByIndex(count);
-    }
-    next_ += count;
+    next_ +=
+        search_.Search(folded_.get() + next_, count, filled_ - next_, next_, [this](auto& batch) {
+          for (Candidate found; batch.Next(0, found);) {
+            if (found.only_attempt != Candidate::kNone) {
+              UsualKeyAt(found.offset, found.only_attempt);
+              continue;
+            }
+            for (const std::int32_t key : search_.found()) UsualKeyAt(found.offset, key);
+          }
+          return true;
+        });
     RareKeysInFrontOf(next_);
   }
 }
@@ -156,42 +146,6 @@ void LeftoverSearch::RareKeysInFrontOf(std::size_t at) {
        ++next_rare_key_) {
     const RareKey& found = rare_keys_[next_rare_key_];
     KeyAt(found.at, sought_.rare_keys(), found.key);
-  }
-}
-
-void LeftoverSearch::ByIndex(std::size_t count) {
-  const std::uint8_t* const folded = folded_.get() + next_;
-  const std::size_t size = filled_ - next_;
-  const std::size_t found = filter_.Find(folded, count, places_.data());
-  std::array<std::int32_t, KeyIndex::kBatch> rows;
-  std::size_t looks = 0;
-  for (std::size_t first = 0; first < found; first += KeyIndex::kBatch) {
-    const std::uint16_t* const places = places_.data() + first;
-    const std::size_t batch = std::min(found - first, KeyIndex::kBatch);
-    looks += sought_.keys().index().LookAt(folded, size, places, batch, rows.data());
-    for (std::size_t i = 0; i < batch; ++i) {
-      if (rows[i] == KeyIndex::kNone) continue;
-      if (rows[i] != KeyIndex::kUndecided) {
-        UsualKeyAt(next_ + places[i], KeyIndex::OnlyAttempt(rows[i]));
-        continue;
-      }
-      keys_.clear();
-      sought_.keys().index().Find(folded + places[i], size - places[i], keys_);
-      for (const std::int32_t key : keys_) UsualKeyAt(next_ + places[i], key);
-    }
-  }
-  if (looks > count / kFewLooks && !automaton_refused_) places_for_automaton_ = kPlacesForAutomaton;
-}
-
-void LeftoverSearch::ByAutomaton(std::size_t count) {
-  if (!automaton_) automaton_.emplace(sought_.keys().rows(), sought_.keys().index().rows_by_key());
-  places_for_automaton_ -= std::min(places_for_automaton_, count);
-  found_by_automaton_.clear();
-  automaton_->Find(folded_.get() + next_, count, filled_ - next_, found_by_automaton_);
-  for (auto found = found_by_automaton_.rbegin(); found != found_by_automaton_.rend(); ++found) {
-    keys_.clear();
-    automaton_->RowsAt(found->state, keys_);
-    for (const std::int32_t key : keys_) UsualKeyAt(next_ + found->place, key);
   }
 }
 

@@ -14,7 +14,7 @@
 
 #include "core/engine/matching/byte_io.h"
 #include "core/engine/matching/candidate_filter.h"
-#include "core/engine/matching/key_automaton.h"
+#include "core/engine/matching/prefix_search.h"
 #include "core/engine/matching/scan_kernel.h"
 #include "core/leftovers/sought.h"
 
@@ -81,8 +81,6 @@ class LeftoverSearch {
   void Slide();
   // The places in front of `limit`, of the buffer.
   void SearchUpTo(std::size_t limit);
-  void ByIndex(std::size_t count);
-  void ByAutomaton(std::size_t count);
   void FindRareKeys(std::size_t count);
   void FindRareKeysFrom(std::size_t begin, std::size_t end);
   void RareKeysInFrontOf(std::size_t at);
@@ -106,12 +104,10 @@ class LeftoverSearch {
   };
 
   const Sought& sought_;
-  CandidateFilter filter_;
+  PrefixSearch search_;
   CandidateFilter rare_filter_;
   CandidateFilter rare_form_filter_;
-  std::optional<KeyAutomaton> automaton_;  // made when it is first needed
-  bool automaton_refused_ = false;         // would take too much memory
-  const std::size_t behind_;               // bytes in front of the present place that stay
+  const std::size_t behind_;  // bytes in front of the present place that stay
   const std::size_t ahead_;
   const std::size_t capacity_;
   std::unique_ptr<std::uint8_t[]> bytes_;
@@ -119,7 +115,6 @@ class LeftoverSearch {
   std::array<std::uint16_t, CandidateFilter::kRoom> places_{};
   std::array<std::uint16_t, CandidateFilter::kRoom> rare_forms_{};
   std::vector<std::int32_t> keys_;
-  std::vector<KeyAutomaton::Found> found_by_automaton_;
   std::vector<RareKey> rare_keys_;  // of the places under way, ascending
   std::size_t next_rare_key_ = 0;
   std::vector<Progress> progress_;    // by sought row
@@ -132,7 +127,6 @@ class LeftoverSearch {
   std::size_t next_ = 0;     // the first place that has not been searched
   std::size_t counted_ = 0;  // the line breaks in front of it are counted
   std::int64_t line_ = 1;
-  std::size_t places_for_automaton_ = 0;
 };
 
 }  // namespace morvex

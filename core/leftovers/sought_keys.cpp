@@ -9,12 +9,12 @@ SoughtKeys::SoughtKeys(const PartsByKey& parts_by_key) {
   for (const auto& [bytes, parts] : parts_by_key) {
     bytes_.push_back(bytes);
     CompiledRow row;
-    row.key = bytes_.back();
+    row.prefix = bytes_.back();
     row.attempt = 0;  // so the index gives all keys that stand at a place, not the first alone
     rows_.push_back(std::move(row));
     parts_.push_back(parts);
   }
-  index_ = std::make_unique<KeyIndex>(rows_);
+  index_ = std::make_unique<PrefixIndex>(rows_);
 }
 
 }  // namespace morvex

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "core/engine/matching/compiled_list.h"
-#include "core/engine/matching/key_index.h"
+#include "core/engine/matching/prefix_index.h"
 
 namespace morvex {
 
@@ -24,7 +24,7 @@ class SoughtKeys {
 
   // In ascending order.
   const std::vector<CompiledRow>& rows() const { return rows_; }
-  const KeyIndex& index() const { return *index_; }
+  const PrefixIndex& index() const { return *index_; }
   // The parts of a key, an index into rows().
   const std::vector<std::int32_t>& PartsOf(std::int32_t key) const {
     return parts_[static_cast<std::size_t>(key)];
@@ -34,7 +34,7 @@ class SoughtKeys {
   std::vector<std::string> bytes_;  // of the keys, which lie in it
   std::vector<CompiledRow> rows_;
   std::vector<std::vector<std::int32_t>> parts_;
-  std::unique_ptr<KeyIndex> index_;
+  std::unique_ptr<PrefixIndex> index_;
 };
 
 }  // namespace morvex

@@ -94,7 +94,7 @@ Judge::Judge(const JudgedList& literal_list, const JudgedList& engine_list, Kern
   engine_ =
       std::make_unique<Substitution>(tables_, static_cast<std::uint8_t>(engine_list.run), kernel);
   by_automaton_ = std::make_unique<Substitution>(
-      tables_, static_cast<std::uint8_t>(engine_list.run), kernel, Search::kAutomaton);
+      tables_, static_cast<std::uint8_t>(engine_list.run), kernel, SearchMethod::kAutomaton);
   in_pieces_ =
       std::make_unique<Substitution>(tables_, static_cast<std::uint8_t>(engine_list.run), kernel);
 }

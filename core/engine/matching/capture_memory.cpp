@@ -4,23 +4,57 @@
 
 namespace morvex {
 
-CaptureMemory::CaptureMemory(const std::array<std::vector<std::int64_t>, 256>& cutting_rows) {
+CaptureMemory::CaptureMemory(const CompiledList& list) : list_(list) {
   for (std::size_t byte = 0; byte < cuts_.size(); ++byte) {
-    cuts_[byte] = !cutting_rows[byte].empty();
+    cuts_[byte] = !list.cutting_rows[byte].empty();
     any_cuts_ = any_cuts_ || cuts_[byte];
   }
 }
 
-void CaptureMemory::Open(CaptureState& state) {
+void CaptureMemory::Open(const InputWindow& input, CaptureState& state) {
+  input_ = &input;
   state_ = &state;
-  noted_ = false;
   may_be_long_ = state.CaptureBuffer.size() > 1;
-  looked_up_to_ = 0;
+  accounted_up_to_ = 0;
+  vain_row_ = kNone;
+  tried_ = {};
+  in_window_ = false;
+  more_.clear();
 }
 
+void CaptureMemory::Captured(std::uint64_t offset, const MatchAttempt& attempt,
+                             const std::vector<std::uint8_t>& more) {
+  vain_row_ = kNone;
+  tried_ = {};
+  in_window_ = true;
+  first_ = offset + static_cast<std::uint64_t>(attempt.captured_first() - 1);
+  count_ = static_cast<std::size_t>(attempt.captured_count());
+  if (!more_.empty() || !more.empty()) more_ = more;
+  may_be_long_ = true;
+}
+
+void CaptureMemory::TriedRows(std::uint64_t offset, std::int64_t after, std::int64_t before) {
+  WorkOut();
+  tried_ = {offset, after, before};
+  accounted_up_to_ = offset + 1;
+}
+
+void CaptureMemory::TriedUpTo(std::uint64_t offset) {
+  WorkOut();
+  if (any_cuts_ && accounted_up_to_ < offset && may_be_long_) {
+    const std::uint8_t* const begin = input_->At(accounted_up_to_);
+    const std::uint8_t* const end = input_->At(offset);
+    if (std::any_of(begin, end, [this](std::uint8_t byte) { return cuts_[byte]; })) Cut();
+  }
+  accounted_up_to_ = std::max(accounted_up_to_, offset);
+}
+
+// Cutting leaves the first byte, whatever cut the buffer before.
 void CaptureMemory::CutLong() {
+  if (vain_row_ != kNone) WorkOut();
   may_be_long_ = false;
-  if (noted_) {
+  tried_ = {};
+  if (in_window_) {
     count_ = 1;
     more_.clear();
   } else if (state_->CaptureBuffer.size() > 1) {
@@ -28,31 +62,45 @@ void CaptureMemory::CutLong() {
   }
 }
 
-void CaptureMemory::TriedUpTo(const InputWindow& window, std::uint64_t place) {
-  if (any_cuts_ && looked_up_to_ < place && may_be_long_) {
-    const std::uint8_t* const begin = window.At(looked_up_to_);
-    const std::uint8_t* const end = window.At(place);
-    if (std::any_of(begin, end, [this](std::uint8_t byte) { return cuts_[byte]; })) Cut();
+// Applies the events that are only recorded.
+void CaptureMemory::WorkOut() {
+  if (vain_row_ != kNone) {
+    const CompiledRow& row = list_.rows[static_cast<std::size_t>(vain_row_)];
+    const CompiledAttempt& compiled = list_.attempts[static_cast<std::size_t>(row.attempt)];
+    MatchAttempt attempt;
+    attempt.FailInSpan(compiled.pattern, compiled.behind_prefix);
+    Captured(vain_offset_, attempt, {});
+    tried_ = {vain_offset_, row.table_row, list_.table_size};
+    accounted_up_to_ = vain_offset_ + 1;
   }
-  looked_up_to_ = std::max(looked_up_to_, place);
+  const bool cuts = may_be_long_ && tried_.before > 0 && AnyCuts(tried_);
+  tried_ = {};
+  if (cuts) CutLong();
 }
 
-std::string_view CaptureMemory::Bytes(const InputWindow& window) {
-  if (AreInWindow()) {
-    const std::uint8_t* const begin = window.At(first_);
-    return {reinterpret_cast<const char*>(begin), count_};
-  }
-  Settle(window);
+bool CaptureMemory::AnyCuts(const Tried& tried) const {
+  const std::vector<std::int64_t>& rows = list_.cutting_rows[*input_->At(tried.offset)];
+  if (rows.empty()) return false;
+  const auto next = std::upper_bound(rows.begin(), rows.end(), tried.after);
+  return next != rows.end() && *next < tried.before;
+}
+
+std::string_view CaptureMemory::Bytes() {
+  WorkOut();
+  if (AreInWindow()) return {reinterpret_cast<const char*>(input_->At(first_)), count_};
+  Settle();
   return {reinterpret_cast<const char*>(state_->CaptureBuffer.data()),
           state_->CaptureBuffer.size()};
 }
 
-void CaptureMemory::Settle(const InputWindow& window) {
-  if (!noted_) return;
-  const std::uint8_t* const begin = window.At(first_);
+void CaptureMemory::Settle() {
+  WorkOut();
+  if (!in_window_) return;
+  const std::uint8_t* const begin = input_->At(first_);
   state_->CaptureBuffer.assign(begin, begin + count_);
   state_->CaptureBuffer.insert(state_->CaptureBuffer.end(), more_.begin(), more_.end());
-  noted_ = false;
+  in_window_ = false;
+  more_.clear();
 }
 
 }  // namespace morvex

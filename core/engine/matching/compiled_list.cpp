@@ -7,13 +7,13 @@
 namespace morvex {
 namespace {
 
-PatternRow PatternOf(const SubstitutionTables& tables, std::int64_t row, std::uint8_t joker) {
+PatternRow PatternOf(const SubstitutionTables& tables, std::int64_t row, std::uint8_t wildcard) {
   const auto index = static_cast<std::size_t>(row);
   PatternRow pattern;
   pattern.left = tables.LeftTexts[index];
   if (index < tables.JokerTail.size()) pattern.tail = tables.JokerTail[index];
   pattern.width = tables.MaxLeftLen;
-  pattern.joker = joker;
+  pattern.wildcard = wildcard;
   if (index >= tables.JokerLeft.size()) {
     pattern.flag = PatternRow::Flag::kMissing;
   } else if (tables.JokerLeft[index]) {
@@ -22,20 +22,20 @@ PatternRow PatternOf(const SubstitutionTables& tables, std::int64_t row, std::ui
   return pattern;
 }
 
-// The one byte that the attempt's next round can go on with; nothing when any byte will do, or
-// none.
+// The one byte with which the attempt's next round goes on; nothing when every byte or no byte
+// does.
 std::optional<std::uint8_t> OnlyByte(const PatternRow& row, const MatchAttempt& attempt) {
   const int cell = row.Cell(attempt.position());
   if (attempt.span_open() || cell <= 0 || row.IsWildcardAt(attempt.position())) return std::nullopt;
   return static_cast<std::uint8_t>(cell);
 }
 
-// Goes through the rounds that only one byte can pass, up to the place where the row could match
-// without a further one, and gives those bytes.
-std::string_view TakeKey(const PatternRow& row, MatchAttempt& attempt) {
+// Runs the rounds that only one byte can pass, until the row could match without a further byte.
+// Returns those bytes.
+std::string_view TakePrefix(const PatternRow& row, MatchAttempt& attempt) {
   std::size_t size = 0;
-  std::vector<std::uint8_t>
-      more;  // stays empty: the key ends at the first wildcard behind its start
+  // Stays empty: the prefix ends at the first wildcard behind its start.
+  std::vector<std::uint8_t> more;
   while (size < row.left.size() && !attempt.Matched(row)) {
     const std::optional<std::uint8_t> byte = OnlyByte(row, attempt);
     if (!byte) break;
@@ -49,21 +49,21 @@ std::string_view TakeKey(const PatternRow& row, MatchAttempt& attempt) {
   return row.left.substr(0, size);
 }
 
-// The attempt ends with the next byte, whatever it is, and nothing was caught.
+// The attempt ends with the next byte, whatever it is, and has captured nothing.
 bool IsDecided(const PatternRow& row, const MatchAttempt& attempt) {
   const bool ends = attempt.failed() || (!attempt.span_open() && row.Cell(attempt.position()) <= 0);
-  return ends && attempt.caught_count() == 0;
+  return ends && attempt.captured_count() == 0;
 }
 
 }  // namespace
 
-CompiledList::CompiledList(const SubstitutionTables& tables, std::uint8_t joker)
+CompiledList::CompiledList(const SubstitutionTables& tables, std::uint8_t wildcard)
     : table_size(tables.PairCount) {
   std::map<std::string_view, int> tail_numbers;
   rows.reserve(static_cast<std::size_t>(tables.PairCount));
   for (std::int64_t index = 0; index < tables.PairCount; ++index) {
-    const PatternRow pattern = PatternOf(tables, index, joker);
-    if (pattern.left.empty() || pattern.left.front() == 0) continue;  // never fits any byte
+    const PatternRow pattern = PatternOf(tables, index, wildcard);
+    if (pattern.left.empty() || pattern.left.front() == 0) continue;  // matches no byte
     if (pattern.flag == PatternRow::Flag::kPlain) {
       cutting_rows[static_cast<std::uint8_t>(pattern.left.front())].push_back(index);
     }
@@ -72,7 +72,7 @@ CompiledList::CompiledList(const SubstitutionTables& tables, std::uint8_t joker)
     row.cuts = pattern.flag == PatternRow::Flag::kPlain;
     row.tail_size = pattern.tail.size();
     MatchAttempt attempt;
-    row.key = TakeKey(pattern, attempt);
+    row.prefix = TakePrefix(pattern, attempt);
     const bool decided = IsDecided(pattern, attempt);
     if (decided && !attempt.Matched(pattern)) continue;
     if (!decided || pattern.flag != PatternRow::Flag::kPlain) {
@@ -83,34 +83,35 @@ CompiledList::CompiledList(const SubstitutionTables& tables, std::uint8_t joker)
         if (tail == static_cast<int>(tails.size())) tails.push_back(pattern.tail);
       }
       const bool opens_span = !attempt.failed() && !attempt.tail_seen() && !attempt.span_open() &&
-                              attempt.caught_count() == 0 && attempt.position() < pattern.width &&
+                              attempt.captured_count() == 0 && attempt.position() < pattern.width &&
                               pattern.IsWildcardAt(attempt.position());
-      const bool is_usual = opens_span && tail > 0 && pattern.flag == PatternRow::Flag::kWildcard &&
-                            pattern.left.substr(row.key.size() + 1) == pattern.tail &&
-                            pattern.tail.find(static_cast<char>(joker)) == std::string_view::npos;
+      const bool is_usual =
+          opens_span && tail > 0 && pattern.flag == PatternRow::Flag::kWildcard &&
+          pattern.left.substr(row.prefix.size() + 1) == pattern.tail &&
+          pattern.tail.find(static_cast<char>(wildcard)) == std::string_view::npos;
       attempts.push_back({pattern, attempt, tail, is_usual, opens_span});
     }
-    AddRightText(tables.RightTexts[static_cast<std::size_t>(index)], joker, row);
+    AddRightText(tables.RightTexts[static_cast<std::size_t>(index)], wildcard, row);
     rows.push_back(std::move(row));
   }
   right_bytes.append(kRightPadding, '\0');
 }
 
-void CompiledList::AddRightText(const std::string& text, std::uint8_t joker, CompiledRow& row) {
+void CompiledList::AddRightText(const std::string& text, std::uint8_t wildcard, CompiledRow& row) {
   RowEffect effect;
   effect.right_begin = right_bytes.size();
-  effect.key_size = static_cast<std::uint16_t>(row.key.size());
+  effect.prefix_size = static_cast<std::uint16_t>(row.prefix.size());
   for (const char byte : text) {
-    if (joker != 0 && static_cast<std::uint8_t>(byte) == joker) {
-      row.jokers.push_back(right_bytes.size() - effect.right_begin);
-    } else if (byte != 0) {  // a NUL writes nothing and takes no place
+    if (wildcard != 0 && static_cast<std::uint8_t>(byte) == wildcard) {
+      row.wildcards.push_back(right_bytes.size() - effect.right_begin);
+    } else if (byte != 0) {  // a NUL writes nothing
       right_bytes.push_back(byte);
     }
   }
   effect.right_size = static_cast<std::uint32_t>(right_bytes.size() - effect.right_begin);
-  effect.has_jokers = !row.jokers.empty();
+  effect.has_wildcards = !row.wildcards.empty();
   if (effect.right_size <= RowEffect::kShort) {
-    effect.is_short = !effect.has_jokers;
+    effect.is_short = !effect.has_wildcards;
     std::copy(right_bytes.end() - effect.right_size, right_bytes.end(), effect.short_text.begin());
   }
   effects.push_back(effect);

@@ -1,10 +1,11 @@
-// A replacement list made ready for a run: of every row the bytes that must stand at a place before
-// anything can come of the row there (its key), and what happens then.
+// A replacement list prepared for a run. Every row is split into its literal prefix (short:
+// prefix), the bytes that must stand at an offset before the row can have any effect there, and the
+// rest.
 //
-// A row is plain when its key decides: where the key stands, the row matches it, all of it and
-// nothing else. Every other row needs an attempt, which starts behind the key.
+// A row is plain when its prefix decides: where the prefix stands, the row matches exactly these
+// bytes. Every other row needs an attempt (match_attempt.h), which starts behind the prefix.
 //
-// Built once per run in time and memory that grow with the size of the list's texts.
+// Built once per run, in time and memory proportional to the size of the list's texts.
 #pragma once
 
 #include <array>
@@ -19,58 +20,59 @@
 
 namespace morvex {
 
-// What a row does where it matches, in half a cache line.
+// What a row writes where it matches, in half a cache line.
 struct RowEffect {
   static constexpr std::size_t kShort = 16;
 
   std::array<char, kShort> short_text{};  // the right text without wildcards, if it fits
-  std::uint64_t right_begin = 0;          // where it stands in `right_bytes`
+  std::uint64_t right_begin = 0;          // offset of that text in `right_bytes`
   std::uint32_t right_size = 0;
-  std::uint16_t key_size = 0;
-  bool has_jokers = false;  // and so also writes caught bytes
-  bool is_short = false;    // all that it writes stands in `short_text`
+  std::uint16_t prefix_size = 0;
+  bool has_wildcards = false;  // captured bytes are written too
+  bool is_short = false;       // `short_text` is all that is written
 };
 
-// Rows count in table order; those that can have no effect on a run are not among them.
+// Rows in table order, without those that can have no effect on a run.
 struct CompiledRow {
   static constexpr int kPlain = -1;
 
   std::int64_t table_row = 0;
-  std::string_view key;  // 1 to 32766 bytes without a NUL; lies in the tables
-  int attempt = kPlain;  // index of the row's attempt
-  bool cuts = false;     // an attempt cuts the capture buffer down to one byte
+  std::string_view prefix;  // 1 to 32766 bytes, none of them NUL; a part of the tables' text
+  int attempt = kPlain;     // index of the row's attempt
+  bool cuts = false;        // an attempt cuts the capture buffer down to one byte
   std::size_t tail_size = 0;
-  // The caught bytes are written at these offsets (ascending) of the right text.
-  std::vector<std::size_t> jokers;
+  // Offsets in the right text, ascending, at which the captured bytes are written.
+  std::vector<std::size_t> wildcards;
 };
 
 struct CompiledAttempt {
   PatternRow pattern;
-  MatchAttempt behind_key;  // as it stands when the key has been looked at
-  int tail = 0;             // index into `tails`; 0 when the attempt need not look for a tail
-  bool is_usual = false;    // behind the key come the wildcard and its tail, and then nothing
-  bool opens_span = false;  // the first round behind the key stands on the wildcard
-  std::uint64_t hopeless_until = 0;  // of the file: in front of it nothing ends a span in time
+  MatchAttempt behind_prefix;  // the attempt's state after the bytes of the prefix
+  int tail = 0;                // index into `tails`; 0 when the attempt need not search for a tail
+  bool is_usual = false;    // the rest of the left text is the wildcard and its tail, nothing else
+  bool opens_span = false;  // the first round behind the prefix is on the wildcard
+  // From every offset in front of this one a span stays open to the last round, so the row fails.
+  std::uint64_t hopeless_until = 0;
 };
 
 struct CompiledList {
-  // `tables` must outlive the list and may not change; `joker` is the wildcard's code, 0 for none.
-  CompiledList(const SubstitutionTables& tables, std::uint8_t joker);
+  // `tables` must outlive the list and may not change; `wildcard` is its code, 0 for none.
+  CompiledList(const SubstitutionTables& tables, std::uint8_t wildcard);
 
   std::int64_t table_size = 0;  // rows in the table
   std::vector<CompiledRow> rows;
-  std::vector<RowEffect> effects;  // of the rows
+  std::vector<RowEffect> effects;  // by row
   std::string right_bytes;         // kRightPadding more bytes may be read behind each text
   static constexpr std::size_t kRightPadding = 32;
   std::vector<CompiledAttempt> attempts;
-  std::vector<std::string_view> tails = {""};  // the distinct tails; the first is none
-  // Ascending, by first byte, the table rows whose attempt, once its first byte has fitted, cuts
-  // the capture buffer down to one byte.
+  std::vector<std::string_view> tails = {""};  // the distinct tails; the first stands for none
+  // By first byte, ascending: the table rows whose attempt cuts the capture buffer down to one byte
+  // as soon as that first byte has matched.
   std::array<std::vector<std::int64_t>, 256> cutting_rows;
 
  private:
-  // Of the row that is added next.
-  void AddRightText(const std::string& text, std::uint8_t joker, CompiledRow& row);
+  // For the row that is added next.
+  void AddRightText(const std::string& text, std::uint8_t wildcard, CompiledRow& row);
 };
 
 }  // namespace morvex

@@ -25,14 +25,14 @@ bool MatchAttempt::Round(const PatternRow& row, std::uint8_t byte, bool tail_end
   if (row.flag == PatternRow::Flag::kMissing) {
     failed_ = true;
   } else if (row.flag == PatternRow::Flag::kWildcard &&
-             (span_open_ || row.IsJoker(row.Cell(position_)))) {
-    Catch(byte, more);
+             (span_open_ || row.IsWildcard(row.Cell(position_)))) {
+    Capture(byte, more);
   }
   if (span_open_) {
     Count(position_, -1);
     Count(extra_, 1);
   }
-  if (row.IsJoker(row.Cell(position_))) span_open_ = true;
+  if (row.IsWildcard(row.Cell(position_))) span_open_ = true;
   Count(round_, 1);
   Count(position_, 1);
   return true;
@@ -41,19 +41,19 @@ bool MatchAttempt::Round(const PatternRow& row, std::uint8_t byte, bool tail_end
 void MatchAttempt::SkipTo(const PatternRow& row, int round) {
   const int skipped = round - round_;
   if (row.flag == PatternRow::Flag::kWildcard) {
-    if (caught_count_ == 0) caught_first_ = round_;
-    caught_count_ += skipped;
+    if (captured_count_ == 0) captured_first_ = round_;
+    captured_count_ += skipped;
   }
   extra_ += skipped;
   round_ = round;
 }
 
-void MatchAttempt::FailInSpan(const PatternRow& row, const MatchAttempt& behind_key) {
+void MatchAttempt::FailInSpan(const PatternRow& row, const MatchAttempt& behind_prefix) {
   round_ = kLastRound;
-  caught_count_ = 0;
+  captured_count_ = 0;
   if (row.flag == PatternRow::Flag::kWildcard) {
-    caught_first_ = behind_key.round_;
-    caught_count_ = kLastRound - behind_key.round_ + 1;
+    captured_first_ = behind_prefix.round_;
+    captured_count_ = kLastRound - behind_prefix.round_ + 1;
   }
   failed_ = true;
   overflowed_ = true;
@@ -70,10 +70,10 @@ void MatchAttempt::Count(int& counter, std::int64_t by) {
   }
 }
 
-void MatchAttempt::Catch(std::uint8_t byte, std::vector<std::uint8_t>& more) {
-  if (caught_count_ == 0) caught_first_ = round_;
-  if (more.empty() && caught_first_ + caught_count_ == round_) {
-    ++caught_count_;
+void MatchAttempt::Capture(std::uint8_t byte, std::vector<std::uint8_t>& more) {
+  if (captured_count_ == 0) captured_first_ = round_;
+  if (more.empty() && captured_first_ + captured_count_ == round_) {
+    ++captured_count_;
   } else {
     more.push_back(byte);
   }

@@ -6,8 +6,8 @@
 namespace morvex {
 namespace {
 
-// A search goes on a little beyond its limit, so that the next one, a byte further, has nothing to
-// do.
+// A search continues a little beyond its limit, so that the next one, a byte further, has nothing
+// to do.
 constexpr std::uint64_t kStep = 4096;
 
 // The first `byte` at or behind `from` and in front of `end`, or `end`.
@@ -28,9 +28,9 @@ std::uint64_t NextNul::Find(const InputWindow& window, std::uint64_t from, std::
     const std::uint64_t end = window.end();
     while (found_ == kNowhere && searched_ < std::min(limit, end)) {
       const std::uint64_t step_end = std::min(searched_ + kStep, end);
-      const std::uint64_t place = FindByte(window, 0, searched_, step_end);
-      if (place < step_end) found_ = place;
-      searched_ = std::min(place + 1, step_end);
+      const std::uint64_t offset = FindByte(window, 0, searched_, step_end);
+      if (offset < step_end) found_ = offset;
+      searched_ = std::min(offset + 1, step_end);
     }
     if (found_ == kNowhere && window.ended() && searched_ >= end) found_ = end;
   }

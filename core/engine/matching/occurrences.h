@@ -1,6 +1,6 @@
-// What lies ahead of a match attempt: the next NUL, and the next place where a row's tail ends.
-// Each byte is looked at once for each question, however many attempts ask: what was found, or not
-// found, is remembered as the run moves on. Places are offsets in the file.
+// What lies ahead of a match attempt: the next NUL, and the next occurrence of a row's tail. Each
+// byte is searched once for each of them, however many attempts ask, because what was found, or not
+// found, is remembered. Offsets are those of the source.
 #pragma once
 
 #include <cstddef>
@@ -16,11 +16,11 @@ inline constexpr std::uint64_t kNowhere = ~std::uint64_t{0};
 
 class NextNul {
  public:
-  // The first NUL at or behind `from`, if it lies in front of `limit`, or kNowhere; a file's end is
-  // one. `from` never goes back; `limit` is within the window or behind the file's end.
+  // The first NUL at or behind `from`, if it lies in front of `limit`, or kNowhere; the source's
+  // end counts as one. `from` never goes back; `limit` is in the window or behind the source's end.
   std::uint64_t Find(const InputWindow& window, std::uint64_t from, std::uint64_t limit);
 
-  // From the last `from` up to here there is none.
+  // There is none from the last `from` up to here.
   std::uint64_t known_up_to() const { return found_ == kNowhere ? searched_ : found_; }
 
  private:
@@ -33,23 +33,24 @@ class NextTail {
   // `tail` is not empty and must outlive the object.
   explicit NextTail(std::string_view tail);
 
-  // Forgets what was found: another file begins.
+  // Forgets what was found: another source begins.
   void Reset();
 
   // The end of the first occurrence that begins at or behind `from`, if it ends at `limit` or in
   // front of it, or kNowhere. As for NextNul::Find.
   std::uint64_t FindEnd(const InputWindow& window, std::uint64_t from, std::uint64_t limit);
 
-  // From the last `from` up to here none has ended.
+  // None has ended from the last `from` up to here.
   std::uint64_t known_up_to() const { return found_ == kNowhere ? searched_ : found_ - 1; }
 
  private:
   std::string_view tail_;
-  // fallback_[n]: the longest beginning of the tail that also ends its first n bytes, n excluded.
+  // As in a Knuth-Morris-Pratt search. fallback_[n]: the size of the longest beginning of the tail
+  // that its first n bytes also end with and that is shorter than n.
   std::vector<std::uint32_t> fallback_;
   std::uint64_t found_ = kNowhere;  // an end
-  std::uint64_t searched_ = 0;      // the bytes in front of it have been looked at
-  std::size_t fitting_ = 0;         // so many of the tail's bytes end at searched_
+  std::uint64_t searched_ = 0;      // the bytes in front of it are searched
+  std::size_t fitting_ = 0;         // so many of the tail's first bytes end at searched_
 };
 
 }  // namespace morvex

@@ -1,5 +1,6 @@
-// Collects bytes that are written at explicit positions, nearly always one behind the other, and
-// hands them to a file in large blocks. The position may also go back: what is written last stands.
+// Collects bytes that are written at explicit positions, nearly always one directly behind the
+// other, and passes them to a sink in large blocks. The position may also go back: the last write
+// to a position stands.
 #pragma once
 
 #include <cstddef>
@@ -14,19 +15,18 @@ namespace morvex {
 
 class PositionedOutput {
  public:
-  // Pending bytes go to the file when there are so many.
+  // So many pending bytes are passed to the sink.
   static constexpr std::size_t kBlock = std::size_t{128} << 10;
 
   PositionedOutput();
 
-  // Writes to another file, which is empty and must outlive its time here.
+  // Writes to another sink, which is empty and must outlive its time here.
   void Open(ByteSink& sink);
 
-  // Writes at the 1-based `position`. Bytes below position 1 have no place and are dropped.
+  // Writes at the 1-based `position`. Bytes below position 1 are dropped.
   void Put(std::int64_t position, std::string_view bytes);
-  // For many short pieces one behind the other: memory for the bytes from `position` on. It is
-  // empty where they must go through Put. Nothing may be called between the two but Fill, with the
-  // place behind the last byte that was written there.
+  // Memory for many short pieces one behind the other, from `position` on; empty where they must go
+  // through Put. The next call must then be Fill, with the end of the bytes that were written.
   struct Room {
     char* at = nullptr;
     char* end = nullptr;
@@ -38,17 +38,17 @@ class PositionedOutput {
   void Fill(const char* end) { used_ = static_cast<std::size_t>(end - pending_.get()); }
   void Put(std::int64_t position, char byte) { Put(position, std::string_view(&byte, 1)); }
 
-  // Hands what is pending to the file.
+  // Passes the pending bytes to the sink.
   void Flush();
 
-  // The first error of the file, if any; nothing is written after it.
+  // The first error of the sink, if any; nothing is written after it.
   ErrorNumber error() const { return error_; }
 
-  // Writes what is pending and closes the file. The last call for it.
+  // Writes the pending bytes and closes the sink. The last call for it.
   ErrorNumber Finish();
 
  private:
-  // So many bytes are worth a write of their own.
+  // A piece of so many bytes is written directly.
   static constexpr std::size_t kDirect = std::size_t{64} << 10;
 
   void Write(std::int64_t position, std::string_view bytes);

@@ -43,7 +43,7 @@ TEST(SoughtTest, LettersWhoseCasesDifferOtherwiseMultiplyTheKeysOnlyUpToALimit) 
   for (int i = 0; i < 40; ++i) left += "\xC5\x82";  // one bit that the folding leaves, each
   const SoughtList list(Rows{{left, "x"}});
   EXPECT_EQ(list.sought->keys().rows().size(), 3u * 16u);
-  for (const CompiledRow& key : list.sought->keys().rows()) EXPECT_EQ(key.key.size(), 8u);
+  for (const CompiledRow& key : list.sought->keys().rows()) EXPECT_EQ(key.prefix.size(), 8u);
 }
 
 TEST(SoughtTest, EveryKeyIsFoldedAndLeadsToAPart) {
@@ -55,7 +55,7 @@ TEST(SoughtTest, EveryKeyIsFoldedAndLeadsToAPart) {
   for (const SoughtKeys* keys : {&list.sought->keys(), &list.sought->rare_keys()}) {
     ASSERT_FALSE(keys->rows().empty());
     for (std::size_t key = 0; key < keys->rows().size(); ++key) {
-      for (const char byte : keys->rows()[key].key) {
+      for (const char byte : keys->rows()[key].prefix) {
         const auto code = static_cast<std::uint8_t>(byte);
         EXPECT_TRUE(code == Folded(0) || code == Folded(code)) << +code;
       }
@@ -65,7 +65,7 @@ TEST(SoughtTest, EveryKeyIsFoldedAndLeadsToAPart) {
   // A key that two rows share leads to both, to the first in both narrow encodings.
   const SoughtKeys& keys = list.sought->keys();
   const auto shared = std::find_if(keys.rows().begin(), keys.rows().end(),
-                                   [](const CompiledRow& key) { return key.key == "strasse"; });
+                                   [](const CompiledRow& key) { return key.prefix == "strasse"; });
   ASSERT_NE(shared, keys.rows().end());
   EXPECT_EQ(keys.PartsOf(static_cast<std::int32_t>(shared - keys.rows().begin())).size(), 4u);
 }
@@ -78,10 +78,10 @@ TEST(SoughtTest, ARareKeyHoldsARareFormNotFarFromItsBeginning) {
   const std::vector<CompiledRow>& forms = list.sought->rare_forms().rows();
   ASSERT_FALSE(list.sought->rare_keys().rows().empty());
   for (const CompiledRow& key : list.sought->rare_keys().rows()) {
-    EXPECT_LE(key.key.size(), Sought::kLongestRareKey);
+    EXPECT_LE(key.prefix.size(), Sought::kLongestRareKey);
     EXPECT_TRUE(std::any_of(forms.begin(), forms.end(), [&](const CompiledRow& form) {
-      return key.key.find(form.key) != std::string_view::npos;
-    })) << key.key;
+      return key.prefix.find(form.prefix) != std::string_view::npos;
+    })) << key.prefix;
   }
 }
 
@@ -89,9 +89,9 @@ TEST(SoughtTest, WhatIsInEveryFileIsNoRareForm) {
   // The dotless i has the usual ones for other cases.
   const SoughtList list(Rows{{"Y\xC4\xB1lmaz", "x"}});
   for (const CompiledRow& form : list.sought->rare_forms().rows()) {
-    EXPECT_NE(form.key, "i");
-    EXPECT_NE(form.key, std::string("i\x01"));
-    EXPECT_NE(form.key, std::string("\x01i"));
+    EXPECT_NE(form.prefix, "i");
+    EXPECT_NE(form.prefix, std::string("i\x01"));
+    EXPECT_NE(form.prefix, std::string("\x01i"));
   }
 }
 

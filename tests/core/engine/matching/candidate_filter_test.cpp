@@ -11,7 +11,7 @@ namespace {
 
 std::vector<CompiledRow> PlainRows(const std::vector<std::string>& keys) {
   std::vector<CompiledRow> rows(keys.size());
-  for (std::size_t row = 0; row < keys.size(); ++row) rows[row].key = keys[row];
+  for (std::size_t row = 0; row < keys.size(); ++row) rows[row].prefix = keys[row];
   return rows;
 }
 
@@ -34,7 +34,7 @@ class Filtered {
  private:
   std::vector<std::string> keys_;
   std::vector<CompiledRow> rows_;
-  KeyIndex index_;
+  PrefixIndex index_;
   CandidateFilter filter_;
 };
 

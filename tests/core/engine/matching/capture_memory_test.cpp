@@ -1,4 +1,4 @@
-// The capture buffer as notes, and the moments at which it becomes bytes.
+// The capture buffer as a record of events, and the bytes that follow from them.
 #include "core/engine/matching/capture_memory.h"
 
 #include <gtest/gtest.h>
@@ -6,94 +6,122 @@
 #include <string>
 
 #include "core/engine/matching/bytes_in_memory.h"
+#include "tests/core/engine/engine_test.h"
 
 namespace morvex::test {
 namespace {
 
 class CaptureMemoryTest : public ::testing::Test {
  protected:
-  CaptureMemoryTest() : file_(bytes_), memory_(Cutting()) {
-    window_.Open(file_);
+  // The first row captures, the second one cuts where a "q" stands, the third where an "a" does.
+  CaptureMemoryTest()
+      : program_(Rows{{"a*;", ""}, {"q", ""}, {"ab", ""}}, '*'),
+        list_(program_.program.tables, '*'),
+        source_(bytes_),
+        memory_(list_) {
+    window_.Open(source_);
     EXPECT_EQ(window_.MoveTo(0), ErrorNumber::kNone);
-    row_.left = "a*;";
-    row_.tail = ";";
-    row_.width = 9;
-    row_.joker = '*';
-    row_.flag = PatternRow::Flag::kWildcard;
   }
 
-  // Rows that cut begin with "q".
-  static const std::array<std::vector<std::int64_t>, 256>& Cutting() {
-    static std::array<std::vector<std::int64_t>, 256> rows;
-    rows['q'] = {3};
-    return rows;
-  }
-
-  // The attempt at `place` catches `count` bytes behind its first one.
-  void CatchAt(std::uint64_t place, int count) {
+  // The attempt of the first row at `offset` captures `count` bytes behind its first one.
+  void CaptureAt(std::uint64_t offset, int count) {
     MatchAttempt attempt;
     std::vector<std::uint8_t> more;
     for (int round = 0; round <= count; ++round) {
-      const std::uint8_t byte = *window_.At(place + static_cast<std::uint64_t>(round));
-      ASSERT_TRUE(attempt.Round(row_, byte, false, more));
+      const std::uint8_t byte = *window_.At(offset + static_cast<std::uint64_t>(round));
+      ASSERT_TRUE(attempt.Round(list_.attempts[0].pattern, byte, false, more));
     }
-    memory_.Caught(place, attempt, more);
-    memory_.StartAt(place + 1);
+    memory_.Captured(offset, attempt, more);
+    memory_.StartAt(offset + 1);
   }
 
   std::string Settled() {
-    memory_.Settle(window_);
+    memory_.Settle();
     return {state_.CaptureBuffer.begin(), state_.CaptureBuffer.end()};
   }
 
-  const std::string bytes_ = "..a123a45...q..";
-  MemorySource file_;
+  const std::string bytes_ = "..a123a45...q.." + std::string(40'000, 'x');
+  EngineProgram program_;
+  CompiledList list_;
+  MemorySource source_;
   InputWindow window_;
-  PatternRow row_;
   CaptureState state_;
   CaptureMemory memory_;
 };
 
-TEST_F(CaptureMemoryTest, KeepsWhatTheLastFileLeft) {
+TEST_F(CaptureMemoryTest, KeepsWhatTheLastSourceLeft) {
   state_.CaptureBuffer = {'x', 'y'};
-  memory_.Open(state_);
-  EXPECT_EQ(memory_.Bytes(window_), "xy");
+  memory_.Open(window_, state_);
+  EXPECT_EQ(memory_.Bytes(), "xy");
   EXPECT_EQ(Settled(), "xy");
 }
 
-TEST_F(CaptureMemoryTest, HoldsWhatTheLastAttemptCaught) {
-  memory_.Open(state_);
-  CatchAt(2, 3);
-  EXPECT_EQ(memory_.Bytes(window_), "123");
-  CatchAt(6, 2);
-  EXPECT_EQ(memory_.Bytes(window_), "45");
+TEST_F(CaptureMemoryTest, HoldsWhatTheLastAttemptCaptured) {
+  memory_.Open(window_, state_);
+  CaptureAt(2, 3);
+  EXPECT_EQ(memory_.Bytes(), "123");
+  CaptureAt(6, 2);
+  EXPECT_EQ(memory_.Bytes(), "45");
   EXPECT_EQ(Settled(), "45");
 }
 
 TEST_F(CaptureMemoryTest, ACutLeavesTheFirstByte) {
-  memory_.Open(state_);
-  CatchAt(2, 3);
+  memory_.Open(window_, state_);
+  CaptureAt(2, 3);
   memory_.Cut();
   EXPECT_EQ(Settled(), "1");
   memory_.Cut();
   EXPECT_EQ(Settled(), "1");
 }
 
-TEST_F(CaptureMemoryTest, APlaceWhereACuttingRowBeginsCuts) {
-  memory_.Open(state_);
-  CatchAt(2, 3);
-  memory_.TriedUpTo(window_, 12);
-  EXPECT_EQ(memory_.Bytes(window_), "123");
-  memory_.TriedUpTo(window_, 13);
-  EXPECT_EQ(memory_.Bytes(window_), "1");
+TEST_F(CaptureMemoryTest, AnOffsetWhereACuttingRowBeginsCuts) {
+  memory_.Open(window_, state_);
+  CaptureAt(6, 2);
+  memory_.TriedUpTo(12);
+  EXPECT_EQ(memory_.Bytes(), "45");
+  memory_.TriedUpTo(13);
+  EXPECT_EQ(memory_.Bytes(), "4");
 }
 
-TEST_F(CaptureMemoryTest, PlacesThatWereNotTriedDoNotCut) {
-  memory_.Open(state_);
-  CatchAt(2, 3);
+TEST_F(CaptureMemoryTest, OffsetsThatWereNotTriedDoNotCut) {
+  memory_.Open(window_, state_);
+  CaptureAt(6, 2);
   memory_.StartAt(13);
-  memory_.TriedUpTo(window_, 15);
-  EXPECT_EQ(Settled(), "123");
+  memory_.TriedUpTo(15);
+  EXPECT_EQ(Settled(), "45");
+}
+
+TEST_F(CaptureMemoryTest, OfTheRowsTriedBehindACaptureThoseThatBeginWithTheByteCut) {
+  memory_.Open(window_, state_);
+  CaptureAt(2, 3);
+  memory_.TriedRows(2, 0, 2);  // the row of "q" alone
+  EXPECT_EQ(memory_.Bytes(), "123");
+  CaptureAt(2, 3);
+  memory_.TriedRows(2, 0, 3);
+  EXPECT_EQ(memory_.Bytes(), "1");
+}
+
+TEST_F(CaptureMemoryTest, AnAttemptInVainCapturesUpToItsLastRoundAndTheRowsBehindItAreTried) {
+  memory_.Open(window_, state_);
+  CaptureAt(2, 3);
+  // The row of "ab" begins with the byte at 6 and cuts.
+  memory_.CapturedInVain(0, 6);
+  EXPECT_EQ(memory_.Bytes(), "4");
+  // Nothing that cuts begins with an "x".
+  memory_.CapturedInVain(0, 20);
+  EXPECT_EQ(memory_.Bytes(), std::string(MatchAttempt::kLastRound - 1, 'x'));
+  memory_.CapturedInVain(0, 20);
+  memory_.Cut();
+  EXPECT_EQ(Settled(), "x");
+}
+
+TEST_F(CaptureMemoryTest, AnotherSourceForgetsTheEventsOfTheLastOne) {
+  memory_.Open(window_, state_);
+  CaptureAt(2, 3);
+  memory_.TriedRows(2, 0, 3);
+  state_.CaptureBuffer = {'x', 'y'};
+  memory_.Open(window_, state_);
+  EXPECT_EQ(Settled(), "xy");
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ std::string RightText(const CompiledList& list, std::size_t row) {
 TEST(CompiledList, TheKeyOfAPlainRowIsItsLeftText) {
   const Ready ready(Rows{{"Jansen", "Person"}});
   ASSERT_EQ(ready.list.rows.size(), 1u);
-  EXPECT_EQ(ready.list.rows[0].key, "Jansen");
+  EXPECT_EQ(ready.list.rows[0].prefix, "Jansen");
   EXPECT_EQ(ready.list.rows[0].attempt, CompiledRow::kPlain);
   EXPECT_EQ(RightText(ready.list, 0), "Person");
 }
@@ -37,7 +37,7 @@ TEST(CompiledList, TheKeyOfAPlainRowIsItsLeftText) {
 TEST(CompiledList, TheKeyOfAWildcardRowEndsInFrontOfTheWildcard) {
   const Ready ready(Rows{{"Name: *;", "[*]"}});
   ASSERT_EQ(ready.list.rows.size(), 1u);
-  EXPECT_EQ(ready.list.rows[0].key, "Name: ");
+  EXPECT_EQ(ready.list.rows[0].prefix, "Name: ");
   ASSERT_EQ(ready.list.rows[0].attempt, 0);
   EXPECT_EQ(ready.list.tails.at(static_cast<std::size_t>(ready.list.attempts[0].tail)), ";");
   EXPECT_TRUE(ready.list.attempts[0].opens_span);
@@ -46,7 +46,7 @@ TEST(CompiledList, TheKeyOfAWildcardRowEndsInFrontOfTheWildcard) {
 TEST(CompiledList, AWildcardInFirstPlaceIsAKeyOfItsOwn) {
   const Ready ready(Rows{{"*bc", "x"}});
   ASSERT_EQ(ready.list.rows.size(), 1u);
-  EXPECT_EQ(ready.list.rows[0].key, "*");
+  EXPECT_EQ(ready.list.rows[0].prefix, "*");
   EXPECT_EQ(ready.list.rows[0].attempt, 0);
 }
 
@@ -55,7 +55,7 @@ TEST(CompiledList, AKeyEndsWhereTheRowCouldMatchWithoutMore) {
   // needed, so that four bytes do.
   const Ready ready(Rows{{"bcx*bc", "y"}}, {'*', '*', '#'});
   ASSERT_EQ(ready.list.rows.size(), 1u);
-  EXPECT_EQ(ready.list.rows[0].key, "bcx*");
+  EXPECT_EQ(ready.list.rows[0].prefix, "bcx*");
 }
 
 TEST(CompiledList, RowsThatCanNeverMatchAreLeftOut) {
@@ -74,8 +74,8 @@ TEST(CompiledList, RowsThatCutTheBufferAreKnownByTheirFirstByte) {
 TEST(CompiledList, ARightTextIsKeptWithoutNulsAndWildcards) {
   const Ready ready(Rows{{"a*b", std::string("<*\0-*>", 6)}});
   EXPECT_EQ(RightText(ready.list, 0), "<->");
-  EXPECT_EQ(ready.list.rows[0].jokers, (std::vector<std::size_t>{1, 2}));
-  EXPECT_TRUE(ready.list.effects[0].has_jokers);
+  EXPECT_EQ(ready.list.rows[0].wildcards, (std::vector<std::size_t>{1, 2}));
+  EXPECT_TRUE(ready.list.effects[0].has_wildcards);
 }
 
 TEST(CompiledList, RowsWithTheSameTailShareIt) {

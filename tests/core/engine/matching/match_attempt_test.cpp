@@ -13,7 +13,7 @@ PatternRow WildcardRow(std::string_view left, std::string_view tail, std::int64_
   row.left = left;
   row.tail = tail;
   row.width = width;
-  row.joker = '*';
+  row.wildcard = '*';
   row.flag = PatternRow::Flag::kWildcard;
   return row;
 }
@@ -46,8 +46,8 @@ TEST(MatchAttempt, SkippingRoundsChangesNothing) {
       const MatchAttempt fast = Ended(row, bytes, true);
       EXPECT_EQ(slow.Matched(row), fast.Matched(row)) << bytes;
       EXPECT_EQ(slow.length(), fast.length()) << bytes;
-      EXPECT_EQ(slow.caught_first(), fast.caught_first()) << bytes;
-      EXPECT_EQ(slow.caught_count(), fast.caught_count()) << bytes;
+      EXPECT_EQ(slow.captured_first(), fast.captured_first()) << bytes;
+      EXPECT_EQ(slow.captured_count(), fast.captured_count()) << bytes;
     }
   }
 }
@@ -57,36 +57,36 @@ TEST(MatchAttempt, ASpanThatNothingEndsFailsInItsLastRound) {
   const std::string bytes = "a" + std::string(40'000, 'x');
   const MatchAttempt slow = Ended(row, bytes, false);
   EXPECT_FALSE(slow.Matched(row));
-  EXPECT_EQ(slow.caught_count(), MatchAttempt::kLastRound - 1);
+  EXPECT_EQ(slow.captured_count(), MatchAttempt::kLastRound - 1);
 
-  MatchAttempt behind_key;
+  MatchAttempt behind_prefix;
   std::vector<std::uint8_t> more;
-  ASSERT_TRUE(behind_key.Round(row, 'a', false, more));
+  ASSERT_TRUE(behind_prefix.Round(row, 'a', false, more));
   MatchAttempt failed;
-  failed.FailInSpan(row, behind_key);
+  failed.FailInSpan(row, behind_prefix);
   EXPECT_FALSE(failed.Matched(row));
-  EXPECT_EQ(failed.caught_first(), slow.caught_first());
-  EXPECT_EQ(failed.caught_count(), slow.caught_count());
+  EXPECT_EQ(failed.captured_first(), slow.captured_first());
+  EXPECT_EQ(failed.captured_count(), slow.captured_count());
 }
 
 TEST(MatchAttempt, AMatchUpToTheTailIsWhatItsRoundsGive) {
   for (const char* tail : {";", ";end"}) {
     const std::string left = std::string("ab*") + tail;
     const PatternRow row = WildcardRow(left, tail, 20);
-    MatchAttempt behind_key;
+    MatchAttempt behind_prefix;
     std::vector<std::uint8_t> more;
-    ASSERT_TRUE(behind_key.Round(row, 'a', false, more));
-    ASSERT_TRUE(behind_key.Round(row, 'b', false, more));
+    ASSERT_TRUE(behind_prefix.Round(row, 'a', false, more));
+    ASSERT_TRUE(behind_prefix.Round(row, 'b', false, more));
     for (const std::size_t caught : {1U, 2U, 3U, 30'000U}) {
       const std::string bytes = "ab" + std::string(caught, 'x') + tail + "...";
       const MatchAttempt slow = Ended(row, bytes, false);
       MatchAttempt fast;
-      fast.MatchUpToTail(behind_key, static_cast<int>(2 + caught + std::string(tail).size()));
+      fast.MatchUpToTail(behind_prefix, static_cast<int>(2 + caught + std::string(tail).size()));
       EXPECT_TRUE(slow.Matched(row)) << bytes.size();
       EXPECT_TRUE(fast.Matched(row)) << bytes.size();
       EXPECT_EQ(slow.length(), fast.length()) << bytes.size();
-      EXPECT_EQ(slow.caught_first(), fast.caught_first()) << bytes.size();
-      EXPECT_EQ(slow.caught_count(), fast.caught_count()) << bytes.size();
+      EXPECT_EQ(slow.captured_first(), fast.captured_first()) << bytes.size();
+      EXPECT_EQ(slow.captured_count(), fast.captured_count()) << bytes.size();
     }
   }
 }

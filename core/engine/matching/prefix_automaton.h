@@ -1,10 +1,10 @@
-// Finds every place of a text where a key begins, in time that grows with the text alone: an
-// Aho-Corasick automaton over the reversed keys, run from right to left. The state at a place
-// stands for the longest end of a key that the text goes on with from there.
+// Finds every offset of a text where a prefix stands, in time that depends on the text alone: an
+// Aho-Corasick automaton over the reversed prefixes, run from right to left. The state at an offset
+// stands for the longest end of a prefix that the text continues with from there.
 //
-// The states nearest to the root, where most texts keep the automaton, have all their transitions
-// in a table, failures included. The others know their children and their failure state. So memory
-// grows with the size of the keys and not with the number of different bytes in them.
+// The states nearest to the root, where the automaton is in most texts, have all their transitions
+// in a table, failures included. The others only know their children and their failure state. So
+// memory grows with the size of the prefixes and not with the number of different bytes in them.
 #pragma once
 
 #include <array>
@@ -16,35 +16,33 @@
 
 namespace morvex {
 
-class KeyAutomaton {
+class PrefixAutomaton {
  public:
   static constexpr std::int32_t kNone = -1;
 
-  // A place where a key begins; which ones do, RowsAt tells by the state.
+  // An offset where a prefix stands; RowsAt returns its rows by the state.
   struct Found {
-    std::uint32_t place = 0;
+    std::uint32_t offset = 0;
     std::uint32_t state = 0;
   };
 
-  // The table then takes what pays off.
+  // The table then has as many states as pay.
   static constexpr std::size_t kBySize = 0;
 
-  // `members` are the indexes of the rows to find, which no earlier plain row forestalls (see
-  // KeyIndex::rows_by_key()). The distinct ends of their keys are fewer than 2^30. The rows need
-  // not outlive the automaton. How many states the table takes makes no difference to what is
-  // found.
-  KeyAutomaton(const std::vector<CompiledRow>& rows, const std::vector<std::int32_t>& members,
-               std::size_t states_in_table = kBySize);
+  // `members` are the indexes of the rows to find, as in PrefixIndex::rows_by_prefix(). The
+  // distinct ends of their prefixes are fewer than 2^30. The rows need not outlive the automaton.
+  // The number of states in the table makes no difference to what is found.
+  PrefixAutomaton(const std::vector<CompiledRow>& rows, const std::vector<std::int32_t>& members,
+                  std::size_t states_in_table = kBySize);
 
-  // Appends, in descending order, the places among the first `count` bytes (fewer than 2^32) where
-  // a key begins. `size`, which is not less than `count`, is how far a key may reach. Up to one
-  // byte less than the longest key has is looked at behind `count`; where that is much against
-  // `count`, it is what a call costs.
+  // Appends, in descending order, the offsets among the first `count` bytes (fewer than 2^32) where
+  // a prefix stands. `size` (`count` or more) bytes may be read. A call also reads up to the size
+  // of the longest prefix behind `count`, so `count` should be large against that.
   void Find(const std::uint8_t* bytes, std::size_t count, std::size_t size,
             std::vector<Found>& found) const;
 
-  // The rows whose keys begin at a place found. Gives the plain row among them that is first in
-  // table order, or kNone; appends those that need an attempt and stand in front of it to
+  // The rows whose prefixes stand at an offset found. Returns the plain row among them that is
+  // first in table order, or kNone; appends those that need an attempt and stand in front of it to
   // `attempts`, which is empty, in table order.
   std::int32_t RowsAt(std::uint32_t state, std::vector<std::int32_t>& attempts) const;
 
@@ -52,26 +50,26 @@ class KeyAutomaton {
   // Where the state's transitions begin in `table_`, or with kSparse its index in `sparse_`.
   using State = std::uint32_t;
   static constexpr State kRoot = 0;
-  static constexpr State kHasOutput = State{1} << 31;  // a key begins where this is the state
+  static constexpr State kHasOutput = State{1} << 31;  // a prefix stands where this is the state
   static constexpr State kSparse = State{1} << 30;
   static constexpr State kIndexMask = kSparse - 1;
 
   // Of a state. The index 0 is none.
   struct Output {
-    std::int32_t plain = kNone;        // the longest key's of all plain rows on the failure chain
+    std::int32_t plain = kNone;        // the plain row of the longest prefix on the failure chain
     std::uint32_t attempts_begin = 0;  // of the state's own rows
     std::uint32_t attempts_end = 0;
     std::uint32_t next = 0;  // the next on the failure chain that has attempts of its own
   };
-  // A state that is not in the table. If it has children, the next one is the first of them.
+  // A state that is not in the table. If it has children, the next sparse state is its first child.
   struct Sparse {
     State failure = kRoot;
     std::uint32_t output = 0;
     std::uint8_t first_class = 0;  // 0 when it has no children
     bool has_edges = false;        // has further children
   };
-  // From a sparse state to a child that is not its first. One that leads to the root is a free slot
-  // of the hash table.
+  // From a sparse state to a child that is not its first. An edge to the root marks a free slot of
+  // the hash table.
   struct Edge {
     std::uint32_t from = 0;
     State to = kRoot;
@@ -104,8 +102,8 @@ class KeyAutomaton {
     return table_[(state & kIndexMask) + byte_class];
   }
 
-  std::array<std::uint8_t, 256> classes_{};  // by byte; 0 when no key holds it
-  std::size_t longest_ = 0;                  // key
+  std::array<std::uint8_t, 256> classes_{};  // by byte; 0 when no prefix holds it
+  std::size_t longest_ = 0;                  // prefix, in bytes
   // By state of the table: the next states by class, then the output.
   std::vector<std::uint32_t> table_;
   std::uint32_t stride_ = 0;

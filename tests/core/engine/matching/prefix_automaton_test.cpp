@@ -1,5 +1,5 @@
 // Where the automaton finds keys, and which rows it finds there.
-#include "core/engine/matching/key_automaton.h"
+#include "core/engine/matching/prefix_automaton.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <random>
 #include <string>
 
-#include "core/engine/matching/key_index.h"
+#include "core/engine/matching/prefix_index.h"
 
 namespace morvex::test {
 namespace {
@@ -19,7 +19,7 @@ struct Key {
 };
 
 struct Rows {
-  std::int32_t plain = KeyAutomaton::kNone;
+  std::int32_t plain = PrefixAutomaton::kNone;
   std::vector<std::int32_t> attempts;
   bool operator==(const Rows&) const = default;
 };
@@ -46,15 +46,15 @@ std::vector<CompiledRow> Compiled(const std::vector<Key>& keys) {
   std::vector<CompiledRow> rows(keys.size());
   int attempts = 0;
   for (std::size_t row = 0; row < keys.size(); ++row) {
-    rows[row].key = keys[row].text;
+    rows[row].prefix = keys[row].text;
     rows[row].attempt = keys[row].plain ? CompiledRow::kPlain : attempts++;
   }
   return rows;
 }
 
-KeyAutomaton Automaton(const std::vector<Key>& keys) {
+PrefixAutomaton Automaton(const std::vector<Key>& keys) {
   const std::vector<CompiledRow> rows = Compiled(keys);
-  return KeyAutomaton(rows, KeyIndex(rows).rows_by_key());
+  return PrefixAutomaton(rows, PrefixIndex(rows).rows_by_prefix());
 }
 
 // What a look at every row in table order gives at a place of the text.
@@ -71,30 +71,30 @@ Rows LookAtAll(const std::vector<Key>& keys, const std::string& text, std::size_
   return rows;
 }
 
-std::vector<KeyAutomaton::Found> Find(const KeyAutomaton& automaton, const std::string& text,
-                                      std::size_t count) {
+std::vector<PrefixAutomaton::Found> Find(const PrefixAutomaton& automaton, const std::string& text,
+                                         std::size_t count) {
   // Without a byte behind the text that could be read by mistake.
   const std::vector<std::uint8_t> bytes(text.begin(), text.end());
-  std::vector<KeyAutomaton::Found> found;
+  std::vector<PrefixAutomaton::Found> found;
   automaton.Find(bytes.data(), count, bytes.size(), found);
   return found;
 }
 
-std::vector<std::size_t> Places(const std::vector<KeyAutomaton::Found>& found) {
+std::vector<std::size_t> Places(const std::vector<PrefixAutomaton::Found>& found) {
   std::vector<std::size_t> places;
   places.reserve(found.size());
-  for (const KeyAutomaton::Found& each : found) places.push_back(each.place);
+  for (const PrefixAutomaton::Found& each : found) places.push_back(each.offset);
   return places;
 }
 
 // With the root alone in the table, with some states, and with as many as a run has there.
-constexpr std::array<std::size_t, 4> kTables = {1, 2, 5, KeyAutomaton::kBySize};
+constexpr std::array<std::size_t, 4> kTables = {1, 2, 5, PrefixAutomaton::kBySize};
 
 // Holds what is found at the first `count` places of the text against a look at every row, and
 // against the index.
 void Check(const std::vector<Key>& keys, const std::string& text, std::size_t count) {
   const std::vector<CompiledRow> rows = Compiled(keys);
-  const KeyIndex index(rows);
+  const PrefixIndex index(rows);
   const std::string padded = text + std::string(16, '\0');
   std::vector<std::size_t> places;
   std::vector<Rows> wanted;
@@ -109,8 +109,8 @@ void Check(const std::vector<Key>& keys, const std::string& text, std::size_t co
     wanted.push_back(here);
   }
   for (const std::size_t states : kTables) {
-    const KeyAutomaton automaton(rows, index.rows_by_key(), states);
-    const std::vector<KeyAutomaton::Found> found = Find(automaton, text, count);
+    const PrefixAutomaton automaton(rows, index.rows_by_prefix(), states);
+    const std::vector<PrefixAutomaton::Found> found = Find(automaton, text, count);
     ASSERT_EQ(Places(found), places) << "count " << count << ", " << states << " in the table\n"
                                      << Said(keys, text);
     for (std::size_t i = 0; i < found.size(); ++i) {
@@ -141,61 +141,61 @@ std::vector<std::string> AllTexts(std::size_t size) {
   return texts;
 }
 
-TEST(KeyAutomaton, OfNoRowsFindsNothing) {
+TEST(PrefixAutomaton, OfNoRowsFindsNothing) {
   Check({}, "");
   Check({}, "abc");
 }
 
-TEST(KeyAutomaton, NothingIsFoundWhereNoKeyBegins) {
-  const KeyAutomaton automaton = Automaton({{"abc"}, {"ca"}});
+TEST(PrefixAutomaton, NothingIsFoundWhereNoPrefixStarts) {
+  const PrefixAutomaton automaton = Automaton({{"abc"}, {"ca"}});
   EXPECT_TRUE(Find(automaton, "", 0).empty());
   EXPECT_TRUE(Find(automaton, "abababbacbc", 11).empty());
   EXPECT_TRUE(Find(automaton, "xyz", 3).empty());
 }
 
-TEST(KeyAutomaton, PlacesComeFromTheLastToTheFirstBehindWhatIsThere) {
-  const KeyAutomaton automaton = Automaton({{"ab"}, {"b"}});
+TEST(PrefixAutomaton, PlacesComeFromTheLastToTheFirstBehindWhatIsThere) {
+  const PrefixAutomaton automaton = Automaton({{"ab"}, {"b"}});
   const std::string text = "abxab";
-  std::vector<KeyAutomaton::Found> found = {{77, 0}};
+  std::vector<PrefixAutomaton::Found> found = {{77, 0}};
   automaton.Find(reinterpret_cast<const std::uint8_t*>(text.data()), 5, 5, found);
   EXPECT_EQ(Places(found), (std::vector<std::size_t>{77, 4, 3, 1, 0}));
 }
 
-TEST(KeyAutomaton, OneByteKeysAreFoundUpToTheLastByte) {
+TEST(PrefixAutomaton, OneByteKeysAreFoundUpToTheLastByte) {
   Check({{"a"}}, "a");
   Check({{"a"}, {"b", false}, {"b"}}, "abxbba");
   Check({{"a", false}, {"aa"}}, "aaa");
 }
 
-TEST(KeyAutomaton, RowsWithTheSameKeyComeInTableOrder) {
+TEST(PrefixAutomaton, RowsWithTheSameKeyComeInTableOrder) {
   Check({{"ab", false}, {"ab", false}, {"ab"}, {"b", false}, {"b", false}}, "abbab");
-  const KeyAutomaton automaton = Automaton({{"ab", false}, {"ab", false}, {"ab"}});
-  const std::vector<KeyAutomaton::Found> found = Find(automaton, "ab", 2);
+  const PrefixAutomaton automaton = Automaton({{"ab", false}, {"ab", false}, {"ab"}});
+  const std::vector<PrefixAutomaton::Found> found = Find(automaton, "ab", 2);
   ASSERT_EQ(Places(found), (std::vector<std::size_t>{0}));
   std::vector<std::int32_t> attempts;
   EXPECT_EQ(automaton.RowsAt(found[0].state, attempts), 2);
   EXPECT_EQ(attempts, (std::vector<std::int32_t>{0, 1}));
 }
 
-TEST(KeyAutomaton, AttemptsBehindThePlainRowAreLeftOut) {
+TEST(PrefixAutomaton, AttemptsBehindThePlainRowAreLeftOut) {
   const std::vector<Key> keys = {{"abcd", false}, {"a", false}, {"abc"}, {"ab", false}, {"ab"}};
   Check(keys, "abcd abc ab a");
 }
 
-TEST(KeyAutomaton, AKeyMayReachBeyondThePlacesAskedAbout) {
+TEST(PrefixAutomaton, AKeyMayReachBeyondThePlacesAskedAbout) {
   const std::vector<Key> keys = {{"abcde"}, {"cd", false}, {"e"}};
   for (std::size_t count = 0; count <= 10; ++count) Check(keys, "abcdeabcde", count);
 }
 
-TEST(KeyAutomaton, AKeyThatEndsBehindTheEndIsNotFound) {
-  const KeyAutomaton automaton = Automaton({{"abcde"}, {"b"}});
+TEST(PrefixAutomaton, AKeyThatEndsBehindTheEndIsNotFound) {
+  const PrefixAutomaton automaton = Automaton({{"abcde"}, {"b"}});
   const std::string text = "abcde";
-  std::vector<KeyAutomaton::Found> found;
+  std::vector<PrefixAutomaton::Found> found;
   automaton.Find(reinterpret_cast<const std::uint8_t*>(text.data()), 2, 4, found);
   EXPECT_EQ(Places(found), (std::vector<std::size_t>{1}));
 }
 
-TEST(KeyAutomaton, EveryByteValueCanBeOfAKeyAndANulIsOfNone) {
+TEST(PrefixAutomaton, EveryByteValueCanBeOfAKeyAndANulIsOfNone) {
   std::vector<Key> keys;
   std::string text;
   for (int byte = 1; byte < 256; ++byte) {
@@ -221,7 +221,7 @@ std::vector<Key> AllKeys(std::size_t longest) {
 // Holds every text of four letters, and ends with a key's beginning.
 constexpr const char* kAllFourLetters = "aaaabaabbababbbbaaaxbabxxaab";
 
-TEST(KeyAutomaton, FindsWhatALookAtEveryRowFindsInAllListsOfTwoRows) {
+TEST(PrefixAutomaton, FindsWhatALookAtEveryRowFindsInAllListsOfTwoRows) {
   for (const Key& first : AllKeys(3)) {
     Check({first}, kAllFourLetters);
     for (const Key& second : AllKeys(3)) {
@@ -231,7 +231,7 @@ TEST(KeyAutomaton, FindsWhatALookAtEveryRowFindsInAllListsOfTwoRows) {
   }
 }
 
-TEST(KeyAutomaton, FindsWhatALookAtEveryRowFindsInAllListsOfThreeRows) {
+TEST(PrefixAutomaton, FindsWhatALookAtEveryRowFindsInAllListsOfThreeRows) {
   for (const Key& first : AllKeys(2)) {
     for (const Key& second : AllKeys(2)) {
       for (const Key& third : AllKeys(2)) {
@@ -242,7 +242,7 @@ TEST(KeyAutomaton, FindsWhatALookAtEveryRowFindsInAllListsOfThreeRows) {
   }
 }
 
-TEST(KeyAutomaton, FindsWhatALookAtEveryRowFindsInRandomLists) {
+TEST(PrefixAutomaton, FindsWhatALookAtEveryRowFindsInRandomLists) {
   for (std::uint32_t seed = 0; seed < 600; ++seed) {
     std::mt19937 random(seed);
     const std::size_t letters = 1 + random() % 5;
@@ -272,7 +272,7 @@ TEST(KeyAutomaton, FindsWhatALookAtEveryRowFindsInRandomLists) {
   }
 }
 
-TEST(KeyAutomaton, FindsWhatALookAtEveryRowFindsInALongList) {
+TEST(PrefixAutomaton, FindsWhatALookAtEveryRowFindsInALongList) {
   for (std::uint32_t seed = 0; seed < 3; ++seed) {
     std::mt19937 random(seed);
     std::vector<Key> keys;
@@ -297,13 +297,13 @@ TEST(KeyAutomaton, FindsWhatALookAtEveryRowFindsInALongList) {
   }
 }
 
-TEST(KeyAutomaton, ManyPlacesOfOneTextAreAllFound) {
+TEST(PrefixAutomaton, ManyPlacesOfOneTextAreAllFound) {
   std::vector<Key> keys;
   for (std::size_t size = 40; size > 0; --size) keys.push_back({std::string(size, 'a')});
   for (const std::size_t size : {511U, 512U, 513U, 2000U}) Check(keys, std::string(size, 'a'));
 }
 
-TEST(KeyAutomaton, FindsTheLongestKeysThereCanBe) {
+TEST(PrefixAutomaton, FindsTheLongestKeysThereCanBe) {
   constexpr std::size_t kLongest = 32766;
   constexpr std::size_t kCount = 10;
   constexpr std::size_t kLetters = 40000;
@@ -313,23 +313,23 @@ TEST(KeyAutomaton, FindsTheLongestKeysThereCanBe) {
   }
   keys.push_back({"b" + std::string(kLongest - 1, 'a')});
   const std::vector<CompiledRow> rows = Compiled(keys);
-  const KeyIndex index(rows);
+  const PrefixIndex index(rows);
   const std::string text =
       std::string(kLetters, 'a') + "b" + std::string(kLongest - 1, 'a') + std::string(3, 'c');
   for (const std::size_t states : kTables) {
-    const KeyAutomaton automaton(rows, index.rows_by_key(), states);
-    const std::vector<KeyAutomaton::Found> found = Find(automaton, text, text.size());
+    const PrefixAutomaton automaton(rows, index.rows_by_prefix(), states);
+    const std::vector<PrefixAutomaton::Found> found = Find(automaton, text, text.size());
     ASSERT_EQ(found.size(), kCount + 1);
     std::vector<std::int32_t> attempts;
-    EXPECT_EQ(found[0].place, kLetters);
+    EXPECT_EQ(found[0].offset, kLetters);
     EXPECT_EQ(automaton.RowsAt(found[0].state, attempts), static_cast<std::int32_t>(kCount));
     for (std::size_t i = 0; i < kCount; ++i) {
-      const KeyAutomaton::Found& each = found[kCount - i];  // the longest key begins first
-      EXPECT_EQ(each.place, kLetters - (kLongest - 1 - i));
+      const PrefixAutomaton::Found& each = found[kCount - i];  // the longest key begins first
+      EXPECT_EQ(each.offset, kLetters - (kLongest - 1 - i));
       attempts.clear();
       const std::int32_t plain = automaton.RowsAt(each.state, attempts);
       const auto row = static_cast<std::int32_t>(i);
-      EXPECT_EQ(plain, keys[i].plain ? row : KeyAutomaton::kNone);
+      EXPECT_EQ(plain, keys[i].plain ? row : PrefixAutomaton::kNone);
       EXPECT_EQ(attempts, keys[i].plain ? std::vector<std::int32_t>{} : std::vector{row});
     }
     // Asked about the first places alone, the longest key must still be seen to its end.

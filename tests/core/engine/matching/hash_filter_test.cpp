@@ -1,5 +1,5 @@
 // The filter passes every place where a key begins, and few others.
-#include "core/engine/matching/begin_filter.h"
+#include "core/engine/matching/hash_filter.h"
 
 #include <gtest/gtest.h>
 
@@ -19,27 +19,27 @@ std::uint64_t Begin(const std::string& key, std::size_t bytes) {
   return Load64(Bytes(key + std::string(8, '\0'))) & FirstBytesMask(bytes);
 }
 
-BeginFilter FilterOf(const std::vector<std::string>& keys) {
-  std::map<std::size_t, KeyBegins> by_length;
+HashFilter FilterOf(const std::vector<std::string>& keys) {
+  std::map<std::size_t, PrefixStarts> by_length;
   for (const std::string& key : keys) {
     const std::size_t bytes = std::min<std::size_t>(key.size(), 8);
     by_length[bytes].bytes = bytes;
     by_length[bytes].distinct.push_back(Begin(key, bytes));
   }
-  std::vector<KeyBegins> begins;
+  std::vector<PrefixStarts> begins;
   for (const auto& [bytes, each] : by_length) begins.push_back(each);
-  return BeginFilter(begins);
+  return HashFilter(begins);
 }
 
-bool MayHold(const BeginFilter& filter, const std::string& text) {
+bool MayHold(const HashFilter& filter, const std::string& text) {
   const std::string padded = text + std::string(16, '\0');
   switch (filter.form()) {
-    case BeginFilter::Form::kBytes:
-      return filter.MayHold<BeginFilter::Form::kBytes>(Bytes(padded)) != 0;
-    case BeginFilter::Form::kBits:
-      return filter.MayHold<BeginFilter::Form::kBits>(Bytes(padded)) != 0;
-    case BeginFilter::Form::kLengths:
-      return filter.MayHold<BeginFilter::Form::kLengths>(Bytes(padded)) != 0;
+    case HashFilter::Form::kBytes:
+      return filter.MayHold<HashFilter::Form::kBytes>(Bytes(padded)) != 0;
+    case HashFilter::Form::kBits:
+      return filter.MayHold<HashFilter::Form::kBits>(Bytes(padded)) != 0;
+    case HashFilter::Form::kLengths:
+      return filter.MayHold<HashFilter::Form::kLengths>(Bytes(padded)) != 0;
   }
   return false;
 }
@@ -54,19 +54,19 @@ std::vector<std::string> RandomKeys(std::size_t count, std::size_t least, std::s
   return keys;
 }
 
-TEST(BeginFilter, WithoutKeysPassesNothing) { EXPECT_FALSE(MayHold(FilterOf({}), "abc")); }
+TEST(HashFilter, WithoutKeysPassesNothing) { EXPECT_FALSE(MayHold(FilterOf({}), "abc")); }
 
-TEST(BeginFilter, OfEachFormPassesEveryKeyAndFewOtherPlaces) {
+TEST(HashFilter, OfEachFormPassesEveryKeyAndFewOtherPlaces) {
   struct Case {
     std::size_t keys, least, most;
-    BeginFilter::Form form;
+    HashFilter::Form form;
   };
   for (const Case& each :
-       {Case{100, 6, 6, BeginFilter::Form::kBytes}, Case{3000, 8, 20, BeginFilter::Form::kBits},
-        Case{50'000, 8, 8, BeginFilter::Form::kBits}, Case{500, 4, 12, BeginFilter::Form::kLengths},
-        Case{50'000, 5, 9, BeginFilter::Form::kLengths}}) {
+       {Case{100, 6, 6, HashFilter::Form::kBytes}, Case{3000, 8, 20, HashFilter::Form::kBits},
+        Case{50'000, 8, 8, HashFilter::Form::kBits}, Case{500, 4, 12, HashFilter::Form::kLengths},
+        Case{50'000, 5, 9, HashFilter::Form::kLengths}}) {
     const std::vector<std::string> keys = RandomKeys(each.keys, each.least, each.most);
-    const BeginFilter filter = FilterOf(keys);
+    const HashFilter filter = FilterOf(keys);
     EXPECT_EQ(filter.form(), each.form) << each.keys;
     for (const std::string& key : keys) ASSERT_TRUE(MayHold(filter, key + "...")) << key;
     std::mt19937 random(2);
@@ -80,16 +80,17 @@ TEST(BeginFilter, OfEachFormPassesEveryKeyAndFewOtherPlaces) {
   }
 }
 
-TEST(BeginFilter, LooksBehindEightBytesWhereAllKeysAreLonger) {
+TEST(HashFilter, LooksBehindEightBytesWhereAllKeysAreLonger) {
   const std::vector<std::string> keys = {"patient-0012", "patient-0034 of ward 7"};
-  BeginFilter filter = FilterOf(keys);
-  EXPECT_FALSE(filter.looks_further());
-  filter.LookFurther({keys.begin(), keys.end()}, 12);
-  ASSERT_TRUE(filter.looks_further());
-  for (const std::string& key : keys) EXPECT_TRUE(filter.MayGoOn(Bytes(key + "0123456789")));
+  HashFilter filter = FilterOf(keys);
+  EXPECT_FALSE(filter.has_second_probe());
+  filter.AddSecondProbe({keys.begin(), keys.end()}, 12);
+  ASSERT_TRUE(filter.has_second_probe());
+  for (const std::string& key : keys)
+    EXPECT_TRUE(filter.PassesSecondProbe(Bytes(key + "0123456789")));
   int passed = 0;
   for (int i = 1000; i < 2000; ++i) {
-    if (filter.MayGoOn(Bytes("patient-" + std::to_string(i) + "....")) != 0) ++passed;
+    if (filter.PassesSecondProbe(Bytes("patient-" + std::to_string(i) + "....")) != 0) ++passed;
   }
   EXPECT_LT(passed, 50);
 }

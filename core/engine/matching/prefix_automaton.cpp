@@ -1,17 +1,17 @@
-#include "core/engine/matching/key_automaton.h"
+#include "core/engine/matching/prefix_automaton.h"
 
 #include <algorithm>
 #include <bit>
 #include <string>
 #include <string_view>
 
-#include "core/engine/matching/begin_filter.h"
+#include "core/engine/matching/hash_filter.h"
 
 namespace morvex {
 namespace {
 
-// Rows of the table that are so small cost no more than the states outside it. Of others the table
-// takes what a core's own caches hold.
+// States with so few transitions cost no more in the table than outside. Of others the table takes
+// as many as a core's own caches hold.
 constexpr std::uint32_t kSmallStride = 4;
 constexpr std::size_t kTableEntries = std::size_t{1} << 17;
 
@@ -22,43 +22,44 @@ std::size_t CommonBeginning(std::string_view a, std::string_view b) {
                                   a.begin());
 }
 
-// The members' keys from their ends to their beginnings, as classes of bytes, in alphabetical
-// order; the same keys in table order.
-struct ReversedKeys {
-  struct Key {
+// The members' prefixes, reversed and as classes of bytes, in ascending order; equal ones in table
+// order.
+struct ReversedPrefixes {
+  struct Prefix {
     std::string_view bytes;
     std::int32_t row = 0;
   };
 
-  ReversedKeys(const std::vector<CompiledRow>& rows, const std::vector<std::int32_t>& members,
-               const std::array<std::uint8_t, 256>& classes) {
+  ReversedPrefixes(const std::vector<CompiledRow>& rows, const std::vector<std::int32_t>& members,
+                   const std::array<std::uint8_t, 256>& classes) {
     std::size_t size = 0;
-    for (const std::int32_t row : members) size += rows[static_cast<std::size_t>(row)].key.size();
-    all_bytes.reserve(size);  // the keys lie in it, so it may not move
-    keys.reserve(members.size());
+    for (const std::int32_t row : members)
+      size += rows[static_cast<std::size_t>(row)].prefix.size();
+    all_bytes.reserve(size);  // the prefixes lie in it, so it may not move
+    prefixes.reserve(members.size());
     for (const std::int32_t row : members) {
-      const std::string_view key = rows[static_cast<std::size_t>(row)].key;
+      const std::string_view prefix = rows[static_cast<std::size_t>(row)].prefix;
       const std::size_t begin = all_bytes.size();
-      for (std::size_t i = key.size(); i > 0; --i) {
-        all_bytes += static_cast<char>(classes[static_cast<std::uint8_t>(key[i - 1])]);
+      for (std::size_t i = prefix.size(); i > 0; --i) {
+        all_bytes += static_cast<char>(classes[static_cast<std::uint8_t>(prefix[i - 1])]);
       }
-      keys.push_back({std::string_view(all_bytes).substr(begin), row});
+      prefixes.push_back({std::string_view(all_bytes).substr(begin), row});
     }
-    std::sort(keys.begin(), keys.end(),
-              [](const Key& a, const Key& b) { return a.bytes < b.bytes; });
+    std::sort(prefixes.begin(), prefixes.end(),
+              [](const Prefix& a, const Prefix& b) { return a.bytes < b.bytes; });
   }
-  ReversedKeys(const ReversedKeys&) = delete;
-  ReversedKeys& operator=(const ReversedKeys&) = delete;
+  ReversedPrefixes(const ReversedPrefixes&) = delete;
+  ReversedPrefixes& operator=(const ReversedPrefixes&) = delete;
 
   std::string all_bytes;
-  std::vector<Key> keys;
+  std::vector<Prefix> prefixes;
 };
 
 }  // namespace
 
-// The reversed keys. The nodes are numbered in depth-first order: behind a node that is no leaf
+// The reversed prefixes. The nodes are numbered in depth-first order: behind a node that is no leaf
 // comes its first child.
-struct KeyAutomaton::Trie {
+struct PrefixAutomaton::Trie {
   struct Node {
     std::uint32_t parent = 0;
     State state = kSparse;
@@ -72,8 +73,9 @@ struct KeyAutomaton::Trie {
   std::vector<std::size_t> levels;      // where each depth begins in `by_depth`; ends with the end
 };
 
-KeyAutomaton::KeyAutomaton(const std::vector<CompiledRow>& rows,
-                           const std::vector<std::int32_t>& members, std::size_t states_in_table) {
+PrefixAutomaton::PrefixAutomaton(const std::vector<CompiledRow>& rows,
+                                 const std::vector<std::int32_t>& members,
+                                 std::size_t states_in_table) {
   NumberClasses(rows, members);
   Trie trie;
   Grow(rows, members, trie);
@@ -81,62 +83,62 @@ KeyAutomaton::KeyAutomaton(const std::vector<CompiledRow>& rows,
   Link(trie);
 }
 
-void KeyAutomaton::NumberClasses(const std::vector<CompiledRow>& rows,
-                                 const std::vector<std::int32_t>& members) {
+void PrefixAutomaton::NumberClasses(const std::vector<CompiledRow>& rows,
+                                    const std::vector<std::int32_t>& members) {
   for (const std::int32_t row : members) {
-    const std::string_view key = rows[static_cast<std::size_t>(row)].key;
-    longest_ = std::max(longest_, key.size());
-    for (const char byte : key) classes_[static_cast<std::uint8_t>(byte)] = 1;
+    const std::string_view prefix = rows[static_cast<std::size_t>(row)].prefix;
+    longest_ = std::max(longest_, prefix.size());
+    for (const char byte : prefix) classes_[static_cast<std::uint8_t>(byte)] = 1;
   }
   std::uint8_t count = 0;
   for (std::uint8_t& byte_class : classes_) {
-    if (byte_class != 0) byte_class = ++count;  // 255 at most: no key holds a NUL
+    if (byte_class != 0) byte_class = ++count;  // 255 at most: no prefix holds a NUL
   }
   stride_ = count + 2U;
 }
 
-void KeyAutomaton::Grow(const std::vector<CompiledRow>& rows,
-                        const std::vector<std::int32_t>& members, Trie& trie) {
-  const ReversedKeys reversed(rows, members, classes_);
+void PrefixAutomaton::Grow(const std::vector<CompiledRow>& rows,
+                           const std::vector<std::int32_t>& members, Trie& trie) {
+  const ReversedPrefixes reversed(rows, members, classes_);
   std::size_t nodes = 1;
   std::string_view last;
-  for (const ReversedKeys::Key& key : reversed.keys) {
-    nodes += key.bytes.size() - CommonBeginning(last, key.bytes);
-    last = key.bytes;
+  for (const ReversedPrefixes::Prefix& prefix : reversed.prefixes) {
+    nodes += prefix.bytes.size() - CommonBeginning(last, prefix.bytes);
+    last = prefix.bytes;
   }
   trie.nodes.reserve(nodes);
   trie.nodes.emplace_back();
   outputs_.emplace_back();
   trie.nodes_of_outputs.push_back(0);
-  std::vector<std::uint32_t> path(longest_ + 1);  // to the last key's node, by depth
+  std::vector<std::uint32_t> path(longest_ + 1);  // to the last prefix's node, by depth
   last = {};
-  for (const ReversedKeys::Key& key : reversed.keys) {
-    const std::size_t common = CommonBeginning(last, key.bytes);
-    for (std::size_t depth = common; depth < key.bytes.size(); ++depth) {
+  for (const ReversedPrefixes::Prefix& prefix : reversed.prefixes) {
+    const std::size_t common = CommonBeginning(last, prefix.bytes);
+    for (std::size_t depth = common; depth < prefix.bytes.size(); ++depth) {
       path[depth + 1] = static_cast<std::uint32_t>(trie.nodes.size());
       Trie::Node node;
       node.parent = path[depth];
       node.depth = static_cast<std::uint16_t>(depth + 1);
-      node.byte_class = static_cast<std::uint8_t>(key.bytes[depth]);
+      node.byte_class = static_cast<std::uint8_t>(prefix.bytes[depth]);
       trie.nodes.push_back(node);
     }
-    if (key.bytes != last) {
+    if (prefix.bytes != last) {
       Output output;
       output.attempts_begin = output.attempts_end = static_cast<std::uint32_t>(attempts_.size());
       outputs_.push_back(output);
-      trie.nodes_of_outputs.push_back(path[key.bytes.size()]);
+      trie.nodes_of_outputs.push_back(path[prefix.bytes.size()]);
     }
-    if (rows[static_cast<std::size_t>(key.row)].attempt == CompiledRow::kPlain) {
-      outputs_.back().plain = key.row;
+    if (rows[static_cast<std::size_t>(prefix.row)].attempt == CompiledRow::kPlain) {
+      outputs_.back().plain = prefix.row;
     } else {
-      attempts_.push_back(key.row);
+      attempts_.push_back(prefix.row);
       ++outputs_.back().attempts_end;
     }
-    last = key.bytes;
+    last = prefix.bytes;
   }
 }
 
-void KeyAutomaton::NumberStates(std::size_t states_in_table, Trie& trie) {
+void PrefixAutomaton::NumberStates(std::size_t states_in_table, Trie& trie) {
   std::vector<Trie::Node>& nodes = trie.nodes;
   trie.levels.resize(longest_ + 3);  // the deepest nodes' children have a level as well
   for (const Trie::Node& node : nodes) ++trie.levels[node.depth + 1U];
@@ -171,8 +173,8 @@ void KeyAutomaton::NumberStates(std::size_t states_in_table, Trie& trie) {
   }
 }
 
-// Level by level: what a state has from its failure state, that one has from nearer to the root.
-void KeyAutomaton::Link(Trie& trie) {
+// Level by level: a failure state is nearer to the root than its state, so it is complete already.
+void PrefixAutomaton::Link(Trie& trie) {
   for (std::size_t depth = 0; depth <= longest_; ++depth) {
     for (std::size_t i = trie.levels[depth]; i < trie.levels[depth + 1] && depth > 0; ++i) {
       const Trie::Node& node = trie.nodes[trie.by_depth[i]];
@@ -190,7 +192,7 @@ void KeyAutomaton::Link(Trie& trie) {
   }
 }
 
-void KeyAutomaton::LinkToFailure(Trie& trie, std::uint32_t node) {
+void PrefixAutomaton::LinkToFailure(Trie& trie, std::uint32_t node) {
   Trie::Node& here = trie.nodes[node];
   if (here.parent != 0) here.failure = Next(trie.nodes[here.parent].failure, here.byte_class);
   if ((here.state & kSparse) != 0) sparse_[here.state & kIndexMask].failure = here.failure;
@@ -207,7 +209,7 @@ void KeyAutomaton::LinkToFailure(Trie& trie, std::uint32_t node) {
   if (own != 0 || shorter != 0) here.state |= kHasOutput;
 }
 
-void KeyAutomaton::AddChild(State parent, bool is_first, std::uint8_t byte_class, State child) {
+void PrefixAutomaton::AddChild(State parent, bool is_first, std::uint8_t byte_class, State child) {
   const State index = parent & kIndexMask;
   if ((parent & kSparse) == 0) {
     table_[index + byte_class] = child;
@@ -223,19 +225,20 @@ void KeyAutomaton::AddChild(State parent, bool is_first, std::uint8_t byte_class
   edges_[slot] = {index, child, byte_class};
 }
 
-std::size_t KeyAutomaton::Slot(std::uint32_t from, std::uint8_t byte_class) const {
+std::size_t PrefixAutomaton::Slot(std::uint32_t from, std::uint8_t byte_class) const {
   return Mix(std::uint64_t{from} << 8 | byte_class) & (edges_.size() - 1);
 }
 
 // The root when there is none.
-KeyAutomaton::State KeyAutomaton::FindEdge(std::uint32_t from, std::uint8_t byte_class) const {
+PrefixAutomaton::State PrefixAutomaton::FindEdge(std::uint32_t from,
+                                                 std::uint8_t byte_class) const {
   for (std::size_t slot = Slot(from, byte_class);; slot = (slot + 1) & (edges_.size() - 1)) {
     const Edge& edge = edges_[slot];
     if (edge.to == kRoot || (edge.from == from && edge.byte_class == byte_class)) return edge.to;
   }
 }
 
-KeyAutomaton::State KeyAutomaton::NextOfSparse(State state, std::uint8_t byte_class) const {
+PrefixAutomaton::State PrefixAutomaton::NextOfSparse(State state, std::uint8_t byte_class) const {
   if (byte_class == 0) return kRoot;  // a leaf's first class is 0 and is no child
   do {
     const State index = state & kIndexMask;
@@ -252,10 +255,10 @@ KeyAutomaton::State KeyAutomaton::NextOfSparse(State state, std::uint8_t byte_cl
   return table_[(state & kIndexMask) + byte_class];
 }
 
-void KeyAutomaton::Find(const std::uint8_t* bytes, std::size_t count, std::size_t size,
-                        std::vector<Found>& found) const {
+void PrefixAutomaton::Find(const std::uint8_t* bytes, std::size_t count, std::size_t size,
+                           std::vector<Found>& found) const {
   if (longest_ == 0) return;
-  // At a byte that no key holds the state is the root, whatever lies behind.
+  // At a byte that no prefix holds the state is the root, whatever stands behind it.
   const std::uint8_t* const end =
       std::find_if(bytes + count, bytes + std::min(size, count + longest_ - 1),
                    [this](std::uint8_t byte) { return classes_[byte] == 0; });
@@ -264,20 +267,21 @@ void KeyAutomaton::Find(const std::uint8_t* bytes, std::size_t count, std::size_
     state = Next(state, classes_[byte[-1]]);
   }
   std::array<Found, kBlock> block;
-  for (std::size_t place = count; place > 0;) {
-    const std::size_t begin = place - std::min(place, kBlock);
-    std::size_t kept = 0;  // no branch: whether a key begins at a place nobody can foretell
-    while (place > begin) {
-      --place;
-      state = Next(state, classes_[bytes[place]]);
-      block[kept] = {static_cast<std::uint32_t>(place), state};
+  for (std::size_t offset = count; offset > 0;) {
+    const std::size_t begin = offset - std::min(offset, kBlock);
+    std::size_t kept = 0;  // no branch: it could not be predicted
+    while (offset > begin) {
+      --offset;
+      state = Next(state, classes_[bytes[offset]]);
+      block[kept] = {static_cast<std::uint32_t>(offset), state};
       kept += state / kHasOutput;
     }
     found.insert(found.end(), block.begin(), block.begin() + static_cast<std::ptrdiff_t>(kept));
   }
 }
 
-std::int32_t KeyAutomaton::RowsAt(std::uint32_t state, std::vector<std::int32_t>& attempts) const {
+std::int32_t PrefixAutomaton::RowsAt(std::uint32_t state,
+                                     std::vector<std::int32_t>& attempts) const {
   std::uint32_t index = OutputOf(state);
   const std::int32_t plain = outputs_[index].plain;
   for (; index != 0; index = outputs_[index].next) {

@@ -1,5 +1,5 @@
 // Which rows the index finds at a place.
-#include "core/engine/matching/key_index.h"
+#include "core/engine/matching/prefix_index.h"
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@ struct Key {
 };
 
 struct Found {
-  std::int32_t plain = KeyIndex::kNone;
+  std::int32_t plain = PrefixIndex::kNone;
   std::vector<std::int32_t> attempts;
   bool operator==(const Found&) const = default;
 };
@@ -40,29 +40,29 @@ class Index {
 
   // The two ways to look say the same.
   Found At(const std::string& text) const {
-    const std::string padded = text + std::string(KeyIndex::kReadAhead, '\0');
+    const std::string padded = text + std::string(PrefixIndex::kReadAhead, '\0');
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(padded.data());
     Found found;
     found.plain = index_.Find(bytes, text.size(), found.attempts);
     const std::uint16_t here = 0;
     std::int32_t row = 0;
-    index_.LookAt(bytes, text.size(), &here, 1, &row);
+    index_.LookUp(bytes, text.size(), &here, 1, &row);
     if (found.attempts.empty()) {
       EXPECT_EQ(row, found.plain) << text;
-    } else if (row != KeyIndex::kUndecided) {
-      EXPECT_EQ(found.plain, KeyIndex::kNone) << text;
-      EXPECT_EQ(found.attempts, (std::vector<std::int32_t>{KeyIndex::OnlyAttempt(row)})) << text;
+    } else if (row != PrefixIndex::kUndecided) {
+      EXPECT_EQ(found.plain, PrefixIndex::kNone) << text;
+      EXPECT_EQ(found.attempts, (std::vector<std::int32_t>{PrefixIndex::OnlyAttempt(row)})) << text;
     }
     return found;
   }
-  const KeyIndex& index() const { return index_; }
+  const PrefixIndex& index() const { return index_; }
 
  private:
   static std::vector<CompiledRow> Rows(const std::vector<Key>& keys) {
     std::vector<CompiledRow> rows(keys.size());
     int attempts = 0;
     for (std::size_t row = 0; row < keys.size(); ++row) {
-      rows[row].key = keys[row].text;
+      rows[row].prefix = keys[row].text;
       rows[row].attempt = keys[row].plain ? CompiledRow::kPlain : attempts++;
     }
     return rows;
@@ -70,16 +70,16 @@ class Index {
 
   std::vector<Key> keys_;
   std::vector<CompiledRow> rows_;
-  KeyIndex index_;
+  PrefixIndex index_;
 };
 
-TEST(KeyIndex, OfNoRowsFindsNothing) {
+TEST(PrefixIndex, OfNoRowsFindsNothing) {
   const Index index({});
   EXPECT_EQ(index.At("abc"), Found());
-  EXPECT_TRUE(index.index().rows_by_key().empty());
+  EXPECT_TRUE(index.index().rows_by_prefix().empty());
 }
 
-TEST(KeyIndex, TheFirstPlainRowInTableOrderIsFound) {
+TEST(PrefixIndex, TheFirstPlainRowInTableOrderIsFound) {
   const Index longer_first({{"Jansens"}, {"Jansen"}});
   EXPECT_EQ(longer_first.At("Jansens!").plain, 0);
   EXPECT_EQ(longer_first.At("Jansen!").plain, 1);
@@ -87,39 +87,39 @@ TEST(KeyIndex, TheFirstPlainRowInTableOrderIsFound) {
   EXPECT_EQ(shorter_first.At("Jansens!").plain, 0);
 }
 
-TEST(KeyIndex, ARowThatAnEarlierOneForestallsIsLeftOut) {
-  EXPECT_EQ(Index({{"ab"}, {"abc"}, {"ab"}, {"b"}}).index().rows_by_key(),
+TEST(PrefixIndex, ARowThatAnEarlierOneShadowsIsLeftOut) {
+  EXPECT_EQ(Index({{"ab"}, {"abc"}, {"ab"}, {"b"}}).index().rows_by_prefix(),
             (std::vector<std::int32_t>{0, 3}));
-  EXPECT_EQ(Index({{"ab", false}, {"abc"}, {"ab"}}).index().rows_by_key(),
+  EXPECT_EQ(Index({{"ab", false}, {"abc"}, {"ab"}}).index().rows_by_prefix(),
             (std::vector<std::int32_t>{0, 2, 1}));
 }
 
-TEST(KeyIndex, AttemptsComeInTableOrderAndOnlyInFrontOfThePlainRow) {
+TEST(PrefixIndex, AttemptsComeInTableOrderAndOnlyInFrontOfThePlainRow) {
   const Index index({{"abcdefgh", false}, {"a", false}, {"abc"}, {"ab", false}});
   EXPECT_EQ(index.At("abcdefgh!"), (Found{2, {0, 1}}));
-  EXPECT_EQ(index.At("abX"), (Found{KeyIndex::kNone, {1, 3}}));
+  EXPECT_EQ(index.At("abX"), (Found{PrefixIndex::kNone, {1, 3}}));
 }
 
-TEST(KeyIndex, AKeyThatEndsBehindTheEndIsNotFound) {
+TEST(PrefixIndex, AKeyThatEndsBehindTheEndIsNotFound) {
   for (const char* key : {"abcdef", "abcdefghijkl", "abcdefghijklmnopqrstuvwxyz"}) {
     const std::string text = key;
     const Index index({{text}, {"abX"}});
     EXPECT_EQ(index.At(text).plain, 0);
-    EXPECT_EQ(index.At(text.substr(0, text.size() - 1)).plain, KeyIndex::kNone);
+    EXPECT_EQ(index.At(text.substr(0, text.size() - 1)).plain, PrefixIndex::kNone);
   }
 }
 
-TEST(KeyIndex, ManyRowsThatBeginAlikeAreToldApart) {
+TEST(PrefixIndex, ManyRowsThatBeginAlikeAreToldApart) {
   std::vector<Key> keys;
   for (int i = 0; i < 5000; ++i) keys.push_back({"employee-record-" + std::to_string(i * 3)});
   const Index index(keys);
   EXPECT_EQ(index.At("employee-record-14997.").plain, 4999);
   EXPECT_EQ(index.At("employee-record-14998.").plain,
             LookAtAll(keys, "employee-record-14998.").plain);
-  EXPECT_EQ(index.At("employee-record-x").plain, KeyIndex::kNone);
+  EXPECT_EQ(index.At("employee-record-x").plain, PrefixIndex::kNone);
 }
 
-TEST(KeyIndex, PlacesLookedAtTogetherGetWhatEachGetsAlone) {
+TEST(PrefixIndex, PlacesLookedAtTogetherGetWhatEachGetsAlone) {
   for (std::uint32_t seed = 0; seed < 500; ++seed) {
     std::mt19937 random(seed);
     const std::uint32_t letters = seed % 2 == 0 ? 1 : 3;
@@ -134,17 +134,17 @@ TEST(KeyIndex, PlacesLookedAtTogetherGetWhatEachGetsAlone) {
       keys.push_back({text.substr(random() % 150, length), random() % 4 != 0});
     }
     const Index index(keys);
-    const std::string padded = text + std::string(KeyIndex::kReadAhead, '\0');
+    const std::string padded = text + std::string(PrefixIndex::kReadAhead, '\0');
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(padded.data());
-    std::uint16_t places[KeyIndex::kBatch];
-    for (std::size_t i = 0; i < KeyIndex::kBatch; ++i) {
+    std::uint16_t places[PrefixIndex::kBatch];
+    for (std::size_t i = 0; i < PrefixIndex::kBatch; ++i) {
       places[i] = static_cast<std::uint16_t>(i * (1 + seed % 12));
     }
-    std::int32_t together[KeyIndex::kBatch];
-    index.index().LookAt(bytes, text.size(), places, KeyIndex::kBatch, together);
-    for (std::size_t i = 0; i < KeyIndex::kBatch; ++i) {
+    std::int32_t together[PrefixIndex::kBatch];
+    index.index().LookUp(bytes, text.size(), places, PrefixIndex::kBatch, together);
+    for (std::size_t i = 0; i < PrefixIndex::kBatch; ++i) {
       std::int32_t alone = 0;
-      index.index().LookAt(bytes, text.size(), places + i, 1, &alone);
+      index.index().LookUp(bytes, text.size(), places + i, 1, &alone);
       ASSERT_EQ(together[i], alone) << "seed " << seed << " at " << places[i];
       index.At(text.substr(places[i]));
     }
@@ -153,7 +153,7 @@ TEST(KeyIndex, PlacesLookedAtTogetherGetWhatEachGetsAlone) {
 
 // Every way to go on in a run of one letter is there at every depth: in groups and nodes, behind
 // short steps and long ones. As many steps are under way at once as there can be.
-TEST(KeyIndex, HasRoomForAllStepsThatAPlaceHasUnderWay) {
+TEST(PrefixIndex, HasRoomForAllStepsThatAPlaceHasUnderWay) {
   std::vector<Key> keys;
   const auto run = [](std::size_t size) { return std::string(size, 'a'); };
   std::string others;
@@ -186,18 +186,19 @@ TEST(KeyIndex, HasRoomForAllStepsThatAPlaceHasUnderWay) {
   }
   const Index index(keys);
   const std::string text = run(100);
-  const std::string padded = text + std::string(KeyIndex::kReadAhead, '\0');
+  const std::string padded = text + std::string(PrefixIndex::kReadAhead, '\0');
   const auto* const bytes = reinterpret_cast<const std::uint8_t*>(padded.data());
-  std::uint16_t places[KeyIndex::kBatch];
-  for (std::size_t i = 0; i < KeyIndex::kBatch; ++i) places[i] = static_cast<std::uint16_t>(i * 6);
-  std::int32_t found[KeyIndex::kBatch];
-  index.index().LookAt(bytes, text.size(), places, KeyIndex::kBatch, found);
-  for (std::size_t i = 0; i < KeyIndex::kBatch; ++i) {
+  std::uint16_t places[PrefixIndex::kBatch];
+  for (std::size_t i = 0; i < PrefixIndex::kBatch; ++i)
+    places[i] = static_cast<std::uint16_t>(i * 6);
+  std::int32_t found[PrefixIndex::kBatch];
+  index.index().LookUp(bytes, text.size(), places, PrefixIndex::kBatch, found);
+  for (std::size_t i = 0; i < PrefixIndex::kBatch; ++i) {
     EXPECT_EQ(found[i], LookAtAll(keys, text.substr(places[i])).plain) << places[i];
   }
 }
 
-TEST(KeyIndex, FindsWhatALookAtEveryRowFinds) {
+TEST(PrefixIndex, FindsWhatALookAtEveryRowFinds) {
   for (std::uint32_t seed = 0; seed < 2000; ++seed) {
     std::mt19937 random(seed);
     const auto text = [&random](std::size_t size) {
@@ -218,21 +219,21 @@ TEST(KeyIndex, FindsWhatALookAtEveryRowFinds) {
       ASSERT_EQ(found.plain, wanted.plain) << "seed " << seed << " at " << place;
       ASSERT_EQ(found.attempts, wanted.attempts) << "seed " << seed << " at " << place;
       if (wanted == Found() || place.size() < 16) continue;
-      const BeginFilter& filter = index.index().filter();
+      const HashFilter& filter = index.index().filter();
       const auto* const bytes = reinterpret_cast<const std::uint8_t*>(place.data());
       bool may_hold = false;
       switch (filter.form()) {
-        case BeginFilter::Form::kBytes:
-          may_hold = filter.MayHold<BeginFilter::Form::kBytes>(bytes) != 0;
+        case HashFilter::Form::kBytes:
+          may_hold = filter.MayHold<HashFilter::Form::kBytes>(bytes) != 0;
           break;
-        case BeginFilter::Form::kBits:
-          may_hold = filter.MayHold<BeginFilter::Form::kBits>(bytes) != 0;
+        case HashFilter::Form::kBits:
+          may_hold = filter.MayHold<HashFilter::Form::kBits>(bytes) != 0;
           break;
-        case BeginFilter::Form::kLengths:
-          may_hold = filter.MayHold<BeginFilter::Form::kLengths>(bytes) != 0;
+        case HashFilter::Form::kLengths:
+          may_hold = filter.MayHold<HashFilter::Form::kLengths>(bytes) != 0;
           break;
       }
-      may_hold = may_hold && (!filter.looks_further() || filter.MayGoOn(bytes) != 0);
+      may_hold = may_hold && (!filter.has_second_probe() || filter.PassesSecondProbe(bytes) != 0);
       ASSERT_TRUE(may_hold) << "seed " << seed << " at " << place;
     }
   }

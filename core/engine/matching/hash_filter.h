@@ -1,0 +1,97 @@
+// Rules out offsets where no prefix stands, by a hash of the first bytes there: one probe of a
+// table that fits into a core's first-level cache for all but very long lists, and for long
+// prefixes a second one. It may pass an offset where no prefix stands, as a Bloom filter does.
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+namespace morvex {
+
+// Reads 8 bytes, the first into the lowest bits.
+inline std::uint64_t Load64(const std::uint8_t* bytes) {
+  std::uint64_t value = 0;
+  std::memcpy(&value, bytes, sizeof value);
+  if constexpr (std::endian::native == std::endian::big) value = __builtin_bswap64(value);
+  return value;
+}
+
+// Leaves the first `count` (1 to 8) bytes of a Load64.
+constexpr std::uint64_t FirstBytesMask(std::size_t count) {
+  return ~std::uint64_t{0} >> (64 - 8 * count);
+}
+
+// Mixes all bits of the value into all bits of the result.
+inline std::uint64_t Mix(std::uint64_t value) {
+  __extension__ using Product = unsigned __int128;
+  const Product product = static_cast<Product>(value) * 0x9E3779B97F4A7C15;
+  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+}
+
+// First bytes of prefixes, of each the same number of bytes.
+struct PrefixStarts {
+  std::size_t bytes = 0;                // 1 to 8
+  std::vector<std::uint64_t> distinct;  // as Load64 returns them
+};
+
+class HashFilter {
+ public:
+  // Passes the offsets where one of the starts stands.
+  explicit HashFilter(const std::vector<PrefixStarts>& starts);
+
+  // For prefixes that all have more than 8 bytes, the shortest `shortest`: adds a second probe that
+  // hashes up to 16 bytes. It pays where the first 8 alone pass too much, as over four letters.
+  void AddSecondProbe(const std::vector<std::string_view>& prefixes, std::size_t shortest);
+  bool has_second_probe() const { return !second_.empty(); }
+
+  // The form of the table, which a loop over offsets can check once, in front of the loop.
+  enum class Form {
+    kBytes,    // starts of one length; an entry is a byte
+    kBits,     // starts of one length; an entry is a bit
+    kLengths,  // starts of several lengths, or none; an entry is a bit
+  };
+  Form form() const { return form_; }
+
+  // Returns 1 where a prefix may stand, else 0. Never 0 where one does. Reads 8 bytes.
+  template <Form kForm>
+  std::uint8_t MayHold(const std::uint8_t* bytes) const {
+    const std::uint64_t start = Load64(bytes);
+    if constexpr (kForm == Form::kBytes) return entries_[Hash(start & masks_[0]) >> kBytesShift];
+    if constexpr (kForm == Form::kBits) return Bit(start & masks_[0]);
+    std::uint8_t may = 0;
+    for (std::size_t length = 0; length < lengths_; ++length) may |= Bit(start & masks_[length]);
+    return may;
+  }
+
+  // The same by up to 16 bytes. Only with a second probe, and where MayHold returned 1.
+  std::uint8_t PassesSecondProbe(const std::uint8_t* bytes) const {
+    const std::uint64_t bit =
+        Hash(Hash(Load64(bytes)) ^ (Load64(bytes + 8) & second_mask_)) >> kSecondShift;
+    return second_[bit >> 3] >> (bit & 7) & 1;
+  }
+
+ private:
+  static constexpr int kSecondShift = 64 - 18;
+  static constexpr int kBytesShift = 64 - 15;  // 32 KiB, as are the bits of most lists
+
+  static std::uint64_t Hash(std::uint64_t start) { return start * 0x9E3779B97F4A7C15; }
+  std::uint8_t Bit(std::uint64_t start) const {
+    const std::uint64_t bit = Hash(start) >> bits_shift_;
+    return entries_[bit >> 3] >> (bit & 7) & 1;
+  }
+
+  Form form_ = Form::kLengths;
+  std::size_t lengths_ = 0;
+  std::array<std::uint64_t, 8> masks_{};
+  int bits_shift_ = 64 - 18;
+  std::vector<std::uint8_t> entries_;
+  std::uint64_t second_mask_ = 0;
+  std::vector<std::uint8_t> second_;
+};
+
+}  // namespace morvex

@@ -1,0 +1,49 @@
+// Counts the steps and the hits of one substitution and asks its watcher now and then whether to go
+// on.
+#pragma once
+
+#include <cstdint>
+
+#include "core/engine/matching/substitution_watcher.h"
+
+namespace morvex {
+
+class Pace {
+ public:
+  void Open(SubstitutionWatcher& watcher) {
+    watcher_ = &watcher;
+    steps_ = kStepsBetweenQuestions;
+    hits_ = 0;
+    stopped_ = false;
+  }
+
+  void AddSteps(std::uint64_t count) { steps_ += count; }
+  void AddHits(std::int64_t count) { hits_ += count; }
+
+  // Asks when enough steps have been made. False once the watcher has said stop; `read` bytes are
+  // done.
+  bool MayGoOn(std::uint64_t read) {
+    if (!stopped_ && steps_ >= kStepsBetweenQuestions) {
+      steps_ = 0;
+      TellHits();
+      stopped_ = !watcher_->KeepGoing(read);
+    }
+    return !stopped_;
+  }
+  bool stopped() const { return stopped_; }
+
+  void TellHits() {
+    watcher_->OnHits(hits_);
+    hits_ = 0;
+  }
+
+ private:
+  static constexpr std::uint64_t kStepsBetweenQuestions = 65'536;
+
+  SubstitutionWatcher* watcher_ = nullptr;
+  std::uint64_t steps_ = 0;  // since the last question
+  std::int64_t hits_ = 0;    // that the watcher does not know of yet
+  bool stopped_ = false;
+};
+
+}  // namespace morvex

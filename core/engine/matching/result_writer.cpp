@@ -1,0 +1,77 @@
+#include "core/engine/matching/result_writer.h"
+
+#include <algorithm>
+
+namespace morvex {
+namespace {
+
+constexpr std::uint64_t kWrittenBytesPerStep = 16;
+
+}  // namespace
+
+void ResultWriter::Open(const InputWindow& input, PositionedOutput& output) {
+  input_ = &input;
+  output_ = &output;
+  copied_ = 0;
+  position_ = 1;
+}
+
+// Writes bytes behind which kCopyStep more may be read.
+inline void ResultWriter::WritePadded(const std::uint8_t* bytes, std::size_t size) {
+  const PositionedOutput::Room room = output_->RoomAt(position_);
+  if (room.at != nullptr && size + kCopyStep <= static_cast<std::size_t>(room.end - room.at)) {
+    CopyShort(room.at, bytes, size);
+    output_->Fill(room.at + size);
+  } else if (size > 0) {
+    output_->Put(position_, {reinterpret_cast<const char*>(bytes), size});
+  }
+  position_ += static_cast<std::int64_t>(size);
+}
+
+void ResultWriter::CopyUpTo(std::uint64_t offset) {
+  if (offset == copied_) return;
+  WritePadded(input_->At(copied_), static_cast<std::size_t>(offset - copied_));
+  copied_ = offset;
+}
+
+void ResultWriter::WriteRightText(std::int32_t row, CaptureMemory& captures, Pace& pace) {
+  const auto index = static_cast<std::size_t>(row);
+  const RowEffect& effect = list_.effects[index];
+  const auto* const text =
+      reinterpret_cast<const std::uint8_t*>(list_.right_bytes.data()) + effect.right_begin;
+  if (effect.has_wildcards) {
+    WriteWithCaptured(list_.rows[index], text, effect.right_size, captures, pace);
+  } else {
+    WritePadded(text, effect.right_size);
+  }
+}
+
+void ResultWriter::WriteWithCaptured(const CompiledRow& row, const std::uint8_t* text,
+                                     std::size_t size, CaptureMemory& captures, Pace& pace) {
+  std::size_t from = 0;
+  for (const std::size_t wildcard : row.wildcards) {
+    WritePadded(text + from, wildcard - from);
+    from = wildcard;
+    // Bytes 0 to n of the buffer. The tail's bytes, captured before the tail was recognised, are
+    // left out.
+    const std::string_view captured = captures.Bytes();
+    const auto bound = static_cast<std::int64_t>(captured.size()) - 1;
+    const std::int64_t n = bound - static_cast<std::int64_t>(row.tail_size) + 1;
+    const std::int64_t written = std::min(n, bound) + 1;
+    pace.AddSteps(captured.size() / kWrittenBytesPerStep);
+    if (written > 0 && written == n + 1 && captures.AreInWindow()) {
+      WritePadded(reinterpret_cast<const std::uint8_t*>(captured.data()),
+                  static_cast<std::size_t>(written));
+      continue;
+    }
+    if (written > 0) {
+      output_->Put(position_, captured.substr(0, static_cast<std::size_t>(written)));
+    }
+    position_ += n;
+    if (n > bound) return;  // the copy ran out of the buffer, which ends the right text here
+    ++position_;
+  }
+  WritePadded(text + from, size - from);
+}
+
+}  // namespace morvex

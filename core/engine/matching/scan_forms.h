@@ -1,0 +1,51 @@
+// The forms of the scan, one per file. Only scan_kernel.cpp chooses among them.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "core/engine/matching/scan_kernel.h"
+
+namespace morvex {
+
+// Each is null where this machine lacks the instructions.
+Scan PortableScan();
+Scan Ssse3Scan();
+Scan Avx2Scan();
+
+// Two bytes as an index into ScanTables::pairs.
+inline std::size_t PairAt(const std::uint8_t* bytes) {
+  std::uint16_t pair = 0;
+  std::memcpy(&pair, bytes, sizeof pair);
+  return pair;
+}
+
+// What the vector forms share. They test as many offsets at once as a vector has bytes; `hits` has
+// a bit for each that passes, the lowest for the offset `at`.
+
+// Writes an offset for every bit of `hits` and returns how many. Two are always written: that costs
+// less than a branch, which could not be predicted.
+inline std::size_t WriteOffsets(std::uint32_t hits, std::size_t at, std::uint16_t* offsets) {
+  // The upper bit keeps the value from being zero, for which countr_zero would need a test.
+  std::uint64_t bits = hits | std::uint64_t{1} << 63;
+  const auto take = [at, &bits] {
+    const auto bit = static_cast<std::size_t>(std::countr_zero(bits));
+    bits &= (bits - 1) | std::uint64_t{1} << 63;
+    return static_cast<std::uint16_t>(at + bit);
+  };
+  const auto count = static_cast<std::size_t>(std::popcount(hits));
+  offsets[0] = take();
+  offsets[1] = take();
+  for (std::size_t i = 2; i < count; ++i) offsets[i] = take();
+  return count;
+}
+
+// Clears the bits of the offsets behind `count`.
+inline std::uint32_t InFrontOf(std::size_t count, std::size_t at, std::size_t width,
+                               std::uint32_t hits) {
+  return at + width <= count ? hits : hits & ((std::uint32_t{1} << (count - at)) - 1);
+}
+
+}  // namespace morvex
