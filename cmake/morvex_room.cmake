@@ -1,5 +1,6 @@
 # One folder, one target. morvex_room(NAME SOURCES file... USES target...) makes the static library
-# morvex_NAME of the current folder; morvex_options(TARGET) gives any target the project's settings.
+# morvex_NAME of the current folder; morvex_options(TARGET) sets the project's compiler options on any
+# target. GCC and Clang build everything; an option that only one of them knows is set for it alone.
 
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
@@ -10,15 +11,20 @@ function(morvex_options target)
   target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
-    -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wduplicated-cond -Wlogical-op
-    -Wnull-dereference -Werror
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
+    $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond;-Wlogical-op>
+    -Wnull-dereference
+    $<$<BOOL:${MORVEX_WERROR}>:-Werror>
     # GCC 12 sees overlapping copies in the standard library's own "literal" + std::string.
-    -Wno-restrict)
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
   if(MORVEX_SANITIZE)
     target_compile_options(${target} PRIVATE
       -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
       -Wno-null-dereference)
     target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+  endif()
+  if(MORVEX_FUZZER)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
 endfunction()
 

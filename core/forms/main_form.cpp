@@ -9,7 +9,7 @@ constexpr const char* kPathHint = "Bestand of map";
 }  // namespace
 
 MainForm::MainForm()
-    : Form(" Morvex v11.0", 8295, 4575),
+    : Form(" Morvex v" MORVEX_VERSION, 8295, 4575),
       lblPassword_1(changes, {240, 240, 1095, 375}, "Source :", kHeadingFont),
       lblPassword_2(changes, {240, 840, 1095, 375}, "Target :", kHeadingFont),
       FolderTreeview1(changes, {1440, 240, 5895, 4335}, 6),

@@ -51,7 +51,7 @@ pack() {
     "$triple-strip" --strip-all -o "$folder/$program.exe" "$build/bin/$program.exe"
     show_libraries "$folder/$program.exe"
   done
-  sed 's/$/\r/' "$files/README.txt" >"$folder/README.txt"
+  sed "s/@PROJECT_VERSION@/$version/; s/\$/\r/" "$files/README.txt.in" >"$folder/README.txt"
   cp -R "$root/examples" "$folder/"
   if [[ -e $root/docs/MorvexHELP.chm ]]; then cp "$root/docs/MorvexHELP.chm" "$folder/"; fi
   (cd "$build/package" && cmake -E tar c "$root/build/$name.zip" --format=zip "$name")

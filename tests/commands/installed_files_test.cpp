@@ -25,7 +25,7 @@ std::string Packaged(const std::string& name) {
 
 TEST(InstalledFilesTest, EveryOptionIsInTheManualPageAndInTheCompletions) {
   const CommandScene scene;
-  std::string manual = Packaged("morvex-cli.1");
+  std::string manual = Packaged("morvex-cli.1.in");
   std::erase(manual, '\\');  // which stands in front of every hyphen
   const std::string bash = Packaged("completions/morvex-cli.bash");
   const std::string zsh = Packaged("completions/_morvex-cli");
@@ -82,13 +82,14 @@ TEST(InstalledFilesTest, InstallingPutsEveryFileInItsPlace) {
   const ProgramResult result =
       scene.Shell("cmake --install \"" MORVEX_BUILD_ROOT
                   "\" --prefix \"$PWD/installed\" && cd installed && find . ! -type d "
-                  "| sort && bin/morvex-cli --version");
+                  "| sort && bin/morvex-cli --version "
+                  "&& grep '^.TH' share/man/man1/morvex-cli.1");
   ASSERT_EQ(result.status, 0) << result.errors;
   for (const char* name :
        {"\n./bin/morvex-cli\n", "\n./share/bash-completion/completions/morvex-cli\n",
         "\n./share/fish/vendor_completions.d/morvex-cli.fish\n",
         "\n./share/man/man1/morvex-cli.1\n", "\n./share/zsh/site-functions/_morvex-cli\n",
-        "\nMorvex "}) {
+        "\nMorvex " MORVEX_VERSION "\n", "\"Morvex " MORVEX_VERSION "\""}) {
     EXPECT_NE(result.output.find(name), std::string::npos) << name << result.output;
   }
 }
