@@ -58,9 +58,9 @@ namespace posix {
 // was deleted or replaced since it started; the mark is removed.
 std::string ProgramPathFromLink(const std::string& shown);
 
-// The folder of the program that was started as `name`, for systems that do not report it. A name
+// The path of the program that was started as `name`, for systems that do not report it. A name
 // with a separator is a path; any other is searched in the folders of PATH. If it is in none of
-// them, the current folder.
+// them, it is taken to be in the current folder.
 std::string ProgramPathFromName(const std::string& name);
 
 }  // namespace posix

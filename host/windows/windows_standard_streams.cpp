@@ -49,7 +49,7 @@ class PipeInput : public InputFile {
 
  private:
   void* stream_ = GetStdHandle(STD_INPUT_HANDLE);
-  // The type of the handle does not tell: a network connection has the same.
+  // The type of the handle is not enough: network connections have the same type as pipes.
   const bool is_pipe_ = GetNamedPipeInfo(stream_, nullptr, nullptr, nullptr, nullptr) != 0;
   const bool is_console_ = GetFileType(stream_) == FILE_TYPE_CHAR;
   std::uint64_t done_ = 0;

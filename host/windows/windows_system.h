@@ -42,7 +42,7 @@ class WindowsSystemService : public SystemService {
  private:
   std::string program_folder_;
   std::string executable_name_;
-  UINT console_output_ = 0;  // the console's code page before; 0 without a console
+  UINT console_output_ = 0;  // the console's code pages at the start; 0 without a console
   UINT console_input_ = 0;
 
   std::string time_text_;  // text of that second of the day

@@ -29,7 +29,7 @@ class MemoryInput : public InputFile {
 
 }  // namespace
 
-// Moving, copying and discarding work on the path, as they do for whoever holds the service itself.
+// Moves, copies and deletes by its path, as the service does.
 class MemoryWorkFile : public WorkFile {
  public:
   MemoryWorkFile(MemoryFiles& files, const std::string& path, std::shared_ptr<std::string> bytes)

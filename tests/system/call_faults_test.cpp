@@ -1,7 +1,6 @@
-// Runs of the console program in which the N-th of its calls on files fails, or is where it is
-// killed, for N = 1, 2, 3, ... until it makes fewer. What stands below every call of the file
-// service is put to the test here as the service itself is elsewhere: each step of a copy, of the
-// log, of the settings file.
+// Runs the console program while the N-th of its file calls fails, or kills it there, for N = 1, 2,
+// 3, ... until it makes fewer calls. This tests the system calls below the file service: each step
+// of a copy, of the log and of the settings file.
 #include <signal.h>
 
 #include <cerrno>
@@ -31,11 +30,12 @@ class CallFaults : public SystemTest, public ::testing::WithParamInterface<CallF
     if (!CallGate::IsPossibleHere()) GTEST_SKIP() << "this system lets nobody filter its calls";
   }
 
-  // The target holds an old copy, the source a left-over; neither log nor settings are there yet.
+  // The target contains an old copy, the source a stale work file; log and settings do not exist
+  // yet.
   void StartAnew() {
     for (const char* folder : {"src", "out"}) fs::remove_all(scene_.At(folder));
     Put(source_);
-    scene_.Write("src/sub/tijdel.enc", kStaleWorkFile);
+    scene_.Write("src/sub/tijdel.enc", kStale);
     scene_.MakeFolder("out");
     for (const auto& [name, bytes] : old_) scene_.Write("out/" + name, bytes);
     for (const std::string& name : scene_.ProgramFolderNames()) {
@@ -46,7 +46,7 @@ class CallFaults : public SystemTest, public ::testing::WithParamInterface<CallF
   ProgramResult RunAndStrike(int call, int code, std::string* struck) {
     CallGate gate(call, code);
     const auto begin = [&] {
-      // The calls with which leaks are looked for are not the program's.
+      // The leak checker's calls are not the program's.
       setenv("ASAN_OPTIONS", "detect_leaks=0", 0);
       gate.Install();
     };
@@ -55,7 +55,7 @@ class CallFaults : public SystemTest, public ::testing::WithParamInterface<CallF
     return result;
   }
 
-  // Every file of the target is right or as it was before.
+  // Checks that every file of the target is right or as it was before.
   void ExpectNothingHalfMade() {
     for (const auto& [name, bytes] : Target()) {
       if (name.ends_with("tijdel.enc")) continue;
@@ -72,7 +72,7 @@ class CallFaults : public SystemTest, public ::testing::WithParamInterface<CallF
     }
   }
 
-  static constexpr const char* kStaleWorkFile = "of an earlier run";
+  static constexpr const char* kStale = "of an earlier run";
   const Files source_ = {{"a.txt", "ab1"}, {"b.bin", "ab2"}, {"sub/c.txt", Text(9000)}};
   const Files old_ = {{"a.txt", "an old copy"}, {"b.bin", "another"}};
   const Files right_ = Copied(source_);
@@ -92,7 +92,7 @@ TEST_P(CallFaults, LeaveNothingHalfMadeAndAreTold) {
         << "status " << result.status << (whole ? "" : ", and a file is missing");
     EXPECT_EQ(result.status == 0, WithoutRemarks(result.errors).empty()) << result.errors;
     for (const auto& [name, bytes] : Source()) {
-      if (source_.contains(name) || bytes == kStaleWorkFile) continue;
+      if (source_.contains(name) || bytes == kStale) continue;
       EXPECT_TRUE(struck == "unlinkat" &&
                   result.errors.find("Left in the source") != std::string::npos)
           << name << " is left and nobody is told";

@@ -1,5 +1,5 @@
-// The process installs a filter that hands the calls on files over to whoever holds the listener,
-// and sends that listener through a pair of sockets. Each call waits until it is answered.
+// The process installs a filter that passes file calls on to the holder of a listener, and sends
+// that listener through a socket pair. Each call waits until it is answered.
 #include "tests/system/call_gate.h"
 
 #include <fcntl.h>
@@ -30,7 +30,7 @@ struct WatchedCall {
   const char* name;
 };
 
-// The first tells that the program is at work; the others are counted.
+// The first call tells that the program is at work; the others are counted.
 constexpr WatchedCall kCalls[] = {
     {SYS_rt_sigaction, "rt_sigaction"},
     {SYS_openat, "openat"},
@@ -70,7 +70,7 @@ constexpr std::size_t kCallCount = std::size(kCalls);
 constexpr int kNotStarted = 127;
 constexpr int kLookMilliseconds = 50;
 
-// "Hand over if it is one of these, else let it pass."
+// The filter's rule: pass these calls on, allow all others.
 std::array<sock_filter, kCallCount + 3> Filter() {
   std::array<sock_filter, kCallCount + 3> filter{};
   filter[0] = BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr));
@@ -84,7 +84,7 @@ std::array<sock_filter, kCallCount + 3> Filter() {
   return filter;
 }
 
-// The listener's descriptor, or -1.
+// Returns the listener's descriptor, or -1.
 int InstallFilter() {
   auto filter = Filter();
   const sock_fprog program{static_cast<unsigned short>(filter.size()), filter.data()};
@@ -93,7 +93,7 @@ int InstallFilter() {
       syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, SECCOMP_FILTER_FLAG_NEW_LISTENER, &program));
 }
 
-// A message of one byte, with room for a descriptor beside it.
+// A message of one byte that can carry a descriptor.
 struct Message {
   Message() {
     header.msg_iov = &piece;
@@ -117,7 +117,7 @@ bool SendDescriptor(int socket, int descriptor) {
   return sendmsg(socket, &message.header, 0) == 1;
 }
 
-// -1 when none comes.
+// Returns the received descriptor, or -1.
 int ReceiveDescriptor(int socket) {
   Message message;
   if (recvmsg(socket, &message.header, MSG_CMSG_CLOEXEC) != 1) return -1;
@@ -141,8 +141,8 @@ bool IsPipe(pid_t process, unsigned long long descriptor) {
          std::string_view(end).starts_with("pipe:");
 }
 
-// What the program says to its user is no file of the run. Nor are pipes: the sanitizers look at
-// memory through them.
+// Messages to the user are not files of the run. Nor are pipes: the sanitizers examine memory
+// through them.
 bool IsOnAFile(pid_t process, const seccomp_data& call) {
   if (call.nr == SYS_write && call.args[0] <= STDERR_FILENO) return false;
   const bool may_be_pipe = call.nr == SYS_write || call.nr == SYS_read || call.nr == SYS_close;

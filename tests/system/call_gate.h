@@ -1,6 +1,6 @@
-// A gate between a process and the system: it sees the calls on files that the process makes once
-// it is at work, and lets the N-th of them fail, or kills the process there. The system's own
-// filter of calls does it (seccomp), which needs no privilege.
+// A gate between a process and the system. It sees the file calls that the process makes once it is
+// at work, and makes the N-th of them fail or kills the process there. It uses the system's call
+// filter (seccomp), which needs no privilege.
 #pragma once
 
 #include <sys/types.h>
@@ -11,27 +11,27 @@ namespace morvex::system_test {
 
 class CallGate {
  public:
-  // `call` counts from 1. `code` is the errno that it fails with; 0 kills the process instead,
-  // before the call is made.
+  // `call` counts from 1. `code` is the errno with which that call fails; 0: the process is killed
+  // before the call.
   CallGate(int call, int code);
   ~CallGate();
   CallGate(const CallGate&) = delete;
   CallGate& operator=(const CallGate&) = delete;
 
-  // Whether this system lets a process filter its own calls and another one answer them.
+  // Whether this system lets a process filter its own calls and another process answer them.
   static bool IsPossibleHere();
 
-  // In the new process, before it becomes the program.
+  // Call it in the new process, before it becomes the program.
   void Install() const;
-  // In the other one; returns when the process has ended. Calls count from the one with which the
-  // program takes charge of interrupts: what lies before is its loader's.
+  // Call it in the other process; it returns when the process has ended. Counting starts when the
+  // program installs its signal handlers: earlier calls are the loader's.
   void Watch(pid_t process);
 
-  // The name of the call that was struck; empty when the process made fewer.
+  // The name of the call that was hit; empty if the process made fewer calls.
   const std::string& struck() const { return struck_; }
 
  private:
-  // Answers one call; false when the process is gone.
+  // Answers one call. False if the process has ended.
   bool AnswerOne(int listener, pid_t process);
 
   const int wanted_;

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# The hostile trees of hostile_tree_test.cpp that are too large for every test run, at full size:
-# 200,000 files, and a file of 20 GiB that is nearly all hole, copied unchanged and processed.
+# The trees of hostile_tree_test.cpp that are too large for every test run, at full size:
+# 200,000 files, and a file of 20 GiB, nearly all of it a hole, copied unchanged and processed.
 #   tests/system/full_size.sh build/release/bin/morvex-cli [FOLDER]
-# FOLDER (else the temporary one) needs about 22 GiB free. Prints what took how long.
+# FOLDER (default: the temporary folder) needs about 22 GiB of free space. Prints the times.
 set -euo pipefail
 
 program=$(realpath "${1:?the console program}")
@@ -27,7 +27,7 @@ run() {
   echo "$1: $((SECONDS - start)) s"
   ((status == 0)) || fail "$1: exit status $status, $(cat "$work/errors")"
   [[ ! -s $work/errors ]] || fail "$1: $(cat "$work/errors")"
-  [[ -z $(find "$work/src" "$work/out" -name tijdel.enc) ]] || fail "$1: a temporary file is left"
+  [[ -z $(find "$work/src" "$work/out" -name tijdel.enc) ]] || fail "$1: a work file is left"
 }
 
 printf 'ab|X||\r\n' >"$work/list"

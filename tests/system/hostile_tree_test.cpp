@@ -1,6 +1,5 @@
-// Trees that nobody makes on purpose, and some that somebody does: links of every kind, special
-// files, source and target in each other, great depth, long and strange names, very many files,
-// very large ones.
+// Unusual trees: links of every kind, special files, source and target inside each other, great
+// depth, long and strange names, very many files, very large files.
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -223,7 +222,7 @@ TEST_F(HostileTree, ALinkOfTheWorkFileNameIsNotWrittenThrough) {
   EXPECT_EQ(Target(), (Files{{"a.txt", "X1"}}));
 }
 
-// Every byte that a name can hold and a careless program trips over.
+// Names with every byte that a name can contain and careless programs mishandle.
 const std::string kStrange[] = {"line\nbreak.txt",
                                 "carriage\rreturn.txt",
                                 "quote\"and'.txt",
@@ -281,8 +280,8 @@ TEST_F(HostileTree, ControlCharactersOfANameReachTheTerminalEscaped) {
   }
 }
 
-// Makes folders in each other and a file in the last, or reads that file: the whole path is longer
-// than the system takes.
+// Creates folders inside each other with a file in the last one, or reads that file. The whole path
+// is longer than the system accepts.
 class Depth {
  public:
   Depth(const std::string& start, const std::string& name, int levels)

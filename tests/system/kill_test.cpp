@@ -1,7 +1,7 @@
-// A run over 2,000 files that is killed at a random moment, followed by one that is not: the second
-// one ends with exactly the right tree, whatever the first one left. Half of the rounds start with
-// an empty target, half with the copies of an older list. MORVEX_KILL_ROUNDS=N asks for N rounds a
-// block, MORVEX_SEED=S for other moments.
+// A run over 2,000 files is killed at a random moment and a second run follows: it produces exactly
+// the right tree, whatever the first one left. Half of the rounds start with an empty target, half
+// with copies made with an older list. MORVEX_KILL_ROUNDS=N sets the rounds per block,
+// MORVEX_SEED=S other moments.
 #include <signal.h>
 
 #include <chrono>
@@ -19,8 +19,8 @@ using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
 constexpr int kFiles = 2000;
-// As many as the usual tests have time for, with the sanitizers at work in every run: each call at
-// which a run can be killed has its turn in call_faults_test.cpp.
+// As many rounds as there is time for with sanitizers. call_faults_test.cpp kills a run at each
+// single call.
 constexpr int kUsualRounds = 8;
 
 int FromEnvironment(const char* name, int usual) {
@@ -28,7 +28,7 @@ int FromEnvironment(const char* name, int usual) {
   return value == nullptr ? usual : std::atoi(value);
 }
 
-// Small files and some large ones, in folders of a hundred; every fifth is copied unchanged.
+// Small files and some large ones, in folders of a hundred. Every fifth is copied unchanged.
 Files ManyFiles() {
   Files files;
   for (int i = 0; i < kFiles; ++i) {
@@ -50,7 +50,7 @@ class Kill : public SystemTest, public ::testing::WithParamInterface<int> {
     return std::chrono::duration_cast<microseconds>(steady_clock::now() - start);
   }
 
-  // Kills a run at the moment; true when it was still working.
+  // Kills a run at the given moment. Returns whether it was still working.
   bool RunAndKill(microseconds moment) {
     const ProgramResult result = Run({{}, [moment](pid_t process) {
                                         std::this_thread::sleep_for(moment);
@@ -59,7 +59,7 @@ class Kill : public SystemTest, public ::testing::WithParamInterface<int> {
     return result.status == 128 + SIGKILL;
   }
 
-  // Whatever a kill leaves: every file that is there is right or as it was, beside temporary ones.
+  // Checks that every file is right or as it was before; stale work files are allowed.
   void ExpectNothingHalfMade(bool old_copies) {
     for (const auto& [name, bytes] : Target()) {
       if (name.ends_with("tijdel.enc")) continue;

@@ -1,5 +1,5 @@
 // Files and folders that the user may not read or write, and files that cannot be read. The program
-// runs without privileges; root becomes somebody else for that.
+// runs without privileges; root becomes another user for that.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -168,7 +168,7 @@ TEST_F(Permissions, AFolderWithoutWriteRightHasItsUnchangedFilesCopiedIntoOneTha
 class ReadErrors : public SystemTest {};
 
 TEST_F(ReadErrors, InAFileLeaveNoCopyOfItAndAreNamed) {
-  // An attribute that gives a device error where the device does not support it.
+  // Reading this attribute returns a device error if the device does not support it.
   const char* broken = "/sys/devices/system/cpu/cpu0/power/autosuspend_delay_ms";
   const int file = open(broken, O_RDONLY);
   char byte = 0;
@@ -178,7 +178,8 @@ TEST_F(ReadErrors, InAFileLeaveNoCopyOfItAndAreNamed) {
   const Files source = {{"a.txt", "ab1"}, {"z.txt", "ab2"}};
   Put(source);
   std::filesystem::create_symlink(broken, scene_.At("src/broken.txt"));
-  std::this_thread::sleep_for(std::chrono::milliseconds(20));  // its time is that of the first look
+  // Its time is that of the first look-up.
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
   const ProgramResult result = Run();
   ExpectAllRight(source);
   EXPECT_EQ(result.status, 3);
@@ -204,7 +205,7 @@ TEST_F(ReadErrors, InTheSettingsFileStartNoRun) {
   EXPECT_NE(result.errors.find("Error 57: Device I/O error"), std::string::npos) << result.errors;
 }
 
-// Without its streams the program would hand their numbers to the next files that it opens.
+// If the program starts without standard streams, files that it opens must not get their numbers.
 TEST(Output, ThatHasNowhereToGoReachesNoFileOfTheRun) {
   const std::string bytes = Text(60'000'000);
   for (const char* closed : {"<&-", ">&-", "2>&-", "<&- >&- 2>&-"}) {
@@ -215,7 +216,7 @@ TEST(Output, ThatHasNowhereToGoReachesNoFileOfTheRun) {
     scene.Write("list", "ab|X||\r\n");
     scene.Write("job.dat",
                 whole_run::UsualSettings(scene.At("src"), scene.At("out"), scene.At("list")));
-    // Stopped in the middle of the file, the program says so while it still holds that file.
+    // Stopped in the middle of the file, the program reports it while the file is still open.
     const std::string script = "\"$0\" -if job.dat " + std::string(closed) +
                                " & until [ -s src/tijdel.enc ] || ! kill -0 $!; do :; done\n"
                                "kill -TERM $!; wait $!";

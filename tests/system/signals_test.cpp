@@ -1,4 +1,5 @@
-// Interrupt, terminate and hang-up: the console program stops as a stop request does, and says so.
+// Interrupt, terminate and hang-up signals stop the console program like a stop request, and it
+// says so.
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -12,12 +13,12 @@
 namespace morvex::system_test {
 namespace {
 
-// How often a run may be over before its signal comes, on a machine with much else to do.
+// How often a run may end before its signal comes, on a busy machine.
 constexpr int kAttempts = 10;
 
 class Signals : public SystemTest, public ::testing::WithParamInterface<int> {
  protected:
-  // Runs, and sends the signal once it holds.
+  // Runs, and sends the signal once `holds` is true.
   ProgramResult RunAndSendWhen(const std::function<bool()>& holds) {
     const auto send = [&](pid_t process) {
       Await("the moment of the signal", [&] { return holds() || HasEnded(process); });
@@ -35,7 +36,7 @@ class Signals : public SystemTest, public ::testing::WithParamInterface<int> {
   }
 
  private:
-  // It stays as it is until it is waited for.
+  // The process does not change until it is waited for.
   static bool HasEnded(pid_t process) {
     siginfo_t info{};
     return waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
@@ -78,7 +79,7 @@ TEST_P(Signals, BetweenFilesLeaveWholeCopiesAndNothingElse) {
   });
   EXPECT_EQ(result.status, 1);
   EXPECT_NE(result.errors.find("Interrupted: the run was stopped"), std::string::npos);
-  // A stop that meets a file at work leaves it cut short; these are too small for that.
+  // A stop cuts the current file short; these files are too small for that.
   if (result.errors.find("Left in the source") != std::string::npos) return;
   ExpectNothingWrong(source);
   EXPECT_LT(Target().size(), source.size());

@@ -1,4 +1,4 @@
-// Adding records to a file's end.
+// Appending records to files.
 #include <filesystem>
 #include <map>
 #include <thread>

@@ -1,4 +1,4 @@
-// Showing a folder, with a stand-in for the desktop's opener that notes how it was started.
+// Showing a folder. A script stands in for the desktop's opener and notes how it was started.
 #include "host/posix/posix_browser.h"
 
 #include <sys/wait.h>
@@ -26,8 +26,8 @@ class PosixBrowserTest : public PosixTest {
   }
   void TearDown() override { setenv("PATH", path_before_.c_str(), 1); }
 
-  // Makes `script` the opener. It finds the test's folder in $HERE; what it writes to $HERE/out is
-  // complete when $HERE/done appears.
+  // Installs `script` as the opener. It finds the test's folder in $HERE. What it writes to
+  // $HERE/out is complete when $HERE/done appears.
   void Install(const std::string& script) {
     Put(folder_ / "bin/xdg-open",
         "#!/bin/sh\nHERE='" + folder_.Path() + "'\n" + script + "\n: > \"$HERE/done\"\n");

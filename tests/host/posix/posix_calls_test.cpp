@@ -1,4 +1,4 @@
-// Paths that are longer than the system takes at a time.
+// Paths longer than PATH_MAX, which the system does not take in one call.
 #include "host/posix/posix_calls.h"
 
 #include <limits.h>
@@ -12,7 +12,7 @@ using namespace posix_test;
 
 class PosixCallsTest : public PosixTest {
  protected:
-  // Makes folders of this name in each other until the path is longer than the system takes.
+  // Creates folders of this name inside each other until the path is longer than PATH_MAX.
   std::string MakeDeep(const std::string& name) {
     std::string path = folder_.Path();
     while (path.size() <= 2 * PATH_MAX) {
@@ -64,7 +64,7 @@ TEST_F(PosixCallsTest, PathsAroundTheBorderLeadToTheSamePlace) {
   std::string path = folder_.Path() + "/d";
   ASSERT_EQ(files_.CreateFolder(path), ErrorNumber::kNone);
   Put(path + "/file", "text");
-  // Doubled separators make a path as long as one likes.
+  // Doubled separators make a path of any length.
   for (std::size_t length = PATH_MAX - 20; length < PATH_MAX + 20; ++length) {
     const std::string start = folder_.Path();
     const std::string filler(length - start.size() - 6, '/');

@@ -1,4 +1,4 @@
-// The bytes of a copy: holes, sources that change under the copy, and how often it asks.
+// The bytes of a copy: holes, sources that change meanwhile, and how often keep_going is asked.
 #include "host/posix/posix_copy_data.h"
 
 #include <fcntl.h>
@@ -14,7 +14,7 @@ using namespace posix_test;
 
 constexpr std::uint64_t kMega = 1u << 20;
 
-// The parameter is whether the system may copy by itself.
+// The parameter: may the system copy by itself?
 class PosixCopyDataTest : public PosixTest, public ::testing::WithParamInterface<bool> {
  protected:
   void SetUp() override {
@@ -31,7 +31,7 @@ class PosixCopyDataTest : public PosixTest, public ::testing::WithParamInterface
     return CopyData(from.Get(), to.Get(), status, keep_going, GetParam());
   }
 
-  // A file of `size` bytes that are holes but for "data" at the given places.
+  // Creates a file of `size` bytes that is one hole except for "data" at the given offsets.
   void MakeSparse(std::uint64_t size, const std::vector<std::uint64_t>& places) {
     const Descriptor file = OpenAt(AT_FDCWD, in_.c_str(), O_RDWR | O_CREAT | O_TRUNC, 0600);
     ASSERT_EQ(ftruncate(file.Get(), static_cast<off_t>(size)), 0);
@@ -163,7 +163,8 @@ TEST_P(PosixCopyDataTest, ManyShortPiecesAskNoMoreOftenThanLongOnes) {
 }
 
 TEST_P(PosixCopyDataTest, AFileOfAnotherKindOfFileSystemIsCopied) {
-  // Its size says a page, what can be read is less, and the system does not copy it by itself.
+  // The file claims a size of one page but has fewer bytes, and the system cannot copy it by
+  // itself.
   in_ = "/sys/kernel/mm/transparent_hugepage/enabled";
   if (access(in_.c_str(), R_OK) != 0) GTEST_SKIP() << "no such attribute here";
   ASSERT_EQ(Copy(), ErrorNumber::kNone);

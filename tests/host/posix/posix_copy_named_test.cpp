@@ -1,5 +1,5 @@
-// Copies that are filled under the temporary file's name, and what may stand in the way there; how
-// the service as a whole behaves when it copies.
+// Copies that are filled under the work file's name: what may already have that name, and how the
+// service behaves as a whole.
 #include <filesystem>
 #include <new>
 

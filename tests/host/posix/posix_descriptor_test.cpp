@@ -1,4 +1,4 @@
-// Transfers that the system hands out in pieces, owning open files, and opening without waiting.
+// Transfers in pieces, ownership of open files, and opening without blocking.
 #include "host/posix/posix_descriptor.h"
 
 #include <fcntl.h>
@@ -17,7 +17,7 @@ using posix_test::Content;
 using posix_test::PosixTest;
 using posix_test::Put;
 
-// Stands for a read or write: gives what it is told to, call by call.
+// Stands in for read or write: returns the given results, call by call.
 class Steps {
  public:
   struct Step {
@@ -152,7 +152,7 @@ TEST_F(PosixDescriptorTest, APlaceNeedsAFolderAndAName) {
   EXPECT_EQ(faccessat(place.value.folder.Get(), "file", F_OK, 0), 0);
 }
 
-// Holds a lease on a file in another process until that is told to give it back.
+// Holds a lease on a file in another process until the system tells it to give the lease up.
 pid_t StartLeaseHolder(const std::string& path) {
   int ready[2] = {};
   if (pipe(ready) != 0) return -1;
@@ -161,7 +161,7 @@ pid_t StartLeaseHolder(const std::string& path) {
     const int file = open(path.c_str(), O_RDWR);
     const char result = file >= 0 && fcntl(file, F_SETLEASE, F_WRLCK) == 0 ? 'y' : 'n';
     const bool told = write(ready[1], &result, 1) == 1;
-    while (told && result == 'y') pause();  // the wish to open the file ends it
+    while (told && result == 'y') pause();  // ends when somebody opens the file
     _exit(0);
   }
   char result = 'n';

@@ -1,4 +1,4 @@
-// Which error number stands for which of the system's codes, and that nothing thrown gets out.
+// Error numbers of the system's codes; exceptions do not leave the host.
 #include "host/posix/posix_errors.h"
 
 #include <gtest/gtest.h>

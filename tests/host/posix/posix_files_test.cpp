@@ -1,4 +1,4 @@
-// Looking up files, folders and drives, making folders, deleting files.
+// Looking up files, folders and drives; creating folders; deleting files.
 #include "host/posix/posix_files.h"
 
 #include <sys/socket.h>

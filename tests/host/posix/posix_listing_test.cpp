@@ -1,4 +1,4 @@
-// Listing folders: what is in the list, as what, and what is not.
+// Listing folders: which names are listed, and as what.
 #include "host/posix/posix_listing.h"
 
 #include <dirent.h>

@@ -1,5 +1,5 @@
-// File systems that are really full, really read-only or missing something. Each test runs in a
-// process with mounts of its own, which root may have, and others where the system lets them.
+// File systems that are full, read-only or lack a feature. Each test runs in a process with its own
+// mounts, which needs root or a system that grants it to others.
 #include <sys/mount.h>
 
 #include <filesystem>
@@ -70,7 +70,7 @@ TEST_F(PosixMountsTest, AnOverwrittenFileSurvivesAFullDisk) {
   RUN_OR_SKIP([this] {
     MountDisk("size=64k");
     Put(disk_ + "/file", "kept");
-    // A file that is a mount of its own cannot be exchanged for another.
+    // A file that is a mount point cannot be replaced by another.
     ASSERT_EQ(
         mount((disk_ + "/file").c_str(), (disk_ + "/file").c_str(), nullptr, MS_BIND, nullptr), 0);
     Put(disk_ + "/filler", Pattern(50'000));

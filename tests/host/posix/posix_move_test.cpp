@@ -1,4 +1,4 @@
-// Moving files within a file system and from one to another.
+// Moving files within one file system and to another.
 #include <filesystem>
 #include <memory>
 

@@ -1,4 +1,4 @@
-// Paths: their two parts, their absolute form, and where chains of links end.
+// Paths: splitting, the absolute form, and the ends of chains of links.
 #include "host/posix/posix_paths.h"
 
 #include <unistd.h>

@@ -1,4 +1,4 @@
-// Giving a file new content: what is kept, what is followed, what happens when it fails.
+// Replacing a file's content: what is kept, which links are followed, and failures.
 #include "host/posix/posix_replace.h"
 
 #include <filesystem>
@@ -18,7 +18,7 @@ class PosixReplaceTest : public PosixTest {
   ErrorNumber Replace(std::string_view name, std::string_view bytes) {
     return files_.ReplaceFile(folder_ / name, bytes);
   }
-  // A file in a folder that takes no second one.
+  // A file in a folder that allows no second file.
   void MakeClosedFolder(std::string_view bytes) {
     fs::create_directory(folder_ / "closed");
     Put(folder_ / "closed/file", bytes);

@@ -13,7 +13,7 @@
 namespace morvex::test {
 namespace {
 
-// For its time a pipe stands in the place of standard input and output.
+// While it lives, pipes replace standard input and output.
 class StandardStreamsTest : public ::testing::Test {
  protected:
   StandardStreamsTest() {
@@ -116,7 +116,7 @@ TEST_F(StandardStreamsTest, APlaceThatIsNotNextIsRefused) {
   EXPECT_EQ(read_back, ErrorNumber::kInvalidCall);
 }
 
-// Tried in a process of its own, which ends with 0 when all is as it should be.
+// Runs in a separate process, which ends with status 0 if everything is right.
 TEST(MissingStandardStreams, AreNoNumbersThatAFileGets) {
   const pid_t process = fork();
   if (process == 0) {

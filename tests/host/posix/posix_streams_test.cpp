@@ -1,4 +1,4 @@
-// Reading and writing files at given places.
+// Reading and writing files at given offsets.
 #include "host/posix/posix_streams.h"
 
 #include <filesystem>
@@ -16,7 +16,7 @@ using namespace posix_test;
 
 class PosixStreamsTest : public PosixTest {
  protected:
-  // What ReadAt gives, as text.
+  // The bytes that ReadAt returns, as text.
   static std::string Read(InputFile& file, std::uint64_t offset, std::size_t size) {
     std::string into(size, '?');
     const Result<std::size_t> read = file.ReadAt(offset, into.data(), size);
@@ -54,7 +54,7 @@ TEST_F(PosixStreamsTest, AFileThatChangesWhileItIsOpenIsFoundOut) {
   EXPECT_TRUE(changes([&] { truncate(path.c_str(), 3); }));
   EXPECT_TRUE(changes([&] { Put(path, "CONTENT"); }));
   EXPECT_TRUE(changes([&] { SetModified(path, {1'000'000'000, 6}); }));
-  // Only the name leads to another file now.
+  // Now the name leads to another file; the open one is unchanged.
   EXPECT_FALSE(changes([&] {
     Put(folder_ / "new", "new");
     fs::rename(folder_ / "new", path);
@@ -125,7 +125,7 @@ TEST_F(PosixStreamsTest, RunningOutOfDescriptorsIsAnError) {
 }
 
 TEST_F(PosixStreamsTest, AReadThatFailsIsADeviceError) {
-  // The process's memory is an ordinary file that has nothing at its start.
+  // The process's memory is an ordinary file whose first bytes cannot be read.
   const auto memory = files_.OpenForReading("/proc/self/mem");
   if (!memory) GTEST_SKIP() << "the process may not look at its own memory";
   char byte = 0;

@@ -1,4 +1,4 @@
-// The process's own place, its arguments and environment, the clock and the locale.
+// The program's path, arguments and environment, the clock and the locale.
 #include "host/posix/posix_system.h"
 
 #include <sys/wait.h>
@@ -20,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace posix_test;
 
-// Gives a variable of the environment another value, or none, until its end.
+// Sets or unsets an environment variable while it lives.
 class Variable {
  public:
   Variable(const char* name, const char* value) : name_(name) {
@@ -45,7 +45,7 @@ class Variable {
   std::optional<std::string> before_;
 };
 
-// A service that was started with these words.
+// A service for a program started with these words.
 class Started {
  public:
   explicit Started(std::vector<std::string> words) : words_(std::move(words)) {
@@ -147,7 +147,7 @@ TEST(PosixSystemTest, DateAndTimeFollowTheLocale) {
   EXPECT_TRUE(date == formatted("%m/%d/%y", before) || date == formatted("%m/%d/%y", after))
       << date;
   bool among = false;
-  // time() looks at a clock that may lag behind the exact one at the turn of a second.
+  // time() uses a clock that may lag behind the exact one at the turn of a second.
   for (time_t moment = before; moment <= after + 1; ++moment) {
     among = among || hour == formatted("%H:%M:%S", moment);
   }

@@ -1,4 +1,4 @@
-// Terminals, and the signals that ask for a stop. Signals are tried in a process of their own.
+// Terminals and stop signals. Signals are tested in separate processes.
 #include <sys/ioctl.h>
 #include <sys/wait.h>
 
@@ -16,13 +16,13 @@ namespace {
 
 using namespace posix_test;
 
-// Undoes what the tests were started with: a shell lets background work ignore some signals.
+// Restores the default effect of signals: a shell lets background jobs ignore some.
 void TakeSignals() {
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) signal(number, SIG_DFL);
 }
 
-// How a process ends that does `work`: with the status that it gives, or, as a negative number, by
-// a signal.
+// Runs `work` in a new process. Returns its exit status, or the negative number of the signal that
+// ended it.
 int EndOf(const std::function<int()>& work) {
   const pid_t child = fork();
   if (child == 0) {
@@ -34,7 +34,7 @@ int EndOf(const std::function<int()>& work) {
   return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-// A pair of pseudo terminal ends; the numbers are negative where there are none.
+// The two ends of a pseudo terminal; negative if the system has none.
 struct Terminal {
   Terminal() : control(posix_openpt(O_RDWR | O_NOCTTY)) {
     if (control >= 0 && grantpt(control) == 0 && unlockpt(control) == 0) {
@@ -133,7 +133,7 @@ TEST(PosixStopTest, AnIgnoredSignalStaysIgnored) {
             42);
 }
 
-// The state letter that the system shows for a process.
+// The letter by which the system reports a process's state.
 char StateOf(pid_t process) {
   const std::string text = Content("/proc/" + std::to_string(process) + "/stat");
   const std::size_t name_end = text.rfind(')');
@@ -153,7 +153,7 @@ TEST(PosixStopTest, ASignalBreaksOffAWaitForInput) {
     const ssize_t size = read(input[0], &byte, 1);
     _exit(size < 0 && errno == EINTR && StopRequested() ? 42 : 1);
   }
-  // The child sleeps nowhere but in its read; a signal before that ends it by default.
+  // The child sleeps only in its read; a signal before that ends it by default.
   int status = 0;
   for (int tries = 0; tries < 6000 && StateOf(child) != 'S'; ++tries) {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));

@@ -1,5 +1,5 @@
-// What the tests of the POSIX host share: a folder of their own, quick ways to make and look at
-// files with the system's own means, and passing changes to what the process may do.
+// Shared by the tests of the POSIX host: a temporary folder, short ways to create and examine files
+// with system calls, and temporary limits on what the process may do.
 #pragma once
 
 #include <fcntl.h>
@@ -27,7 +27,7 @@ namespace morvex::posix_test {
 
 inline constexpr uid_t kNobody = 65534;
 
-// A new folder that is removed with all that is in it, whatever permission bits that has.
+// A new folder. The destructor deletes it with everything in it, whatever the permission bits.
 class TempFolder {
  public:
   explicit TempFolder(const std::string& base = std::filesystem::temp_directory_path()) {
@@ -66,7 +66,7 @@ inline void Put(const std::string& path, std::string_view bytes) {
   ASSERT_TRUE(file) << path;
 }
 
-// A text that no file of a test holds, when the file cannot be read.
+// Content of a file that cannot be read. No test writes it into a file.
 inline std::string Content(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   std::stringbuf bytes;
@@ -75,7 +75,7 @@ inline std::string Content(const std::string& path) {
   return std::move(bytes).str();
 }
 
-// Bytes that differ from place to place, so that misplaced pieces are seen.
+// Bytes that differ from offset to offset, so that a test notices misplaced pieces.
 inline std::string Pattern(std::size_t size) {
   std::string bytes;
   bytes.reserve(size + 16);
@@ -116,7 +116,7 @@ inline void SetModified(const std::string& path, timespec moment) {
   ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0) << path;
 }
 
-// Until its end the process may write no file beyond `bytes`, and is told so by an error.
+// While it lives, the process cannot write a file beyond `bytes`; an attempt returns an error.
 class FileSizeLimit {
  public:
   explicit FileSizeLimit(rlim_t bytes) : handler_(signal(SIGXFSZ, SIG_IGN)) {
@@ -137,9 +137,9 @@ class FileSizeLimit {
   rlimit before_{};
 };
 
-// Until its end the process may open only so many more files at a time. Meanwhile only free
-// functions should be called, on local variables: a sanitizer that meets an object of a class with
-// virtual functions for the first time opens files itself.
+// While it lives, the process can open only so many more files at a time. Call only free functions
+// on local variables meanwhile: a sanitizer opens files itself when it first meets an object of a
+// class with virtual functions.
 class DescriptorLimit {
  public:
   explicit DescriptorLimit(int more) {
@@ -170,8 +170,8 @@ class FileMask {
   mode_t before_;
 };
 
-// Until its end the process has no privileges: root becomes another user, to whom the folder is
-// handed over first with all that is in it. Anyone else stays who he is.
+// While it lives, the process has no privileges: root becomes another user, after giving that user
+// the folder and everything in it. Any other user stays the same.
 class OrdinaryUser {
  public:
   explicit OrdinaryUser(const std::string& folder) {
@@ -199,7 +199,7 @@ class OrdinaryUser {
   bool changed_ = false;
 };
 
-// A folder of a file system other than that of `path`, when there is one that all may write to.
+// A folder on another file system than `path`, if there is one that everybody may write to.
 inline std::optional<std::string> FolderOnOtherDevice(const std::string& path) {
   for (const std::string folder : {"/dev/shm", "/var/tmp", "/tmp"}) {
     struct stat status {};
@@ -210,7 +210,7 @@ inline std::optional<std::string> FolderOnOtherDevice(const std::string& path) {
   return std::nullopt;
 }
 
-// A test with a folder of its own and the service that is tested.
+// A test with a temporary folder and the tested service.
 class PosixTest : public ::testing::Test {
  protected:
   void SetUp() override { ASSERT_FALSE(folder_.Path().empty()); }
@@ -222,7 +222,7 @@ class PosixTest : public ::testing::Test {
 inline const std::string kNulName("a\0b", 3);
 inline const std::string kLongName(255, 'n');
 inline const std::string kTooLongName(300, 'n');
-// Every byte that a name can hold and a careless program trips over.
+// Names with every byte that a name can contain and careless programs mishandle.
 inline const std::string kOddName = "line\nbreak \xff\xfe\t-'\"*?\\";
 
 }  // namespace morvex::posix_test

@@ -1,4 +1,4 @@
-// Writing large files behind the caller's back: the bytes, the order, and when an error is told.
+// Writing large files in a thread: the bytes, their order, and when an error is reported.
 #include "host/posix/posix_write_behind.h"
 
 #include <cerrno>
@@ -46,7 +46,7 @@ TEST_F(PosixWriteBehindTest, WhatIsWrittenLastStands) {
   std::string expected(2 * kRing, '\0');
   ASSERT_TRUE(behind_->Begin(file.Get()));
   for (unsigned round = 0; round < 2000; ++round) {
-    // Forwards in big steps and back again, each over a part of the ones before.
+    // Forwards in large steps and back again; each piece overlaps the one before.
     const std::size_t size = 1 + round * 37 % 3000;
     const std::size_t at = round * std::size_t{7919} * 13 % (expected.size() - size);
     const std::string bytes(size, static_cast<char>('a' + round % 26));
@@ -88,7 +88,7 @@ TEST_F(PosixWriteBehindTest, AnErrorComesWithTheSameCallEveryTime) {
   for (int repeated = 0; repeated < 20; ++repeated) {
     const Descriptor file = Create("file");
     ASSERT_TRUE(behind_->Begin(file.Get()));
-    const FileSizeLimit limit(2 * kBuffer + 1000);  // the third buffer is too many
+    const FileSizeLimit limit(2 * kBuffer + 1000);  // the third buffer exceeds the limit
     std::size_t taken = 0;
     int code = 0;
     while (code == 0 && taken < 100) code = behind_->Write(taken++ * kBuffer, buffer);
@@ -134,7 +134,7 @@ TEST_F(PosixWriteBehindTest, AnOffsetBeyondAllFilesIsAFullDisk) {
   EXPECT_EQ(behind_->Finish(), EFBIG);
 }
 
-// The same through the open file that the core holds.
+// The same through a work file.
 class PosixLargeOutputTest : public PosixWriteBehindTest {
  protected:
   std::unique_ptr<WorkFile> CreateOutput(const std::string& name) {
@@ -142,7 +142,7 @@ class PosixLargeOutputTest : public PosixWriteBehindTest {
     EXPECT_EQ(file.error, ErrorNumber::kNone);
     return std::move(file.value);
   }
-  // Writes all of it in pieces of 128 KiB; gives the first error.
+  // Writes all of it in pieces of 128 KiB. Returns the first error.
   static ErrorNumber Write(OutputFile& file, std::string_view bytes) {
     for (std::size_t at = 0; at < bytes.size(); at += kPiece) {
       const ErrorNumber error = file.WriteAt(at, bytes.substr(at, kPiece));

@@ -1,5 +1,5 @@
-// A second process of the test program: it runs one disabled test, which writes what it sees into
-// the file that an entry of its environment names.
+// Runs a second process of the test program. It runs one disabled test, which writes its results
+// into the file named by an environment entry.
 #pragma once
 
 #include <string>
@@ -17,7 +17,7 @@ inline std::wstring OwnProgram() {
   return path;
 }
 
-// Where the second process is to write.
+// The file that the second process must write.
 inline std::wstring Report() {
   std::wstring path(1000, L'\0');
   path.resize(GetEnvironmentVariableW(kReportEntry, path.data(), 1000));
@@ -28,8 +28,8 @@ inline std::wstring OneTest(const std::wstring& test) {
   return L"--gtest_also_run_disabled_tests   --gtest_brief=1 --gtest_filter=SecondProcess." + test;
 }
 
-// Starts `program`, this one or a copy of it, with exactly these entries in its environment, and
-// gives what its test reports. `flags` are those of CreateProcessW.
+// Starts `program` (this program or a copy of it) with exactly these environment entries and
+// returns what its test writes. `flags` are those of CreateProcessW.
 inline std::string SeenByASecondProcess(const TempFolder& folder, const std::wstring& program,
                                         const std::wstring& test,
                                         const std::vector<std::wstring>& entries, DWORD flags = 0) {

@@ -31,13 +31,13 @@ TEST(CodePage, CharactersHaveTheBytesOfTheirPage) {
 
 TEST(CodePage, NothingIsBentToFit) {
   const CodePage page(1252);
-  // A look-alike of A, a full-width A, an infinity sign, a dotless i, a pair of surrogates.
+  // A letter that looks like A, a full-width A, an infinity sign, a dotless i, a surrogate pair.
   EXPECT_EQ(page.Bytes(L"\u0391\uff21\u221e\u0131"), "????");
   EXPECT_EQ(page.Bytes(L"\U0001f600"), "??");
 }
 
 TEST(CodePage, AByteWithoutACharacterIsNoText) {
-  // A page of seven bits: the upper half would be taken for the lower one.
+  // A page of seven bits would map the upper half of the bytes to the lower one.
   const CodePage ascii(20127);
   EXPECT_EQ(ascii.Number(), 20127U);
   for (const char byte : AllBytes()) {

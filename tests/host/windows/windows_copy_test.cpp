@@ -1,4 +1,4 @@
-// Copies: whole or not at all, and with what belongs to the file.
+// Copies appear whole or not at all, with attributes and time.
 #include "host/windows/windows_copy.h"
 
 #include <gtest/gtest.h>

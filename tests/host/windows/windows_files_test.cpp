@@ -1,4 +1,4 @@
-// Looking things up, listing and making folders.
+// Looking up and listing files and folders; creating folders.
 #include "host/windows/windows_files.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Open files, and changing a file's content as a whole or at its end.
+// Open files, and replacing or appending to a file's content.
 #include "host/windows/windows_replace.h"
 
 #include <gtest/gtest.h>

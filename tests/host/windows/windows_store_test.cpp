@@ -1,5 +1,5 @@
-// Where the options window says that the settings file lies, as a program of this system sees it
-// that is installed in the protected folder. So a copy of this test program runs there.
+// Where the options window says that the settings file is, for a program in the protected program
+// folder. For that a copy of this test program runs there.
 #include <gtest/gtest.h>
 
 #include "core/run/start_up.h"

@@ -1,5 +1,5 @@
-// The process, its environment and command line, the clock and the user's settings. What a process
-// is started with is looked at from inside a second process of this test program.
+// The process, its environment and command line, the clock and the user's settings. A second
+// process of this test program reports what it was started with.
 #include "host/windows/windows_system.h"
 
 #include <gtest/gtest.h>
@@ -128,7 +128,7 @@ TEST_F(WindowsSystemTest, ThereIsARedirectedStoreAndOneByteForEachCharacter) {
   EXPECT_EQ(system_.Codec(), TextCodec::kSingleByte);
 }
 
-// A form of the user's regional settings, until its end.
+// Changes a format of the user's regional settings while it lives.
 class UsersForm {
  public:
   UsersForm(LCTYPE which, const wchar_t* form) : which_(which) {

@@ -1,5 +1,5 @@
-// The terminal and the standard streams, as far as a test that has neither can see; the console
-// program's tests send bytes through the latter.
+// The terminal and the standard streams, as far as they can be tested without having them. The
+// console program's own tests send bytes through them.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -14,7 +14,7 @@
 namespace morvex::windows_test {
 namespace {
 
-// Standard input and output are files of the test until its end.
+// While it lives, standard input and output are files of the test.
 class OwnStreams {
  public:
   OwnStreams(const std::string& input, const std::string& output)
@@ -53,7 +53,7 @@ TEST_F(WindowsStreamsTest, BytesAreReadInTurnUpToTheEnd) {
   EXPECT_EQ(input->ReadAt(7, block.data(), block.size()).value, 0U);
 }
 
-// Of a pipe that keeps the pieces apart in which it is written.
+// A pipe that keeps the written pieces apart.
 TEST_F(WindowsStreamsTest, NeitherAPieceWithoutBytesNorALongOneIsTheEndOfAPipe) {
   const std::wstring name = L"\\\\.\\pipe\\morvex-test-" + std::to_wstring(GetCurrentProcessId());
   windows::Handle writer(CreateNamedPipeW(name.c_str(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_MESSAGE, 1,
@@ -136,13 +136,13 @@ TEST(SecondProcess, DISABLED_ReportsItsStopRequest) {
   for (int waited = 0; sent && waited < 200 && !StopRequested(); ++waited) Sleep(50);
   seen += !sent ? ", no console" : StopRequested() ? ", asked" : ", still not asked";
   PutRaw(Report(), seen);
-  // The next one is left to the system, which ends the process.
+  // The next event is left to the system, which ends the process.
   GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
   Sleep(5000);
   PutRaw(Report(), seen + ", still there");
 }
 
-// In a console of its own, so that nobody else is asked to stop.
+// In a separate console, so that no other process gets the event.
 TEST(WindowsTerminal, TheFirstStopEventIsNotedAndTheNextEndsTheProcess) {
   const TempFolder folder;
   EXPECT_EQ(SeenByASecondProcess(folder, OwnProgram(), L"DISABLED_ReportsItsStopRequest", {},

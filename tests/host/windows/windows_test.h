@@ -1,5 +1,5 @@
-// What the tests of the Windows host share: a folder of their own, and quick ways to make and look
-// at files with the system's own means, past the rules of the service that is tested.
+// Shared by the tests of the Windows host: a temporary folder, and short ways to create and examine
+// files with system calls that bypass the tested service.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,11 +12,12 @@
 #include "host/windows/windows_api.h"
 #include "host/windows/windows_code_page.h"
 #include "host/windows/windows_files.h"
+#include "host/windows/windows_handle.h"
 #include "host/windows/windows_paths.h"
 
 namespace morvex::windows_test {
 
-// What the system takes of any length and in any spelling: no name is bent behind this prefix.
+// A path in a form that the system accepts at any length and does not change.
 inline std::wstring Raw(const std::wstring& path) { return windows::LongForm(path); }
 
 inline std::wstring Wide(const std::string& path) {
@@ -47,7 +48,7 @@ inline void RemoveTree(const std::wstring& raw) {
   RemoveDirectoryW(raw.c_str());
 }
 
-// A new folder that is removed with all that is in it.
+// A new folder. The destructor deletes it with everything in it.
 class TempFolder {
  public:
   TempFolder() {
@@ -72,7 +73,7 @@ class TempFolder {
   std::wstring wide_;
 };
 
-// `raw` as the system takes it. False when the system would not.
+// The path in the system's form. False if the system rejects it.
 inline bool PutRaw(const std::wstring& raw, std::string_view bytes) {
   void* file = CreateFileW(raw.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                            FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -88,7 +89,7 @@ inline void Put(const std::string& path, std::string_view bytes) {
   ASSERT_TRUE(PutRaw(Raw(Wide(path)), bytes)) << path;
 }
 
-// A text that no file of a test holds, when the file cannot be read.
+// Content of a file that cannot be read. No test writes it into a file.
 inline std::string Content(const std::string& path) {
   void* file = CreateFileW(Raw(Wide(path)).c_str(), GENERIC_READ,
                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -117,7 +118,7 @@ inline std::vector<std::string> Names(WindowsFileService& files, const std::stri
   return names;
 }
 
-// Bytes that differ from place to place, so that misplaced pieces are seen.
+// Bytes that differ from offset to offset, so that a test notices misplaced pieces.
 inline std::string Pattern(std::size_t size) {
   std::string bytes;
   for (unsigned number = 0; bytes.size() < size; number += 7919) bytes += std::to_string(number);
@@ -125,7 +126,7 @@ inline std::string Pattern(std::size_t size) {
   return bytes;
 }
 
-// Gives the file a modification time of so many steps of 100 nanoseconds since 1601.
+// Sets the file's modification time, in units of 100 nanoseconds since 1601.
 inline void SetModified(const std::string& path, std::uint64_t steps) {
   void* file = CreateFileW(Raw(Wide(path)).c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr,
                            OPEN_EXISTING, 0, nullptr);
@@ -135,7 +136,7 @@ inline void SetModified(const std::string& path, std::uint64_t steps) {
   CloseHandle(file);
 }
 
-// A test with a folder of its own and the service that is tested; `others_` is another run's.
+// A test with a temporary folder and the tested service. `others_` is the service of another run.
 class WindowsTest : public ::testing::Test {
  protected:
   void SetUp() override { ASSERT_FALSE(folder_.WidePath().empty()); }

@@ -1,4 +1,4 @@
-// The first pass of a folder run: the progress scale and the files at the top of the source.
+// The first pass of a folder run: the progress scale, and the files directly in the source.
 #include <gtest/gtest.h>
 
 #include "tests/core/engine/folder_program.h"
@@ -14,7 +14,7 @@ class FolderPrepassTest : public ::testing::Test {
   void Run(const std::string& source = "/s", const std::string& target = "/t") {
     FolderPrepass(program_, source, target);
   }
-  // The size of the source cannot be told: a folder in it cannot be listed.
+  // The size of the source is unknown, because a folder in it cannot be listed.
   void HideSize() {
     test_.files.AddFolder("/s/closed");
     test_.files.fail = FailOn("ListFolder", "/s/closed", ErrorNumber::kPermissionDenied);
@@ -62,7 +62,7 @@ TEST_F(FolderPrepassTest, AFileOfARecycleBinIsStillHandledWhenTheSourceIsTheBin)
   Run("/RECYCLER");
   EXPECT_EQ(test_.files.Below("/t"), std::vector<std::string>{"/t/b.bin"});
   EXPECT_EQ(program_.run.FilesDone, 1);
-  // Only the processing looks at the path, so the selected file has no result to copy.
+  // Only processing checks the path, so the selected file has no result to copy.
   EXPECT_EQ(test_.LogMessages(),
             (std::vector<std::string>{"/RECYCLER/a.txt", "Error 53: File not found"}));
 }

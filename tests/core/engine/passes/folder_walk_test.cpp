@@ -18,7 +18,7 @@ class FolderWalkTest : public ::testing::Test {
 };
 
 TEST_F(FolderWalkTest, VisitsTheTreeInPreOrder) {
-  // Listings come in the order of making.
+  // Folders are listed in the order of creation.
   for (const char* path : {"/s/2/b/x.txt", "/s/2/m.txt", "/s/1/c/y.txt", "/s/2/a/z.txt",
                            "/s/1/n.txt", "/s/2/b/deep/w.txt", "/s/top.txt"}) {
     test_.files.AddFile(path, "");

@@ -1,4 +1,4 @@
-// What is counted, logged and told of files and folders.
+// How outcomes are counted, logged and reported.
 #include "core/engine/passes/outcomes.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The run for a source that is one file.
+// The run for a source that is a single file.
 #include "core/engine/passes/single_file_run.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ class SingleFileRunTest : public ::testing::Test {
     outcome_ = SingleFileRun(program_, "/s/a.bin", target);
     return outcome_.kind;
   }
-  // The error is about the file at `path`.
+  // Runs and checks the outcome; `path` is what the error is about.
   void ExpectFailed(const std::string& target, ErrorNumber error, const std::string& path) {
     EXPECT_EQ(Run(target), OutcomeKind::kFailed) << path;
     EXPECT_EQ(outcome_.error, error) << path;
@@ -219,7 +219,7 @@ TEST_F(SingleFileRunTest, OnADriveRootTheCopyIsMadeToo) {
   EXPECT_EQ(SingleFileRun(test.program, "C:\\a.txt", "C:\\b.txt").error, ErrorNumber::kNone);
   EXPECT_EQ(test.files.Bytes("C:\\b.txt"), "a");
   EXPECT_FALSE(test.files.Has("C:\\tijdel.enc"));
-  // The logged path is built from the folder as it stands.
+  // The logged path is joined from the folder without any repair.
   EXPECT_EQ(test.LogMessages().front(), "C:\\\\a.txt");
 }
 

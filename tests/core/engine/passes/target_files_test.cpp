@@ -1,4 +1,4 @@
-// What is told of a target that held files before.
+// What is reported about a target that already contained files.
 #include "core/engine/passes/target_files.h"
 
 #include "tests/core/engine/folder_program.h"

@@ -83,7 +83,7 @@ TEST_F(TreeRulesTest, LinksLeadIntoOneFolderABoundedNumberOfTimes) {
     rules.Leave();
   }
   EXPECT_EQ(rules.WhyNotEntered(link).value, PassedOver::kLinkedTooOften);
-  // Without a link on the way there is no bound.
+  // Paths without links have no limit.
   EXPECT_EQ(rules.WhyNotEntered(below).value, PassedOver::kNo);
   EXPECT_EQ(rules.WhyNotEntered(plain).value, PassedOver::kNo);
 }
