@@ -5,7 +5,8 @@ set -uo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 mkdir -p build
-./cmake/install_tools.sh clang g++ cmake ninja-build libgtest-dev libcli11-dev nlohmann-json3-dev parallel
+./cmake/install_tools.sh clang g++ cmake ninja-build libgtest-dev libcli11-dev nlohmann-json3-dev \
+  parallel python3
 
 if ! { cmake --preset clang && cmake --build --preset clang; }; then
   echo

@@ -24,31 +24,31 @@ std::vector<std::string> LinesOf(MemoryFiles& files, const std::string& bytes) {
   return lines;
 }
 
-void ExpectLines(const std::string& bytes, const std::vector<std::string>& lines) {
-  MemoryFiles files;
-  EXPECT_EQ(LinesOf(files, bytes), lines);
+struct LinesCase {
+  std::string what;
+  std::string bytes;
+  std::vector<std::string> lines;
+};
+
+TEST(TextFile, ALineEndsAtLfWithOneCrBeforeItOrAtTheEndOfTheFile) {
+  const std::vector<LinesCase> cases = {
+      {"a line ends at LF", "a\nb\n", {"a", "b"}},
+      {"an empty line counts", "\n\n", {"", ""}},
+      {"one CR before the LF is not part of the line", "a\r\nb\r\n", {"a", "b"}},
+      {"a second CR is", "a\r\r\n", {"a\r"}},
+      {"and so is one without LF", "a\rb\n\r\n", {"a\rb", ""}},
+      {"a last line without LF counts", "a\nb", {"a", "b"}},
+      {"with its CR", "a\nb\r", {"a", "b\r"}},
+      {"were it a CR alone", "\r", {"\r"}},
+      {"an empty file has no line", "", {}},
+      {"bytes are taken as they stand", "\0\xFF\x1A\n"s, {"\0\xFF\x1A"s}},
+  };
+  for (const LinesCase& row : cases) {
+    SCOPED_TRACE(row.what);
+    MemoryFiles files;
+    EXPECT_EQ(LinesOf(files, row.bytes), row.lines);
+  }
 }
-
-TEST(TextFile, ALineEndsAtLf) {
-  ExpectLines("a\nb\n", {"a", "b"});
-  ExpectLines("\n\n", {"", ""});
-}
-
-TEST(TextFile, OneCrBeforeTheLfIsNotPartOfTheLine) {
-  ExpectLines("a\r\nb\r\n", {"a", "b"});
-  ExpectLines("a\r\r\n", {"a\r"});
-  ExpectLines("a\rb\n\r\n", {"a\rb", ""});
-}
-
-TEST(TextFile, ALastLineWithoutLfCounts) {
-  ExpectLines("a\nb", {"a", "b"});
-  ExpectLines("a\nb\r", {"a", "b\r"});
-  ExpectLines("\r", {"\r"});
-}
-
-TEST(TextFile, AnEmptyFileHasNoLine) { ExpectLines("", {}); }
-
-TEST(TextFile, BytesAreTakenAsTheyStand) { ExpectLines("\0\xFF\x1A\n"s, {"\0\xFF\x1A"s}); }
 
 TEST(TextFile, LinesOverTheBordersOfBlocksStayWhole) {
   constexpr std::size_t kBlock = std::size_t{256} << 10;

@@ -66,37 +66,56 @@ TEST(ApplyCommandLine, ANameInTheProgramFolderResolvesToTheFileThere) {
   EXPECT_EQ(test.program.settings.InitFilePath, "/program/nightly.dat");
 }
 
-TEST(ResolveInitFilePath, AFileAsGivenComesFirst) {
-  TestProgram test;
-  test.files.AddFile("/nightly.dat", "");  // the current folder is the root
-  test.files.AddFile("/program/nightly.dat", "");
-  EXPECT_EQ(ResolveInitFilePath(test.program, "/program", "nightly.dat"), "nightly.dat");
-}
+struct NameCase {
+  std::string what;
+  char separator;
+  std::vector<std::string> files;  // the current folder is the root
+  std::vector<std::string> folders;
+  std::string folder;
+  std::string name;
+  std::string path;
+};
 
-TEST(ResolveInitFilePath, ThenTheFileInTheFolder) {
-  TestProgram test;
-  test.files.AddFile("/jobs/nightly.dat", "");
-  EXPECT_EQ(ResolveInitFilePath(test.program, "/jobs", "nightly.dat"), "/jobs/nightly.dat");
-}
-
-TEST(ResolveInitFilePath, ElseTheNameUnchanged) {
-  TestProgram test;
-  EXPECT_EQ(ResolveInitFilePath(test.program, "/program", "none.dat"), "none.dat");
-  EXPECT_EQ(ResolveInitFilePath(test.program, "/program", ""), "");
-}
-
-TEST(ResolveInitFilePath, AFolderOfThatNameIsNoFile) {
-  TestProgram test;
-  test.files.AddFolder("/jobs");
-  test.files.AddFolder("/program/jobs");
-  EXPECT_EQ(ResolveInitFilePath(test.program, "/program", "jobs"), "jobs");
-}
-
-TEST(ResolveInitFilePath, JoinsWithTheSeparatorOfTheHost) {
-  TestProgram test('\\');
-  test.files.AddFile("C:\\Morvex\\nightly.dat", "");
-  EXPECT_EQ(ResolveInitFilePath(test.program, "C:\\Morvex", "nightly.dat"),
-            "C:\\Morvex\\nightly.dat");
+TEST(ResolveInitFilePath, PrefersTheFileAsGivenThenTheOneInTheFolder) {
+  const std::vector<NameCase> cases = {
+      {"the file as given comes first",
+       '/',
+       {"/nightly.dat", "/program/nightly.dat"},
+       {},
+       "/program",
+       "nightly.dat",
+       "nightly.dat"},
+      {"then the file in the folder",
+       '/',
+       {"/jobs/nightly.dat"},
+       {},
+       "/jobs",
+       "nightly.dat",
+       "/jobs/nightly.dat"},
+      {"else the name unchanged", '/', {}, {}, "/program", "none.dat", "none.dat"},
+      {"an empty name stays empty", '/', {}, {}, "/program", "", ""},
+      {"a folder of that name is no file",
+       '/',
+       {},
+       {"/jobs", "/program/jobs"},
+       "/program",
+       "jobs",
+       "jobs"},
+      {"joined with the host's separator",
+       '\\',
+       {"C:\\Morvex\\nightly.dat"},
+       {},
+       "C:\\Morvex",
+       "nightly.dat",
+       "C:\\Morvex\\nightly.dat"},
+  };
+  for (const NameCase& row : cases) {
+    SCOPED_TRACE(row.what);
+    TestProgram test(row.separator);
+    for (const std::string& file : row.files) test.files.AddFile(file, "");
+    for (const std::string& folder : row.folders) test.files.AddFolder(folder);
+    EXPECT_EQ(ResolveInitFilePath(test.program, row.folder, row.name), row.path);
+  }
 }
 
 TEST(ResolveInitFilePath, AFileThatCannotBeLookedUpGivesTheNameUnchanged) {

@@ -18,28 +18,6 @@ ErrorNumber Apply(TestProgram& test, const std::string& line) {
   return ApplyCommandLine(test.program, SplitCommandLine(line));
 }
 
-TEST(SplitCommandLine, GivesSettingsFileAndDelayAsTwoPieces) {
-  EXPECT_EQ(SplitCommandLine("-if D:\\jobs\\nightly.dat -dy 3000"),
-            (Pieces{"InitFile", "-if D:\\jobs\\nightly.dat", "dy 3000"}));
-}
-
-TEST(SplitCommandLine, ASingleOptionIsOnePieceWithItsHyphen) {
-  EXPECT_EQ(SplitCommandLine("-if a.dat"), (Pieces{"InitFile", "-if a.dat"}));
-}
-
-TEST(SplitCommandLine, TextBeforeTheFirstOptionIsAPieceAndTheMarkerIsNoInitFile) {
-  EXPECT_EQ(SplitCommandLine("x -if a.dat"), (Pieces{"NoInitFile", "x", "if a.dat"}));
-}
-
-TEST(SplitCommandLine, AnEmptyLineIsOneEmptyPiece) {
-  EXPECT_EQ(SplitCommandLine(""), (Pieces{"InitFile", ""}));
-}
-
-TEST(SplitCommandLine, APathIsCutAtABlankAndHyphen) {
-  EXPECT_EQ(SplitCommandLine("-if C:\\my -files\\a.dat"),
-            (Pieces{"InitFile", "-if C:\\my", "files\\a.dat"}));
-}
-
 struct SplitCase {
   std::string line;
   Pieces pieces;
@@ -47,16 +25,23 @@ struct SplitCase {
 
 TEST(SplitCommandLine, CutsAtEveryBlankAndHyphen) {
   const std::vector<SplitCase> cases = {
+      // A single option is one piece, with its hyphen; behind a cut there is none.
+      {"", {"InitFile", ""}},
+      {"-if a.dat", {"InitFile", "-if a.dat"}},
+      {"-if D:\\jobs\\nightly.dat -dy 3000", {"InitFile", "-if D:\\jobs\\nightly.dat", "dy 3000"}},
+      {"-if C:\\my -files\\a.dat", {"InitFile", "-if C:\\my", "files\\a.dat"}},
+      {"-if a-b.dat -dy 1", {"InitFile", "-if a-b.dat", "dy 1"}},
+      {"a-b", {"InitFile", "a-b"}},
+      {"a\t-b", {"InitFile", "a\t-b"}},
+      {"--if a", {"InitFile", "--if a"}},
+      // The marker tells of a line whose first piece is no settings file.
+      {"x -if a.dat", {"NoInitFile", "x", "if a.dat"}},
       {"-a -b -c", {"NoInitFile", "-a", "b", "c"}},
       {"-dy 5 -if a", {"NoInitFile", "-dy 5", "if a"}},
       {"-a  -b", {"NoInitFile", "-a ", "b"}},
       {"a - b", {"NoInitFile", "a", " b"}},
       {"a -", {"NoInitFile", "a", ""}},
       {"a -- b", {"NoInitFile", "a", "- b"}},
-      {"a-b", {"InitFile", "a-b"}},
-      {"-if a-b.dat -dy 1", {"InitFile", "-if a-b.dat", "dy 1"}},
-      {"a\t-b", {"InitFile", "a\t-b"}},
-      {"--if a", {"InitFile", "--if a"}},
   };
   for (const SplitCase& split : cases) {
     EXPECT_EQ(SplitCommandLine(split.line), split.pieces) << split.line;
@@ -68,46 +53,36 @@ TEST(SplitCommandLine, ALineThatStartsWithABlankAndHyphenIsItsOwnFirstPieceToo) 
   EXPECT_EQ(SplitCommandLine(" - -"), (Pieces{"InitFile", " - -", "", ""}));
 }
 
-TEST(ApplyCommandLine, TakesSettingsFileAndDelay) {
-  TestProgram test;
-  EXPECT_EQ(Apply(test, "-if nightly.dat -dy 3000"), ErrorNumber::kNone);
-  EXPECT_TRUE(test.program.settings.CommandLine_SET);
-  EXPECT_EQ(test.program.settings.InitFilePath, "nightly.dat");
-  EXPECT_EQ(test.program.settings.AutoRunDelay, 3000);
-}
+struct LineCase {
+  std::string what;
+  std::string line;
+  bool taken;  // as a command line that sets something
+  std::string path;
+  int delay;
+};
 
-TEST(ApplyCommandLine, ALoneOptionWithoutACutIsTaken) {
-  TestProgram test;
-  EXPECT_EQ(Apply(test, "-if a.dat"), ErrorNumber::kNone);
-  EXPECT_TRUE(test.program.settings.CommandLine_SET);
-  EXPECT_EQ(test.program.settings.InitFilePath, "a.dat");
-}
-
-TEST(ApplyCommandLine, TheOptionBehindOtherTextIsTaken) {
-  TestProgram test;
-  EXPECT_EQ(Apply(test, "x -if a.dat"), ErrorNumber::kNone);
-  EXPECT_TRUE(test.program.settings.CommandLine_SET);
-  EXPECT_EQ(test.program.settings.InitFilePath, "a.dat");
-}
-
-TEST(ApplyCommandLine, AnEmptyLineSetsNothing) {
-  TestProgram test;
-  EXPECT_EQ(Apply(test, ""), ErrorNumber::kNone);
-  EXPECT_FALSE(test.program.settings.CommandLine_SET);
-  EXPECT_EQ(test.program.settings.InitFilePath, "");
-  EXPECT_EQ(test.program.settings.AutoRunDelay, 0);
-}
-
-TEST(ApplyCommandLine, TheRestOfACutPathIsPassedOver) {
-  TestProgram test;
-  EXPECT_EQ(Apply(test, "-if C:\\my -files\\a.dat"), ErrorNumber::kNone);
-  EXPECT_EQ(test.program.settings.InitFilePath, "C:\\my");
-}
-
-TEST(ApplyCommandLine, TheRestOfACutPathMayReadAsAnOption) {
-  TestProgram test;
-  EXPECT_EQ(Apply(test, "-if /jobs/a -if b.dat"), ErrorNumber::kNone);
-  EXPECT_EQ(test.program.settings.InitFilePath, "b.dat");
+TEST(ApplyCommandLine, TakesTheOptionsOfALine) {
+  const std::vector<LineCase> cases = {
+      {"settings file and delay", "-if nightly.dat -dy 3000", true, "nightly.dat", 3000},
+      {"a lone option without a cut", "-if a.dat", true, "a.dat", 0},
+      {"the option behind other text", "x -if a.dat", true, "a.dat", 0},
+      {"an empty line sets nothing", "", false, "", 0},
+      {"the rest of a cut path is passed over", "-if C:\\my -files\\a.dat", true, "C:\\my", 0},
+      {"the rest of a cut path may read as an option", "-if /jobs/a -if b.dat", true, "b.dat", 0},
+      {"a later option of the same name wins", "-if a.dat -dy 1 -if b.dat -dy 2", true, "b.dat", 2},
+      {"other pieces and other case are passed over",
+       "report.txt -IF a.dat -If a.dat -DY 5 -x -fi -yd", false, "", 0},
+      {"a doubled hyphen is no option", "--if a.dat", false, "", 0},
+      {"but where the cut takes one away", "x --if a.dat", true, "a.dat", 0},
+  };
+  for (const LineCase& row : cases) {
+    SCOPED_TRACE(row.what + ": " + row.line);
+    TestProgram test;
+    EXPECT_EQ(Apply(test, row.line), ErrorNumber::kNone);
+    EXPECT_EQ(test.program.settings.CommandLine_SET, row.taken);
+    EXPECT_EQ(test.program.settings.InitFilePath, row.path);
+    EXPECT_EQ(test.program.settings.AutoRunDelay, row.delay);
+  }
 }
 
 TEST(ApplyCommandLine, OptionsMayComeInAnyOrderWithOrWithoutHyphen) {
@@ -118,30 +93,6 @@ TEST(ApplyCommandLine, OptionsMayComeInAnyOrderWithOrWithoutHyphen) {
     EXPECT_EQ(test.program.settings.InitFilePath, "a");
     EXPECT_EQ(test.program.settings.AutoRunDelay, 7);
   }
-}
-
-TEST(ApplyCommandLine, ALaterOptionOfTheSameNameWins) {
-  TestProgram test;
-  EXPECT_EQ(Apply(test, "-if a.dat -dy 1 -if b.dat -dy 2"), ErrorNumber::kNone);
-  EXPECT_EQ(test.program.settings.InitFilePath, "b.dat");
-  EXPECT_EQ(test.program.settings.AutoRunDelay, 2);
-}
-
-TEST(ApplyCommandLine, OtherPiecesAndOtherCaseArePassedOver) {
-  TestProgram test;
-  EXPECT_EQ(Apply(test, "report.txt -IF a.dat -If a.dat -DY 5 -x -fi -yd"), ErrorNumber::kNone);
-  EXPECT_FALSE(test.program.settings.CommandLine_SET);
-  EXPECT_EQ(test.program.settings.InitFilePath, "");
-  EXPECT_EQ(test.program.settings.AutoRunDelay, 0);
-}
-
-TEST(ApplyCommandLine, ADoubledHyphenIsAnOptionOnlyWhereTheCutTakesOneAway) {
-  TestProgram first;
-  EXPECT_EQ(Apply(first, "--if a.dat"), ErrorNumber::kNone);
-  EXPECT_FALSE(first.program.settings.CommandLine_SET);
-  TestProgram second;
-  EXPECT_EQ(Apply(second, "x --if a.dat"), ErrorNumber::kNone);
-  EXPECT_EQ(second.program.settings.InitFilePath, "a.dat");
 }
 
 TEST(ApplyCommandLine, TheMarkerInFrontIsNoOption) {

@@ -34,27 +34,22 @@ class Extensions : public testing::Test {
   OptionsForm& window_ = test_.program.frmOpties;
 };
 
-TEST_F(Extensions, TypingAnExtensionWithoutPointAddsItWithOne) {
-  Add("txt");
-  EXPECT_EQ(Entries(), (std::vector<ListEntry>{{".txt", true}}));
-  EXPECT_EQ(window_.txtExtensie.text.get(), "");
-}
-
-TEST_F(Extensions, TypingAnExtensionWithPointAddsItAsItIs) {
-  Add(".txt");
-  EXPECT_EQ(Entries(), (std::vector<ListEntry>{{".txt", true}}));
+TEST_F(Extensions, ATypedExtensionIsAddedWithAPoint) {
+  for (const auto& [typed, entry] :
+       {std::pair("txt", ".txt"), std::pair(".txt", ".txt"), std::pair(".", ".")}) {
+    SCOPED_TRACE(typed);
+    Fill({});
+    Add(typed);
+    EXPECT_EQ(Entries(), (std::vector<ListEntry>{{entry, true}}));
+    EXPECT_EQ(window_.txtExtensie.text.get(), "");
+    EXPECT_TRUE(test_.user.messages.empty());
+  }
 }
 
 TEST_F(Extensions, TypingTwoPointsShowsTheMessageAndAddsNothing) {
   Add("a.b.c");
   EXPECT_EQ(test_.user.messages, (std::vector<ShownMessage>{kMalformed}));
   EXPECT_TRUE(Entries().empty());
-}
-
-TEST_F(Extensions, TypingALonePointAddsALonePoint) {
-  Add(".");
-  EXPECT_EQ(Entries(), (std::vector<ListEntry>{{".", true}}));
-  EXPECT_TRUE(test_.user.messages.empty());
 }
 
 TEST_F(Extensions, AnotherCaseIsAnotherEntry) {

@@ -48,9 +48,9 @@ TEST(CheckTreeTest, WhatFailsIsToldAndTheRestIsGoneThrough) {
   for (const auto& [failing_call, failing_path] : calls) {
     MemoryFiles files;
     FillTree(files);
-    files.fail = [&](const std::string& call, const std::string& path) {
-      return call == failing_call && path == failing_path ? ErrorNumber::kDeviceIo
-                                                          : ErrorNumber::kNone;
+    files.fail = [failing = std::pair(failing_call, failing_path)](const std::string& call,
+                                                                   const std::string& path) {
+      return std::pair(call, path) == failing ? ErrorNumber::kDeviceIo : ErrorNumber::kNone;
     };
     const Checked checked = Check(files);
     EXPECT_TRUE(checked.finished);

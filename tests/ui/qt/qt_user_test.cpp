@@ -18,6 +18,8 @@
 #include <functional>
 #include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "tests/ui/qt/file_names.h"
 
@@ -137,52 +139,44 @@ TEST_F(MessageBoxTest, TextIsShownInTheCodePage) {
   user_.ShowMessage("Zo\xC3\xAB", MessageButtons::kOk, MessageIcon::kNone);
 }
 
-TEST_F(MessageBoxTest, OkAloneAnswersOkWhateverIsDone) {
-  const auto has_one_button = [](QMessageBox& box) {
-    EXPECT_EQ(box.standardButtons(), QMessageBox::Ok);
-  };
-  EXPECT_EQ(AnswerTo(MessageButtons::kOk,
-                     [&](QMessageBox& box) {
-                       has_one_button(box);
-                       Press(box, QMessageBox::Ok);
-                     }),
-            Answer::kOk);
-  const auto escape = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); };
-  EXPECT_EQ(AnswerTo(MessageButtons::kOk, escape), Answer::kOk);
-  EXPECT_EQ(AnswerTo(MessageButtons::kOk, [](QMessageBox& box) { box.close(); }), Answer::kOk);
+struct AnswerCase {
+  MessageButtons asked;
+  std::vector<std::pair<QMessageBox::StandardButton, Answer>> buttons;
+  Answer refusal;  // what Escape and the close box mean
+};
+
+const std::vector<AnswerCase> kAnswers = {
+    {MessageButtons::kOk, {{QMessageBox::Ok, Answer::kOk}}, Answer::kOk},
+    {MessageButtons::kOkCancel,
+     {{QMessageBox::Ok, Answer::kOk}, {QMessageBox::Cancel, Answer::kCancel}},
+     Answer::kCancel},
+    {MessageButtons::kYesNo,
+     {{QMessageBox::Yes, Answer::kYes}, {QMessageBox::No, Answer::kNo}},
+     Answer::kNo},
+};
+
+TEST_F(MessageBoxTest, EveryButtonAnswersItself) {
+  for (const AnswerCase& row : kAnswers) {
+    QMessageBox::StandardButtons all;
+    for (const auto& [button, answer] : row.buttons) all |= button;
+    for (const auto& [button, answer] : row.buttons) {
+      SCOPED_TRACE(button);
+      const auto press = [&all, pressed = button](QMessageBox& box) {
+        EXPECT_EQ(box.standardButtons(), all);
+        Press(box, pressed);
+      };
+      EXPECT_EQ(AnswerTo(row.asked, press), answer);
+    }
+  }
 }
 
-TEST_F(MessageBoxTest, OkAndCancelAnswerThemselves) {
-  const auto ok = [](QMessageBox& box) {
-    EXPECT_EQ(box.standardButtons(), QMessageBox::Ok | QMessageBox::Cancel);
-    Press(box, QMessageBox::Ok);
-  };
-  EXPECT_EQ(AnswerTo(MessageButtons::kOkCancel, ok), Answer::kOk);
-  const auto cancel = [](QMessageBox& box) { Press(box, QMessageBox::Cancel); };
-  EXPECT_EQ(AnswerTo(MessageButtons::kOkCancel, cancel), Answer::kCancel);
-}
-
-TEST_F(MessageBoxTest, EscapeAndTheCloseBoxMeanCancel) {
-  const auto escape = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); };
-  EXPECT_EQ(AnswerTo(MessageButtons::kOkCancel, escape), Answer::kCancel);
-  EXPECT_EQ(AnswerTo(MessageButtons::kOkCancel, [](QMessageBox& box) { box.close(); }),
-            Answer::kCancel);
-}
-
-TEST_F(MessageBoxTest, YesAndNoAnswerThemselves) {
-  const auto yes = [](QMessageBox& box) {
-    EXPECT_EQ(box.standardButtons(), QMessageBox::Yes | QMessageBox::No);
-    Press(box, QMessageBox::Yes);
-  };
-  EXPECT_EQ(AnswerTo(MessageButtons::kYesNo, yes), Answer::kYes);
-  const auto no = [](QMessageBox& box) { Press(box, QMessageBox::No); };
-  EXPECT_EQ(AnswerTo(MessageButtons::kYesNo, no), Answer::kNo);
-}
-
-TEST_F(MessageBoxTest, EscapeAndTheCloseBoxMeanNo) {
-  const auto escape = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); };
-  EXPECT_EQ(AnswerTo(MessageButtons::kYesNo, escape), Answer::kNo);
-  EXPECT_EQ(AnswerTo(MessageButtons::kYesNo, [](QMessageBox& box) { box.close(); }), Answer::kNo);
+TEST_F(MessageBoxTest, EscapeAndTheCloseBoxRefuseWhereThatCanBeDone) {
+  for (const AnswerCase& row : kAnswers) {
+    SCOPED_TRACE(row.buttons.front().first | row.buttons.back().first);
+    const auto escape = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); };
+    EXPECT_EQ(AnswerTo(row.asked, escape), row.refusal);
+    EXPECT_EQ(AnswerTo(row.asked, [](QMessageBox& box) { box.close(); }), row.refusal);
+  }
 }
 
 TEST_F(MessageBoxTest, EnterPressesTheFirstButton) {
@@ -192,16 +186,14 @@ TEST_F(MessageBoxTest, EnterPressesTheFirstButton) {
 }
 
 TEST_F(MessageBoxTest, WhenTheProgramEndsMeanwhileNothingIsAgreedTo) {
-  for (const auto& [buttons, refusal] : {std::pair(MessageButtons::kOk, Answer::kOk),
-                                         std::pair(MessageButtons::kOkCancel, Answer::kCancel),
-                                         std::pair(MessageButtons::kYesNo, Answer::kNo)}) {
+  for (const AnswerCase& row : kAnswers) {
     std::optional<Answer> answer;
-    QTimer::singleShot(0, &context_, [&, asked = buttons] {
+    QTimer::singleShot(0, &context_, [&] {
       OnMessage([](QMessageBox&) { QApplication::exit(); });
-      answer = user_.ShowMessage("text", asked, MessageIcon::kNone);
+      answer = user_.ShowMessage("text", row.asked, MessageIcon::kNone);
     });
     QApplication::exec();
-    EXPECT_EQ(answer, refusal);
+    EXPECT_EQ(answer, row.refusal);
   }
 }
 
