@@ -1,7 +1,8 @@
 // The console program: performs the unattended run that a settings file describes, or a command.
 //
-// Exit status: 0 all done, 1 it could not run or was stopped, 2 the command line is wrong, 3 done
-// but some files were not copied. Those of the commands stand in ui/commands/command_console.h.
+// Exit status of a run with a settings file: 0 done, 1 it could not run or was stopped, 2 the
+// command line is wrong, 3 done but some files were not copied. ui/commands/command_console.h has
+// those of the commands.
 
 #include <iostream>
 #include <memory>
@@ -43,15 +44,15 @@ std::string UsageText(const Program& program) {
          "                    program's folder\n"
          "  -dy MILLISECONDS  wait before the run, up to 32767\n"
          "\n"
-         "Without -if the settings would be those of\n"
+         "Without -if nothing is run. To run with the program's own settings file, name it:\n"
          "  " +
          Printable(InProgramFolder(program, kInitFileName)) +
-         "\nand nothing is run. To run them, name that file with -if.\n"
+         "\n"
          "\n" +
          CommandsText() +
          "\n"
-         "Exit status of a run with -if: 0 all done, 1 it could not run or was stopped, 2 the\n"
-         "command line is wrong, 3 done, but some files were not copied.\n";
+         "Exit status of a run with -if: 0 done, 1 it could not run or was stopped, 2 the command\n"
+         "line is wrong, 3 done, but some files were not copied.\n";
 }
 
 int ReportCommandLineError(ErrorNumber error) {
@@ -59,12 +60,12 @@ int ReportCommandLineError(ErrorNumber error) {
   return kCommandLineError;
 }
 
-// What the splitter made of the command line and nobody wants.
+// Warns of the pieces of the command line that are no option.
 void WarnOfIgnored(const std::vector<std::string>& pieces, CommandMessages& messages) {
   for (const std::string& piece : IgnoredPieces(pieces)) {
     messages.Warn(kProgramPlace, "\"" + Printable(piece) +
-                                     "\" was ignored: there are -if and -dy alone, and a name ends "
-                                     "where a blank and a hyphen follow.");
+                                     "\" was ignored: the only options are -if and -dy, and a file "
+                                     "name ends in front of a blank and a hyphen.");
   }
 }
 
@@ -73,7 +74,7 @@ int ReportSettingsFile(const std::vector<std::string>& why) {
   return kNotDone;
 }
 
-// The status of a program whose output is to reach somebody.
+// Returns `status`, or kNotDone when standard output could not be written.
 int AfterOutput(int status) {
   std::cout << std::flush;
   if (std::cout) return status;

@@ -1,9 +1,8 @@
 // The desktop program.
 //
-// Exit status: 0, or with a settings file on the command line as the console program has it: 1 when
-// the run could not be done or did not finish, 3 when files have no copy. 2 when the command line
-// is wrong. Why nothing could be done is told on standard error, or in a message where a program
-// with windows has none.
+// Exit status: 2 when the command line is wrong; without a settings file on it 0; with one 0 when
+// the run is done, 1 when it could not be done or was stopped, 3 when some files were not copied.
+// The reason goes to standard error, or to a message box where the program has no standard error.
 
 #include <QApplication>
 #include <QMessageBox>
@@ -38,11 +37,11 @@ void DescribeApplication() {
   QApplication::setDesktopFileName("morvex");
   QApplication::setWindowIcon(ProgramIcon());
   QApplication::setStyle(new HouseStyle);
-  // The program ends when its windows are unloaded, not when none is shown for a moment.
+  // Desktop::Ended ends the program; between two windows none may be shown for a moment.
   QApplication::setQuitOnLastWindowClosed(false);
 }
 
-// `page` is for the paths in the lines.
+// Shows the lines on standard error or in a message box. `page` converts the paths in them.
 void ReportError(const std::vector<std::string>& lines, const CodePage& page) {
   if (ReachErrorStream()) {
     for (const std::string& line : lines) std::cerr << Printable(line) << "\n";
@@ -52,7 +51,7 @@ void ReportError(const std::vector<std::string>& lines, const CodePage& page) {
   for (const std::string& line : lines) shown += page.Shown(line);
   QMessageBox box(QMessageBox::Critical, "Morvex", shown.join('\n'), QMessageBox::Ok);
   box.setTextFormat(Qt::PlainText);
-  // A task that nobody sees ends all the same.
+  // In an unattended task nobody closes the box.
   QTimer end;
   end.setSingleShot(true);
   QObject::connect(&end, &QTimer::timeout, &box, &QMessageBox::accept);
@@ -61,7 +60,7 @@ void ReportError(const std::vector<std::string>& lines, const CodePage& page) {
 }
 
 int Main(int argc, char** argv) {
-  // Before the toolkit takes its own options out of the arguments.
+  // First, because the toolkit removes its own options from the arguments.
   const std::unique_ptr<SystemService> system = MakeSystemService(argc, argv);
   QApplication::setHighDpiScaleFactorRoundingPolicy(
       Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
@@ -75,7 +74,7 @@ int Main(int argc, char** argv) {
   ErrorNumber error = ErrorNumber::kNone;
   QObject::connect(
       &desktop, &Desktop::Ended, &application, [] { QApplication::exit(); }, Qt::QueuedConnection);
-  // Start-up may hold a whole run, in which windows are shown and Exit may be given.
+  // In the event loop: start-up may include a whole run, with windows and an Exit button.
   QTimer::singleShot(0, &application, [&] { error = StartUp(program); });
   QApplication::exec();
 

@@ -1,5 +1,4 @@
-// Goes through the bytes of a file once and tells of every place where something sought stands,
-// whatever the number of rows and encodings.
+// Searches a file for the texts of a list, in one pass whatever the number of rows and encodings.
 #pragma once
 
 #include <array>

@@ -8,27 +8,28 @@
 namespace morvex {
 namespace {
 
-// Of one part, in one encoding. Behind so many the key ends and the rest is compared at the place.
+// The most keys of one part in one encoding. With more, a key ends early, and the rest of the part
+// is compared where the key is found.
 constexpr std::size_t kMostKeys = 16;
-// Bytes of a key with a rare form of a letter: few files hold them, whatever follows.
+// A key with a rare form of a letter ends at this many bytes: few files hold it anyway.
 constexpr std::size_t kEnoughOfARareKey = 4;
-// Behind so many bytes a letter with rare forms ends a key. What a rare key may have more is room
-// for the letter in front of that and for the form.
+// From this many bytes on, a letter with rare forms ends a key. The rest of kLongestRareKey is room
+// for one more letter and the form.
 constexpr std::size_t kFarBehind = Sought::kLongestRareKey - 32;
-// A part that is longer is sought by its beginning, a right text that is longer is not looked for.
+// Bytes. Of a longer part only the beginning is searched; a longer right text becomes no `put_in`.
 constexpr std::size_t kLongestPart = 32000;
-// The bytes that a match of the engine may span.
+// The most bytes that a match of the engine may span.
 constexpr std::uint64_t kLongestMatch = 32766;
 
 bool IsAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char byte) { return (byte & 0x80) == 0; });
 }
 
-// A way to write the beginning of a text, folded.
+// One way to write the beginning of a text, folded.
 struct Beginning {
   std::string bytes;
   std::size_t letters = 0;
-  std::string rare_form;  // the first of a letter in it, if there is one
+  std::string rare_form;  // the first rare form of a letter in it, or empty
   bool is_rare() const { return !rare_form.empty(); }
   bool operator==(const Beginning&) const = default;
 };
@@ -38,7 +39,7 @@ std::string AllFolded(std::string bytes) {
   return bytes;
 }
 
-// The beginning with one more letter, in all ways that differ when they are folded.
+// Returns the beginning with one more letter, in all ways that differ when folded.
 std::vector<Beginning> Continued(const Beginning& beginning, const LetterWays& ways) {
   std::vector<Beginning> continued;
   for (const LetterWay& way : ways) {
@@ -54,7 +55,7 @@ std::vector<Beginning> Continued(const Beginning& beginning, const LetterWays& w
   return continued;
 }
 
-// Whatever stands for the spelling's text begins with one of them.
+// Returns the keys of a part: every way to write it begins with one of them.
 std::vector<Beginning> KeysOf(const Spelling& spelling) {
   std::vector<Beginning> keys;
   std::deque<Beginning> growing(1);
@@ -84,8 +85,8 @@ bool HasOnlyAsciiWays(const Spelling& spelling) {
   });
 }
 
-// The pieces of a text between its wildcards, without empty ones. In first place of a left text the
-// wildcard is an ordinary character.
+// Returns the non-empty pieces of a text between its wildcards. Wildcards in front of offset `from`
+// are ordinary characters, as the first byte of a left text is.
 std::vector<std::string_view> PiecesOf(std::string_view text, char joker, std::size_t from) {
   std::vector<std::string_view> pieces;
   std::size_t begin = 0;
@@ -97,7 +98,7 @@ std::vector<std::string_view> PiecesOf(std::string_view text, char joker, std::s
   return pieces;
 }
 
-// All pieces stand in the text, in their order, the first one at its beginning.
+// Whether all pieces occur in the text, in their order, the first one at its beginning.
 bool HoldsAll(std::string_view text, const std::vector<std::string_view>& pieces) {
   if (!text.starts_with(pieces.front())) return false;
   std::size_t at = 0;
@@ -111,14 +112,14 @@ bool HoldsAll(std::string_view text, const std::vector<std::string_view>& pieces
 
 }  // namespace
 
-// A row as the list has it.
+// A row of the list.
 struct Sought::ListRow {
   std::int64_t row = 0;
   bool is_wildcard = false;
   std::vector<std::string_view> parts;
   std::string put_in;
   bool ends_in_beginning = false;
-  Encoding encoding = Encoding::kBytes;  // of the list, or kBytes where the row cannot be read so
+  Encoding encoding = Encoding::kBytes;  // the list's, or kBytes where the row is malformed in it
 };
 
 Sought::Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding list_encoding) {
@@ -166,7 +167,7 @@ Sought::Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding li
   MakeKeys();
 }
 
-// Nothing when one of the parts cannot be spelled so.
+// Adds nothing when the encoding lacks a character of one of the parts.
 void Sought::AddRow(const ListRow& row, Encoding encoding, bool ascii_is_told_elsewhere) {
   std::vector<Spelling> spellings;
   for (const std::string_view part : row.parts) {

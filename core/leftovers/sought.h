@@ -1,12 +1,12 @@
-// What is sought of a replacement list: the left text of every row, in every encoding in which it
-// can be spelled, in any letter case.
+// What the search for leftovers looks for: the left text of every row of a list, in every encoding
+// that has its characters, in any letter case.
 //
-// A row with the wildcard is sought by its parts: all of them, in their order, no further from each
-// other than a match may reach. Each part in one encoding has keys, the beginnings under which an
-// index finds it. Keys and files are compared folded, with a bit set in every byte that makes most
-// letter cases one; where a letter's cases still differ there is a key for each. Keys with a form
-// of a letter that few files hold are kept apart: they need to be looked for around such forms
-// alone.
+// A wildcard row is split into parts, the texts between its wildcards. It is found where all parts
+// occur in their order, within the bytes that a match may span. Each part has keys in each
+// encoding: the beginnings by which an index finds it. Keys and files are compared folded: one bit
+// is set in every byte, which makes the two cases of most letters equal. Where they still differ,
+// there is a key for each. Keys with a rare form of a letter (see OtherCase) are kept apart,
+// because they need to be searched only around such forms.
 #pragma once
 
 #include <cstddef>
@@ -22,26 +22,29 @@
 
 namespace morvex {
 
-// Makes one of two letters that differ in case alone, in most alphabets. Nothing becomes a NUL; a
-// NUL, which parts the letters of UTF-16, becomes what nothing else does.
+// Maps the two cases of a letter to the same byte, in most alphabets. No byte becomes NUL. NUL,
+// which is half of most UTF-16 units, becomes 1, and no other byte does.
 constexpr std::uint8_t Folded(std::uint8_t byte) {
   return byte == 0 ? std::uint8_t{1} : static_cast<std::uint8_t>(byte | 0x20);
 }
 
-// A row in one encoding.
+// One row in one encoding.
 struct SoughtRow {
   std::int64_t row = 0;  // of the tables
   Encoding encoding = Encoding::kBytes;
   bool is_wildcard = false;
   std::size_t parts = 1;
-  // Where it stands in ASCII alone, the row in another encoding stands as well.
+  // An occurrence of ASCII bytes alone is not reported: the same row in another encoding reports
+  // it.
   bool ascii_is_told_elsewhere = false;
-  std::uint64_t longest_span = 0;  // bytes, from the first part's beginning to the last one's end
-  // Of a wildcard row whose right text would be found again: where that stands, nothing is left.
+  // The most bytes from the first part's beginning to the last part's end; 0 for a row of one part.
+  std::uint64_t longest_span = 0;
+  // A wildcard row whose right text holds all parts of its left text: that right text, else empty.
+  // It is what a run writes, so an occurrence of it is no leftover.
   std::string put_in;
-  // Of one that ends in its own beginning, though, a run leaves nearly all of what was to be taken
-  // out behind the right text. So the ending is sought there, behind so many bytes or more; 0 for
-  // every other row.
+  // Above 0 for a row whose ending also occurs in its beginning. A run matches such a row too early
+  // and leaves most of the captured bytes behind the right text. So where `put_in` is found, the
+  // parts after the first are searched from this many bytes behind it on.
   std::size_t least_left = 0;
 };
 
@@ -49,44 +52,45 @@ struct SoughtPart {
   static constexpr std::int32_t kNone = -1;
 
   std::size_t sought_row = 0;
-  std::size_t number = 0;  // among the row's parts
+  std::size_t number = 0;  // of the row's parts, from 0
   Spelling spelling;
-  // The same part in UTF-16 of the other byte order.
+  // The index of the same part in UTF-16 of the other byte order; kNone for other encodings.
   std::int32_t other_order = kNone;
 };
 
 class Sought {
  public:
-  // `joker` is the wildcard's code, 0 for none; `list_encoding` says how the list's own bytes are
-  // read. A text that they cannot be is sought as bytes alone.
+  // `joker` is the wildcard's code, 0 for none. `list_encoding` is how the list's own bytes are
+  // read; a row that is malformed in it is searched as bytes alone.
   Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding list_encoding);
   Sought(const Sought&) = delete;
   Sought& operator=(const Sought&) = delete;
 
   const std::vector<SoughtRow>& rows() const { return rows_; }
   const std::vector<SoughtPart>& parts() const { return parts_; }
-  // Rows whose right text puts back what the wildcard took in, together with all parts of the left
-  // text: nothing of them is ever gone, so they are not sought.
+  // Rows that are not searched: their right text holds all parts of the left text and a wildcard,
+  // so a run removes nothing.
   const std::vector<std::int64_t>& rows_that_stay() const { return rows_that_stay_; }
 
-  // Rows that end in their own beginning and whose right text has not all of their parts, and those
-  // whose wildcard takes in one byte alone: what a run leaves behind them looks like any other
-  // text. They are sought as others are.
+  // Rows for which finding nothing proves nothing, because what a run leaves of them looks like any
+  // other text: rows whose ending also occurs in their beginning (unless `put_in` is set) and rows
+  // whose wildcard captures one byte only. They are searched like all others.
   const std::vector<std::int64_t>& rows_not_judged() const { return rows_not_judged_; }
 
-  // Rows of which a part cannot be read in the list's encoding: they are sought as bytes alone.
+  // Rows with a part that is malformed in the list's encoding: they are searched as bytes alone.
   const std::vector<std::int64_t>& rows_of_bytes() const { return rows_of_bytes_; }
 
-  // No rare key has more bytes.
+  // The most bytes of a rare key.
   static constexpr std::size_t kLongestRareKey = 96;
 
-  // Of letters in their usual forms.
+  // Keys of letters in their usual forms.
   const SoughtKeys& keys() const { return *keys_; }
-  // Those that hold a rare form of a letter, and these forms themselves: each rare key holds one.
+  // Keys that hold a rare form of a letter, and the forms alone. Each rare key holds one of these.
   const SoughtKeys& rare_keys() const { return *rare_keys_; }
   const SoughtKeys& rare_forms() const { return *rare_forms_; }
 
-  // So many bytes behind a place may be looked at, so many before it belong to what is found there.
+  // The most bytes that deciding on one offset reads from there on, and the most bytes in front of
+  // it that belong to an occurrence that ends there.
   std::size_t look_ahead() const { return look_ahead_; }
   std::uint64_t look_behind() const { return look_behind_; }
 
@@ -109,7 +113,7 @@ class Sought {
   std::uint64_t look_behind_ = 0;
 };
 
-// UTF-8 when all left texts are that, else Windows-1252.
+// Returns kUtf8 when all left texts are well-formed UTF-8, else kWindows1252.
 Encoding GuessEncoding(const SubstitutionTables& tables);
 
 }  // namespace morvex

@@ -44,7 +44,7 @@ TEST_F(ReportPlaceTest, AFileOfTheSourceIsNeverTaken) {
   ASSERT_EQ(scene.Shell("ln -s src/a.txt link; ln -s src tree").status, 0);
   for (const char* place :
        {"src/a.txt", "src/sub/b.txt", "src/sub/../a.txt", "./src//a.txt", "tree/a.txt", "link"}) {
-    ExpectRefused(place, "lies in the source");
+    ExpectRefused(place, "is an existing file in the source");
   }
   EXPECT_EQ(scene.Read("src/a.txt"), "Anna");
   EXPECT_FALSE(scene.Exists("out"));
@@ -52,7 +52,7 @@ TEST_F(ReportPlaceTest, AFileOfTheSourceIsNeverTaken) {
 
 TEST_F(ReportPlaceTest, AHardLinkToAFileOfTheSourceHoldsNoReportAndIsNotTaken) {
   ASSERT_EQ(scene.Shell("ln src/a.txt hard").status, 0);
-  ExpectRefused("hard", "holds something else");
+  ExpectRefused("hard", "is not an older report");
   EXPECT_EQ(scene.Read("src/a.txt"), "Anna");
 }
 
@@ -60,7 +60,7 @@ TEST_F(ReportPlaceTest, AFinishedCopyIsNeverTaken) {
   ASSERT_EQ(scene.Shell("morvex-cli run src out --list list.txt --all --yes --quiet").status, 0);
   scene.Write("out/old.txt", "of an earlier run");
   for (const char* place : {"out/a.txt", "out/sub/b.txt", "out/old.txt"}) {
-    ExpectRefused(place, "lies in the target");
+    ExpectRefused(place, "is an existing file in the target");
   }
   EXPECT_EQ(scene.Read("out/old.txt"), "of an earlier run");
 }
@@ -68,9 +68,9 @@ TEST_F(ReportPlaceTest, AFinishedCopyIsNeverTaken) {
 TEST_F(ReportPlaceTest, AnOlderReportInSourceOrTargetIsNotTakenEither) {
   ASSERT_EQ(Run("out/r.json").status, 0);
   ASSERT_TRUE(IsReport("out/r.json"));
-  ExpectRefused("out/r.json", "lies in the target");
+  ExpectRefused("out/r.json", "is an existing file in the target");
   ASSERT_EQ(Run("src/r.json").status, 0);
-  ExpectRefused("src/r.json", "lies in the source");
+  ExpectRefused("src/r.json", "is an existing file in the source");
 }
 
 TEST_F(ReportPlaceTest, ThePlaceOfACopyThatIsStillToBeMadeIsNotTaken) {
@@ -80,7 +80,7 @@ TEST_F(ReportPlaceTest, ThePlaceOfACopyThatIsStillToBeMadeIsNotTaken) {
     EXPECT_FALSE(scene.Exists("out")) << place << ": " << result.errors;
   }
   ASSERT_EQ(scene.Shell("mkdir real; ln -s real out").status, 0);
-  ExpectRefused("real/a.txt", "where the copy of src/a.txt will lie");
+  ExpectRefused("real/a.txt", "where the copy of src/a.txt will be");
 }
 
 TEST_F(ReportPlaceTest, AFolderOfTheTargetThatNobodyMakesIsNoPlace) {
@@ -125,7 +125,7 @@ TEST_F(ReportPlaceTest, TheFilesOfTheProgramFolderStay) {
   for (const char* place : {"hard", "there/Morvex.log"}) {
     ExpectRefused(place, "is a file of the program's own");
   }
-  ExpectRefused(folder + "/morvex-cli", "holds something else");
+  ExpectRefused(folder + "/morvex-cli", "is not an older report");
   EXPECT_EQ(whole_run::ReadWholeFile(folder + "/Morvex.log"), "\"a record\"\r\n");
 }
 
@@ -142,25 +142,25 @@ TEST_F(ReportPlaceTest, TheNameOfTheWorkFileIsNoPlace) {
   ASSERT_EQ(scene.Shell("mkdir out").status, 0);
   for (const char* place :
        {"tijdel.enc", "src/tijdel.enc", "src/sub/tijdel.enc", "out/tijdel.enc"}) {
-    ExpectRefused(place, "has the name of the file that a run works on");
+    ExpectRefused(place, "has the name of a run's work file");
   }
   ASSERT_EQ(scene
                 .Shell("morvex-cli run src out --list list.txt --all --quiet --report r.json && "
                        "ln -s r.json tijdel.enc")
                 .status,
             0);
-  ExpectRefused("tijdel.enc", "has the name of the file that a run works on");
+  ExpectRefused("tijdel.enc", "has the name of a run's work file");
 }
 
 TEST_F(ReportPlaceTest, WhatIsNoOrdinaryFileIsNoPlace) {
   scene.Write("real/x", "x");
   ASSERT_EQ(scene.Shell("mkfifo pipe; ln -s nowhere broken; ln -s loop loop").status, 0);
-  ExpectRefused("pipe", "is no ordinary file");
-  ExpectRefused("broken", "is no ordinary file");
+  ExpectRefused("pipe", "is not an ordinary file");
+  ExpectRefused("broken", "is not an ordinary file");
   ExpectRefused("loop", "Error 75");
-  ExpectRefused("/dev/null", "is no ordinary file");
+  ExpectRefused("/dev/null", "is not an ordinary file");
   // The test's standard output is a file, its standard input none.
-  ExpectRefused("/dev/stdout", "holds something else");
+  ExpectRefused("/dev/stdout", "is not an older report");
   ExpectRefused("real", "is a folder");
   EXPECT_FALSE(scene.Exists("nowhere"));
   EXPECT_FALSE(scene.Exists("out"));
@@ -172,13 +172,13 @@ TEST_F(ReportPlaceTest, OnlyAnOlderReportIsReplaced) {
         R"({"program":"Another","version":"1","started":"","end":"","settings":{},"totals":{},)"
         R"("rows":[],"files":[]})"}) {
     scene.Write("place.json", other);
-    ExpectRefused("place.json", "holds something else than an older report");
+    ExpectRefused("place.json", "is not an older report");
     EXPECT_EQ(scene.Read("place.json"), other);
   }
   ASSERT_EQ(
       scene.Shell("rm place.json; morvex-cli check src --list list.txt --json > place.json").status,
       0);
-  ExpectRefused("place.json", "holds something else than an older report");
+  ExpectRefused("place.json", "is not an older report");
 
   ASSERT_EQ(Run("report.json").status, 0);
   ASSERT_EQ(scene.Shell("ln -s report.json link").status, 0);
@@ -193,7 +193,7 @@ TEST_F(ReportPlaceTest, AReportWithAnythingBehindItIsNotReplaced) {
   for (const std::string& behind : {"a novel"s, "\0a novel"s, "\n\0\0\0"s, "{}"s}) {
     const std::string kept = scene.Read("report.json") + behind;
     scene.Write("place.json", kept);
-    ExpectRefused("place.json", "holds something else than an older report");
+    ExpectRefused("place.json", "is not an older report");
     EXPECT_EQ(scene.Read("place.json"), kept);
   }
 }
@@ -235,7 +235,7 @@ TEST_F(ReportPlaceTest, AFolderThatTakesNoFileIsToldOfBeforeTheRun) {
 }
 
 TEST_F(ReportPlaceTest, TheListInTheSourceIsWarnedOf) {
-  const std::string warning = "lies in the source, so it will be copied";
+  const std::string warning = "is in the source folder, so it will be copied";
   ASSERT_EQ(scene
                 .Shell("mv list.txt settings.dat src; ln -s src/list.txt list.txt; "
                        "ln -s src/settings.dat settings.dat")
@@ -265,7 +265,7 @@ TEST_F(ReportPlaceTest, AListThatALinkInTheSourceLeadsToIsWarnedOf) {
     ASSERT_EQ(scene.Shell(link).status, 0) << link;
     const ProgramResult result = Run("r.json", "--strict");
     EXPECT_EQ(result.status, 1) << link;
-    EXPECT_NE(result.errors.find(": error: the replacement list lies in the source"),
+    EXPECT_NE(result.errors.find(": error: the replacement list is in the source folder"),
               std::string::npos)
         << link << "\n"
         << result.errors;
@@ -280,7 +280,7 @@ TEST_F(ReportPlaceTest, AListBesideTheSourceOrInATargetWithinItIsNotWarnedOf) {
   for (const char* list : {"list.txt", "srcs/list.txt", "src/out/list.txt"}) {
     EXPECT_EQ(
         scene.Shell("morvex-cli run src src/out --quiet --all --strict --list " + std::string(list))
-            .errors.find("lies in the source"),
+            .errors.find("is in the source folder"),
         std::string::npos)
         << list;
   }
@@ -291,7 +291,7 @@ TEST_F(ReportPlaceTest, AListInASourceThatLiesInItsTargetIsWarnedOf) {
   const ProgramResult result =
       scene.Shell("morvex-cli run out/src out --quiet --all --strict --list out/src/list.txt");
   EXPECT_EQ(result.status, 1);
-  EXPECT_NE(result.errors.find("lies in the source"), std::string::npos) << result.errors;
+  EXPECT_NE(result.errors.find("is in the source folder"), std::string::npos) << result.errors;
 }
 
 TEST_F(ReportPlaceTest, ASingleSourceThatIsTheListOrAReportIsWarnedOf) {
@@ -320,7 +320,8 @@ TEST_F(ReportPlaceTest, AnOlderReportAnywhereInTheSourceIsWarnedOf) {
   const ProgramResult result = Run("r2.json", "--strict");
   EXPECT_EQ(result.status, 1);
   for (const char* report : {"src/r.JSON", "src/sub/deep/d.json", "src/link/e.json"}) {
-    const std::string told = std::string(report) + ": error: an older report lies in the source";
+    const std::string told =
+        std::string(report) + ": error: an older report is in the source folder";
     EXPECT_NE(result.errors.find(told), std::string::npos) << report << "\n" << result.errors;
   }
   EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 3) << result.errors;

@@ -15,8 +15,8 @@
 namespace morvex {
 namespace {
 
-// So many entries are under way at a time: enough for every thread, few enough to remember. With
-// more findings than this among those that are done, none is begun but the one that all wait for.
+// The most entries that are queued at a time: enough for every thread, few enough for the memory.
+// While the finished ones hold kMostFindings or more, only the first entry of the queue is begun.
 constexpr std::size_t kMostWaiting = 256;
 constexpr std::size_t kMostFindings = 2 * CheckedEntry::kMostKept;
 constexpr unsigned kMostThreads = 16;
@@ -31,14 +31,14 @@ void Keep(CheckedEntry& entry, const Leftover& leftover, Within within) {
   entry.findings.push_back(std::move(finding));
 }
 
-// Those of the name first, then by place, then by row.
+// By where they are, then by offset, then by row.
 bool InOrder(const Finding& a, const Finding& b) {
   if (a.within != b.within) return a.within < b.within;
   return std::pair(a.leftover.offset, a.leftover.row) <
          std::pair(b.leftover.offset, b.leftover.row);
 }
 
-// False when it was ended early.
+// Returns false when `keep_going` ended it.
 bool CheckEntry(FileService& files, LeftoverSearch& search, const KeepGoing& keep_going,
                 CheckedEntry& entry) {
   const auto keep_as = [&entry](Within within) {
@@ -67,7 +67,7 @@ bool CheckEntry(FileService& files, LeftoverSearch& search, const KeepGoing& kee
   return !keep_going || keep_going();
 }
 
-// Entries are handed out to threads in turn and given back in the order in which they came.
+// Hands entries to threads and returns them, searched, in the order in which they were added.
 class EntryQueue {
  public:
   EntryQueue(FileService& files, const Sought& sought, const KeepGoing& keep_going,
@@ -97,7 +97,7 @@ class EntryQueue {
     GiveBack(kMostWaiting);
   }
 
-  // Waits until no more than so many entries are under way.
+  // Passes finished entries on to `take_`; waits until at most `most_left` entries are queued.
   void GiveBack(std::size_t most_left) {
     std::unique_lock lock(mutex_);
     while (!entries_.empty() && (entries_.size() > most_left || entries_.front()->done)) {
@@ -114,7 +114,7 @@ class EntryQueue {
     }
   }
 
-  // Nothing more is told once it was to be ended.
+  // Asks `keep_going_`. Once it said no, no further entry is passed on.
   bool MayGoOn() {
     const std::lock_guard lock(mutex_);
     if (keep_going_ && !keep_going_()) stopped_ = true;
@@ -152,12 +152,12 @@ class EntryQueue {
   const Sought& sought_;
   const KeepGoing& keep_going_;
   const TakeEntry& take_;
-  std::mutex mutex_;  // for what follows
+  std::mutex mutex_;  // guards all members below but threads_
   std::condition_variable something_waits_;
   std::condition_variable something_is_done_;
   std::deque<std::unique_ptr<Slot>> entries_;
-  std::size_t next_ = 0;      // the first that no thread has taken
-  std::size_t findings_ = 0;  // of the entries that are done
+  std::size_t next_ = 0;      // the index of the first entry that no thread has taken
+  std::size_t findings_ = 0;  // of the finished entries in the queue
   bool closed_ = false;
   bool stopped_ = false;
   std::vector<std::thread> threads_;
@@ -183,7 +183,8 @@ class Walk {
   Walk(FileService& files, EntryQueue& queue, const std::string& root)
       : files_(files), queue_(queue), root_(WithSeparator(root)) {}
 
-  // `folder` is as it was looked up for the entry. Trees can be deeper than the process's stack.
+  // `folder` is the look-up of the entry's path. No recursion: a tree can be deeper than the stack
+  // of the process.
   void Folder(CheckedEntry tree, const Result<FolderInfo>& folder) {
     Enter(std::move(tree), folder, false);
     while (!levels_.empty() && queue_.MayGoOn()) {
@@ -211,8 +212,8 @@ class Walk {
  private:
   struct Level {
     FileIdentity identity;
-    bool by_link = false;  // some link leads there
-    std::string path;      // with a separator at its end
+    bool by_link = false;  // a folder on the way to it, or the folder itself, is a link
+    std::string path;      // ends in a separator
     std::vector<FolderEntry> listing;
     std::size_t next = 0;
   };
@@ -221,7 +222,7 @@ class Walk {
     return path.ends_with(files_.Separator()) ? path : path + files_.Separator();
   }
 
-  // What lies in the tree is come to under its own path as well.
+  // Whether a link leads to a folder of the tree, which the walk reaches under its own path.
   bool LeadsIntoTree(const std::string& link) const {
     const Result<std::string> real = files_.RealPath(link);
     return real && WithSeparator(real.value).starts_with(root_);
@@ -253,8 +254,8 @@ class Walk {
 
   FileService& files_;
   EntryQueue& queue_;
-  const std::string root_;     // with a separator at its end
-  std::vector<Level> levels_;  // the folders that lead to the present one
+  const std::string root_;     // ends in a separator
+  std::vector<Level> levels_;  // the folders from the root down to the current one
   std::set<std::pair<std::uint64_t, std::uint64_t>> entered_;  // device and number
 };
 

@@ -1,5 +1,5 @@
-// Goes through a tree and looks for leftovers in every name and every file's bytes, several files
-// at a time. What is found is told in the order of the tree.
+// Searches a tree for leftovers: every name and the bytes of every file, several files at a time.
+// Results come in the order of the tree.
 #pragma once
 
 #include <cstdint>
@@ -13,12 +13,12 @@
 
 namespace morvex {
 
-// What a finding stands in.
+// Where a finding is: in the entry's name, in the text of a link, or in the file's bytes.
 enum class Within { kName, kLink, kContents };
 
-// A leftover with its own copy of what stands around.
+// A leftover with its own copy of the bytes around it.
 struct Finding {
-  Leftover leftover;
+  Leftover leftover;  // its `around` is empty
   std::string around;
   Within within = Within::kContents;
 };
@@ -26,34 +26,34 @@ struct Finding {
 enum class CheckedKind {
   kFile,
   kFolder,
-  // Only the name of these is searched, and of a link the text that says where it leads:
-  kFolderElsewhere,  // it is gone through under another path
-  kBrokenLink,       // leads to nothing
+  // Of the following only the name is searched, and of a link also its text:
+  kFolderElsewhere,  // a folder that is searched under another path
+  kBrokenLink,       // a link that leads to nothing
   kSpecial,          // a pipe, socket or device
 };
 
-// Something with a name in the tree.
+// A file, folder or other entry of the tree.
 struct CheckedEntry {
-  // So many findings of one file are kept; what is beyond is only counted.
+  // The most findings that one entry keeps; further ones are counted in `not_kept`.
   static constexpr std::size_t kMostKept = 100'000;
 
   std::string path;
-  std::string name;  // of the file or folder itself
+  std::string name;  // the last name of the path
   CheckedKind kind = CheckedKind::kFile;
   bool is_link = false;
-  std::string link_text = {};          // where a link leads, as it was written
-  std::vector<Finding> findings = {};  // first those of the name, then those of the link's text
+  std::string link_text = {};          // the path that a link holds
+  std::vector<Finding> findings = {};  // in the name, then in the link's text, then in the bytes
   std::uint64_t not_kept = 0;
-  std::uint64_t bytes = 0;
+  std::uint64_t bytes = 0;                 // that were searched
   ErrorNumber error = ErrorNumber::kNone;  // why it could not be read to its end
 };
 
 using TakeEntry = std::function<void(const CheckedEntry&)>;
 
-// `tree` is a folder or a file. Links are followed, but every folder is gone through once: one in
-// the tree under its own path, one outside of it under the first link that leads there. Every entry
-// is told, also one that holds nothing. False when `keep_going`, which may be empty and is asked by
-// several threads at a time, ended it.
+// `tree` is a folder or a file. Links are followed, and every folder is searched once: a folder of
+// the tree under its own path, a folder outside under the first link that leads there. Calls `take`
+// for every entry, also for one without findings. Returns false when `keep_going` ended the check;
+// `keep_going` may be empty, and several threads call it at the same time.
 bool CheckTree(FileService& files, const std::string& tree, const Sought& sought,
                const KeepGoing& keep_going, const TakeEntry& take);
 

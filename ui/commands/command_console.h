@@ -1,4 +1,4 @@
-// What the commands stand on: the host's services, its streams, and whether people look at them.
+// What a command uses: the host's services, the standard streams, and which of them are terminals.
 #pragma once
 
 #include <functional>
@@ -11,7 +11,7 @@
 
 namespace morvex {
 
-// Everything must outlive the command.
+// Everything that it refers to must outlive the command.
 struct CommandConsole {
   FileService& files;
   SystemService& system;
@@ -22,12 +22,14 @@ struct CommandConsole {
   bool input_is_terminal = false;
   bool output_is_terminal = false;
   bool error_is_terminal = false;
-  std::function<int()> columns;  // of the terminal
-  // From now on, instead of ending the process. The first one breaks off a wait for an answer; one
-  // who asks nothing says so and loses nothing of what is being written.
+  std::function<int()> columns;  // width of the terminal
+  // Makes an interrupt set `stop_requested` instead of ending the process. `asks`: the command asks
+  // questions, and the first interrupt breaks off the wait for an answer. Without questions, writes
+  // under way are completed.
   std::function<void(bool asks)> note_stop_requests;
-  std::function<bool()> stop_requested;  // one has been noted
-  // Standard input and output byte by byte; nothing else may then be read or written there.
+  std::function<bool()> stop_requested;
+  // Standard input and output as files of bytes. Whoever opens them uses `input` or `output` no
+  // more.
   std::function<std::unique_ptr<InputFile>()> open_input;
   std::function<std::unique_ptr<OutputFile>()> open_output;
 };
@@ -36,6 +38,6 @@ struct CommandConsole {
 inline constexpr int kExitDone = 0;
 inline constexpr int kExitFailed = 1;
 inline constexpr int kExitUsage = 2;     // the command line is wrong
-inline constexpr int kExitFindings = 3;  // of run: files without a copy; of check: leftovers
+inline constexpr int kExitFindings = 3;  // run: files without a copy; check: leftovers
 
 }  // namespace morvex

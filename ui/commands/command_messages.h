@@ -1,4 +1,4 @@
-// Errors and warnings of the commands, on standard error: where, what, and what to do about it.
+// Errors and warnings of the commands on standard error: where, what, and what to do about it.
 #pragma once
 
 #include <ostream>
@@ -9,26 +9,26 @@ namespace morvex {
 
 enum class MessageColours { kNone, kShown };
 
-// Colours are shown on a terminal, unless NO_COLOR holds anything or TERM is "dumb".
+// Returns kShown for a terminal, unless NO_COLOR is set and not empty or TERM is "dumb".
 class SystemService;
 MessageColours ColoursFor(SystemService& system, bool is_terminal);
 
-// The text between the marks of a colour, or as it is.
+// Returns the text between the escape sequences of a colour; with kNone the text alone.
 enum class Paint { kError, kWarning, kPlace, kFinding };
 std::string Painted(std::string_view text, Paint paint, MessageColours colours);
 
 class CommandMessages {
  public:
-  // `strict`: a warning is an error.
+  // `strict`: warnings are shown and counted as errors.
   CommandMessages(std::ostream& stream, MessageColours colours, bool strict)
       : stream_(stream), colours_(colours), strict_(strict) {}
 
-  // `place` is a file and maybe a line, as in "list.txt:12", or the program's name. Neither text
-  // may hold control characters.
+  // `place` is a file, maybe with a line ("list.txt:12"), or the program's name. The caller escapes
+  // control characters in both texts.
   void Error(const std::string& place, const std::string& text);
   void Warn(const std::string& place, const std::string& text);
 
-  // What is to be known and nothing is wrong with, strictly speaking either.
+  // For information; no error with `strict` either.
   void Note(const std::string& place, const std::string& text);
 
   bool any_error() const { return any_error_; }

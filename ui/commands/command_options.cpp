@@ -25,22 +25,22 @@ constexpr const char* kRunExamples =
     "  morvex-cli run letter.txt anonymous.txt --list names.txt\n"
     "  morvex-cli run --from settings.dat --strict\n"
     "\n"
-    "Exit status: 0 all is done; 1 the run could not be done or was stopped; 2 the command line\n"
-    "is wrong; 3 it is done, but some files have no copy.";
+    "Exit status: 0 done; 1 the run could not be done or was stopped; 2 the command line is\n"
+    "wrong; 3 done, but some files were not copied.";
 
 constexpr const char* kCheckAbout =
     "Searches the bytes and the name of every file and folder in TREE for every left text of the\n"
     "list: as it stands, in other letter case, in UTF-8, Windows-1252 and UTF-16. A text with the\n"
-    "wildcard is sought by its parts. TREE may also be one file. Nothing is changed.\n";
+    "wildcard is searched for by its parts. TREE may also be one file. Nothing is changed.\n";
 constexpr const char* kCheckExamples =
     "Examples:\n"
     "  morvex-cli check handover --list names.txt --joker '*'\n"
     "  morvex-cli check handover --list names.txt --json > findings.json\n"
     "  morvex-cli check handover --list names.txt --quiet && tar -cf handover.tar handover\n"
     "\n"
-    "Exit status: 0 nothing is left; 3 something is, or not all rows of the list were looked for;\n"
-    "1 something could not be read or the check was stopped, whatever was found elsewhere; 2 the\n"
-    "command line is wrong.";
+    "Exit status: 0 nothing was found; 3 something was found, or some rows of the list could not\n"
+    "be checked; 1 something could not be read or the check was stopped, whatever was found\n"
+    "elsewhere; 2 the command line is wrong.";
 
 constexpr const char* kFilterAbout =
     "Reads standard input, replaces every text of the list, and writes standard output, in "
@@ -54,24 +54,23 @@ constexpr const char* kFilterExamples =
     "    xargs -0 -P 4 -I{} sh -c 'morvex-cli filter --list names.txt < \"$1\" > \"$1.anon\"' - "
     "{}\n"
     "\n"
-    "Exit status: 0 all is done; 1 reading, writing or the list failed; 2 the command line is\n"
-    "wrong.";
+    "Exit status: 0 done; 1 reading, writing or the list failed; 2 the command line is wrong.";
 
-// Whether an option must be given at all is seen to when everything else is right, so that one that
-// is misspelt is told of first.
+// A missing option is reported only when everything else is right (WhatIsMissing), so that a
+// misspelt option is reported first.
 CLI::Validator NotEmpty() {
   return CLI::Validator(
       [](std::string& value) { return value.empty() ? std::string("may not be empty") : ""; }, "");
 }
 
-// One of --ext, with or without its point; blanks around it are those of a list.
+// One extension of --ext, with or without its dot. Blanks around it are removed.
 CLI::Validator Extension() {
   const auto trim = [](std::string& value) -> std::string {
     value.erase(0, std::min(value.find_first_not_of(' '), value.size()));
     value.erase(value.find_last_not_of(' ') + 1);
     if (value.empty() || value == ".") return "an extension may not be empty";
     if (value.find_first_of("*?/") == std::string::npos) return "";
-    return value + " is no extension; those are written as in .txt,.csv";
+    return value + " is not an extension; write them as in .txt,.csv";
   };
   return CLI::Validator(trim, "");
 }
@@ -81,30 +80,32 @@ CLI::Option* AddFlag(CLI::App& command, const std::string& name, bool& value,
   return command.add_flag(name, value, about)->disable_flag_override();
 }
 
-// The options that all commands have.
+// The first options of every command; AddLastOptions adds the last ones.
 void AddListOptions(CLI::App& command, ListOptions& options) {
   command.add_option("--list", options.list, "The replacement list")
       ->type_name("FILE")
       ->check(NotEmpty());
-  command.add_option("--separator", options.separator, "What parts left from right; default \"|\"")
+  command
+      .add_option("--separator", options.separator,
+                  "The text between left and right; default \"|\"")
       ->type_name("TEXT");
   command.add_option("--joker", options.joker, "The wildcard character; default: none")
       ->type_name("CHARACTER");
 }
 
 void AddLastOptions(CLI::App& command, ListOptions& options, const std::string& quiet) {
-  AddFlag(command, "--strict", options.strict, "Take every warning for an error: nothing is done");
+  AddFlag(command, "--strict", options.strict, "Treat every warning as an error and do nothing");
   AddFlag(command, "--quiet", options.quiet, quiet);
 }
 
 void AddRun(CLI::App& app, RunOptions& options) {
   CLI::App* const run = app.add_subcommand("run", kRunAbout);
   run->add_option("SOURCE", options.source, "A folder or a file")->type_name("")->check(NotEmpty());
-  run->add_option("TARGET", options.target, "The folder or the file that is made")
+  run->add_option("TARGET", options.target, "The folder or the file to write")
       ->type_name("")
       ->check(NotEmpty());
   AddListOptions(*run, options);
-  run->add_option("--from", options.from, "A settings file, for all that is not given here")
+  run->add_option("--from", options.from, "A settings file for everything that is not given here")
       ->type_name("FILE")
       ->check(NotEmpty());
   CLI::Option* const extensions =
@@ -118,7 +119,7 @@ void AddRun(CLI::App& app, RunOptions& options) {
       ->excludes(extensions);
   AddFlag(*run, "--log", options.log, "Write the run log, in the program's folder");
   AddFlag(*run, "--yes", options.yes, "Make a missing target folder without asking");
-  run->add_option("--report", options.report, "Write what became of every file, as JSON")
+  run->add_option("--report", options.report, "Write a report on every file, as JSON")
       ->type_name("FILE")
       ->check(NotEmpty());
   AddLastOptions(*run, options, "No results and no progress, only errors and warnings");
@@ -131,7 +132,7 @@ void AddCheck(CLI::App& app, CheckOptions& options) {
   AddListOptions(*check, options);
   check
       ->add_option("--list-encoding", options.list_encoding,
-                   "How the list's bytes are read; auto: as UTF-8 if they are that")
+                   "The list's encoding; auto: UTF-8 if valid, else Windows-1252")
       ->type_name("ENCODING")
       ->check(CLI::IsMember({"auto", "utf-8", "windows-1252"}));
   AddFlag(*check, "--json", options.json, "Write one JSON document instead of lines");
@@ -151,7 +152,7 @@ Command CommandNamed(const std::string& name) {
   return name == "check" ? Command::kCheck : Command::kFilter;
 }
 
-// The parser's texts begin with a capital here and there, and end in a point here and there.
+// Some of the parser's texts end in a dot or a line break, which are dropped here.
 CommandLine Wrong(const std::string& command, std::string text) {
   while (text.ends_with('.') || text.ends_with('\n')) text.pop_back();
   CommandLine line;
@@ -161,15 +162,16 @@ CommandLine Wrong(const std::string& command, std::string text) {
   return line;
 }
 
-// The parser's text names the option; that of a switch begins with its name, without the hyphens.
+// The parser's text names the option as --name; for a flag it begins with the name alone.
 std::string MismatchText(const std::string& text) {
   const std::size_t option = text.find("--");
   if (option == std::string::npos) return "--" + text.substr(0, text.find(' ')) + " takes no value";
   const std::size_t end = text.find_first_of(": ", option);
-  return text.substr(option, end - option) + " takes one value, and is given once";
+  return text.substr(option, end - option) + " takes one value and may be given once";
 }
 
-// What the parser cannot know.
+// Returns the text for a missing argument that the parser does not know to be required; empty when
+// nothing is missing.
 std::string WhatIsMissing(const CommandLine& line) {
   constexpr const char* kNoList = "--list is required";
   if (line.command == Command::kFilter) return line.filter.list.empty() ? kNoList : "";
@@ -185,8 +187,7 @@ std::string WhatIsMissing(const CommandLine& line) {
   return "";
 }
 
-// How many characters have to be put in, left out, exchanged or swapped with the next to make one
-// word out of the other.
+// The edit distance of two words: insertions, deletions, substitutions and swaps of neighbours.
 std::size_t Distance(std::string_view one, std::string_view other) {
   std::vector<std::vector<std::size_t>> steps(one.size() + 1,
                                               std::vector<std::size_t>(other.size() + 1));
@@ -207,7 +208,7 @@ std::size_t Distance(std::string_view one, std::string_view other) {
   return steps[one.size()][other.size()];
 }
 
-// The word in small letters, without hyphens in front and cut where no command is as long.
+// Returns the word in lower case, without leading hyphens, cut to a length that no command has.
 std::string Plain(std::string_view word) {
   constexpr std::size_t kLongEnough = 16;
   word.remove_prefix(std::min(word.find_first_not_of('-'), word.size()));
@@ -223,7 +224,7 @@ std::string Plain(std::string_view word) {
 std::string UnknownCommandText(const std::string& argument) {
   const std::string word = Plain(argument);
   const char* nearest = nullptr;
-  std::size_t least = word.size();  // nothing of it would stay
+  std::size_t least = word.size();  // at this distance no character is kept
   for (const char* name : {kCommands[0], kCommands[1], kCommands[2], "--help", "--version"}) {
     const std::string plain = Plain(name);
     const std::size_t distance = plain.starts_with(word) ? 0 : Distance(word, plain);
@@ -252,7 +253,7 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
   AddFilter(app, line.filter);
   const std::string& name = arguments.front();
   try {
-    // The parser takes them from the end.
+    // The parser expects the arguments in reverse order.
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::CallForHelp&) {
     CLI::App& command = *app.get_subcommand(name);
@@ -275,7 +276,7 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
 std::string CommandsText() {
   return "Commands, each with a --help of its own:\n"
          "  run SOURCE TARGET --list FILE    make an anonymised copy, with settings given here\n"
-         "  check TREE --list FILE           find what is left of the list's texts\n"
+         "  check TREE --list FILE           find texts of the list that are left\n"
          "  filter --list FILE               anonymise standard input to standard output\n";
 }
 

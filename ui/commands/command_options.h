@@ -1,4 +1,4 @@
-// The command line of the commands: what was asked for, or the text that says what is wrong.
+// Reads the command line of a command: its options, or the text that says what is wrong.
 #pragma once
 
 #include <optional>
@@ -7,7 +7,7 @@
 
 namespace morvex {
 
-// Every option has the form --name, and a value behind a blank or "=".
+// On the command line an option is --name, and its value follows a blank or "=".
 struct ListOptions {
   std::string list;
   std::optional<std::string> separator;
@@ -20,7 +20,7 @@ struct RunOptions : ListOptions {
   std::string source;
   std::string target;
   std::string from;                     // a settings file
-  std::vector<std::string> extensions;  // as they were given, with or without the point
+  std::vector<std::string> extensions;  // as given, with or without the dot
   bool all = false;
   bool log = false;
   bool yes = false;
@@ -31,12 +31,12 @@ struct FilterOptions : ListOptions {};
 
 struct CheckOptions : ListOptions {
   std::string tree;
-  std::string list_encoding = "auto";  // or utf-8, windows-1252
+  std::string list_encoding = "auto";  // or "utf-8" or "windows-1252"
   bool json = false;
 };
 
 enum class Command {
-  kNone,  // there is only something to say
+  kNone,  // nothing to run: help, or an error in the command line
   kRun,
   kCheck,
   kFilter,
@@ -47,22 +47,22 @@ struct CommandLine {
   RunOptions run;
   CheckOptions check;
   FilterOptions filter;
-  // Of kNone: the text to say, for standard error when the status is not 0.
+  // With kNone: the text to print, on standard error unless the status is 0.
   std::string text;
   int exit_status = 0;
 };
 
-// Whether the program's first argument names a command, so that the rest is for ParseCommandLine.
+// Whether the program's first argument names a command; ParseCommandLine reads the rest then.
 bool IsCommand(const std::string& argument);
 
-// What to say of a first argument that is meant for a command and names none; names the nearest
-// one.
+// Returns the error text for a first argument that looks like a command and is none. It suggests
+// the most similar command.
 std::string UnknownCommandText(const std::string& argument);
 
-// The program's arguments, the command first.
+// Reads the program's arguments, the command first.
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments);
 
-// The commands, for the program's own help text.
+// Returns the list of commands for the program's own help text.
 std::string CommandsText();
 
 }  // namespace morvex

@@ -1,4 +1,4 @@
-// The commands of the console program, beside its form with a settings file.
+// The commands of the console program: run, check and filter.
 #pragma once
 
 #include <string>
@@ -8,7 +8,8 @@
 
 namespace morvex {
 
-// The program's arguments, of which the first is a command (see IsCommand). Gives the exit status.
+// Runs the command that the first of the program's arguments names (see IsCommand). Returns the
+// exit status.
 int RunCommandLine(const std::vector<std::string>& arguments, const CommandConsole& console);
 
 }  // namespace morvex

@@ -11,7 +11,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 using namespace std::string_literals;
 
-// The row's text is shown up to so many bytes.
+// The most bytes of a row's left text that a line shows.
 constexpr std::size_t kMostOfARow = 80;
 
 const char* NameOf(Encoding encoding) {
@@ -51,7 +51,7 @@ std::string FormOf(const CheckSubject& subject, const Leftover& leftover) {
   return leftover.is_wildcard ? form + ", by its parts" : form;
 }
 
-// The three pieces of what stands around a finding.
+// A finding and the bytes around it, as text.
 struct Surroundings {
   std::string before;
   std::string text;
@@ -63,7 +63,7 @@ Surroundings SurroundingsOf(const Finding& finding) {
   const std::string_view around = finding.around;
   const bool is_wide =
       leftover.encoding == Encoding::kUtf16Le || leftover.encoding == Encoding::kUtf16Be;
-  // Whole characters of UTF-16 lie an even number of bytes in front of the finding.
+  // UTF-16 units are two bytes: start at an even distance from the finding.
   const std::size_t odd = is_wide ? leftover.before % 2 : 0;
   const auto size =
       static_cast<std::size_t>(std::min<std::uint64_t>(leftover.size, LeftoverSearch::kShown));

@@ -1,4 +1,4 @@
-// What a check has found, as lines for people or as one JSON document.
+// Writes the findings of a check, as lines for people or as one JSON document.
 #pragma once
 
 #include <memory>
@@ -13,7 +13,7 @@
 
 namespace morvex {
 
-// What the findings are about.
+// What was checked, and against what.
 struct CheckSubject {
   std::string version;  // of the program
   std::string tree;
@@ -21,10 +21,10 @@ struct CheckSubject {
   const SubstitutionTables& tables;
   const ListReview& review;
   Encoding list_encoding = Encoding::kUtf8;
-  bool all_rows = true;  // every row of the list was looked for
+  bool all_rows = true;  // false: some rows of the list could not be checked
 };
 
-// Of files, of folders or of names alone.
+// A count of files, of folders, or of entries of which the name alone was searched.
 struct CheckCount {
   std::uint64_t all = 0;
   std::uint64_t with_findings = 0;
@@ -40,7 +40,7 @@ struct CheckTotals {
   bool interrupted = false;
 };
 
-// In the order of calls: any number of entries, then the end.
+// Call Entry for each entry of the tree, then End once.
 class FindingsOutput {
  public:
   virtual ~FindingsOutput() = default;
@@ -48,10 +48,10 @@ class FindingsOutput {
   virtual void End(const CheckTotals& totals) = 0;
 };
 
-// What an entry is of which the name alone is looked at; null for a file or folder.
+// Returns what an entry is of which the name alone was searched; null for a file or folder.
 const char* NameAloneText(CheckedKind kind);
 
-// A finding a line.
+// One line per finding.
 std::unique_ptr<FindingsOutput> FindingsAsLines(const CheckSubject& subject, std::ostream& output,
                                                 MessageColours colours);
 std::unique_ptr<FindingsOutput> FindingsAsJson(const CheckSubject& subject, std::ostream& output);

@@ -9,7 +9,7 @@ std::string RealPlace(const Program& program, const std::string& path) {
   if (real) return real.value;
   const std::string name = NameIn(program, path);
   std::string folder = FolderOf(program, path);
-  if (folder == path || path.empty()) return path;  // a root that is not there
+  if (folder == path || path.empty()) return path;  // a root that does not exist
   folder = RealPlace(program, folder);
   if (name.empty() || name == ".") return folder;
   if (name == "..") return FolderOf(program, folder);

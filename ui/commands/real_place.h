@@ -1,4 +1,4 @@
-// Where a path leads and what it lies in, whatever links and other spellings stand in it.
+// Compares paths by where they lead, whatever links, "." and ".." they hold.
 #pragma once
 
 #include <optional>
@@ -8,15 +8,16 @@
 
 namespace morvex {
 
-// The path without links, "." and "..". Names at its end that lead nowhere yet stay as they are.
+// Returns the path without links, "." and "..". Names at its end that do not exist stay as they
+// are.
 std::string RealPlace(const Program& program, const std::string& path);
 
-// The names that lead from the folder, which may still have to be made, down to the place: empty
-// for the folder itself, nothing for a place that does not lie in it. An empty path names nothing.
+// Returns the path of `place` relative to `folder`, which need not exist: empty for the folder
+// itself, nothing for a place outside of it or when either path is empty.
 std::optional<std::string> WayFrom(const Program& program, const std::string& folder,
                                    const std::string& place);
 
-// They lead, or will lead, to the same file.
+// Whether both paths lead to the same file, or will when it exists. An empty path leads nowhere.
 bool IsSamePlace(const Program& program, const std::string& one, const std::string& other);
 
 }  // namespace morvex

@@ -15,7 +15,7 @@ namespace morvex {
 namespace {
 
 constexpr const char* kAnother = ": name another file for the report. Nothing was run.";
-// The name of a report that finds its place taken, with a number in its middle.
+// The name of a report whose path is taken: these two with a number between them.
 constexpr const char* kBesideBegin = "morvex-report-";
 constexpr const char* kBesideEnd = ".json";
 constexpr int kNamingAttempts = 1000;
@@ -41,7 +41,7 @@ bool ReportPlace::Refuse(const std::string& why) {
   return false;
 }
 
-// Looks at the names of what the run reads and writes, whether or not there is such a file yet.
+// Refuses the paths that the run reads or writes, whether or not the files exist yet.
 bool ReportPlace::SparesOwnPlaces() {
   const std::string source = program_.frmMorvex.Text1(kSourceBox).text;
   const std::string target = program_.frmMorvex.Text1(kTargetBox).text;
@@ -60,12 +60,13 @@ bool ReportPlace::SparesOwnPlaces() {
   }
   for (const std::string& path : {path_, RealPlace(program_, path_)}) {
     if (!IsWorkFileName(program_, NameIn(program_, path))) continue;
-    return Refuse(std::string("has the name of the file that a run works on") + kAnother);
+    return Refuse(std::string("has the name of a run's work file") + kAnother);
   }
   return true;
 }
 
-// A file is there. Beside a single file an older report may lie: the same command is given twice.
+// A file exists at the path. For a single-file run an older report may also be in the folder of the
+// source or target, so that the same command works twice.
 bool ReportPlace::MayReplace() {
   using Tree = std::pair<std::string, const char*>;
   const std::array<Tree, 2> trees = {Tree{program_.frmMorvex.Text1(kSourceBox).text, "the source"},
@@ -73,14 +74,14 @@ bool ReportPlace::MayReplace() {
   const bool is_single_file = FileExists(program_, trees.front().first);
   for (const auto& [place, what] : trees) {
     if (is_single_file || !WayFrom(program_, place, path_)) continue;
-    return Refuse("is a file that lies in " + (what + std::string(kAnother)));
+    return Refuse("is an existing file in " + (what + std::string(kAnother)));
   }
   replaces_ = HoldsRunReport(program_.host.files, path_);
   if (replaces_) return true;
-  return Refuse(std::string("holds something else than an older report") + kAnother);
+  return Refuse(std::string("is not an older report") + kAnother);
 }
 
-// Nothing is there that is a file or a folder.
+// There is no file or folder at the path. Tries whether the report can be written there.
 bool ReportPlace::HasRoom() {
   FileService& files = program_.host.files;
   const std::string source = program_.frmMorvex.Text1(kSourceBox).text;
@@ -96,9 +97,9 @@ bool ReportPlace::HasRoom() {
   if (in_target) {
     const std::string origin = JoinPath(program_, source, *in_target);
     if (files.LookUpFile(origin) || files.LookUpFolder(origin)) {
-      return Refuse("is where the copy of " + ShownPath(origin) + " will lie" + kAnother);
+      return Refuse("is where the copy of " + ShownPath(origin) + " will be" + kAnother);
     }
-    // The run makes the folders of the source.
+    // The run will make this folder, as the source has it.
     if (files.LookUpFolder(FolderOf(program_, origin))) folder_error = ErrorNumber::kNone;
   }
   if (folder_error != ErrorNumber::kNone) {
@@ -106,20 +107,20 @@ bool ReportPlace::HasRoom() {
   }
   const ErrorNumber probed = folder_exists ? Probe(path_) : ErrorNumber::kNone;
   if (probed == ErrorNumber::kFileAlreadyExists) {
-    return Refuse(std::string("is no ordinary file") + kAnother);
+    return Refuse(std::string("is not an ordinary file") + kAnother);
   }
   if (probed != ErrorNumber::kNone) return Refuse(ErrorLine(probed) + ". Nothing was run.");
   if (in_source || in_target) {
     messages_.Warn(ShownPath(path_),
-                   "the report will lie among the files of the source or the target and holds the "
-                   "list's texts: name a place outside of both, or take it out before you hand the "
-                   "copies over.");
+                   "the report will be in the source or the target folder and holds the list's "
+                   "texts: name a path outside of both, or remove it before you hand the copies "
+                   "over.");
   }
   return true;
 }
 
-// Whether a file of this name can be made: a link that leads nowhere, a pipe or a device has the
-// name too, and no look at files and folders tells of them.
+// Creates a file and deletes it again. That also finds a broken link, a pipe or a device of this
+// name, which looking up files and folders does not.
 ErrorNumber ReportPlace::Probe(const std::string& path) {
   FileService& files = program_.host.files;
   const Result<std::unique_ptr<WorkFile>> made = files.CreateWorkFile(path, 0);
@@ -133,7 +134,7 @@ bool ReportPlace::Put(const std::string& report) {
   return error == ErrorNumber::kNone || Refuse(ErrorLine(error));
 }
 
-// The report is whole under another name before it takes its own, in one step.
+// Writes the report under another name and then moves it in one step, so that it appears whole.
 bool ReportPlace::PutBeside(const std::string& report) {
   FileService& files = program_.host.files;
   std::string beside;
@@ -148,12 +149,12 @@ bool ReportPlace::PutBeside(const std::string& report) {
   if (error == ErrorNumber::kNone) error = files.ReplaceFile(beside, report);
   if (error != ErrorNumber::kNone) return Refuse(ErrorLine(error));
   error = files.MoveToFreeName(beside, path_);
-  // Some file systems have no such step.
+  // Some file systems cannot move to a free name in one step.
   if (error != ErrorNumber::kNone && Probe(path_) == ErrorNumber::kNone) {
     error = files.MoveFile(beside, path_, {});
   }
   if (error == ErrorNumber::kNone) return true;
-  return Refuse("something else has come to lie here during the run, and stays. The report is in " +
+  return Refuse("another file appeared here during the run and was kept. The report is in " +
                 ShownPath(beside) + ".");
 }
 

@@ -1,6 +1,6 @@
-// Where a run's report may lie: where nothing is, or in the place of an older report, but never of
-// anything that the run reads or makes; and better in neither of its folders, for what lies there
-// is handed over.
+// Where a run's report is written. It takes a free path or replaces an older report, and never
+// replaces anything that the run reads or writes. In the source or target folder it draws a
+// warning, because these are handed over.
 #pragma once
 
 #include <string>
@@ -17,14 +17,13 @@ class ReportPlace {
               CommandMessages& messages)
       : program_(program), path_(path), settings_file_(settings_file), messages_(messages) {}
 
-  // To be called before the run, when source, target and list stand in the program. False, after a
-  // message, when no report may lie there. A report in the source's or the target's folder is
-  // warned of.
+  // Call it before the run, when the program holds source, target and list. Returns false, after an
+  // error message, when no report may be written there.
   bool MayHold();
 
-  // After the run: puts the report there, whole or not at all. What came there in the meantime
-  // stays, and the report then lies beside it. False, after a message, when it does not lie in its
-  // place.
+  // Call it after the run. Writes the report, whole or not at all. A file that appeared at the path
+  // during the run is kept, and the report is written beside it. Returns false, after an error
+  // message, when the report is not at its path.
   bool Put(const std::string& report);
 
  private:
@@ -39,7 +38,7 @@ class ReportPlace {
   const std::string& path_;
   const std::string& settings_file_;
   CommandMessages& messages_;
-  bool replaces_ = false;  // an older report
+  bool replaces_ = false;  // an older report is there
 };
 
 }  // namespace morvex

@@ -16,8 +16,8 @@
 namespace morvex {
 namespace {
 
-// Goes through the source's files, those that links lead to as well: each folder once, and not the
-// target, which is no part of the source.
+// Calls `take` with the path of every file in the source, links followed. Each folder is visited
+// once; a target inside the source is left out.
 template <typename TakeFile>
 void ForEachFile(const Program& program, const std::string& source, const std::string& target,
                  const TakeFile& take) {
@@ -28,7 +28,7 @@ void ForEachFile(const Program& program, const std::string& source, const std::s
   };
   const Result<FolderInfo> left_out = files.LookUpFolder(target);
   if (left_out && WayFrom(program, source, target)) enter(left_out.value.identity);
-  std::deque<std::string> waiting = {source};  // links behind the folders' own paths
+  std::deque<std::string> waiting = {source};  // taken from the back; links go to the front
   while (!waiting.empty()) {
     const std::string folder = std::move(waiting.back());
     waiting.pop_back();
@@ -49,7 +49,7 @@ void ForEachFile(const Program& program, const std::string& source, const std::s
   }
 }
 
-// A name that a report may have.
+// Whether the name ends as a report's does.
 bool IsReportName(const std::string& path) { return UpperCase(path).ends_with(".JSON"); }
 
 }  // namespace
@@ -61,10 +61,10 @@ void WarnOfOwnFilesInSource(const Program& program, const std::string& settings_
   FileService& files = program.host.files;
   const bool is_single_file = FileExists(program, source);
   const auto warn = [&](const std::string& path, const char* what) {
-    messages.Warn(
-        ShownPath(path),
-        std::string(what) + (is_single_file ? " is the source" : " lies in the source") +
-            ", so it will be copied with what it says of the names: move it out of there.");
+    messages.Warn(ShownPath(path),
+                  std::string(what) +
+                      (is_single_file ? " is the source" : " is in the source folder") +
+                      ", so it will be copied, with the names that it holds: move it elsewhere.");
   };
   const std::array<std::pair<std::string, const char*>, 2> own = {
       {{program.settings.SubstitutieFile, "the replacement list"},

@@ -1,4 +1,4 @@
-// What lies in the source of a run and was never meant to be handed over.
+// Warns of files in a run's source that were hardly meant to be handed over.
 #pragma once
 
 #include <string>
@@ -8,9 +8,9 @@
 
 namespace morvex {
 
-// Warns of the list, of `settings_file` (may be empty) and of older reports that the run would
-// copy, as the program's source and list stand, wherever they lie in it and whatever links lead
-// there. Reports are looked for in files that end in ".json".
+// Warns when the source holds the list, `settings_file` (may be empty) or an older report, in any
+// folder and through any link: the run would copy them. The program holds source, target and list.
+// Only files whose names end in ".json" are tried as reports.
 void WarnOfOwnFilesInSource(const Program& program, const std::string& settings_file,
                             CommandMessages& messages);
 

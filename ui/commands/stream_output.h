@@ -1,5 +1,5 @@
-// Bytes that are written at positions, into a stream that cannot go back. What a right text with
-// the wildcard may still write over is held back.
+// An output file on a stream that cannot seek. Writes may go back a little: the last bytes, which a
+// right text with the wildcard may overwrite, are held back.
 #pragma once
 
 #include <cstddef>
@@ -14,8 +14,8 @@ namespace morvex {
 
 class StreamOutput : public ByteSink {
  public:
-  // `stream` must outlive the output. The last `held` bytes are held back: so far the writing may
-  // go back, and no further (kInvalidCall). Places that are left out are NUL.
+  // `stream` must outlive the output. A write may begin up to `held` bytes in front of the end of
+  // what is written; further back it fails with kInvalidCall. Bytes that are skipped become NUL.
   StreamOutput(OutputFile& stream, std::size_t held) : stream_(stream), most_held_(held) {}
 
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override;

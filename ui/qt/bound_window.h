@@ -1,5 +1,5 @@
-// A window on the screen that shows one of the program's windows. It reports events to the core's
-// handlers and otherwise only shows state: Show() brings every widget in line with it.
+// A window on the screen that shows one of the core's forms. It passes the user's events on to the
+// core's handlers, and Show() sets every widget to the form's state.
 #pragma once
 
 #include <QWidget>
@@ -11,14 +11,14 @@ namespace morvex {
 
 class BoundWindow : public QWidget {
  public:
-  // `state` must outlive the widget.
-  // Roles come before the widgets: what a widget is to a screen reader is settled at first mention.
+  // `state` must outlive the widget. The roles for screen readers are installed before any widget
+  // is made, because the toolkit settles a widget's role once.
   explicit BoundWindow(Form& state) : state_(state) { TellSpokenRoles(); }
 
-  // Shows the state as it is now. No handler of the core is called for what that changes.
+  // Shows the current state. Changes that this makes to widgets call no handler of the core.
   virtual void Show() = 0;
 
-  // Whether it is to be on the screen.
+  // Whether the window should be on the screen.
   virtual bool IsWanted() const { return state_.loaded && state_.visible; }
 
   Form& state() { return state_; }

@@ -22,23 +22,23 @@ QString MissingCharacter(const QString& character) {
                                               : static_cast<char32_t>(character[0].unicode());
   const QString number = QString("U+%1").arg(static_cast<uint>(code), 4, 16, QChar('0')).toUpper();
   if (!QChar::isPrint(code)) {
-    return ByteLineEdit::tr("Not taken over: the files' character set has no character %1.")
+    return ByteLineEdit::tr("Not accepted: the files' character set has no character %1.")
         .arg(number);
   }
-  return ByteLineEdit::tr("Not taken over: the files' character set has no \"%1\" (%2).")
+  return ByteLineEdit::tr("Not accepted: the files' character set has no \"%1\" (%2).")
       .arg(character, number);
 }
 
 }  // namespace
 
-// Asked by the toolkit before a change counts; what it refuses leaves text, selection and undo
-// steps as they were.
-class ByteLineEdit::Judge : public QValidator {
+// The toolkit asks it before a change takes effect. A refused change leaves text, selection and
+// undo history as they were.
+class ByteLineEdit::Validator : public QValidator {
  public:
-  explicit Judge(ByteLineEdit& line) : QValidator(&line), line_(line) {}
+  explicit Validator(ByteLineEdit& line) : QValidator(&line), line_(line) {}
 
   State validate(QString& text, int& caret) const override {
-    return line_.IsTakenOver(text, caret) ? Acceptable : Invalid;
+    return line_.Accepts(text, caret) ? Acceptable : Invalid;
   }
 
  private:
@@ -46,10 +46,10 @@ class ByteLineEdit::Judge : public QValidator {
 };
 
 ByteLineEdit::ByteLineEdit(const CodePage& page, QWidget* parent) : QLineEdit(parent), page_(page) {
-  put_off_.setSingleShot(true);
-  connect(&put_off_, &QTimer::timeout, this, &ByteLineEdit::DoWhatIsPutOff);
+  deferred_.setSingleShot(true);
+  connect(&deferred_, &QTimer::timeout, this, &ByteLineEdit::ApplyDeferred);
   setMaxLength(std::numeric_limits<int>::max());
-  setValidator(new Judge(*this));
+  setValidator(new Validator(*this));
   connect(this, &QLineEdit::textEdited, this, &ByteLineEdit::TakeEdit);
   connect(this, &QLineEdit::inputRejected, this, [this] {
     if (!refusal_.isEmpty()) TellRefusal(std::exchange(refusal_, QString()));
@@ -59,7 +59,7 @@ ByteLineEdit::ByteLineEdit(const CodePage& page, QWidget* parent) : QLineEdit(pa
 void ByteLineEdit::ShowBytes(const std::string& bytes) {
   if (bytes == bytes_) return;
   bytes_ = bytes;
-  most_nuls_ = std::count(bytes.begin(), bytes.end(), '\0');
+  allowed_nuls_ = std::count(bytes.begin(), bytes.end(), '\0');
   const int caret = cursorPosition();
   showing_ = true;
   shown_ = page_.Shown(bytes);
@@ -91,13 +91,13 @@ bool ByteLineEdit::IsDigitWithAlt(const QKeyEvent& event) {
 
 bool ByteLineEdit::event(QEvent* event) {
   const bool handled = QLineEdit::event(event);
-  DoWhatIsPutOff();
+  ApplyDeferred();
   return handled;
 }
 
 void ByteLineEdit::keyPressEvent(QKeyEvent* event) {
-  // A letter with Alt is meant as a command, and must not become part of a name when there is none.
-  // The other Alt key, by which characters are written, comes with Ctrl or without either.
+  // Alt with a letter is a command and never enters the letter, even where no such command exists.
+  // AltGr, which does enter characters, arrives as Ctrl+Alt or as no modifier.
   const Qt::KeyboardModifiers modifiers = event->modifiers();
   const bool is_command =
       modifiers.testFlag(Qt::AltModifier) && !modifiers.testFlag(Qt::ControlModifier);
@@ -108,13 +108,13 @@ void ByteLineEdit::keyPressEvent(QKeyEvent* event) {
   QLineEdit::keyPressEvent(event);
 }
 
-bool ByteLineEdit::IsTakenOver(const QString& text, int caret) {
-  // What is undone or done again was taken over before.
+bool ByteLineEdit::Accepts(const QString& text, int caret) {
+  // Undo and redo bring back text that was accepted before.
   if (showing_ || text == shown_ || isRedoAvailable()) return true;
   const Insertion insertion = InsertionIn(text, caret);
   const auto rows = expects_rows_ ? ColumnsOf(insertion.text) : std::nullopt;
   const QString line = rows ? insertion.text : WithoutLastLineEnd(insertion.text);
-  const bool refuses_nul = rows || text.count(QChar(u'\0')) > most_nuls_;
+  const bool refuses_nul = rows || text.count(QChar(u'\0')) > allowed_nuls_;
   refusal_ = Refusal(line.isEmpty() ? insertion.text : line, refuses_nul, rows.has_value());
   if (!refusal_.isEmpty()) return false;
   if (rows) {
@@ -127,13 +127,13 @@ bool ByteLineEdit::IsTakenOver(const QString& text, int caret) {
   } else {
     return true;
   }
-  // Once the toolkit has taken the change back: at the end of this event, or soon after a command
-  // that did not come as one.
-  put_off_.start(0);
+  // Applied once the toolkit has reverted the change: at the end of this event, or by the timer
+  // when the change came without an event.
+  deferred_.start(0);
   return false;
 }
 
-// The caret stands behind what was inserted, so the rest is as it was.
+// The caret is behind the inserted text, so everything from there on is unchanged.
 ByteLineEdit::Insertion ByteLineEdit::InsertionIn(const QString& text, int caret) const {
   const qsizetype rest = text.size() - caret;
   const qsizetype limit = std::clamp<qsizetype>(shown_.size() - rest, 0, caret);
@@ -144,7 +144,8 @@ ByteLineEdit::Insertion ByteLineEdit::InsertionIn(const QString& text, int caret
           text.mid(at, caret - at)};
 }
 
-// Why the text is refused, naming its first character that is not allowed; empty when it is taken.
+// Returns why the text is refused, with its first character that is not allowed; empty when it is
+// accepted.
 QString ByteLineEdit::Refusal(const QString& inserted, bool refuses_nul, bool is_rows) const {
   const bool has_bytes = page_.Bytes(inserted).has_value();
   for (qsizetype at = 0, size = 1; at < inserted.size(); at += size) {
@@ -153,11 +154,11 @@ QString ByteLineEdit::Refusal(const QString& inserted, bool refuses_nul, bool is
         unit.isHighSurrogate() && at + 1 < inserted.size() && inserted[at + 1].isLowSurrogate();
     size = is_pair ? 2 : 1;
     if (unit.isNull() && refuses_nul) {
-      return tr("Not taken over: a text has no place for the character NUL.");
+      return tr("Not accepted: a text cannot hold the character NUL.");
     }
     if (IsLineBreak(unit) && !is_rows) {
       const bool is_both = inserted.mid(at, 2) == "\r\n";
-      return tr("Not taken over: a line break (%1) has no place in one line.")
+      return tr("Not accepted: this is one line and cannot hold a line break (%1).")
                  .arg(is_both        ? "CR LF"
                       : unit == '\n' ? "LF"
                                      : "CR") +
@@ -165,7 +166,8 @@ QString ByteLineEdit::Refusal(const QString& inserted, bool refuses_nul, bool is
                             : QString());
     }
     if (unit == '\t' && expects_rows_ && !is_rows && inserted.size() > 1) {
-      return tr("Not taken over: a tab stands between the two texts of a row, once in each line.");
+      return tr(
+          "Not accepted: a tab separates the two texts of a row, so each line must have one.");
     }
     if (has_bytes) continue;
     const QString character = inserted.mid(at, size);
@@ -174,7 +176,7 @@ QString ByteLineEdit::Refusal(const QString& inserted, bool refuses_nul, bool is
   return {};
 }
 
-void ByteLineEdit::DoWhatIsPutOff() {
+void ByteLineEdit::ApplyDeferred() {
   if (rows_) emit RowsPasted(*std::exchange(rows_, std::nullopt));
   if (!without_line_end_) return;
   const Insertion insertion = *std::exchange(without_line_end_, std::nullopt);
@@ -196,7 +198,7 @@ void ByteLineEdit::TellRefusal(const QString& why) {
   if (isVisible()) QToolTip::showText(mapToGlobal(cursorRect().bottomLeft()), why, this);
 }
 
-// A file that is dropped would leave its address as a text.
+// A dropped file would enter its URL as text.
 void ByteLineEdit::dragEnterEvent(QDragEnterEvent* event) {
   if (event->mimeData()->hasUrls()) return event->ignore();
   QLineEdit::dragEnterEvent(event);

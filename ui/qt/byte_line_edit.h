@@ -1,7 +1,6 @@
-// A line of text that the core keeps as bytes. What the code page cannot write is refused as it is
-// typed, pasted or dropped, and so are line breaks and files; the tool tip names the first
-// character that was refused, until the next change. The end of a line that was copied whole is
-// left out.
+// A line edit whose text the core keeps as bytes. It refuses characters that the code page lacks,
+// line breaks and files, whether typed, pasted or dropped; until the next change its tool tip names
+// the first refused character. One line break at the end of a pasted line is removed.
 #pragma once
 
 #include <QLineEdit>
@@ -16,7 +15,7 @@
 
 namespace morvex {
 
-// Of what was pasted: the two texts of each line, as bytes.
+// Pasted rows: the two texts of each line, as bytes.
 using PastedRows = std::vector<std::pair<std::string, std::string>>;
 
 class ByteLineEdit : public QLineEdit {
@@ -26,23 +25,24 @@ class ByteLineEdit : public QLineEdit {
   // `page` must outlive the widget.
   explicit ByteLineEdit(const CodePage& page, QWidget* parent = nullptr);
 
-  // Shows other bytes; BytesEdited does not tell of it. The caret stays as far from the start as it
-  // was, and nothing that was typed before can be undone.
+  // Shows other bytes, without a signal BytesEdited. The caret keeps its distance from the start,
+  // and the undo history is cleared.
   void ShowBytes(const std::string& bytes);
-  // The tool tip that is shown while nothing is refused; read as it is, never as markup.
+  // The tool tip while nothing is refused; plain text, never markup.
   void ShowToolTip(const QString& text);
   const std::string& bytes() const { return bytes_; }
-  // Position behind the selection, or of the caret; in bytes.
+  // Returns the end of the selection, or the caret's offset, in bytes.
   std::size_t SelectionEnd() const;
   void MoveCaretTo(std::size_t bytes);
-  // From now on lines of two texts with a tab between them are rows of a table, of which RowsPasted
-  // tells, and no text of this line; other tabs are refused, but for one that comes alone.
+  // From now on, pasted lines of two texts with a tab between them are table rows: they are passed
+  // on by RowsPasted and change no text here. Other tabs are refused, except a single tab alone.
   void ExpectRows() { expects_rows_ = true; }
-  // Has the tool tip say, until the next change, why something was not taken over.
+  // Shows in the tool tip, until the next change, why something was refused.
   void TellRefusal(const QString& why);
 
-  // Whether the key is Alt with a digit beside the others, which writes a character by its number
-  // on Windows. Without NumLock it comes as an arrow or the like, and is no command all the same.
+  // Whether the key is Alt with a key of the numeric keypad, which on Windows enters a character by
+  // its number. Without NumLock it arrives as an arrow or the like, which must not count as a
+  // command.
   static bool IsDigitWithAlt(const QKeyEvent& event);
 
  signals:
@@ -58,30 +58,30 @@ class ByteLineEdit : public QLineEdit {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  class Judge;
+  class Validator;
   struct Insertion {
     int at = 0;
-    int replaced = 0;  // characters behind `at` that it takes the place of
+    int replaced = 0;  // how many UTF-16 units from `at` on it replaces
     QString text;
   };
 
-  bool IsTakenOver(const QString& text, int caret);
+  bool Accepts(const QString& text, int caret);
   Insertion InsertionIn(const QString& text, int caret) const;
   QString Refusal(const QString& inserted, bool refuses_nul, bool is_rows) const;
   void TakeEdit(const QString& text);
-  void DoWhatIsPutOff();
+  void ApplyDeferred();
 
   const CodePage& page_;
   std::string bytes_;
-  QString shown_;  // the text as it was last taken over
+  QString shown_;  // the last accepted text
   QString tool_tip_;
-  QString refusal_;  // why the change that is being judged is not taken over
-  // What comes in place of a change that was not taken over as it was.
+  QString refusal_;  // why the change under validation is refused; empty when it is accepted
+  // Replaces a change that was not accepted as it was: the text without its line break, or rows.
   std::optional<Insertion> without_line_end_;
   std::optional<PastedRows> rows_;
-  QTimer put_off_;
+  QTimer deferred_;
   bool expects_rows_ = false;
-  qsizetype most_nuls_ = 0;  // as many as the core put there itself
+  qsizetype allowed_nuls_ = 0;  // those in the text that the core set
   bool showing_ = false;
 };
 

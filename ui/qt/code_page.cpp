@@ -11,7 +11,7 @@
 namespace morvex {
 namespace {
 
-// A lone surrogate stands for the byte in its lower half.
+// A byte without a character is shown as the lone surrogate kEscapes + byte.
 constexpr char16_t kEscapes = 0xDC00;
 constexpr char16_t kFirstEscape = kEscapes + 0x80;
 constexpr char16_t kLastEscape = kEscapes + 0xFF;
@@ -26,8 +26,8 @@ PageCharacters Windows1252() {
   return characters;
 }
 
-// Sets the C library's characters to those of the user's locale; as before when it goes. A toolkit
-// may have replaced them by others.
+// Switches the C library to the characters of the user's locale until it is destroyed; the toolkit
+// may have set others.
 class UserCharacters {
  public:
   UserCharacters() {
@@ -46,7 +46,7 @@ class UserCharacters {
   bool is_known_ = false;
 };
 
-// The character of a byte in the C library's present locale, where it has one of its own.
+// Returns the character of a single byte in the C library's current locale, if it has one.
 std::optional<char16_t> LocaleCharacter(std::uint8_t byte) {
   const char text = static_cast<char>(byte);
   std::mbstate_t state{};
@@ -57,8 +57,8 @@ std::optional<char16_t> LocaleCharacter(std::uint8_t byte) {
   return static_cast<char16_t>(code);
 }
 
-// Of the user's locale. Nothing when that is unknown, has no characters beyond ASCII or shows two
-// bytes alike.
+// Returns the code page of the user's locale. Returns nothing when the locale is unknown, takes
+// several bytes per character, has no characters beyond ASCII, or shows two bytes alike.
 std::optional<PageCharacters> LocalePage() {
   const UserCharacters user;
   if (!user.is_known() || MB_CUR_MAX != 1) return std::nullopt;

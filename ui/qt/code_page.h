@@ -1,5 +1,5 @@
-// Between the core's bytes and the text that a person sees and types. Every byte has a shown form
-// and comes back from it as it was, so text that is only passed through is never changed.
+// Converts between the core's bytes and the toolkit's text. Every byte has a shown form that
+// converts back to the same byte, so text that is only passed through is never changed.
 #pragma once
 
 #include <QString>
@@ -16,30 +16,31 @@ namespace morvex {
 
 class CodePage {
  public:
-  // kUtf8: bytes that are no UTF-8 are shown as the lone surrogates U+DC80 to U+DCFF.
-  // kSingleByte: the code page of the user's locale if its characters take one byte each, and bytes
-  // without a character are shown as the lone surrogates U+DC00 to U+DCFF; else Windows-1252, where
-  // they are shown as the control characters of their numbers. Not while another thread asks the C
-  // library for its locale.
+  // kUtf8: UTF-8; a byte that is part of no character is shown as a lone surrogate, U+DC80 to
+  // U+DCFF. kSingleByte: the code page of the user's locale if its characters take one byte each,
+  // where a byte without a character is shown as a lone surrogate, U+DC00 to U+DCFF; else
+  // Windows-1252 (see Encoding::kWindows1252). It switches the C library's locale for a moment, so
+  // no other thread may use that meanwhile.
   explicit CodePage(TextCodec codec);
-  // For names of files. Where the locale has no characters of its own beyond ASCII they are UTF-8,
-  // as the toolkit takes them to be, and everyone else who writes names.
+  // For file names. Where the locale has no characters beyond ASCII, names are UTF-8, as the
+  // toolkit and other programs assume.
   static CodePage OfFileNames(TextCodec codec);
-  // The page that the system has, bytes without a character shown as U+DC00 to U+DCFF.
+  // The code page of the system; a byte without a character is shown as U+DC00 to U+DCFF.
   explicit CodePage(const PageCharacters& characters);
 
-  // Those of the machine that the program runs on.
+  // The pages for texts and for file names on this machine.
   static CodePage OfTexts(SystemService& system);
   static CodePage OfFileNames(SystemService& system);
 
-  // Whether it is one that the system has.
+  // Whether it was made from the system's own code page.
   bool is_of_system() const { return is_of_system_; }
 
   QString Shown(std::string_view bytes) const;
-  // Nothing when a character has no bytes.
+  // Returns nothing when a character has no bytes in this code page.
   std::optional<std::string> Bytes(const QString& shown) const;
-  // How many bytes the first `characters` UTF-16 units of a text take, and back: a position within
-  // a character counts as the one in front of it. A character without bytes takes none.
+  // Returns how many bytes the first `characters` UTF-16 units of a text take, and the reverse. A
+  // position inside a character is rounded down to its beginning. A character without bytes takes
+  // 0.
   std::size_t BytesInFront(const QString& shown, qsizetype characters) const;
   qsizetype CharactersInFront(const QString& shown, std::size_t bytes) const;
 
@@ -51,7 +52,8 @@ class CodePage {
 
   bool is_utf8_ = false;
   bool is_of_system_ = false;
-  // Of a single-byte code page: the character of each byte, and the byte of each character plus 1.
+  // Of a single-byte code page: the character of each byte; the byte of each UTF-16 unit plus 1, or
+  // 0.
   PageCharacters characters_{};
   std::vector<std::uint16_t> bytes_;
 };

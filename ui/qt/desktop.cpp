@@ -11,12 +11,12 @@
 namespace morvex {
 namespace {
 
-// Milliseconds: thirty times a second reads as steady, and each time costs the run a little.
+// Milliseconds. Thirty times a second looks steady; each repaint costs a run a little time.
 constexpr int kRefreshInterval = 33;
 
 void ShowOrHide(BoundWindow& window) {
   const bool is_wanted = window.IsWanted();
-  // One that comes back does so where it was, and not where a window manager puts new ones.
+  // A window that is shown again keeps its position; a window manager would choose a new one.
   QWindow* const before = window.windowHandle();
   const bool has_place = before != nullptr && !window.isMaximized();
   if (is_wanted && window.isHidden() && has_place) before->setPosition(before->position());
@@ -49,7 +49,7 @@ Desktop::~Desktop() {
 }
 
 void Desktop::NoteChange() {
-  // A run may begin and end before anything is shown.
+  // A whole run may take place before the first Refresh, so loading is noted here.
   was_loaded_ = was_loaded_ || program_.frmMorvex.loaded;
   if (timer_.isActive()) return;
   timer_.start(static_cast<int>(std::max<qint64>(0, kRefreshInterval - since_refresh_.elapsed())));
@@ -61,7 +61,7 @@ void Desktop::Refresh() {
     const std::uint64_t revision = windows_[i]->state().changes.revision();
     if (revision == shown_revisions_[i]) continue;
     shown_revisions_[i] = revision;
-    // Contents before their window: what appears is never empty for a moment.
+    // Contents first, so that a window is never seen empty.
     windows_[i]->Show();
     ShowOrHide(*windows_[i]);
   }

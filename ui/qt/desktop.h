@@ -1,5 +1,5 @@
-// The program on the screen: its three windows, repainted when their state has changed, and the
-// program's end when none of them is left.
+// The program on the screen: shows the three windows, repaints them when their state has changed,
+// and reports the end when none is loaded any more.
 #pragma once
 
 #include <QElapsedTimer>
@@ -21,12 +21,12 @@ class Desktop : public QObject {
   Q_OBJECT
 
  public:
-  // Shows the program's windows as they come and go. `program` must outlive the object.
+  // `program` must outlive the object.
   explicit Desktop(Program& program);
   ~Desktop() override;
 
-  // Repaints what has changed, now. Otherwise that happens soon after each change, at most thirty
-  // times a second; a change that comes alone is shown at once.
+  // Repaints what has changed, now. Otherwise a change is shown at once, and changes that follow it
+  // at most thirty times a second.
   void Refresh();
 
   MainWindowWidget& main_window() { return main_window_; }
@@ -34,7 +34,7 @@ class Desktop : public QObject {
   EditorWindowWidget& editor_window() { return editor_window_; }
 
  signals:
-  // No window is loaded any more.
+  // Emitted when no window is loaded any more.
   void Ended();
 
  protected:

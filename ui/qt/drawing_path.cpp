@@ -9,20 +9,20 @@
 namespace morvex {
 namespace {
 
-// The way from `from` to `to` along a circle; a radius too small for the distance is made to fit.
-// Angles run clockwise on the screen, `clockwise` says which way the arc goes.
+// Adds an arc of a circle from the current position to `to`. A radius that is too small is enlarged
+// to fit. `large`: the longer of the two arcs; `clockwise`: as seen on the screen.
 void AddArc(QPainterPath& path, QPointF to, qreal radius, bool large, bool clockwise) {
   const QPointF from = path.currentPosition();
   const QPointF half = (to - from) / 2;
   const qreal half_length = std::hypot(half.x(), half.y());
   if (half_length == 0) return;
   const qreal r = std::max(std::abs(radius), half_length);
-  // The centre lies beside the middle of the way: to the right of the walker for the short way
-  // clockwise and the long way back, else to the left.
+  // The centre is beside the middle of the chord: to the right of its direction for the short arc
+  // clockwise and the long arc counter-clockwise, else to the left.
   const qreal aside = std::sqrt(r * r - half_length * half_length) / half_length;
   const QPointF right(-half.y() * aside, half.x() * aside);
   const QPointF centre = (from + to) / 2 + (large == clockwise ? -right : right);
-  // The toolkit counts angles the other way round.
+  // The toolkit's angles are counter-clockwise.
   const qreal start = QLineF(centre, from).angle();
   qreal sweep = QLineF(centre, to).angle() - start;
   if (clockwise && sweep > 0) sweep -= 360;
@@ -40,10 +40,10 @@ class PathReader {
       if (text_[place_].isLetter()) {
         command = text_[place_++];
       } else if (command.toUpper() == 'Z') {
-        return std::nullopt;  // Takes no numbers.
+        return std::nullopt;  // Z takes no numbers.
       }
       if (!Step(command) || failed_) return std::nullopt;
-      // Further points after a move are lines.
+      // Further points after a move are lines, as SVG says.
       if (command == 'M') command = 'L';
       if (command == 'm') command = 'l';
     }

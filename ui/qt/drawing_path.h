@@ -1,4 +1,4 @@
-// The outline language of the program's drawings.
+// Reads the outlines of the program's drawings.
 #pragma once
 
 #include <QPainterPath>
@@ -7,9 +7,9 @@
 
 namespace morvex {
 
-// The outline that an SVG path's "d" describes. Understood are M, L, H, V, Z and A, absolute and
-// relative, an arc being part of a circle: of equal radii and not turned. Nothing comes of a text
-// that holds anything else.
+// Returns the outline that the attribute "d" of an SVG path describes. It reads M, L, H, V, Z and
+// A, absolute and relative; an arc must have equal radii and no rotation. Returns nothing for a
+// text with anything else.
 std::optional<QPainterPath> ReadPath(const QString& text);
 
 }  // namespace morvex

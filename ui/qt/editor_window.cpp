@@ -20,14 +20,14 @@
 namespace morvex {
 namespace {
 
-constexpr int kHeadingIndent = 7;   // pixels, so that heads and texts stand in one line
+constexpr int kHeadingIndent = 7;   // pixels; aligns the headings with the texts below
 constexpr int kRoomAroundText = 4;  // pixels above and below a cell's letters
 
 int ToInt(std::int64_t value) {
   return static_cast<int>(std::min<std::int64_t>(value, std::numeric_limits<int>::max()));
 }
 
-// The key as the grid's handler takes it; 0 for those that it has no use for.
+// Returns the key code for the grid's handler; 0 for keys that it does not handle.
 int GridKey(const QKeyEvent& event) {
   if (ByteLineEdit::IsDigitWithAlt(event)) return 0;
   switch (event.key()) {
@@ -43,7 +43,7 @@ int GridKey(const QKeyEvent& event) {
   }
 }
 
-// Keys that write, for which a scroll bar has no use.
+// Whether the key enters text, which a scroll bar does not use.
 bool IsTyping(const QKeyEvent& event) {
   const Qt::KeyboardModifiers modifiers = event.modifiers();
   if (modifiers.testFlag(Qt::AltModifier) && !modifiers.testFlag(Qt::ControlModifier)) return false;
@@ -105,17 +105,17 @@ EditorWindowWidget::EditorWindowWidget(Program& program, const CodePage& page)
   });
 }
 
-// The one way from the user to the core.
+// Calls a handler of the core for an event of the user; all events go through here.
 void EditorWindowWidget::Report(const std::function<void()>& handler) {
   if (showing_ || !state().loaded || !state().visible) return;
   handler();
-  // At once, so that what is typed next reaches the cell that has the focus now.
+  // Shown at once, so that the next key reaches the cell that has the focus now.
   Show();
   TellFocus();
 }
 
-// Tells the core where the focus is. That is where it was while another window is in front. Not
-// while a list is being read, which moves focus and scroll bar itself.
+// Tells the core which control has the focus; it keeps that while another window is in front. Does
+// nothing while a list is imported, because the import moves focus and scroll bar itself.
 void EditorWindowWidget::TellFocus() {
   const ReplacementsForm& grid = program_.frmReplacements;
   if (showing_ || !grid.loaded || !grid.visible || grid.importing) return;
@@ -134,8 +134,8 @@ void EditorWindowWidget::TellCaret(CellAddress cell) {
   if (band_.At(cell) != nullptr) Cell_SelectionChange(program_, cell, band_.TakeCaret(cell));
 }
 
-// The wheel moves the rows while a cell keeps the focus. To the core the scroll bar has it for that
-// moment, as when it is dragged; else a move to the end would not count as the user's.
+// The wheel scrolls while a cell keeps the focus. The core is told that the scroll bar has it for
+// that moment, as when it is dragged: otherwise scrolling to the end would not count as the user's.
 void EditorWindowWidget::ScrollByUser(int value) {
   Report([&] {
     const ReplacementsForm& grid = program_.frmReplacements;
@@ -167,12 +167,13 @@ void EditorWindowWidget::TakePastedRows(CellAddress cell, const PastedRows& past
   Report([&] { taken = PasteRows(program_, cell, rows); });
   ByteLineEdit* const at = band_.At(cell);
   if (!taken || at == nullptr) return;
-  at->TellRefusal(tr("Not taken over: row %1 holds a text already. Rows go where all are empty.")
-                      .arg(*taken + 1));
+  at->TellRefusal(
+      tr("Not accepted: row %1 holds a text already. Rows are only pasted over empty ones.")
+          .arg(*taken + 1));
 }
 
-// The scroll bar has the focus once the cell is out of view, or when the user dragged it: what is
-// typed then is meant for that cell.
+// The scroll bar has the focus when the cell is out of view or the user dragged the bar. Text typed
+// then is meant for that cell.
 bool EditorWindowWidget::TypeInRememberedCell(QKeyEvent& event) {
   bool returned = false;
   Report([&] { returned = ReturnToCell(program_); });
@@ -191,7 +192,7 @@ bool EditorWindowWidget::eventFilter(QObject* watched, QEvent* event) {
       TellFocus();
       break;
     case QEvent::FocusOut:
-      // Before the cell drops its selection, whose end is to be remembered.
+      // Now, because the cell is about to drop its selection, whose end the core needs.
       TellFocus();
       break;
     case QEvent::KeyPress:
@@ -225,7 +226,7 @@ void EditorWindowWidget::closeEvent(QCloseEvent* event) {
 void EditorWindowWidget::resizeEvent(QResizeEvent*) { Arrange(); }
 
 void EditorWindowWidget::wheelEvent(QWheelEvent* event) {
-  // Not by way of the application, which would bring back here what the bar has no use for.
+  // Passed on directly: the application would send an event that the bar ignores back here.
   if (scroll_bar_->isVisible()) static_cast<QObject*>(scroll_bar_)->event(event);
   event->accept();
 }
@@ -246,7 +247,7 @@ void EditorWindowWidget::Show() {
   ShowFocus(had_focus);
 }
 
-// The screen's own. Everything grows together where the font is too large for the boxes.
+// Returns the screen's scale, or a larger one where the font does not fit the boxes.
 TwipScale EditorWindowWidget::Scale() const {
   const double of_screen = logicalDpiY() / 1440.0;
   const double of_cells =
@@ -284,7 +285,8 @@ void EditorWindowWidget::Arrange() {
   commands_.Place(scale, 2 * wider);
 }
 
-// The caption heads the columns. A title bar drops its blanks, so its words stand here once more.
+// The caption's words are the headings of the columns. A title bar cannot show its spacing, so they
+// are repeated here.
 void EditorWindowWidget::ShowHeadings() {
   static const QRegularExpression kGap(" {2,}");
   const QString caption = page_.Shown(program_.frmReplacements.caption.get());
@@ -314,7 +316,7 @@ void EditorWindowWidget::ShowTabOrder() {
   }
 }
 
-// The focus moves only where the core wants it, or where the cell that had it is out of view.
+// Moves the focus only where the core wants it, or when the cell that had it is out of view.
 void EditorWindowWidget::ShowFocus(std::optional<CellAddress> had_focus) {
   const ReplacementsForm& grid = program_.frmReplacements;
   const std::vector<ByteLineEdit*> cells = band_.InTabOrder();
@@ -327,7 +329,7 @@ void EditorWindowWidget::ShowFocus(std::optional<CellAddress> had_focus) {
   if (target == nullptr && appears) target = first;
   if (target == nullptr || target == focusWidget()) return;
   target->setFocus();
-  // Where the core did not ask for it.
+  // The core has to learn of a focus that it did not ask for.
   tell_focus_later_.start(0);
 }
 

@@ -1,8 +1,8 @@
-// The editor of the replacement list on the screen: two columns of cells, six rows of them at most,
-// a scroll bar, and the commands on the list below.
+// The editor of the replacement list on the screen: two columns of cells with at most six visible
+// rows, a scroll bar, and the list's commands below.
 //
-// Places and sizes are the state's twips. The height follows the list; the user may widen the
-// window, which widens both columns.
+// Positions and sizes come from the form, in twips. The height follows the list; the user may widen
+// the window, which widens both columns.
 #pragma once
 
 #include <QLabel>
@@ -59,7 +59,7 @@ class EditorWindowWidget : public BoundWindow {
   QLabel* const right_heading_;
   QScrollBar* const scroll_bar_;
   std::vector<QWidget*> tab_order_;
-  bool showing_ = false;  // what the widgets tell now is not the user's doing
+  bool showing_ = false;  // Show is running: signals of widgets do not come from the user
   bool is_sized_ = false;
   GridBand band_;
   ListCommands commands_;

@@ -1,5 +1,5 @@
-// One line of text that is shortened where it does not fit. The tool tip has the whole of a
-// shortened text.
+// A label of one line that shortens a text that does not fit. The tool tip then shows the whole
+// text.
 #pragma once
 
 #include <QFrame>
@@ -14,10 +14,10 @@ class ElidedLabel : public QFrame {
   ElidedLabel(Qt::TextElideMode mode, QWidget* parent);
 
   void ShowText(const QString& text);
-  // What the tool tip says first.
+  // The first line of the tool tip.
   void ShowHint(const QString& hint);
   const QString& text() const { return text_; }
-  // The text as it is drawn at the present width.
+  // Returns the text as it is drawn at the current width.
   QString ShownText() const;
 
   QSize sizeHint() const override;

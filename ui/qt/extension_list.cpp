@@ -10,9 +10,9 @@ namespace {
 
 constexpr int kRowPadding = 3;
 
-// Selected rows are those whose files are scanned, so they stand out in every style, and without
-// the focus as well. The current row is framed even while the focus is in the entry field, whose
-// keys work on it.
+// Files with a selected extension are scanned, so selected rows are highlighted in every style,
+// with or without the focus. The current row is framed even while the entry field has the focus,
+// because keys typed there work on that row.
 class FilterRow : public QStyledItemDelegate {
  public:
   explicit FilterRow(ExtensionList& list) : QStyledItemDelegate(&list), list_(list) {}
@@ -61,12 +61,12 @@ void ExtensionList::ShowEntries(const CodePage& page, const ListBox& list) {
     if (shown->isSelected() != entry.selected) shown->setSelected(entry.selected);
   }
   if (currentRow() != list.current) setCurrentRow(list.current, QItemSelectionModel::NoUpdate);
-  if (grows && isVisible()) scrollToBottom();  // a new entry is to be seen
+  if (grows && isVisible()) scrollToBottom();  // shows the new entry
 }
 
 QItemSelectionModel::SelectionFlags ExtensionList::selectionCommand(const QModelIndex& index,
                                                                     const QEvent* event) const {
-  // The search by typed letters comes without an event.
+  // Null when the user searches by typing letters.
   if (event == nullptr) return QItemSelectionModel::NoUpdate;
   const bool is_key = event->type() == QEvent::KeyPress;
   if (is_key && static_cast<const QKeyEvent*>(event)->key() != Qt::Key_Space) {

@@ -1,5 +1,5 @@
-// The list of extensions as it is seen: entries that are selected one by one, and one with the
-// focus mark.
+// The list of extensions on the screen: entries are selected one by one, and one has the focus
+// mark.
 #pragma once
 
 #include <QListWidget>
@@ -15,18 +15,18 @@ class ExtensionList : public QListWidget {
  public:
   explicit ExtensionList(QWidget* parent);
 
-  // Its signals tell of the changes that this makes as of the user's.
+  // Emits the same signals for these changes as for the user's.
   void ShowEntries(const CodePage& page, const ListBox& list);
 
   int RowHeight() const;
-  // As high as its entries, and at least one, but no higher than `room`.
+  // Returns the height in pixels that its entries need, at least one, at most `room`.
   int HeightWithin(int room) const;
 
-  // Does nothing: only Space and the mouse change a selection, and one entry at a time.
+  // Does nothing: only Space and the mouse change the selection, one entry at a time.
   void selectAll() override {}
 
  protected:
-  // What a key or the program makes the current row is not selected or deselected by that.
+  // Making a row current, by key or by program, does not change its selection.
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                        const QEvent* event) const override;
 };

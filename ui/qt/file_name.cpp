@@ -8,8 +8,8 @@
 namespace morvex {
 namespace {
 
-// Where names are bytes the toolkit reads them by rules of its own. A name that it cannot hold is
-// shown with U+FFFD in the place of what is missing.
+// On a system whose names are bytes, the toolkit decodes them by its own rules. A name that it
+// cannot decode has U+FFFD in it.
 std::optional<std::string> NativeBytes(const QString& path) {
   const QByteArray bytes = QFile::encodeName(QDir::toNativeSeparators(path));
   const QString back = QDir::fromNativeSeparators(QFile::decodeName(bytes));

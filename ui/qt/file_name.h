@@ -1,4 +1,4 @@
-// Paths between the core's bytes and the toolkit.
+// Converts paths between the core's bytes and the toolkit's text.
 #pragma once
 
 #include <QString>
@@ -9,13 +9,13 @@
 
 namespace morvex {
 
-// `file_names` is the page of the names of files in both.
+// In both functions `file_names` is the code page of file names.
 
-// The path as the toolkit opens it.
+// Returns the path as the toolkit opens it.
 QString ToolkitPath(const CodePage& file_names, const std::string& path);
 
-// The path that the toolkit gives, with the host's separators. Nothing when the bytes of names
-// cannot spell it: no other file is named in its place.
+// Returns a path of the toolkit as bytes, with the host's separators. Returns nothing when file
+// names cannot hold one of its characters: a replacement might name another file.
 std::optional<std::string> PathBytes(const CodePage& file_names, const QString& path);
 
 }  // namespace morvex

@@ -27,7 +27,7 @@ QString NearestFolder(QString folder) {
   return folder;
 }
 
-// By itself or by a folder above it.
+// Whether the folder or one above it is hidden.
 bool IsHidden(const QString& folder) {
   QFileInfo at(folder);
   while (!at.isHidden() && !at.isRoot() && at.path() != at.filePath()) at.setFile(at.path());
@@ -45,7 +45,7 @@ FolderTreeView::FolderTreeView(const CodePage& file_names, QWidget* parent)
   connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
     if (!going_) emit Visited(PathOf(index));
   });
-  // Also the folder that the tree was opened at, which is current already.
+  // A click also marks the folder that the tree was opened at, which is current already.
   connect(this, &QTreeView::pressed, this, [this] { is_marked_ = true; });
 }
 
@@ -58,7 +58,7 @@ void FolderTreeView::OpenAt(const std::string& path) {
     model_->setRootPath(QString());
     setModel(model_);
     for (int column = 1; column < kColumns; ++column) hideColumn(column);
-    // Folders are read in the background, and their rows come and move until that is done.
+    // Folders are read in the background; until that is done, rows appear and move.
     const auto settle = [this] {
       if (!opened_at_.isEmpty()) GoTo(opened_at_);
     };
@@ -93,8 +93,8 @@ QSize FolderTreeView::sizeHint() const {
 }
 
 bool FolderTreeView::Choose(const QModelIndex& index) {
-  // A name that the toolkit cannot write, or that has two lines, is no path for the box; nor is a
-  // folder that is gone by now.
+  // The box cannot hold a name that file names cannot express or that has a line break. The folder
+  // may also have been deleted.
   const std::string path = PathOf(index);
   const bool is_one_line = path.find_first_of("\r\n") == std::string::npos;
   if (path.empty() || !is_one_line || !QFileInfo(model_->filePath(index)).isDir()) {
@@ -108,7 +108,7 @@ bool FolderTreeView::Choose(const QModelIndex& index) {
 void FolderTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTreeView::currentChanged(current, previous);
   if (going_ || !current.isValid()) return;
-  // Rows that come and go while the tree is opened move the mark too.
+  // While the tree is being opened, appearing rows change the current one, too.
   is_marked_ = is_marked_ || opened_at_.isEmpty();
   emit Visited(PathOf(current));
 }
@@ -140,7 +140,7 @@ void FolderTreeView::mousePressEvent(QMouseEvent* event) {
 
 void FolderTreeView::mouseDoubleClickEvent(QMouseEvent* event) {
   const QModelIndex index = indexAt(event->position().toPoint());
-  // Beside a name, at the sign that opens the folder, two clicks are two clicks.
+  // On the sign beside a name a double click counts as two clicks.
   const bool on_name = index.isValid() && visualRect(index).contains(event->position().toPoint());
   if (event->button() == Qt::LeftButton && on_name) {
     Choose(index);

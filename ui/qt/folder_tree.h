@@ -1,4 +1,4 @@
-// Folders to choose one from. Enter or a double click chooses; Escape gives the choice up.
+// A tree of folders to choose one from. Enter or a double click chooses; Escape cancels.
 #pragma once
 
 #include <QFileSystemModel>
@@ -17,14 +17,14 @@ class FolderTreeView : public QTreeView {
   // `file_names` must outlive it.
   FolderTreeView(const CodePage& file_names, QWidget* parent);
 
-  // Opens the tree at that folder, or at the nearest one above it that is there; at the user's own
-  // when the path is no help.
+  // Opens the tree at a folder, or at the nearest existing one above it, or else at the user's
+  // home.
   void OpenAt(const std::string& path);
-  // The folder that the tree is at; empty when it is at none, or at one that bytes cannot spell.
+  // Returns the current folder's path; empty when there is none or file names cannot hold it.
   std::string Current() const;
-  // Whether the user went to that folder since the tree was opened.
+  // Whether the user has moved to the current folder since the tree was opened.
   bool IsMarked() const { return is_marked_; }
-  // Chooses it as Enter does; false when it is none that can be chosen.
+  // Chooses the current folder as Enter does. Returns false when it cannot be chosen.
   bool ChooseCurrent() { return Choose(currentIndex()); }
 
   QSize sizeHint() const override;
@@ -32,7 +32,7 @@ class FolderTreeView : public QTreeView {
  signals:
   void Chosen(const std::string& path);
   void GivenUp();
-  // The user went to that folder, or opened it.
+  // The user moved to a folder or opened it.
   void Visited(const std::string& path);
 
  protected:
@@ -49,8 +49,8 @@ class FolderTreeView : public QTreeView {
 
   const CodePage& file_names_;
   QFileSystemModel* model_ = nullptr;  // made when the tree is opened first
-  QString opened_at_;                  // while the folders are read, until the user goes elsewhere
-  bool going_ = false;                 // to a folder that the user did not choose
+  QString opened_at_;                  // while folders are read, until the user moves; else empty
+  bool going_ = false;                 // the program is moving to a folder, not the user
   bool is_marked_ = false;
 };
 

@@ -10,8 +10,8 @@ namespace {
 
 constexpr int kRoomBesideText = 5;  // pixels, within the outline
 
-// Neighbours share an outline, as the cells of a table do. The style's own frames are for boxes
-// that stand alone: side by side, and on a dark ground, they cannot be told apart.
+// Neighbours share an outline, as cells of a table do. The style's own frames are made for single
+// boxes; side by side on a dark background they cannot be told apart.
 class GridCell : public ByteLineEdit {
  public:
   GridCell(const CodePage& page, QWidget* parent) : ByteLineEdit(page, parent) {
@@ -23,11 +23,11 @@ class GridCell : public ByteLineEdit {
   void paintEvent(QPaintEvent* event) override {
     ByteLineEdit::paintEvent(event);
     const int line = hasFocus() ? 2 : 1;  // pixels
-    // The window's, for a cell's own text may be red.
+    // The window's palette, because the cell's own text colour may be red.
     const QPalette colours = window()->palette();
     const QColor colour = hasFocus() ? colours.color(QPalette::Highlight) : Outline(colours);
     QPainter painter(this);
-    // Strips, which begin and end with a pixel at any scale of the screen.
+    // Filled strips, because these cover whole pixels at any scale of the screen.
     painter.fillRect(0, 0, width(), line, colour);
     painter.fillRect(0, height() - line, width(), line, colour);
     painter.fillRect(0, 0, line, height(), colour);
@@ -162,7 +162,7 @@ void GridBand::ShowCell(CellWidget& widget, const Cell& cell, bool is_new) {
   ByteLineEdit& edit = *widget.edit;
   const bool is_other_text = edit.bytes() != cell.text;
   if (is_other_text) edit.ShowBytes(cell.text);
-  // Nothing of the row that was here before can be undone in this one.
+  // Clears the undo history of the row that had this widget before.
   if (is_new) edit.setText(edit.text());
   if (is_new || is_other_text || widget.caret != cell.selection_end) {
     edit.MoveCaretTo(cell.selection_end);

@@ -1,7 +1,6 @@
-// The rows of the replacement grid that can be seen: at most six pairs of cells, whatever the
-// list's length. A row keeps its pair of widgets as long as it is in view, and with it caret,
-// selection and what can be undone; a row that comes into view takes over the pair of one that has
-// left it.
+// The visible rows of the replacement grid: at most six pairs of cell widgets, however long the
+// list is. A row keeps its pair of widgets while it is in view, and with it caret, selection and
+// undo history. A row that comes into view takes the pair of one that went out of view.
 #pragma once
 
 #include <QObject>
@@ -21,39 +20,39 @@ class GridBand : public QObject {
   Q_OBJECT
 
  public:
-  // The cells become children of `window`, which also filters their events. All must outlive the
-  // object, the window's destructor excepted.
+  // The cells become children of `window`, which also filters their events. All three must outlive
+  // the object, which may be a member of `window`.
   GridBand(ReplacementsForm& grid, const CodePage& page, QWidget& window);
 
-  // Brings texts, tool tips, colours and carets in line with the grid. The cells may give signals
+  // Sets texts, tool tips, colours and carets to the grid's state. The cells may emit signals
   // meanwhile.
   void Show();
-  // Puts the cells in their places; `wider` is what each column has beyond its twips, in pixels.
+  // Positions the cells. Each column is `wider` pixels wider than its twips say.
   void Place(const TwipScale& scale, int wider);
-  // Colours are chosen anew at the next Show.
+  // Makes the next Show compute all colours again.
   void ForgetColours();
 
-  // Nothing when the cell is not in view.
+  // Returns null when the cell is not in view.
   ByteLineEdit* At(CellAddress cell) const;
-  // Nothing when the widget is not a cell in view.
+  // Returns nothing when the widget is no cell in view.
   std::optional<CellAddress> AddressOf(const QObject* widget) const;
-  // Position behind a cell's selection, or of its caret, in bytes: for telling the grid. The cell
-  // must be in view.
+  // Returns the end of a cell's selection, or its caret's offset, in bytes, to be passed to the
+  // grid. The cell must be in view.
   std::size_t TakeCaret(CellAddress cell);
-  // From the uppermost left cell to the lowest right one.
+  // Returns the cells in view, row by row from the top, left before right.
   std::vector<ByteLineEdit*> InTabOrder() const;
 
  signals:
-  // The user, or Show, changed a text or moved a caret or selection.
+  // The user or Show changed a text, or moved a caret or selection.
   void TextEdited(CellAddress cell, const std::string& text);
   void CaretMoved(CellAddress cell);
-  // The user pasted or dropped rows there; the cell's text is as it was.
+  // The user pasted or dropped rows on a cell; its text is unchanged.
   void RowsPasted(CellAddress cell, const PastedRows& rows);
 
  private:
   struct CellWidget {
     ByteLineEdit* edit = nullptr;
-    std::size_t caret = 0;  // the grid's selection_end as it was shown or told last
+    std::size_t caret = 0;  // the grid's selection_end when it was last shown or reported
     std::optional<Colour> colour;
   };
   struct RowWidgets {
@@ -70,7 +69,7 @@ class GridBand : public QObject {
   ReplacementsForm& grid_;
   const CodePage& page_;
   QWidget& window_;
-  std::array<RowWidgets, kRowsInBand> rows_;  // row r has the pair r modulo 6
+  std::array<RowWidgets, kRowsInBand> rows_;  // row r uses the pair r modulo 6
 };
 
 }  // namespace morvex

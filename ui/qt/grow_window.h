@@ -4,7 +4,8 @@ class QWidget;
 
 namespace morvex {
 
-// Gives a window that height, in pixels, and moves it up as far as it would reach below its screen.
+// Sets a window's height in pixels, and moves the window up by as much as it would reach below its
+// screen.
 void GrowTo(QWidget& window, int height);
 
 }  // namespace morvex

@@ -10,8 +10,8 @@ bool HeldEnterFilter::eventFilter(QObject* watched, QEvent* event) {
     const auto* const key = static_cast<const QKeyEvent*>(event);
     if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
       const quint64 time = key->timestamp();
-      // An X server tells of a repetition as a release and a press at one time, and the toolkit
-      // takes them for a new press when it sees them one by one.
+      // An X server sends a repetition as a release and a press with the same timestamp; the
+      // toolkit reports it as a new press when it reads the two separately.
       const bool is_again = time != 0 && time == released_at_;
       if (is_press && (key->isAutoRepeat() || is_again)) return true;
       if (!is_press) released_at_ = time;

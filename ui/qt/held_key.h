@@ -1,12 +1,11 @@
-// A key that is held down comes again and again, also to what the focus has passed to meanwhile.
+// A key that is held down repeats, and its repetitions go to whatever has the focus by then.
 #pragma once
 
 #include <QObject>
 
 namespace morvex {
 
-// Keeps Enter from the widgets that it filters the events of, when it comes again without having
-// been let go.
+// Event filter that drops the repetitions of a held Enter key.
 class HeldEnterFilter : public QObject {
  public:
   using QObject::QObject;
@@ -14,7 +13,7 @@ class HeldEnterFilter : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  // When it was let go last, in milliseconds; 0 when that is not known.
+  // The timestamp of the key's last release, in milliseconds; 0 when unknown.
   quint64 released_at_ = 0;
 };
 

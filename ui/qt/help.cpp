@@ -8,7 +8,7 @@
 namespace morvex {
 namespace {
 
-// A path may hold bytes that are no text; in an address every byte can be written.
+// A path may hold bytes that no text can hold; a URL can escape every byte.
 QUrl Address(const std::string& path, const CodePage& file_names) {
   if (file_names.is_of_system()) return QUrl::fromLocalFile(ToolkitPath(file_names, path));
   const QByteArray bytes = QByteArray::fromStdString(path);

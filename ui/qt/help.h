@@ -4,7 +4,7 @@
 
 namespace morvex {
 
-// Opens the help file with the system's own handler, or says that it is not there.
+// Opens the help file with the system's own handler; shows a message when that is not possible.
 void ShowHelp(Program& program);
 
 }  // namespace morvex

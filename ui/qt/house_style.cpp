@@ -10,21 +10,21 @@
 namespace morvex {
 namespace {
 
-// Pixels above and below a text, outline included.
+// Pixels above and below a text, including the outline.
 constexpr int kRoomInBox = 6;
 constexpr int kRoomInButton = 8;
 constexpr int kRoomInRow = 4;
 
-constexpr int kRoomBesideText = 3;  // more than the base style leaves in a box
-constexpr int kLeastButton = 88;    // pixels wide
+constexpr int kRoomBesideText = 3;  // pixels, in addition to the base style's
+constexpr int kLeastButton = 88;    // pixels of width
 
 constexpr qreal kCorner = 3;
 
-// Percent, as the toolkit counts how much darker a colour becomes.
+// Percent for QColor::darker; above 100 is darker.
 constexpr int kHotDarker = 110;
 constexpr int kDownDarker = 125;
 
-constexpr double kLeastPaleContrast = 3.5;  // of what is disabled
+constexpr double kLeastPaleContrast = 3.5;  // of disabled text; see Readable
 
 struct TextOnGround {
   QPalette::ColorRole text;

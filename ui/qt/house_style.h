@@ -1,7 +1,7 @@
-// The style of all windows: the desktop's own, with some room around what is read and hit.
+// The style of all windows: the desktop's own style with more room around texts and controls.
 //
-// Where the desktop brings none, the toolkit's plain style draws; on a dark ground its boxes have
-// no outline that could be seen, so they get one.
+// Without a style of the desktop the toolkit's plain style "fusion" draws. Its boxes have no
+// visible outline on a dark background, so this class draws one.
 #pragma once
 
 #include <QProxyStyle>
@@ -12,16 +12,16 @@ class HouseStyle : public QProxyStyle {
   Q_OBJECT
 
  public:
-  // Around the style that the toolkit would choose.
+  // Based on the style that the toolkit would choose.
   HouseStyle() = default;
-  // Around the style of that name, such as "fusion".
+  // Based on the named style, such as "fusion".
   explicit HouseStyle(const QString& name) : QProxyStyle(name) {}
 
   using QProxyStyle::polish;
-  // Makes what is disabled pale but readable; some desktops leave it nearly as dark as its ground.
+  // Gives disabled text a readable contrast; some desktops leave it hardly visible.
   void polish(QPalette& palette) override;
-  // A button with a colour of its own has it in every style; that of Windows would leave its ground
-  // light under a caption that is meant for a dark one.
+  // Draws the background of a button that has its own colour. The style of Windows ignores that
+  // colour, and the caption's colour would then not be readable.
   void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                    const QWidget* widget) const override;
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

@@ -11,14 +11,14 @@
 
 #include "ui/qt/drawing_path.h"
 
-// The toolkit wants this outside every namespace.
+// The toolkit's macro works outside of namespaces only.
 static void InitResource() { Q_INIT_RESOURCE(pictures); }
 
 namespace morvex {
 namespace {
 
-// Reads one drawing. An element's style starts as that of the group around it; everything else that
-// an element can say is its geometry. What is neither makes the drawing fail.
+// Reads one drawing. An element inherits the style of the group around it. Its attributes are style
+// or geometry; any other attribute makes reading fail.
 class DrawingReader {
  public:
   explicit DrawingReader(const QByteArray& svg) : xml_(svg) {}
@@ -93,7 +93,7 @@ class DrawingReader {
     return number;
   }
 
-  // False when `name` is no part of a style.
+  // Returns false when the attribute `name` is no part of a style.
   bool SetStyle(DrawingStyle& style, const QString& name, const QString& value) {
     if (name == "fill") {
       SetInk(style.fill, value);

@@ -1,8 +1,8 @@
-// Line drawings: small SVG files whose lines take their colour from the surroundings, so they read
-// on a light ground and on a dark one, and that are drawn anew for every size and scale.
+// Line drawings: small SVG files. They take their line colour from where they are shown, so that
+// they are readable on light and dark backgrounds, and are drawn sharp at every size and scale.
 //
-// Of SVG they use rectangles, circles, outlines and groups with plain colours; that much is read
-// here, which spares the program a library.
+// The files use rectangles, circles, paths and groups with plain colours only. Reading just these
+// here saves the program an SVG library.
 #pragma once
 
 #include <QByteArray>
@@ -17,14 +17,14 @@ class QPainter;
 
 namespace morvex {
 
-// Makes ":/pictures/NAME.svg" known to the toolkit. May be called often.
+// Registers ":/pictures/NAME.svg" with the toolkit. Further calls change nothing.
 void LoadPictures();
 
-// What an outline is filled or stroked with.
+// How a shape is filled or stroked.
 struct DrawingInk {
   enum class Kind { kNone, kColour, kSurroundings };
   Kind kind = Kind::kNone;
-  QColor colour;  // With kColour.
+  QColor colour;  // for kColour
   qreal opacity = 1;
 };
 
@@ -41,18 +41,17 @@ struct DrawingShape {
   DrawingStyle style;
 };
 
-// One drawing.
 class LineDrawing {
  public:
-  // `resource` as in ":/pictures/folder.svg". A drawing with anything in it that is not understood
-  // is empty.
+  // `resource` as in ":/pictures/folder.svg". A drawing that holds anything else than the above is
+  // empty.
   explicit LineDrawing(const QString& resource);
   static LineDrawing FromText(const QByteArray& svg);
 
   bool IsEmpty() const { return shapes_.empty(); }
 
-  // Draws it as large as `box` allows without changing its proportions, in the middle. Lines that
-  // the drawing leaves to its surroundings ("currentColor") take `ink`.
+  // Draws it centred in `box`, as large as its proportions allow. "currentColor" in the drawing
+  // becomes `ink`.
   void Paint(QPainter& painter, const QRectF& box, const QColor& ink) const;
 
  private:

@@ -13,8 +13,8 @@ namespace {
 
 constexpr int kRoomBesideCaption = 12;  // pixels, for a button's frame
 
-// Acts on its mnemonic at once. The toolkit would first show it pressed for a tenth of a second, in
-// which it has the focus: what a fast hand types then would be lost.
+// A button that acts on its mnemonic at once. The toolkit's button is shown pressed for a tenth of
+// a second first and has the focus meanwhile: keys typed in that time would be lost.
 class CommandButton : public QPushButton {
  public:
   using QPushButton::QPushButton;
@@ -29,7 +29,7 @@ class CommandButton : public QPushButton {
   }
 };
 
-// What a screen reader can say; signs like "<-|->" are none.
+// Whether a screen reader can speak the caption; a sign like "<-|->" it cannot.
 bool IsWord(const QString& caption) {
   return caption.size() > 1 && std::any_of(caption.begin(), caption.end(),
                                            [](QChar character) { return character.isLetter(); });
@@ -57,9 +57,9 @@ void ListCommands::Add(const char* name, const Button& button, char mnemonic, Ha
   auto* const widget = new CommandButton(&window_);
   widget->setObjectName(name);
   widget->setFocusPolicy(Qt::StrongFocus);
-  widget->setAutoDefault(true);  // Enter presses the button that has the focus
+  widget->setAutoDefault(true);  // Enter presses the focused button
   widget->installEventFilter(&window_);
-  // However a button is pressed, the cell that was being edited has lost the focus by then.
+  // Pressed in any way, the button takes the focus from the cell that was being edited.
   connect(widget, &QPushButton::pressed, widget, [widget] { widget->setFocus(); });
   connect(widget, &QPushButton::clicked, this,
           [this, handler, opens_afresh] { emit Clicked(handler, opens_afresh); });
@@ -72,7 +72,7 @@ void ListCommands::Show() {
     const QString hint = page_.Shown(command.state->tool_tip.get());
     const QString text = command.mnemonic == 0 ? WithoutMnemonics(caption)
                                                : WithMnemonic(caption, QChar(command.mnemonic));
-    // A new text takes up the mnemonic anew.
+    // Only on a change: setting a text registers its mnemonic again.
     if (command.widget->text() != text) command.widget->setText(text);
     command.widget->setToolTip(PlainToolTip(hint));
     command.widget->setAccessibleName(IsWord(caption) ? caption : hint);

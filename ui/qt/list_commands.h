@@ -15,31 +15,31 @@ class ListCommands : public QObject {
   Q_OBJECT
 
  public:
-  // What a click does in the core.
+  // The core's handler of a click.
   using Handler = void (*)(Program&);
 
-  // The buttons become children of `window`, which also filters their events. All must outlive the
-  // object, the window's destructor excepted.
+  // The buttons become children of `window`, which also filters their events. All three must
+  // outlive the object, which may be a member of `window`.
   ListCommands(ReplacementsForm& grid, const CodePage& page, QWidget& window);
 
-  // Brings captions, tool tips and the like in line with the grid.
+  // Sets captions, tool tips, enabled and visible to the grid's state.
   void Show();
-  // Puts the buttons in their places; the confirming one keeps to the right edge of a window that
-  // is `wider` pixels wider than its twips.
+  // Positions the buttons. The window is `wider` pixels wider than its twips say; the OK button
+  // stays at its right edge.
   void Place(const TwipScale& scale, int wider);
-  // The least scale that leaves no caption cut.
+  // Returns the smallest scale at which every caption fits its button.
   TwipScale LeastScale() const;
   std::vector<QWidget*> InTabOrder() const;
 
  signals:
-  // `opens_afresh`: the handler may leave the editor as if it had just been opened.
+  // `opens_afresh`: the handler may reset the editor to how it is when opened.
   void Clicked(Handler handler, bool opens_afresh);
 
  private:
   struct Command {
     const Button* state = nullptr;
     QPushButton* widget = nullptr;
-    char mnemonic = 0;  // a letter of the caption; 0: none
+    char mnemonic = 0;  // a letter of the caption, or 0 for none
   };
 
   void Add(const char* name, const Button& button, char mnemonic, Handler handler,

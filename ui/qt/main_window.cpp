@@ -115,7 +115,7 @@ void MainWindowWidget::Connect() {
     if (TakeMarkedFolder()) cmdAnonymize_Click(program_);
   });
   connect(go_, &QPushButton::clicked, this, [this] {
-    // Another path in a box disables Go: the run is to be armed with it first.
+    // A changed path disables Go until the run is armed again.
     if (TakeMarkedFolder() && window_.cmdGo.enabled) cmdGo_Click(program_);
   });
   connect(exit_, &QPushButton::clicked, this, [this] {
@@ -127,7 +127,7 @@ void MainWindowWidget::Connect() {
   connect(list_, &PictureButton::clicked, this, [this] { imList_Click(program_); });
   connect(list_, &PictureButton::PointerMoved, this, [this] { imList_MouseMove(program_); });
   connect(files_, &ElidedLabel::Clicked, this, [this] { lblFiles_Click(program_); });
-  // Nothing is to be done about it there, so a click on it is one on the window.
+  // The note has no action of its own, so a click on it counts as one on the window.
   connect(note_, &ElidedLabel::Clicked, this, [this] { frmMorvex_Click(program_); });
 }
 
@@ -140,9 +140,9 @@ void MainWindowWidget::ConnectPathRow(const PathRow& row) {
           [this, index] { Text1_DblClick(program_, index); });
 }
 
-// A run goes by the boxes, so a tree that still stands in for one goes first: with the folder that
-// the user marked in it as if it had been chosen, otherwise without a trace. False when there is
-// such a folder and it cannot be chosen; then the tree stays.
+// A run uses the path boxes, so a folder tree that covers one is closed first. A folder that the
+// user marked in it is chosen; otherwise the tree is cancelled. Returns false, and the tree stays,
+// when the marked folder cannot be chosen.
 bool MainWindowWidget::TakeMarkedFolder() {
   if (!window_.FolderTreeview1.visible) return true;
   if (tree_->IsMarked()) return tree_->ChooseCurrent();
@@ -154,8 +154,8 @@ bool MainWindowWidget::IsEnding() const { return program_.run.working && !window
 
 bool MainWindowWidget::IsWanted() const { return BoundWindow::IsWanted() || IsEnding(); }
 
-// A run that is to stop puts away the file that it is at, and handles no events meanwhile: what is
-// shown until then is drawn now.
+// A stopping run first finishes with its current file and handles no events meanwhile, so the state
+// until then is painted now.
 void MainWindowWidget::ShowEnding() {
   if (!IsEnding()) return;
   Show();
@@ -164,7 +164,7 @@ void MainWindowWidget::ShowEnding() {
 
 void MainWindowWidget::changeEvent(QEvent* event) {
   BoundWindow::changeEvent(event);
-  // Red on a light ground is another red on a dark one, and what stands out does so otherwise.
+  // Colours depend on the palette: recompute them.
   if (event->type() == QEvent::PaletteChange) {
     ShowColours();
     ShowGo();
@@ -178,7 +178,7 @@ void MainWindowWidget::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindowWidget::mouseReleaseEvent(QMouseEvent* event) {
-  // A click beside the controls; one on a label comes here too, and is none on the window.
+  // Only a click beside all controls counts; clicks on labels arrive here, too.
   const QPoint place = event->position().toPoint();
   if (event->button() != Qt::LeftButton || !rect().contains(place)) return;
   if (childAt(place) == nullptr) frmMorvex_Click(program_);

@@ -1,4 +1,4 @@
-// The main window: source and target, the commands, the statistics of a run.
+// The main window on the screen: source and target, the commands, the statistics of a run.
 #pragma once
 
 #include <QLabel>
@@ -31,9 +31,10 @@ class MainWindowWidget : public BoundWindow {
   // `file_names` is for paths, `page` for every other text. All must outlive the widget.
   MainWindowWidget(Program& program, const CodePage& page, const CodePage& file_names);
 
-  // Every control is a child of that name; the path boxes are "Text1_0" and "Text1_2".
+  // Every control is a child widget with the control's name as object name; the path boxes are
+  // "Text1_0" and "Text1_2".
   void Show() override;
-  // Also when it is unloaded and a run has not ended yet: until then it says so.
+  // Also true when the window is unloaded while a run is still ending, which it then shows.
   bool IsWanted() const override;
 
  protected:
@@ -74,7 +75,7 @@ class MainWindowWidget : public BoundWindow {
   Program& program_;
   const CodePage& page_;
   const CodePage& file_names_;
-  // A key that is held down must not go on to the button that the focus passes to.
+  // A held Enter must not press the button that gets the focus next.
   HeldEnterFilter held_enter_;
   MainForm& window_;
 
@@ -95,14 +96,14 @@ class MainWindowWidget : public BoundWindow {
   QProgressBar* progress_;
   PictureView* image_;
 
-  // Every control that the state knows, and what shows it.
+  // Every control of the form and its widget.
   std::vector<std::pair<const Control*, QWidget*>> controls_;
-  std::vector<int> tab_order_;  // the tab indexes of `controls_` as they are set up
+  std::vector<int> tab_order_;  // the tab indexes of `controls_` that are in effect
 
   QGridLayout* paths_ = nullptr;
   QBoxLayout* column_ = nullptr;
-  std::string tree_folder_;  // that the tree was opened at
-  int tree_grew_ = 0;        // how much taller the tree made the window
+  std::string tree_folder_;  // the folder at which the tree was opened
+  int tree_grew_ = 0;        // pixels by which the tree made the window taller
   std::uint64_t focus_requests_ = 0;
 };
 

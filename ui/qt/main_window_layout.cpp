@@ -1,4 +1,4 @@
-// Where the main window's controls stand.
+// The layout of the main window.
 #include <QBoxLayout>
 #include <QGridLayout>
 #include <QPainter>
@@ -16,7 +16,7 @@ constexpr int kProgressHeight = 12;
 constexpr float kLineOpacity = 0.22F;
 constexpr int kHeadingEnlarged = 1;  // points
 
-// A line of decoration, which is no place of its own for the mouse.
+// A decorative line; a click on it is a click on the window.
 class HairLine : public QWidget {
  public:
   HairLine(Qt::Orientation orientation, QWidget* parent) : QWidget(parent) {
@@ -35,7 +35,7 @@ class HairLine : public QWidget {
   }
 };
 
-// Room for two lines, whatever stands there: nothing below moves during a run.
+// Always takes the height of two lines, so that nothing below moves during a run.
 void KeepTwoLines(QLabel& label) {
   label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
   label.setMinimumHeight(2 * label.fontMetrics().lineSpacing());
@@ -71,7 +71,7 @@ void MainWindowWidget::LayOut() {
   column_->addWidget(extensions_);
   column_->addWidget(files_);
   column_->addLayout(LayOutStatistics());
-  // The note comes when a run has ended, the bar goes then: they share one place.
+  // The progress bar is shown during a run and the note after it, so they share one cell.
   auto* const foot = new QGridLayout;
   foot->addWidget(note_, 0, 0);
   foot->addWidget(progress_, 0, 0, Qt::AlignVCenter);
@@ -79,7 +79,7 @@ void MainWindowWidget::LayOut() {
   column_->addStretch(1);
 }
 
-// Labels and boxes in a frame, the two pictures at its side.
+// The labels and path boxes in a frame, with the two pictures beside it.
 QBoxLayout* MainWindowWidget::LayOutPaths() {
   paths_ = new QGridLayout;
   paths_->setContentsMargins(kGap, kGap, kGap, kGap);
@@ -122,12 +122,12 @@ QBoxLayout* MainWindowWidget::LayOutCommands() {
   const std::array<std::pair<QPushButton*, const Button*>, 3> buttons = {
       {{anonymize_, &window_.cmdAnonymize}, {go_, &window_.cmdGo}, {exit_, &window_.cmdExit}}};
   for (const auto& [button, state] : buttons) {
-    button->setAutoDefault(true);  // so that Enter works where the focus is
+    button->setAutoDefault(true);  // Enter presses the focused button
     button->installEventFilter(&held_enter_);
     button->setFont(NamedFont(state->font, button->font()));
     commands->addWidget(button);
   }
-  // Go has room for each of its captions.
+  // Go is wide enough for each of its captions.
   for (const char* caption : {kGoIdle, kGoPathsChanged, kGoArmed}) {
     go_->setText(caption);
     go_->setMinimumWidth(std::max(go_->minimumWidth(), go_->sizeHint().width()));
@@ -136,7 +136,7 @@ QBoxLayout* MainWindowWidget::LayOutCommands() {
   return commands;
 }
 
-// The statistics in a frame of their own.
+// The statistics in their own frame.
 QBoxLayout* MainWindowWidget::LayOutStatistics() {
   QFont font = heading_->font();
   font.setPointSizeF(font.pointSizeF() + kHeadingEnlarged);

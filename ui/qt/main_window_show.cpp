@@ -1,4 +1,4 @@
-// The main window's state, shown.
+// Shows the state of the main window.
 #include <QBoxLayout>
 #include <QGridLayout>
 #include <QScreen>
@@ -12,10 +12,10 @@ namespace morvex {
 namespace {
 
 constexpr int kProgressSteps = 1'000'000;
-constexpr int kButtonDarker = 130;       // percent
-constexpr float kLockedOpacity = 0.65F;  // of a path that cannot be changed now
+constexpr int kButtonDarker = 130;       // percent, for QColor::darker
+constexpr float kLockedOpacity = 0.65F;  // of a path while its box is disabled
 
-// Places in the window's column.
+// Indexes in the window's column layout.
 constexpr int kPathsPlace = 0;
 constexpr int kSpacePlace = 7;
 
@@ -98,7 +98,7 @@ void MainWindowWidget::ShowColours() {
     if (qobject_cast<PathBox*>(widget) != nullptr) continue;
     ShowTextColour(*widget, *control, QPalette::WindowText);
   }
-  // Paths stay readable while a run is armed or works, and red while the user is asked about one.
+  // Paths stay readable while their boxes are disabled, and red while the user is asked about one.
   for (const PathRow& row : rows_) {
     QPalette own;
     const Colour colour = window_.Text1(row.index).colour;
@@ -117,12 +117,12 @@ void MainWindowWidget::ShowColours() {
 void MainWindowWidget::ShowGo() {
   go_->setText(WithMnemonic(page_.Shown(window_.cmdGo.caption.get()), 'G'));
   go_->setToolTip(page_.Shown(window_.cmdGo.tool_tip.get()));
-  // The step that is now due stands out.
+  // Highlights Go when it is the next step.
   const bool is_due = window_.cmdGo.enabled && window_.cmdGo.caption.get() == kGoArmed;
   if (go_->isDefault() != is_due) go_->setDefault(is_due);
   QPalette own;
   if (is_due) {
-    // Styles draw a button lighter than its colour, and its caption must be read there.
+    // Styles draw a button lighter than its colour; darker, so that the caption stays readable.
     const QColor ground = palette().color(QPalette::Highlight).darker(kButtonDarker);
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
       own.setColor(group, QPalette::Button, ground);
@@ -178,7 +178,7 @@ void MainWindowWidget::ShowTree() {
   column_->setStretch(kSpacePlace, 0);
   tree_->show();
   if (!was_hidden || isMaximized() || isFullScreen()) return;
-  // A small screen has less room, but the tree's least height has made the window taller already.
+  // No taller than the screen, unless the tree's minimum height has made the window so already.
   const int tall = before + tree_->sizeHint().height() - row->box->height();
   GrowTo(*this, std::max(height(), std::min(tall, screen()->availableGeometry().height())));
   tree_grew_ = height() - before;
@@ -186,7 +186,7 @@ void MainWindowWidget::ShowTree() {
 
 void MainWindowWidget::ShowProgress() {
   const ProgressBar& state = window_.ProgressBar1;
-  // The toolkit counts in int, and takes a bar without an end as one that cannot tell yet.
+  // The toolkit counts in int. It shows a bar with maximum 0 as one of unknown length.
   const std::int64_t maximum = state.maximum();
   const bool fits = maximum <= kProgressSteps;
   const int steps = fits ? static_cast<int>(maximum) : kProgressSteps;
@@ -206,9 +206,9 @@ void MainWindowWidget::ShowPointers() {
   list_->ShowPointer(is_busy ? MousePointer::kDefault : window_.imList.mouse_pointer);
 }
 
-// A control that is disabled or hidden leaves the focus to whatever comes next, and a window that
-// becomes active without one gives it to the first control that can have it. When a run starts both
-// are "Exit", where the next key would end it, so the window itself takes the focus.
+// When a focused control is disabled or hidden, the toolkit moves the focus to the next control; a
+// window that becomes active without a focus gives it to its first control. At the start of a run
+// both are Exit, and the next key would end the run. So the window itself takes the focus.
 void MainWindowWidget::KeepFocusFromExit() {
   const QWidget* const focused = focusWidget();
   const auto at = std::find_if(controls_.begin(), controls_.end(),

@@ -21,15 +21,15 @@
 namespace morvex {
 namespace {
 
-constexpr int kListRows = 8;     // of the open list that are seen in a window of the least height
-constexpr int kRoomForList = 4;  // row of the layout
+constexpr int kListRows = 8;     // rows of the open list in a window of minimum height
+constexpr int kRoomForList = 4;  // the layout's row that makes room for the open list
 constexpr int kMargin = 16;
 constexpr int kSpacing = 12;
-constexpr int kGap = 2;          // between the entry field, its button and its list
+constexpr int kGap = 2;          // pixels between the entry field, its button and its list
 constexpr int kShortField = 8;   // characters
 constexpr int kEntryField = 20;  // characters
 
-// As in core/forms/keys.h; 0 for keys that no handler knows.
+// Returns the code of core/forms/keys.h; 0 for keys that no handler uses.
 int KeyCode(const QKeyEvent& event) {
   if (ByteLineEdit::IsDigitWithAlt(event)) return 0;
   switch (event.key()) {
@@ -49,7 +49,8 @@ int KeyCode(const QKeyEvent& event) {
   }
 }
 
-// Bits of other modifiers than those of keys.h tell the handlers that it is another command.
+// Returns the modifiers of keys.h. Any other modifier sets a further bit, so that handlers do not
+// take the key for theirs.
 int ShiftState(const QKeyEvent& event) {
   constexpr int kShift = 1;
   constexpr int kOther = 8;
@@ -67,7 +68,7 @@ bool IsListCommand(const QKeyEvent& event) {
   return ShiftState(event) == kShiftControl && (key == kKeyEnter || key == kKeyDelete);
 }
 
-// The window that another one comes up in front of.
+// Returns the window in front of which a new one is shown.
 QWidget* OtherWindow(const QWidget* window) {
   const QWidgetList windows = QApplication::topLevelWidgets();
   const auto found = std::find_if(windows.begin(), windows.end(), [&](const QWidget* other) {
@@ -168,7 +169,7 @@ void OptionsWindowWidget::LayOut() {
   cmdListExtensie_Down_->setArrowType(Qt::DownArrow);
   cmdListExtensie_Down_->setFocusPolicy(Qt::TabFocus);
   cmdListExtensie_Down_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
-  cmdToepassen_->setAutoDefault(true);  // Enter presses it when it has the focus
+  cmdToepassen_->setAutoDefault(true);  // Enter presses it when focused
 
   const auto stacked = [](QLabel* upper, QLabel* lower) {
     auto* const lines = new QVBoxLayout;
@@ -227,7 +228,7 @@ void OptionsWindowWidget::ConnectEvents() {
           [this](const std::string& bytes) { state_.txtExtensie.text = bytes; });
   connect(cmdListExtensie_Down_, &QToolButton::clicked, this,
           [this] { cmdListExtensie_Down_Click(program_); });
-  // A click takes the mark away, a greyed one too, or sets it.
+  // A click clears a checked or greyed box and checks an empty one.
   connect(chkLoggen_, &QCheckBox::clicked, this,
           [this] { chkLoggen_Click(program_, state_.chkLoggen.value() == 0 ? 1 : 0); });
   connect(imOptionsToFolder_, &PictureButton::clicked, this,
@@ -257,7 +258,7 @@ bool OptionsWindowWidget::eventFilter(QObject* watched, QEvent* event) {
   return false;
 }
 
-// Every key is told; true when the field itself is not to have it.
+// Passes every key on to the core. Returns true when the entry field must not handle it as well.
 bool OptionsWindowWidget::TakeEntryKey(const QKeyEvent& event) {
   const int key = KeyCode(event);
   const int shift = ShiftState(event);
@@ -278,7 +279,7 @@ bool OptionsWindowWidget::TakeListKey(const QKeyEvent& event) {
   return IsListCommand(event);
 }
 
-// Wherever the focus is, Escape puts away the list first and then the window.
+// Escape closes the list if it is open, else the window, wherever the focus is.
 void OptionsWindowWidget::TakeEscape() {
   if (state_.lstExtensie.visible) {
     txtExtensie_KeyDown(program_, kKeyEscape, 0);
@@ -297,7 +298,7 @@ void OptionsWindowWidget::TakeSelection(const QItemSelection& selected,
   };
   tell(deselected, false);
   tell(selected, true);
-  // Of several, the last one told has the focus mark now.
+  // Each call has set the focus mark; it belongs to the current row.
   state_.lstExtensie.current = lstExtensie_->currentRow();
 }
 
@@ -365,13 +366,13 @@ void OptionsWindowWidget::ShowTexts() {
 
 void OptionsWindowWidget::ShowLogging() {
   ShowPresence(*chkLoggen_, state_.chkLoggen);
-  ShowToolTip(*chkLoggen_, file_names_, state_.chkLoggen);  // the log's path
+  ShowToolTip(*chkLoggen_, file_names_, state_.chkLoggen);  // shows the log's path
   const QString caption = WithMnemonic(page_.Shown(state_.chkLoggen.caption.get()), 'l');
   if (chkLoggen_->text() != caption) chkLoggen_->setText(caption);
   const std::array<Qt::CheckState, 3> states = {Qt::Unchecked, Qt::Checked, Qt::PartiallyChecked};
   const Qt::CheckState wanted = states[static_cast<std::size_t>(state_.chkLoggen.value())];
   if (chkLoggen_->checkState() != wanted) chkLoggen_->setCheckState(wanted);
-  chkLoggen_->setTristate(wanted == Qt::PartiallyChecked);  // no click greys it
+  chkLoggen_->setTristate(wanted == Qt::PartiallyChecked);  // a click never greys it
 }
 
 void OptionsWindowWidget::ShowList() {
@@ -385,7 +386,7 @@ void OptionsWindowWidget::ShowList() {
   lstExtensie_->ShowEntries(page_, state_.lstExtensie);
   MakeRoomForList(is_open);
   PlaceList();
-  // A widget that goes with the focus would leave it to chance who has it next.
+  // Hiding the focused widget would leave the next focus to the toolkit.
   if (!is_open && lstExtensie_->hasFocus()) txtExtensie_->setFocus();
   ShowPresence(*lstExtensie_, state_.lstExtensie);
   ShowToolTip(*lstExtensie_, page_, state_.lstExtensie);
@@ -414,14 +415,14 @@ QWidget* OptionsWindowWidget::WidgetOf(const Control* control) const {
   return nullptr;
 }
 
-// The window is taller while the list is open, so that the list hides neither the button that takes
-// the options over nor, where the screen allows, a part of itself.
+// Makes the window taller while the list is open, so that the list does not cover the button
+// Toepassen and, where the screen allows, is shown whole.
 void OptionsWindowWidget::MakeRoomForList(bool is_open) {
   auto& grid = *static_cast<QGridLayout*>(layout());
   const int wanted = lstExtensie_->HeightWithin(kListRows * lstExtensie_->RowHeight() + 2 * kGap);
   // The list also covers the row of the logging box.
   const int needed = wanted + kGap - chkLoggen_->sizeHint().height() - 2 * kSpacing;
-  const int before = height();  // the layout may already enlarge the window
+  const int before = height();  // measured now, because activate() may enlarge the window
   grid.setRowMinimumHeight(kRoomForList, is_open ? std::max(0, needed) : 0);
   grid.activate();
   const int least = minimumSizeHint().height();
@@ -435,7 +436,7 @@ void OptionsWindowWidget::MakeRoomForList(bool is_open) {
   grid.activate();
 }
 
-// As high as its entries, as far as there is room above the buttons.
+// The list is as high as its entries, within the room above the buttons.
 void OptionsWindowWidget::PlaceList() {
   const QRect entry = txtExtensie_->geometry();
   const int top = entry.bottom() + 1 + kGap;

@@ -1,5 +1,6 @@
-// The options window on the screen: wildcard, separator, logging, and the extensions whose files
-// are scanned. Their list drops down below its entry field, over what lies there.
+// The options window on the screen: wildcard, separator, logging, and the extensions of the files
+// that are scanned. The list of extensions opens below its entry field and covers the controls
+// there.
 #pragma once
 
 #include <QCheckBox>
@@ -69,11 +70,11 @@ class OptionsWindowWidget : public BoundWindow {
   QCheckBox* const chkLoggen_;
   PictureButton* const imOptionsToFolder_;
   QPushButton* const cmdToepassen_;
-  ExtensionList* const lstExtensie_;  // the last child: it lies above the others
+  ExtensionList* const lstExtensie_;  // the last child, so it is drawn above the others
   std::uint64_t focus_requests_ = 0;
-  bool showing_ = false;    // what the widgets tell now is not the user's doing
+  bool showing_ = false;    // Show is running: signals of widgets do not come from the user
   int grown_for_list_ = 0;  // pixels by which the open list made the window taller
-  bool is_placed_ = false;  // the user may have moved and sized it since
+  bool is_placed_ = false;  // positioned once; from then on the user moves and sizes it
 };
 
 }  // namespace morvex

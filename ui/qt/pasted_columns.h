@@ -1,4 +1,4 @@
-// What a spreadsheet gives: lines of two texts with a tab between them.
+// Cells pasted from a spreadsheet: lines of two texts with a tab between them.
 #pragma once
 
 #include <QString>
@@ -8,10 +8,11 @@
 
 namespace morvex {
 
-// Without the line end behind the last line, if there is one: CR LF, LF or CR.
+// Returns the text without the line end behind its last line (CR LF, LF or CR), if there is one.
 QString WithoutLastLineEnd(const QString& text);
 
-// The texts of each line; nothing when a line has not exactly one tab. A tab alone is a text.
+// Returns the two texts of each line. Returns nothing when a line does not have exactly one tab,
+// and for a tab alone.
 std::optional<std::vector<std::pair<QString, QString>>> ColumnsOf(const QString& text);
 
 }  // namespace morvex

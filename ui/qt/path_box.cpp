@@ -13,8 +13,8 @@
 namespace morvex {
 namespace {
 
-// A file name may hold any byte. Addresses carry those that are no UTF-8 escaped, so the bytes are
-// taken from there and never from a decoded text.
+// A file name may hold bytes that are no UTF-8. A URL carries them escaped, so they are read from
+// the URL and never from decoded text.
 std::string LocalPath(const QUrl& address, const CodePage& page) {
   if (!address.isLocalFile()) return "";
   if (page.is_of_system()) return PathBytes(page, address.toLocalFile()).value_or("");
@@ -78,7 +78,7 @@ void PathBox::dragMoveEvent(QDragMoveEvent* event) {
     event->ignore();
     return;
   }
-  // The path is taken over; what it names stays where it is.
+  // Only the path is used: the file itself is not moved.
   event->setDropAction(Qt::CopyAction);
   event->accept();
 }

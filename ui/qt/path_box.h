@@ -1,5 +1,5 @@
-// A box for a path: typed, dropped from a file manager, or taken from the folder tree, which a
-// double click, Alt+Down or the folder at the box's end calls.
+// A line edit for a path: typed, dropped from a file manager, or chosen in the folder tree, which a
+// double click, Alt+Down or the folder button at the box's end opens.
 #pragma once
 
 #include <string>
@@ -16,11 +16,11 @@ class PathBox : public ByteLineEdit {
   Q_OBJECT
 
  public:
-  // One file or folder can be dropped on it. `files` and `page` must outlive the widget.
+  // Accepts one dropped file or folder. `files` and `page` must outlive the widget.
   PathBox(FileService& files, const CodePage& page, QWidget* parent);
 
  signals:
-  // The folder tree is wanted.
+  // The user asked for the folder tree.
   void BrowseWanted();
   void Dropped(const std::string& path);
 
@@ -33,7 +33,7 @@ class PathBox : public ByteLineEdit {
   void dropEvent(QDropEvent* event) override;
 
  private:
-  // The path of what is dragged; empty when the box does not take it.
+  // Returns the path of a dragged file or folder; empty when the box does not accept it.
   std::string PathOf(const QMimeData& dragged) const;
   void DrawBrowseIcon();
 

@@ -36,7 +36,7 @@ void PictureButton::UpdateCursor() {
 }
 
 bool PictureButton::event(QEvent* event) {
-  // The window may have come to a screen of another scale.
+  // The window may have moved to a screen of another scale.
   if (event->type() == QEvent::Enter) UpdateCursor();
   return QAbstractButton::event(event);
 }

@@ -1,4 +1,4 @@
-// A picture that can be clicked: with the mouse, and with Space or Enter when it has the focus.
+// A picture that acts as a button: by the mouse, and by Space or Enter when it has the focus.
 #pragma once
 
 #include <QAbstractButton>
@@ -13,17 +13,17 @@ class PictureButton : public QAbstractButton {
   Q_OBJECT
 
  public:
-  // `svg_resource` as in ":/pictures/folder.svg". The picture has no text: give the button an
-  // accessible name.
+  // `svg_resource` as in ":/pictures/folder.svg". The caller sets an accessible name, since the
+  // button has no text.
   PictureButton(const QString& svg_resource, QWidget* parent);
 
-  // The pointer over the picture: the program's own cursor for kCustom, else that of the window.
+  // Sets the pointer over the picture: the program's own cursor for kCustom, else the window's.
   void ShowPointer(MousePointer pointer);
 
   QSize sizeHint() const override { return {40, 40}; }
 
  signals:
-  // The pointer moves over the picture.
+  // The pointer moved over the picture.
   void PointerMoved();
 
  protected:

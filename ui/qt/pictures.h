@@ -1,4 +1,4 @@
-// The program's pictures, and what shows them.
+// The program's pictures and the widgets that show them.
 #pragma once
 
 #include <QColor>
@@ -11,7 +11,7 @@
 
 namespace morvex {
 
-// A drawing that is only looked at.
+// A drawing without any action.
 class PictureView : public QWidget {
   Q_OBJECT
 
@@ -26,13 +26,13 @@ class PictureView : public QWidget {
   LineDrawing drawing_;
 };
 
-// A drawing as an icon on a ground where `ink` reads.
+// Returns a drawing as an icon with lines in the colour `ink`.
 QIcon DrawingIcon(const QString& resource, const QColor& ink);
 
-// The icon of the program's windows.
+// Returns the icon of the program's windows.
 QIcon ProgramIcon();
 
-// The cursor over what can be clicked, sharp on a screen of that scale (1 and up).
+// Returns the cursor for clickable pictures, sharp on a screen of that scale (1 or more).
 QCursor HandCursor(qreal scale);
 
 }  // namespace morvex

@@ -19,7 +19,7 @@ namespace {
 constexpr const char* kTitle = "Morvex";
 constexpr std::chrono::milliseconds kLongestWait = std::chrono::hours(1);
 
-// The window that a message stands in front of.
+// Returns the window in front of which a message is shown.
 QWidget* Parent() {
   if (QWidget* const modal = QApplication::activeModalWidget()) return modal;
   if (QWidget* const active = QApplication::activeWindow()) return active;
@@ -42,7 +42,7 @@ QMessageBox::StandardButtons ToolkitButtons(MessageButtons buttons) {
   return QMessageBox::Ok;
 }
 
-// The answer that changes nothing.
+// Returns the answer that changes nothing.
 Answer Refusal(MessageButtons buttons) {
   switch (buttons) {
     case MessageButtons::kOk:
@@ -55,7 +55,8 @@ Answer Refusal(MessageButtons buttons) {
   return Answer::kOk;
 }
 
-// "Text (*.txt)|*.txt" names the filter and then its patterns; the toolkit wants both in one.
+// The core's filter "Text (*.txt)|*.txt" is a name and its patterns; the toolkit reads the patterns
+// from the name.
 QString ToolkitFilter(const QString& filter) {
   const QString name = filter.section('|', 0, 0);
   QString patterns = filter.section('|', 1);
@@ -75,7 +76,7 @@ Answer QtUser::ShowMessage(const std::string& text, MessageButtons buttons, Mess
   box.setIcon(icon == MessageIcon::kInformation ? QMessageBox::Information : QMessageBox::NoIcon);
   box.setStandardButtons(ToolkitButtons(buttons));
   if (buttons == MessageButtons::kYesNo) box.setEscapeButton(QMessageBox::No);
-  // The key that led here may still be held down: it must not answer before anybody has read.
+  // The key that led here may still be held down; it must not answer the box unread.
   HeldEnterFilter held_enter;
   box.installEventFilter(&held_enter);
   for (QAbstractButton* const button : box.buttons()) button->installEventFilter(&held_enter);
@@ -100,7 +101,7 @@ FileChoice QtUser::ChooseFileToSave(const FileDialog& dialog) {
   QFileDialog chooser(Parent());
   chooser.setAcceptMode(QFileDialog::AcceptSave);
   chooser.setFileMode(QFileDialog::AnyFile);
-  // The core asks before a file is replaced, in its own words.
+  // The core asks itself before a file is replaced.
   chooser.setOption(QFileDialog::DontConfirmOverwrite);
   return Choose(chooser, dialog);
 }
@@ -112,8 +113,8 @@ FileChoice QtUser::Choose(QFileDialog& chooser, const FileDialog& dialog) {
   const QString folder = ToolkitPath(page_, dialog.initial_folder);
   if (QFileInfo(folder).isDir()) chooser.setDirectory(folder);
   if (!dialog.file_name.empty()) chooser.selectFile(ToolkitPath(page_, dialog.file_name));
-  // The dialog of Windows leaves the process in the folder that was chosen from, where paths that
-  // were typed without a root would lead elsewhere.
+  // The dialog of Windows changes the process's current folder, which would redirect relative
+  // paths.
   const QString current = QDir::currentPath();
   const auto is_accepted = [&] {
     const bool accepted = chooser.exec() == QDialog::Accepted;
@@ -138,15 +139,15 @@ FileChoice QtUser::Choose(QFileDialog& chooser, const FileDialog& dialog) {
 void QtUser::HandlePendingEvents() { QApplication::processEvents(); }
 
 void QtUser::WaitForEvents(std::chrono::milliseconds longest) {
-  // Its end is an event like any other.
+  // Ends the wait below.
   QTimer alarm;
   alarm.setSingleShot(true);
   alarm.setTimerType(Qt::PreciseTimer);
   alarm.start(std::clamp(longest, std::chrono::milliseconds(0), kLongestWait));
   QEventLoop loop;
   loop.processEvents(QEventLoop::WaitForMoreEvents);
-  // On Windows what is posted to objects, clicks and keys among it, ends the wait but is handled
-  // when events are looked for the next time.
+  // On Windows posted events, clicks and keys among them, end the wait but are handled only by the
+  // next call.
   loop.processEvents();
 }
 

@@ -1,4 +1,4 @@
-// The person in front of the screen: message boxes, file dialogs, and time for the windows.
+// The core's UserService on the screen: message boxes, file dialogs and event handling.
 #pragma once
 
 #include <QString>
@@ -13,11 +13,12 @@ namespace morvex {
 
 class QtUser : public UserService {
  public:
-  // Messages are the program's own words, in ASCII, and paths.
+  // Messages hold the program's own words, which are ASCII, and paths, so `file_names` converts
+  // them. It must outlive the object.
   explicit QtUser(const CodePage& file_names) : page_(file_names) {}
 
-  // Asked while the program is ending, or without an answer when it ends: No, Cancel, or OK where
-  // there is nothing else.
+  // While the program is ending, or when it ends before the user answers, returns No, Cancel, or OK
+  // where there is no other button.
   Answer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon) override;
   FileChoice ChooseFileToOpen(const FileDialog& dialog) override;
   FileChoice ChooseFileToSave(const FileDialog& dialog) override;

@@ -13,9 +13,9 @@ constexpr QRgb kRedOnDark = 0xFFFF7B72;
 constexpr int kMiddleLightness = 128;
 constexpr double kLeastContrast = 4.5;
 constexpr int kBlendSteps = 10;
-constexpr float kOutlineShare = 0.42F;  // of the text's colour, on the ground's
+constexpr float kOutlineShare = 0.42F;  // opacity of the text's colour over the background
 
-// As the eye weighs the parts of a colour, 0 to 1.
+// Relative luminance, 0 to 1, as the contrast ratio uses it.
 double Luminance(const QColor& colour) {
   const auto linear = [](double part) {
     return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
@@ -60,7 +60,7 @@ QColor TextColour(Colour colour, const QPalette& palette) {
       return QColor(palette.color(QPalette::Base).lightness() < kMiddleLightness ? kRedOnDark
                                                                                  : kRedOnLight);
     case Colour::kSystemHighlight:
-      // A colour made for grounds.
+      // Highlight is a background colour, so its contrast as text has to be ensured.
       return Readable(palette.color(QPalette::Highlight), palette.color(QPalette::WindowText),
                       palette.color(QPalette::Window), kLeastContrast);
   }

@@ -1,4 +1,4 @@
-// Brings a widget in line with a control's state, and touches it only where it differs.
+// Sets a widget to a control's state, and only where the two differ.
 #pragma once
 
 #include <QColor>
@@ -14,35 +14,35 @@ class QWidget;
 
 namespace morvex {
 
-// Whether it is shown, and enabled.
+// Sets whether the widget is visible and enabled.
 void ShowPresence(QWidget& widget, const Control& control);
 
-// The control's colour for text on `palette`'s ground: black stands for the ground's own text
-// colour, and the others are shades that can be read there.
+// Returns a control's colour for text on the palette's background: the palette's own text colour
+// for black, and a readable shade for every other colour.
 QColor TextColour(Colour colour, const QPalette& palette);
 
-// `colour`, moved towards `ink` until it stands out from `ground` by that contrast: 1 is none, 21
-// that of black on white. `ink` where nothing nearer does.
+// Returns `colour`, mixed with as much of `ink` as it needs to reach the contrast ratio with
+// `ground`: 1 is no contrast, 21 is black on white. Returns `ink` when no mixture reaches it.
 QColor Readable(const QColor& colour, const QColor& ink, const QColor& ground, double contrast);
 
-// The outline of boxes with text, on the ground that they have in that palette.
+// Returns the colour for the outline of text boxes in that palette.
 QColor Outline(const QPalette& palette);
 
-// Gives the widget's text the control's colour, and no other colour of its own; `role` is the one
-// that it draws text with.
+// Sets the widget's text to the control's colour and clears its other own colours. `role` is the
+// one in which the widget draws text.
 void ShowTextColour(QWidget& widget, const Control& control, QPalette::ColorRole role);
 
-// A caption's lines, parted by CR LF, as the toolkit parts them.
+// Returns a caption with LF as the toolkit's line break instead of CR LF.
 QString ShownLines(const CodePage& page, const std::string& caption);
 
-// A text that a button or menu shows as it stands, "&" included.
+// Returns the text escaped so that a button or menu shows every "&" literally.
 QString WithoutMnemonics(const QString& text);
 
-// `text` so that Alt and its first `key` reach the button or label, which shows it as it stands.
-// Without such a letter there is no mnemonic.
+// Returns the text escaped as above, with its first letter `key` as mnemonic (Alt and that letter).
+// Without such a letter it has none.
 QString WithMnemonic(const QString& text, QChar key);
 
-// The font of that name where the system has it, otherwise `fallback`.
+// Returns the font of that name if the system has it, else `fallback`.
 QFont NamedFont(const std::string& name, const QFont& fallback);
 
 }  // namespace morvex

@@ -9,7 +9,7 @@
 namespace morvex {
 namespace {
 
-// The toolkit knows its own classes; others are to it containers of no kind.
+// The toolkit knows the roles of its own classes only and reports others as containers.
 QAccessibleInterface* Spoken(const QString&, QObject* object) {
   if (auto* const window = dynamic_cast<BoundWindow*>(object)) {
     const bool is_modal = window->windowModality() != Qt::NonModal;

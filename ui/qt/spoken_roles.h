@@ -2,8 +2,8 @@
 
 namespace morvex {
 
-// Has screen readers say what the program's own widgets are: windows, dialogs and labels. Calling
-// it again changes nothing.
+// Tells screen readers the roles of the program's own widget classes: window, dialog, label.
+// Further calls change nothing.
 void TellSpokenRoles();
 
 }  // namespace morvex

@@ -1,12 +1,12 @@
-// Tool tips that show a text as it is.
+// Tool tips as plain text.
 #pragma once
 
 #include <QString>
 
 namespace morvex {
 
-// What a widget's tool tip must be to read like `text`: the same, unless the toolkit would take it
-// for markup.
+// Returns a tool tip that is shown as `text`: escaped when the toolkit would take it for markup,
+// else unchanged.
 QString PlainToolTip(const QString& text);
 
 }  // namespace morvex

@@ -1,4 +1,4 @@
-// From twips, 1440 to the inch, to the pixels of a screen.
+// Converts twips, 1440 to the inch, to pixels of a screen.
 #pragma once
 
 #include <QRect>
@@ -12,7 +12,7 @@ struct TwipScale {
   double pixels_per_twip = 96.0 / 1440;
 
   int Px(int twips) const { return qRound(twips * pixels_per_twip); }
-  // Edges are rounded, not sizes: boxes that touch go on touching.
+  // Rounds edges, not sizes, so that adjacent boxes stay adjacent.
   QRect Px(const Box& box) const {
     const int left = Px(box.left);
     const int top = Px(box.top);

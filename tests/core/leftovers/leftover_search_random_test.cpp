@@ -1,4 +1,4 @@
-// The search against one that tries every text at every place, with random lists and files.
+// The search against one that tries every text at every offset, with random lists and files.
 #include <algorithm>
 #include <random>
 
@@ -11,7 +11,7 @@ namespace {
 using namespace std::string_literals;
 using Finds = std::vector<FoundLeftover>;
 
-// What is found by trying every row, in every encoding, at every place.
+// Returns what is found by trying every row, in every encoding, at every offset.
 Finds FoundByTrying(const Rows& rows, const std::string& bytes) {
   Finds found;
   Alphabet alphabet;
@@ -66,7 +66,8 @@ void ExpectToFindWhatTryingFinds(const Rows& rows, const std::string& bytes, int
   }
 }
 
-// Texts of few letters, so that they meet often; no NUL, which would let both byte orders fit.
+// Texts of few letters, so that they occur often; no NUL, because both byte orders would match
+// then.
 TEST(LeftoverSearchRandomTest, ItFindsWhatTryingEverythingFinds) {
   std::mt19937 random(20240117);
   const std::vector<std::string> letters = {"a",        "A",        "b", "\xC3\xBC", "\xC3\x9C",
@@ -83,7 +84,7 @@ TEST(LeftoverSearchRandomTest, ItFindsWhatTryingEverythingFinds) {
   }
 }
 
-// In the list or in the file or in both; far from each other and close together.
+// Rare forms in the list, in the file or in both; far from each other and close together.
 TEST(LeftoverSearchRandomTest, RareFormsOfLettersAreFoundAsWell) {
   std::mt19937 random(20240118);
   const std::vector<std::string> letters = {"i", "I", "\xC4\xB1", "\xC4\xB0", "s",           "t",
@@ -109,7 +110,7 @@ TEST(LeftoverSearchRandomTest, RareFormsOfLettersAreFoundAsWell) {
   }
 }
 
-// A part of a wildcard row, or the parts up to it.
+// An occurrence of a part of a wildcard row, or of the parts up to it.
 struct Chain {
   std::size_t begin = 0;
   std::size_t end = 0;
@@ -117,9 +118,9 @@ struct Chain {
   bool in_other_order = false;
 };
 
-// What is found of one wildcard row in one byte order by looking for every part at every place: the
-// parts follow each other, each begins as far behind as it can, and no two findings overlap. A
-// match at an odd offset that is also a whole match of the other order, one byte away, is left out.
+// Returns what is found of one wildcard row in one byte order by trying every part at every offset.
+// The parts follow each other, each begins as late as it can, and no two findings overlap. A match
+// at an odd offset that is also a whole match of the other order, one byte away, is left out.
 Finds FoundByParts(std::int64_t row, const std::vector<Spelling>& parts,
                    const std::vector<Spelling>& others, const std::string& bytes) {
   Finds found;
@@ -159,7 +160,7 @@ Finds FoundByParts(std::int64_t row, const std::vector<Spelling>& parts,
   return found;
 }
 
-// Few letters and many NULs, so that the byte orders meet in every way.
+// Few letters and many NULs, so that the two byte orders overlap in every way.
 TEST(LeftoverSearchRandomTest, WildcardRowsInUtf16AreFoundAsByTryingEveryPartAtEveryPlace) {
   std::mt19937 random(20240119);
   const std::vector<std::string> letters = {"a", "b", "A", "ab", "\xC4\x81"};
@@ -208,7 +209,7 @@ TEST(LeftoverSearchRandomTest, WildcardRowsInUtf16AreFoundAsByTryingEveryPartAtE
   EXPECT_GT(seen_odd, 100u);
 }
 
-// The signs that only a list can bring in.
+// The signs that are searched only where the list holds them.
 TEST(LeftoverSearchRandomTest, TheLongSAndTheKelvinSignAreFoundAsByTryingEverything) {
   std::mt19937 random(20240120);
   const std::vector<std::string> letters = {"s", "S",       "\xC5\xBF", "k", "\xE2\x84\xAA",

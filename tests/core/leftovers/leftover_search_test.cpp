@@ -1,4 +1,4 @@
-// Every form of a left text is found wherever it stands, and nothing else is.
+// Every form of a left text is found at every offset, and nothing else is found.
 #include "core/leftovers/leftover_search.h"
 
 #include <algorithm>
@@ -56,7 +56,7 @@ TEST(LeftoverSearchTest, EveryFormIsFoundAcrossTheBorderOfABlock) {
   const SoughtList list(Rows{{kMueller, "[tenant]"}});
   constexpr std::size_t kBlock = 64;
   for (const Form& form : FormsOfMueller()) {
-    // Every place around the first few borders, wherever they lie.
+    // Every offset around the first few borders of blocks.
     for (std::size_t at = 0; at < 1000; at += 2) {
       const std::string bytes = std::string(at, '.') + form.bytes + std::string(300, '.');
       EXPECT_EQ(list.Find(bytes, kBlock),
@@ -82,12 +82,12 @@ TEST(LeftoverSearchTest, Utf16IsFoundOnceInItsOwnByteOrder) {
   const std::string big = "\0x\0A\0n\0n\0a\0y"s;
   EXPECT_EQ(list.Find(little), Finds({{2, 1, 0, Encoding::kUtf16Le, true, 8}}));
   EXPECT_EQ(list.Find(big), Finds({{2, 1, 0, Encoding::kUtf16Be, true, 8}}));
-  // Out of step it is still found.
+  // It is found at odd offsets, too.
   EXPECT_EQ(list.Find("?" + little).size(), 1u);
   EXPECT_EQ(list.Find("?" + big).size(), 1u);
 }
 
-// Behind ASCII every part but the first also stands in the other byte order.
+// After ASCII every part but the first also matches in the other byte order.
 TEST(LeftoverSearchTest, AWildcardRowInUtf16IsFoundOnceAtEveryOffset) {
   const SoughtList list(Rows{{"Born: *.;", ""}, {"aa*bb*cc", ""}});
   for (const char32_t* text :
@@ -128,7 +128,7 @@ TEST(LeftoverSearchTest, ALongSAndAKelvinSignOfTheListAreFoundAsWrittenAndInOthe
   EXPECT_EQ(SoughtList(Rows{{"Messer", "x"}}).Find("Me" + long_s + long_s + "er"), Finds{});
 }
 
-// Every letter that has another case or is taken apart, between others, in every encoding.
+// Every letter with another case and every ligature, between other letters, in every encoding.
 TEST(LeftoverSearchTest, EveryLetterWithAnotherFormIsFoundAsWritten) {
   Rows rows;
   std::vector<std::u32string> texts;
@@ -376,7 +376,7 @@ TEST(LeftoverSearchTest, ARareFormIsFoundAtEveryPlaceAroundABlocksBorder) {
                      {at + gross.size(), 1, 1, Encoding::kUtf8, false, yilmaz.size()}}))
         << "at " << at;
   }
-  // Where the places are looked at in their thousands.
+  // Around the border between two blocks of candidates.
   for (std::size_t at = 4000; at < 4200; ++at) {
     EXPECT_EQ(list.Find(std::string(at, '.') + gross).size(), 1u) << "at " << at;
   }

@@ -1,4 +1,4 @@
-// A list whose leftovers are sought in bytes.
+// Searches bytes for the leftovers of a list.
 #pragma once
 
 #include <gtest/gtest.h>

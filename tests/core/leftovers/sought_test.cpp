@@ -1,4 +1,4 @@
-// What is sought of a list, and under which keys.
+// What the search looks for, and its keys.
 #include "core/leftovers/sought.h"
 
 #include <algorithm>
@@ -40,7 +40,8 @@ TEST(SoughtTest, ATextWhoseCasesDifferInABitHasOneKeyAnEncoding) {
 
 TEST(SoughtTest, LettersWhoseCasesDifferOtherwiseMultiplyTheKeysOnlyUpToALimit) {
   std::string left;
-  for (int i = 0; i < 40; ++i) left += "\xC5\x82";  // one bit that the folding leaves, each
+  // Folding leaves the two cases of this letter different.
+  for (int i = 0; i < 40; ++i) left += "\xC5\x82";
   const SoughtList list(Rows{{left, "x"}});
   EXPECT_EQ(list.sought->keys().rows().size(), 3u * 16u);
   for (const CompiledRow& key : list.sought->keys().rows()) EXPECT_EQ(key.prefix.size(), 8u);
@@ -62,7 +63,7 @@ TEST(SoughtTest, EveryKeyIsFoldedAndLeadsToAPart) {
       EXPECT_FALSE(keys->PartsOf(static_cast<std::int32_t>(key)).empty());
     }
   }
-  // A key that two rows share leads to both, to the first in both narrow encodings.
+  // A key that two rows share leads to both, and to the first one in UTF-8 and Windows-1252.
   const SoughtKeys& keys = list.sought->keys();
   const auto shared = std::find_if(keys.rows().begin(), keys.rows().end(),
                                    [](const CompiledRow& key) { return key.prefix == "strasse"; });
@@ -72,7 +73,7 @@ TEST(SoughtTest, EveryKeyIsFoldedAndLeadsToAPart) {
 
 TEST(SoughtTest, ARareKeyHoldsARareFormNotFarFromItsBeginning) {
   const std::string far = std::string(200, 'a');
-  // The last one has but one way in Windows-1252, and that is a rare one.
+  // In Windows-1252 the last one has a single way, which is rare.
   const SoughtList list(Rows{
       {"Rossi", "x"}, {far + "ss" + far, "x"}, {"ss" + far, "x"}, {far + "\xCE\xBC" + far, "x"}});
   const std::vector<CompiledRow>& forms = list.sought->rare_forms().rows();
@@ -86,7 +87,7 @@ TEST(SoughtTest, ARareKeyHoldsARareFormNotFarFromItsBeginning) {
 }
 
 TEST(SoughtTest, WhatIsInEveryFileIsNoRareForm) {
-  // The dotless i has the usual ones for other cases.
+  // The other cases of the dotless i include the usual i and I.
   const SoughtList list(Rows{{"Y\xC4\xB1lmaz", "x"}});
   for (const CompiledRow& form : list.sought->rare_forms().rows()) {
     EXPECT_NE(form.prefix, "i");

@@ -47,7 +47,7 @@ TEST(Spelling, ACaseOfAnotherLengthIsFoundAndMeasured) {
   EXPECT_GE(spelling->LongestSize(), 6u);
 }
 
-// The bytes of a letter's ways.
+// Returns the bytes of a letter's ways.
 std::vector<std::string> WaysOf(const Spelling& spelling, std::size_t letter) {
   std::vector<std::string> ways;
   for (const LetterWay& way : *spelling.letters.at(letter)) ways.push_back(way.bytes);
@@ -111,7 +111,7 @@ TEST(Spelling, TheLongSAndTheKelvinSignOfAListStandForTheirLetters) {
   }
 }
 
-// Every text stands for every other one of its line, in every encoding that has its letters.
+// Each text of a line is found as any other text of that line, in every encoding with its letters.
 TEST(Spelling, TextsThatDifferInLetterCaseAloneStandForEachOther) {
   const std::vector<std::vector<std::u32string>> lines = {
       {U"Gro\xDFmann", U"Grossmann", U"GROSSMANN", U"GRO\x1E9EMANN"},

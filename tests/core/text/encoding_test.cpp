@@ -37,7 +37,7 @@ TEST(Encoding, AnEmptyTextHasNoBytes) {
   }
 }
 
-// How many characters an encoding has is how many could be written.
+// The number of characters that can be written must be the number that the encoding has.
 TEST(Encoding, EveryCodePointThatCanBeWrittenIsReadBack) {
   constexpr std::size_t kCodePoints = 0x110000 - 0x800;
   const std::array<std::size_t, kEncodings> expected = {kCodePoints, 256, kCodePoints, kCodePoints,

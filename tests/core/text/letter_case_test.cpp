@@ -1,4 +1,4 @@
-// Upper and lower case in the alphabets.
+// Upper and lower case in all alphabets, and ligatures.
 #include "core/text/letter_case.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 namespace morvex::test {
 namespace {
 
-// In ascending order.
+// Returns the other cases of a letter that are one character, in ascending order.
 std::u32string CasesOf(char32_t letter) {
   std::u32string cases;
   for (const OtherCase& each : OtherCases(letter)) {

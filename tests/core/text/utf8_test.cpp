@@ -1,4 +1,4 @@
-// The one place where UTF-8 is read.
+// Reading UTF-8: valid, truncated, overlong, surrogates, and numbers above U+10FFFF.
 #include "core/text/utf8.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ constexpr char32_t kLast = 0x10FFFF;
 
 bool IsSurrogate(char32_t code) { return code >= 0xD800 && code <= 0xDFFF; }
 
-// The bytes of any number up to 21 bits in a sequence of this size, without a check.
+// Returns a sequence of `size` bytes for any number that fits, valid or not.
 std::string Sequence(char32_t code, std::size_t size) {
   if (size == 1) return std::string(1, static_cast<char>(code));
   std::string bytes;
@@ -78,7 +78,7 @@ TEST(ReadUtf8, NumbersBehindTheLastCodePointAreASequenceWithoutACharacter) {
   }
 }
 
-// C0 and C1 would begin overlong forms alone, F5 to FF numbers behind the last code point.
+// C0 and C1 could only lead overlong forms, F5 to FF only numbers above U+10FFFF.
 TEST(ReadUtf8, AByteThatLeadsNoSequenceStandsAlone) {
   for (int byte = 0x80; byte < 0x100; ++byte) {
     if (byte >= 0xC2 && byte <= 0xF4) continue;

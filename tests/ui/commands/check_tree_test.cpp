@@ -1,4 +1,4 @@
-// The walk of a check: what fails on the way is told with its path, and a stop ends it.
+// The walk of a check: errors are reported with their path, and a stop ends it.
 #include "ui/commands/check_tree.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Errors and warnings: their form, their colours, and what strictness makes of them.
+// Errors and warnings: their form, their colours, and the option --strict.
 #include "ui/commands/command_messages.h"
 
 #include <gtest/gtest.h>

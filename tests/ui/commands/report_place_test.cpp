@@ -1,4 +1,4 @@
-// The report's way to its place, on a file system in which calls fail and names are taken.
+// Writing the report on a file system in which calls fail and names are taken.
 #include "ui/commands/report_place.h"
 
 #include <gtest/gtest.h>

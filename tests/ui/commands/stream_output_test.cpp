@@ -1,4 +1,4 @@
-// Positioned writing into a stream: what is held back, and what can no longer be.
+// Writing at offsets into a stream: which bytes are held back, and which are already sent.
 #include "ui/commands/stream_output.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::string_literals;
 
-// Takes bytes at its end alone.
+// An output that can only be appended to.
 class Sink : public OutputFile {
  public:
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {

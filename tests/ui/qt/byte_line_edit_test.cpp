@@ -1,4 +1,4 @@
-// A line of text over bytes: what is typed and pasted reaches them or is refused with a reason.
+// A line edit over bytes: typed and pasted text becomes bytes or is refused with a reason.
 #include "ui/qt/byte_line_edit.h"
 
 #include <gtest/gtest.h>
@@ -44,7 +44,7 @@ class ByteLine : public testing::Test {
   void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::keyClick(&line_, key, modifiers);
   }
-  // As an input method or a compose key writes it.
+  // Enters text as an input method or a compose key does.
   void Write(const QString& text) {
     QInputMethodEvent event;
     event.setCommitString(text);

@@ -1,4 +1,4 @@
-// The desktop program as a process of its own: what it leaves behind and how it ends.
+// The desktop program as a process: the files that it writes and its exit status.
 #include <gtest/gtest.h>
 
 #include <QDir>
@@ -28,7 +28,7 @@ class DesktopProgramTest : public testing::Test {
     WriteSettings("list.txt");
   }
 
-  // `list` in the test's folder, or where its whole path says.
+  // `list` is a name in the test's folder or an absolute path.
   void WriteSettings(const QString& list) {
     QByteArray settings;
     for (const QString& name : {QString("source"), QString("target"), list}) {
@@ -47,11 +47,11 @@ class DesktopProgramTest : public testing::Test {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
   }
 
-  // The exit status; -1 when the program did not end by itself.
+  // Returns the exit status; -1 when the program did not end by itself.
   int Run(const QStringList& arguments) {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    // The program for Windows holds nothing but what shows windows on a screen.
+    // The program for Windows has no plugin for off-screen windows.
     environment.insert("QT_QPA_PLATFORM", kNamesAreBytes ? "offscreen" : "windows");
     process.setProcessEnvironment(environment);
     process.start(program_, arguments);
@@ -88,8 +88,8 @@ TEST_F(DesktopProgramTest, AMissingSettingsFileEndsWithStatus1) {
   EXPECT_TRUE(errors_.contains("nowhere.dat")) << errors_.toStdString();
 }
 
-// The list's name is longer than any file system allows, so reading it is an error; a list that is
-// merely missing would be none.
+// The list's name is longer than any file system allows, so reading it is an error. A missing list
+// would be an empty one.
 TEST_F(DesktopProgramTest, AListThatCannotBeReadEndsWithStatus1AndSaysWhy) {
   WriteSettings(QString(300, 'x') + ".txt");
   EXPECT_EQ(Run({"-if", root_.filePath("settings.dat")}), 1) << "-1: it did not end";
@@ -100,7 +100,7 @@ TEST_F(DesktopProgramTest, AListThatCannotBeReadEndsWithStatus1AndSaysWhy) {
   EXPECT_EQ(Read("target/one.txt"), "");
 }
 
-// There is such a file on Linux, and no byte of it can be read.
+// Linux has such a file, and reading it always fails.
 TEST_F(DesktopProgramTest, AFileThatFailsWhileItIsReadEndsWithStatus1AndSaysWhy) {
   const QString unreadable = "/proc/self/mem";
   if (!QFileInfo(unreadable).isFile()) GTEST_SKIP() << "no file that fails when it is read";

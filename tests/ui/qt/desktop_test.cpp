@@ -1,4 +1,4 @@
-// How the windows come, follow the program's state, and go.
+// The windows appear, follow the program's state, and disappear.
 #include "tests/ui/qt/desktop_test.h"
 
 namespace morvex::test {

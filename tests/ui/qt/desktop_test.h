@@ -1,4 +1,4 @@
-// A program with its windows on a screen that nobody sees; real widgets, real clicks and keys.
+// A program with its windows off screen: real widgets, real clicks and keys.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -34,14 +34,14 @@ class DesktopTest : public testing::Test {
     return *desktop_;
   }
 
-  // Handles what is pending until the widgets show the state.
+  // Handles pending events until the widgets show the state.
   void Settle() {
     for (int i = 0; i < 3; ++i) QApplication::processEvents();
     desktop_->Refresh();
     QApplication::processEvents();
   }
 
-  // The control of that name in a window; fails the test when there is none.
+  // Returns the control of that name in a window; fails the test when there is none.
   template <class Widget>
   Widget& Find(QWidget& window, const char* name) {
     auto* const found = window.findChild<Widget*>(name);
@@ -49,14 +49,14 @@ class DesktopTest : public testing::Test {
     return *found;
   }
 
-  // Clicks with the left button in the middle of the widget, which must be shown and enabled for
-  // that to have an effect.
+  // Clicks with the left button in the middle of the widget, which has an effect only when it is
+  // visible and enabled.
   void Click(QWidget& widget) {
     QTest::mouseClick(&widget, Qt::LeftButton);
     Settle();
   }
 
-  // Calls `act` with the message box that comes up while something else is done.
+  // Calls `act` with the next message box, while something else is done.
   void OnMessage(std::function<void(QMessageBox&)> act) {
     QTimer::singleShot(0, &program_context_, [this, act = std::move(act)]() mutable {
       auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());

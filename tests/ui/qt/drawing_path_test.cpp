@@ -1,4 +1,4 @@
-// Outlines as a drawing's file spells them.
+// Outlines read from the text of a drawing's file.
 #include "ui/qt/drawing_path.h"
 
 #include <gtest/gtest.h>
@@ -46,7 +46,7 @@ TEST(DrawingPath, AnArcTakesTheCircleAndTheWayThatItsFlagsName) {
   ExpectBounds("M10 0 A10 10 0 1 1 0 10", {0, 0, 20, 20});
   ExpectBounds("M10 0 A10 10 0 0 0 0 10", {0, 0, 10, 10});
   ExpectBounds("M10 0 A10 10 0 1 0 0 10", {-10, -10, 20, 20});
-  // The two short ones bulge to different sides.
+  // The two short arcs lie on different sides.
   EXPECT_TRUE(ReadPath("M10 0 A10 10 0 0 1 0 10 Z")->contains(QPointF(6, 6)));
   EXPECT_FALSE(ReadPath("M10 0 A10 10 0 0 1 0 10 Z")->contains(QPointF(4, 4)));
   EXPECT_FALSE(ReadPath("M10 0 A10 10 0 0 0 0 10 Z")->contains(QPointF(6, 6)));

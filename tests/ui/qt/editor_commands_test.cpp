@@ -1,4 +1,4 @@
-// The buttons of the list editor, and the dialogs and messages that they bring up.
+// The buttons of the list editor, and the dialogs and messages that they show.
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -16,7 +16,7 @@ class EditorCommands : public EditorTest {
     program_.settings.gJoker = joker;
     return OpenAgain();
   }
-  // A file that the dialog finds on the disk and the program in its memory.
+  // A file that exists both on disk, for the dialog, and in memory, for the program.
   std::string AddListFile(const std::string& bytes) {
     const std::string path = NativePath(disk_.filePath("list.txt"));
     QFile file(QString::fromStdString(path));
@@ -270,7 +270,7 @@ TEST_F(EditorCommands, ImportCancelledLeavesTheEditorEmpty) {
 
 TEST_F(EditorCommands, ImportSaysOneMomentPleaseInTitleAndWindowWhileItReads) {
   Open();
-  system_.step = std::chrono::milliseconds(15);  // every row lets the windows live
+  system_.step = std::chrono::milliseconds(15);  // so that each row handles events
   std::string list;
   for (int i = 0; i < 5000; ++i) list += "left|right\r\n";
   const std::string path = AddListFile(list);
@@ -280,7 +280,7 @@ TEST_F(EditorCommands, ImportSaysOneMomentPleaseInTitleAndWindowWhileItReads) {
   QTimer watch;
   QObject::connect(&watch, &QTimer::timeout, [&] {
     if (!grid_.importing) return;
-    // A window is drawn some thirty times a second: a fast machine may have read the list before.
+    // A window is drawn some thirty times a second; a fast machine may have read the list by then.
     if (!has_waited) QTest::qSleep(50);
     has_waited = true;
     title = Editor().windowTitle();
@@ -315,7 +315,7 @@ TEST_F(EditorCommands, AfterALongImportTheEndIsInViewAndACellOfItHasTheFocus) {
 TEST_F(EditorCommands, MovingTheScrollBarWhileAListIsReadDoesNotDisplaceItsRows) {
   Open();
   system_.step = std::chrono::milliseconds(15);
-  // So many that the bar is shown long before the last one is read.
+  // Enough rows for the bar to be shown long before the last one is read.
   std::string list;
   for (int i = 0; i < 30'000; ++i) list += "left|right\r\n";
   int moves = 0;

@@ -1,4 +1,4 @@
-// What cells of the list editor tell as the focus, the caret and the rows move.
+// What the core learns when focus, caret and rows of the list editor move.
 #include <QClipboard>
 #include <QStyleOptionSlider>
 
@@ -22,7 +22,7 @@ class EditorFocus : public EditorTest {
     texts_ = GridRows();
   }
 
-  // The middle of the part of the scroll bar that is dragged.
+  // The middle of the scroll bar's handle.
   QPoint Slider() {
     QStyleOptionSlider option;
     option.initFrom(&Bar());
@@ -377,7 +377,7 @@ TEST_F(EditorFocus, UndoNeverBringsAnotherRowsText) {
   Wheel(Left(8), -2);
   ASSERT_EQ(RowsInView(), "0 1 2 3 4 5");
   const Rows before = GridRows();
-  Click(Left(5));  // now in row 11's place
+  Click(Left(5));  // now at the position of row 11
   Press(Qt::Key_Z, Qt::ControlModifier);
   EXPECT_EQ(GridRows(), before);
   EXPECT_EQ(Left(5).text(), "");

@@ -1,4 +1,4 @@
-// What is pasted into the cells of the list editor, or dropped on them.
+// Text pasted into the cells of the list editor or dropped on them.
 #include <QClipboard>
 #include <QDropEvent>
 #include <QMimeData>
@@ -18,7 +18,7 @@ class EditorPaste : public EditorTest {
     QApplication::clipboard()->setText(text);
     Press(cell, Qt::Key_V, Qt::ControlModifier);
   }
-  // Whether the cell takes what is dragged over it, and is let go there.
+  // Drags data over the cell and drops it. Returns whether the cell accepted it.
   bool Drop(QWidget& cell, QMimeData& dragged) {
     const QPoint place = cell.rect().center();
     QDragEnterEvent enter(place, Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);

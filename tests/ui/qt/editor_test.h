@@ -1,4 +1,4 @@
-// The list editor on the screen, and what a user does in it.
+// The list editor off screen, and what a user does in it.
 #pragma once
 
 #include <QFileDialog>
@@ -26,7 +26,7 @@ class EditorTest : public DesktopTest {
     Activate();
     return Editor();
   }
-  // What a window manager does with a window that comes, or comes back, to the front.
+  // Activates the window, as a window manager does with the front one.
   void Activate() {
     QApplication::setActiveWindow(&Editor());
     Settle();
@@ -60,7 +60,7 @@ class EditorTest : public DesktopTest {
     QTest::keyClicks(&widget, text);
     Settle();
   }
-  // Enter in the last row until there are `count` rows; then everything is settled.
+  // Presses Enter in the last row until there are `count` rows, then handles pending events.
   void MakeRows(int count) {
     while (grid_.LastRow + 1 < count) Press(Left(static_cast<int>(grid_.LastRow)), Qt::Key_Return);
   }
@@ -78,7 +78,7 @@ class EditorTest : public DesktopTest {
     for (const GridRow& row : grid_.rows) rows.emplace_back(row.txtLinks.text, row.txtRechts.text);
     return rows;
   }
-  // What the rows in view show, from the top.
+  // Returns the texts of the rows in view, from the top.
   Rows ShownRows() {
     Rows rows;
     for (int row = 0; row <= grid_.LastRow; ++row) {
@@ -86,7 +86,7 @@ class EditorTest : public DesktopTest {
     }
     return rows;
   }
-  // Numbers of the rows in view, as in "0 1 2".
+  // Returns the numbers of the rows in view, as in "0 1 2".
   std::string RowsInView() {
     std::string rows;
     for (int row = 0; row <= grid_.LastRow + 1; ++row) {
@@ -94,12 +94,12 @@ class EditorTest : public DesktopTest {
     }
     return rows;
   }
-  // Name of what has the keyboard.
+  // Returns the name of the widget that has the focus.
   static std::string Focus() {
     const QWidget* const widget = QApplication::focusWidget();
     return widget == nullptr ? "nothing" : widget->objectName().toStdString();
   }
-  // Three rows a notch; positive moves towards the list's end.
+  // Turns the wheel by notches of three rows; positive scrolls towards the list's end.
   void Wheel(QWidget& over, int notches) {
     const QPointF middle = over.rect().center();
     QWheelEvent event(middle, over.mapToGlobal(middle), {}, {0, -120 * notches}, Qt::NoButton,
@@ -108,7 +108,7 @@ class EditorTest : public DesktopTest {
     qApp->notify(&over, &event);
     Settle();
   }
-  // Calls `act` with the file dialog that comes up while something else is done.
+  // Calls `act` with the next file dialog, while something else is done.
   void OnFileDialog(std::function<void(QFileDialog&)> act) {
     QTimer::singleShot(0, &program_context_, [this, act = std::move(act)]() mutable {
       auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
@@ -119,7 +119,7 @@ class EditorTest : public DesktopTest {
       act(*dialog);
     });
   }
-  // Chooses a path in the file dialog that comes up.
+  // Chooses a path in the next file dialog.
   void Choose(const std::string& path) {
     OnFileDialog([path](QFileDialog& dialog) {
       auto* const name = dialog.findChild<QLineEdit*>("fileNameEdit");

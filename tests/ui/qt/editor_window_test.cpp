@@ -1,4 +1,4 @@
-// The list editor's window: its controls, their places, its rows and keys.
+// The list editor's window: its controls, their positions, its rows and keys.
 #include "tests/ui/qt/editor_test.h"
 
 namespace morvex::test {
@@ -79,7 +79,7 @@ TEST_F(EditorWindow, AWildcardThatMarksMnemonicsElsewhereIsShownAsItIs) {
   Start();
   program_.settings.gJoker = '&';
   OpenAgain();
-  EXPECT_EQ(Command("cmdJoker").text(), "&&");  // the toolkit's writing of a single "&"
+  EXPECT_EQ(Command("cmdJoker").text(), "&&");  // the toolkit's escape of "&"
 }
 
 TEST_F(EditorWindow, AWildcardBeyondAsciiIsShownInTheCodePage) {

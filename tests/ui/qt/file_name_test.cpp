@@ -1,4 +1,4 @@
-// Paths on their way to the toolkit and back.
+// Paths converted to the toolkit and back.
 #include "ui/qt/file_name.h"
 
 #include <gtest/gtest.h>
@@ -64,7 +64,7 @@ TEST(FileName, GoesByThePageThatTheSystemHas) {
 TEST(FileName, IsNoneWhenThePageCannotSpellIt) {
   const CodePage page(GreekPage());
   EXPECT_FALSE(PathBytes(page, QString::fromUtf8("/a/é")).has_value());
-  // Looks like the Alpha of the page.
+  // Looks like the Alpha of the code page, but is another character.
   EXPECT_FALSE(PathBytes(page, QString::fromUtf8("/a/А")).has_value());
 }
 

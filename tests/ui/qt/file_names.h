@@ -1,4 +1,4 @@
-// What the names of files are on the system that the tests run on.
+// File names on the system on which the tests run.
 #pragma once
 
 #include <QDir>
@@ -7,14 +7,14 @@
 
 namespace morvex::test {
 
-// On Windows names are characters, and the system has a page for them.
+// On Windows names are characters, and the system has a code page for them.
 #ifdef Q_OS_WIN
 inline constexpr bool kNamesAreBytes = false;
 #else
 inline constexpr bool kNamesAreBytes = true;
 #endif
 
-// A path as the program spells it.
+// Returns a path in the bytes of the program.
 inline std::string NativePath(const QString& path) {
   return QDir::toNativeSeparators(path).toStdString();
 }

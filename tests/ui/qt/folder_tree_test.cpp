@@ -111,7 +111,7 @@ TEST_F(FolderTreeTest, OkLeavesThePathWhereNoFolderWasMarked) {
 TEST_F(FolderTreeTest, OkGivenByItsLetterLeavesTheFocusOnNoOtherCommand) {
   OpenAt(Path("alpha"));
   ASSERT_TRUE(tree().hasFocus());
-  ok().click();  // as its letter does, without the focus
+  ok().click();  // as its mnemonic does, without moving the focus
   Settle();
   EXPECT_EQ(Caption(go()), "GO !");
   EXPECT_EQ(window().focusWidget(), &window());
@@ -135,7 +135,7 @@ TEST_F(FolderTreeTest, OkDoesNotArmWhereTheMarkedFolderCannotBeChosen) {
   QTest::mouseClick(tree().viewport(), Qt::LeftButton, Qt::NoModifier,
                     tree().visualRect(tree().currentIndex()).center());
   ASSERT_EQ(tree().Current(), Path("beta"));
-  // Gone, but the tree does not know it yet.
+  // Deleted, but the tree does not know it yet.
   ASSERT_TRUE(QDir(root_.path()).rmdir("beta"));
   QTest::mouseClick(&ok(), Qt::LeftButton);
   EXPECT_FALSE(program_.frmMorvex.cmdGo.enabled);

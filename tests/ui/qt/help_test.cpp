@@ -11,7 +11,7 @@
 namespace morvex::test {
 namespace {
 
-// Takes the place of the system's own handler of files.
+// Replaces the system's own handler of files.
 class Opener : public QObject {
   Q_OBJECT
 

@@ -1,4 +1,4 @@
-// Room and outlines that the program's style adds.
+// The room and outlines that the program's style adds.
 #include "ui/qt/house_style.h"
 
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ class LightButtons : public QCommonStyle {
 
 class HouseStyleTest : public testing::Test {
  protected:
-  // A picture of the widget in the toolkit's plain style, in `style` or without what it adds.
+  // Returns a picture of the widget in `style`, on a dark background.
   static QImage Drawn(QWidget& widget, QStyle& style) {
     QPalette dark;
     for (const QPalette::ColorRole role : {QPalette::Window, QPalette::Base, QPalette::Button}) {
@@ -59,7 +59,7 @@ class HouseStyleTest : public testing::Test {
     }
     return most;
   }
-  // Of the widget's left edge, on a dark ground.
+  // Returns the brightness of the widget's left edge on a dark background.
   static int Edge(QWidget& widget, QStyle& style) {
     return Brightest(Drawn(widget, style), QRect(0, 10, 2, 8));
   }
@@ -153,7 +153,7 @@ TEST_F(HouseStyleTest, ADisabledBoxIsPaler) {
   EXPECT_GT(Edge(box, style_), 40);
 }
 
-// What some desktops have: disabled texts nearly as dark as the ground.
+// As on some desktops: disabled text is nearly as dark as the background.
 TEST_F(HouseStyleTest, WhatIsDisabledIsPalerThanWhatIsEnabledButCanBeRead) {
   constexpr int kLeastApart = 75;  // of 255 steps of grey
   const std::array<std::pair<QPalette::ColorRole, QPalette::ColorRole>, 3> pairs = {

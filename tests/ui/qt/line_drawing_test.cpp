@@ -1,4 +1,4 @@
-// Line drawings: what of their files is read, and how it is drawn.
+// Line drawings: how their files are read and drawn.
 #include "ui/qt/line_drawing.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ LineDrawing Drawing(const QByteArray& content) {
   return LineDrawing::FromText("<svg viewBox=\"0 0 10 10\">" + content + "</svg>");
 }
 
-// A picture of 10 dots a side, or what `box` makes of it.
+// Returns a picture of 20 by 20 pixels with the drawing in `box`.
 QImage Drawn(const LineDrawing& drawing, const QRectF& box = {0, 0, 10, 10}) {
   QImage image(QSize(20, 20), QImage::Format_ARGB32);
   image.fill(Qt::transparent);

@@ -1,4 +1,4 @@
-// Arming and running from the main window: what is seen before, while and after a run works.
+// Arming and running from the main window: what is shown before, during and after a run.
 #include <QSignalSpy>
 
 #include "core/run/main_window_events.h"
@@ -345,7 +345,7 @@ TEST_F(MainWindowRunTest, AKeyTypedTwiceOnGoDoesNotReachExit) {
   EXPECT_EQ(program_.run.end, RunEnd::kFinished);
 }
 
-// The question takes the keys away from the window; they come back when Go is disabled.
+// While the question is open the window has no focus; it returns when Go is disabled.
 TEST_F(MainWindowRunTest, EnterAfterTheQuestionDoesNotEndTheProgram) {
   StartWith("/s", "/new");
   Activate();
@@ -423,7 +423,7 @@ TEST_F(MainWindowRunTest, AfterExitInMidFileTheWindowStaysWithAWordUntilTheRunHa
   ClickGo();
   ASSERT_TRUE(copying) << "Exit came before or after the file";
   EXPECT_TRUE(shown_then);
-  // As the copy of the file, which is cut short.
+  // The partial copy.
   EXPECT_EQ(word, "Stopping ...\nThe target is not complete.");
   EXPECT_FALSE(program_.run.cut_short.empty());
   EXPECT_TRUE(HasEnded(program_));

@@ -1,4 +1,4 @@
-// The main window's controls, and what the small events of the window do.
+// The main window's controls and its simple events.
 #include "tests/ui/qt/main_window_test.h"
 
 #include <QAccessible>

@@ -23,7 +23,7 @@ class MainWindowTest : public DesktopTest {
     files_.AddFile("/list.txt", "a|b||\r\n");
   }
 
-  // With a settings file: these paths, the list, ".txt" selected.
+  // Starts with a settings file: these paths, the list, ".txt" selected.
   void StartWith(const std::string& source, const std::string& target) {
     files_.AddFile(
         "/program/Init.dat",
@@ -41,18 +41,18 @@ class MainWindowTest : public DesktopTest {
   QPushButton& ok() { return Get<QPushButton>("cmdAnonymize"); }
   QPushButton& go() { return Get<QPushButton>("cmdGo"); }
   QPushButton& exit() { return Get<QPushButton>("cmdExit"); }
-  // A button's caption as it is read, without the mark of its mnemonic.
+  // Returns a button's caption without the mark of its mnemonic.
   static QString Caption(const QPushButton& button) { return button.text().remove('&'); }
   QString Text(const char* label) { return Get<QLabel>(label).text().remove('&'); }
 
-  // The text is drawn in the red of a path that is wrong.
+  // Whether the text is drawn in the red of a wrong path.
   static bool IsRed(const QWidget& box) {
     const QPalette::ColorGroup group = box.isEnabled() ? QPalette::Active : QPalette::Disabled;
     const QColor colour = box.palette().color(group, QPalette::Text);
     return colour.red() > 2 * colour.green() && colour.red() > 2 * colour.blue();
   }
 
-  // Calls `act` once in the middle of the next run, as an event of its own.
+  // Calls `act` once in the middle of the next run, as a separate event.
   void InRun(std::function<void()> act) {
     system_.step = std::chrono::milliseconds(15);
     QTimer::singleShot(0, &program_context_, [this, act = std::move(act)]() mutable {

@@ -1,4 +1,4 @@
-// The options window, opened as its picture opens it.
+// The options window, opened by its picture in the main window.
 #pragma once
 
 #include <QCheckBox>
@@ -37,21 +37,21 @@ class OptionsTest : public DesktopTest {
   QListWidget& list() { return Find<QListWidget>(window(), "lstExtensie"); }
   QToolButton& list_button() { return Find<QToolButton>(window(), "cmdListExtensie_Down"); }
   QCheckBox& logging() { return Find<QCheckBox>(window(), "chkLoggen"); }
-  // On the box itself: some styles take no click that is neither on it nor on its text.
+  // Clicks the box itself: some styles ignore a click that is neither on it nor on its text.
   void ClickLogging() {
     QTest::mouseClick(&logging(), Qt::LeftButton, Qt::NoModifier,
                       QPoint(8, logging().height() / 2));
     Settle();
   }
   QPushButton& apply() { return Find<QPushButton>(window(), "cmdToepassen"); }
-  // A label's text as it is read.
+  // Returns a label's text without the mark of its mnemonic.
   QString Caption(const char* name) { return Find<QLabel>(window(), name).text().remove('&'); }
 
   void Key(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::keyClick(&widget, key, modifiers);
     Settle();
   }
-  // Replaces what stands in a field.
+  // Replaces the text of a field.
   void Fill(QLineEdit& line, const char* text) {
     line.selectAll();
     if (*text == '\0') QTest::keyClick(&line, Qt::Key_Delete);
@@ -68,7 +68,7 @@ class OptionsTest : public DesktopTest {
                       list().visualItemRect(list().item(row)).center());
     Settle();
   }
-  // What the list shows, with the marks that it shows.
+  // Returns the entries of the list with the marks that it shows.
   std::vector<ListEntry> ShownEntries() {
     std::vector<ListEntry> entries;
     for (int row = 0; row < list().count(); ++row) {

@@ -289,7 +289,7 @@ TEST_F(OptionsWindowTest, AltAndALetterReachTheControls) {
   EXPECT_TRUE(Line("txtSeparator").hasFocus());
   Key(window(), Qt::Key_E, Qt::AltModifier);
   EXPECT_TRUE(entry().hasFocus());
-  // A button is seen going down for a moment.
+  // The button is shown pressed for a moment.
   Key(window(), Qt::Key_L, Qt::AltModifier);
   EXPECT_TRUE(QTest::qWaitFor([&] { return logging().isChecked(); }));
   Key(window(), Qt::Key_T, Qt::AltModifier);
@@ -311,7 +311,7 @@ TEST_F(OptionsWindowTest, WhatTheCodePageCannotWriteIsRefusedInTheField) {
   system_.codec = TextCodec::kSingleByte;
   Open();
   QLineEdit& separator = Line("txtSeparator");
-  separator.insert(QString(QChar(0x0F40)));  // Tibetan: in no single-byte page
+  separator.insert(QString(QChar(0x0F40)));  // Tibetan: in no single-byte code page
   Settle();
   EXPECT_EQ(separator.text(), "|");
   EXPECT_EQ(state().txtSeparator.text.get(), "|");

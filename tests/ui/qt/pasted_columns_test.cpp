@@ -1,4 +1,4 @@
-// Which pasted texts are rows of two texts.
+// Which pasted texts count as rows of two texts.
 #include "ui/qt/pasted_columns.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 namespace morvex::test {
 namespace {
 
-// As in "a=b;c=d"; "none" for a text that is no rows.
+// Returns the rows as in "a=b;c=d", or "none".
 std::string Columns(const char* text) {
   const auto rows = ColumnsOf(text);
   if (!rows) return "none";

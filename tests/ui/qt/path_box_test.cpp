@@ -1,4 +1,4 @@
-// What can be dropped on the path boxes.
+// Files and folders dropped on the path boxes.
 #include "ui/qt/path_box.h"
 
 #include <QDragEnterEvent>
@@ -18,7 +18,7 @@ class PathBoxTest : public MainWindowTest {
     files_.AddFile("/s/two\nlines.txt", "x");
   }
 
-  // Whether the box takes what is dragged over it.
+  // Returns whether the box accepts what is dragged over it.
   bool Drop(PathBox& box, const QMimeData& dragged) {
     const QPoint place = box.rect().center();
     const Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
@@ -91,7 +91,7 @@ TEST_F(PathBoxTest, TheBytesOfADroppedNameStayAsTheyAre) {
 
 TEST_F(PathBoxTest, PathsAreNamesOfFilesWhateverTheTextsCodePage) {
   if (!kNamesAreBytes) GTEST_SKIP() << "names go by the system's page as well";
-  const Variable locale("LC_ALL", "C");  // texts go by Windows-1252
+  const Variable locale("LC_ALL", "C");  // texts are Windows-1252
   system_.codec = TextCodec::kSingleByte;
   StartWith("/zo\xC3\xAB", "/t");
   EXPECT_EQ(source().text(), QString::fromUtf8("/zoë"));

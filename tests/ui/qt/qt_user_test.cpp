@@ -1,4 +1,4 @@
-// Messages, file dialogs and waiting, with a person's clicks and keys.
+// Messages, file dialogs and waiting, with clicks and keys of a user.
 #include "ui/qt/qt_user.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +30,7 @@ using namespace std::chrono_literals;
 
 class QtUserTest : public testing::Test {
  protected:
-  // Calls `act` with the message box, or file dialog, that comes up next.
+  // Calls `act` with the message box or file dialog that is shown next.
   template <class Dialog>
   void On(std::function<void(Dialog&)> act) {
     QTimer::singleShot(5, &context_, [this, act = std::move(act)]() mutable {
@@ -48,13 +48,13 @@ class QtUserTest : public testing::Test {
   static void Press(QMessageBox& box, QMessageBox::StandardButton button) {
     QTest::mouseClick(box.button(button), Qt::LeftButton);
   }
-  // What shows a message with these buttons answers when `act` is done to it.
+  // Returns the answer of a message with these buttons when `act` is done to its box.
   Answer AnswerTo(MessageButtons buttons, std::function<void(QMessageBox&)> act) {
     OnMessage(std::move(act));
     return user_.ShowMessage("text", buttons, MessageIcon::kNone);
   }
 
-  // A name in the dialog's field, and its button.
+  // Enters a name in the dialog's field and presses its button.
   static void Enter(QFileDialog& dialog, const QString& name) {
     auto* const field = dialog.findChild<QLineEdit*>("fileNameEdit");
     ASSERT_NE(field, nullptr);

@@ -1,4 +1,4 @@
-// Colours, captions and fonts as a widget shows them.
+// Colours, captions and fonts of widgets.
 #include "ui/qt/show_control.h"
 
 #include <gtest/gtest.h>

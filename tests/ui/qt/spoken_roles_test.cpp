@@ -1,4 +1,4 @@
-// What a screen reader calls the program's windows and labels.
+// The roles that a screen reader gets for the program's windows and labels.
 #include "ui/qt/spoken_roles.h"
 
 #include <QAccessible>

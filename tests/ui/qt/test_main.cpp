@@ -9,7 +9,7 @@ int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
-  // Without a desktop nothing says what letters are to be like.
+  // Without a desktop no font is set.
   QApplication::setFont(QFont("DejaVu Sans", 9));
   return RUN_ALL_TESTS();
 }

@@ -1,4 +1,4 @@
-// An environment variable that has another value for a while.
+// Sets an environment variable until the object is destroyed.
 #pragma once
 
 #include <QByteArray>
