@@ -27,7 +27,7 @@ void RunRandom(unsigned long count, unsigned long seed) {
     std::mt19937_64 random(seed + i);
     std::vector<std::uint8_t> input(random() % 400);
     for (std::uint8_t& byte : input) byte = static_cast<std::uint8_t>(random());
-    std::fprintf(stderr, i % 10'000 == 0 ? "seed %lu\n" : "", seed + i);
+    if (i % 10'000 == 0) std::fprintf(stderr, "seed %lu\n", seed + i);
     LLVMFuzzerTestOneInput(input.data(), input.size());
   }
 }

@@ -8,6 +8,9 @@ windows=$PWD/build/windows
 passed=0
 failed=0
 skipped=0
+# No more parts than the smallest program has tests.
+parts=$(nproc)
+((parts <= 8)) || parts=8
 
 # A prefix of its own, without what Wine would like to install for other programs.
 export WINEPREFIX=$windows/wine
@@ -52,14 +55,10 @@ set_up_wine() {
     "$wine" reg add "$user" /v sTimeFormat /d HH:mm:ss /f
 }
 
-# tests NAME REPORT COMMAND...: runs one test program whole and counts what its report holds. A
-# program that ends without one, or in another way than its report says, counts as one failure.
-tests() {
-  local name=$1 report=$2 status=0 run=0 bad=0 excused=0 line
-  shift 2
-  heading "$name"
-  rm -f "$report"
-  timeout 900 "$@" --gtest_brief=1 || status=$?
+# Adds what the report of a test program holds, which ended with the status. A program that ends
+# without one, or in another way than its report says, counts as one failure.
+count_report() {
+  local name=$1 report=$2 status=$3 run=0 bad=0 excused=0 line
   if [[ -f $report ]]; then
     line=$(grep -m 1 '<testsuites ' "$report")
     run=$(sed -n 's/.* tests="\([0-9]*\)".*/\1/p' <<<"$line")
@@ -78,10 +77,29 @@ tests() {
   skipped=$((skipped + excused))
 }
 
-# The same for a program that Wine runs; it sees this machine's disk as drive Z.
+# tests NAME PARTS DRIVE COMMAND...: runs one test program in so many parts at a time; to the program
+# this machine's disk is the drive.
+tests() {
+  local name=$1 parts=$2 drive=$3 report=$windows/$1.xml part status processes=()
+  shift 3
+  heading "$name"
+  for ((part = 0; part < parts; ++part)); do
+    rm -f "$report.$part"
+    GTEST_TOTAL_SHARDS=$parts GTEST_SHARD_INDEX=$part timeout 900 "$@" --gtest_brief=1 \
+      "--gtest_output=xml:$drive$report.$part" <&0 >"$report.$part.log" 2>&1 &
+    processes+=($!)
+  done
+  for part in "${!processes[@]}"; do
+    status=0
+    wait "${processes[part]}" || status=$?
+    cat "$report.$part.log"
+    count_report "$name, part $((part + 1)) of $parts" "$report.$part" "$status"
+  done
+}
+
+# windows_tests NAME PARTS: the same for a program that Wine runs.
 windows_tests() {
-  local report=$windows/$1.xml
-  tests "$1" "$report" "$wine" "$windows/bin/$1.exe" "--gtest_output=xml:Z:$report"
+  tests "$1" "$2" Z: "$wine" "$windows/bin/$1.exe"
 }
 
 ./cmake/install_tools.sh g++ g++-mingw-w64-x86-64-posix cmake ninja-build googletest libgtest-dev \
@@ -90,14 +108,13 @@ mkdir -p "$windows"
 check 'Build for Windows' build_for_windows
 check 'Build of the judge' build_the_judge
 check 'Wine' set_up_wine
-windows_tests morvex-host-tests
-windows_tests morvex-tests
+# These start themselves again for a single case, which would not be in every part.
+windows_tests morvex-host-tests 1
+windows_tests morvex-tests "$parts"
 # The engine is judged at length on this machine; a share of the random cases will do here.
-MORVEX_JUDGE_CASES=2000 windows_tests morvex-reference-tests
-report=$windows/morvex-windows-run-tests.xml
+MORVEX_JUDGE_CASES=2000 windows_tests morvex-reference-tests "$parts"
 MORVEX_CLI=$windows/bin/morvex-cli.exe MORVEX_UNDER=$wine \
-  tests morvex-windows-run-tests "$report" build/dev/bin/morvex-windows-run-tests \
-  "--gtest_output=xml:$report"
+  tests morvex-windows-run-tests "$parts" '' build/dev/bin/morvex-windows-run-tests
 "$wineserver" --kill
 
 echo
