@@ -83,15 +83,18 @@ class PrefixSearch {
 
   class IndexBatch {
    public:
+    // Sets `rows`, which the batch goes on using.
     IndexBatch(PrefixSearch& search, const std::uint8_t* bytes, std::size_t size,
-               std::uint64_t begin, const std::uint16_t* offsets, std::size_t count)
+               std::uint64_t begin, const std::uint16_t* offsets, std::size_t count,
+               std::int32_t* rows)
         : search_(search),
           bytes_(bytes),
           size_(size),
           begin_(begin),
           offsets_(offsets),
           count_(count),
-          extra_probes_(search.index_.LookUp(bytes, size, offsets, count, rows_.data())) {}
+          rows_(rows),
+          extra_probes_(search.index_.LookUp(bytes, size, offsets, count, rows)) {}
 
     std::size_t extra_probes() const { return extra_probes_; }
     void Prefetch(const std::vector<RowEffect>& effects) const {
@@ -133,20 +136,24 @@ class PrefixSearch {
     const std::uint16_t* offsets_;
     std::size_t count_;
     std::size_t next_ = 0;
-    std::array<std::int32_t, PrefixIndex::kBatch> rows_;
+    const std::int32_t* rows_;
     std::size_t extra_probes_;
   };
 
   class AutomatonBatch {
    public:
-    AutomatonBatch(PrefixSearch& search, std::uint64_t begin) : search_(search), begin_(begin) {}
+    AutomatonBatch(PrefixSearch& search, std::uint64_t begin)
+        : search_(search),
+          begin_(begin),
+          next_(search.states_.data() + search.states_.size()),
+          end_(search.states_.data()) {}
 
     static std::size_t extra_probes() { return 0; }
     static void Prefetch(const std::vector<RowEffect>& /*effects*/) {}
     bool Next(std::uint64_t from, Candidate& candidate) {
-      // They are in descending order.
-      while (next_ != search_.states_.rend() && begin_ + next_->offset < from) ++next_;
-      if (next_ == search_.states_.rend()) return false;
+      while (next_ != end_ && begin_ + next_[-1].offset < from) --next_;
+      if (next_ == end_) return false;
+      --next_;
       std::vector<std::int32_t>& found = search_.found_;
       found.clear();
       candidate.offset = begin_ + next_->offset;
@@ -154,14 +161,14 @@ class PrefixSearch {
       candidate.needs_attempts = !found.empty();
       const bool is_only = found.size() == 1 && candidate.plain == Candidate::kNone;
       candidate.only_attempt = is_only ? found.front() : Candidate::kNone;
-      ++next_;
       return true;
     }
 
    private:
     PrefixSearch& search_;
     std::uint64_t begin_;
-    std::vector<PrefixAutomaton::Found>::const_reverse_iterator next_ = search_.states_.rbegin();
+    const PrefixAutomaton::Found* next_;  // behind the next one: they are in descending order
+    const PrefixAutomaton::Found* end_;
   };
 
   template <class RunBatch>
@@ -169,10 +176,11 @@ class PrefixSearch {
                             std::uint64_t begin, RunBatch& run_batch) {
     const std::size_t passed = filter_.Find(bytes, count, offsets_.data());
     std::size_t extra_probes = 0;
+    std::array<std::int32_t, PrefixIndex::kBatch> rows;
     for (std::size_t first = 0; first < passed; first += PrefixIndex::kBatch) {
       const std::uint16_t* const offsets = offsets_.data() + first;
       const std::size_t batch_size = std::min(passed - first, PrefixIndex::kBatch);
-      IndexBatch batch(*this, bytes, size, begin, offsets, batch_size);
+      IndexBatch batch(*this, bytes, size, begin, offsets, batch_size, rows.data());
       const std::size_t searched = offsets[batch_size - 1] + std::size_t{1};
       if (!run_batch(batch)) return searched;
       extra_probes += batch.extra_probes();

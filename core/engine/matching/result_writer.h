@@ -43,7 +43,8 @@ class ResultWriter {
       room_ = writer_.output_->RoomAt(writer_.position_);
       begin_ = room_.at;
       copied_ = writer_.copied_;
-      bytes_ = writer_.input_->At(copied_);
+      first_ = copied_;
+      bytes_ = writer_.input_->At(first_);
       hits_ = 0;
     }
     // Replaces what the plain row matches at `offset`. False, and nothing done, when its right text
@@ -54,11 +55,10 @@ class ResultWriter {
           before + kCopyStep + RowEffect::kShort > static_cast<std::size_t>(room_.end - room_.at)) {
         return false;
       }
-      CopyShort(room_.at, bytes_, before);
+      CopyShort(room_.at, bytes_ + (copied_ - first_), before);
       room_.at += before;
       std::memcpy(room_.at, effect.short_text.data(), RowEffect::kShort);
       room_.at += effect.right_size;
-      bytes_ += before + effect.prefix_size;
       copied_ = offset + effect.prefix_size;
       ++hits_;
       return true;
@@ -76,7 +76,8 @@ class ResultWriter {
     ResultWriter& writer_;
     PositionedOutput::Room room_;
     const char* begin_ = nullptr;
-    const std::uint8_t* bytes_ = nullptr;  // the input's at copied_
+    std::uint64_t first_ = 0;
+    const std::uint8_t* bytes_ = nullptr;  // the input's from first_ on
     std::uint64_t copied_ = 0;
     std::int64_t hits_ = 0;
   };

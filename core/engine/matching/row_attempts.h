@@ -34,15 +34,14 @@ class RowAttempts {
   Match FirstMatch(std::uint64_t offset, const std::int32_t* rows, std::size_t count,
                    std::int32_t plain);
 
-  // Whether the row, the only one found at `offset`, is known to fail there. If so its attempt
-  // counts as made.
-  bool IsHopeless(std::int32_t row, std::uint64_t offset) {
-    const CompiledAttempt& compiled = AttemptOf(row);
-    if (offset >= compiled.hopeless_until) return false;
-    if (compiled.pattern.flag == PatternRow::Flag::kWildcard) {
+  // The row is known to fail at the offsets in front of this one.
+  std::uint64_t HopelessUntil(std::int32_t row) { return AttemptOf(row).hopeless_until; }
+  // The row, the only one found at the last offsets, has failed there without an attempt, the last
+  // time at `offset`.
+  void FailedUpTo(std::int32_t row, std::uint64_t offset) {
+    if (AttemptOf(row).pattern.flag == PatternRow::Flag::kWildcard) {
       captures_.CapturedInVain(row, offset);
     }
-    return true;
   }
 
   // Call before each block of offsets.

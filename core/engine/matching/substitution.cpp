@@ -114,12 +114,13 @@ void Substitution::WaitForMore(std::uint64_t offset) {
 
 // Processes the candidates of a batch from `offset` on. Returns the offset behind the last match.
 template <class Batch>
-std::uint64_t Substitution::RunCandidates(std::uint64_t offset, Batch& batch) {
+std::uint64_t Substitution::RunCandidates(std::uint64_t offset, Batch batch) {
   CaptureMemory& captures = attempts_.captures();
   const bool counts_rows = hits_of_rows_ != nullptr;
   ResultWriter::Burst burst(writer_);
   Candidate candidate;
-  while (batch.Next(offset, candidate)) {
+  bool has_more = batch.Next(offset, candidate);
+  while (has_more) {
     offset = candidate.offset;
     if (!candidate.needs_attempts) {
       const RowEffect& effect = list_.effects[static_cast<std::size_t>(candidate.plain)];
@@ -127,24 +128,46 @@ std::uint64_t Substitution::RunCandidates(std::uint64_t offset, Batch& batch) {
         captures.Cut();
         offset += effect.prefix_size;
         if (counts_rows) CountRow(candidate.plain);
+        has_more = batch.Next(offset, candidate);
         continue;
       }
-    } else if (candidate.only_attempt != Candidate::kNone &&
-               attempts_.IsHopeless(candidate.only_attempt, offset)) {
-      ++offset;
-      continue;
+    } else if (candidate.only_attempt != Candidate::kNone) {
+      const std::uint64_t hopeless_until = attempts_.HopelessUntil(candidate.only_attempt);
+      if (offset < hopeless_until) {
+        has_more = SkipHopeless(batch, candidate, hopeless_until);
+        offset = candidate.offset + (has_more ? 0 : 1);
+        continue;
+      }
     }
     pace_.AddHits(burst.End());
     RunCandidate(candidate);
     burst.Begin();
     if (MustLeaveBlock()) return offset;
     offset = std::max(offset + 1, writer_.copied());
+    has_more = batch.Next(offset, candidate);
   }
   pace_.AddHits(burst.End());
   return offset;
 }
 
-void Substitution::RunCandidate(const Candidate& candidate) {
+// Goes on to the next candidate that is not the same row in front of `hopeless_until`. False when
+// the batch has no more; `candidate` then has the last offset. A wildcard whose tail never comes
+// can fail at very many offsets, of which only the last one matters.
+template <class Batch>
+bool Substitution::SkipHopeless(Batch& batch, Candidate& candidate, std::uint64_t hopeless_until) {
+  const std::int32_t row = candidate.only_attempt;
+  std::uint64_t last = 0;
+  bool has_more = true;
+  do {
+    last = candidate.offset;
+    has_more = batch.Next(last + 1, candidate);
+  } while (has_more && candidate.only_attempt == row && candidate.offset < hopeless_until);
+  attempts_.FailedUpTo(row, last);
+  if (!has_more) candidate.offset = last;
+  return has_more;
+}
+
+void Substitution::RunCandidate(Candidate candidate) {
   RowAttempts::Match match;
   if (!candidate.needs_attempts) {
     attempts_.captures().Cut();

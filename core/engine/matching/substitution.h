@@ -58,8 +58,10 @@ class Substitution {
   std::uint64_t RunBlock(std::uint64_t offset);
   void WaitForMore(std::uint64_t offset);
   template <class Batch>
-  std::uint64_t RunCandidates(std::uint64_t offset, Batch& batch);
-  void RunCandidate(const Candidate& candidate);
+  std::uint64_t RunCandidates(std::uint64_t offset, Batch batch);
+  template <class Batch>
+  bool SkipHopeless(Batch& batch, Candidate& candidate, std::uint64_t hopeless_until);
+  void RunCandidate(Candidate candidate);
   bool MustLeaveBlock() const { return pace_.stopped() || no_progress_ || attempts_.undecided(); }
   void CountRow(std::int32_t row) {
     if (hits_of_rows_ != nullptr) {
