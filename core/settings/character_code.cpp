@@ -5,7 +5,7 @@
 namespace morvex {
 namespace {
 
-// Bytes of the UTF-8 sequence that the text starts with; 1 for a byte that starts none.
+// Length in bytes of the UTF-8 sequence at the beginning of the text; 1 when none begins there.
 std::size_t Utf8Length(std::string_view text) {
   const auto lead = static_cast<unsigned char>(text.front());
   std::size_t length = 1;

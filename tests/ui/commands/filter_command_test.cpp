@@ -1,5 +1,5 @@
-// "filter" on a stream that pauses: what has been decided is out by then, and in the end the bytes
-// are those of the whole file.
+// "filter" on a stream that pauses: decided bytes are written before the pause, and in the end the
+// output is that for the whole file.
 #include "ui/commands/filter_command.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ namespace {
 
 using Pieces = std::vector<std::string>;
 
-// Takes bytes at its end alone.
+// Takes bytes only at its end.
 class Sink : public OutputFile {
  public:
   explicit Sink(std::string& all) : all_(all) {}
@@ -42,8 +42,8 @@ class Filter {
     files_.AddFile("/list.txt", list);
   }
 
-  // The exit status. What was out when it waited for each piece stands in `at_pauses`, the last
-  // time for the end.
+  // Returns the exit status. `at_pauses` gets the output so far at each wait for a piece, the last
+  // one for the end.
   int Run(const Pieces& pieces) {
     std::string bytes;
     for (const std::string& piece : pieces) bytes += piece;
@@ -103,14 +103,14 @@ TEST(FilterCommand, AWildcardWithoutAnEndIsHeldBackOnlyAsFarAsItReaches) {
   EXPECT_EQ(filter.at_pauses, (Pieces{"", "a ", "a id=" + long_line}));
 }
 
-// What a row can take back again is not yet out, however long the stream pauses.
+// Bytes that a row can still overwrite are held back, however long the stream pauses.
 TEST(FilterCommand, ARowThatWritesBackOverItselfKeepsItsBytesToTheEnd) {
   Filter filter(Rows{{"abcd*bcd", "*X"}});
   EXPECT_EQ(filter.Run({"--abcd-", "--"}), kExitDone) << filter.said;
   EXPECT_EQ(filter.at_pauses, (Pieces{"", "", ""}));
 }
 
-// The same list and bytes at once, into a file that can be written at any place.
+// The same list and bytes in one piece, into a file that can be written at any offset.
 std::string WholeFile(const Rows& rows, const std::string& bytes) {
   TestProgram scene;
   scene.ApplyRows(rows, '*');

@@ -1,4 +1,4 @@
-// Whole unattended runs with the console as their user.
+// Whole unattended runs with the console as the user service.
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -20,11 +20,11 @@ class ConsoleRunTest : public ::testing::Test {
     files_.AddFile("/s/2.txt", std::string(200'000, 'a'));
     files_.AddFile("/s/3.txt", "aca");
     files_.AddFile("/list.txt", "a|b||\r\n");
-    // Every look at the clock lets a yield through.
+    // Every reading of the clock lets a yield through.
     system_.step = std::chrono::milliseconds(15);
   }
 
-  // Runs to the program's end and gives its exit status.
+  // Runs to the program's end and returns its exit status.
   int Run(const std::string& source, const std::string& target, bool terminal,
           const std::string& more = "") {
     files_.AddFile("/job.dat", source + "\r\n" + target +
