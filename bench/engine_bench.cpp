@@ -64,17 +64,14 @@ const Loaded& Load(const std::string& name, std::size_t size) {
   loaded = std::make_unique<Loaded>();
   loaded_size = size;
   loaded->input = MakeInput(name, size);
-  ReplacementsForm grid;
-  grid.rows.clear();
+  ReplacementList list;
   for (const auto& [left, right] : loaded->input.rows) {
-    grid.rows.emplace_back();
-    grid.rows.back().txtLinks.text = left;
-    grid.rows.back().txtRechts.text = right;
+    list.rows.push_back({left, right});
     const char joker = loaded->input.joker;
-    Set_Joker(loaded->tables, "Left", static_cast<std::int64_t>(grid.rows.size()) - 1,
+    Set_Joker(loaded->tables, "Left", static_cast<std::int64_t>(list.rows.size()) - 1,
               joker != 0 && left.find(joker) != std::string::npos);
   }
-  FillArrays(grid, static_cast<std::uint8_t>(loaded->input.joker), loaded->tables);
+  FillArrays(list, static_cast<std::uint8_t>(loaded->input.joker), loaded->tables);
   return *loaded;
 }
 
@@ -152,15 +149,12 @@ void Compile(benchmark::State& state) {
   static SubstitutionTables tables;
   if (tables.PairCount == 0) {
     const Input input = MakeInput("prose-100000", kMiB);
-    ReplacementsForm grid;
-    grid.rows.clear();
+    ReplacementList list;
     for (const auto& [left, right] : input.rows) {
-      grid.rows.emplace_back();
-      grid.rows.back().txtLinks.text = left;
-      grid.rows.back().txtRechts.text = right;
-      Set_Joker(tables, "Left", static_cast<std::int64_t>(grid.rows.size()) - 1, false);
+      list.rows.push_back({left, right});
+      Set_Joker(tables, "Left", static_cast<std::int64_t>(list.rows.size()) - 1, false);
     }
-    FillArrays(grid, 0, tables);
+    FillArrays(list, 0, tables);
   }
   for (auto _ : state) {
     const Substitution engine(tables, 0);

@@ -5,6 +5,7 @@
 
 #include "core/engine/passes/extension_filter.h"
 #include "core/forms/keys.h"
+#include "core/run/run_driver.h"
 #include "core/run/start_up.h"
 #include "core/settings/options.h"
 #include "fuzz/fuzz_bytes.h"
@@ -37,7 +38,8 @@ bool IsSelected(const Program& program, const std::string& key) {
   return false;
 }
 
-void CheckFilter(const Program& program, const std::string& name) {
+void CheckFilter(Program& program, const std::string& name) {
+  program.request = RequestFromForms(program);
   const std::size_t point = name.find('.');
   const std::string top = point == std::string::npos ? "." : name.substr(point);
   const std::string below = name.size() < 4 ? name : name.substr(name.size() - 4);

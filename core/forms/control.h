@@ -1,8 +1,9 @@
-// The state of window controls: plain values, no behaviour, no toolkit. A user interface shows them
-// and reports events to the handlers of the other rooms; a test reads them without a screen.
+// The state of the controls of a form: plain values, no behaviour, no toolkit. A user interface
+// shows them and passes events to the handlers of the other rooms; a test reads them without a
+// screen.
 //
-// Every value that can be seen tells its window's ChangeNotice when it changes, so a user interface
-// repaints when it wants to and never has to poll each control.
+// Every visible value notifies its form's ChangeNotice when it changes, so that a user interface
+// need not poll the controls.
 #pragma once
 
 #include <algorithm>
@@ -15,9 +16,9 @@
 
 namespace morvex {
 
-// Counts the changes of one window. `on_change`, when set, is called after each, in the middle of a
-// handler and maybe a million times during one: it must only note that there is something to
-// repaint, and must not throw.
+// Counts the changes of one form. `on_change`, when set, is called after each change, in the middle
+// of a handler and up to a million times during one: it must only note that a repaint is due, and
+// must not throw.
 class ChangeNotice {
  public:
   void Changed() {
@@ -32,7 +33,7 @@ class ChangeNotice {
   std::uint64_t revision_ = 0;
 };
 
-// A value of a control that gives notice when it takes another value.
+// A value that notifies its form when it changes.
 template <class T>
 class Watched {
  public:
@@ -65,7 +66,7 @@ enum class Colour : std::uint32_t {
 
 enum class MousePointer { kDefault, kHourglass, kCustom };
 
-// Place and size in twips, 1440 to the inch, from the window's left upper corner.
+// Position and size in twips, 1440 to the inch, from the form's upper left corner.
 struct Box {
   int left = 0;
   int top = 0;
@@ -74,7 +75,7 @@ struct Box {
   bool operator==(const Box&) const = default;
 };
 
-// What every control has. `tab_index` orders the controls of one window for the Tab key, from 0.
+// What every control has. `tab_index` orders the controls of a form for the Tab key, from 0.
 struct Control {
   Control(ChangeNotice& notice, Box where, int tab)
       : tool_tip(notice),
@@ -96,8 +97,8 @@ struct Label : Control {
   Label(ChangeNotice& notice, Box where, std::string text, std::string font_name = "")
       : Control(notice, where, -1), caption(notice, std::move(text)), font(std::move(font_name)) {}
 
-  Watched<std::string> caption;  // lines are parted by CR LF
-  std::string font;              // empty: the window's own
+  Watched<std::string> caption;  // CR LF separates its lines
+  std::string font;              // empty: the form's own
 };
 
 struct Button : Control {
@@ -110,8 +111,8 @@ struct Button : Control {
   std::string font;
 };
 
-// One line: its text never holds CR or LF. The user interface sees to that, and puts what is typed
-// into `text` where no handler for the change is declared.
+// One line: its text never holds CR or LF. The user interface ensures this, and puts typed text
+// into `text` when no handler for the change is declared.
 struct TextBox : Control {
   TextBox(ChangeNotice& notice, Box where, int tab) : Control(notice, where, tab), text(notice) {}
 
@@ -152,8 +153,8 @@ struct ListEntry {
   bool operator==(const ListEntry&) const = default;
 };
 
-// A list whose entries are selected one by one. `current` is the entry with the focus mark, -1 for
-// none; the user interface moves it as the user does.
+// A list whose entries are selected one by one. `current` is the index of the entry with the focus
+// mark, -1 for none; the user interface sets it.
 struct ListBox : Control {
   ListBox(ChangeNotice& notice, Box where, int tab)
       : Control(notice, where, tab), entries(notice), current(notice, -1) {}
@@ -162,7 +163,7 @@ struct ListBox : Control {
   Watched<int> current;
 };
 
-// Window updates never fail: a value outside the range is moved to its nearer end.
+// A value outside the range is moved to its nearer end, so setting one never fails.
 struct ScrollBar : Control {
   ScrollBar(ChangeNotice& notice, Box where, int tab)
       : Control(notice, where, tab), minimum_(notice, 0), maximum_(notice, 0), value_(notice, 0) {}
@@ -207,7 +208,7 @@ struct Timer {
   int interval_ms = 0;
 };
 
-// Stands in for a path box while a folder is chosen.
+// Shown instead of a path box while the user chooses a folder.
 struct FolderTree : Control {
   FolderTree(ChangeNotice& notice, Box where, int tab)
       : Control(notice, where, tab), selected_folder(notice) {
@@ -215,7 +216,7 @@ struct FolderTree : Control {
   }
 
   Watched<std::string> selected_folder;
-  std::string last_folder_event;  // path of the folder that the tree's last event named
+  std::string last_folder_event;  // path of the folder that the last event was about
 };
 
 // A drawn line, in twips.
@@ -226,8 +227,8 @@ struct Line {
   int y2 = 0;
 };
 
-// The control that a handler wants to have the input focus. A wish counts once: a user interface
-// moves the focus when requests() has grown, and otherwise leaves it where the user put it.
+// The control to which a handler moves the input focus. The user interface moves it once for each
+// request, when requests() has grown, and otherwise leaves it where the user put it.
 class FocusRequest {
  public:
   explicit FocusRequest(ChangeNotice& notice) : notice_(&notice) {}
@@ -246,7 +247,7 @@ class FocusRequest {
   std::uint64_t requests_ = 0;
 };
 
-// What every window has. Sizes are of the part inside the frame, in twips.
+// The state of a window. Sizes are of the part inside the frame, in twips.
 struct Form {
   Form(std::string title, int inner_width, int inner_height)
       : loaded(changes, false),

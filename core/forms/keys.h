@@ -1,4 +1,4 @@
-// Keys and modifiers as the windows' key handlers take them.
+// Key codes and modifiers for the key handlers.
 #pragma once
 
 namespace morvex {

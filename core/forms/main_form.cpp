@@ -27,7 +27,7 @@ MainForm::MainForm()
       lblNote(changes, {240, 4200, 7815, 255}, ""),
       ProgressBar1(changes, {240, 4200, 7815, 255}),
       Image1(changes, {7560, 3000, 480, 375}, -1),
-      // A frame around the paths, one around the statistics, and the rule between them.
+      // A frame around the paths, one around the statistics, and the lines between them.
       Lines{{{120, 120, 8175, 120},
              {120, 1320, 7440, 1320},
              {120, 120, 120, 1320},

@@ -1,4 +1,4 @@
-// The main window: source and target, the commands, the statistics of a run.
+// The form of the main window: source and target, the commands, the statistics of a run.
 #pragma once
 
 #include <array>
@@ -32,19 +32,19 @@ struct MainForm : Form {
   Button cmdExit;
   Picture imOpties;
   Picture imList;
-  Label lblExtensions;  // the selected extensions, run together
+  Label lblExtensions;  // the selected extensions, without separators
   Label lblFiles;       // the file being processed
   Label Label1;         // heads the statistics
-  Label lblTotalFiles;  // what the run is at, then the counts of files
+  Label lblTotalFiles;  // what the program is doing, then the counts of files
   Label lblTijd;        // elapsed time
   Label lblPercentage;  // hits and result
-  Label lblNote;        // what to know of the last run before its copies are handed over
+  Label lblNote;        // a warning about the last run's copies
   ProgressBar ProgressBar1;
   Timer Timer1;
-  Picture Image1;             // decoration, as are the lines
+  Picture Image1;             // decoration, like the lines
   std::array<Line, 9> Lines;  // Line1 to Line9
 
-  int EditedBox = kSourceBox;  // the path box that the folder tree stands in for
+  int EditedBox = kSourceBox;  // the path box whose place the folder tree takes
 
  private:
   TextBox source_box_;

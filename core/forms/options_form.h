@@ -1,4 +1,5 @@
-// The options window: wildcard, separator, logging, and the extensions whose files are scanned.
+// The form of the options window: wildcard, separator, logging, and the extensions whose files are
+// processed.
 #pragma once
 
 #include "core/forms/control.h"

@@ -3,10 +3,10 @@
 namespace morvex {
 namespace {
 
-constexpr int kButtonTop = 900;  // below the only row of an empty grid
+constexpr int kButtonTop = 900;  // below the one row of an empty grid
 constexpr int kButtonHeight = 375;
 
-// The caption heads the two columns.
+// The caption holds the headings of the two columns.
 std::string ColumnHeadings() {
   return std::string(7, ' ') + "replace:" + std::string(81, ' ') + "by:";
 }

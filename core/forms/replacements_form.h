@@ -1,7 +1,7 @@
-// The editor of the replacement list: a grid of rows, each a left and a right cell.
+// The form of the replacement list's editor: a grid of rows, each a left and a right cell.
 //
-// A grid may hold a hundred thousand rows, so what every row shares is not stored in each: a row's
-// place and visibility follow from one scroll offset, its tab position from its index.
+// A grid may hold a hundred thousand rows, so a row stores no position: position and visibility are
+// computed from one scroll offset, the tab position from the row's index.
 #pragma once
 
 #include <cstddef>
@@ -24,7 +24,7 @@ inline constexpr int kCellWidth = 4215;
 inline constexpr int kCellHeight = 375;
 inline constexpr std::int64_t kRowsInBand = 6;  // visible at a time: tops from 360 to 2160
 
-// A cell's text of this many characters or more is reported as too long.
+// A text of this many bytes or more is marked as too long.
 inline constexpr std::size_t kLongestText = 2147483647;
 
 enum class Column { kLeft, kRight };
@@ -35,13 +35,13 @@ struct CellAddress {
   bool operator==(const CellAddress&) const = default;
 };
 
-// One text box of the grid, of one line: no CR or LF. Positions count bytes of `text`.
+// One text box of the grid, of one line: no CR or LF.
 struct Cell {
   std::string text;
   std::string tool_tip;
   Colour colour = Colour::kBlack;
-  std::size_t selection_end =
-      0;  // the position behind the selection: the caret when nothing is selected
+  // Offset in `text` of the selection's end; of the caret when nothing is selected.
+  std::size_t selection_end = 0;
 };
 
 struct GridRow {
@@ -52,7 +52,7 @@ struct GridRow {
 struct ReplacementsForm : Form {
   ReplacementsForm();
 
-  std::vector<GridRow> rows;  // row 0 always exists while the window is loaded
+  std::vector<GridRow> rows;  // row 0 always exists while the form is loaded
 
   bool HasRow(std::int64_t row) const {
     return row >= 0 && row < static_cast<std::int64_t>(rows.size());
@@ -67,15 +67,15 @@ struct ReplacementsForm : Form {
     return static_cast<int>(kFirstRowTop + (row - scrolled_rows) * kRowPitch);
   }
   bool RowVisible(std::int64_t row) const {
-    const std::int64_t place = row - scrolled_rows;
-    return row < placed_rows && place >= 0 && place < kRowsInBand;
+    const std::int64_t in_band = row - scrolled_rows;
+    return row < placed_rows && in_band >= 0 && in_band < kRowsInBand;
   }
   Box CellBox(CellAddress address) const {
     return {address.column == Column::kLeft ? kLeftColumn : kRightColumn, Top(address.row),
             kCellWidth, kCellHeight};
   }
-  // The window's tab order: left, right, next left, next right, and behind the last cell the other
-  // controls in the order of their tab_index.
+  // The tab order: the cells row by row, left before right, then the other controls in the order of
+  // their tab_index.
   static std::int64_t CellTabIndex(CellAddress address) {
     return address.row * 2 + (address.column == Column::kLeft ? 0 : 1);
   }
@@ -96,7 +96,7 @@ struct ReplacementsForm : Form {
   FileDialog cdSaveList;
 
   std::int64_t LastRow = 0;
-  std::string FocusCell;  // the cell that last lost the focus, as in Links_3 or Rechts_0
+  std::string FocusCell;  // the cell that last lost the focus, such as Links_3 or Rechts_0
   std::size_t CaretPos = 0;
   std::int64_t ScrollPos = 1;
   std::int64_t PrevScrollValue = 0;
@@ -105,11 +105,11 @@ struct ReplacementsForm : Form {
   std::vector<std::string> SavedRechts;
 
   std::optional<CellAddress> focused_cell;  // the cell that has the focus now
-  std::int64_t scrolled_rows = 0;  // rows moved out above the band; negative: pushed below it
-  std::int64_t placed_rows = 1;    // rows that were ever shown; a row just added is hidden
-  int grown_rows = 0;              // how much taller than at its opening the window is
+  std::int64_t scrolled_rows = 0;  // rows above the band; negative: empty space above the first row
+  std::int64_t placed_rows = 1;    // rows from this one on were just added and are still hidden
+  int grown_rows = 0;              // rows by which the window has grown since it was opened
   std::size_t longest_text = kLongestText;
-  bool importing = false;  // a list file is being read into the rows: the user's commands wait
+  bool importing = false;  // a list is being put into the rows; commands do nothing meanwhile
 };
 
 }  // namespace morvex

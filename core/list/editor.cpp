@@ -7,7 +7,7 @@ namespace morvex {
 void imList_Click(Program& program) {
   if (IsBusy(program) || program.Beeindigd) return;
   LoadGrid(program);
-  program.frmReplacements.cmdJoker.caption = JokerText(program);
+  program.frmReplacements.cmdJoker.caption = WildcardText(program.settings.gJoker);
   program.frmReplacements.visible = true;
   program.frmMorvex.visible = false;
 }

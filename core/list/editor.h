@@ -6,14 +6,13 @@
 namespace morvex {
 
 // The main window's list picture: loads the editor when it is not loaded, shows it with the
-// wildcard that is now in force, and hides the main window. Nothing while a run works or a list is
-// being read.
+// wildcard in force, and hides the main window. Nothing while a run works or a list is being read.
 void imList_Click(Program& program);
 
-// Closes the editor and opens it afresh: its rows are gone, the tables stay.
+// Closes the editor and opens it again with one empty row; the tables stay.
 void RefreshFormReplacements(Program& program);
 
-// The editor's close box: its rows are gone and the main window is shown again.
+// The editor's close box: drops the rows and shows the main window again.
 void frmReplacements_Close(Program& program);
 
 }  // namespace morvex

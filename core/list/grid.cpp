@@ -10,7 +10,7 @@
 namespace morvex {
 namespace {
 
-// An Enter in a row behind it scrolls in place of growing.
+// Enter in a later row scrolls the grid; up to this row it makes the window taller.
 constexpr std::int64_t kLastGrowingRow = kRowsInBand - 2;
 constexpr std::int64_t kFreshScrollMaximum = 10;
 constexpr const char* kTooLongEntering = "invoer te lang (> 2147483647)";
@@ -24,7 +24,7 @@ void MoveDown(Button& button, int twips) {
   button.box = box;
 }
 
-// What the program and the user alike cause when the scroll bar takes a value.
+// The scroll bar takes a value, from the program or from the user.
 void ScrollTo(ReplacementsForm& grid, std::int64_t value) {
   grid.VScroll1.SetValue(value);
   const std::int64_t taken = grid.VScroll1.value();
@@ -35,7 +35,7 @@ void ScrollTo(ReplacementsForm& grid, std::int64_t value) {
   grid.PrevScrollValue = taken;
 }
 
-// Up and Down.
+// Brings the cell into view and puts the focus there.
 void MoveTo(Program& program, CellAddress cell) {
   ScrollIntoView(program.frmReplacements, cell.row);
   FocusOnCell(program, cell);
@@ -62,7 +62,7 @@ void LoadGrid(Program& program) {
   grid.VScroll1.visible = false;
   TipFromText(grid.rows[0].txtLinks);
   TipFromText(grid.rows[0].txtRechts);
-  grid.cmdJoker.caption = JokerText(program);
+  grid.cmdJoker.caption = WildcardText(program.settings.gJoker);
   grid.changes.Changed();
 }
 
@@ -102,13 +102,22 @@ void ShiftRows(ReplacementsForm& grid, std::int64_t delta) {
 
 void ScrollIntoView(ReplacementsForm& grid, std::int64_t row) {
   if (!grid.HasRow(row) || grid.RowVisible(row)) return;
-  const std::int64_t place = row - grid.scrolled_rows;
+  const std::int64_t in_band = row - grid.scrolled_rows;
   const std::int64_t delta =
-      std::min<std::int64_t>(place, 0) + std::max<std::int64_t>(place - (kRowsInBand - 1), 0);
+      std::min<std::int64_t>(in_band, 0) + std::max<std::int64_t>(in_band - (kRowsInBand - 1), 0);
   ShiftRows(grid, delta);
-  // The bar follows, and its new value moves no row again.
+  // The bar follows; PrevScrollValue keeps its new value from moving the rows again.
   grid.VScroll1.SetValue(grid.VScroll1.value() + delta);
   grid.PrevScrollValue = grid.VScroll1.value();
+}
+
+ReplacementList ListInGrid(const ReplacementsForm& grid) {
+  ReplacementList list;
+  list.rows.reserve(grid.rows.size());
+  for (const GridRow& row : grid.rows) {
+    list.rows.push_back({row.txtLinks.text, row.txtRechts.text});
+  }
+  return list;
 }
 
 void SnapshotRows(ReplacementsForm& grid) {

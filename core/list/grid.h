@@ -1,7 +1,7 @@
 // The replacement grid: its rows, their layout, and what its keys, focus and scroll bar do.
 //
-// Work that touches every row (laying out, scrolling) is done once for all of them, so a list of a
-// hundred thousand rows is built in linear time.
+// Scrolling changes one offset, not every row, so a list of a hundred thousand rows is built in
+// linear time.
 #pragma once
 
 #include <cstdint>
@@ -10,67 +10,72 @@
 #include <vector>
 
 #include "core/program/program.h"
+#include "core/tables/replacement_list.h"
 
 namespace morvex {
 
-// Brings the window to its freshly opened state: one empty row. What the window remembers across
-// openings (FocusCell, CaretPos, PrevScrollValue, the snapshot) stays. Nothing when it is loaded
-// already.
+// Brings the form into its freshly opened state, with one empty row. FocusCell, CaretPos,
+// PrevScrollValue and the snapshot outlive its closing and stay. Does nothing when the form is
+// already loaded.
 void LoadGrid(Program& program);
 
 // Adds an empty, hidden row behind the last one. The caller then sets LastRow.
 void AddRow(ReplacementsForm& grid);
 
-// Takes the row `row` away; false for row 0, which always exists, and for a row that does not.
-// Does not change LastRow.
+// Removes a row. Returns false for row 0, which always exists, and for a row that does not exist.
+// The caller then sets LastRow.
 bool RemoveRow(ReplacementsForm& grid, std::int64_t row);
 
 // Makes the window `count` rows taller; `count` may be negative.
 void GrowWindow(ReplacementsForm& grid, int count);
 
-// Moves the rows up by `delta` rows; down when negative. Every row gets its visibility anew.
+// Moves the rows up by `delta` rows; down when negative. Rows that were just added become visible
+// when they are within the band.
 void ShiftRows(ReplacementsForm& grid, std::int64_t delta);
 
-// Scrolls as few rows as it takes to have that row in view. Nothing for a row that does not exist.
+// Scrolls by as few rows as bring that row into view. Nothing for a row that does not exist.
 void ScrollIntoView(ReplacementsForm& grid, std::int64_t row);
+
+// The grid's rows as data; no path, no wildcard flags.
+ReplacementList ListInGrid(const ReplacementsForm& grid);
 
 // Copies every cell's text into SavedLinks and SavedRechts.
 void SnapshotRows(ReplacementsForm& grid);
 
-// Puts the focus into a cell, with all that leaving the old cell and entering the new one bring
-// about. A cell that does not exist or is hidden, in a window that is hidden, cannot take it:
-// nothing happens.
+// Puts the focus into a cell and handles the loss of focus of the old cell. Nothing happens when
+// the cell does not exist or cannot be seen.
 void FocusOnCell(Program& program, CellAddress cell);
 
-// Marks a cell whose text has reached the grid's longest_text: it turns red and `too_long` is its
-// tool tip. Any other cell is black, with its own text as tool tip.
+// A cell whose text has longest_text bytes or more turns red, with `too_long` as its tool tip. Any
+// other cell turns black, with its own text as tool tip.
 void MarkTooLong(const ReplacementsForm& grid, Cell& cell, const char* too_long);
 
-// What Enter in a cell does; only in the last row, which gets a row behind it.
+// Enter in a cell: in the last row it appends a row, elsewhere it does nothing.
 void EnterInCell(Program& program, CellAddress cell);
 
-// Puts a text into a cell that exists.
+// Puts a text into a cell, which must exist.
 void SetCellText(ReplacementsForm& grid, CellAddress cell, const std::string& text);
 
-// Puts texts into the rows from `first` on, which must exist; behind the last row others are added
-// as Enter does.
+// Puts texts into the rows from `first` on; that row must exist. Behind the last row it appends
+// rows as Enter does.
 void FillRows(Program& program, std::int64_t first, const std::vector<GridRow>& rows);
 
-// Fills rows with what was pasted in a cell, from that cell's row on, and puts the focus into the
-// last of them. No text is overwritten: where one of the rows holds a text already nothing changes,
-// and the first such row is given.
+// Pastes rows, the first into the row of `cell`, and puts the focus into the last. Never overwrites
+// a text: when one of the rows already holds one, nothing changes and the first such row is
+// returned.
 std::optional<std::int64_t> PasteRows(Program& program, CellAddress cell,
                                       const std::vector<GridRow>& rows);
 
-// The cell that FocusCell names; nothing when it names none that exists.
+// The cell that FocusCell names, when it exists.
 std::optional<CellAddress> RememberedCell(const ReplacementsForm& grid);
 
-// Brings that cell into view and puts the focus there; false when it cannot have it.
+// Brings that cell into view and puts the focus there. Returns false when that is not possible.
 bool ReturnToCell(Program& program);
 
-// Events. A cell event for a row that does not exist does nothing; nor do keys and changes while a
-// list is being read. A change of text comes before the selection that goes with it. `key` is one
-// of core/forms/keys.h. A scroll value outside the bar's range is moved into it.
+// Events. A cell event does nothing for a row that does not exist. Keys and changes do nothing
+// while a list is being read. The user interface reports a change of text before the selection that
+// goes with it. `key` is one of core/forms/keys.h. A scroll value outside the bar's range is moved
+// to its nearer end.
 void Cell_KeyDown(Program& program, CellAddress cell, int key);
 void Cell_Change(Program& program, CellAddress cell, const std::string& text);
 void Cell_SelectionChange(Program& program, CellAddress cell, std::size_t selection_end);

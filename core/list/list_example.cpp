@@ -10,10 +10,10 @@
 namespace morvex {
 namespace {
 
-// One of them has nothing of nearly every ending in it.
+// Nearly every ending is missing in at least one of them.
 constexpr std::array<std::string_view, 3> kWords = {"Renate", "Vollmoor", "418273"};
 
-class Onlooker : public SubstitutionWatcher {
+class NoWatcher : public SubstitutionWatcher {
  public:
   void OnHits(std::int64_t /*count*/) override {}
   bool KeepGoing(std::uint64_t /*read*/) override { return true; }
@@ -33,26 +33,20 @@ std::string ExampleFor(std::string_view left, std::uint8_t joker) {
       .append(ending);
 }
 
-std::string RowOutcomes::Of(const std::string& left_cell, const std::string& right_cell,
-                            std::uint8_t joker, std::string_view file) {
-  const auto holds_joker = [joker](const std::string& cell) {
-    return joker != 0 && cell.find(static_cast<char>(joker)) != std::string::npos;
-  };
-  ReplacementsForm grid;
-  grid.rows.resize(1);
-  grid.rows.front().txtLinks.text = left_cell;
-  grid.rows.front().txtRechts.text = right_cell;
+std::string RowOutcomes::Of(const std::string& left, const std::string& right, std::uint8_t joker,
+                            std::string_view file) {
+  ReplacementList list;
+  list.rows.push_back({left, right});
+  FlagWildcards(list, WildcardText(joker));
   SubstitutionTables tables;
-  Set_Joker(tables, "Left", 0, holds_joker(left_cell));
-  Set_Joker(tables, "Right", 0, holds_joker(right_cell));
-  FillArrays(grid, joker, tables);
+  MakeTables(list, joker, tables);
   MemorySource from(file);
   MemorySink to;
   input_.Open(from);
   output_.Open(to);
   CaptureState captured;
-  Onlooker onlooker;
-  Substitution(tables, joker).Run(input_, output_, captured, onlooker);
+  NoWatcher watcher;
+  Substitution(tables, joker).Run(input_, output_, captured, watcher);
   output_.Finish();
   return to.bytes();
 }

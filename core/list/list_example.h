@@ -1,5 +1,5 @@
-// The result of one row of a list on a short sample text, made by the real substitution. It is
-// shown to the user where a row does not do what its writer meant.
+// What one row of a list makes of a short example file. Shown to the user when a row does not do
+// what its writer probably meant.
 #pragma once
 
 #include <cstdint>
@@ -11,15 +11,16 @@
 
 namespace morvex {
 
-// A file for which a left text with the wildcard may have been written: a word stands in the
-// wildcard's place.
+// An example file that the left text was probably written for: the text with a word instead of the
+// wildcard.
 std::string ExampleFor(std::string_view left, std::uint8_t joker);
 
-// Keeps the memory that a substitution needs from one row to the next.
+// Reuses its buffers from one row to the next.
 class RowOutcomes {
  public:
-  // Substitutes by the rules of a run. The cells are as the list has them.
-  std::string Of(const std::string& left_cell, const std::string& right_cell, std::uint8_t joker,
+  // The contents that a run leaves of `file` with a list of this row alone. The texts are as the
+  // list file has them.
+  std::string Of(const std::string& left, const std::string& right, std::uint8_t joker,
                  std::string_view file);
 
  private:

@@ -1,52 +1,54 @@
 #include "core/list/list_file.h"
 
-#include <utility>
-
 #include "core/list/editor.h"
 #include "core/list/grid.h"
-#include "core/list/list_line.h"
 #include "core/program/paths.h"
-#include "core/program/text_file.h"
 
 namespace morvex {
 namespace {
 
 void SetUpDialog(FileDialog& dialog) { dialog = FileDialog{"txt", "Text (*.txt)|*.txt", "", ""}; }
 
-// Reads the lines of one list file into the grid.
-class ListImport {
+// Puts what was read of one list file into the grid.
+class GridImport {
  public:
-  explicit ListImport(Program& program)
-      : program_(program), grid_(program.frmReplacements), parser_(program.settings.gSeparator) {
+  explicit GridImport(Program& program) : program_(program), grid_(program.frmReplacements) {
     grid_.importing = true;
   }
-  ~ListImport() { grid_.importing = false; }
-  ListImport(const ListImport&) = delete;
-  ListImport& operator=(const ListImport&) = delete;
+  ~GridImport() { grid_.importing = false; }
+  GridImport(const GridImport&) = delete;
+  GridImport& operator=(const GridImport&) = delete;
 
-  // The editor was closed, or the program ended, while the windows were alive.
-  bool Abandoned() const { return !grid_.loaded || program_.Beeindigd; }
-
-  // Takes one line; false when it ends the reading.
-  bool TakeLine(const std::string& line) {
-    const ListLine parsed = parser_.Parse(line);
-    if (parsed.kind == ListLine::Kind::kNoRow) return true;
-    if (parsed.kind == ListLine::Kind::kEnd) {
-      RemoveAppendedRow();
-      return false;
+  // Returns false when a row found no place or the import was abandoned.
+  bool TakeAll(const ListReading& reading) {
+    const std::vector<ListRow>& rows = reading.list.rows;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      const bool is_final = reading.has_final_row && i + 1 == rows.size();
+      if (!TakeRow(rows[i], !is_final)) return false;
     }
-    // A line fell on a row that does not exist, so it is lost and reading ends.
-    if (!grid_.HasRow(row_)) return false;
-    SetCellText(grid_, {Column::kLeft, row_}, parsed.left);
-    SetCellText(grid_, {Column::kRight, row_}, parsed.right);
-    if (!parser_.final_row_seen()) EnterInCell(program_, {Column::kLeft, row_});
+    for (const ListRow& row : reading.rows_behind_final) {
+      if (!TakeRow(row, false)) return false;
+    }
+    if (IsAbandoned()) return false;
+    if (reading.end_line != 0) RemoveAppendedRow();
+    return true;
+  }
+
+ private:
+  // A window event closed the editor, or the program is to stop.
+  bool IsAbandoned() const { return !grid_.loaded || program_.Beeindigd; }
+
+  bool TakeRow(const ListRow& row, bool appends) {
+    if (IsAbandoned() || !grid_.HasRow(row_)) return false;
+    SetCellText(grid_, {Column::kLeft, row_}, row.left);
+    SetCellText(grid_, {Column::kRight, row_}, row.right);
+    if (appends) EnterInCell(program_, {Column::kLeft, row_});
     YieldToWindows(program_);
     ++row_;
     return true;
   }
 
- private:
-  // The end of the list: the row that the Enter before appended goes again.
+  // At the end of the list: the row that the last Enter appended.
   void RemoveAppendedRow() {
     if (!RemoveRow(grid_, row_)) return;
     --grid_.LastRow;
@@ -59,40 +61,29 @@ class ListImport {
 
   Program& program_;
   ReplacementsForm& grid_;
-  ListLineParser parser_;
   std::int64_t row_ = 0;
 };
 
 }  // namespace
 
 ErrorNumber SaveReplacementList(Program& program, const std::string& path) {
-  // Rows that were written without a separator could not be read back.
+  // Rows that are written without a separator could not be read back.
   if (program.settings.gSeparator.empty()) program.settings.gSeparator = kDefaultSeparator;
-  const ReplacementsForm& grid = program.frmReplacements;
-  const std::string& separator = program.settings.gSeparator;
-  std::string content;
-  for (std::size_t i = 0; i < grid.rows.size(); ++i) {
-    const std::string& left = grid.rows[i].txtLinks.text;
-    const std::string& right = grid.rows[i].txtRechts.text;
-    const bool last = i + 1 == grid.rows.size();
-    if (!last && left.empty() && right.empty()) continue;
-    content.append(left).append(separator).append(right);
-    if (last) content.append(separator).append(separator);
-    content.append("\r\n");
-  }
-  return program.host.files.ReplaceFile(path, content);
+  ReplacementList list = ListInGrid(program.frmReplacements);
+  list.path = path;
+  return WriteListFile(program.host.files, list, program.settings.gSeparator);
 }
 
-void ImportReplacementList(Program& program, std::string GetF) {
+void ImportReplacementList(Program& program, const std::string& GetF) {
+  FillGrid(program,
+           ReadListFile(program.host.files, GetF, program.settings.gSeparator, OddLines::kDrop));
+}
+
+void FillGrid(Program& program, const ListReading& reading) {
   LoadGrid(program);
-  LineReader reader;
-  reader.Open(program.host.files, GetF);
-  ListImport import(program);
-  std::string line;
-  while (!import.Abandoned() && reader.Next(line) && import.TakeLine(line)) {
-  }
-  program.settings.list_file_error = reader.error();
-  program.settings.SubstitutieFile = std::move(GetF);
+  const bool took_all = GridImport(program).TakeAll(reading);
+  program.settings.list_file_error = took_all ? reading.error : ErrorNumber::kNone;
+  program.settings.SubstitutieFile = reading.list.path;
 }
 
 std::string UnreadListText(const std::string& path, ErrorNumber error) {
@@ -132,7 +123,7 @@ void cmdSaveList_Click(Program& program) {
         "File already exists, replace ?", MessageButtons::kOkCancel, MessageIcon::kNone);
     if (answer != Answer::kOk) return;
   }
-  // A failed writing ends without a message; the list is the chosen file's all the same.
+  // A failure to write is not reported, and the chosen file is the list's file even then.
   SaveReplacementList(program, choice.path);
   program.settings.SubstitutieFile = choice.path;
 }

@@ -7,7 +7,6 @@
 #include "core/list/grid.h"
 #include "core/list/list_file.h"
 #include "core/program/paths.h"
-#include "core/program/text_file.h"
 #include "core/tables/substitution_tables.h"
 
 namespace morvex {
@@ -17,8 +16,8 @@ constexpr const char* kScratchFile = "temp.dat";
 constexpr const char* kTooLongLeft = "invoer te lang (>2147483647)";
 constexpr const char* kTooLongRight = "input too long (>2147483647)";
 
-// Behind the selection that the cell had; a caret behind the cell's text, of a text that is gone by
-// now, leaves the cell as it is.
+// Inserts behind the selection that the cell had when it lost the focus. When the text has become
+// shorter than that, the cell stays as it is.
 void InsertAtCaret(Program& program, CellAddress cell, const std::string& inserted) {
   ReplacementsForm& grid = program.frmReplacements;
   std::string text = grid.At(cell).text;
@@ -27,10 +26,6 @@ void InsertAtCaret(Program& program, CellAddress cell, const std::string& insert
   SetCellText(grid, cell, text);
   Cell_SelectionChange(program, cell, text.size());
   FocusOnCell(program, cell);
-}
-
-bool Contains(const std::string& text, const std::string& joker) {
-  return !joker.empty() && text.find(joker) != std::string::npos;
 }
 
 void ShowFailure(Program& program, const std::string& path, ErrorNumber error) {
@@ -76,33 +71,22 @@ void cmdReset_Click(Program& program) {
 void cmdDeleteEmpty_Click(Program& program) {
   if (IsBusy(program)) return;
   const std::string path = InProgramFolder(program, kScratchFile);
-  ErrorNumber error = SaveReplacementList(program, path);
-  // What cannot be read back must not cost the rows.
-  if (error == ErrorNumber::kNone) error = LineReader().Open(program.host.files, path);
+  const ErrorNumber error = SaveReplacementList(program, path);
   if (error != ErrorNumber::kNone) return ShowFailure(program, path, error);
-  const std::vector<GridRow> rows = program.frmReplacements.rows;
-  const std::string list = program.settings.SubstitutieFile;
+  const ListReading reading =
+      ReadListFile(program.host.files, path, program.settings.gSeparator, OddLines::kDrop);
+  // The grid is emptied only when all rows can be put back.
+  if (reading.error != ErrorNumber::kNone) return ShowFailure(program, path, reading.error);
   RefreshFormReplacements(program);
-  ImportReplacementList(program, path);
-  error = program.settings.list_file_error;
-  if (error == ErrorNumber::kNone) return;
-  RefreshFormReplacements(program);
-  FillRows(program, 0, rows);
-  program.settings.SubstitutieFile = list;
-  ShowFailure(program, path, error);
+  FillGrid(program, reading);
 }
 
 void cmdOK_Click(Program& program) {
   if (IsBusy(program)) return;
   ReplacementsForm& grid = program.frmReplacements;
-  const std::string joker = grid.cmdJoker.caption;
-  for (std::size_t i = 0; i < grid.rows.size(); ++i) {
-    const auto row = static_cast<std::int64_t>(i);
-    Set_Joker(program.tables, "Left", row, Contains(grid.rows[i].txtLinks.text, joker));
-    Set_Joker(program.tables, "Right", row, Contains(grid.rows[i].txtRechts.text, joker));
-  }
-  // Every row has its flag, so the tables cannot fail.
-  FillArrays(grid, program.settings.gJoker, program.tables);
+  ReplacementList list = ListInGrid(grid);
+  FlagWildcards(list, grid.cmdJoker.caption.get());
+  MakeTables(list, program.settings.gJoker, program.tables);
   SnapshotRows(grid);
   grid.visible = false;
   program.frmMorvex.visible = program.frmMorvex.loaded.get();

@@ -1,13 +1,13 @@
 // The editor's commands on the whole list, and the two that insert a token into the cell that was
-// being edited just before. None of them does anything while a run works or a list is being read.
+// edited last. None does anything while a run works or a list is being read.
 #pragma once
 
 #include "core/program/program.h"
 
 namespace morvex {
 
-// Inserts the wildcard at the remembered caret of the left cell that last lost the focus; nothing
-// when that was a right cell.
+// Inserts the wildcard at the remembered caret of the cell that last lost the focus, when that is a
+// left cell.
 void cmdJoker_Click(Program& program);
 // Inserts "[CRLF]" at the remembered caret of the cell that last lost the focus.
 void cmdCRLF_Click(Program& program);
@@ -18,13 +18,12 @@ void cmdMirror_Click(Program& program);
 // Empties the list and its snapshot. The tables keep the list that was applied last.
 void cmdReset_Click(Program& program);
 
-// Drops the rows whose cells are both empty, by way of the scratch file "temp.dat" in the program's
-// folder, which SubstitutieFile names afterwards. When that file cannot be written or read back a
-// message says so and the grid stays as it was.
+// Drops the rows whose cells are both empty: writes the list to the scratch file "temp.dat" in the
+// program's folder and imports it. SubstitutieFile names that file afterwards. When the file cannot
+// be written or read back, a message says so and the grid stays as it was.
 void cmdDeleteEmpty_Click(Program& program);
 
-// Applies the list: wildcard flags and tables are made anew from the grid, the editor is hidden and
-// the main window shown.
+// Applies the list: rebuilds the tables from the grid, hides the editor and shows the main window.
 void cmdOK_Click(Program& program);
 
 }  // namespace morvex

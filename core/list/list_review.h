@@ -1,6 +1,4 @@
-// Looks a list file over before it is used: rows that will not do what their writer thinks.
-//
-// The file is read by the same grammar as an import, so the rows are those that an import makes.
+// Reviews a list before it is used: finds rows that will not do what their writer probably meant.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/host/file_service.h"
+#include "core/list/list_format.h"
 
 namespace morvex {
 
@@ -16,54 +14,54 @@ inline constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 enum class ListProblem {
   kByteOrderMark,     // begins the line, and so is part of the left text
-  kNoSeparator,       // the line is no row
-  kRowsLost,          // the line stands behind the final row
+  kNoSeparator,       // the line is not a row
+  kRowsLost,          // the line follows the final row
   kEmptyLeft,         // the row is never tried
-  kDuplicate,         // the left text of an earlier row: this one never wins
-  kForestalled,       // the left text begins with that of an earlier row: this one never wins
-  kShort,             // one or two characters, which will be found everywhere
-  kOpenWildcard,      // the wildcard ends the left text, so nothing ends what it takes
+  kDuplicate,         // an earlier row has the same left text: this row never wins
+  kShadowed,          // the left text begins with that of an earlier row: this row never wins
+  kShort,             // one or two characters, which occur everywhere
+  kOpenWildcard,      // the wildcard ends the left text, so nothing ends what it takes in
   kStrayWildcard,     // the right text has a wildcard and the left text has none
   kNul,               // the left text holds a NUL, which ends every attempt: this row never wins
-  kUtf16,             // the file is UTF-16: nothing of it can be used
-  kBehindEnd,         // the line stands behind the line that ends the list
+  kUtf16,             // the file is UTF-16: no row can be used
+  kBehindEnd,         // the line follows the line that ends the list
   kCarriageReturn,    // inside the row, as in a file whose lines end in CR alone
-  kBlanks,            // beside the separator, on either side: they are part of the texts
+  kBlanks,            // beside the separator: they are part of the texts
   kFurtherSeparator,  // in the right text
-  kTooLong,           // a left text of more bytes than a match may have: this row never wins
-  kNoWildcardSet,     // several left texts hold a "*" or a "?", and there is no wildcard
-  kUnusedWildcard,    // no left text holds the wildcard; of no line
-  kOwnEnding,         // the wildcard's ending stands in front of it, so nearly nothing is taken in
+  kTooLong,           // the left text is longer than any match: this row never wins
+  kNoWildcardSet,     // several left texts hold a "*" or a "?", and no wildcard is set
+  kUnusedWildcard,    // no left text holds the wildcard; about the whole list
+  kOwnEnding,  // the ending also occurs in front of the wildcard: next to nothing is taken in
 };
 
-struct ListRemark {
+struct ListDiagnostic {
   ListProblem problem = ListProblem::kNoSeparator;
-  std::int64_t line = 0;          // counts from 1; 0: of the whole list
+  std::int64_t line = 0;          // from 1; 0: the whole list
   std::int64_t earlier_line = 0;  // of the row that wins instead, or of the list's end
-  std::string text;               // the left text, or the line that is no row
+  std::string text;               // the left text, or the line that is not a row
   std::string earlier_text;       // the left text that wins instead
-  // Of kOwnEnding, and of kOpenWildcard where the wildcard takes in one byte alone, as no left text
-  // is longer: a file for which the row may have been written, and what a run makes of it.
+  // Of kOwnEnding, and of kOpenWildcard when the wildcard takes in one byte alone: an example file
+  // and what a run leaves of it.
   std::string example = {};
   std::string outcome = {};
-  // Of kNoWildcardSet: which character, and in how many left texts.
+  // Of kNoWildcardSet: the character and the number of left texts that hold it.
   char character = 0;
   std::int64_t count = 0;
 };
 
 struct ListReview {
-  std::vector<ListRemark> remarks;         // by line
-  std::vector<std::int64_t> line_of_row;   // rows as the tables count them
-  bool is_usable = false;                  // some row has a left text
-  ErrorNumber error = ErrorNumber::kNone;  // what ended the reading early
+  std::vector<ListDiagnostic> diagnostics;  // by line
+  std::vector<std::int64_t> line_of_row;    // by row of the tables
+  bool is_usable = false;                   // some row has a left text
+  ErrorNumber error = ErrorNumber::kNone;   // what ended the reading of the reviewed lines early
 };
 
-// Whether the file holds text that is no row, or another one than its writer thinks, so that not
-// all that it names is looked for.
+// Whether the file holds text that is not a row, or not the row that its writer meant. A check for
+// leftovers then does not look for everything that the file names.
 bool MayLackRows(const ListReview& review);
 
-// `joker` is the wildcard's code, 0 for none. An error when the file cannot be opened.
-Result<ListReview> ReviewList(FileService& files, const std::string& path,
-                              std::string_view separator, std::uint8_t joker);
+// `reading` has its odd lines; `separator` is the one that it was read with. `joker` is the
+// wildcard's code, 0 for none.
+ListReview ReviewList(const ListReading& reading, std::string_view separator, std::uint8_t joker);
 
 }  // namespace morvex

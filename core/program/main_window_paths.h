@@ -7,9 +7,9 @@
 
 namespace morvex {
 
-// Either path box takes another text, by typing or by the program: Go is disabled until the run is
-// armed again, which it can be unless a run works, and the text is black. The text that stands
-// there already changes nothing. `index` is kSourceBox or kTargetBox.
+// Puts a text into a path box, for the user or for the program. A new text is black, disables Go
+// until the run is armed again, and enables arming unless a run works. `index` is kSourceBox or
+// kTargetBox.
 void Text1_Change(Program& program, int index, const std::string& text);
 
 }  // namespace morvex

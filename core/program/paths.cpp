@@ -3,8 +3,7 @@
 namespace morvex {
 namespace {
 
-// The errors of a path behind which there is no file: nothing of that name, no such folder, links
-// without end.
+// The errors of a path that leads to no file: no such name, no such folder, a loop of links.
 bool LeadsNowhere(ErrorNumber error) {
   return error == ErrorNumber::kFileNotFound || error == ErrorNumber::kPathNotFound ||
          error == ErrorNumber::kPathFileAccess;

@@ -1,4 +1,4 @@
-// Paths and folders as the whole program handles them.
+// Paths and folders, as all rooms use them.
 #pragma once
 
 #include <string>
@@ -9,50 +9,49 @@
 
 namespace morvex {
 
-// Name of the work file, which lies in the folder of its source.
+// Name of the work file, to which a processed copy is written in the folder of its source.
 inline constexpr const char* kWorkFileName = "tijdel.enc";
-// True if a file of this name is, or would be, the work file.
+// Whether the host treats this name and the work file's as the same.
 bool IsWorkFileName(const Program& program, const std::string& name);
 
-// folder, the host's separator, name; nothing is tidied.
+// The folder, the host's separator and the name, unchanged.
 std::string JoinPath(const Program& program, std::string_view folder, std::string_view name);
 
-// The same with the program's own folder, not passed through Normaliseer.
+// The same with the program's own folder.
 std::string InProgramFolder(const Program& program, std::string_view name);
 
-// The folder of a path, as text: what stands before its last separator, "." where there is none. A
-// root keeps its separator.
+// The text before the last separator of a path; "." when it has none. A root keeps its separator.
 std::string FolderOf(const Program& program, const std::string& path);
-// What follows its last separator.
+// The text behind the last separator.
 std::string NameIn(const Program& program, const std::string& path);
 
-// `path` is `folder`, no separator at its end unless it is a root, or lies below it, as their texts
-// tell.
+// Whether `path` is `folder` or lies below it. Compares the texts alone; `folder` ends in no
+// separator unless it is a root.
 bool IsWithin(const Program& program, std::string_view path, std::string_view folder);
 
-// Repairs the doubled backslash of a path made from a drive root: a backslash in fourth place is
-// left out. Gives the empty text once the program is to stop.
+// Removes a backslash that is the fourth byte: the second of two in a path made from a drive root.
+// Returns the empty text once the program is to stop.
 std::string Normaliseer(const Program& program, const std::string& StringIn);
 
-// Every doubled separator becomes one, but for a pair at the start.
+// Replaces every run of separators by one, except for a pair at the start.
 std::string FolderPathClean(const Program& program, std::string_view path);
 
-// ASCII letters in upper case; other bytes stay.
+// Changes ASCII letters to upper case; other bytes stay.
 std::string UpperCase(std::string_view text);
 
 bool FileExists(const Program& program, const std::string& path);
 // The empty path counts as an existing folder.
 bool FolderExists(const Program& program, const std::string& path);
 
-// Both paths lead to the same file, whatever they are called. A path that leads to no file is the
-// same as none; an error says that it cannot be told.
+// Whether both paths lead to the same file. False when one of them leads to no file; an error when
+// a file cannot be looked up.
 Result<bool> IsSameFile(const Program& program, const std::string& one, const std::string& other);
 Result<bool> IsSameFile(const Program& program, const FileInfo& one, const std::string& other);
 
-// Makes one folder; gives the number of the error that the attempt met.
+// Makes one folder.
 ErrorNumber MakeFolder(const Program& program, const std::string& path);
-// Makes a folder with every parent that is missing, from the top down. Gives the path, or the empty
-// text when it could not be made.
+// Makes a folder and its missing parents, from the top down. Returns the path, or the empty text
+// when the folder could not be made.
 std::string MakeFolderTree(const Program& program, const std::string& path);
 
 }  // namespace morvex

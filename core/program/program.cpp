@@ -18,14 +18,9 @@ bool IsBusy(const Program& program) {
   return program.run.working || program.frmReplacements.importing;
 }
 
-std::string JokerText(const Program& program) {
-  const std::uint8_t joker = program.settings.gJoker;
-  return joker == 0 ? std::string() : std::string(1, static_cast<char>(joker));
-}
-
-void Unload(Form& window) {
-  window.loaded = false;
-  window.visible = false;
+void Unload(Form& form) {
+  form.loaded = false;
+  form.visible = false;
 }
 
 }  // namespace morvex

@@ -10,29 +10,29 @@
 namespace morvex {
 
 enum class OutcomeKind {
-  kProcessed,   // its copy holds the list's right texts
+  kProcessed,   // its copy was made with the list
   kCopied,      // unchanged: its extension is not selected
   kPassedOver,  // no copy, on purpose
-  kFailed,      // no copy, for an error
-  kStopped,     // a stop request or a full disk came first; a copy may be cut short
-  kNotReached,  // the run ended before its turn came
+  kFailed,      // no copy, because of an error
+  kStopped,     // a stop request or a full disk interrupted it; the copy may be cut short
+  kNotReached,  // the run ended before
 };
 
 enum class PassedOver {
   kNo,
-  kOwnFile,           // the program's own, by its name
-  kRecycleBin,        // the path holds the name of a recycle-bin, restore or system folder
-  kChangedMeanwhile,  // after the run was armed
-  kNameEnding,        // "cle"
+  kOwnFile,           // one of the program's own, by its name
+  kRecycleBin,        // the path contains the name of a recycle-bin, restore or system folder
+  kChangedMeanwhile,  // modified after the run was armed
+  kNameEnding,        // the name ends in "cle"
   kStaleWorkFile,     // the work file of an earlier run, by its name
   kTargetFolder,      // the target, which lies in the source
-  kLoop,              // a link to a folder that the link lies in
-  kBrokenLink,        // a link that leads to nothing
+  kLoop,              // a link to a folder that contains the link
+  kBrokenLink,        // a link to nothing
   kSpecialFile,       // a pipe, socket or device
-  kLinkedTooOften,    // a folder that links have led to many times already
+  kLinkedTooOften,    // a folder that many links have led to already
 };
 
-// What stands behind a failure, where its error number and path alone would not tell.
+// Explains a failure that its error number and path alone do not explain.
 enum class FailureCause {
   kNone,
   kSourceFolder,    // no work file can be created or deleted there

@@ -1,5 +1,5 @@
-// Reading a text file line by line. A line ends at LF; one CR before it is not part of the line; a
-// last line without LF counts. Bytes are taken as they stand.
+// Reading a text file line by line. A line ends at LF; one CR before the LF is not part of the
+// line; a last line without LF counts. Bytes are not converted.
 #pragma once
 
 #include <cstdint>
@@ -12,14 +12,14 @@ namespace morvex {
 
 class LineReader {
  public:
-  // kNone, or why the file could not be opened: Next then gives no line.
+  // Returns why the file could not be opened, or kNone. Without a file Next returns no line.
   ErrorNumber Open(FileService& files, const std::string& path);
 
-  // False at the end of the file, and from an error of it on; a line that the error cut is not
-  // given.
+  // Returns false at the end of the file and after a read error; a line that the error cut short is
+  // dropped.
   bool Next(std::string& line);
 
-  // Why the file could not be opened or not be read to its end.
+  // Why the file could not be opened or read to its end.
   ErrorNumber error() const { return error_; }
 
  private:
@@ -27,8 +27,8 @@ class LineReader {
 
   std::unique_ptr<InputFile> file_;
   std::string block_;
-  std::size_t start_ = 0;     // of what is not handed out yet, in block_
-  std::uint64_t offset_ = 0;  // in the file, behind block_
+  std::size_t start_ = 0;     // offset in block_ of what Next has not yet returned
+  std::uint64_t offset_ = 0;  // offset in the file of the end of block_
   ErrorNumber error_ = ErrorNumber::kNone;
 };
 

@@ -6,9 +6,9 @@ namespace {
 void HideExtensionList(Program& program) { program.frmOpties.lstExtensie.visible = false; }
 
 void PutBoxBack(Program& program) {
-  MainForm& window = program.frmMorvex;
-  window.FolderTreeview1.visible = false;
-  window.Text1(window.EditedBox).visible = true;
+  MainForm& form = program.frmMorvex;
+  form.FolderTreeview1.visible = false;
+  form.Text1(form.EditedBox).visible = true;
 }
 
 }  // namespace
@@ -26,21 +26,21 @@ void imList_MouseMove(Program& program) {
 }
 
 void Text1_DblClick(Program& program, int index) {
-  MainForm& window = program.frmMorvex;
-  // One tree serves both boxes: a box that it stands in for already comes back first.
-  if (window.FolderTreeview1.visible) PutBoxBack(program);
-  window.Text1(index).visible = false;
-  window.FolderTreeview1.selected_folder = window.Text1(index).text.get();
-  window.FolderTreeview1.visible = true;
-  window.focus = &window.FolderTreeview1;
-  window.EditedBox = index;
+  MainForm& form = program.frmMorvex;
+  // One tree serves both boxes: when it is open for a box, that box comes back first.
+  if (form.FolderTreeview1.visible) PutBoxBack(program);
+  form.Text1(index).visible = false;
+  form.FolderTreeview1.selected_folder = form.Text1(index).text.get();
+  form.FolderTreeview1.visible = true;
+  form.focus = &form.FolderTreeview1;
+  form.EditedBox = index;
 }
 
 void FolderTreeview1_FolderChosen(Program& program, const std::string& folder) {
-  MainForm& window = program.frmMorvex;
-  window.FolderTreeview1.selected_folder = folder;
+  MainForm& form = program.frmMorvex;
+  form.FolderTreeview1.selected_folder = folder;
   PutBoxBack(program);
-  Text1_Change(program, window.EditedBox, folder);
+  Text1_Change(program, form.EditedBox, folder);
 }
 
 void FolderTreeview1_Cancelled(Program& program) { PutBoxBack(program); }
@@ -50,12 +50,12 @@ void FolderTreeview1_FolderEvent(Program& program, const std::string& folder) {
 }
 
 void Wait(Program& program, std::chrono::milliseconds duration) {
-  MainForm& window = program.frmMorvex;
-  window.Timer1.enabled = true;
-  window.Timer1.interval_ms = static_cast<int>(duration.count());
-  window.lblTotalFiles.caption = "Momentje...";
+  MainForm& form = program.frmMorvex;
+  form.Timer1.enabled = true;
+  form.Timer1.interval_ms = static_cast<int>(duration.count());
+  form.lblTotalFiles.caption = "Momentje...";
   const std::chrono::milliseconds end = program.host.system.SteadyTime() + duration;
-  while (window.Timer1.enabled && !program.Beeindigd) {
+  while (form.Timer1.enabled && !program.Beeindigd) {
     const std::chrono::milliseconds left = end - program.host.system.SteadyTime();
     if (left.count() <= 0) {
       Timer1_Timer(program);
@@ -63,7 +63,7 @@ void Wait(Program& program, std::chrono::milliseconds duration) {
       program.host.user.WaitForEvents(left);
     }
   }
-  window.lblTotalFiles.caption = "Bezig met scannen...";
+  form.lblTotalFiles.caption = "Bezig met scannen...";
 }
 
 void Timer1_Timer(Program& program) { program.frmMorvex.Timer1.enabled = false; }

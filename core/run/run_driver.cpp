@@ -49,16 +49,16 @@ void ResetCounters(RunState& run) {
   run.RunStarted = true;
 }
 
-// What an earlier run left in the labels would pass for this one's. Before the first run they hold
-// what start-up says.
+// An earlier run's result could be mistaken for this one's. Before the first run the labels hold
+// what start-up wrote.
 void ClearResult(Program& program) {
-  MainForm& window = program.frmMorvex;
+  MainForm& form = program.frmMorvex;
   if (program.run.end == RunEnd::kNone) return;
-  for (Label* label : {&window.lblFiles, &window.lblTotalFiles, &window.lblTijd,
-                       &window.lblPercentage, &window.lblNote}) {
+  for (Label* label :
+       {&form.lblFiles, &form.lblTotalFiles, &form.lblTijd, &form.lblPercentage, &form.lblNote}) {
     label->caption = "";
   }
-  window.ProgressBar1.SetValue(0);
+  form.ProgressBar1.SetValue(0);
 }
 
 void LogHeader(Program& program) {
@@ -68,13 +68,9 @@ void LogHeader(Program& program) {
 
 void LogSummary(Program& program) {
   const RunState& run = program.run;
-  const Settings& settings = program.settings;
-  const std::string init_file = settings.AutoRunFromInitFile
-                                    ? settings.InitFilePath
-                                    : InProgramFolder(program, kInitFileName);
   gLog(program, "  ");
-  gLog(program, "Initialisatie-bestand: " + init_file);
-  gLog(program, "Substitutie-bestand: " + settings.SubstitutieFile);
+  gLog(program, "Initialisatie-bestand: " + program.request.settings_file);
+  gLog(program, "Substitutie-bestand: " + program.request.list);
   gLog(program, "gemorvexeerd: " + std::to_string(run.FilesDone) + " bestanden");
   gLog(program, "Overgeslagen: " + std::to_string(run.FilesSkipped) + " bestanden");
   gLog(program, "Vervangingen: " + std::to_string(run.HitsTotal));
@@ -83,33 +79,33 @@ void LogSummary(Program& program) {
 }
 
 void RefuseSource(Program& program, const std::string& source) {
-  MainForm& window = program.frmMorvex;
+  MainForm& form = program.frmMorvex;
   EnablePathBoxes(program, true);
-  window.Text1(kSourceBox).colour = Colour::kRed;
+  form.Text1(kSourceBox).colour = Colour::kRed;
   ShowText(program, source + "\r\nSource folder doesn't exist.");
-  window.cmdGo.caption = kGoIdle;
-  window.cmdGo.enabled = false;
-  window.cmdAnonymize.enabled = true;
-  window.focus = &window.Text1(kSourceBox);
-  window.mouse_pointer = MousePointer::kDefault;
+  form.cmdGo.caption = kGoIdle;
+  form.cmdGo.enabled = false;
+  form.cmdAnonymize.enabled = true;
+  form.focus = &form.Text1(kSourceBox);
+  form.mouse_pointer = MousePointer::kDefault;
 }
 
 enum class TargetCheck { kReady, kRefused, kCannotCreate };
 
-// Makes the target folder when the user wants it.
+// Makes a missing target folder if the user agrees.
 TargetCheck CheckTarget(Program& program, const std::string& target) {
   if (FolderExists(program, target)) return TargetCheck::kReady;
-  MainForm& window = program.frmMorvex;
-  TextBox& box = window.Text1(kTargetBox);
+  MainForm& form = program.frmMorvex;
+  TextBox& box = form.Text1(kTargetBox);
   box.colour = Colour::kRed;
   const Answer answer = program.host.user.ShowMessage("Target folder doesn't exist. Create?",
                                                       MessageButtons::kYesNo, MessageIcon::kNone);
   box.colour = Colour::kBlack;
   if (answer != Answer::kYes) {
-    window.focus = &box;
-    window.cmdExit.enabled = true;
+    form.focus = &box;
+    form.cmdExit.enabled = true;
     EnablePathBoxes(program, true);
-    window.mouse_pointer = MousePointer::kDefault;
+    form.mouse_pointer = MousePointer::kDefault;
     return TargetCheck::kRefused;
   }
   if (MakeFolderTree(program, target).empty()) {
@@ -121,12 +117,12 @@ TargetCheck CheckTarget(Program& program, const std::string& target) {
 }
 
 void ShowResult(Program& program) {
-  MainForm& window = program.frmMorvex;
-  window.cmdAnonymize.enabled = true;
-  window.cmdExit.enabled = true;
+  MainForm& form = program.frmMorvex;
+  form.cmdAnonymize.enabled = true;
+  form.cmdExit.enabled = true;
   program.frmOpties.chkLoggen.enabled = true;
-  window.lblTijd.caption = MinutesAndSeconds(program.run.elapsed);
-  window.lblPercentage.caption = "Hits: " + std::to_string(program.run.HitsTotal) + "\r\nDone !";
+  form.lblTijd.caption = MinutesAndSeconds(program.run.elapsed);
+  form.lblPercentage.caption = "Hits: " + std::to_string(program.run.HitsTotal) + "\r\nDone !";
   ShowProgress(program, program.run.BytesTotal);
 }
 
@@ -139,7 +135,7 @@ RunEnd RunFolder(Program& program, const std::string& source, const std::string&
   LookAtTarget(program, target);
   ErrorNumber error = FolderPrepass(program, source, target);
   if (program.Beeindigd) {
-    // The temporary file stays the engine's business: no path can be made any more.
+    // The passes see to the work file: once the program is to stop, Normaliseer makes no path.
     Unload(program.frmMorvex);
     Unload(program.frmOpties);
     Unload(program.frmReplacements);
@@ -161,11 +157,11 @@ RunEnd RunFolder(Program& program, const std::string& source, const std::string&
 }
 
 void BackToIdle(Program& program) {
-  MainForm& window = program.frmMorvex;
-  window.mouse_pointer = MousePointer::kDefault;
-  window.cmdGo.enabled = false;
-  window.cmdGo.visible = true;
-  window.cmdAnonymize.enabled = true;
+  MainForm& form = program.frmMorvex;
+  form.mouse_pointer = MousePointer::kDefault;
+  form.cmdGo.enabled = false;
+  form.cmdGo.visible = true;
+  form.cmdAnonymize.enabled = true;
   EnablePathBoxes(program, true);
 }
 
@@ -178,17 +174,17 @@ RunEnd RunSingleFile(Program& program, const std::string& source, const std::str
 }
 
 RunEnd Go(Program& program) {
-  MainForm& window = program.frmMorvex;
+  MainForm& form = program.frmMorvex;
   ClearResult(program);
-  window.Text1(kSourceBox).colour = Colour::kBlack;
+  form.Text1(kSourceBox).colour = Colour::kBlack;
   ResetCounters(program.run);
-  window.mouse_pointer = MousePointer::kHourglass;
-  program.run.LoggingOn = program.frmOpties.chkLoggen.value() == 1;
+  form.mouse_pointer = MousePointer::kHourglass;
+  program.run.LoggingOn = program.request.logging;
   program.frmOpties.chkLoggen.enabled = false;
   if (program.run.LoggingOn) LogHeader(program);
 
-  const std::string source = window.Text1(kSourceBox).text;
-  const std::string target = window.Text1(kTargetBox).text;
+  const std::string& source = program.request.source;
+  const std::string& target = program.request.target;
   if (FileExists(program, source)) return RunSingleFile(program, source, target);
   if (!FolderExists(program, source)) {
     RefuseSource(program, source);
@@ -199,7 +195,7 @@ RunEnd Go(Program& program) {
       return RunEnd::kCouldNotRun;
     case TargetCheck::kCannotCreate:
       BackToIdle(program);
-      window.focus = &window.Text1(kTargetBox);
+      form.focus = &form.Text1(kTargetBox);
       return RunEnd::kCouldNotRun;
     case TargetCheck::kReady:
       break;
@@ -207,7 +203,7 @@ RunEnd Go(Program& program) {
   const RunEnd end = RunFolder(program, source, target);
   if (end != RunEnd::kStopped) {
     BackToIdle(program);
-    window.focus = &window.cmdAnonymize;
+    form.focus = &form.cmdAnonymize;
   }
   return end;
 }
@@ -225,21 +221,41 @@ void ArmRun(Program& program) {
   program.run.ArmedAt = program.host.system.Now();
   program.run.elapsed = {};
   program.run.RunStarted = false;
-  MainForm& window = program.frmMorvex;
-  window.cmdGo.caption = kGoArmed;
-  window.cmdGo.enabled = true;
-  window.cmdGo.visible = true;
-  window.cmdAnonymize.enabled = false;
+  MainForm& form = program.frmMorvex;
+  form.cmdGo.caption = kGoArmed;
+  form.cmdGo.enabled = true;
+  form.cmdGo.visible = true;
+  form.cmdAnonymize.enabled = false;
   EnablePathBoxes(program, false);
 }
 
 void cmdGo_Click(Program& program) {
   if (IsBusy(program)) return;
-  // A run works with the tables and shows itself in the main window: the other two go out of the
-  // way.
+  // They would cover the main window, which shows the run.
   program.frmReplacements.visible = false;
   program.frmOpties.visible = false;
   program.frmMorvex.visible = program.frmMorvex.loaded.get();
+  program.request = RequestFromForms(program);
+  PerformRun(program);
+}
+
+RunRequest RequestFromForms(const Program& program) {
+  const Settings& settings = program.settings;
+  RunRequest request;
+  request.source = program.frmMorvex.Text1(kSourceBox).text;
+  request.target = program.frmMorvex.Text1(kTargetBox).text;
+  request.list = settings.SubstitutieFile;
+  request.settings_file = settings.AutoRunFromInitFile ? settings.InitFilePath
+                                                       : InProgramFolder(program, kInitFileName);
+  for (const ListEntry& entry : program.frmOpties.lstExtensie.entries.get()) {
+    if (entry.selected) request.extensions.push_back(entry.text);
+  }
+  request.logging = program.frmOpties.chkLoggen.value() == 1;
+  return request;
+}
+
+void PerformRun(Program& program) {
+  if (IsBusy(program)) return;
   program.run.working = true;
   program.run.end = Go(program);
   program.frmMorvex.ProgressBar1.visible = false;

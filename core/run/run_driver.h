@@ -1,18 +1,28 @@
 // The run driver: Anonymize arms a run and saves the settings, Go performs it.
+//
+// The forms show what a run does, whoever asked for it.
 #pragma once
 
 #include "core/program/program.h"
 
 namespace morvex {
 
-// Notes the moment, readies Go and writes the settings file. Nothing while a run works.
+// The main window's Anonymize: arms a run and writes the settings file. Nothing while a run works.
 void cmdAnonymize_Click(Program& program);
 
-// The same without the settings file: for a run that is not the window's. Go may follow.
+// Arms a run: notes the time and shows Go as ready. Nothing while a run works.
 void ArmRun(Program& program);
 
-// Checks source and target, has the engine do the work, shows the result and writes the run
-// summary. Nothing while a run works. How it ended stands in the run state.
+// The main window's Go: hides the other windows and performs the run that the forms describe.
+// Nothing while a run works.
 void cmdGo_Click(Program& program);
+
+// The run that the forms and the settings describe.
+RunRequest RequestFromForms(const Program& program);
+
+// Performs the armed run that `program.request` describes: checks source and target, calls the
+// passes, shows the result and writes the run summary. `program.run.end` tells how it ended.
+// Nothing while a run works.
+void PerformRun(Program& program);
 
 }  // namespace morvex

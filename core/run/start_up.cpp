@@ -17,7 +17,7 @@ namespace {
 constexpr std::string_view kLocalAppDataEntry = "LOCALAPPDATA=";
 constexpr std::string_view kCommonFilesEntry = "CommonProgramFiles(x86)=";
 
-// A key code and shift state that no command of the entry field has.
+// A key code and shift state that the entry field ignores.
 constexpr int kNoKey = 1;
 constexpr int kNoShift = 0;
 
@@ -37,8 +37,9 @@ void UnloadAll(Program& program) {
   Unload(program.frmOpties);
 }
 
-// What the user opened during the wait would hide the run, or change what it goes by on its way.
-void PutAsideWhatIsOpen(Program& program) {
+// Closes what the user opened during the delay: it would cover the window that shows the
+// run, or change the paths of the run.
+void CloseWhatIsOpen(Program& program) {
   frmOpties_Close(program);
   if (program.frmReplacements.visible) frmReplacements_Close(program);
   if (program.frmMorvex.FolderTreeview1.visible) FolderTreeview1_Cancelled(program);
@@ -47,9 +48,9 @@ void PutAsideWhatIsOpen(Program& program) {
 void RunUnattended(Program& program) {
   if (program.settings.AutoRunDelay > 0) {
     Wait(program, std::chrono::milliseconds(program.settings.AutoRunDelay));
-    PutAsideWhatIsOpen(program);
+    CloseWhatIsOpen(program);
   }
-  // Exit may have been given during the wait.
+  // The user may have clicked Exit during the delay.
   if (program.Beeindigd) return;
   cmdAnonymize_Click(program);
   cmdGo_Click(program);
@@ -97,7 +98,7 @@ ErrorNumber StartUp(Program& program) {
   }
   ReadInitFile(program);
   program.frmOpties.loaded = true;
-  // A start that was to run by itself does not wait for a user when it cannot.
+  // An unattended start that cannot run ends: nobody is there to use an idle form.
   if (!WhyNoRun(program).empty()) program.Beeindigd = true;
   if (program.Beeindigd) {
     UnloadAll(program);

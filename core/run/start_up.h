@@ -1,5 +1,5 @@
-// Start-up: from the main window's loading to an idle window, or, when the command line names a
-// settings file, through a whole unattended run to the program's end.
+// Start-up: ends in an idle main window or, when the command line names a settings file, performs
+// an unattended run and ends the program.
 #pragma once
 
 #include <string>
@@ -8,23 +8,24 @@
 
 namespace morvex {
 
-// Value of the first environment entry "LOCALAPPDATA="; empty when there is none.
+// The value of the first environment entry "LOCALAPPDATA="; empty when there is none.
 std::string FindLocalAppData(SystemService& system);
 
-// Value of the last environment entry "CommonProgramFiles(x86)=", cut behind its second backslash;
-// empty when there is none or it has fewer than two.
+// The value of the last environment entry "CommonProgramFiles(x86)=" up to its second backslash,
+// included; empty when there is no such entry or it has fewer than two.
 std::string FindCommonFilesLocation(SystemService& system);
 
-// Runs once, on a new program. An error is one of the command line's: the program has then ended
-// without having run or written anything. Whether the program has ended otherwise, the windows
-// tell; it has when a settings file that the command line named could not be read, or its list.
+// Call once, on a new program. Returns an error of the command line: the program has then ended
+// without running or writing anything. HasEnded tells whether it has ended in another way, as after
+// an unattended run, or when the settings file that the command line named, or its list, could not
+// be read.
 ErrorNumber StartUp(Program& program);
 
-// All windows are unloaded.
+// Whether all forms are unloaded.
 bool HasEnded(const Program& program);
 
-// Exit status of an unattended run: 0 when all is done, 1 when it could not run or did not finish,
-// 3 when it finished but something of the source has no copy.
+// The exit status of an unattended run: 0 when all is done, 1 when it could not run or did not
+// finish, 3 when it finished but some file or folder has no copy.
 int ExitStatus(const Program& program);
 
 }  // namespace morvex

@@ -10,13 +10,13 @@ namespace {
 
 constexpr std::string_view kOptionStart = " -";
 
-// Options may stand with their hyphen or, cut off by the splitter, without it.
+// Whether the piece is the option. SplitCommandLine leaves the hyphen on the first piece only.
 bool IsOption(std::string_view piece, std::string_view name) {
   if (piece.starts_with('-')) piece.remove_prefix(1);
   return piece.starts_with(name);
 }
 
-// What stands behind the option's name and the one character after it.
+// What follows the option's name and the one character behind it.
 std::string OptionValue(const std::string& piece, std::string_view name) {
   const std::size_t value = piece.find(name) + name.size() + 1;
   return value < piece.size() ? piece.substr(value) : std::string();
@@ -62,7 +62,7 @@ std::vector<std::string> IgnoredPieces(const std::vector<std::string>& arguments
   std::vector<std::string> ignored;
   for (std::size_t i = 1; i < arguments.size(); ++i) {
     if (IsOption(arguments[i], "if") || IsOption(arguments[i], "dy")) continue;
-    // The whole line, which begins with a blank: its pieces follow.
+    // A line that begins with " -": the first piece is the whole line, and its pieces follow.
     if (i == 1 && arguments[i].find(kOptionStart) != std::string::npos) continue;
     if (i > 1 || !arguments[i].empty()) ignored.push_back((i > 1 ? "-" : "") + arguments[i]);
   }

@@ -18,8 +18,8 @@ void SkipBlanks(std::string_view& text) {
   while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
 }
 
-// Of a number that the type cannot hold: it is too near to zero, not too large. Zeros before or
-// behind the point tell that as well as an exponent does.
+// Whether a number that is out of the type's range is too close to zero rather than too large. Its
+// exponent says so, or the position of its first digit that is not 0.
 bool IsTiny(std::string_view number) {
   const std::size_t mark = std::min(number.find_first_of("eE"), number.size());
   const std::string_view digits = number.substr(0, mark);
@@ -36,7 +36,7 @@ bool IsTiny(std::string_view number) {
   return before_point + (negative ? -power : power) <= 0;
 }
 
-// Takes the number off the front of the text; nothing when the text does not start with one.
+// Removes the number from the beginning of the text and returns it; nothing when there is none.
 std::optional<long double> TakeNumber(std::string_view& text) {
   std::string_view rest = text;
   const bool negative = rest.starts_with('-');
@@ -55,7 +55,7 @@ std::optional<long double> TakeNumber(std::string_view& text) {
 }
 
 Result<std::int16_t> Round(long double value) {
-  // nearbyint rounds halves to even: no room of the program changes the rounding mode.
+  // nearbyint rounds halves to even: the program never changes the rounding mode.
   const long double rounded = std::nearbyint(value);
   if (rounded < std::numeric_limits<std::int16_t>::min() ||
       rounded > std::numeric_limits<std::int16_t>::max()) {

@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* kRedirectedStore = "\\VirtualStore\\Program Files (x86)\\Morvex";
 
-// The counters, the captions of both windows and the list go together.
+// Sets the counters and the captions of both windows from the extension list.
 void CountExtensions(Program& program) {
   Settings& settings = program.settings;
   const std::vector<ListEntry>& entries = program.frmOpties.lstExtensie.entries;
@@ -33,16 +33,16 @@ void CountExtensions(Program& program) {
 }
 
 void AddTypedExtension(Program& program) {
-  OptionsForm& window = program.frmOpties;
-  const std::string entry = FormatExtensie(program, window.txtExtensie.text);
+  OptionsForm& form = program.frmOpties;
+  const std::string entry = FormatExtensie(program, form.txtExtensie.text);
   if (entry.empty()) return;
-  window.txtExtensie.text = "";
-  std::vector<ListEntry> entries = window.lstExtensie.entries;
+  form.txtExtensie.text = "";
+  std::vector<ListEntry> entries = form.lstExtensie.entries;
   const bool known = std::any_of(entries.begin(), entries.end(),
                                  [&](const ListEntry& other) { return other.text == entry; });
   if (known) return;
   entries.push_back({entry, true});
-  window.lstExtensie.entries = std::move(entries);
+  form.lstExtensie.entries = std::move(entries);
   CountExtensions(program);
 }
 
@@ -57,7 +57,8 @@ void RemoveCurrentExtension(Program& program) {
   CountExtensions(program);
 }
 
-// Adding and removing work in the entry field and in the list.
+// The keys for adding and removing, which work in the entry field and in the list. Returns whether
+// this was one of them.
 bool HandleListCommand(Program& program, int key, int shift) {
   if (shift != kShiftControl) return false;
   if (key == kKeyEnter) AddTypedExtension(program);
@@ -83,11 +84,11 @@ void imOpties_Click(Program& program) {
 }
 
 void frmOpties_Activate(Program& program) {
-  OptionsForm& window = program.frmOpties;
-  window.txtSeparator.text = program.settings.gSeparator;
-  window.txtJoker.text = JokerText(program);
+  OptionsForm& form = program.frmOpties;
+  form.txtSeparator.text = program.settings.gSeparator;
+  form.txtJoker.text = WildcardText(program.settings.gJoker);
   CountExtensions(program);
-  window.focus = &window.txtExtensie;
+  form.focus = &form.txtExtensie;
 }
 
 void frmOpties_Close(Program& program) { program.frmOpties.visible = false; }
@@ -120,9 +121,9 @@ void lstExtensie_Select(Program& program, std::size_t index, bool selected) {
 void lstExtensie_Validate(Program& program) { CountExtensions(program); }
 
 void cmdListExtensie_Down_Click(Program& program) {
-  OptionsForm& window = program.frmOpties;
-  window.lstExtensie.visible = !window.lstExtensie.visible;
-  window.focus = &window.txtExtensie;
+  OptionsForm& form = program.frmOpties;
+  form.lstExtensie.visible = !form.lstExtensie.visible;
+  form.focus = &form.txtExtensie;
 }
 
 void chkLoggen_Click(Program& program, int value) {
@@ -134,11 +135,11 @@ void chkLoggen_Click(Program& program, int value) {
 
 void cmdToepassen_Click(Program& program) {
   if (IsBusy(program)) return;
-  OptionsForm& window = program.frmOpties;
-  const std::string& separator = window.txtSeparator.text;
+  OptionsForm& form = program.frmOpties;
+  const std::string& separator = form.txtSeparator.text;
   program.settings.gSeparator = separator.empty() ? kDefaultSeparator : separator;
-  program.settings.gJoker = CharacterCode(program, window.txtJoker.text.get());
-  window.visible = false;
+  program.settings.gJoker = CharacterCode(program, form.txtJoker.text.get());
+  form.visible = false;
 }
 
 void imOptionsToFolder_Click(Program& program) {

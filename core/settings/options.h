@@ -1,7 +1,7 @@
-// What the options window does: wildcard, separator, logging, and the extension filter.
+// The handlers of the options window: wildcard, separator, logging and the extension filter.
 //
-// The window's list is the filter itself; applying takes over only wildcard and separator. Nothing
-// here writes a file.
+// The window's list is the filter itself, so its changes count at once; cmdToepassen applies only
+// wildcard and separator. Nothing here writes a file.
 #pragma once
 
 #include <cstddef>
@@ -11,39 +11,40 @@
 
 namespace morvex {
 
-// What was typed as an extension entry: "." and the extension. Gives the empty text, after a
-// message, when more than one "." is left.
+// Turns what was typed into an extension entry: "." and the extension. Returns the empty text,
+// after a message, when the entry would hold more than one ".".
 std::string FormatExtensie(Program& program, const std::string& typed);
 
-// The main window's options picture: shows the window modally and activates it. Nothing while a run
+// The main window's options picture: shows the options window and activates it. Nothing while a run
 // works.
 void imOpties_Click(Program& program);
 
-// The window comes up: its fields show the settings, over what was typed and not applied. Called by
-// imOpties_Click; a window that becomes active again behind a message keeps what was typed.
+// Sets the window's fields from the settings, so that text that was not applied is lost. Only
+// imOpties_Click calls this: a message box over the window costs no typed text.
 void frmOpties_Activate(Program& program);
-// The window is closed by its close box: hidden, nothing is applied.
+// The window's close box: hides it and applies nothing.
 void frmOpties_Close(Program& program);
 
 // Keys of the entry field; `key` and `shift` as in core/forms/keys.h.
 void txtExtensie_KeyDown(Program& program, int key, int shift);
 void txtExtensie_GotFocus(Program& program);
 
-// Of the keys of the entry field only those that add and remove.
+// Handles only the keys that add and remove.
 void lstExtensie_KeyDown(Program& program, int key, int shift);
-// The user selects or deselects an entry, which gets the focus mark. Nothing for an index outside.
+// The user selects or deselects an entry, which becomes the current one. Nothing for an index out
+// of range.
 void lstExtensie_Select(Program& program, std::size_t index, bool selected);
-// The list loses the focus: the counters and the main window's label follow it.
+// The list loses the focus: updates the counters and the main window's label.
 void lstExtensie_Validate(Program& program);
 void cmdListExtensie_Down_Click(Program& program);
 
-// The logging box takes a value. One that it cannot take changes nothing.
+// Sets the logging box. A value that it cannot take changes nothing.
 void chkLoggen_Click(Program& program, int value);
 
-// Takes separator and wildcard over and hides the window. Nothing while a run works.
+// Applies separator and wildcard and hides the window. Nothing while a run works.
 void cmdToepassen_Click(Program& program);
 
-// Says in which folder the settings file lies, and opens the file browser there when it exists.
+// Says which folder holds the settings file, and opens the file browser there when the file exists.
 void imOptionsToFolder_Click(Program& program);
 
 }  // namespace morvex

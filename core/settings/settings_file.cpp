@@ -1,6 +1,6 @@
 #include "core/settings/settings_file.h"
 
-#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/list/list_file.h"
@@ -8,63 +8,48 @@
 #include "core/program/main_window_paths.h"
 #include "core/program/paths.h"
 #include "core/program/run_log.h"
-#include "core/program/text_file.h"
 #include "core/settings/character_code.h"
-#include "core/settings/numbers.h"
+#include "core/settings/init_file.h"
 #include "core/settings/options.h"
 
 namespace morvex {
 namespace {
 
-// What follows the first "="; the whole line when there is none.
-std::string ValueOf(const std::string& line) {
-  const std::size_t equals = line.find('=');
-  return equals == std::string::npos ? line : line.substr(equals + 1);
-}
-
-// The first six lines, each taken by its place. A line that the file does not have changes nothing.
-void ReadPlacedLines(Program& program, LineReader& reader) {
+// The first six lines. A line that the file does not have changes nothing.
+void TakePlacedLines(Program& program, const InitFile& file) {
   Settings& settings = program.settings;
-  std::string line;
-  if (reader.Next(line)) Text1_Change(program, kSourceBox, line);
-  if (reader.Next(line)) Text1_Change(program, kTargetBox, line);
-  if (reader.Next(line)) settings.SubstitutieFile = line;
-  if (reader.Next(line)) {
-    const Result<std::int16_t> logging = LeadingInteger16(ValueOf(line));
-    if (logging) chkLoggen_Click(program, logging.value);
-  }
+  if (file.source) Text1_Change(program, kSourceBox, *file.source);
+  if (file.target) Text1_Change(program, kTargetBox, *file.target);
+  if (file.list) settings.SubstitutieFile = *file.list;
+  if (file.logging) chkLoggen_Click(program, *file.logging);
   settings.LoggingStatusText =
       program.frmOpties.chkLoggen.value() == 1 ? "Logging: enabled" : "Logging: disabled";
-  if (reader.Next(line)) settings.gSeparator = ValueOf(line);
-  if (reader.Next(line)) settings.gJoker = CharacterCode(program, ValueOf(line));
+  if (file.separator) settings.gSeparator = *file.separator;
+  if (file.wildcard) settings.gJoker = CharacterCode(program, *file.wildcard);
 }
 
-// An empty line ends the list.
-void ReadExtensions(Program& program, LineReader& reader) {
+void TakeExtensions(Program& program, const InitFile& file) {
   std::vector<ListEntry> entries = program.frmOpties.lstExtensie.entries;
   std::string selected_texts = program.frmMorvex.lblExtensions.caption;
-  std::size_t index = 0;
-  std::string line;
-  while (reader.Next(line) && !line.empty()) {
-    ListEntry entry{line.substr(1), line.front() != '0'};
+  for (std::size_t i = 0; i < file.extensions.size(); ++i) {
+    const ListEntry entry{file.extensions[i].extension, file.extensions[i].selected};
     if (entry.selected) {
       ++program.settings.N_Extension_Selected;
       selected_texts += entry.text;
     }
-    if (index < entries.size()) {
-      entries[index] = std::move(entry);
+    if (i < entries.size()) {
+      entries[i] = entry;
     } else {
-      entries.push_back(std::move(entry));
+      entries.push_back(entry);
     }
-    ++index;
     ++program.settings.N_Extension_Total;
   }
   program.frmOpties.lstExtensie.entries = std::move(entries);
   program.frmMorvex.lblExtensions.caption = std::move(selected_texts);
 }
 
-// A list that does not exist is none. One of which that cannot be told is one that cannot be read.
-void ReadList(Program& program) {
+// A missing list is an empty list. Any other look-up error counts as unreadable.
+void TakeList(Program& program) {
   Settings& settings = program.settings;
   const ErrorNumber found = program.host.files.LookUpFile(settings.SubstitutieFile).error;
   if (found == ErrorNumber::kNone) {
@@ -75,7 +60,7 @@ void ReadList(Program& program) {
   }
 }
 
-// The file to read; false when there is none.
+// Finds the file to read. Returns false when there is none.
 bool ChooseInitFile(Program& program, std::string& path) {
   Settings& settings = program.settings;
   if (settings.CommandLine_SET) {
@@ -116,19 +101,15 @@ void ReadInitFile(Program& program) {
   settings.ReadingInitFile = true;
   std::string path;
   if (!ChooseInitFile(program, path)) return;
-  LineReader reader;
-  const ErrorNumber opening = reader.Open(program.host.files, path);
-  if (settings.CommandLine_SET && opening == ErrorNumber::kNone) {
-    settings.AutoRunFromInitFile = true;
-  }
-  ReadPlacedLines(program, reader);
-  ReadList(program);
+  const InitFile file = ParseInitFile(program.host.files, path);
+  if (settings.CommandLine_SET && file.is_open) settings.AutoRunFromInitFile = true;
+  TakePlacedLines(program, file);
+  TakeList(program);
   program.frmMorvex.lblFiles.colour = Colour::kSystemHighlight;
   program.frmMorvex.lblFiles.caption = std::string(12, ' ');
-  ReadExtensions(program, reader);
-  settings.init_file_error = reader.error();
-  // A file that could only be read in part describes no run: a row that is missing would be a name
-  // that stays.
+  TakeExtensions(program, file);
+  settings.init_file_error = file.error;
+  // No run from half a file: what a missing row names would stay in the copies.
   const bool whole = settings.init_file_error == ErrorNumber::kNone &&
                      settings.list_file_error == ErrorNumber::kNone;
   if (!whole) settings.AutoRunFromInitFile = false;
@@ -139,11 +120,11 @@ void WriteInitFile(Program& program) {
   Settings& settings = program.settings;
   if (settings.gSeparator.empty()) settings.gSeparator = kDefaultSeparator;
   if (program.Beeindigd) return;
-  const MainForm& window = program.frmMorvex;
+  const MainForm& form = program.frmMorvex;
   std::vector<std::string> lines = {
-      window.Text1(kSourceBox).text, window.Text1(kTargetBox).text,
-      settings.SubstitutieFile,      "log=" + std::to_string(program.frmOpties.chkLoggen.value()),
-      "sep=" + settings.gSeparator,  "jok=" + std::string(1, static_cast<char>(settings.gJoker)),
+      form.Text1(kSourceBox).text,  form.Text1(kTargetBox).text,
+      settings.SubstitutieFile,     "log=" + std::to_string(program.frmOpties.chkLoggen.value()),
+      "sep=" + settings.gSeparator, "jok=" + std::string(1, static_cast<char>(settings.gJoker)),
   };
   for (const ListEntry& entry : program.frmOpties.lstExtensie.entries.get()) {
     lines.push_back((entry.selected ? "1" : "0") + entry.text);

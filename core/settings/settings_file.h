@@ -1,5 +1,5 @@
-// The settings file "Init.dat": one value a line, the first six by their place, then the extension
-// list.
+// The settings file "Init.dat", taken over into settings and forms, and written from them. Its
+// lines: core/settings/init_file.h.
 #pragma once
 
 #include <string>
@@ -11,20 +11,21 @@ namespace morvex {
 
 inline constexpr const char* kInitFileName = "Init.dat";
 
-// Reads the settings file that the command line named, else the one in the program's folder, into
-// the settings and windows, and has the list that it names imported and applied. Values that the
-// file does not give stay as they are. A named file that is missing is logged and sets Beeindigd.
+// Reads the settings file that the command line named, else the one in the program's folder. Takes
+// its values over into the settings and forms, and imports and applies the list that it names.
+// Values that the file does not have stay as they are. When a named file is missing, that is logged
+// and Beeindigd set.
 void ReadInitFile(Program& program);
 
-// Writes the settings file into the program's folder, whichever was read. Not once the program is
-// to stop; a failure is ignored.
+// Writes the settings file into the program's folder, even when another one was read. Writes
+// nothing once the program is to stop. A failure is ignored.
 void WriteInitFile(Program& program);
 
-// What is logged of a named settings file that is missing.
+// The log's message for a named settings file that is missing.
 std::string MissingInitFileText(const std::string& path);
 
-// Why the settings file that the command line named started no run, a sentence a line; empty when
-// it started one. Paths stand there as they are, control characters and all.
+// Why the settings file that the command line named started no run, one sentence an element; empty
+// when it started one. Control characters in paths are not replaced.
 std::vector<std::string> WhyNoRun(const Program& program);
 
 }  // namespace morvex

@@ -10,7 +10,7 @@ constexpr std::string_view kLineBreak = "\r\n";
 
 std::int64_t Length(const std::string& text) { return static_cast<std::int64_t>(text.size()); }
 
-// Stores every text's length and gives the greatest.
+// Stores the length of every text and returns the greatest.
 std::int64_t Measure(const std::vector<std::string>& texts, std::vector<std::int64_t>& lengths) {
   std::int64_t longest = 0;
   lengths.clear();
@@ -22,8 +22,8 @@ std::int64_t Measure(const std::vector<std::string>& texts, std::vector<std::int
   return longest;
 }
 
-// Without a wildcard in the text the whole text is its tail.
-std::string TailBehindJoker(const std::string& text, std::uint8_t joker) {
+// The text behind the first wildcard; the whole text when it holds none.
+std::string TailBehindWildcard(const std::string& text, std::uint8_t joker) {
   const std::size_t found = joker == 0 ? std::string::npos : text.find(static_cast<char>(joker));
   return found == std::string::npos ? text : text.substr(found + 1);
 }
@@ -31,7 +31,7 @@ std::string TailBehindJoker(const std::string& text, std::uint8_t joker) {
 }  // namespace
 
 bool HasEndingInBeginning(std::string_view left, std::uint8_t joker) {
-  // In first place it is an ordinary character, but the ending begins behind it all the same.
+  // As the first byte it is an ordinary character; the ending begins behind it even then.
   const std::size_t wildcard =
       joker == 0 ? std::string_view::npos : left.find(static_cast<char>(joker), 1);
   if (wildcard == std::string_view::npos) return false;
@@ -55,30 +55,30 @@ std::string ExpandCRLF(std::string_view text) {
   return expanded.append(text, from);
 }
 
-void Apply_CRLF_Hndlr(const ReplacementsForm& grid, SubstitutionTables& tables) {
+void Apply_CRLF_Hndlr(const ReplacementList& list, SubstitutionTables& tables) {
   ++tables.version;
-  tables.PairCount = static_cast<std::int64_t>(grid.rows.size());
+  tables.PairCount = static_cast<std::int64_t>(list.rows.size());
   tables.RightTexts.clear();
   tables.LeftTexts.clear();
-  tables.RightTexts.reserve(grid.rows.size());
-  tables.LeftTexts.reserve(grid.rows.size());
-  for (const GridRow& row : grid.rows) {
-    tables.RightTexts.push_back(ExpandCRLF(row.txtRechts.text));
-    tables.LeftTexts.push_back(ExpandCRLF(row.txtLinks.text));
+  tables.RightTexts.reserve(list.rows.size());
+  tables.LeftTexts.reserve(list.rows.size());
+  for (const ListRow& row : list.rows) {
+    tables.RightTexts.push_back(ExpandCRLF(row.right));
+    tables.LeftTexts.push_back(ExpandCRLF(row.left));
   }
 }
 
-ErrorNumber FillArrays(const ReplacementsForm& grid, std::uint8_t joker,
+ErrorNumber FillArrays(const ReplacementList& list, std::uint8_t joker,
                        SubstitutionTables& tables) {
-  Apply_CRLF_Hndlr(grid, tables);
+  Apply_CRLF_Hndlr(list, tables);
   tables.MaxLeftLen = Measure(tables.LeftTexts, tables.LeftLengths);
   tables.MaxRightLen = Measure(tables.RightTexts, tables.RightLengths);
   tables.JokerTail.clear();
   tables.JokerTail.reserve(tables.LeftTexts.size());
   for (std::size_t row = 0; row < tables.LeftTexts.size(); ++row) {
     if (row >= tables.JokerLeft.size()) return ErrorNumber::kSubscriptOutOfRange;
-    tables.JokerTail.push_back(tables.JokerLeft[row] ? TailBehindJoker(tables.LeftTexts[row], joker)
-                                                     : std::string());
+    tables.JokerTail.push_back(
+        tables.JokerLeft[row] ? TailBehindWildcard(tables.LeftTexts[row], joker) : std::string());
   }
   return ErrorNumber::kNone;
 }
@@ -92,6 +92,16 @@ ErrorNumber Set_Joker(SubstitutionTables& tables, std::string_view Left_Right, s
   flags.back() = True_False;
   ++tables.version;
   return ErrorNumber::kNone;
+}
+
+void MakeTables(const ReplacementList& list, std::uint8_t joker, SubstitutionTables& tables) {
+  for (std::size_t i = 0; i < list.rows.size(); ++i) {
+    const auto row = static_cast<std::int64_t>(i);
+    Set_Joker(tables, "Left", row, list.rows[i].left_has_wildcard);
+    Set_Joker(tables, "Right", row, list.rows[i].right_has_wildcard);
+  }
+  // It cannot fail: every row has its flag.
+  FillArrays(list, joker, tables);
 }
 
 }  // namespace morvex

@@ -1,8 +1,8 @@
-// The tables that a run matches against, built from the rows of the replacement grid.
+// The tables that a run matches against, built from a replacement list.
 //
-// Rows count from 0 in the grid's order, which is the order in which a run tries them. The byte
-// matrices are views over the texts: a cell is computed when it is read, so the tables take the
-// memory of the texts and no more, however wide the widest row is.
+// Rows count from 0 in the list's order, which is the order in which a run tries them. The byte
+// matrices are views over the texts: a cell is computed when it is read, so that the tables take
+// little more memory than the texts, however wide the widest row is.
 #pragma once
 
 #include <cstddef>
@@ -12,13 +12,13 @@
 #include <string_view>
 #include <vector>
 
-#include "core/forms/replacements_form.h"
 #include "core/host/error.h"
+#include "core/tables/replacement_list.h"
 
 namespace morvex {
 
-// The cell rule of the byte matrices: 0 at position 0, the code of the position-th character
-// (counted from 1) of the row's text, 0 behind its end and in the spare row behind the last.
+// A cell of a byte matrix: 0 at position 0, then the bytes of the row's text, the first at position
+// 1, and 0 behind its end. All cells of the spare row, the one behind the last text, are 0.
 // `position` is 0 or more, `row` from 0 to the number of texts.
 inline std::uint8_t CharCodeAt(const std::vector<std::string>& texts, std::int64_t position,
                                std::int64_t row) {
@@ -36,12 +36,12 @@ struct SubstitutionTables {
   std::int64_t MaxRightLen = 0;
   std::vector<std::int64_t> LeftLengths;
   std::vector<std::int64_t> RightLengths;
-  std::vector<bool> JokerLeft;  // the left text uses the wildcard; up to the highest index ever set
+  std::vector<bool> JokerLeft;  // by row: the left text holds the wildcard
   std::vector<bool> JokerRight;
-  std::vector<std::string> JokerTail;  // of a JokerLeft row: the text behind the first wildcard
+  std::vector<std::string> JokerTail;  // of a JokerLeft row: the text behind its first wildcard
   std::uint64_t version = 0;           // counts the changes
 
-  // Rows 0 to PairCount, positions 0 to the longest text's length; nothing outside of these bounds.
+  // Rows 0 to PairCount, positions 0 to the longest text's length; nothing outside these bounds.
   std::optional<std::uint8_t> LeftBytes(std::int64_t row, std::int64_t position) const {
     return Cell(LeftTexts, MaxLeftLen, row, position);
   }
@@ -57,31 +57,34 @@ struct SubstitutionTables {
   }
 };
 
-// Whether the ending of a left text with the wildcard, all that stands behind it, also stands in
-// front of it. Then a match finds its ending before it comes to the wildcard, and takes in two
-// bytes behind its beginning, or hardly more, however far away the ending really is.
+// Whether the ending of a left text, all that follows its wildcard, also occurs in front of the
+// wildcard. A match then finds its ending too early: the wildcard takes in about two bytes, however
+// far away the intended ending is.
 bool HasEndingInBeginning(std::string_view left, std::uint8_t joker);
 
-// Whether the only wildcard ends the left text and no left text of the list has more bytes
-// (`longest`). Then an attempt ends where the tables do, and the wildcard takes in one byte alone.
+// Whether the left text ends in its only wildcard and no left text of the list is longer than it
+// (`longest`, in bytes). An attempt then ends at the width of the tables, and the wildcard takes in
+// one byte alone.
 bool TakesInOneByte(std::string_view left, std::uint8_t joker, std::size_t longest);
 
 // Each "[CRLF]" (exactly so) becomes CR LF.
 std::string ExpandCRLF(std::string_view text);
 
-// PairCount, LeftTexts and RightTexts from the grid. The first step of FillArrays.
-void Apply_CRLF_Hndlr(const ReplacementsForm& grid, SubstitutionTables& tables);
+// Sets PairCount, LeftTexts and RightTexts. The first step of FillArrays.
+void Apply_CRLF_Hndlr(const ReplacementList& list, SubstitutionTables& tables);
 
-// Rebuilds every table but the wildcard flags, which the caller has set for every row before, from
-// the first to the last. `joker` is the wildcard's code, 0 for none. kSubscriptOutOfRange when a
-// row has no flag: the tails from that row on are then empty.
-ErrorNumber FillArrays(const ReplacementsForm& grid, std::uint8_t joker,
-                       SubstitutionTables& tables);
+// Rebuilds every table but JokerLeft and JokerRight: the caller sets these for every row first.
+// `joker` is the wildcard's code, 0 for none. Returns kSubscriptOutOfRange when a row has no flag;
+// JokerTail then ends before that row.
+ErrorNumber FillArrays(const ReplacementList& list, std::uint8_t joker, SubstitutionTables& tables);
 
 // Sets the flag of one row in the column "Left" or "Right" (any other text changes nothing) and
-// cuts the flags behind it off, so flags are set in increasing row order. kSubscriptOutOfRange for
-// an index below 0.
+// cuts off the flags behind it, so the caller sets flags in increasing row order. Returns
+// kSubscriptOutOfRange for an index below 0.
 ErrorNumber Set_Joker(SubstitutionTables& tables, std::string_view Left_Right, std::int64_t index,
                       bool True_False);
+
+// Rebuilds every table, flags included, from a list whose wildcards are flagged.
+void MakeTables(const ReplacementList& list, std::uint8_t joker, SubstitutionTables& tables);
 
 }  // namespace morvex

@@ -1,5 +1,5 @@
-// "run" beside the form with a settings file: the same settings give the same target and the same
-// log, and the program's own settings file is left alone.
+// "run" compared with "-if": the same settings make the same target and the same log. "run" leaves
+// the program's own settings file alone.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -12,15 +12,15 @@ namespace {
 using namespace std::string_literals;
 using whole_run::LogMessages;
 
-// A settings file for the example; the target is "handover".
+// A settings file for the example, with the target "handover".
 std::string Settings(const CommandScene& scene, const std::string& target) {
   const whole_run::Scene& at = scene.scene();
   return at.At("case") + "\r\n" + at.At(target) + "\r\n" + at.At("replacements.txt") +
          "\r\nlog=1\r\nsep=|\r\njok=*\r\n1.txt\r\n1.csv\r\n1.log\r\n0.xml\r\n";
 }
 
-// The log's messages without the summary's line that names the settings, and without the time that
-// a run took.
+// The log's messages without the summary's lines that name the settings file and the time that the
+// run took.
 std::vector<std::string> Comparable(std::vector<std::string> messages) {
   std::erase_if(messages, [](const std::string& message) {
     return message.starts_with("Initialisatie-bestand: ");
@@ -36,7 +36,7 @@ TEST(RunCommandTest, GivesTheSameTargetAndLogAsTheFormWithASettingsFile) {
   const ProgramResult file_result = by_file.Shell("morvex-cli -if settings.dat");
   ASSERT_EQ(file_result.status, 0) << file_result.errors;
 
-  // The same folder names, so that the logs can be compared as they are.
+  // The same folder names, so that the logs can be compared.
   const std::string wanted_log = by_file.scene().RunLog();
   const ProgramResult moved = by_file.Shell(
       "mv handover by_file && rm \"$(dirname \"$(command -v morvex-cli)\")/Morvex.log\" && "

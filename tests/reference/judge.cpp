@@ -19,17 +19,14 @@ class CountingWatcher : public SubstitutionWatcher {
 };
 
 void Fill(const JudgedList& list, SubstitutionTables& tables) {
-  ReplacementsForm grid;
-  grid.rows.clear();
+  ReplacementList rows;
   for (const auto& [left, right] : list.rows) {
-    grid.rows.emplace_back();
-    grid.rows.back().txtLinks.text = left;
-    grid.rows.back().txtRechts.text = right;
-    const auto index = static_cast<std::int64_t>(grid.rows.size()) - 1;
+    rows.rows.push_back({left, right});
+    const auto index = static_cast<std::int64_t>(rows.rows.size()) - 1;
     const bool flag = list.flags != 0 && left.find(list.flags) != std::string::npos;
     Set_Joker(tables, "Left", index, flag);
   }
-  FillArrays(grid, static_cast<std::uint8_t>(list.tails), tables);
+  FillArrays(rows, static_cast<std::uint8_t>(list.tails), tables);
   if (list.flagged_rows < tables.JokerLeft.size()) tables.JokerLeft.resize(list.flagged_rows);
 }
 

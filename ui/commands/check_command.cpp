@@ -55,7 +55,7 @@ std::string TotalsText(const CheckTotals& totals) {
          ".\n";
 }
 
-// Rows that are not sought as their writer thinks.
+// Warns of rows that the check does not look for as their writer probably meant.
 class RowWarnings {
  public:
   RowWarnings(const CheckSubject& subject, CommandMessages& messages)
@@ -87,15 +87,15 @@ class RowWarnings {
   }
 
   void WarnOfDroppedMarks() {
-    for (const ListRemark& remark : subject_.review.remarks) {
-      if (remark.problem != ListProblem::kByteOrderMark) continue;
-      messages_.Warn(ShownPath(subject_.list) + ":" + std::to_string(remark.line),
+    for (const ListDiagnostic& diagnostic : subject_.review.diagnostics) {
+      if (diagnostic.problem != ListProblem::kByteOrderMark) continue;
+      messages_.Warn(ShownPath(subject_.list) + ":" + std::to_string(diagnostic.line),
                      "the byte-order mark is left out for this check; in a run the row is only "
                      "found where the mark stands, too.");
     }
   }
 
-  // A list in two encodings can be read in one alone.
+  // A list is read in one encoding, whatever a single row is in.
   void WarnOfThoseInUtf8() {
     const std::vector<std::string>& texts = subject_.tables.LeftTexts;
     for (std::size_t row = 0; row < texts.size(); ++row) {
@@ -121,7 +121,7 @@ class RowWarnings {
   CommandMessages& messages_;
 };
 
-// Adds up what was gone through on its way to the output.
+// Adds up the checked entries and passes them on to the output.
 class Tally {
  public:
   Tally(FindingsOutput& output, CommandMessages& messages) : output_(output), messages_(messages) {}
@@ -175,16 +175,15 @@ int RunCheck(const CheckOptions& options, const CommandConsole& console) {
   program.settings.gSeparator = kDefaultSeparator;
   if (!TakeListOptions(program, options, messages)) return kExitUsage;
   if (console.note_stop_requests) console.note_stop_requests(false);
-  const std::optional<ListReview> review = ReviewList(program, messages);
-  if (!review || messages.any_error() || !LoadList(program, messages, ByteOrderMarks::kDropped)) {
-    return kExitFailed;
-  }
+  const std::optional<LoadedList> list =
+      LoadList(console.files, program.settings, messages, ByteOrderMarks::kDropped);
+  if (!list || messages.any_error()) return kExitFailed;
 
-  const Encoding encoding = ListEncoding(options, program.tables);
-  const Sought sought(program.tables, program.settings.gJoker, encoding);
-  const bool all_rows = !MayLackRows(*review) && sought.rows_not_judged().empty();
-  const CheckSubject subject{console.version, options.tree, options.list, program.tables,
-                             *review,         encoding,     all_rows};
+  const Encoding encoding = ListEncoding(options, list->tables);
+  const Sought sought(list->tables, program.settings.gJoker, encoding);
+  const bool all_rows = !MayLackRows(list->review) && sought.rows_not_judged().empty();
+  const CheckSubject subject{console.version, options.tree, options.list, list->tables,
+                             list->review,    encoding,     all_rows};
   RowWarnings warnings(subject, messages);
   warnings.WarnOfDroppedMarks();
   warnings.WarnOfThoseThatStay(sought);

@@ -1,4 +1,4 @@
-// The command "check": is anything of the list left in a tree?
+// The command "check": searches a tree for texts of the list.
 #pragma once
 
 #include "ui/commands/command_console.h"
@@ -6,7 +6,7 @@
 
 namespace morvex {
 
-// Gives the exit status.
+// Returns the exit status.
 int RunCheck(const CheckOptions& options, const CommandConsole& console);
 
 }  // namespace morvex

@@ -16,7 +16,7 @@
 namespace morvex {
 namespace {
 
-// A right text that can send the writing back does so by a few bytes a match, for nearly every
+// A right text that moves the write position back does so by a few bytes a match, with nearly every
 // list.
 constexpr std::size_t kHeldBack = std::size_t{1} << 20;
 
@@ -28,34 +28,32 @@ class HitCounter : public SubstitutionWatcher {
   std::int64_t hits = 0;
 };
 
-// Whether a row can move the write position back: the text behind its wildcard is then longer than
-// what the wildcard caught. That takes a text of three bytes or more whose beginning also stands in
-// front of the wildcard, or which holds a second wildcard.
-bool MayWriteBack(const std::string& left, const std::string& right, const std::string& joker) {
+// Whether a row can move the write position back. It does when the text behind its wildcard is
+// longer than what the wildcard captured. For that the text must have three bytes or more, and its
+// beginning must also occur in front of the wildcard, or it must hold a second wildcard.
+bool MayWriteBack(const std::string& left, const std::string& right, const std::string& wildcard) {
   constexpr std::size_t kShortestTail = 3;
-  const std::size_t wildcard = left.find(joker);
-  if (wildcard == std::string::npos || right.find(joker) == std::string::npos) return false;
-  const std::string before = left.substr(0, wildcard);
-  const std::string tail = left.substr(wildcard + joker.size());
+  const std::size_t found = left.find(wildcard);
+  if (found == std::string::npos || right.find(wildcard) == std::string::npos) return false;
+  const std::string before = left.substr(0, found);
+  const std::string tail = left.substr(found + wildcard.size());
   if (tail.size() < kShortestTail) return false;
-  if (before.empty() || tail.find(joker) != std::string::npos) return true;
+  if (before.empty() || tail.find(wildcard) != std::string::npos) return true;
   for (std::size_t size = 1; size <= tail.size(); ++size) {
     if (before.ends_with(tail.substr(0, size))) return true;
   }
   return before.find(tail) != std::string::npos;
 }
 
-bool MayWriteBack(const Program& program) {
-  const std::string joker = JokerText(program);
-  if (joker.empty()) return false;
-  const SubstitutionTables& tables = program.tables;
+bool MayWriteBack(const SubstitutionTables& tables, const std::string& wildcard) {
+  if (wildcard.empty()) return false;
   for (std::size_t row = 0; row < tables.LeftTexts.size(); ++row) {
-    if (MayWriteBack(tables.LeftTexts[row], tables.RightTexts[row], joker)) return true;
+    if (MayWriteBack(tables.LeftTexts[row], tables.RightTexts[row], wildcard)) return true;
   }
   return false;
 }
 
-// Says what ended the stream early; true when nothing did.
+// Reports what ended the stream early. Returns true when nothing did.
 bool SayEnd(SubstitutionEnd end, ErrorNumber read_error, ErrorNumber write_error,
             CommandMessages& messages) {
   if (end == SubstitutionEnd::kReadFailed) {
@@ -81,18 +79,18 @@ int RunFilter(const FilterOptions& options, const CommandConsole& console) {
   Program program({console.files, console.system, user});
   program.settings.gSeparator = kDefaultSeparator;
   if (!TakeListOptions(program, options, messages)) return kExitUsage;
-  if (!ReviewList(program, messages) || messages.any_error() || !LoadList(program, messages)) {
-    return kExitFailed;
-  }
+  const std::optional<LoadedList> list = LoadList(console.files, program.settings, messages);
+  if (!list || messages.any_error()) return kExitFailed;
   const std::unique_ptr<InputFile> from = console.open_input();
   const std::unique_ptr<OutputFile> to = console.open_output();
   FileSource source(*from);
-  StreamOutput stream(*to, MayWriteBack(program) ? kHeldBack : 0);
+  const std::uint8_t joker = program.settings.gJoker;
+  StreamOutput stream(*to, MayWriteBack(list->tables, WildcardText(joker)) ? kHeldBack : 0);
   InputWindow input;
   PositionedOutput output;
   input.Open(source);
   output.Open(stream);
-  Substitution substitution(program.tables, program.settings.gJoker);
+  Substitution substitution(list->tables, joker);
   CaptureState captured;
   HitCounter counter;
   const SubstitutionEnd end = substitution.Run(input, output, captured, counter);

@@ -6,7 +6,7 @@
 
 namespace morvex {
 
-// Gives the exit status.
+// Returns the exit status.
 int RunFilter(const FilterOptions& options, const CommandConsole& console);
 
 }  // namespace morvex

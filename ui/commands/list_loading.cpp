@@ -1,9 +1,5 @@
 #include "ui/commands/list_loading.h"
 
-#include "core/list/editor.h"
-#include "core/list/grid.h"
-#include "core/list/list_file.h"
-#include "core/list/list_operations.h"
 #include "core/settings/character_code.h"
 #include "core/text/shown_text.h"
 
@@ -12,10 +8,10 @@ namespace {
 
 std::string Quoted(const std::string& text) { return "\"" + ShownText(text) + "\""; }
 
-std::string Advice(const ListRemark& remark, const std::string& separator) {
-  const std::string text = Quoted(remark.text);
-  const std::string earlier = "line " + std::to_string(remark.earlier_line);
-  switch (remark.problem) {
+std::string Advice(const ListDiagnostic& diagnostic, const std::string& separator) {
+  const std::string text = Quoted(diagnostic.text);
+  const std::string earlier = "line " + std::to_string(diagnostic.earlier_line);
+  switch (diagnostic.problem) {
     case ListProblem::kByteOrderMark:
       return "a byte-order mark stands here and becomes part of the left text: save the list "
              "without it.";
@@ -31,19 +27,19 @@ std::string Advice(const ListRemark& remark, const std::string& separator) {
     case ListProblem::kDuplicate:
       return text + " never wins, for " + earlier +
              " has the same left text: take one of the two out.";
-    case ListProblem::kForestalled:
-      return text + " never wins, for " + earlier + ", " + Quoted(remark.earlier_text) +
+    case ListProblem::kShadowed:
+      return text + " never wins, for " + earlier + ", " + Quoted(diagnostic.earlier_text) +
              ", is its beginning and is tried first: move this row above that one.";
     case ListProblem::kShort:
       return text +
              " is so short that it will be found everywhere, inside other words too: write "
              "more of it.";
     case ListProblem::kOpenWildcard:
-      if (!remark.example.empty()) {
+      if (!diagnostic.example.empty()) {
         return text +
                " ends in the wildcard and no left text is longer, so that it takes in one byte "
                "alone: of " +
-               Quoted(remark.example) + " a run makes " + Quoted(remark.outcome) +
+               Quoted(diagnostic.example) + " a run makes " + Quoted(diagnostic.outcome) +
                "; write what follows there, or [CRLF].";
       }
       return text +
@@ -75,38 +71,34 @@ std::string Advice(const ListRemark& remark, const std::string& separator) {
     case ListProblem::kTooLong:
       return "the left text has more than 32766 bytes and so never fits: take a part of it.";
     case ListProblem::kNoWildcardSet:
-      return text + " and " + std::to_string(remark.count - 1) +
-             (remark.count == 2 ? " more left text hold " : " more left texts hold ") +
-             Quoted(std::string(1, remark.character)) +
+      return text + " and " + std::to_string(diagnostic.count - 1) +
+             (diagnostic.count == 2 ? " more left text hold " : " more left texts hold ") +
+             Quoted(std::string(1, diagnostic.character)) +
              ", and no wildcard is set: set it, if it is to be one.";
     case ListProblem::kUnusedWildcard:
       return "no left text holds the wildcard that is set: set the one that the list has, or none.";
     case ListProblem::kOwnEnding:
       return text +
              " ends at once, for what stands behind its wildcard also stands in front of it: " +
-             "of " + Quoted(remark.example) + " a run makes " + Quoted(remark.outcome) +
+             "of " + Quoted(diagnostic.example) + " a run makes " + Quoted(diagnostic.outcome) +
              "; choose an ending that the beginning does not hold.";
   }
   return "";
 }
 
-// Takes the marks out of the rows that begin with one.
-void DropMarks(ReplacementsForm& grid) {
-  for (std::size_t row = 0; row < grid.rows.size(); ++row) {
-    const std::string& text = grid.rows[row].txtLinks.text;
-    if (!text.starts_with(kUtf8Mark)) continue;
-    SetCellText(grid, {Column::kLeft, static_cast<std::int64_t>(row)},
-                text.substr(kUtf8Mark.size()));
+void DropMarks(ReplacementList& list) {
+  for (ListRow& row : list.rows) {
+    if (row.left.starts_with(kUtf8Mark)) row.left.erase(0, kUtf8Mark.size());
   }
 }
 
-// A remark on the whole list has no line.
-std::string LineOf(const std::string& path, const ListRemark& remark) {
-  return remark.line == 0 ? path : path + ":" + std::to_string(remark.line);
+// A diagnostic of the whole list has no line.
+std::string LineOf(const std::string& path, const ListDiagnostic& diagnostic) {
+  return diagnostic.line == 0 ? path : path + ":" + std::to_string(diagnostic.line);
 }
 
-// Why the list cannot be read. Characters that no name holds on some systems, and that stand for
-// others in a shell, are pointed out.
+// Why the list cannot be read. Points out characters that a shell would have expanded and that
+// Windows allows in no name.
 std::string WhyUnread(const std::string& path, ErrorNumber error) {
   const std::string line = "the replacement list cannot be read: ";
   switch (error) {
@@ -155,55 +147,48 @@ bool TakeListOptions(Program& program, const ListOptions& options, CommandMessag
   return true;
 }
 
-std::optional<ListReview> ReviewList(Program& program, CommandMessages& messages) {
-  const Settings& settings = program.settings;
+std::optional<LoadedList> LoadList(FileService& files, const Settings& settings,
+                                   CommandMessages& messages, ByteOrderMarks marks) {
   const std::string path = ShownPath(settings.SubstitutieFile);
-  const Result<ListReview> review = ReviewList(program.host.files, settings.SubstitutieFile,
-                                               settings.gSeparator, settings.gJoker);
-  const ErrorNumber error = review ? review.value.error : review.error;
-  if (error != ErrorNumber::kNone) {
-    messages.Error(path, WhyUnread(settings.SubstitutieFile, error));
+  ListReading reading =
+      ReadListFile(files, settings.SubstitutieFile, settings.gSeparator, OddLines::kKeep);
+  LoadedList loaded;
+  loaded.review = ReviewList(reading, settings.gSeparator, settings.gJoker);
+  if (loaded.review.error != ErrorNumber::kNone) {
+    messages.Error(path, WhyUnread(settings.SubstitutieFile, loaded.review.error));
     return std::nullopt;
   }
-  for (const ListRemark& remark : review.value.remarks) {
-    const std::string place = LineOf(path, remark);
-    const std::string advice = Advice(remark, settings.gSeparator);
-    if (remark.problem == ListProblem::kUtf16) {
-      messages.Error(place, advice);
+  for (const ListDiagnostic& diagnostic : loaded.review.diagnostics) {
+    const std::string line = LineOf(path, diagnostic);
+    const std::string advice = Advice(diagnostic, settings.gSeparator);
+    if (diagnostic.problem == ListProblem::kUtf16) {
+      messages.Error(line, advice);
       return std::nullopt;
     }
-    messages.Warn(place, advice);
+    messages.Warn(line, advice);
   }
-  if (!review.value.is_usable) {
+  if (!loaded.review.is_usable) {
     messages.Error(path,
                    "no row has a left text: write one row a line, left text, separator, "
                    "right text, or name the right separator; now it is " +
                        Quoted(settings.gSeparator) + ".");
     return std::nullopt;
   }
-  return review.value;
+  if (marks == ByteOrderMarks::kDropped) DropMarks(reading.list);
+  FlagWildcards(reading.list, WildcardText(settings.gJoker));
+  MakeTables(reading.list, settings.gJoker, loaded.tables);
+  return loaded;
 }
 
 void WarnOfList(const Program& program, CommandMessages& messages) {
   const Settings& settings = program.settings;
   const std::string path = ShownPath(settings.SubstitutieFile);
-  const Result<ListReview> review = ReviewList(program.host.files, settings.SubstitutieFile,
-                                               settings.gSeparator, settings.gJoker);
-  if (!review) return;
-  for (const ListRemark& remark : review.value.remarks) {
-    messages.Warn(LineOf(path, remark), Advice(remark, settings.gSeparator));
+  const ListReading reading = ReadListFile(program.host.files, settings.SubstitutieFile,
+                                           settings.gSeparator, OddLines::kKeep);
+  const ListReview review = ReviewList(reading, settings.gSeparator, settings.gJoker);
+  for (const ListDiagnostic& diagnostic : review.diagnostics) {
+    messages.Warn(LineOf(path, diagnostic), Advice(diagnostic, settings.gSeparator));
   }
-}
-
-bool LoadList(Program& program, CommandMessages& messages, ByteOrderMarks marks) {
-  const std::string path = program.settings.SubstitutieFile;
-  if (program.frmReplacements.loaded) RefreshFormReplacements(program);
-  ImportReplacementList(program, path);
-  if (marks == ByteOrderMarks::kDropped) DropMarks(program.frmReplacements);
-  cmdOK_Click(program);
-  const ErrorNumber error = program.settings.list_file_error;
-  if (error != ErrorNumber::kNone) messages.Error(ShownPath(path), ErrorLine(error));
-  return error == ErrorNumber::kNone;
 }
 
 }  // namespace morvex

@@ -1,35 +1,37 @@
-// The replacement list of a command: looked over first, then read into the program.
+// The replacement list of a command: read once, reviewed, and made into tables.
 #pragma once
 
-#include <cstdint>
 #include <optional>
-#include <string>
 
 #include "core/list/list_review.h"
 #include "core/program/program.h"
+#include "core/tables/substitution_tables.h"
 #include "ui/commands/command_messages.h"
 #include "ui/commands/command_options.h"
 
 namespace morvex {
 
-// Takes separator and wildcard over into the settings, where they are given. False, after a
-// message, for values that cannot be.
+struct LoadedList {
+  ListReview review;
+  SubstitutionTables tables;
+};
+
+// Takes separator, wildcard and list over into the settings, as far as they are given. Returns
+// false, after a message, for values that cannot be used.
 bool TakeListOptions(Program& program, const ListOptions& options, CommandMessages& messages);
 
-// Says what is to be said of the list that the settings name. Nothing, after a message, when the
-// list cannot be used; whether a warning counts as an error, `messages` knows.
-std::optional<ListReview> ReviewList(Program& program, CommandMessages& messages);
-
-// The warnings alone, for a run that a settings file describes: it goes on whatever they are, and
-// says itself when there is no list to be had.
-void WarnOfList(const Program& program, CommandMessages& messages);
-
-// Whether byte-order marks at the beginning of left texts stay there, as for a run.
+// Whether byte-order marks at the beginning of left texts stay there, as they do for a run.
 enum class ByteOrderMarks { kKept, kDropped };
 
-// Reads the list that the settings name into the tables, in place of what stands there. False,
-// after a message, when it cannot be read to its end.
-bool LoadList(Program& program, CommandMessages& messages,
-              ByteOrderMarks marks = ByteOrderMarks::kKept);
+// Reads the list that the settings name and reports its diagnostics as warnings. Returns nothing,
+// after a message, when the list cannot be used. The caller asks `messages` whether a warning
+// counted as an error.
+std::optional<LoadedList> LoadList(FileService& files, const Settings& settings,
+                                   CommandMessages& messages,
+                                   ByteOrderMarks marks = ByteOrderMarks::kKept);
+
+// Reports the diagnostics alone, after a run that a settings file described. Says nothing of a list
+// that cannot be opened: the run reports that itself.
+void WarnOfList(const Program& program, CommandMessages& messages);
 
 }  // namespace morvex

@@ -43,8 +43,8 @@ bool ReportPlace::Refuse(const std::string& why) {
 
 // Refuses the paths that the run reads or writes, whether or not the files exist yet.
 bool ReportPlace::SparesOwnPlaces() {
-  const std::string source = program_.frmMorvex.Text1(kSourceBox).text;
-  const std::string target = program_.frmMorvex.Text1(kTargetBox).text;
+  const std::string source = program_.request.source;
+  const std::string target = program_.request.target;
   using Place = std::pair<std::string, const char*>;
   std::vector<Place> own = {{program_.settings.SubstitutieFile, "the replacement list"},
                             {settings_file_, "the settings file"}};
@@ -69,8 +69,8 @@ bool ReportPlace::SparesOwnPlaces() {
 // source or target, so that the same command works twice.
 bool ReportPlace::MayReplace() {
   using Tree = std::pair<std::string, const char*>;
-  const std::array<Tree, 2> trees = {Tree{program_.frmMorvex.Text1(kSourceBox).text, "the source"},
-                                     Tree{program_.frmMorvex.Text1(kTargetBox).text, "the target"}};
+  const std::array<Tree, 2> trees = {Tree{program_.request.source, "the source"},
+                                     Tree{program_.request.target, "the target"}};
   const bool is_single_file = FileExists(program_, trees.front().first);
   for (const auto& [place, what] : trees) {
     if (is_single_file || !WayFrom(program_, place, path_)) continue;
@@ -84,13 +84,13 @@ bool ReportPlace::MayReplace() {
 // There is no file or folder at the path. Tries whether the report can be written there.
 bool ReportPlace::HasRoom() {
   FileService& files = program_.host.files;
-  const std::string source = program_.frmMorvex.Text1(kSourceBox).text;
+  const std::string source = program_.request.source;
   const bool is_single_file = FileExists(program_, source);
   std::optional<std::string> in_source;
   std::optional<std::string> in_target;
   if (!is_single_file) {
     in_source = WayFrom(program_, source, path_);
-    in_target = WayFrom(program_, program_.frmMorvex.Text1(kTargetBox).text, path_);
+    in_target = WayFrom(program_, program_.request.target, path_);
   }
   ErrorNumber folder_error = files.LookUpFolder(FolderOf(program_, path_)).error;
   const bool folder_exists = folder_error == ErrorNumber::kNone;

@@ -3,12 +3,11 @@
 #include <optional>
 #include <utility>
 
-#include "core/program/main_window_paths.h"
 #include "core/program/paths.h"
 #include "core/run/run_driver.h"
 #include "core/run/start_up.h"
-#include "core/settings/options.h"
-#include "core/settings/settings_file.h"
+#include "core/settings/character_code.h"
+#include "core/settings/init_file.h"
 #include "core/text/shown_text.h"
 #include "ui/commands/command_messages.h"
 #include "ui/commands/list_loading.h"
@@ -21,10 +20,11 @@
 namespace morvex {
 namespace {
 
-// Stands in the run log's summary where otherwise the path of a settings file does.
+// The log names it instead of a settings file.
 constexpr const char* kFromCommandLine = "(opdrachtregel)";
 
-// In sub-folders the last four characters of a name are compared.
+// In sub-folders the last four bytes of a name are compared with the extensions, so only those of
+// this length count there.
 constexpr std::size_t kExtensionEverywhere = 4;
 
 class RunCommand {
@@ -39,83 +39,86 @@ class RunCommand {
         program_({console.files, console.system, user_}),
         report_place_(program_, options.report, options.from, messages_) {
     user_.Attach(program_);
-    program_.frmMorvex.loaded = true;
-    program_.frmOpties.loaded = true;
     program_.settings.gSeparator = kDefaultSeparator;
   }
 
   int Run() {
     if (!ReadSettingsFile()) return kExitFailed;
-    if (!TakeListOptions(program_, options_, messages_) || !TakeFilter()) return kExitUsage;
-    TakePathsAndLog();
+    if (!TakeListOptions(program_, options_, messages_)) return kExitUsage;
+    TakeRequestOptions();
+    if (!HasFilter()) return kExitUsage;
     if (!options_.report.empty() && !report_place_.MayHold()) return kExitFailed;
     WarnOfOwnFilesInSource(program_, options_.from, messages_);
-    const std::optional<ListReview> review = ReviewList(program_, messages_);
-    if (!review || messages_.any_error() || !LoadList(program_, messages_)) return kExitFailed;
+    std::optional<LoadedList> list = LoadList(console_.files, program_.settings, messages_);
+    if (!list || messages_.any_error()) return kExitFailed;
+    program_.tables = std::move(list->tables);
 
     std::optional<RunReport> report;
     if (!options_.report.empty()) program_.observer = &report.emplace(program_);
     if (console_.note_stop_requests) console_.note_stop_requests(true);
     ArmRun(program_);
-    cmdGo_Click(program_);
+    PerformRun(program_);
     user_.ClearProgress();
     ShowEnd();
     const int status = ExitStatus(program_);
     if (!report) return status;
-    const std::string text = report->Text(console_.version, status, *review, options_.from);
+    const std::string text = report->Text(console_.version, status, list->review, options_.from);
     return report_place_.Put(text) ? status : kExitFailed;
   }
 
  private:
-  // False, after a message, when the file cannot be read.
+  // Returns false, after a message, when the file cannot be read.
   bool ReadSettingsFile() {
-    Settings& settings = program_.settings;
-    settings.InitFilePath = options_.from.empty() ? kFromCommandLine : options_.from;
-    settings.AutoRunFromInitFile = true;
+    RunRequest& request = program_.request;
+    request.settings_file = options_.from.empty() ? kFromCommandLine : options_.from;
     if (options_.from.empty()) return true;
     const Result<FileInfo> found = console_.files.LookUpFile(options_.from);
-    if (found) {
-      settings.CommandLine_SET = true;
-      ReadInitFile(program_);
-      settings.AutoRunFromInitFile = true;  // whatever its list: that is read once more
+    const InitFile file = found ? ParseInitFile(console_.files, options_.from) : InitFile();
+    const ErrorNumber error = found ? file.error : found.error;
+    if (error != ErrorNumber::kNone) {
+      messages_.Error(ShownPath(options_.from), ErrorLine(error));
+      return false;
     }
-    const ErrorNumber error = found ? settings.init_file_error : found.error;
-    if (error != ErrorNumber::kNone) messages_.Error(ShownPath(options_.from), ErrorLine(error));
-    return error == ErrorNumber::kNone;
+    Settings& settings = program_.settings;
+    settings.SubstitutieFile = file.list.value_or(std::string());
+    if (file.separator) settings.gSeparator = *file.separator;
+    settings.gJoker = CharacterCode(program_, file.wildcard.value_or(std::string()));
+    request.source = file.source.value_or(std::string());
+    request.target = file.target.value_or(std::string());
+    request.logging = file.logging == 1;
+    for (const ExtensionLine& line : file.extensions) {
+      if (line.selected) request.extensions.push_back(line.extension);
+    }
+    return true;
   }
 
-  void TakePathsAndLog() {
-    if (!options_.source.empty()) Text1_Change(program_, kSourceBox, options_.source);
-    if (!options_.target.empty()) Text1_Change(program_, kTargetBox, options_.target);
-    if (options_.log) chkLoggen_Click(program_, 1);
+  void TakeRequestOptions() {
+    RunRequest& request = program_.request;
+    request.list = program_.settings.SubstitutieFile;
+    if (!options_.source.empty()) request.source = options_.source;
+    if (!options_.target.empty()) request.target = options_.target;
+    if (options_.log) request.logging = true;
+    request.all_files = options_.all;
+    if (options_.extensions.empty()) return;
+    request.extensions.clear();
+    for (const std::string& extension : options_.extensions) {
+      request.extensions.push_back(extension.starts_with('.') ? extension : "." + extension);
+    }
   }
 
-  // Which files are processed. False, after a message, when the run would process none.
-  bool TakeFilter() {
-    program_.settings.AllFilesSelected = options_.all;
-    ListBox& list = program_.frmOpties.lstExtensie;
-    if (!options_.extensions.empty()) {
-      std::vector<ListEntry> entries;
-      for (const std::string& extension : options_.extensions) {
-        entries.push_back({extension.starts_with('.') ? extension : "." + extension, true});
-      }
-      list.entries = std::move(entries);
-    }
-    if (options_.all) return true;
-    bool any = false;
-    for (const ListEntry& entry : list.entries.get()) {
-      if (!entry.selected) continue;
-      any = true;
-      if (entry.text.size() == kExtensionEverywhere) continue;
+  // Returns false, after a message, when the run would process no file.
+  bool HasFilter() {
+    const RunRequest& request = program_.request;
+    if (request.all_files) return true;
+    for (const std::string& extension : request.extensions) {
+      if (extension.size() == kExtensionEverywhere) continue;
       messages_.Warn(kProgramPlace,
-                     "files that end in \"" + ShownText(entry.text) +
+                     "files that end in \"" + ShownText(extension) +
                          "\" are processed in the source folder itself and copied unchanged in its "
                          "sub-folders: an extension that is to count there has three letters; or "
                          "take --all.");
     }
-    const std::string source =
-        options_.source.empty() ? program_.frmMorvex.Text1(kSourceBox).text : options_.source;
-    if (any || FileExists(program_, source)) return true;
+    if (!request.extensions.empty() || FileExists(program_, request.source)) return true;
     messages_.Error(kProgramPlace,
                     "every file would be copied unchanged: say which are to be processed, with "
                     "--ext .txt,.csv or with --all.");

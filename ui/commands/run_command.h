@@ -1,5 +1,4 @@
-// The command "run": a run whose settings stand on the command line. The program's own settings
-// file is neither read nor written.
+// The command "run": a run that the command line describes. It neither reads nor writes "Init.dat".
 #pragma once
 
 #include "ui/commands/command_console.h"
@@ -7,7 +6,7 @@
 
 namespace morvex {
 
-// Gives the exit status.
+// Returns the exit status.
 int RunRun(const RunOptions& options, const CommandConsole& console);
 
 }  // namespace morvex

@@ -12,7 +12,7 @@
 namespace morvex {
 namespace {
 
-// Keeps the order in which keys are put in.
+// Keeps its keys in the order of insertion.
 using Json = nlohmann::ordered_json;
 
 constexpr const char* kProgramName = "Morvex";
@@ -48,7 +48,7 @@ const char* WordsFor(RunEnd end) {
   return "finished";
 }
 
-// As in "Permission denied: the source folder must be writable"; the path stands beside it.
+// As in "Permission denied: the source folder must be writable"; the path is another element.
 std::string WhyFailed(const Outcome& outcome) {
   std::string why(ErrorText(outcome.error));
   const std::string_view cause = CauseText(outcome.cause);
@@ -75,19 +75,19 @@ std::string UtcText(WallTime time) {
 }
 
 Json SettingsAsJson(const Program& program, const std::string& settings_file) {
-  const MainForm& window = program.frmMorvex;
+  const RunRequest& request = program.request;
   Json settings;
   if (!settings_file.empty()) settings["settings_file"] = ShownPath(settings_file);
-  settings["source"] = ShownPath(window.Text1(kSourceBox).text.get());
-  settings["target"] = ShownPath(window.Text1(kTargetBox).text.get());
-  settings["list"] = ShownPath(program.settings.SubstitutieFile);
+  settings["source"] = ShownPath(request.source);
+  settings["target"] = ShownPath(request.target);
+  settings["list"] = ShownPath(request.list);
   settings["separator"] = ShownText(program.settings.gSeparator);
-  settings["joker"] = ShownText(JokerText(program));
-  settings["log"] = program.run.LoggingOn;
-  settings["all"] = program.settings.AllFilesSelected;
+  settings["joker"] = ShownText(WildcardText(program.settings.gJoker));
+  settings["log"] = request.logging;
+  settings["all"] = request.all_files;
   settings["extensions"] = Json::array();
-  for (const ListEntry& entry : program.frmOpties.lstExtensie.entries.get()) {
-    if (entry.selected) settings["extensions"].push_back(ShownText(entry.text));
+  for (const std::string& extension : request.extensions) {
+    settings["extensions"].push_back(ShownText(extension));
   }
   return settings;
 }
@@ -119,7 +119,7 @@ class FileBuffer : public std::streambuf {
     const Result<std::size_t> read = file_.ReadAt(offset_, block_.data(), block_.size());
     if (!read || read.value == 0) return traits_type::eof();
     offset_ += read.value;
-    // The parser takes a NUL for the end and would not look at what follows. Reports hold none.
+    // The parser takes a NUL for the end of the document. Reports hold none.
     std::replace(block_.begin(), block_.begin() + read.value, '\0', '\x01');
     setg(block_.data(), block_.data(), block_.data() + read.value);
     return traits_type::to_int_type(block_.front());
@@ -130,7 +130,7 @@ class FileBuffer : public std::streambuf {
   std::array<char, 16384> block_{};
 };
 
-// Spares looking through long files that are none.
+// Tells most other files apart without parsing them.
 bool BeginsAsReport(InputFile& file) {
   const std::string wanted = std::string("{\"program\":\"") + kProgramName + "\"";
   FileBuffer buffer(file);
@@ -148,7 +148,7 @@ bool HoldsRunReport(FileService& files, const std::string& path) {
   if (!BeginsAsReport(*file.value)) return false;
   FileBuffer buffer(*file.value);
   std::istream stream(&buffer);
-  // What the parts hold is left out, so that a long report takes no memory.
+  // Drops the elements of the parts: they would take memory in proportion to the report.
   const auto is_part = [](int depth, Json::parse_event_t, Json&) { return depth < 2; };
   const Json report = Json::parse(stream, is_part, false);
   const auto is = [&report](const char* key, Json::value_t type) {

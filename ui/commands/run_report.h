@@ -1,6 +1,6 @@
-// What became of a run, file by file, as one JSON document.
+// The report of a run, file by file, as one JSON document.
 //
-// It holds the paths and the list's left texts, so it is not for handing over.
+// It holds paths and the list's left texts, so it must not go to whoever gets the copies.
 #pragma once
 
 #include <chrono>
@@ -12,18 +12,18 @@
 
 namespace morvex {
 
-// Whether the file is a report of a run: a JSON object that names this program first and has the
-// parts that a report has.
+// Whether the file is the report of a run: a JSON object that begins with this program's name and
+// has the parts of a report.
 bool HoldsRunReport(FileService& files, const std::string& path);
 
 class RunReport : public RunObserver {
  public:
-  // Listens from now on: the run starts next. `program` must outlive the report.
+  // Create it just before the run: it notes the time. `program` must outlive it.
   explicit RunReport(const Program& program);
 
   void OnOutcome(const Outcome& outcome) override;
 
-  // The whole document. `list_lines` are those of the list's rows; `settings_file` may be empty.
+  // The whole document. `settings_file` may be empty.
   std::string Text(const std::string& version, int exit_status, const ListReview& review,
                    const std::string& settings_file) const;
 

@@ -56,8 +56,8 @@ bool IsReportName(const std::string& path) { return UpperCase(path).ends_with(".
 
 void WarnOfOwnFilesInSource(const Program& program, const std::string& settings_file,
                             CommandMessages& messages) {
-  const std::string source = program.frmMorvex.Text1(kSourceBox).text;
-  const std::string target = program.frmMorvex.Text1(kTargetBox).text;
+  const std::string source = program.request.source;
+  const std::string target = program.request.target;
   FileService& files = program.host.files;
   const bool is_single_file = FileExists(program, source);
   const auto warn = [&](const std::string& path, const char* what) {

@@ -106,9 +106,9 @@ std::string ProgressLine(const Program& program) {
 }
 
 std::string ResultLines(const Program& program) {
-  const MainForm& window = program.frmMorvex;
+  const MainForm& form = program.frmMorvex;
   const RunState& run = program.run;
-  // The labels stand as the last whole file left them.
+  // The labels may lack the last file's counts.
   if (run.end == RunEnd::kStopped) {
     if (run.FilesDone + run.FilesSkipped == 0) return "";
     return "Scanned: " + std::to_string(run.FilesDone) +
@@ -116,7 +116,7 @@ std::string ResultLines(const Program& program) {
            "\nHits: " + std::to_string(run.HitsTotal) + "\n";
   }
   std::string lines;
-  for (const Label* label : {&window.lblTotalFiles, &window.lblTijd, &window.lblPercentage}) {
+  for (const Label* label : {&form.lblTotalFiles, &form.lblTijd, &form.lblPercentage}) {
     const std::string& caption = label->caption;
     if (!caption.empty()) lines.append(PrintableLines(caption)).append("\n");
   }

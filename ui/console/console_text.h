@@ -8,15 +8,15 @@
 
 namespace morvex {
 
-// One line: files, hits, bytes and per cent of a run that works.
+// The progress of a run in one line: files, hits, bytes and per cent.
 std::string ProgressLine(const Program& program);
 
-// What the main window's result labels hold at the end of a run, a line for each of theirs; of a
-// run that was stopped its counts so far.
+// The texts of the main window's result labels at the end of a run, line by line. Of a run that was
+// stopped, its counts so far.
 std::string ResultLines(const Program& program);
 
-// What the result labels do not tell of a run: files without a copy and why, what a stop left
-// behind, a list or a filter that picked nothing. Empty when there is nothing to tell.
+// What the result labels do not say: files without a copy and why, what a stop left behind, a list
+// or filter that selected nothing. Empty when there is nothing to say.
 std::string RunNotes(const Program& program);
 
 // As in "1.5 MB"; units of 1000.

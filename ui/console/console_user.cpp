@@ -74,7 +74,7 @@ void ConsoleUser::ShowProgressLine() {
   last_shown_ = now;
   std::string line = waiting ? Printable(program_->frmMorvex.lblTotalFiles.caption.get())
                              : ProgressLine(*program_);
-  // The last column stays free: a terminal would break the line behind it.
+  // The last column stays free: a terminal would wrap the line there.
   const int columns = streams_.columns ? streams_.columns() : 0;
   if (columns > 1) line.resize(std::min(line.size(), static_cast<std::size_t>(columns - 1)));
   const std::size_t length = line.size();
@@ -90,7 +90,7 @@ bool ConsoleUser::AskYes() {
   }
   streams_.error << " [y/N] " << std::flush;
   std::string answer;
-  // Without an answer (an interrupt, the end of the input) the line is still to be ended.
+  // Without an answer (an interrupt, the end of the input) the user has not ended the line.
   if (!std::getline(streams_.input, answer)) streams_.error << "\n" << std::flush;
   HandlePendingEvents();
   // Some terminals end a line with CR LF.

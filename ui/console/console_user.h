@@ -1,6 +1,5 @@
-// The program's user at a terminal, or behind a pipe: message boxes go to standard error, a
-// question is asked only where somebody can answer, and a line of progress is kept up to date on a
-// terminal.
+// The user service of the console program. Message boxes go to standard error, questions are asked
+// only when standard input is a terminal, and a terminal shows a line of progress.
 #pragma once
 
 #include <chrono>
@@ -13,15 +12,15 @@
 
 namespace morvex {
 
-// What the console stands on; the streams must outlive it.
+// The streams must outlive the ConsoleUser.
 struct ConsoleStreams {
   std::istream& input;
   std::ostream& error;
   bool input_is_terminal = false;
   bool error_is_terminal = false;
   std::function<int()> columns;          // of the terminal
-  std::function<bool()> stop_requested;  // the user interrupted the program
-  bool answers_yes = false;              // to every question, without asking it
+  std::function<bool()> stop_requested;  // whether the user interrupted the program
+  bool answers_yes = false;              // to every question, which is then not asked
   bool shows_progress = true;            // on a terminal
 };
 
@@ -29,18 +28,18 @@ class ConsoleUser : public UserService {
  public:
   explicit ConsoleUser(ConsoleStreams streams);
 
-  // The program whose progress is shown and which an interrupt stops. Before the first event.
+  // The program whose progress is shown and which an interrupt stops. Call before the first event.
   void Attach(Program& program) { program_ = &program; }
 
-  // OK boxes are answered at once; a question without a terminal is answered No or Cancel.
+  // Answers OK boxes at once, and questions without a terminal with No or Cancel.
   Answer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon) override;
-  // There is nothing to choose with: cancelled.
+  // The console has no file dialogs: returns that the user cancelled.
   FileChoice ChooseFileToOpen(const FileDialog& dialog) override;
   FileChoice ChooseFileToSave(const FileDialog& dialog) override;
   void HandlePendingEvents() override;
   void WaitForEvents(std::chrono::milliseconds longest) override;
 
-  // Takes the progress line off the terminal, before anything else is written there.
+  // Removes the progress line. Call before anything else is written to the terminal.
   void ClearProgress();
 
   bool interrupted() const { return interrupted_; }

@@ -5,11 +5,11 @@
 namespace morvex {
 namespace {
 
-constexpr std::size_t kWalkKeyLength = 4;
+constexpr std::size_t kComparedInWalk = 4;
 
-std::string LookUpKey(std::string_view name, FolderPassKind pass) {
+std::string ComparedPart(std::string_view name, FolderPassKind pass) {
   if (pass == FolderPassKind::kPrepass) return "." + std::string(FileExtension(name));
-  return std::string(name.substr(name.size() - std::min(name.size(), kWalkKeyLength)));
+  return std::string(name.substr(name.size() - std::min(name.size(), kComparedInWalk)));
 }
 
 }  // namespace
@@ -20,11 +20,11 @@ std::string_view FileExtension(std::string_view name) {
 }
 
 bool IsSelectedExtension(const Program& program, std::string_view name, FolderPassKind pass) {
-  if (program.settings.AllFilesSelected) return true;
-  const std::string key = LookUpKey(name, pass);
-  const std::vector<ListEntry>& entries = program.frmOpties.lstExtensie.entries;
-  return std::any_of(entries.begin(), entries.end(),
-                     [&](const ListEntry& entry) { return entry.selected && entry.text == key; });
+  const RunRequest& request = program.request;
+  if (request.all_files) return true;
+  const std::string part = ComparedPart(name, pass);
+  return std::find(request.extensions.begin(), request.extensions.end(), part) !=
+         request.extensions.end();
 }
 
 }  // namespace morvex

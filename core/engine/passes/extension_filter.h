@@ -1,5 +1,5 @@
-// Which files are processed: those whose extension is an entry of the options window's list,
-// selected.
+// Which files a run processes: those whose extension the run request names. The others are copied
+// unchanged.
 #pragma once
 
 #include <string>
@@ -9,16 +9,16 @@
 
 namespace morvex {
 
-// The two passes of a folder run look a name up under different keys.
+// The two passes of a folder run compare different parts of a name with the extensions.
 enum class FolderPassKind {
-  kPrepass,  // "." and the extension: the files that lie directly in the source folder
-  kWalk,     // the last four characters of the name: the files of every sub-folder
+  kPrepass,  // "." and the extension: for files directly in the source folder
+  kWalk,     // the last four bytes of the name: for files in sub-folders
 };
 
-// The characters after the first "." of the name; empty when there is none.
+// What follows the first "." of the name; empty when there is none.
 std::string_view FileExtension(std::string_view name);
 
-// Comparison is exact, letter case included. With AllFilesSelected every file is.
+// Whether the run processes a file of this name. The comparison is exact, letter case included.
 bool IsSelectedExtension(const Program& program, std::string_view name, FolderPassKind pass);
 
 }  // namespace morvex

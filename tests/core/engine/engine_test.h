@@ -27,16 +27,14 @@ class EngineProgram : public TestProgram {
 
   void SetList(const Rows& rows, char joker) { SetList(rows, {joker, joker, joker}); }
   void SetList(const Rows& rows, Wildcards jokers) {
-    ReplacementsForm grid;
+    ReplacementList list;
     for (const auto& [left, right] : rows) {
-      const auto index = static_cast<std::int64_t>(grid.rows.size());
-      grid.rows.emplace_back();
-      grid.rows.back().txtLinks.text = left;
-      grid.rows.back().txtRechts.text = right;
+      const auto index = static_cast<std::int64_t>(list.rows.size());
+      list.rows.push_back({left, right});
       Set_Joker(program.tables, "Left", index, Holds(left, jokers.flags));
       Set_Joker(program.tables, "Right", index, Holds(right, jokers.flags));
     }
-    EXPECT_EQ(FillArrays(grid, static_cast<std::uint8_t>(jokers.tails), program.tables),
+    EXPECT_EQ(FillArrays(list, static_cast<std::uint8_t>(jokers.tails), program.tables),
               ErrorNumber::kNone);
     program.settings.gJoker = static_cast<std::uint8_t>(jokers.run);
   }

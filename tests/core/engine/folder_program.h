@@ -22,9 +22,7 @@ class FolderProgram : public EngineProgram {
   }
 
   void Select(const std::vector<std::string>& extensions) {
-    std::vector<ListEntry> entries;
-    for (const std::string& extension : extensions) entries.push_back({extension, true});
-    program.frmOpties.lstExtensie.entries = std::move(entries);
+    program.request.extensions = extensions;
   }
 
   // Both passes, as a run makes them.

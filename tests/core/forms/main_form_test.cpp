@@ -1,4 +1,4 @@
-// What stands in the main window before anything has happened.
+// The initial state of the main window's form.
 #include "core/forms/main_form.h"
 
 #include <gtest/gtest.h>

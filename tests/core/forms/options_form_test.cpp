@@ -1,4 +1,4 @@
-// What stands in the options window before anything has happened.
+// The initial state of the options window's form.
 #include "core/forms/options_form.h"
 
 #include <gtest/gtest.h>

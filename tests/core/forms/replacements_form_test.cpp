@@ -1,4 +1,4 @@
-// What stands in the list editor, and where its cells stand.
+// The state of the list editor's form, and the positions of its cells.
 #include "core/forms/replacements_form.h"
 
 #include <gtest/gtest.h>

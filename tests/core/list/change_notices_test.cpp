@@ -1,4 +1,4 @@
-// Whatever the editor shows, its window gives notice of: a user interface never has to poll it.
+// Every visible change of the editor notifies its form, so that a user interface need not poll it.
 #include <gtest/gtest.h>
 
 #include <functional>

@@ -1,6 +1,6 @@
 // The list editor's commands, with the N-th call on the file system failing for N = 1, 2, 3, ...
-// until none fails any more: a list file is the old one or the new one, and no row of the grid is
-// lost.
+// until a command finishes without a failed call. A list file is then the old one or the new one,
+// and no row of the grid is lost.
 #include <gtest/gtest.h>
 
 #include <iostream>
@@ -58,7 +58,7 @@ const Rows kRows = {{"x", "1"}, {"y", "2"}};
 
 class EditorNthCall : public ::testing::Test {
  protected:
-  // Repeats `check` for every call, error and way to fail.
+  // Repeats `check` for every call, every error, and both "once" and "from then on".
   template <class Check>
   static void ForEachCall(Check check) {
     int runs = 0;

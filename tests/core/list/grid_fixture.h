@@ -39,7 +39,7 @@ class GridTest : public testing::Test {
     Cell_SelectionChange(test_.program, {column, row}, caret);
     Leave(column, row);
   }
-  // The user takes hold of the scroll bar and moves it.
+  // The user drags the scroll bar.
   void Drag(std::int64_t value) {
     VScroll1_GotFocus(test_.program);
     VScroll1_Change(test_.program, value);
@@ -52,7 +52,7 @@ class GridTest : public testing::Test {
   bool HasFocus(Column column, std::int64_t row) const {
     return grid_.focused_cell == CellAddress{column, row};
   }
-  // Indexes of the rows that are seen, as in "0 1 2".
+  // Indexes of the visible rows, as in "0 1 2".
   std::string VisibleRows() const {
     std::string rows;
     for (std::int64_t i = 0; i <= grid_.LastRow + 1; ++i) {

@@ -1,4 +1,4 @@
-// Scrolling: which rows are seen, and when a change of the scroll bar moves them.
+// Scrolling: which rows are visible, and when a change of the scroll bar moves them.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -1,4 +1,4 @@
-// "Import" and "Save": dialogs, questions, and the path that is remembered.
+// "Import" and "Save": dialogs, questions, and the path in SubstitutieFile afterwards.
 #include <gtest/gtest.h>
 
 #include <string>

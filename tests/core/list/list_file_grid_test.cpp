@@ -1,5 +1,5 @@
-// What an import does to the grid around the rows: its size, the scroll bar, the rows before it,
-// the windows' events, and an unreadable file.
+// An import's effects on the grid other than its rows: window size, scroll bar, existing rows, window
+// events; and unreadable files.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -96,7 +96,7 @@ TEST_F(ListImport, AMissingFileAndAFolderAreRecordedToo) {
 
 TEST_F(ListImport, AReadErrorKeepsTheRowsThatAreThere) {
   std::string bytes = Lines(3);
-  bytes += std::string(600'000, 'x') + "\r\n" + Lines(3);  // more than one read
+  bytes += std::string(600'000, 'x') + "\r\n" + Lines(3);  // more than one block
   test_.files.AddFile(kList, bytes);
   int reads = 0;
   test_.files.fail = [&](const std::string& call, const std::string&) {

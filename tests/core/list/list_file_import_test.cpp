@@ -1,4 +1,4 @@
-// Reading a list: which lines become which rows.
+// Importing a list: which lines become which rows of the grid.
 #include <gtest/gtest.h>
 
 #include <string>

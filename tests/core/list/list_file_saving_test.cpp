@@ -1,4 +1,4 @@
-// Writing a list: its lines, byte for byte, and what a failure leaves.
+// Saving a list: its lines, byte for byte, and the file after a failure.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -12,7 +12,7 @@ namespace {
 
 const std::string kList = "/list.txt";
 
-// What is written of these rows.
+// The file that is saved of these rows.
 std::string Saved(const Rows& rows, const std::string& separator = "|") {
   TestProgram test;
   test.program.settings.gSeparator = separator;

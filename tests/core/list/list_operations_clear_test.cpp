@@ -1,4 +1,4 @@
-// Clearing empty rows by way of the scratch file.
+// Clearing empty rows through the scratch file.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -123,7 +123,7 @@ TEST_F(ClearEmptyRows, AScratchFileThatCannotBeReadBackIsReportedAndTheGridStays
   EXPECT_EQ(test_.user.messages[0].text, kScratch + "\r\nError 70: Permission denied");
 }
 
-// Whichever call fails, no row is lost: it stands in the grid or in the scratch file.
+// Whichever call fails, no row is lost: the grid or the scratch file has it.
 TEST_F(ClearEmptyRows, AFailureAtAnyCallLosesNoRow) {
   const Rows rows = {{"a", "b"}, {"", ""}, {"c", "d"}};
   bool failed = true;

@@ -1,4 +1,4 @@
-// The two buttons that insert a token into the cell that was being edited just before.
+// The two buttons that insert a token into the cell that was edited last.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -78,7 +78,7 @@ TEST_F(InsertToken, PressedAgainItGoesBehindTheFirst) {
   Type(kLeft, 0, "ab");
   LeaveWithCaretAt(kLeft, 0, 1);
   cmdCRLF_Click(test_.program);
-  Leave(kLeft, 0);  // the caret stands at the end now
+  Leave(kLeft, 0);  // the caret is at the end now
   cmdCRLF_Click(test_.program);
   EXPECT_EQ(Text(kLeft, 0), "a[CRLF]b[CRLF]");
 }

@@ -1,4 +1,4 @@
-// Paths as the program builds and repairs them, and the making of folders.
+// Building and repairing paths, and making folders.
 #include "core/program/paths.h"
 
 #include <gtest/gtest.h>
@@ -196,7 +196,7 @@ TEST_F(PathsTest, MakeFolderTreeGivesNothingOverAFile) {
 }
 
 TEST_F(PathsTest, MakeFolderTreeGoesOnOverAParentThatCannotBeSeen) {
-  // The parent exists, but asking for it and making it fail: only the folder itself counts.
+  // The parent exists, but looking it up and making it fail: only the folder itself counts.
   slash_.files.AddFolder("/a");
   slash_.files.fail = [](const std::string&, const std::string& path) {
     return path == "/a" ? ErrorNumber::kPermissionDenied : ErrorNumber::kNone;

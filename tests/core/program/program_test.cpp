@@ -1,4 +1,4 @@
-// Yielding to the windows, unloading them, and how a new program stands.
+// Yielding to the windows, unloading forms, and the state of a new program.
 #include "core/program/program.h"
 
 #include <gtest/gtest.h>
@@ -53,15 +53,6 @@ TEST(IsBusy, WhileARunWorksOrAListIsReadIntoTheGrid) {
   test.program.run.working = false;
   test.program.frmReplacements.importing = true;
   EXPECT_TRUE(IsBusy(test.program));
-}
-
-TEST(JokerText, IsTheWildcardOrNothing) {
-  TestProgram test;
-  EXPECT_EQ(JokerText(test.program), "");
-  test.program.settings.gJoker = '*';
-  EXPECT_EQ(JokerText(test.program), "*");
-  test.program.settings.gJoker = 0xFF;
-  EXPECT_EQ(JokerText(test.program), "\xFF");
 }
 
 TEST(Program, AFreshOneHasNoListNoWildcardAndOneCapturedZero) {

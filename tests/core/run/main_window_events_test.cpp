@@ -1,4 +1,4 @@
-// The small events of the main window, the start delay and the program's end.
+// Events of the main window, the start delay and the program's end.
 #include "core/run/main_window_events.h"
 
 #include <gtest/gtest.h>

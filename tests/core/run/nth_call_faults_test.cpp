@@ -1,8 +1,8 @@
 // Whole unattended runs in which the N-th call on the file system fails, for N = 1, 2, 3, ... until
-// none fails any more: once or from then on, with each of several errors, with short reads and
-// short writes. Whatever it is, the source keeps every byte, no file of the target is half made or
-// wrongly mixed, nothing is left lying about, and the counters, the log and the exit status tell
-// what happened.
+// a run finishes without a failed call: once or from then on, with each of several errors, with
+// short reads and short writes. The source keeps every byte, no file of the target is incomplete or
+// mixes two files, no work file stays, and the counters, the log and the exit status say what
+// happened.
 #include <gtest/gtest.h>
 
 #include <iostream>
@@ -25,10 +25,10 @@ struct Scenario {
   std::string name;
   std::string source;
   std::string target;
-  Contents files;                            // of the source, and what else must not change
-  std::map<std::string, std::string> links;  // path, and where it leads
+  Contents files;                            // of the source and whatever else must not change
+  std::map<std::string, std::string> links;  // by path: the path that the link leads to
   Contents before;                           // what the target holds before the run
-  std::string left_over;                     // path of a temporary file of an earlier run
+  std::string left_over;                     // path of a stale work file
   bool one_file_system = true;
   bool target_is_there = true;
   bool logging = true;
@@ -136,7 +136,7 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
   }
 
   void Check(const FaultyRun& run, const Fault& fault) {
-    // Without a run, and after a full disk in a sub-folder, the windows stay.
+    // Without a run, and after a full disk in a sub-folder, the forms stay loaded.
     const RunState& state = run.program().run;
     EXPECT_TRUE(HasEnded(run.program()) || state.disk_full || state.end == RunEnd::kNone);
     EXPECT_FALSE(run.program().run.working);
@@ -146,7 +146,7 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
     CheckProgramFolder(run);
   }
 
-  // The list was believed not to be there, which starts a run without it.
+  // The list counted as missing, and the run began without it.
   static bool IsWithoutList(const FaultyRun& run, const Fault& fault) {
     const std::vector<FailedCall>& failed = run.files().failed();
     return fault.error == ErrorNumber::kFileNotFound &&
@@ -155,11 +155,11 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
            });
   }
 
-  // What the target's file of that path is to hold; empty when it is to hold nothing.
+  // The expected contents of the target's file of that path; empty when there must be none.
   std::string Right(const std::string& path) const {
     const auto faultless = faultless_target_.find(path);
     if (faultless != faultless_target_.end()) return faultless->second;
-    // A link that stays as it is without a fault may give way to the copy.
+    // With a fault the copy may replace a link that otherwise stays.
     const Scenario& scenario = GetParam();
     const auto source = scenario.files.find(scenario.source + path.substr(scenario.target.size()));
     if (source == scenario.files.end()) return "";
@@ -183,8 +183,8 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
     }
   }
 
-  // Every file is as a run without faults makes it, as it was before, or not there; and the program
-  // says so.
+  // Every file is as a run without faults makes it, as it was before, or missing, and the program
+  // reports it.
   void CheckTarget(const FaultyRun& run, const Fault& fault) {
     const Contents target = run.Target();
     const Contents& before = GetParam().before;
@@ -214,7 +214,7 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
     }
   }
 
-  // The log has its lines, in their form, but for those that could not be written.
+  // The log has its lines, except for those that could not be written.
   void CheckLog(const FaultyRun& run, const Fault& fault) {
     const std::vector<std::string> log = run.LogMessages();
     if (run.files().HasFailed("AppendToFile")) return;
@@ -231,7 +231,7 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
       if (line.starts_with("Vervangingen: ")) {
         EXPECT_EQ(line, "Vervangingen: " + std::to_string(state.HitsTotal));
       }
-      // A file that was processed has the hits that it always has.
+      // A processed file has the same hits as in a run without faults.
       constexpr std::string_view kHits = "  ----  Hits: ";
       const std::size_t at = line.find(kHits);
       if (at == std::string::npos || IsWithoutList(run, fault)) continue;

@@ -1,4 +1,4 @@
-// Arming a run, and what Go finds out before any file is handled.
+// Arming a run, and the checks of Go before any file is handled.
 #include <gtest/gtest.h>
 
 #include "tests/core/run/run_program.h"
@@ -255,7 +255,7 @@ TEST_F(TargetMissingTest, OnYesAFolderThatCannotBeMadeEndsIdleWithoutARun) {
   EXPECT_FALSE(test_.program.frmOpties.chkLoggen.enabled);
   EXPECT_EQ(test_.program.run.end, RunEnd::kCouldNotRun);
   EXPECT_EQ(test_.program.run.FilesDone, 0);
-  // Of the log there is the header alone.
+  // The log has nothing but its header.
   EXPECT_EQ(test_.LogMessages(), std::vector<std::string>{Header("11/21/26")});
 }
 
@@ -267,11 +267,11 @@ TEST_F(TargetMissingTest, AFileInTheTargetsPlaceCannotBeMadeAFolder) {
   EXPECT_EQ(test_.files.Bytes("/new/target"), "a file");
 }
 
-// A path turns red when Go is about to say or ask something about it.
+// A path turns red before Go shows a message about it.
 class BehindAMessageTest : public ::testing::Test {
  protected:
   BehindAMessageTest() { test_.files.AddFile("/s/a.txt", "a"); }
-  // What shows at each message of the next Go, which a run that is done comes before.
+  // The labels at each message of the next Go, after one finished run.
   void GoAfterARun(const std::string& source, const std::string& target) {
     test_.ArmAndGo();
     ASSERT_EQ(test_.window().lblPercentage.caption.get(), "Hits: 1\r\nDone !");

@@ -1,4 +1,4 @@
-// Go with a source folder, to its end.
+// Go with a source folder, finished runs.
 #include <gtest/gtest.h>
 
 #include "core/list/editor.h"
@@ -46,7 +46,7 @@ TEST_F(GoFolderTest, ASecondRunShowsNothingOfTheFirstOneNotEvenAtItsStart) {
   bool first_seen = false;
   test_.window().changes.on_change = [&] {
     if (!program_.run.working || first_seen) return;
-    // The clearing itself is the first that changes.
+    // Clearing the labels is the first change.
     const MainForm& window = test_.window();
     const std::string shown = window.lblFiles.caption.get() + window.lblTotalFiles.caption.get() +
                               window.lblTijd.caption.get() + window.lblPercentage.caption.get();
@@ -198,7 +198,7 @@ TEST_F(GoFolderTest, ASecondRunCountsAndScalesAnew) {
 }
 
 TEST_F(GoFolderTest, CountsBeyond32BitsAreShownAndLoggedAsTheyAre) {
-  // What thousands of millions of files would have left behind, in front of the last one.
+  // The counters after thousands of millions of files, before the last one.
   bool grown = false;
   test_.OnEveryYield([&] {
     if (grown || program_.run.FilesSkipped == 0) return;

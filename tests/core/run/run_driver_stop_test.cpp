@@ -1,4 +1,4 @@
-// Folder runs that do not reach their end: a stop request, a full disk.
+// Folder runs that end early: a stop request, a full disk.
 #include <gtest/gtest.h>
 
 #include "tests/core/run/run_program.h"
@@ -14,21 +14,21 @@ class GoStopTest : public ::testing::Test {
     test_.files.AddFile("/s/sub/3.txt", "aca");
     test_.files.AddFile("/s/sub/4.txt", "aca");
   }
-  // The listing then has the file behind the ones that are there already.
+  // The folder then lists the file behind the existing ones.
   void MakeLong(const std::string& path) { test_.files.AddFile(path, kLongText); }
-  // Exit comes when so many files have been taken up.
+  // The user clicks Exit once so many files have been begun.
   void ExitAfter(std::int64_t files) {
     test_.OnEveryYield([this, files] {
       if (program_.run.FilesDone == files && !program_.Beeindigd) cmdExit_Click(program_);
     });
   }
-  // Exit comes in the middle of the file that is long enough for that.
+  // The user clicks Exit in the middle of the long file.
   void ExitInMidFile() {
     test_.OnEveryYield([this] {
       if (program_.run.FileOffset > 0) cmdExit_Click(program_);
     });
   }
-  // Neither summary nor result labels nor controls are restored.
+  // There is no summary, and neither labels nor controls are restored.
   void ExpectNoEnd() {
     EXPECT_EQ(program_.run.end, RunEnd::kStopped);
     EXPECT_EQ(test_.window().lblTijd.caption.get(), "");
@@ -107,8 +107,8 @@ TEST_F(GoStopTest, TheNextRunRemovesWhatAStopLeftInTheSource) {
 }
 
 TEST_F(GoStopTest, AfterTheStopNoLineReachesTheLog) {
-  // The request comes at the yield behind the second file's first line; its error lines would
-  // follow.
+  // The request comes at the yield behind the second file's first log line, before its error
+  // lines.
   test_.files.fail = FailOn("MoveTo", "/t/2.txt", ErrorNumber::kPermissionDenied);
   test_.OnEveryYield([&] {
     if (test_.LogMessages().size() == 3) cmdExit_Click(program_);

@@ -1,4 +1,4 @@
-// What a run tells its observer of every file and folder, and of the hits of every row.
+// What a run reports to its observer: every file and folder, and the hits of every row.
 #include "core/program/run_observer.h"
 
 #include "tests/core/engine/folder_program.h"

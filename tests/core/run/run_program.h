@@ -25,8 +25,8 @@ inline std::string SettingsText(const std::string& source, const std::string& ta
 // The list: every "a" becomes "b".
 inline const std::string kListText = "a|b||\r\n";
 
-// Notes the windows that are loaded, in the order in which they are unloaded. `program` must not
-// outlive it.
+// Notes the loaded forms in the order in which they are unloaded. `program` must not outlive the
+// object.
 class UnloadOrder {
  public:
   explicit UnloadOrder(Program& program) {
@@ -70,13 +70,13 @@ class RunProgram : public TestProgram {
   TextBox& source_box() { return window().Text1(kSourceBox); }
   TextBox& target_box() { return window().Text1(kTargetBox); }
 
-  // Every wait for window events comes about, and is given to `handler`.
+  // Lets every yield through and calls `handler` at each.
   void OnEveryYield(std::function<void()> handler) {
     system.step = std::chrono::milliseconds(15);
     user.on_events = std::move(handler);
   }
 
-  // Armed: Go is ready, everything else that a run depends on is locked.
+  // Armed: Go is ready, Anonymize and the path boxes are disabled.
   void ExpectArmed() {
     EXPECT_TRUE(window().cmdGo.enabled);
     EXPECT_TRUE(window().cmdGo.visible);

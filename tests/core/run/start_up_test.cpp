@@ -1,4 +1,4 @@
-// Start-up: the locations, the order of its steps, and the windows as it leaves them.
+// Start-up: the locations, the order of its steps, and the forms afterwards.
 #include "core/run/start_up.h"
 
 #include <gtest/gtest.h>
@@ -178,7 +178,7 @@ TEST_F(StartUpTest, ReadsTheProgramsOwnSettingsWithoutACommandLine) {
   EXPECT_EQ(program_.frmMorvex.Text1(kTargetBox).text.get(), "/t");
   EXPECT_EQ(program_.tables.LeftTexts, std::vector<std::string>{"a"});
   EXPECT_FALSE(program_.settings.AutoRunFromInitFile);
-  // Reading the paths is a change of the boxes, reading the list has shown the window.
+  // Reading the paths changed the boxes, applying the list showed the window.
   EXPECT_FALSE(program_.frmMorvex.cmdGo.enabled);
   EXPECT_TRUE(program_.frmMorvex.visible);
 }

@@ -1,4 +1,4 @@
-// A start with a settings file on the command line: the whole run and the program's end.
+// A start with a settings file on the command line, up to the program's end.
 #include <gtest/gtest.h>
 
 #include "core/list/editor.h"
@@ -158,7 +158,7 @@ TEST_F(UnattendedTest, ADiskFullEndsWithStatus1) {
 }
 
 TEST_F(UnattendedTest, AListThatBreaksOffStartsNoRun) {
-  // Long enough to be read in two pieces.
+  // Long enough to be read in two blocks.
   std::string list;
   while (list.size() < 600'000) list += "filler" + std::to_string(list.size()) + "|x\r\n";
   test_.files.AddFile("/list.txt", list + kListText);
@@ -182,7 +182,7 @@ TEST_F(UnattendedTest, AListThatBreaksOffStartsNoRun) {
 }
 
 TEST_F(UnattendedTest, ASettingsFileThatBreaksOffEndsTheProgramWithoutARun) {
-  // Long enough to be read in two pieces.
+  // Long enough to be read in two blocks.
   std::string settings = SettingsText("/s", "/t");
   while (settings.size() < 600'000) settings += "1.e" + std::to_string(settings.size()) + "\r\n";
   test_.files.AddFile("/job.dat", settings);

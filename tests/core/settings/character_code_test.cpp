@@ -1,4 +1,4 @@
-// The code of a text's first character, in either kind of text codec.
+// The code of a text's first character, in both kinds of text codec.
 #include "core/settings/character_code.h"
 
 #include <gtest/gtest.h>
@@ -58,7 +58,7 @@ TEST(CharacterCode, AsciiHasItsCodeInUtf8) {
   }
 }
 
-// A wildcard set under another codec is such a byte: it must not be lost.
+// A wildcard that was set under another codec can be such a byte. It must not be lost.
 TEST(CharacterCode, AByteThatStartsNoWholeSequenceIsItsOwnCodeInUtf8) {
   TestProgram test;
   test.system.codec = TextCodec::kUtf8;

@@ -1,4 +1,4 @@
-// The delay of an unattended start, and which settings file a name leads to.
+// The delay of an unattended start, and which settings file a name stands for.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -44,7 +44,7 @@ TEST(ApplyCommandLine, ADelayBeyond16BitsOverflows) {
   }
 }
 
-// The hyphen of a negative number behind a blank starts a piece of its own.
+// A blank and the hyphen of a negative number begin another piece.
 TEST(ApplyCommandLine, ANegativeDelayBehindABlankIsCutOff) {
   TestProgram test;
   EXPECT_EQ(ApplyCommandLine(test.program, SplitCommandLine("-dy -5")), ErrorNumber::kTypeMismatch);
@@ -127,7 +127,7 @@ TEST(ResolveInitFilePath, AFileThatCannotBeLookedUpGivesTheNameUnchanged) {
   EXPECT_EQ(ResolveInitFilePath(test.program, "/program", "nightly.dat"), "nightly.dat");
 }
 
-// Starts the program on a job that copies one file; counts how often it waited for its delay.
+// Starts the program with a settings file that copies one file; counts the waits during the delay.
 class DelayAtStart : public testing::Test {
  protected:
   int WaitsWith(const std::string& command_line) {

@@ -1,4 +1,4 @@
-// The command line: cutting it into pieces, taking the options out, finding the settings file.
+// The command line: splitting it, applying its options, finding the settings file.
 #include "core/settings/command_line.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Numbers as people write them, turned into 16 bits.
+// Numbers in texts, converted to 16 bits.
 #include "core/settings/numbers.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ struct NumberCase {
 };
 
 const std::string kManyZeros(400, '0');
-const std::string kTooManyZeros(6000, '0');  // for any floating-point type
+const std::string kTooManyZeros(6000, '0');  // beyond the range of every floating-point type
 
 const std::vector<NumberCase> kWholeNumbers = {
     {"0", 0},

@@ -1,4 +1,4 @@
-// The extension filter: what may be typed, the keys, the counters and captions.
+// The extension filter: allowed entries, keys, counters and captions.
 #include <gtest/gtest.h>
 
 #include <string>

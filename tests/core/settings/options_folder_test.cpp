@@ -1,4 +1,4 @@
-// The picture that shows in which folder the settings file lies.
+// The picture that tells which folder holds the settings file.
 #include <gtest/gtest.h>
 
 #include <string>

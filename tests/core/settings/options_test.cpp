@@ -84,7 +84,7 @@ TEST(OptionsWindowClosing, HidingAndShowingKeepsTheList) {
             (std::vector<ListEntry>{{".a", true}, {".b", false}}));
 }
 
-// Opens the window, fills its two boxes, applies.
+// Opens the window, fills its two boxes and applies them.
 void Apply(TestProgram& test, const std::string& separator, const std::string& joker) {
   imOpties_Click(test.program);
   test.program.frmOpties.txtSeparator.text = separator;

@@ -1,5 +1,5 @@
-// Which settings file is read, what becomes of its replacement list, and what happens when the
-// host fails.
+// Which settings file is read, what happens to its replacement list, and what happens when file
+// calls fail.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -182,8 +182,8 @@ TEST(ReadInitFile, TheEditorsCaptionStaysWhileTheListComesIn) {
   EXPECT_EQ(seen, (std::vector<std::string>{caption, caption}));
 }
 
-// The disk fails for good at the N-th call: what was read stays, nothing lands in a wrong place,
-// and the reading comes to its end.
+// The disk fails for good at the N-th call: every value is the old one or the one in the file, and
+// reading comes to its end.
 TEST(ReadInitFile, AFailureAtAnyCallLeavesEveryValueReadOrAsItWas) {
   const auto one_of = [](const std::string& value, const std::string& before,
                          const std::string& read) { return value == before || value == read; };

@@ -113,7 +113,7 @@ TEST(ReadInitFile, AJokerOfSeveralBytesIsNoneInUtf8) {
   EXPECT_EQ(test.program.settings.gJoker, 0);
 }
 
-// The settings as one text, so that a test sees which of them a file has changed.
+// The settings as texts, so that a test can compare them before and after.
 std::vector<std::string> State(const TestProgram& test) {
   return {test.program.frmMorvex.Text1(kSourceBox).text,
           test.program.frmMorvex.Text1(kTargetBox).text,

@@ -1,4 +1,4 @@
-// The settings file there and back: what is written is read, what is read is written.
+// The settings file written and read again, and read and written again.
 #include "core/settings/settings_file.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Writing the settings file: its lines, its place, and what a failure leaves.
+// Writing the settings file: its lines, its folder, and the file after a failure.
 #include <gtest/gtest.h>
 
 #include <string>

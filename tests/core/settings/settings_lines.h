@@ -1,4 +1,4 @@
-// Settings files as tests write them down: line by line.
+// Settings files in tests, line by line.
 #pragma once
 
 #include <string>
@@ -18,7 +18,7 @@ inline std::string InitLines(const std::vector<std::string>& lines) {
   return content;
 }
 
-// Has the program read these lines as its own settings file.
+// Makes the program read these lines as its own settings file.
 inline void ReadInitLines(TestProgram& test, const std::vector<std::string>& lines) {
   test.files.AddFile(kInitFile, InitLines(lines));
   ReadInitFile(test.program);
@@ -31,7 +31,7 @@ inline std::vector<std::string> InitLinesWith(std::size_t index, const std::stri
   return lines;
 }
 
-// Every extension entry as it is stored: its mark and its text.
+// Every extension entry as in the file: its mark and its text.
 inline std::vector<std::string> ExtensionLines(const TestProgram& test) {
   std::vector<std::string> lines;
   for (const ListEntry& entry : test.program.frmOpties.lstExtensie.entries.get()) {

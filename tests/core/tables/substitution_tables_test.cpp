@@ -13,23 +13,18 @@ namespace {
 using Texts = std::vector<std::string>;
 using Cells = std::vector<std::optional<std::uint8_t>>;
 
-// A grid with these rows, without a program around it.
-void Fill(ReplacementsForm& grid, const std::vector<std::pair<std::string, std::string>>& rows) {
-  for (const auto& [left, right] : rows) {
-    GridRow& row = grid.rows.emplace_back();
-    row.txtLinks.text = left;
-    row.txtRechts.text = right;
-  }
+ReplacementList ListOf(const std::vector<std::pair<std::string, std::string>>& rows) {
+  ReplacementList list;
+  for (const auto& [left, right] : rows) list.rows.push_back({left, right});
+  return list;
 }
 
 // Tables of these rows; the flags say which left texts use the wildcard.
 SubstitutionTables TablesOf(const std::vector<std::pair<std::string, std::string>>& rows,
                             const std::vector<bool>& flags, std::uint8_t joker = '*') {
-  ReplacementsForm grid;
-  Fill(grid, rows);
   SubstitutionTables tables;
   tables.JokerLeft = flags;
-  EXPECT_EQ(FillArrays(grid, joker, tables), ErrorNumber::kNone);
+  EXPECT_EQ(FillArrays(ListOf(rows), joker, tables), ErrorNumber::kNone);
   return tables;
 }
 
@@ -143,26 +138,22 @@ TEST(FillArrays, WithoutAWildcardAFlaggedRowHasItsWholeTextAsTail) {
 }
 
 TEST(FillArrays, ARowWithoutAFlagIsABoundsError) {
-  ReplacementsForm grid;
-  Fill(grid, {{"a*b", "x"}, {"c*d", "y"}});
   SubstitutionTables tables;
   tables.JokerLeft = {true};
-  EXPECT_EQ(FillArrays(grid, '*', tables), ErrorNumber::kSubscriptOutOfRange);
+  EXPECT_EQ(FillArrays(ListOf({{"a*b", "x"}, {"c*d", "y"}}), '*', tables),
+            ErrorNumber::kSubscriptOutOfRange);
   EXPECT_EQ(tables.LeftTexts, (Texts{"a*b", "c*d"}));
   ASSERT_GE(tables.JokerTail.size(), 1u);
   EXPECT_EQ(tables.JokerTail[0], "b");
 }
 
 TEST(FillArrays, RebuildsEveryTableButTheFlags) {
-  ReplacementsForm grid;
-  Fill(grid, {{"a*bcd", "x"}, {"c", "long right"}, {"d", ""}});
+  const ReplacementList list = ListOf({{"a*bcd", "x"}, {"c", "long right"}, {"d", ""}});
   SubstitutionTables tables;
   tables.JokerLeft = {true, false, true};
   tables.JokerRight = {false, true, false, true};
-  ASSERT_EQ(FillArrays(grid, '*', tables), ErrorNumber::kNone);
-  grid.rows.clear();
-  Fill(grid, {{"z", "r"}});
-  ASSERT_EQ(FillArrays(grid, '*', tables), ErrorNumber::kNone);
+  ASSERT_EQ(FillArrays(list, '*', tables), ErrorNumber::kNone);
+  ASSERT_EQ(FillArrays(ListOf({{"z", "r"}}), '*', tables), ErrorNumber::kNone);
   EXPECT_EQ(tables.PairCount, 1);
   EXPECT_EQ(tables.LeftTexts, (Texts{"z"}));
   EXPECT_EQ(tables.RightTexts, (Texts{"r"}));
@@ -186,17 +177,29 @@ TEST(FillArrays, ARowOfAMegabyteIsHeldWhole) {
   EXPECT_EQ(tables.RightBytes(1, 1'000'001), '!');
 }
 
-TEST(ApplyCrlfHandler, FillsTheTextsAloneFromTheGrid) {
-  ReplacementsForm grid;
-  Fill(grid, {{"a[CRLF]", "b"}, {"c", "[CRLF]d"}});
+TEST(ApplyCrlfHandler, FillsTheTextsAlone) {
   SubstitutionTables tables;
   tables.LeftTexts = {"old", "old", "old"};
   tables.MaxLeftLen = 77;
-  Apply_CRLF_Hndlr(grid, tables);
+  Apply_CRLF_Hndlr(ListOf({{"a[CRLF]", "b"}, {"c", "[CRLF]d"}}), tables);
   EXPECT_EQ(tables.PairCount, 2);
   EXPECT_EQ(tables.LeftTexts, (Texts{"a\r\n", "c"}));
   EXPECT_EQ(tables.RightTexts, (Texts{"b", "\r\nd"}));
   EXPECT_EQ(tables.MaxLeftLen, 77);
+}
+
+TEST(MakeTables, TakesTheFlagsOfTheList) {
+  ReplacementList list = ListOf({{"a*b", "x"}, {"c", "*"}, {"d*", "y*"}});
+  list.rows[0].left_has_wildcard = true;
+  list.rows[1].right_has_wildcard = true;
+  SubstitutionTables tables;
+  tables.JokerLeft = {false, true, true, true};
+  MakeTables(list, '*', tables);
+  EXPECT_EQ(tables.JokerLeft, (std::vector<bool>{true, false, false}));
+  EXPECT_EQ(tables.JokerRight, (std::vector<bool>{false, true, false}));
+  EXPECT_EQ(tables.JokerTail, (Texts{"b", "", ""}));
+  EXPECT_EQ(tables.LeftTexts, (Texts{"a*b", "c", "d*"}));
+  EXPECT_EQ(tables.RightLengths, (std::vector<std::int64_t>{1, 1, 2}));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// "filter" on a stream that pauses: all decided bytes are written by then, and the whole output
-// equals that of a file with the same bytes.
+// "filter" on a stream that pauses: decided bytes are written before the pause, and in the end the
+// output is that for the whole file.
 #include "ui/commands/filter_command.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ namespace {
 
 using Pieces = std::vector<std::string>;
 
-// An output that can only be appended to.
+// Takes bytes only at its end.
 class Sink : public OutputFile {
  public:
   explicit Sink(std::string& all) : all_(all) {}
@@ -43,7 +43,8 @@ class Filter {
     files_.AddFile("/list.txt", list);
   }
 
-  // Returns the exit status. `at_pauses` gets the output at each wait for a piece, last at the end.
+  // Returns the exit status. `at_pauses` gets the output so far at each wait for a piece, the last
+  // one for the end.
   int Run(const Pieces& pieces) {
     std::string bytes;
     for (const std::string& piece : pieces) bytes += piece;
@@ -103,14 +104,14 @@ TEST(FilterCommand, AWildcardWithoutAnEndIsHeldBackOnlyAsFarAsItReaches) {
   EXPECT_EQ(filter.at_pauses, (Pieces{"", "a ", "a id=" + long_line}));
 }
 
-// Bytes that a row may still replace are held back, however long the stream pauses.
+// Bytes that a row can still overwrite are held back, however long the stream pauses.
 TEST(FilterCommand, ARowThatWritesBackOverItselfKeepsItsBytesToTheEnd) {
   Filter filter(Rows{{"abcd*bcd", "*X"}});
   EXPECT_EQ(filter.Run({"--abcd-", "--"}), kExitDone) << filter.said;
   EXPECT_EQ(filter.at_pauses, (Pieces{"", "", ""}));
 }
 
-// The same list and bytes at once, into a file that can be written at any offset.
+// The same list and bytes in one piece, into a file that can be written at any offset.
 std::string WholeFile(const Rows& rows, const std::string& bytes) {
   TestProgram scene;
   scene.ApplyRows(rows, '*');

@@ -21,8 +21,8 @@ class ReportPlaceSteps : public ::testing::Test {
   ReportPlaceSteps() {
     scene.files.AddFile("/src/a.txt", "Anna");
     scene.files.AddFolder("/reports");
-    scene.program.frmMorvex.Text1(kSourceBox).text = "/src";
-    scene.program.frmMorvex.Text1(kTargetBox).text = "/out";
+    scene.program.request.source = "/src";
+    scene.program.request.target = "/out";
   }
 
   TestProgram scene;

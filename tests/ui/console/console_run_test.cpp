@@ -1,4 +1,4 @@
-// Whole unattended runs with the console as their user.
+// Whole unattended runs with the console as the user service.
 #include <gtest/gtest.h>
 
 #include <optional>

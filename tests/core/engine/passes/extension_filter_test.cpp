@@ -1,4 +1,4 @@
-// Which files the two passes select.
+// Which files the two passes process.
 #include "core/engine/passes/extension_filter.h"
 
 #include <gtest/gtest.h>
@@ -13,11 +13,8 @@ constexpr FolderPassKind kBelow = FolderPassKind::kWalk;
 
 class ExtensionFilterTest : public ::testing::Test {
  protected:
-  void SetEntries(std::vector<ListEntry> entries) {
-    test_.program.frmOpties.lstExtensie.entries = std::move(entries);
-  }
-  bool Selects(const std::string& entry, const std::string& name, FolderPassKind pass) {
-    SetEntries({{entry, true}});
+  bool Selects(const std::string& extension, const std::string& name, FolderPassKind pass) {
+    test_.program.request.extensions = {extension};
     return IsSelectedExtension(test_.program, name, pass);
   }
 
@@ -86,16 +83,16 @@ TEST_F(ExtensionFilterTest, LetterCaseCounts) {
   }
 }
 
-TEST_F(ExtensionFilterTest, AnEntryThatIsNotSelectedSelectsNothing) {
-  SetEntries({{".txt", false}, {".doc", true}});
+TEST_F(ExtensionFilterTest, AnExtensionThatIsNotNamedIsNotSelected) {
+  test_.program.request.extensions = {".doc"};
   for (const FolderPassKind pass : {kTop, kBelow}) {
     EXPECT_FALSE(IsSelectedExtension(test_.program, "a.txt", pass));
     EXPECT_TRUE(IsSelectedExtension(test_.program, "a.doc", pass));
   }
 }
 
-TEST_F(ExtensionFilterTest, AnEntryFurtherDownCounts) {
-  SetEntries({{".doc", true}, {".txt", false}, {".txt", true}});
+TEST_F(ExtensionFilterTest, AnExtensionFurtherDownCounts) {
+  test_.program.request.extensions = {".doc", ".xml", ".txt"};
   for (const FolderPassKind pass : {kTop, kBelow}) {
     EXPECT_TRUE(IsSelectedExtension(test_.program, "a.txt", pass));
   }
@@ -108,8 +105,8 @@ TEST_F(ExtensionFilterTest, AnEmptyListSelectsNothing) {
   }
 }
 
-TEST_F(ExtensionFilterTest, WithAllFilesSelectedEveryNameIsInBothPasses) {
-  test_.program.settings.AllFilesSelected = true;
+TEST_F(ExtensionFilterTest, WithAllFilesEveryNameIsSelectedInBothPasses) {
+  test_.program.request.all_files = true;
   for (const FolderPassKind pass : {kTop, kBelow}) {
     for (const char* name : {"report.txt", "page.html", "README", ""}) {
       EXPECT_TRUE(IsSelectedExtension(test_.program, name, pass)) << name;

@@ -1,0 +1,55 @@
+// The format of list files: one row a line, left text, separator, right text; the last row has the
+// separator twice more behind it. Nothing is escaped. A file is read into a ReplacementList and
+// written from one here and nowhere else.
+//
+// The separator is not stored in the file: it is the one in force.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/host/file_service.h"
+#include "core/tables/replacement_list.h"
+
+namespace morvex {
+
+// A line of a list file that is more, or less, than a row.
+struct ListLine {
+  enum class Kind {
+    kNoSeparator,     // neither row nor blank: passed over
+    kFinalRow,        // a row, marked as the last by two separators in a row
+    kBehindFinalRow,  // the first row behind that one
+    kBehindEnd,       // the first text behind the line that ends the list
+  };
+  Kind kind = Kind::kNoSeparator;
+  std::int64_t number = 0;  // from 1
+  std::string text;         // the whole line
+};
+
+struct ListReading {
+  ReplacementList list;                   // up to the row that is marked as the last
+  std::vector<std::int64_t> line_of_row;  // from 1
+  bool has_final_row = false;             // the last row of `list` is marked as the last
+  std::vector<ListRow> rows_behind_final;
+  std::int64_t end_line = 0;               // the line that ends the list; 0: there is none
+  std::vector<ListLine> odd_lines;         // in the order of the file
+  ErrorNumber error = ErrorNumber::kNone;  // what ended the reading early
+};
+
+// A file that is not a list may consist of odd lines, so only the review keeps them. With kDrop the
+// reading stops at the line that ends the list.
+enum class OddLines { kDrop, kKeep };
+
+// Reads up to the end of the file, the first text behind the end of the list, or an error. A line
+// of three separators and nothing else ends the list. Without a separator there are no rows.
+ListReading ReadListFile(FileService& files, const std::string& path, const std::string& separator,
+                         OddLines odd_lines);
+
+// Replaces the file `list.path` by the list's rows, or makes it. Rows that are empty on both sides
+// are left out, but for the last. On failure the file keeps its contents where the host can do
+// that. Rows can only be read back when there is a separator.
+ErrorNumber WriteListFile(FileService& files, const ReplacementList& list,
+                          const std::string& separator);
+
+}  // namespace morvex

@@ -1,0 +1,20 @@
+// What a run is to do, as data. The main window's Go makes one from the forms, the command "run"
+// from its options; the passes read it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace morvex {
+
+struct RunRequest {
+  std::string source;  // a file or a folder
+  std::string target;
+  std::string list;                     // the replacement list, as the log names it
+  std::string settings_file;            // the settings file, as the log names it
+  std::vector<std::string> extensions;  // with their "."; files that have one are processed
+  bool all_files = false;               // every file is processed, whatever its extension
+  bool logging = false;
+};
+
+}  // namespace morvex

@@ -1,0 +1,32 @@
+// A replacement list as data: what a list file holds, what the grid shows, what the tables are made
+// of.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace morvex {
+
+// Texts are bytes as the list file has them: "[CRLF]" is not yet a line break.
+struct ListRow {
+  std::string left;
+  std::string right;
+  bool left_has_wildcard = false;
+  bool right_has_wildcard = false;
+  bool operator==(const ListRow&) const = default;
+};
+
+struct ReplacementList {
+  std::string path;           // of its file; empty when it was never in one
+  std::vector<ListRow> rows;  // in the order in which a run tries them
+};
+
+// The wildcard of this code as a text; empty for code 0, which means none.
+std::string WildcardText(std::uint8_t code);
+
+// Sets both flags of every row. No text holds the empty wildcard.
+void FlagWildcards(ReplacementList& list, std::string_view wildcard);
+
+}  // namespace morvex
