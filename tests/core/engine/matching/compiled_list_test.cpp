@@ -1,4 +1,4 @@
-// What a list becomes before a run: keys, plain rows and rows that need an attempt.
+// What a list becomes before a run: prefixes, plain rows and rows that need an attempt.
 #include "core/engine/matching/compiled_list.h"
 
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@ std::string RightText(const CompiledList& list, std::size_t row) {
   return list.right_bytes.substr(effect.right_begin, effect.right_size);
 }
 
-TEST(CompiledList, TheKeyOfAPlainRowIsItsLeftText) {
+TEST(CompiledList, ThePrefixOfAPlainRowIsItsLeftText) {
   const Ready ready(Rows{{"Jansen", "Person"}});
   ASSERT_EQ(ready.list.rows.size(), 1u);
   EXPECT_EQ(ready.list.rows[0].prefix, "Jansen");
@@ -34,7 +34,7 @@ TEST(CompiledList, TheKeyOfAPlainRowIsItsLeftText) {
   EXPECT_EQ(RightText(ready.list, 0), "Person");
 }
 
-TEST(CompiledList, TheKeyOfAWildcardRowEndsInFrontOfTheWildcard) {
+TEST(CompiledList, ThePrefixOfAWildcardRowEndsInFrontOfTheWildcard) {
   const Ready ready(Rows{{"Name: *;", "[*]"}});
   ASSERT_EQ(ready.list.rows.size(), 1u);
   EXPECT_EQ(ready.list.rows[0].prefix, "Name: ");
@@ -43,14 +43,14 @@ TEST(CompiledList, TheKeyOfAWildcardRowEndsInFrontOfTheWildcard) {
   EXPECT_TRUE(ready.list.attempts[0].opens_span);
 }
 
-TEST(CompiledList, AWildcardInFirstPlaceIsAKeyOfItsOwn) {
+TEST(CompiledList, AWildcardInFirstPositionIsAPrefixOfItsOwn) {
   const Ready ready(Rows{{"*bc", "x"}});
   ASSERT_EQ(ready.list.rows.size(), 1u);
   EXPECT_EQ(ready.list.rows[0].prefix, "*");
   EXPECT_EQ(ready.list.rows[0].attempt, 0);
 }
 
-TEST(CompiledList, AKeyEndsWhereTheRowCouldMatchWithoutMore) {
+TEST(CompiledList, APrefixEndsWhereTheRowCouldMatchWithoutMore) {
   // Flagged with another wildcard: the tail "bc" stands in the text itself and lowers what is
   // needed, so that four bytes do.
   const Ready ready(Rows{{"bcx*bc", "y"}}, {'*', '*', '#'});

@@ -77,11 +77,11 @@ TEST(MatchAttempt, AMatchUpToTheTailIsWhatItsRoundsGive) {
     std::vector<std::uint8_t> more;
     ASSERT_TRUE(behind_prefix.Round(row, 'a', false, more));
     ASSERT_TRUE(behind_prefix.Round(row, 'b', false, more));
-    for (const std::size_t caught : {1U, 2U, 3U, 30'000U}) {
-      const std::string bytes = "ab" + std::string(caught, 'x') + tail + "...";
+    for (const std::size_t captured : {1U, 2U, 3U, 30'000U}) {
+      const std::string bytes = "ab" + std::string(captured, 'x') + tail + "...";
       const MatchAttempt slow = Ended(row, bytes, false);
       MatchAttempt fast;
-      fast.MatchUpToTail(behind_prefix, static_cast<int>(2 + caught + std::string(tail).size()));
+      fast.MatchUpToTail(behind_prefix, static_cast<int>(2 + captured + std::string(tail).size()));
       EXPECT_TRUE(slow.Matched(row)) << bytes.size();
       EXPECT_TRUE(fast.Matched(row)) << bytes.size();
       EXPECT_EQ(slow.length(), fast.length()) << bytes.size();

@@ -1,4 +1,4 @@
-// What lies ahead of an attempt, asked for from one place after the other.
+// What lies ahead of an attempt, asked for from one offset after the other.
 #include "core/engine/matching/occurrences.h"
 
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@ class Shown {
   InputWindow window_;
 };
 
-TEST(NextNul, IsTheFirstAtOrBehindThePlace) {
+TEST(NextNul, IsTheFirstAtOrBehindTheOffset) {
   const Shown shown(std::string("ab\0cd\0e", 7));
   NextNul next;
   EXPECT_EQ(next.Find(shown.window(), 0, 100), 2u);
@@ -82,7 +82,7 @@ TEST(NextTail, AResetForgetsTheFileBefore) {
   EXPECT_EQ(next.FindEnd(second.window(), 0, 4), 4u);
 }
 
-TEST(Occurrences, AgreeWithASearchFromEachPlace) {
+TEST(Occurrences, AgreeWithASearchFromEachOffset) {
   for (std::uint32_t seed = 0; seed < 2000; ++seed) {
     std::mt19937 random(seed);
     std::string bytes(random() % 60, ' ');

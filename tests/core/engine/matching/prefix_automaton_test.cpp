@@ -1,4 +1,4 @@
-// Where the automaton finds keys, and which rows it finds there.
+// Where the automaton finds prefixes, and which rows it finds there.
 #include "core/engine/matching/prefix_automaton.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@
 namespace morvex::test {
 namespace {
 
-struct Key {
+struct Prefix {
   std::string text;
   bool plain = true;
 };
@@ -36,33 +36,34 @@ std::string Said(const std::string& text) {
   return said;
 }
 
-std::string Said(const std::vector<Key>& keys, const std::string& text) {
+std::string Said(const std::vector<Prefix>& prefixes, const std::string& text) {
   std::string said = "text " + Said(text) + "\nkeys";
-  for (const Key& key : keys) said += (key.plain ? " " : " attempt:") + Said(key.text);
+  for (const Prefix& prefix : prefixes)
+    said += (prefix.plain ? " " : " attempt:") + Said(prefix.text);
   return said;
 }
 
-std::vector<CompiledRow> Compiled(const std::vector<Key>& keys) {
-  std::vector<CompiledRow> rows(keys.size());
+std::vector<CompiledRow> Compiled(const std::vector<Prefix>& prefixes) {
+  std::vector<CompiledRow> rows(prefixes.size());
   int attempts = 0;
-  for (std::size_t row = 0; row < keys.size(); ++row) {
-    rows[row].prefix = keys[row].text;
-    rows[row].attempt = keys[row].plain ? CompiledRow::kPlain : attempts++;
+  for (std::size_t row = 0; row < prefixes.size(); ++row) {
+    rows[row].prefix = prefixes[row].text;
+    rows[row].attempt = prefixes[row].plain ? CompiledRow::kPlain : attempts++;
   }
   return rows;
 }
 
-PrefixAutomaton Automaton(const std::vector<Key>& keys) {
-  const std::vector<CompiledRow> rows = Compiled(keys);
+PrefixAutomaton Automaton(const std::vector<Prefix>& prefixes) {
+  const std::vector<CompiledRow> rows = Compiled(prefixes);
   return PrefixAutomaton(rows, PrefixIndex(rows).rows_by_prefix());
 }
 
-// What a look at every row in table order gives at a place of the text.
-Rows LookAtAll(const std::vector<Key>& keys, const std::string& text, std::size_t place) {
+// What trying every row in table order returns at an offset of the text.
+Rows TryAll(const std::vector<Prefix>& prefixes, const std::string& text, std::size_t offset) {
   Rows rows;
-  for (std::size_t row = 0; row < keys.size(); ++row) {
-    if (text.compare(place, keys[row].text.size(), keys[row].text) != 0) continue;
-    if (keys[row].plain) {
+  for (std::size_t row = 0; row < prefixes.size(); ++row) {
+    if (text.compare(offset, prefixes[row].text.size(), prefixes[row].text) != 0) continue;
+    if (prefixes[row].plain) {
       rows.plain = static_cast<std::int32_t>(row);
       break;
     }
@@ -80,54 +81,54 @@ std::vector<PrefixAutomaton::Found> Find(const PrefixAutomaton& automaton, const
   return found;
 }
 
-std::vector<std::size_t> Places(const std::vector<PrefixAutomaton::Found>& found) {
-  std::vector<std::size_t> places;
-  places.reserve(found.size());
-  for (const PrefixAutomaton::Found& each : found) places.push_back(each.offset);
-  return places;
+std::vector<std::size_t> Offsets(const std::vector<PrefixAutomaton::Found>& found) {
+  std::vector<std::size_t> offsets;
+  offsets.reserve(found.size());
+  for (const PrefixAutomaton::Found& each : found) offsets.push_back(each.offset);
+  return offsets;
 }
 
 // With the root alone in the table, with some states, and with as many as a run has there.
 constexpr std::array<std::size_t, 4> kTables = {1, 2, 5, PrefixAutomaton::kBySize};
 
-// Holds what is found at the first `count` places of the text against a look at every row, and
+// Holds what is found at the first `count` offsets of the text against trying every row, and
 // against the index.
-void Check(const std::vector<Key>& keys, const std::string& text, std::size_t count) {
-  const std::vector<CompiledRow> rows = Compiled(keys);
+void Check(const std::vector<Prefix>& prefixes, const std::string& text, std::size_t count) {
+  const std::vector<CompiledRow> rows = Compiled(prefixes);
   const PrefixIndex index(rows);
   const std::string padded = text + std::string(16, '\0');
-  std::vector<std::size_t> places;
+  std::vector<std::size_t> offsets;
   std::vector<Rows> wanted;
-  for (std::size_t place = count; place-- > 0;) {
-    Rows here = LookAtAll(keys, text, place);
+  for (std::size_t offset = count; offset-- > 0;) {
+    Rows here = TryAll(prefixes, text, offset);
     Rows indexed;
-    indexed.plain = index.Find(reinterpret_cast<const std::uint8_t*>(padded.data()) + place,
-                               text.size() - place, indexed.attempts);
-    ASSERT_EQ(here, indexed) << "place " << place << "\n" << Said(keys, text);
+    indexed.plain = index.Find(reinterpret_cast<const std::uint8_t*>(padded.data()) + offset,
+                               text.size() - offset, indexed.attempts);
+    ASSERT_EQ(here, indexed) << "place " << offset << "\n" << Said(prefixes, text);
     if (here == Rows()) continue;
-    places.push_back(place);
+    offsets.push_back(offset);
     wanted.push_back(here);
   }
   for (const std::size_t states : kTables) {
     const PrefixAutomaton automaton(rows, index.rows_by_prefix(), states);
     const std::vector<PrefixAutomaton::Found> found = Find(automaton, text, count);
-    ASSERT_EQ(Places(found), places) << "count " << count << ", " << states << " in the table\n"
-                                     << Said(keys, text);
+    ASSERT_EQ(Offsets(found), offsets) << "count " << count << ", " << states << " in the table\n"
+                                       << Said(prefixes, text);
     for (std::size_t i = 0; i < found.size(); ++i) {
       Rows here;
       here.plain = automaton.RowsAt(found[i].state, here.attempts);
       ASSERT_EQ(here.plain, wanted[i].plain)
-          << "place " << places[i] << ", " << states << " in the table\n"
-          << Said(keys, text);
+          << "place " << offsets[i] << ", " << states << " in the table\n"
+          << Said(prefixes, text);
       ASSERT_EQ(here.attempts, wanted[i].attempts)
-          << "place " << places[i] << ", " << states << " in the table\n"
-          << Said(keys, text);
+          << "place " << offsets[i] << ", " << states << " in the table\n"
+          << Said(prefixes, text);
     }
   }
 }
 
-void Check(const std::vector<Key>& keys, const std::string& text) {
-  Check(keys, text, text.size());
+void Check(const std::vector<Prefix>& prefixes, const std::string& text) {
+  Check(prefixes, text, text.size());
 }
 
 // All texts of so many letters, a or b.
@@ -153,88 +154,89 @@ TEST(PrefixAutomaton, NothingIsFoundWhereNoPrefixStarts) {
   EXPECT_TRUE(Find(automaton, "xyz", 3).empty());
 }
 
-TEST(PrefixAutomaton, PlacesComeFromTheLastToTheFirstBehindWhatIsThere) {
+TEST(PrefixAutomaton, OffsetsComeFromTheLastToTheFirstBehindWhatIsThere) {
   const PrefixAutomaton automaton = Automaton({{"ab"}, {"b"}});
   const std::string text = "abxab";
   std::vector<PrefixAutomaton::Found> found = {{77, 0}};
   automaton.Find(reinterpret_cast<const std::uint8_t*>(text.data()), 5, 5, found);
-  EXPECT_EQ(Places(found), (std::vector<std::size_t>{77, 4, 3, 1, 0}));
+  EXPECT_EQ(Offsets(found), (std::vector<std::size_t>{77, 4, 3, 1, 0}));
 }
 
-TEST(PrefixAutomaton, OneByteKeysAreFoundUpToTheLastByte) {
+TEST(PrefixAutomaton, OneBytePrefixesAreFoundUpToTheLastByte) {
   Check({{"a"}}, "a");
   Check({{"a"}, {"b", false}, {"b"}}, "abxbba");
   Check({{"a", false}, {"aa"}}, "aaa");
 }
 
-TEST(PrefixAutomaton, RowsWithTheSameKeyComeInTableOrder) {
+TEST(PrefixAutomaton, RowsWithTheSamePrefixComeInTableOrder) {
   Check({{"ab", false}, {"ab", false}, {"ab"}, {"b", false}, {"b", false}}, "abbab");
   const PrefixAutomaton automaton = Automaton({{"ab", false}, {"ab", false}, {"ab"}});
   const std::vector<PrefixAutomaton::Found> found = Find(automaton, "ab", 2);
-  ASSERT_EQ(Places(found), (std::vector<std::size_t>{0}));
+  ASSERT_EQ(Offsets(found), (std::vector<std::size_t>{0}));
   std::vector<std::int32_t> attempts;
   EXPECT_EQ(automaton.RowsAt(found[0].state, attempts), 2);
   EXPECT_EQ(attempts, (std::vector<std::int32_t>{0, 1}));
 }
 
 TEST(PrefixAutomaton, AttemptsBehindThePlainRowAreLeftOut) {
-  const std::vector<Key> keys = {{"abcd", false}, {"a", false}, {"abc"}, {"ab", false}, {"ab"}};
-  Check(keys, "abcd abc ab a");
+  const std::vector<Prefix> prefixes = {
+      {"abcd", false}, {"a", false}, {"abc"}, {"ab", false}, {"ab"}};
+  Check(prefixes, "abcd abc ab a");
 }
 
-TEST(PrefixAutomaton, AKeyMayReachBeyondThePlacesAskedAbout) {
-  const std::vector<Key> keys = {{"abcde"}, {"cd", false}, {"e"}};
-  for (std::size_t count = 0; count <= 10; ++count) Check(keys, "abcdeabcde", count);
+TEST(PrefixAutomaton, APrefixMayReachBeyondTheOffsetsAskedAbout) {
+  const std::vector<Prefix> prefixes = {{"abcde"}, {"cd", false}, {"e"}};
+  for (std::size_t count = 0; count <= 10; ++count) Check(prefixes, "abcdeabcde", count);
 }
 
-TEST(PrefixAutomaton, AKeyThatEndsBehindTheEndIsNotFound) {
+TEST(PrefixAutomaton, APrefixThatEndsBehindTheEndIsNotFound) {
   const PrefixAutomaton automaton = Automaton({{"abcde"}, {"b"}});
   const std::string text = "abcde";
   std::vector<PrefixAutomaton::Found> found;
   automaton.Find(reinterpret_cast<const std::uint8_t*>(text.data()), 2, 4, found);
-  EXPECT_EQ(Places(found), (std::vector<std::size_t>{1}));
+  EXPECT_EQ(Offsets(found), (std::vector<std::size_t>{1}));
 }
 
-TEST(PrefixAutomaton, EveryByteValueCanBeOfAKeyAndANulIsOfNone) {
-  std::vector<Key> keys;
+TEST(PrefixAutomaton, EveryByteValueCanBeOfAPrefixAndANulIsOfNone) {
+  std::vector<Prefix> prefixes;
   std::string text;
   for (int byte = 1; byte < 256; ++byte) {
-    keys.push_back({std::string(1, static_cast<char>(byte)) + "\xFF"});
+    prefixes.push_back({std::string(1, static_cast<char>(byte)) + "\xFF"});
     text += static_cast<char>(byte);
     text += byte % 3 == 0 ? '\0' : '\xFF';
   }
-  Check(keys, text + '\0');
+  Check(prefixes, text + '\0');
 }
 
-// All keys of up to so many letters, plain and not.
-std::vector<Key> AllKeys(std::size_t longest) {
-  std::vector<Key> keys;
+// All prefixes of up to so many letters, plain and not.
+std::vector<Prefix> AllPrefixes(std::size_t longest) {
+  std::vector<Prefix> prefixes;
   for (std::size_t size = 1; size <= longest; ++size) {
     for (const std::string& text : AllTexts(size)) {
-      keys.push_back({text, true});
-      keys.push_back({text, false});
+      prefixes.push_back({text, true});
+      prefixes.push_back({text, false});
     }
   }
-  return keys;
+  return prefixes;
 }
 
-// Holds every text of four letters, and ends with a key's beginning.
+// Holds every text of four letters, and ends with a prefix's beginning.
 constexpr const char* kAllFourLetters = "aaaabaabbababbbbaaaxbabxxaab";
 
-TEST(PrefixAutomaton, FindsWhatALookAtEveryRowFindsInAllListsOfTwoRows) {
-  for (const Key& first : AllKeys(3)) {
+TEST(PrefixAutomaton, FindsWhatTryingEveryRowFindsInAllListsOfTwoRows) {
+  for (const Prefix& first : AllPrefixes(3)) {
     Check({first}, kAllFourLetters);
-    for (const Key& second : AllKeys(3)) {
+    for (const Prefix& second : AllPrefixes(3)) {
       Check({first, second}, kAllFourLetters);
       if (HasFatalFailure()) return;
     }
   }
 }
 
-TEST(PrefixAutomaton, FindsWhatALookAtEveryRowFindsInAllListsOfThreeRows) {
-  for (const Key& first : AllKeys(2)) {
-    for (const Key& second : AllKeys(2)) {
-      for (const Key& third : AllKeys(2)) {
+TEST(PrefixAutomaton, FindsWhatTryingEveryRowFindsInAllListsOfThreeRows) {
+  for (const Prefix& first : AllPrefixes(2)) {
+    for (const Prefix& second : AllPrefixes(2)) {
+      for (const Prefix& third : AllPrefixes(2)) {
         Check({first, second, third}, kAllFourLetters);
         if (HasFatalFailure()) return;
       }
@@ -242,7 +244,7 @@ TEST(PrefixAutomaton, FindsWhatALookAtEveryRowFindsInAllListsOfThreeRows) {
   }
 }
 
-TEST(PrefixAutomaton, FindsWhatALookAtEveryRowFindsInRandomLists) {
+TEST(PrefixAutomaton, FindsWhatTryingEveryRowFindsInRandomLists) {
   for (std::uint32_t seed = 0; seed < 600; ++seed) {
     std::mt19937 random(seed);
     const std::size_t letters = 1 + random() % 5;
@@ -251,68 +253,69 @@ TEST(PrefixAutomaton, FindsWhatALookAtEveryRowFindsInRandomLists) {
       for (char& byte : made) byte = static_cast<char>('a' + random() % letters);
       return made;
     };
-    std::vector<Key> keys;
+    std::vector<Prefix> prefixes;
     for (std::size_t i = 1 + random() % 30; i > 0; --i) {
       // A part of them are ends of others with something in front.
-      std::string key = text(1 + random() % 12);
-      if (!keys.empty() && random() % 3 == 0) {
-        const std::string& other = keys[random() % keys.size()].text;
-        key += other.substr(random() % other.size());
+      std::string prefix = text(1 + random() % 12);
+      if (!prefixes.empty() && random() % 3 == 0) {
+        const std::string& other = prefixes[random() % prefixes.size()].text;
+        prefix += other.substr(random() % other.size());
       }
-      keys.push_back({key, random() % 3 != 0});
+      prefixes.push_back({prefix, random() % 3 != 0});
     }
     std::string whole;
     while (whole.size() < 300) {
-      whole += random() % 2 == 0 ? keys[random() % keys.size()].text : text(1 + random() % 10);
+      whole +=
+          random() % 2 == 0 ? prefixes[random() % prefixes.size()].text : text(1 + random() % 10);
       if (random() % 10 == 0) whole += 'z';
     }
     whole.resize(whole.size() - random() % 10);
-    Check(keys, whole, whole.size() - random() % 20);
+    Check(prefixes, whole, whole.size() - random() % 20);
     ASSERT_FALSE(HasFatalFailure()) << "seed " << seed;
   }
 }
 
-TEST(PrefixAutomaton, FindsWhatALookAtEveryRowFindsInALongList) {
+TEST(PrefixAutomaton, FindsWhatTryingEveryRowFindsInALongList) {
   for (std::uint32_t seed = 0; seed < 3; ++seed) {
     std::mt19937 random(seed);
-    std::vector<Key> keys;
-    while (keys.size() < 300) {
-      std::string key;
+    std::vector<Prefix> prefixes;
+    while (prefixes.size() < 300) {
+      std::string prefix;
       for (std::size_t i = 1 + random() % 15; i > 0; --i) {
-        key += static_cast<char>(1 + random() % 255);
+        prefix += static_cast<char>(1 + random() % 255);
       }
-      if (!keys.empty() && random() % 2 == 0) {
-        const std::string& other = keys[random() % keys.size()].text;
-        key += other.substr(random() % other.size());
+      if (!prefixes.empty() && random() % 2 == 0) {
+        const std::string& other = prefixes[random() % prefixes.size()].text;
+        prefix += other.substr(random() % other.size());
       }
-      keys.push_back({key, random() % 4 != 0});
+      prefixes.push_back({prefix, random() % 4 != 0});
     }
     std::string whole;
     while (whole.size() < 3000) {
-      const std::string& key = keys[random() % keys.size()].text;
-      whole += random() % 2 == 0 ? key : key.substr(random() % key.size());
+      const std::string& prefix = prefixes[random() % prefixes.size()].text;
+      whole += random() % 2 == 0 ? prefix : prefix.substr(random() % prefix.size());
     }
-    Check(keys, whole);
+    Check(prefixes, whole);
     ASSERT_FALSE(HasFatalFailure()) << "seed " << seed;
   }
 }
 
-TEST(PrefixAutomaton, ManyPlacesOfOneTextAreAllFound) {
-  std::vector<Key> keys;
-  for (std::size_t size = 40; size > 0; --size) keys.push_back({std::string(size, 'a')});
-  for (const std::size_t size : {511U, 512U, 513U, 2000U}) Check(keys, std::string(size, 'a'));
+TEST(PrefixAutomaton, ManyOffsetsOfOneTextAreAllFound) {
+  std::vector<Prefix> prefixes;
+  for (std::size_t size = 40; size > 0; --size) prefixes.push_back({std::string(size, 'a')});
+  for (const std::size_t size : {511U, 512U, 513U, 2000U}) Check(prefixes, std::string(size, 'a'));
 }
 
-TEST(PrefixAutomaton, FindsTheLongestKeysThereCanBe) {
+TEST(PrefixAutomaton, FindsTheLongestPrefixesThereCanBe) {
   constexpr std::size_t kLongest = 32766;
   constexpr std::size_t kCount = 10;
   constexpr std::size_t kLetters = 40000;
-  std::vector<Key> keys;
+  std::vector<Prefix> prefixes;
   for (std::size_t i = 0; i < kCount; ++i) {
-    keys.push_back({std::string(kLongest - 1 - i, 'a') + "b", i % 2 == 0});
+    prefixes.push_back({std::string(kLongest - 1 - i, 'a') + "b", i % 2 == 0});
   }
-  keys.push_back({"b" + std::string(kLongest - 1, 'a')});
-  const std::vector<CompiledRow> rows = Compiled(keys);
+  prefixes.push_back({"b" + std::string(kLongest - 1, 'a')});
+  const std::vector<CompiledRow> rows = Compiled(prefixes);
   const PrefixIndex index(rows);
   const std::string text =
       std::string(kLetters, 'a') + "b" + std::string(kLongest - 1, 'a') + std::string(3, 'c');
@@ -324,17 +327,17 @@ TEST(PrefixAutomaton, FindsTheLongestKeysThereCanBe) {
     EXPECT_EQ(found[0].offset, kLetters);
     EXPECT_EQ(automaton.RowsAt(found[0].state, attempts), static_cast<std::int32_t>(kCount));
     for (std::size_t i = 0; i < kCount; ++i) {
-      const PrefixAutomaton::Found& each = found[kCount - i];  // the longest key begins first
+      const PrefixAutomaton::Found& each = found[kCount - i];  // the longest prefix begins first
       EXPECT_EQ(each.offset, kLetters - (kLongest - 1 - i));
       attempts.clear();
       const std::int32_t plain = automaton.RowsAt(each.state, attempts);
       const auto row = static_cast<std::int32_t>(i);
-      EXPECT_EQ(plain, keys[i].plain ? row : PrefixAutomaton::kNone);
-      EXPECT_EQ(attempts, keys[i].plain ? std::vector<std::int32_t>{} : std::vector{row});
+      EXPECT_EQ(plain, prefixes[i].plain ? row : PrefixAutomaton::kNone);
+      EXPECT_EQ(attempts, prefixes[i].plain ? std::vector<std::int32_t>{} : std::vector{row});
     }
-    // Asked about the first places alone, the longest key must still be seen to its end.
+    // Asked about the first offsets alone, the longest prefix must still be seen to its end.
     const std::size_t first = kLetters - (kLongest - 1);
-    EXPECT_EQ(Places(Find(automaton, text, first + 1)), (std::vector<std::size_t>{first}));
+    EXPECT_EQ(Offsets(Find(automaton, text, first + 1)), (std::vector<std::size_t>{first}));
   }
 }
 

@@ -1,4 +1,4 @@
-// Which rows the index finds at a place.
+// Which rows the index finds at an offset.
 #include "core/engine/matching/prefix_index.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@
 namespace morvex::test {
 namespace {
 
-struct Key {
+struct Prefix {
   std::string text;
   bool plain = true;
 };
@@ -20,12 +20,12 @@ struct Found {
   bool operator==(const Found&) const = default;
 };
 
-// What a look at every row in table order gives.
-Found LookAtAll(const std::vector<Key>& keys, const std::string& text) {
+// What trying every row in table order returns.
+Found TryAll(const std::vector<Prefix>& prefixes, const std::string& text) {
   Found found;
-  for (std::size_t row = 0; row < keys.size(); ++row) {
-    if (!text.starts_with(keys[row].text)) continue;
-    if (keys[row].plain) {
+  for (std::size_t row = 0; row < prefixes.size(); ++row) {
+    if (!text.starts_with(prefixes[row].text)) continue;
+    if (prefixes[row].plain) {
       found.plain = static_cast<std::int32_t>(row);
       break;
     }
@@ -36,7 +36,8 @@ Found LookAtAll(const std::vector<Key>& keys, const std::string& text) {
 
 class Index {
  public:
-  explicit Index(const std::vector<Key>& keys) : keys_(keys), rows_(Rows(keys_)), index_(rows_) {}
+  explicit Index(const std::vector<Prefix>& prefixes)
+      : prefixes_(prefixes), rows_(Rows(prefixes_)), index_(rows_) {}
 
   // The two ways to look say the same.
   Found At(const std::string& text) const {
@@ -58,17 +59,17 @@ class Index {
   const PrefixIndex& index() const { return index_; }
 
  private:
-  static std::vector<CompiledRow> Rows(const std::vector<Key>& keys) {
-    std::vector<CompiledRow> rows(keys.size());
+  static std::vector<CompiledRow> Rows(const std::vector<Prefix>& prefixes) {
+    std::vector<CompiledRow> rows(prefixes.size());
     int attempts = 0;
-    for (std::size_t row = 0; row < keys.size(); ++row) {
-      rows[row].prefix = keys[row].text;
-      rows[row].attempt = keys[row].plain ? CompiledRow::kPlain : attempts++;
+    for (std::size_t row = 0; row < prefixes.size(); ++row) {
+      rows[row].prefix = prefixes[row].text;
+      rows[row].attempt = prefixes[row].plain ? CompiledRow::kPlain : attempts++;
     }
     return rows;
   }
 
-  std::vector<Key> keys_;
+  std::vector<Prefix> prefixes_;
   std::vector<CompiledRow> rows_;
   PrefixIndex index_;
 };
@@ -100,9 +101,9 @@ TEST(PrefixIndex, AttemptsComeInTableOrderAndOnlyInFrontOfThePlainRow) {
   EXPECT_EQ(index.At("abX"), (Found{PrefixIndex::kNone, {1, 3}}));
 }
 
-TEST(PrefixIndex, AKeyThatEndsBehindTheEndIsNotFound) {
-  for (const char* key : {"abcdef", "abcdefghijkl", "abcdefghijklmnopqrstuvwxyz"}) {
-    const std::string text = key;
+TEST(PrefixIndex, APrefixThatEndsBehindTheEndIsNotFound) {
+  for (const char* prefix : {"abcdef", "abcdefghijkl", "abcdefghijklmnopqrstuvwxyz"}) {
+    const std::string text = prefix;
     const Index index({{text}, {"abX"}});
     EXPECT_EQ(index.At(text).plain, 0);
     EXPECT_EQ(index.At(text.substr(0, text.size() - 1)).plain, PrefixIndex::kNone);
@@ -110,51 +111,51 @@ TEST(PrefixIndex, AKeyThatEndsBehindTheEndIsNotFound) {
 }
 
 TEST(PrefixIndex, ManyRowsThatBeginAlikeAreToldApart) {
-  std::vector<Key> keys;
-  for (int i = 0; i < 5000; ++i) keys.push_back({"employee-record-" + std::to_string(i * 3)});
-  const Index index(keys);
+  std::vector<Prefix> prefixes;
+  for (int i = 0; i < 5000; ++i) prefixes.push_back({"employee-record-" + std::to_string(i * 3)});
+  const Index index(prefixes);
   EXPECT_EQ(index.At("employee-record-14997.").plain, 4999);
   EXPECT_EQ(index.At("employee-record-14998.").plain,
-            LookAtAll(keys, "employee-record-14998.").plain);
+            TryAll(prefixes, "employee-record-14998.").plain);
   EXPECT_EQ(index.At("employee-record-x").plain, PrefixIndex::kNone);
 }
 
-TEST(PrefixIndex, PlacesLookedAtTogetherGetWhatEachGetsAlone) {
+TEST(PrefixIndex, OffsetsLookedUpTogetherGetWhatEachGetsAlone) {
   for (std::uint32_t seed = 0; seed < 500; ++seed) {
     std::mt19937 random(seed);
     const std::uint32_t letters = seed % 2 == 0 ? 1 : 3;
     std::string text;
     for (int i = 0; i < 200; ++i) text += static_cast<char>('a' + random() % letters);
-    // One list has a single step for all keys, another steps of several lengths and deep nodes.
+    // One list has a single step for all prefixes, another steps of several lengths and deep nodes.
     const std::size_t count = 1 + random() % 40;
     const std::size_t shortest = 1 + random() % 12;
-    std::vector<Key> keys;
+    std::vector<Prefix> prefixes;
     for (std::size_t i = 0; i < count; ++i) {
       const std::size_t length = shortest + random() % 20;
-      keys.push_back({text.substr(random() % 150, length), random() % 4 != 0});
+      prefixes.push_back({text.substr(random() % 150, length), random() % 4 != 0});
     }
-    const Index index(keys);
+    const Index index(prefixes);
     const std::string padded = text + std::string(PrefixIndex::kReadAhead, '\0');
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(padded.data());
-    std::uint16_t places[PrefixIndex::kBatch];
+    std::uint16_t offsets[PrefixIndex::kBatch];
     for (std::size_t i = 0; i < PrefixIndex::kBatch; ++i) {
-      places[i] = static_cast<std::uint16_t>(i * (1 + seed % 12));
+      offsets[i] = static_cast<std::uint16_t>(i * (1 + seed % 12));
     }
     std::int32_t together[PrefixIndex::kBatch];
-    index.index().LookUp(bytes, text.size(), places, PrefixIndex::kBatch, together);
+    index.index().LookUp(bytes, text.size(), offsets, PrefixIndex::kBatch, together);
     for (std::size_t i = 0; i < PrefixIndex::kBatch; ++i) {
       std::int32_t alone = 0;
-      index.index().LookUp(bytes, text.size(), places + i, 1, &alone);
-      ASSERT_EQ(together[i], alone) << "seed " << seed << " at " << places[i];
-      index.At(text.substr(places[i]));
+      index.index().LookUp(bytes, text.size(), offsets + i, 1, &alone);
+      ASSERT_EQ(together[i], alone) << "seed " << seed << " at " << offsets[i];
+      index.At(text.substr(offsets[i]));
     }
   }
 }
 
 // Every way to go on in a run of one letter is there at every depth: in groups and nodes, behind
 // short steps and long ones. As many steps are under way at once as there can be.
-TEST(PrefixIndex, HasRoomForAllStepsThatAPlaceHasUnderWay) {
-  std::vector<Key> keys;
+TEST(PrefixIndex, HasRoomForAllStepsThatAnOffsetHasUnderWay) {
+  std::vector<Prefix> prefixes;
   const auto run = [](std::size_t size) { return std::string(size, 'a'); };
   std::string others;
   for (int code = 2; code < 256; ++code) {
@@ -162,43 +163,43 @@ TEST(PrefixIndex, HasRoomForAllStepsThatAPlaceHasUnderWay) {
   }
   const auto comb = [&](const std::string& begin) {
     for (std::size_t more = 7; more > 0; --more) {
-      for (char end = 'b'; end <= 'j'; ++end) keys.push_back({begin + run(more) + end});
+      for (char end = 'b'; end <= 'j'; ++end) prefixes.push_back({begin + run(more) + end});
     }
-    keys.push_back({begin + "a"});
-    keys.push_back({begin + "z"});
+    prefixes.push_back({begin + "a"});
+    prefixes.push_back({begin + "z"});
   };
   for (int i = 0; i < 100; ++i) {
     const std::string end = {static_cast<char>('b' + i % 20), static_cast<char>('b' + i / 20)};
-    keys.push_back({run(23) + end});
+    prefixes.push_back({run(23) + end});
   }
   for (const std::size_t depth : {16U, 9U, 8U, 2U, 1U, 0U}) {
     comb(run(depth));
     for (const char other : others) {
-      keys.push_back({run(depth) + other + "12"});
-      keys.push_back({run(depth) + other + "2345678", depth % 2 == 0});
+      prefixes.push_back({run(depth) + other + "12"});
+      prefixes.push_back({run(depth) + other + "2345678", depth % 2 == 0});
     }
-    keys.push_back({run(depth) + "\x01"});
+    prefixes.push_back({run(depth) + "\x01"});
   }
   for (const char other : others) {
     for (char digit = '0'; digit < '8'; ++digit) {
-      keys.push_back({std::string(1, other) + digit + "1"});
+      prefixes.push_back({std::string(1, other) + digit + "1"});
     }
   }
-  const Index index(keys);
+  const Index index(prefixes);
   const std::string text = run(100);
   const std::string padded = text + std::string(PrefixIndex::kReadAhead, '\0');
   const auto* const bytes = reinterpret_cast<const std::uint8_t*>(padded.data());
-  std::uint16_t places[PrefixIndex::kBatch];
+  std::uint16_t offsets[PrefixIndex::kBatch];
   for (std::size_t i = 0; i < PrefixIndex::kBatch; ++i)
-    places[i] = static_cast<std::uint16_t>(i * 6);
+    offsets[i] = static_cast<std::uint16_t>(i * 6);
   std::int32_t found[PrefixIndex::kBatch];
-  index.index().LookUp(bytes, text.size(), places, PrefixIndex::kBatch, found);
+  index.index().LookUp(bytes, text.size(), offsets, PrefixIndex::kBatch, found);
   for (std::size_t i = 0; i < PrefixIndex::kBatch; ++i) {
-    EXPECT_EQ(found[i], LookAtAll(keys, text.substr(places[i])).plain) << places[i];
+    EXPECT_EQ(found[i], TryAll(prefixes, text.substr(offsets[i])).plain) << offsets[i];
   }
 }
 
-TEST(PrefixIndex, FindsWhatALookAtEveryRowFinds) {
+TEST(PrefixIndex, FindsWhatTryingEveryRowFinds) {
   for (std::uint32_t seed = 0; seed < 2000; ++seed) {
     std::mt19937 random(seed);
     const auto text = [&random](std::size_t size) {
@@ -206,21 +207,21 @@ TEST(PrefixIndex, FindsWhatALookAtEveryRowFinds) {
       for (char& byte : made) byte = random() % 8 == 0 ? 'b' : 'a';
       return made;
     };
-    std::vector<Key> keys;
+    std::vector<Prefix> prefixes;
     for (std::size_t i = 1 + random() % 12; i > 0; --i) {
-      keys.push_back({text(1 + random() % 30), random() % 3 != 0});
+      prefixes.push_back({text(1 + random() % 30), random() % 3 != 0});
     }
-    const Index index(keys);
+    const Index index(prefixes);
     for (int i = 0; i < 40; ++i) {
-      std::string place = random() % 2 == 0 ? keys[random() % keys.size()].text : "";
-      place += text(random() % 30);
-      const Found found = index.At(place);
-      const Found wanted = LookAtAll(keys, place);
-      ASSERT_EQ(found.plain, wanted.plain) << "seed " << seed << " at " << place;
-      ASSERT_EQ(found.attempts, wanted.attempts) << "seed " << seed << " at " << place;
-      if (wanted == Found() || place.size() < 16) continue;
+      std::string offset = random() % 2 == 0 ? prefixes[random() % prefixes.size()].text : "";
+      offset += text(random() % 30);
+      const Found found = index.At(offset);
+      const Found wanted = TryAll(prefixes, offset);
+      ASSERT_EQ(found.plain, wanted.plain) << "seed " << seed << " at " << offset;
+      ASSERT_EQ(found.attempts, wanted.attempts) << "seed " << seed << " at " << offset;
+      if (wanted == Found() || offset.size() < 16) continue;
       const HashFilter& filter = index.index().filter();
-      const auto* const bytes = reinterpret_cast<const std::uint8_t*>(place.data());
+      const auto* const bytes = reinterpret_cast<const std::uint8_t*>(offset.data());
       bool may_hold = false;
       switch (filter.form()) {
         case HashFilter::Form::kBytes:
@@ -234,7 +235,7 @@ TEST(PrefixIndex, FindsWhatALookAtEveryRowFinds) {
           break;
       }
       may_hold = may_hold && (!filter.has_second_probe() || filter.PassesSecondProbe(bytes) != 0);
-      ASSERT_TRUE(may_hold) << "seed " << seed << " at " << place;
+      ASSERT_TRUE(may_hold) << "seed " << seed << " at " << offset;
     }
   }
 }

@@ -1,4 +1,4 @@
-// Every form of the scan, forced: it must give each place where a key begins.
+// Every form of the scan, forced: it must give each offset where a prefix begins.
 #include "core/engine/matching/scan_kernel.h"
 
 #include <gtest/gtest.h>
@@ -18,17 +18,17 @@ std::vector<Kernel> Supported() {
   return kernels;
 }
 
-// The places that the scan gives among the first `count` bytes of the text.
-std::vector<std::size_t> Places(const std::vector<std::string>& keys, const std::string& text,
-                                std::size_t count, Kernel kernel) {
-  std::vector<std::string_view> sorted(keys.begin(), keys.end());
+// The offsets that the scan returns among the first `count` bytes of the text.
+std::vector<std::size_t> Offsets(const std::vector<std::string>& prefixes, const std::string& text,
+                                 std::size_t count, Kernel kernel) {
+  std::vector<std::string_view> sorted(prefixes.begin(), prefixes.end());
   std::sort(sorted.begin(), sorted.end());
   const ScanTables tables(sorted, kernel);
   const std::string padded = text + std::string(ScanTables::kReadAhead, '\0');
-  std::vector<std::uint16_t> places(count + ScanTables::kSpareRoom, 0xFFFF);
+  std::vector<std::uint16_t> offsets(count + ScanTables::kSpareRoom, 0xFFFF);
   const std::size_t found = ScanFor(kernel)(
-      tables, reinterpret_cast<const std::uint8_t*>(padded.data()), count, places.data());
-  return {places.begin(), places.begin() + static_cast<std::ptrdiff_t>(found)};
+      tables, reinterpret_cast<const std::uint8_t*>(padded.data()), count, offsets.data());
+  return {offsets.begin(), offsets.begin() + static_cast<std::ptrdiff_t>(found)};
 }
 
 TEST(ScanKernel, ThePortableFormIsAlwaysThere) {
@@ -36,38 +36,38 @@ TEST(ScanKernel, ThePortableFormIsAlwaysThere) {
   EXPECT_TRUE(IsSupported(BestKernel()));
 }
 
-TEST(ScanKernel, GivesThePlaceOfAKeyAndNoOther) {
+TEST(ScanKernel, GivesTheOffsetOfAPrefixAndNoOther) {
   for (const Kernel kernel : Supported()) {
-    EXPECT_EQ(Places({"abc"}, "..abc.abd.ab", 12, kernel),
+    EXPECT_EQ(Offsets({"abc"}, "..abc.abd.ab", 12, kernel),
               kernel == Kernel::kPortable ? (std::vector<std::size_t>{2, 6, 10})
                                           : (std::vector<std::size_t>{2}))
         << static_cast<int>(kernel);
   }
 }
 
-TEST(ScanKernel, LooksAtNoPlaceBehindTheCount) {
+TEST(ScanKernel, ReadsNoOffsetBehindTheCount) {
   for (const Kernel kernel : Supported()) {
     for (std::size_t count = 0; count <= 70; ++count) {
-      EXPECT_EQ(Places({"a"}, std::string(80, 'a'), count, kernel).size(), count)
+      EXPECT_EQ(Offsets({"a"}, std::string(80, 'a'), count, kernel).size(), count)
           << static_cast<int>(kernel);
     }
   }
 }
 
-TEST(ScanKernel, ShortKeysBeginWhateverFollows) {
+TEST(ScanKernel, ShortPrefixesBeginWhateverFollows) {
   for (const Kernel kernel : Supported()) {
-    EXPECT_EQ(Places({"x", "yz", "long key"}, "x.yz.x", 6, kernel),
+    EXPECT_EQ(Offsets({"x", "yz", "long key"}, "x.yz.x", 6, kernel),
               (std::vector<std::size_t>{0, 2, 5}))
         << static_cast<int>(kernel);
   }
 }
 
-TEST(ScanKernel, EveryByteCanBeginAKey) {
+TEST(ScanKernel, EveryByteCanBeginAPrefix) {
   for (const Kernel kernel : Supported()) {
     for (int byte = 1; byte < 256; ++byte) {
-      const std::string key(3, static_cast<char>(byte));
-      EXPECT_EQ(Places({key}, "\n" + key + "\n", 5, kernel),
-                byte == '\n'                  ? Places({key}, "\n\n\n\n\n", 5, kernel)
+      const std::string prefix(3, static_cast<char>(byte));
+      EXPECT_EQ(Offsets({prefix}, "\n" + prefix + "\n", 5, kernel),
+                byte == '\n'                  ? Offsets({prefix}, "\n\n\n\n\n", 5, kernel)
                 : kernel == Kernel::kPortable ? (std::vector<std::size_t>{1, 2})
                                               : (std::vector<std::size_t>{1}))
           << byte << " " << static_cast<int>(kernel);
@@ -75,7 +75,7 @@ TEST(ScanKernel, EveryByteCanBeginAKey) {
   }
 }
 
-TEST(ScanKernel, LeavesOutNoKeyOfARandomList) {
+TEST(ScanKernel, LeavesOutNoPrefixOfARandomList) {
   for (std::uint32_t seed = 0; seed < 300; ++seed) {
     std::mt19937 random(seed);
     const auto text = [&random](std::size_t size, unsigned letters) {
@@ -84,20 +84,21 @@ TEST(ScanKernel, LeavesOutNoKeyOfARandomList) {
       return made;
     };
     const auto letters = static_cast<unsigned>(2 + random() % 20);
-    std::vector<std::string> keys;
+    std::vector<std::string> prefixes;
     for (std::size_t i = 1 + random() % 40; i > 0; --i) {
-      keys.push_back(text(1 + random() % 6, letters));
+      prefixes.push_back(text(1 + random() % 6, letters));
     }
     const std::string bytes = text(500, letters);
     for (const Kernel kernel : Supported()) {
-      const std::vector<std::size_t> places = Places(keys, bytes, bytes.size(), kernel);
-      ASSERT_TRUE(std::is_sorted(places.begin(), places.end())) << seed;
+      const std::vector<std::size_t> offsets = Offsets(prefixes, bytes, bytes.size(), kernel);
+      ASSERT_TRUE(std::is_sorted(offsets.begin(), offsets.end())) << seed;
       for (std::size_t at = 0; at < bytes.size(); ++at) {
-        const bool begins = std::any_of(keys.begin(), keys.end(), [&](const std::string& key) {
-          return bytes.compare(at, key.size(), key) == 0;
-        });
+        const bool begins =
+            std::any_of(prefixes.begin(), prefixes.end(), [&](const std::string& prefix) {
+              return bytes.compare(at, prefix.size(), prefix) == 0;
+            });
         if (!begins) continue;
-        ASSERT_TRUE(std::binary_search(places.begin(), places.end(), at))
+        ASSERT_TRUE(std::binary_search(offsets.begin(), offsets.end(), at))
             << "seed " << seed << " place " << at << " kernel " << static_cast<int>(kernel);
       }
     }

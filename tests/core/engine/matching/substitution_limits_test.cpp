@@ -29,7 +29,7 @@ TEST(SubstitutionLimits, ASpanThatMakesAMatchOf32767BytesIsNot) {
   ExpectResult({{"a*c", "[*]"}}, '*', input, input, 0);
 }
 
-TEST(SubstitutionLimits, AfterTheOverflowTheNextPlaceIsTriedAfresh) {
+TEST(SubstitutionLimits, AfterTheOverflowTheNextOffsetIsTriedAfresh) {
   // The second "a" lies near enough to the "c".
   const std::string span = Times(kLongestMatch - 2, 'X');
   ExpectResult({{"a*c", "[*]"}, {"X-", "!"}}, '*', "aa" + span + "cX-", "a[" + span + "]!", 2);
@@ -47,7 +47,7 @@ TEST(SubstitutionLimits, ALeftTextOf32767BytesNeverMatches) {
   ExpectResult({{left, "c"}, {left + "++", "-"}}, 0, left + left, left + left, 0);
 }
 
-TEST(SubstitutionLimits, AWildcardInLastPlaceFindsAtMost32766Bytes) {
+TEST(SubstitutionLimits, AWildcardInLastPositionFindsAtMost32766Bytes) {
   const Rows rows = {{"a*", "<*>"}, {"12345", ""}};
   const std::string fits = Times(kLongestMatch - 1, 'X');
   ExpectResult(rows, '*', "a" + fits, "<" + fits, 1);
@@ -87,7 +87,7 @@ TEST(SubstitutionLimits, AMatchOverTheLastLookAheadBytesOfABlockIsFound) {
 }
 
 TEST(SubstitutionLimits, AWritePositionThatMovesBackOverABlocksBorderOverwrites) {
-  // As "0123bcdefaXYZ" gives "01>Z<", around the place where a block of the output is full.
+  // As "0123bcdefaXYZ" returns "01>Z<", around the offset where a block of the output is full.
   for (std::size_t before = kOutputBorder - 6; before <= kOutputBorder + 1; ++before) {
     const std::string fill = Times(before, '.');
     ExpectResult({{"bcdefa*bcdef", "<*>"}}, '*', fill + "0123bcdefaXYZ", fill + "01>Z<", 1);
@@ -98,7 +98,7 @@ TEST(SubstitutionLimits, AListTooLargeForTheAutomatonFindsItsLongRowsAll) {
   Rows rows;
   for (std::size_t more = 0; more < 40; ++more)
     rows.push_back({Times(30'000 + more, 'a') + "b", "x"});
-  // The first place from which a row reaches the end.
+  // The first offset from which a row reaches the end.
   ExpectResult(rows, '*', Times(31'000, 'a') + "b.", Times(31'000 - 30'039, 'a') + "x.", 1);
 }
 

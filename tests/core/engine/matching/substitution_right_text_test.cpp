@@ -25,7 +25,7 @@ TEST(SubstitutionRightText, WithoutWildcardDropsTheSpan) {
 }
 
 TEST(SubstitutionRightText, LeavesOutTheTailsBytes) {
-  // Of the tail all bytes but the last are caught before it is recognised.
+  // Of the tail all bytes but the last are captured before it is recognised.
   ExpectResult({{"a*cdef", "[*]"}}, '*', "aXYcdefZ", "[XY]Z", 1);
 }
 
@@ -67,7 +67,7 @@ TEST(SubstitutionRightText, CapturedBytesLiveOnFromFileToFile) {
 }
 
 TEST(SubstitutionRightText, AFailedAttemptLeavesItsCapturedBytes) {
-  // The first row catches b a b a b in vain; the second, at the same place, matches without
+  // The first row captures b a b a b in vain; the second, at the same offset, matches without
   // catching and leaves the last one out.
   ExpectResult({{"a*!", "-"}, {"ababab*ab", "[*]"}}, '*', "ababab", "[baba]", 1);
 }
@@ -114,7 +114,7 @@ TEST(SubstitutionRightText, ATailMadeWithAnotherWildcardIsTheWholeLeftText) {
   EXPECT_EQ(program.hits(), 1);
 }
 
-TEST(SubstitutionRightText, AnUnflaggedRowWithALaterWildcardNeverCatchesItsSpan) {
+TEST(SubstitutionRightText, AnUnflaggedRowWithALaterWildcardNeverCapturesItsSpan) {
   // Without a tail the span is never closed, so only a left text that ends in the wildcard matches.
   EngineProgram open({{"a#c", "<#>"}}, {'*', '*', '#'});
   EXPECT_EQ(open.Process("aXcd"), "aXcd");
