@@ -1,5 +1,5 @@
-// An import's effects on the grid other than its rows: window size, scroll bar, existing rows, window
-// events; and unreadable files.
+// An import's effects on the grid other than its rows: window size, scroll bar, existing rows,
+// window events; and unreadable files.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -207,8 +207,8 @@ TEST(ListReviewTest, AWildcardThatNoLeftTextHoldsIsToldOfTheWholeList) {
   EXPECT_EQ(Diagnostics(Review("|x\n", "|", '*')), Lines{"1 empty left x"});
 }
 
-// The outcomes follow the rules of a run: a wildcard whose ending also occurs in front of it takes in
-// about two bytes.
+// The outcomes follow the rules of a run: a wildcard whose ending also occurs in front of it takes
+// in about two bytes.
 TEST(ListReviewTest, ARowThatEndsInItsOwnBeginningIsToldWithWhatARunLeaves) {
   EXPECT_EQ(Diagnostics(Review("name=\"*\"|name=\"[x]\"\n")),
             Lines{"1 own ending name=\"*\" name=\"Renate\" -> name=\"[x]\"nate\""});
