@@ -36,7 +36,7 @@ TEST(FileSource, PausesWhereTheFileDoes) {
 
 TEST(FileSink, WritesAndClosesTheFile) {
   MemoryFiles files;
-  const auto file = std::move(files.CreateFile("/file", 0600).value);
+  const auto file = std::move(files.CreateWorkFile("/file", 0600).value);
   FileSink sink(*file);
   EXPECT_EQ(sink.WriteAt(0, "abc"), ErrorNumber::kNone);
   EXPECT_EQ(sink.WriteAt(1, "X"), ErrorNumber::kNone);
