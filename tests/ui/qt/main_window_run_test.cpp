@@ -405,7 +405,7 @@ TEST_F(MainWindowRunTest, AfterExitInMidFileTheWindowStaysWithAWordUntilTheRunHa
   QString word;
   // While the partial file is copied, no window event is handled.
   files_.fail = [&](const std::string& call, const std::string& path) {
-    if (program_.Beeindigd && call == "CopyFile" && path == "/t/one.txt" && !copying) {
+    if (program_.Beeindigd && call == "CopyTo" && path == "/t/one.txt" && !copying) {
       copying = true;
       shown_then = window().isVisible() && !window().isEnabled();
       word = Text("lblTotalFiles");
