@@ -1,5 +1,5 @@
-// morvex-bench: the speed of the engine on named inputs, beside that of a plain memory copy and of
-// the literal engine in the same run. README.md tells how to read it.
+// morvex-bench measures the speed of the engine on named inputs and, for comparison, that of memcpy
+// and of the literal engine. README.md explains the output.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -24,7 +24,8 @@ constexpr std::size_t kLiteralSize = 2 * kMiB;
 constexpr std::size_t kTinySize = 4096;
 constexpr int kRepetitions = 5;
 
-// Memory that has been touched, so that no run pays for it.
+// A sink in memory. Reserve writes to all of it in advance, so that no measured run pays for page
+// faults.
 class Buffer : public ByteSink {
  public:
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
@@ -50,7 +51,7 @@ class Watcher : public SubstitutionWatcher {
   std::int64_t hits = 0;
 };
 
-// One input at a time is kept: they are large.
+// An input and its tables. Load keeps only the last one in memory, because inputs are large.
 struct Loaded {
   Input input;
   SubstitutionTables tables;
@@ -123,7 +124,7 @@ void Literal(benchmark::State& state, const std::string& name) {
   const Loaded& loaded = Load(name, IsWorstCase(name) ? kWorstSize : kTextSize);
   InputWindow input;
   PositionedOutput output;
-  // So little that the slowest list takes seconds, not hours.
+  // Little text: with all of it the slowest list would take hours.
   std::size_t size = kLiteralSize;
   if (loaded.input.rows.size() >= 1000) size /= 16;
   if (IsWorstCase(name)) size = std::min<std::size_t>(size, 64 << 10);
@@ -144,7 +145,7 @@ void Literal(benchmark::State& state, const std::string& name) {
   Count(state, text.size(), hits);
 }
 
-// Making 100,000 rows ready.
+// Measures how long it takes to compile a list of 100,000 rows.
 void Compile(benchmark::State& state) {
   static SubstitutionTables tables;
   if (tables.PairCount == 0) {

@@ -10,7 +10,7 @@ namespace {
 
 using Rows = std::vector<std::pair<std::string, std::string>>;
 
-// The same numbers with every library.
+// A random number generator whose numbers do not depend on the standard library.
 class Random {
  public:
   std::uint64_t Next() {
@@ -31,7 +31,7 @@ std::string Number(std::size_t number, int width) {
   return text;
 }
 
-// Different names such as "Varden Kolstra": 5 to 20 letters in one or two words.
+// Returns `count` different names of one or two words, such as "Jansen Kolstra".
 std::vector<std::string> MakeNames(std::size_t count, Random& random) {
   static constexpr std::array kStarts = {"Ba", "Bre", "Da",  "De", "Fe",  "Gro", "Ha",  "Jan",
                                          "Ka", "Kol", "La",  "Me", "Mol", "Ni",  "Pe",  "Ri",
@@ -57,7 +57,7 @@ std::vector<std::string> MakeNames(std::size_t count, Random& random) {
   return names;
 }
 
-// Sentences of common words; about every fortieth word is one of `names`.
+// Returns sentences of common words; about every fortieth word is one of `names`.
 std::string MakeProse(std::size_t size, const std::vector<std::string>& names, Random& random) {
   static constexpr std::array kWords = {
       "the",     "of",      "and",       "to",         "a",       "in",        "that",
@@ -125,7 +125,8 @@ Input Ids(std::size_t size) {
   return input;
 }
 
-// Ids of two kinds, with another number of bytes in front of the digits and in all.
+// Ids of two kinds, PAT-00000 and CASE2026-000000. They differ in length and in the number of bytes
+// before the digits.
 Input TwoIdFamilies(std::size_t size) {
   Random random;
   Input input;
@@ -146,7 +147,7 @@ Input TwoIdFamilies(std::size_t size) {
   return input;
 }
 
-// Keys of all lengths, of which half share their first eight bytes.
+// Prefixes of many lengths; half of them begin with the same eight bytes.
 Input IdsAndNames(std::size_t size) {
   Random random;
   Input input;

@@ -10,7 +10,7 @@ namespace morvex::bench {
 
 struct Input {
   std::string name;
-  std::string what;  // one line for the reader
+  std::string what;  // one line that describes the input
   std::vector<std::pair<std::string, std::string>> rows;
   char joker = 0;
   std::string text;
@@ -22,7 +22,7 @@ std::vector<std::string> InputNames();
 // Worst cases are also run with twice the text, to see that the time only doubles.
 bool IsWorstCase(const std::string& name);
 
-// `size`: about so many bytes of text.
+// The text has about `size` bytes.
 Input MakeInput(const std::string& name, std::size_t size);
 
 }  // namespace morvex::bench

@@ -1,5 +1,6 @@
-// Fuzz target: a command line made of the fuzzer's bytes is split and applied. Put together again
-// the pieces are the line, and a start with it ends or waits for the user, whatever it says.
+// Fuzz target: a command line made of the fuzzer's bytes is split and applied. Checks that the
+// pieces, joined again, are the line, and that a start with any line either ends or waits for the
+// user.
 #include "core/run/start_up.h"
 #include "core/settings/command_line.h"
 #include "fuzz/fuzz_bytes.h"
@@ -34,7 +35,7 @@ void FuzzCommandLine(const std::uint8_t* data, std::size_t size) {
   test.files.AddFile("/l", "a|b||\r\n");
   test.files.AddFile("/j", "/s\r\n/t\r\n/l\r\nlog=1\r\nsep=|\r\njok=\r\n1.txt\r\n");
   test.files.AddFile("/program/j", test.files.Bytes("/j"));
-  // A wait passes at once.
+  // A wait advances the clock and returns at once.
   test.user.on_wait = [&](std::chrono::milliseconds longest) { test.system.steady += longest; };
   const ErrorNumber error = StartUp(test.program);
   Require(error == ErrorNumber::kNone || error == ErrorNumber::kTypeMismatch ||

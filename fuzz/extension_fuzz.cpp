@@ -1,6 +1,7 @@
 // Fuzz target: texts made of the fuzzer's bytes are typed into the field for extensions, added and
-// removed again. What the list takes has one point, at its start, and stands in it once; the counts
-// are those of the list; and a file name is selected by exactly the entries that its rules name.
+// removed again. Checks that every entry of the list has one point, at its start, and is in the
+// list once; that the counts agree with the list; and that a file name is selected if and only if
+// the entry that its rule names is.
 #include <set>
 
 #include "core/engine/passes/extension_filter.h"

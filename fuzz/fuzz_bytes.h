@@ -1,5 +1,5 @@
-// The fuzzer's bytes, handed out one by one or in runs; when they are used up there are NULs. And
-// the end of an input that shows a mistake.
+// Hands out the fuzzer's bytes one by one or in runs, and ends the program when an input shows a
+// mistake.
 #pragma once
 
 #include <algorithm>
@@ -50,7 +50,7 @@ inline std::string Shown(const std::string& bytes) {
   return shown;
 }
 
-// Ends the program, saying what is not so, unless it holds.
+// Prints `what` and ends the program unless `holds` is true.
 inline void Require(bool holds, const std::string& what) {
   if (holds) return;
   std::fprintf(stderr, "%s\n", what.c_str());

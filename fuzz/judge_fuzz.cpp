@@ -1,9 +1,9 @@
-// Fuzz target: a list and files made of the fuzzer's bytes, through the engine and the literal one.
-// A difference ends the program with everything that is needed to repeat it.
+// Fuzz target: runs the engine and the literal engine on a list and files made of the fuzzer's
+// bytes. A difference ends the program and prints everything that is needed to repeat it.
 //
 // The first bytes choose the wildcards, the number of rows, the size of what follows and the
-// kernel; then come the rows, each text by its length, and the rest is one or two files. Small
-// values are stretched at times, so that a few bytes reach every block border.
+// kernel. Then come the rows, each text by its length, and the rest is one or two files. Some files
+// are stretched, so that a few bytes reach every block border.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -16,7 +16,7 @@
 namespace morvex::test {
 namespace {
 
-// Few letters meet each other more often.
+// Maps the bytes to a few letters, so that rows and files match more often.
 std::string Narrowed(std::string text, std::uint8_t alphabet) {
   static const std::string kLetters = std::string("ab*c") + '\0' + "\xFF\r\n" + "dxyz*abq";
   if (alphabet % 4 == 0) return text;
@@ -25,8 +25,8 @@ std::string Narrowed(std::string text, std::uint8_t alphabet) {
   return text;
 }
 
-// Puts filler, in which nothing begins, into the text, so that what follows it stands at the border
-// of a block or where a span has become too long.
+// Inserts filler into the text, so that what follows the filler stands near the border of a block,
+// or where a span has become too long.
 std::string Stretched(const std::string& text, FuzzBytes& bytes) {
   static constexpr std::size_t kBorders[] = {4096, 8192, 32766, 32768, 98304, 131072, 163840};
   const std::size_t at = bytes.Next() % (text.size() + 1);
@@ -55,7 +55,7 @@ void JudgeBytes(const std::uint8_t* data, std::size_t size) {
     std::string left = Narrowed(bytes.Take(left_size), alphabet);
     std::string right = Narrowed(bytes.Take(sizes >> 4), alphabet);
     if (row > 0 && bytes.Next() % 4 == 0) {
-      // Rows that begin alike.
+      // Makes rows that begin alike.
       left = list.rows.back().first.substr(0, 1 + bytes.Next() % 24) + left;
     }
     list.rows.emplace_back(std::move(left), std::move(right));

@@ -1,5 +1,6 @@
-// Runs a fuzz target over inputs without a fuzzer: files, the files of folders, or with
-// "random COUNT SEED" as many random ones. Ends with 0 when the target got through all of them.
+// Runs a fuzz target without a fuzzer: over files, over the files in folders, or with "random COUNT
+// SEED" over COUNT random inputs. Exit status: 0 if the target got through all inputs, 2 if there
+// were none.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,6 @@
-// Fuzz target: a settings file made of the fuzzer's bytes is read, written and read again. What the
-// program then holds is what it held before, and what it writes a second time is what it wrote
-// first.
+// Fuzz target: a settings file made of the fuzzer's bytes is read, written and read again. Checks
+// that the second reading leaves the program with the same settings as the first, and that the
+// second file written equals the first.
 #include "core/program/main_window_paths.h"
 #include "core/run/run_driver.h"
 #include "core/run/start_up.h"

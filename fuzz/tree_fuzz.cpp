@@ -1,7 +1,8 @@
-// Fuzz target: a whole small tree with its list and its settings, made of the fuzzer's bytes, goes
-// through a whole run. Without faults the target, the log's lines and the counts are those that the
-// model of a run predicts, which shares no code with the program; with a call that fails nothing is
-// in the target that the model does not put there, and the source is as it was.
+// Fuzz target: a small tree with its list and its settings, made of the fuzzer's bytes, goes
+// through a whole run. Without faults, all files outside the program's folder and the exit status
+// must be those that a model of a run predicts, which shares no code with the program. If a call
+// fails, every file must have its predicted or its old contents, and no file may be gone, work
+// files excepted.
 #include <map>
 
 #include "core/run/start_up.h"
@@ -19,7 +20,7 @@ constexpr const char* kListPath = "/list";
 
 using Contents = std::map<std::string, std::string>;
 
-// Names that mean something to a run, in some folder.
+// Returns a name, mostly one of those that mean something to a run in some folder.
 std::string Name(FuzzBytes& bytes) {
   static const char* const kNames[] = {"a.txt",     "b.txt",      "c.bin",      "x.cle",
                                        "article",   "Morvex.txt", "tijdel.enc", "d.tar.txt",
@@ -41,7 +42,7 @@ std::string Content(FuzzBytes& bytes) {
   return content;
 }
 
-// The same tree in memory for the program and as a picture for the model.
+// The same tree in two forms: files in memory for the program, and a disk for the model.
 class Scene {
  public:
   explicit Scene(FuzzBytes& bytes) {

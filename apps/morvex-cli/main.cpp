@@ -1,8 +1,8 @@
 // The console program: performs the unattended run that a settings file describes, or a command.
 //
 // Exit status of a run with a settings file: 0 done, 1 it could not run or was stopped, 2 the
-// command line is wrong, 3 done but some files were not copied. ui/commands/command_console.h has
-// those of the commands.
+// command line is wrong, 3 done but some files were not copied. ui/commands/command_console.h lists
+// the exit statuses of the commands.
 
 #include <iostream>
 #include <memory>
@@ -60,7 +60,7 @@ int ReportCommandLineError(ErrorNumber error) {
   return kCommandLineError;
 }
 
-// Warns of the pieces of the command line that are no option.
+// Warns of each piece of the command line that is not an option.
 void WarnOfIgnored(const std::vector<std::string>& pieces, CommandMessages& messages) {
   for (const std::string& piece : IgnoredPieces(pieces)) {
     messages.Warn(kProgramPlace, "\"" + Printable(piece) +

@@ -1,8 +1,8 @@
 // The desktop program.
 //
-// Exit status: 2 when the command line is wrong; without a settings file on it 0; with one 0 when
-// the run is done, 1 when it could not be done or was stopped, 3 when some files were not copied.
-// The reason goes to standard error, or to a message box where the program has no standard error.
+// Exit status: 2 if the command line is wrong; 0 if it names no settings file. If it names one: 0
+// if the run is done, 1 if it could not be done or was stopped, 3 if some files were not copied.
+// The reason goes to standard error, or to a message box if the program has no standard error.
 
 #include <QApplication>
 #include <QMessageBox>
@@ -37,11 +37,13 @@ void DescribeApplication() {
   QApplication::setDesktopFileName("morvex");
   QApplication::setWindowIcon(ProgramIcon());
   QApplication::setStyle(new HouseStyle);
-  // Desktop::Ended ends the program; between two windows none may be shown for a moment.
+  // Only Desktop::Ended ends the program: when one window makes way for another, none is shown for
+  // a moment.
   QApplication::setQuitOnLastWindowClosed(false);
 }
 
-// Shows the lines on standard error or in a message box. `page` converts the paths in them.
+// Shows the lines on standard error, or in a message box if the program has no standard error.
+// `page` decodes the lines for the box.
 void ReportError(const std::vector<std::string>& lines, const CodePage& page) {
   if (ReachErrorStream()) {
     for (const std::string& line : lines) std::cerr << Printable(line) << "\n";
@@ -51,7 +53,7 @@ void ReportError(const std::vector<std::string>& lines, const CodePage& page) {
   for (const std::string& line : lines) shown += page.Shown(line);
   QMessageBox box(QMessageBox::Critical, "Morvex", shown.join('\n'), QMessageBox::Ok);
   box.setTextFormat(Qt::PlainText);
-  // In an unattended task nobody closes the box.
+  // In an unattended task nobody closes the box, so a timer does.
   QTimer end;
   end.setSingleShot(true);
   QObject::connect(&end, &QTimer::timeout, &box, &QMessageBox::accept);
@@ -60,7 +62,7 @@ void ReportError(const std::vector<std::string>& lines, const CodePage& page) {
 }
 
 int Main(int argc, char** argv) {
-  // First, because the toolkit removes its own options from the arguments.
+  // Made before QApplication, which removes its own options from the arguments.
   const std::unique_ptr<SystemService> system = MakeSystemService(argc, argv);
   QApplication::setHighDpiScaleFactorRoundingPolicy(
       Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
@@ -74,7 +76,8 @@ int Main(int argc, char** argv) {
   ErrorNumber error = ErrorNumber::kNone;
   QObject::connect(
       &desktop, &Desktop::Ended, &application, [] { QApplication::exit(); }, Qt::QueuedConnection);
-  // In the event loop: start-up may include a whole run, with windows and an Exit button.
+  // Starts up inside the event loop: start-up may include a whole run, with windows and an Exit
+  // button.
   QTimer::singleShot(0, &application, [&] { error = StartUp(program); });
   QApplication::exec();
 

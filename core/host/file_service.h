@@ -142,9 +142,9 @@ class WorkFile : public OutputFile {
   // empty) meanwhile and returns kInvalidCall if that ended it.
   virtual ErrorNumber MoveTo(const std::string& to, const KeepGoing& keep_going) = 0;
   // Renames the work file to `to`, in one step that fails if the name is taken. The caller need not
-  // look up `to` first. kFileAlreadyExists: the name is taken, possibly by a link.
-  // kPathFileAccess: the other path is on a different file system, or something other than a file
-  // has taken the work file's path. After any error MoveTo may still succeed.
+  // look up `to` first. kFileAlreadyExists: the name is taken, possibly by a link. kPathFileAccess:
+  // `to` is on a different file system, or something other than a file has taken the work file's
+  // path. After any error MoveTo may still succeed.
   virtual ErrorNumber MoveToFreeName(const std::string& to) = 0;
   // Deletes the work file.
   virtual ErrorNumber Discard() = 0;

@@ -13,7 +13,7 @@ enum class Answer { kOk, kCancel, kYes, kNo };
 
 // How a file dialog looks when it opens.
 struct FileDialog {
-  std::string default_extension;  // without "."; added to a name that has none
+  std::string default_extension;  // without "."; added to a name that has no extension
   std::string filter;             // TEXT|PATTERN
   std::string initial_folder;
   std::string file_name;
@@ -39,7 +39,7 @@ class UserService {
 
   // Handles all pending events. This may run any event handler, Exit included.
   virtual void HandlePendingEvents() = 0;
-  // The same, but first waits up to `longest` for an event.
+  // Waits up to `longest` for an event, then handles all pending events.
   virtual void WaitForEvents(std::chrono::milliseconds longest) = 0;
 };
 

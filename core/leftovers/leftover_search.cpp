@@ -9,11 +9,13 @@ namespace {
 constexpr std::size_t kPadding = 64;
 static_assert(kPadding >= PrefixIndex::kReadAhead && kPadding >= ScanTables::kReadAhead);
 
-// Keys of all spellings make the look behind the scan dearer than it is in a substitution: the scan
-// pays as long as it spares every second one.
+// When the scan passes more than one in kDense offsets, it is skipped for some blocks. A look-up
+// behind the scan costs more here than in a substitution, because there are keys for all spellings.
+// So the scan pays even if it rules out only every second offset.
 constexpr std::size_t kDense = 2;
 
-// In runs whose count fits into a byte, so that a vector counts as many bytes as it holds.
+// Counts the line breaks in runs of at most 255 bytes. The count of a run fits into a byte, so that
+// a vector holds as many counts as bytes.
 std::int64_t LineBreaks(const std::uint8_t* bytes, std::size_t size) {
   constexpr std::size_t kRun = 255;
   std::int64_t breaks = 0;
@@ -68,7 +70,7 @@ ErrorNumber LeftoverSearch::Run(ByteSource& file, const TellLeftover& tell,
     std::transform(bytes_.get() + filled_, bytes_.get() + filled_ + read.value,
                    folded_.get() + filled_, Folded);
     filled_ += read.value;
-    // No key goes on behind the end: none holds a NUL.
+    // No key can match beyond the end, because no key holds a NUL.
     std::memset(folded_.get() + filled_, 0, kPadding);
     const bool ended = read.value < room;
     SearchUpTo(ended ? filled_ : filled_ - ahead_);
@@ -77,7 +79,7 @@ ErrorNumber LeftoverSearch::Run(ByteSource& file, const TellLeftover& tell,
   }
 }
 
-// Drops what no later place needs.
+// Drops the bytes that no later offset needs.
 void LeftoverSearch::Slide() {
   LineAt(next_);
   const std::size_t dropped = next_ - std::min(next_, behind_);
@@ -109,12 +111,13 @@ void LeftoverSearch::SearchUpTo(std::size_t limit) {
   }
 }
 
-// A rare key stands only around a rare form of a letter, and few files hold any.
+// Every rare key holds a rare form of a letter. Few files have such forms, so only the offsets in
+// front of one are searched.
 void LeftoverSearch::FindRareKeys(std::size_t count) {
   rare_keys_.clear();
   next_rare_key_ = 0;
   const std::size_t end = next_ + count;
-  // The form may stand behind the last place.
+  // A key that begins in front of `end` may hold a form that begins behind `end`.
   const std::size_t forms_end = std::min(end + Sought::kLongestRareKey, filled_);
   std::size_t done = next_;
   for (std::size_t from = next_; from < forms_end; from += CandidateFilter::kBlock) {
@@ -149,7 +152,7 @@ void LeftoverSearch::RareKeysInFrontOf(std::size_t at) {
   }
 }
 
-// What the rare keys in front of it lead to comes first.
+// Handles the rare keys in front of `at` first, so that all keys are handled in ascending order.
 void LeftoverSearch::UsualKeyAt(std::size_t at, std::int32_t key) {
   RareKeysInFrontOf(at);
   KeyAt(at, sought_.keys(), key);
@@ -164,14 +167,15 @@ void LeftoverSearch::KeyAt(std::size_t at, const SoughtKeys& keys, std::int32_t 
   }
 }
 
-// Whatever stands at the place, the part there leads to nothing.
+// Whether the part cannot lead to a leftover at `at`, whatever stands there.
 bool LeftoverSearch::IsDone(std::size_t at, const SoughtPart& part) const {
   const Progress& progress = progress_[part.sought_row];
   return part.number == 0 ? base_ + at < progress.not_before : !progress.touched;
 }
 
-// Between two NULs UTF-16 reads in both byte orders, a byte apart. Where all parts of what stands
-// at an odd offset do so, the one at an even offset counts.
+// ASCII text in UTF-16 can be read in both byte orders, a byte apart, if it stands between two
+// NULs. If all parts can be read at an even and at an odd offset, only the even one counts. Returns
+// whether `at` is the odd one for this part.
 bool LeftoverSearch::StandsInOtherOrder(std::size_t at, const SoughtPart& part) const {
   if (part.other_order == SoughtPart::kNone || (base_ + at) % 2 == 0) return false;
   const SoughtPart& other = sought_.parts()[static_cast<std::size_t>(part.other_order)];
@@ -192,7 +196,7 @@ void LeftoverSearch::PartAt(std::size_t at, const SoughtPart& part, const Standi
       std::all_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) == 0; }),
       StandsInOtherOrder(at, part)};
   if (part.number == 0) {
-    // What overlaps it may still be a match of its own.
+    // `not_before` stays: an overlapping occurrence may be a leftover of its own.
     if (row.parts == 1 && here.in_other_order) return;
     if (!row.put_in.empty() && BytesFrom(at).starts_with(row.put_in)) {
       if (row.least_left == 0) return;
@@ -221,7 +225,7 @@ void LeftoverSearch::PartAt(std::size_t at, const SoughtPart& part, const Standi
   Tell(row, here);
 }
 
-// The latest that ends in front of the place or at it, if there is one.
+// Returns the latest occurrence that ends at `place` or in front of it, if there is one.
 std::optional<LeftoverSearch::Occurrence> LeftoverSearch::TakeReady(Progress::Stage& stage,
                                                                     std::uint64_t place) const {
   while (!stage.waiting.empty() && stage.waiting.front().end <= place) {
@@ -241,7 +245,7 @@ LeftoverSearch::Progress& LeftoverSearch::ProgressOf(const SoughtPart& part) {
   return progress;
 }
 
-// The line of a place that is not in front of one asked about before.
+// Returns the line of the offset `at` in the buffer, which must not decrease from call to call.
 std::int64_t LeftoverSearch::LineAt(std::size_t at) {
   if (at > counted_) {
     line_ += LineBreaks(bytes_.get() + counted_, at - counted_);

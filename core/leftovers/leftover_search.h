@@ -19,16 +19,19 @@
 
 namespace morvex {
 
-// A left text that stands in a file. The bytes are valid during the call alone.
+// A leftover: a left text of the list that occurs in a file. `around` is valid only during the call
+// of TellLeftover.
 struct Leftover {
   std::uint64_t offset = 0;  // of the first byte, from 0
-  std::int64_t line = 1;     // counts from 1, by LF
-  std::int64_t row = 0;      // of the tables
+  std::int64_t line = 1;     // number of its line, from 1; lines end at LF
+  std::int64_t row = 0;      // row of the tables
   Encoding encoding = Encoding::kBytes;
   bool as_written = true;  // false: in other letter case
   bool is_wildcard = false;
-  std::uint64_t size = 0;  // bytes; of a wildcard row from its first part to the end of its last
-  // What stands around: `before` bytes, then the text or its beginning, then what follows.
+  // In bytes. Of a wildcard row, from the beginning of its first part to the end of its last part.
+  std::uint64_t size = 0;
+  // `before` bytes in front of the leftover, then the leftover and what follows. A long leftover is
+  // cut off.
   std::string_view around;
   std::size_t before = 0;
 };
@@ -37,38 +40,41 @@ using TellLeftover = std::function<void(const Leftover&)>;
 
 class LeftoverSearch {
  public:
-  // What is given of a leftover's surroundings, before and behind it.
+  // The most bytes of Leftover::around in front of the leftover, and behind it.
   static constexpr std::size_t kAround = 32;
-  // Bytes of the leftover itself that are given.
+  // In Leftover::around a longer leftover counts as if it ended after this many bytes.
   static constexpr std::size_t kShown = 128;
 
-  // Made once for any number of files; `sought` must outlive it. Searches of several threads may
-  // share what is sought. The kernel must be supported here. `block` is what is read at once.
+  // One object serves any number of files. `sought` must outlive it and may be shared by searches
+  // in several threads. The machine must support the kernel. `block` is the number of bytes that
+  // are read at once.
   explicit LeftoverSearch(const Sought& sought, Kernel kernel = BestKernel(),
                           std::size_t block = std::size_t{256} << 10);
 
-  // The whole file, in the order of places where what is found ends its first part; kInvalidCall
-  // when `keep_going`, which may be empty and is asked at every block, ended it.
+  // Searches the whole file and calls `tell` for each leftover, in the order of the offsets at
+  // which their last parts begin. Asks `keep_going`, which may be empty, before every block;
+  // returns kInvalidCall if `keep_going` returns false.
   ErrorNumber Run(ByteSource& file, const TellLeftover& tell,
                   const std::function<bool()>& keep_going = {});
-  // Bytes of the last file that were gone through.
+  // The number of bytes of the last file that were read.
   std::uint64_t size() const { return base_ + filled_; }
 
  private:
-  // A part that stands somewhere, or the parts up to it.
+  // An occurrence of one part, or of a row's parts up to that part.
   struct Occurrence {
-    std::uint64_t begin = 0;  // of the first part
+    std::uint64_t begin = 0;  // offset of the first part
     std::uint64_t end = 0;
     std::int64_t line = 1;
     bool as_written = true;
     bool is_ascii = true;
     bool in_other_order = false;  // every part stands in UTF-16 of the other byte order as well
   };
-  // How far one sought row has come.
+  // How many of a sought row's parts have been found so far.
   struct Progress {
     bool touched = false;
-    std::uint64_t not_before = 0;  // the last leftover's end
-    // By part but the last. What ends in front of the present place is the latest of `ready`.
+    std::uint64_t not_before = 0;  // end of the last leftover
+    // One for each part but the last. `ready`: the latest occurrence that ends at the current
+    // offset or in front of it. `waiting`: occurrences that end behind the current offset.
     struct Stage {
       std::deque<Occurrence> waiting;
       std::optional<Occurrence> ready;
@@ -78,7 +84,8 @@ class LeftoverSearch {
 
   void Open();
   void Slide();
-  // The places in front of `limit`, of the buffer.
+  // Searches the offsets in front of `limit`. `limit` and every `at` below are offsets in the
+  // buffer.
   void SearchUpTo(std::size_t limit);
   void FindRareKeys(std::size_t count);
   void FindRareKeysFrom(std::size_t begin, std::size_t end);
@@ -96,7 +103,7 @@ class LeftoverSearch {
     return {reinterpret_cast<const char*>(bytes_.get()) + at, filled_ - at};
   }
 
-  // A rare key and where it stands in the buffer.
+  // A rare key and the offset in the buffer where it stands.
   struct RareKey {
     std::size_t at;
     std::int32_t key;
@@ -106,7 +113,7 @@ class LeftoverSearch {
   PrefixSearch search_;
   CandidateFilter rare_filter_;
   CandidateFilter rare_form_filter_;
-  const std::size_t behind_;  // bytes in front of the present place that stay
+  const std::size_t behind_;  // bytes in front of the current offset that the buffer keeps
   const std::size_t ahead_;
   const std::size_t capacity_;
   std::unique_ptr<std::uint8_t[]> bytes_;
@@ -114,17 +121,17 @@ class LeftoverSearch {
   std::array<std::uint16_t, CandidateFilter::kRoom> places_{};
   std::array<std::uint16_t, CandidateFilter::kRoom> rare_forms_{};
   std::vector<std::int32_t> keys_;
-  std::vector<RareKey> rare_keys_;  // of the places under way, ascending
+  std::vector<RareKey> rare_keys_;  // at the offsets being searched, ascending
   std::size_t next_rare_key_ = 0;
-  std::vector<Progress> progress_;    // by sought row
-  std::vector<std::size_t> touched_;  // of these
+  std::vector<Progress> progress_;    // by index in sought_.rows()
+  std::vector<std::size_t> touched_;  // indexes in progress_
   const TellLeftover* tell_ = nullptr;
 
-  // Of the present file.
-  std::uint64_t base_ = 0;   // its offset of bytes_[0]
-  std::size_t filled_ = 0;   // bytes of the buffer
-  std::size_t next_ = 0;     // the first place that has not been searched
-  std::size_t counted_ = 0;  // the line breaks in front of it are counted
+  // The members below belong to the current file.
+  std::uint64_t base_ = 0;   // offset in the file of bytes_[0]
+  std::size_t filled_ = 0;   // bytes in the buffer
+  std::size_t next_ = 0;     // the first offset in the buffer not yet searched
+  std::size_t counted_ = 0;  // line breaks in front of this offset in the buffer are counted
   std::int64_t line_ = 1;
 };
 

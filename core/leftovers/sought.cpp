@@ -16,7 +16,8 @@ constexpr std::size_t kEnoughOfARareKey = 4;
 // From this many bytes on, a letter with rare forms ends a key. The rest of kLongestRareKey is room
 // for one more letter and the form.
 constexpr std::size_t kFarBehind = Sought::kLongestRareKey - 32;
-// Bytes. Of a longer part only the beginning is searched; a longer right text becomes no `put_in`.
+// In bytes. Only the beginning of a longer part is searched; a longer right text becomes no
+// `put_in`.
 constexpr std::size_t kLongestPart = 32000;
 // The most bytes that a match of the engine may span.
 constexpr std::uint64_t kLongestMatch = 32766;
@@ -119,7 +120,7 @@ struct Sought::ListRow {
   std::vector<std::string_view> parts;
   std::string put_in;
   bool ends_in_beginning = false;
-  Encoding encoding = Encoding::kBytes;  // the list's, or kBytes where the row is malformed in it
+  Encoding encoding = Encoding::kBytes;  // the list's, or kBytes if the row is malformed in it
 };
 
 Sought::Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding list_encoding) {

@@ -30,7 +30,7 @@ constexpr std::uint8_t Folded(std::uint8_t byte) {
 
 // One row in one encoding.
 struct SoughtRow {
-  std::int64_t row = 0;  // of the tables
+  std::int64_t row = 0;  // row of the tables
   Encoding encoding = Encoding::kBytes;
   bool is_wildcard = false;
   std::size_t parts = 1;
@@ -60,8 +60,8 @@ struct SoughtPart {
 
 class Sought {
  public:
-  // `joker` is the wildcard's code, 0 for none. `list_encoding` is how the list's own bytes are
-  // read; a row that is malformed in it is searched as bytes alone.
+  // `joker` is the wildcard's code, 0 for none. `list_encoding` is the encoding of the list; a row
+  // that is malformed in it is searched as bytes alone.
   Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding list_encoding);
   Sought(const Sought&) = delete;
   Sought& operator=(const Sought&) = delete;
@@ -85,12 +85,14 @@ class Sought {
 
   // Keys of letters in their usual forms.
   const SoughtKeys& keys() const { return *keys_; }
-  // Keys that hold a rare form of a letter, and the forms alone. Each rare key holds one of these.
+  // Keys that hold a rare form of a letter, and the forms alone. Each rare key holds one of the
+  // forms.
   const SoughtKeys& rare_keys() const { return *rare_keys_; }
   const SoughtKeys& rare_forms() const { return *rare_forms_; }
 
-  // The most bytes that deciding on one offset reads from there on, and the most bytes in front of
-  // it that belong to an occurrence that ends there.
+  // look_ahead: the most bytes from an offset on that are read to decide what stands there.
+  // look_behind: the most bytes in front of an offset that can belong to an occurrence that ends
+  // behind it.
   std::size_t look_ahead() const { return look_ahead_; }
   std::uint64_t look_behind() const { return look_behind_; }
 

@@ -5,12 +5,12 @@
 namespace morvex {
 
 SoughtKeys::SoughtKeys(const PartsByKey& parts_by_key) {
-  bytes_.reserve(parts_by_key.size());  // so that it does not move
+  bytes_.reserve(parts_by_key.size());  // rows_ points into it, so it may not move
   for (const auto& [bytes, parts] : parts_by_key) {
     bytes_.push_back(bytes);
     CompiledRow row;
     row.prefix = bytes_.back();
-    row.attempt = 0;  // so the index gives all keys that stand at a place, not the first alone
+    row.attempt = 0;  // so that the index returns all keys at an offset, not only one
     rows_.push_back(std::move(row));
     parts_.push_back(parts);
   }

@@ -1,4 +1,5 @@
-// Keys, the folded beginnings under which what is sought is found, and their index.
+// The keys by which parts are found, which are the folded beginnings of parts, and the index of the
+// keys.
 #pragma once
 
 #include <cstddef>
@@ -15,23 +16,23 @@ namespace morvex {
 
 class SoughtKeys {
  public:
-  // For each key, 1 or more bytes without a NUL, the parts of which it is a beginning.
+  // For each key, 1 or more bytes without a NUL, the parts that can begin with it.
   using PartsByKey = std::map<std::string, std::vector<std::int32_t>>;
 
   explicit SoughtKeys(const PartsByKey& parts_by_key);
   SoughtKeys(const SoughtKeys&) = delete;
   SoughtKeys& operator=(const SoughtKeys&) = delete;
 
-  // In ascending order.
+  // The keys as rows, in ascending order.
   const std::vector<CompiledRow>& rows() const { return rows_; }
   const PrefixIndex& index() const { return *index_; }
-  // The parts of a key, an index into rows().
+  // Returns the parts that can begin with the key. `key` is an index of rows().
   const std::vector<std::int32_t>& PartsOf(std::int32_t key) const {
     return parts_[static_cast<std::size_t>(key)];
   }
 
  private:
-  std::vector<std::string> bytes_;  // of the keys, which lie in it
+  std::vector<std::string> bytes_;  // of the keys; rows_ points into it
   std::vector<CompiledRow> rows_;
   std::vector<std::vector<std::int32_t>> parts_;
   std::unique_ptr<PrefixIndex> index_;

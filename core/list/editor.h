@@ -5,8 +5,8 @@
 
 namespace morvex {
 
-// The main window's list picture: loads the editor when it is not loaded, shows it with the
-// wildcard in force, and hides the main window. Nothing while a run works or a list is being read.
+// The main window's list picture: loads the editor if it is not loaded, shows it with the wildcard
+// in force, and hides the main window. Does nothing while a run works or a list is being read.
 void imList_Click(Program& program);
 
 // Closes the editor and opens it again with one empty row; the tables stay.

@@ -10,7 +10,8 @@
 namespace morvex {
 namespace {
 
-// Enter in a later row scrolls the grid; up to this row it makes the window taller.
+// Enter in a row after this one scrolls the grid. In rows up to this one it makes the window
+// taller.
 constexpr std::int64_t kLastGrowingRow = kRowsInBand - 2;
 constexpr std::int64_t kFreshScrollMaximum = 10;
 constexpr const char* kTooLongEntering = "invoer te lang (> 2147483647)";
@@ -24,7 +25,7 @@ void MoveDown(Button& button, int twips) {
   button.box = box;
 }
 
-// The scroll bar takes a value, from the program or from the user.
+// Sets the scroll bar to a value from the program or from the user, and moves the rows accordingly.
 void ScrollTo(ReplacementsForm& grid, std::int64_t value) {
   grid.VScroll1.SetValue(value);
   const std::int64_t taken = grid.VScroll1.value();

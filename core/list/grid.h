@@ -15,8 +15,8 @@
 namespace morvex {
 
 // Brings the form into its freshly opened state, with one empty row. FocusCell, CaretPos,
-// PrevScrollValue and the snapshot outlive its closing and stay. Does nothing when the form is
-// already loaded.
+// PrevScrollValue and the snapshot keep the values that they had when the form was closed. Does
+// nothing if the form is already loaded.
 void LoadGrid(Program& program);
 
 // Adds an empty, hidden row behind the last one. The caller then sets LastRow.
@@ -33,10 +33,10 @@ void GrowWindow(ReplacementsForm& grid, int count);
 // when they are within the band.
 void ShiftRows(ReplacementsForm& grid, std::int64_t delta);
 
-// Scrolls by as few rows as bring that row into view. Nothing for a row that does not exist.
+// Scrolls by as few rows as bring `row` into view. Does nothing if the row does not exist.
 void ScrollIntoView(ReplacementsForm& grid, std::int64_t row);
 
-// The grid's rows as data; no path, no wildcard flags.
+// Returns the grid's rows as data, without a path and without wildcard flags.
 ReplacementList ListInGrid(const ReplacementsForm& grid);
 
 // Copies every cell's text into SavedLinks and SavedRechts.
@@ -46,8 +46,8 @@ void SnapshotRows(ReplacementsForm& grid);
 // the cell does not exist or cannot be seen.
 void FocusOnCell(Program& program, CellAddress cell);
 
-// A cell whose text has longest_text bytes or more turns red, with `too_long` as its tool tip. Any
-// other cell turns black, with its own text as tool tip.
+// Turns a cell red if its text has longest_text bytes or more, with `too_long` as its tool tip.
+// Turns any other cell black, with its own text as tool tip.
 void MarkTooLong(const ReplacementsForm& grid, Cell& cell, const char* too_long);
 
 // Enter in a cell: in the last row it appends a row, elsewhere it does nothing.
@@ -66,10 +66,11 @@ void FillRows(Program& program, std::int64_t first, const std::vector<GridRow>& 
 std::optional<std::int64_t> PasteRows(Program& program, CellAddress cell,
                                       const std::vector<GridRow>& rows);
 
-// The cell that FocusCell names, when it exists.
+// Returns the cell that FocusCell names, if that cell exists.
 std::optional<CellAddress> RememberedCell(const ReplacementsForm& grid);
 
-// Brings that cell into view and puts the focus there. Returns false when that is not possible.
+// Brings the cell that FocusCell names into view and puts the focus there. Returns false if that is
+// not possible.
 bool ReturnToCell(Program& program);
 
 // Events. A cell event does nothing for a row that does not exist. Keys and changes do nothing

@@ -10,7 +10,7 @@
 namespace morvex {
 namespace {
 
-// Nearly every ending is missing in at least one of them.
+// Words to put in place of the wildcard. Nearly every ending is missing in at least one of them.
 constexpr std::array<std::string_view, 3> kWords = {"Renate", "Vollmoor", "418273"};
 
 class NoWatcher : public SubstitutionWatcher {

@@ -15,11 +15,11 @@ namespace morvex {
 // wildcard.
 std::string ExampleFor(std::string_view left, std::uint8_t joker);
 
-// Reuses its buffers from one row to the next.
+// Runs lists of one row over example files. Reuses its buffers from one row to the next.
 class RowOutcomes {
  public:
-  // The contents that a run leaves of `file` with a list of this row alone. The texts are as the
-  // list file has them.
+  // Returns the contents that a run with a list of this row alone leaves of `file`. The texts are
+  // as the list file has them.
   std::string Of(const std::string& left, const std::string& right, std::uint8_t joker,
                  std::string_view file);
 

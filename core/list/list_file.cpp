@@ -19,7 +19,7 @@ class GridImport {
   GridImport(const GridImport&) = delete;
   GridImport& operator=(const GridImport&) = delete;
 
-  // Returns false when a row found no place or the import was abandoned.
+  // Returns false if the grid had no row for a row of the list, or if the import was abandoned.
   bool TakeAll(const ListReading& reading) {
     const std::vector<ListRow>& rows = reading.list.rows;
     for (std::size_t i = 0; i < rows.size(); ++i) {

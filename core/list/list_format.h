@@ -14,12 +14,12 @@
 
 namespace morvex {
 
-// A line of a list file that is more, or less, than a row.
+// A line of a list file that is not an ordinary row.
 struct ListLine {
   enum class Kind {
     kNoSeparator,     // neither row nor blank: passed over
     kFinalRow,        // a row, marked as the last by two separators in a row
-    kBehindFinalRow,  // the first row behind that one
+    kBehindFinalRow,  // the first row behind the final row
     kBehindEnd,       // the first text behind the line that ends the list
   };
   Kind kind = Kind::kNoSeparator;
@@ -37,8 +37,8 @@ struct ListReading {
   ErrorNumber error = ErrorNumber::kNone;  // what ended the reading early
 };
 
-// A file that is not a list may consist of odd lines, so only the review keeps them. With kDrop the
-// reading stops at the line that ends the list.
+// Whether a reading keeps the odd lines. Only the review needs them, and a file that is not a list
+// may consist of nothing else. With kDrop the reading stops at the line that ends the list.
 enum class OddLines { kDrop, kKeep };
 
 // Reads up to the end of the file, the first text behind the end of the list, or an error. A line
@@ -46,9 +46,9 @@ enum class OddLines { kDrop, kKeep };
 ListReading ReadListFile(FileService& files, const std::string& path, const std::string& separator,
                          OddLines odd_lines);
 
-// Replaces the file `list.path` by the list's rows, or makes it. Rows that are empty on both sides
-// are left out, but for the last. On failure the file keeps its contents where the host can do
-// that. Rows can only be read back when there is a separator.
+// Writes the list's rows to the file `list.path`, which is replaced or created. Rows that are empty
+// on both sides are left out, except the last row. If writing fails, the file keeps its contents
+// where the host can ensure that. Without a separator the rows cannot be read back.
 ErrorNumber WriteListFile(FileService& files, const ReplacementList& list,
                           const std::string& separator);
 

@@ -1,12 +1,12 @@
 // The editor's commands on the whole list, and the two that insert a token into the cell that was
-// edited last. None does anything while a run works or a list is being read.
+// edited last. They do nothing while a run works or a list is being read.
 #pragma once
 
 #include "core/program/program.h"
 
 namespace morvex {
 
-// Inserts the wildcard at the remembered caret of the cell that last lost the focus, when that is a
+// Inserts the wildcard at the remembered caret of the cell that last lost the focus, if that is a
 // left cell.
 void cmdJoker_Click(Program& program);
 // Inserts "[CRLF]" at the remembered caret of the cell that last lost the focus.

@@ -37,7 +37,7 @@ bool BeginsAsUtf16(std::string_view line) {
 bool IsBlank(char byte) { return byte == ' ' || byte == '\t'; }
 
 // Whether the right text of a row holds the separator, apart from the mark of the final row.
-// `right_text` is what becomes of the right text.
+// `right_text` is the row's right text as it was read.
 bool HasFurtherSeparator(std::string_view line, std::string_view separator,
                          std::string_view right_text) {
   const std::string mark = std::string(separator).append(separator);
@@ -56,8 +56,8 @@ class Reviewer {
         code_(joker),
         wildcard_(static_cast<char>(joker)) {}
 
-  // Takes rows and odd lines in the order of the file. Returns false when the lines behind one do
-  // not matter.
+  // Takes rows and odd lines in the order of the file. Returns false if it stopped at a line
+  // because the lines behind it do not matter.
   bool TakeLines() {
     auto odd = reading_.odd_lines.begin();
     const auto end = reading_.odd_lines.end();
@@ -108,20 +108,20 @@ class Reviewer {
     bool has_wildcard = false;
   };
 
-  // A character that is often the wildcard, in the rows' left texts.
+  // How the left texts use a character that is often the wildcard.
   struct Use {
-    std::int64_t line = 0;  // the first
+    std::int64_t line = 0;  // the first line that holds it
     std::string text;
     std::int64_t count = 0;
   };
 
-  // A plain row has all bytes of its line.
+  // Returns the whole line of a row that is not odd: nothing of such a line is missing in the row.
   std::string RowText(std::size_t row) const {
     const ListRow& texts = reading_.list.rows[row];
     return texts.left + std::string(separator_) + texts.right;
   }
 
-  // Returns false for UTF-16: every further line would be reported, too.
+  // Returns false if the file is UTF-16, because every further line would be reported, too.
   bool TakeBeginning(std::int64_t line, std::string_view bytes) {
     if (bytes.starts_with(kUtf8Mark)) Report(ListProblem::kByteOrderMark, line, "");
     if (line != 1 || !BeginsAsUtf16(bytes)) return true;
@@ -129,7 +129,8 @@ class Reviewer {
     return false;
   }
 
-  // Of the lines behind the final row, and behind the end, the first stands for all.
+  // Returns false if the lines behind this one do not matter. Of the lines behind the final row,
+  // and of the lines behind the end of the list, only the first is reported.
   bool TakeOddLine(const ListLine& line) {
     if (line.kind == ListLine::Kind::kBehindEnd) {
       review.diagnostics.push_back(
@@ -195,7 +196,7 @@ class Reviewer {
     review.diagnostics.push_back({problem, line, 0, text, ""});
   }
 
-  // The example's list has this row alone.
+  // Adds an example: what a list of this row alone makes of a file.
   void ReportWithExample(ListProblem problem, std::int64_t line, const ListRow& row) {
     ListDiagnostic diagnostic{problem, line, 0, row.left, ""};
     diagnostic.example = ExampleFor(ExpandCRLF(row.left), code_);
@@ -212,12 +213,13 @@ class Reviewer {
     }
   }
 
-  // As the first byte it is an ordinary character.
+  // A wildcard that is the first byte is an ordinary character.
   bool HasWildcard(const std::string& left) const {
     return wildcard_ != 0 && left.find(wildcard_, 1) != std::string::npos;
   }
 
-  // Returns whether an earlier row always beats this one. `left` is the text with its line breaks.
+  // Reports the row if an earlier row always beats it, and returns whether one does. `left` is
+  // `text` with its line breaks.
   bool ReportShadowed(std::int64_t line, const std::string& text, const std::string& left) {
     const auto same = earlier_.find(left);
     if (same != earlier_.end()) {
@@ -243,9 +245,9 @@ class Reviewer {
   bool wildcard_is_used_ = false;
   std::map<char, Use> uses_;
   RowOutcomes outcomes_;
-  std::size_t longest_ = 0;                           // left text, in bytes
+  std::size_t longest_ = 0;                           // longest left text, in bytes
   std::unordered_map<std::string, Earlier> earlier_;  // by left text
-  std::set<std::size_t> lengths_;                     // of those without the wildcard
+  std::set<std::size_t> lengths_;                     // bytes of the left texts without wildcard
 };
 
 }  // namespace

@@ -20,7 +20,7 @@ enum class ListProblem {
   kDuplicate,         // an earlier row has the same left text: this row never wins
   kShadowed,          // the left text begins with that of an earlier row: this row never wins
   kShort,             // one or two characters, which occur everywhere
-  kOpenWildcard,      // the wildcard ends the left text, so nothing ends what it takes in
+  kOpenWildcard,      // the wildcard ends the left text, so nothing ends what it captures
   kStrayWildcard,     // the right text has a wildcard and the left text has none
   kNul,               // the left text holds a NUL, which ends every attempt: this row never wins
   kUtf16,             // the file is UTF-16: no row can be used
@@ -31,7 +31,7 @@ enum class ListProblem {
   kTooLong,           // the left text is longer than any match: this row never wins
   kNoWildcardSet,     // several left texts hold a "*" or a "?", and no wildcard is set
   kUnusedWildcard,    // no left text holds the wildcard; about the whole list
-  kOwnEnding,  // the ending also occurs in front of the wildcard: next to nothing is taken in
+  kOwnEnding,  // the ending also occurs in front of the wildcard: next to nothing is captured
 };
 
 struct ListDiagnostic {
@@ -40,11 +40,11 @@ struct ListDiagnostic {
   std::int64_t earlier_line = 0;  // of the row that wins instead, or of the list's end
   std::string text;               // the left text, or the line that is not a row
   std::string earlier_text;       // the left text that wins instead
-  // Of kOwnEnding, and of kOpenWildcard when the wildcard takes in one byte alone: an example file
-  // and what a run leaves of it.
+  // Only for kOwnEnding, and for kOpenWildcard if the wildcard captures one byte alone: an example
+  // file, and its contents after a run.
   std::string example = {};
   std::string outcome = {};
-  // Of kNoWildcardSet: the character and the number of left texts that hold it.
+  // Only for kNoWildcardSet: the character and the number of left texts that hold it.
   char character = 0;
   std::int64_t count = 0;
 };
@@ -60,7 +60,7 @@ struct ListReview {
 // leftovers then does not look for everything that the file names.
 bool MayLackRows(const ListReview& review);
 
-// `reading` has its odd lines; `separator` is the one that it was read with. `joker` is the
+// `reading` must have been read with OddLines::kKeep and with `separator`. `joker` is the
 // wildcard's code, 0 for none.
 ListReview ReviewList(const ListReading& reading, std::string_view separator, std::uint8_t joker);
 

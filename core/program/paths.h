@@ -17,7 +17,7 @@ bool IsWorkFileName(const Program& program, const std::string& name);
 // The folder, the host's separator and the name, unchanged.
 std::string JoinPath(const Program& program, std::string_view folder, std::string_view name);
 
-// The same with the program's own folder.
+// Returns the path of `name` in the program's own folder.
 std::string InProgramFolder(const Program& program, std::string_view name);
 
 // The text before the last separator of a path; "." when it has none. A root keeps its separator.

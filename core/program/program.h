@@ -86,21 +86,21 @@ struct RunState {
   std::map<PassedOver, std::int64_t> passed_over_by_reason;  // files
   std::map<PassedOver, std::int64_t> left_out_by_reason;     // folders
   std::map<ErrorNumber, std::int64_t> failed_by_error;
-  // Something that somebody may miss has no copy.
+  // Whether something that somebody may miss has no copy.
   bool LacksCopies() const {
     return passed_over_files > 0 || left_out_folders > 0 || failed_files > 0;
   }
   Outcome first_failure;
   std::int64_t copies = 0;  // complete ones, processed or unchanged
-  // Of a folder run that finished: files in the target that this run did not make.
+  // Only after a folder run that finished: files in the target that this run did not make.
   bool target_was_empty = false;
   std::int64_t other_files = 0;
   ErrorNumber other_files_error = ErrorNumber::kNone;  // why they could not be counted
-  bool disk_full = false;                              // this ended the run
+  bool disk_full = false;                              // a full disk ended the run
   // What a stop request left: the path of an incomplete copy, and of a work file beside its source.
   std::string cut_short;
   std::string left_work_file;
-  // By row of the tables; counted only for an observer.
+  // Matches by row of the tables; counted only for an observer.
   std::vector<std::int64_t> hits_of_rows;
 };
 

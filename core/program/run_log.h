@@ -19,7 +19,7 @@ inline constexpr const char* kDebugLogName = "Debug.log";
 // missing file.
 void gLog(const Program& program, std::string_view message);
 
-// The same for the debug log, whether logging is on or not.
+// Writes a record to the debug log as gLog does, but whether logging is on or not.
 void gDebug(const Program& program, std::string_view message);
 
 }  // namespace morvex

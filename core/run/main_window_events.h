@@ -27,8 +27,8 @@ void FolderTreeview1_Cancelled(Program& program);
 // Any other event of the tree, about `folder`.
 void FolderTreeview1_FolderEvent(Program& program, const std::string& folder);
 
-// The delay before an unattended run. Handles window events meanwhile and ends early when the
-// program is to stop.
+// Waits for `duration`, the delay before an unattended run. Handles window events meanwhile and
+// ends early if the program is to stop.
 void Wait(Program& program, std::chrono::milliseconds duration);
 void Timer1_Timer(Program& program);
 

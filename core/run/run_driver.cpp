@@ -49,8 +49,8 @@ void ResetCounters(RunState& run) {
   run.RunStarted = true;
 }
 
-// An earlier run's result could be mistaken for this one's. Before the first run the labels hold
-// what start-up wrote.
+// Clears the labels, because an earlier run's result could be mistaken for this run's. Before the
+// first run the labels keep what start-up wrote.
 void ClearResult(Program& program) {
   MainForm& form = program.frmMorvex;
   if (program.run.end == RunEnd::kNone) return;
@@ -135,7 +135,8 @@ RunEnd RunFolder(Program& program, const std::string& source, const std::string&
   LookAtTarget(program, target);
   ErrorNumber error = FolderPrepass(program, source, target);
   if (program.Beeindigd) {
-    // The passes see to the work file: once the program is to stop, Normaliseer makes no path.
+    // The passes have already dealt with the work file. No path to it can be made now: Normaliseer
+    // makes none once the program is to stop.
     Unload(program.frmMorvex);
     Unload(program.frmOpties);
     Unload(program.frmReplacements);
@@ -231,7 +232,7 @@ void ArmRun(Program& program) {
 
 void cmdGo_Click(Program& program) {
   if (IsBusy(program)) return;
-  // They would cover the main window, which shows the run.
+  // The other windows would cover the main window, which shows the run.
   program.frmReplacements.visible = false;
   program.frmOpties.visible = false;
   program.frmMorvex.visible = program.frmMorvex.loaded.get();

@@ -7,22 +7,24 @@
 
 namespace morvex {
 
-// The main window's Anonymize: arms a run and writes the settings file. Nothing while a run works.
+// The main window's Anonymize: arms a run and writes the settings file. Does nothing while a run
+// works or a list is being read.
 void cmdAnonymize_Click(Program& program);
 
-// Arms a run: notes the time and shows Go as ready. Nothing while a run works.
+// Arms a run: notes the time and shows Go as ready. Does nothing while a run works or a list is
+// being read.
 void ArmRun(Program& program);
 
-// The main window's Go: hides the other windows and performs the run that the forms describe.
-// Nothing while a run works.
+// The main window's Go: hides the other windows and performs the run that the forms describe. Does
+// nothing while a run works or a list is being read.
 void cmdGo_Click(Program& program);
 
-// The run that the forms and the settings describe.
+// Returns the run that the forms and the settings describe.
 RunRequest RequestFromForms(const Program& program);
 
 // Performs the armed run that `program.request` describes: checks source and target, calls the
-// passes, shows the result and writes the run summary. `program.run.end` tells how it ended.
-// Nothing while a run works.
+// passes, shows the result and writes the run summary. `program.run.end` tells how it ended. Does
+// nothing while a run works or a list is being read.
 void PerformRun(Program& program);
 
 }  // namespace morvex

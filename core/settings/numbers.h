@@ -13,8 +13,8 @@ namespace morvex {
 // kTypeMismatch when the text is not a number, kOverflow when 16 bits do not hold it.
 Result<std::int16_t> ToInteger16(std::string_view text);
 
-// The number at the beginning of the text, 0 when there is none; the rest is ignored. Rounded in
-// the same way, with the same kOverflow.
+// Returns the number at the beginning of the text, 0 if there is none; the rest is ignored. Rounds
+// as ToInteger16 does. Returns kOverflow if 16 bits do not hold the number.
 Result<std::int16_t> LeadingInteger16(std::string_view text);
 
 }  // namespace morvex

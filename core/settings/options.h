@@ -15,8 +15,8 @@ namespace morvex {
 // after a message, when the entry would hold more than one ".".
 std::string FormatExtensie(Program& program, const std::string& typed);
 
-// The main window's options picture: shows the options window and activates it. Nothing while a run
-// works.
+// The main window's options picture: shows the options window and activates it. Does nothing while
+// a run works or a list is being read.
 void imOpties_Click(Program& program);
 
 // Sets the window's fields from the settings, so that text that was not applied is lost. Only
@@ -31,8 +31,8 @@ void txtExtensie_GotFocus(Program& program);
 
 // Handles only the keys that add and remove.
 void lstExtensie_KeyDown(Program& program, int key, int shift);
-// The user selects or deselects an entry, which becomes the current one. Nothing for an index out
-// of range.
+// The user selects or deselects an entry, which becomes the current one. Does nothing for an index
+// out of range.
 void lstExtensie_Select(Program& program, std::size_t index, bool selected);
 // The list loses the focus: updates the counters and the main window's label.
 void lstExtensie_Validate(Program& program);
@@ -41,7 +41,8 @@ void cmdListExtensie_Down_Click(Program& program);
 // Sets the logging box. A value that it cannot take changes nothing.
 void chkLoggen_Click(Program& program, int value);
 
-// Applies separator and wildcard and hides the window. Nothing while a run works.
+// Applies separator and wildcard and hides the window. Does nothing while a run works or a list is
+// being read.
 void cmdToepassen_Click(Program& program);
 
 // Says which folder holds the settings file, and opens the file browser there when the file exists.

@@ -31,7 +31,8 @@ std::string TailBehindWildcard(const std::string& text, std::uint8_t joker) {
 }  // namespace
 
 bool HasEndingInBeginning(std::string_view left, std::uint8_t joker) {
-  // As the first byte it is an ordinary character; the ending begins behind it even then.
+  // A wildcard that is the first byte is an ordinary character; the ending begins behind it even
+  // then.
   const std::size_t wildcard =
       joker == 0 ? std::string_view::npos : left.find(static_cast<char>(joker), 1);
   if (wildcard == std::string_view::npos) return false;
@@ -100,7 +101,7 @@ void MakeTables(const ReplacementList& list, std::uint8_t joker, SubstitutionTab
     Set_Joker(tables, "Left", row, list.rows[i].left_has_wildcard);
     Set_Joker(tables, "Right", row, list.rows[i].right_has_wildcard);
   }
-  // It cannot fail: every row has its flag.
+  // FillArrays cannot fail here: every row has its flag.
   FillArrays(list, joker, tables);
 }
 

@@ -58,16 +58,16 @@ struct SubstitutionTables {
 };
 
 // Whether the ending of a left text, all that follows its wildcard, also occurs in front of the
-// wildcard. A match then finds its ending too early: the wildcard takes in about two bytes, however
+// wildcard. A match then finds its ending too early: the wildcard captures about two bytes, however
 // far away the intended ending is.
 bool HasEndingInBeginning(std::string_view left, std::uint8_t joker);
 
 // Whether the left text ends in its only wildcard and no left text of the list is longer than it
-// (`longest`, in bytes). An attempt then ends at the width of the tables, and the wildcard takes in
+// (`longest`, in bytes). An attempt then ends at the width of the tables, and the wildcard captures
 // one byte alone.
 bool TakesInOneByte(std::string_view left, std::uint8_t joker, std::size_t longest);
 
-// Each "[CRLF]" (exactly so) becomes CR LF.
+// Returns the text with CR LF in place of each "[CRLF]" (exactly so).
 std::string ExpandCRLF(std::string_view text);
 
 // Sets PairCount, LeftTexts and RightTexts. The first step of FillArrays.

@@ -90,9 +90,9 @@ constexpr std::array<std::u32string_view, 26> kGroups = {
     U"\xA64A\xA64B\x1C88",
 };
 
-// A sign, then the letter that it stands for. They are no other case of that letter: s and k are in
-// most texts, and searching for these signs at each of them would cost too much. Present-day texts
-// do not use them.
+// A sign, then the letter that it stands for. The signs are no other case of these letters: s and k
+// are in most texts, and searching for the signs at each of them would cost too much. Present-day
+// texts do not use the signs.
 constexpr std::u32string_view kLongS = U"\x17Fs";
 constexpr std::u32string_view kKelvin = U"\x212Ak";
 

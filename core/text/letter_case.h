@@ -29,8 +29,8 @@ struct Ligature {
   std::size_t letters = 0;  // how many letters it stands for
 };
 
-// Returns the ligatures that may stand for the first letters of a text, whatever the case of these;
-// one of more letters comes before those that it begins with.
+// Returns the ligatures that may stand for the first letters of a text, in any letter case. A
+// ligature of more letters comes before the ligatures that stand for its first letters.
 std::vector<Ligature> LigaturesAtBeginning(std::u32string_view text);
 
 }  // namespace morvex

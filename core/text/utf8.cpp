@@ -8,7 +8,7 @@ namespace {
 
 constexpr char32_t kLastCharacter = 0x10FFFF;
 
-// The smallest code point that needs so many bytes; a smaller one is overlong.
+// By number of bytes, the smallest code point that needs so many. A smaller one would be overlong.
 constexpr std::array<char32_t, kLongestUtf8 + 1> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
 
 // Bytes of the sequence that a lead byte announces; 0 for a byte that is no lead byte.

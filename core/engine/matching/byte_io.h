@@ -1,4 +1,5 @@
-// Where a substitution reads its bytes and where it writes them. Whoever has files adapts them.
+// The source from which a substitution reads bytes, and the sink to which it writes them. Callers
+// adapt their files to these interfaces.
 #pragma once
 
 #include <cstddef>
@@ -12,21 +13,21 @@ namespace morvex {
 class ByteSource {
  public:
   virtual ~ByteSource() = default;
-  // Reads up to `size` bytes from the 0-based `offset`; returns how many it read, 0 only at the
-  // end.
+  // Reads up to `size` bytes from the 0-based `offset` into `into`. Returns the number of bytes
+  // read, which is 0 only at the end of the source.
   virtual Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) = 0;
-  // The next bytes are not there yet, as in a stream that somebody else still writes: a read would
-  // wait for them.
+  // Whether the next read would block, because another program has not yet written the bytes of a
+  // stream.
   virtual bool MustWait() { return false; }
 };
 
 class ByteSink {
  public:
   virtual ~ByteSink() = default;
-  // Writes all of `bytes` at the 0-based `offset`, over what stands there. An error may be that of
-  // an earlier call; nothing more is written after one.
+  // Writes all of `bytes` at the 0-based `offset` and overwrites what is there. The returned error
+  // may belong to an earlier, delayed write. After an error the caller must not write again.
   virtual ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) = 0;
-  // Ends the writing and returns the first error of a delayed write. The last call.
+  // Completes delayed writes and returns the first error of any of them. No call may follow.
   virtual ErrorNumber Close() = 0;
 };
 

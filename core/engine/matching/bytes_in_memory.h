@@ -10,7 +10,7 @@
 
 namespace morvex {
 
-// The bytes must outlive it.
+// The bytes must outlive the source.
 class MemorySource : public ByteSource {
  public:
   explicit MemorySource(std::string_view bytes) : bytes_(bytes) {}

@@ -1,6 +1,5 @@
-// Finds the offsets where a prefix may stand: first a scan by three bytes, then a hash of up to
-// eight or sixteen. Where the scan passes so many offsets that it does not pay, it is left out for
-// a while.
+// Finds the offsets where a prefix may stand: first a scan by three bytes, then a hash of up to 8
+// or 16 bytes. When the scan passes too many offsets to be worth its time, the next blocks skip it.
 #pragma once
 
 #include <cstddef>
@@ -20,15 +19,16 @@ class CandidateFilter {
   // The number of offsets that Find needs room for.
   static constexpr std::size_t kRoom = kBlock + ScanTables::kSpareRoom;
 
-  // When the scan passes more than one offset in so many, it is left out for some blocks.
+  // The next blocks skip the scan when it passes more than one in kDense offsets.
   static constexpr std::size_t kDense = 4;
 
   // `index` must outlive the filter.
   CandidateFilter(const PrefixIndex& index, const std::vector<CompiledRow>& rows, Kernel kernel,
                   std::size_t dense = kDense);
 
-  // Writes the offsets among the first `count` bytes, ascending, to `offsets`, which has room for
-  // kRoom; returns how many. ScanTables::kReadAhead more bytes may be read.
+  // Writes those of the first `count` offsets where a prefix may stand to `offsets`, in ascending
+  // order, and returns their number. `offsets` has room for kRoom elements. ScanTables::kReadAhead
+  // bytes behind the last offset must be readable.
   std::size_t Find(const std::uint8_t* bytes, std::size_t count, std::uint16_t* offsets);
 
  private:
@@ -37,7 +37,7 @@ class CandidateFilter {
   ScanTables tables_;
   Scan scan_;
   std::size_t dense_;
-  int blocks_without_scan_ = 0;  // that are still to come
+  int blocks_without_scan_ = 0;  // that still skip the scan
 };
 
 }  // namespace morvex

@@ -49,7 +49,7 @@ void CaptureMemory::TriedUpTo(std::uint64_t offset) {
   accounted_up_to_ = std::max(accounted_up_to_, offset);
 }
 
-// Cutting leaves the first byte, whatever cut the buffer before.
+// A cut keeps only the first byte, so cuts that are merely recorded can be dropped.
 void CaptureMemory::CutLong() {
   if (vain_row_ != kNone) WorkOut();
   may_be_long_ = false;
@@ -62,7 +62,7 @@ void CaptureMemory::CutLong() {
   }
 }
 
-// Applies the events that are only recorded.
+// Applies the recorded events to the buffer.
 void CaptureMemory::WorkOut() {
   if (vain_row_ != kNone) {
     const CompiledRow& row = list_.rows[static_cast<std::size_t>(vain_row_)];

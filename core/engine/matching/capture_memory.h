@@ -1,12 +1,12 @@
 // The capture buffer while a source is processed.
 //
-// Every attempt of a wildcard row overwrites the buffer, and every attempt of another row whose
-// first byte matches cuts it down to one byte. This happens at nearly every offset, but the result
-// is read only where a right text has a wildcard, and at the end: the state after one source is the
-// state before the next one, also of another list. So this class only records the last events that
-// the buffer depends on, and works out the bytes when somebody asks for them. A list that captures
-// nothing then pays for one test of a flag per match; a list that captures but has no wildcard on
-// the right pays for the record.
+// Every attempt of a wildcard row overwrites the buffer. Every attempt of another row whose first
+// byte matches cuts it down to one byte. This happens at nearly every offset, but the bytes are
+// read only where a right text has a wildcard, and at the end of the source: the next source starts
+// with the same buffer, even under another list. So this class records only the last events that
+// the buffer depends on, and computes the bytes when they are asked for. A list that captures
+// nothing pays for the test of one flag per match. A list that captures but has no wildcard on the
+// right pays for the records.
 #pragma once
 
 #include <array>
@@ -26,43 +26,48 @@ class CaptureMemory {
   // `list` must outlive the object.
   explicit CaptureMemory(const CompiledList& list);
 
-  // Another source begins; `state` holds what the last one left, and receives what this one leaves.
+  // Call when another source begins. `state` holds the buffer that the last source left and
+  // receives the buffer that this source leaves.
   void Open(const InputWindow& input, CaptureState& state);
 
-  // The events, in the order in which they happen.
+  // The next functions report events, in the order in which the events happen.
 
-  // The attempt at `offset` captured bytes; `more` as in MatchAttempt.
+  // The attempt at `offset` captured bytes; for `more` see MatchAttempt::Round.
   void Captured(std::uint64_t offset, const MatchAttempt& attempt,
                 const std::vector<std::uint8_t>& more);
-  // The row, the only one to be tried at `offset`, kept its span open to the last round and failed.
+  // `row`, the only row to try at `offset`, captured bytes up to its last round and failed.
   void CapturedInVain(std::int32_t row, std::uint64_t offset) {
     vain_row_ = row;
     vain_offset_ = offset;
     may_be_long_ = true;
   }
-  // The rows of the table behind `after` and in front of `before` were tried at `offset`.
+  // The table rows between `after` and `before`, both excluded, were tried at `offset`.
   void TriedRows(std::uint64_t offset, std::int64_t after, std::int64_t before);
-  // All rows were tried at the offsets up to `offset` that are not accounted for yet; none matched.
+  // At every offset that is not accounted for yet and lies in front of `offset`, all rows were
+  // tried and none matched.
   void TriedUpTo(std::uint64_t offset);
   // A row that cuts the buffer was tried.
   void Cut() {
     if (may_be_long_) CutLong();
   }
-  // The offsets in front of this one are accounted for.
+  // Marks the offsets in front of `offset` as accounted for.
   void StartAt(std::uint64_t offset) { accounted_up_to_ = offset; }
 
   // The buffer's bytes, valid until the next call here or until the window moves.
   std::string_view Bytes();
-  // Bytes() lie in the window, so InputWindow::kPadding more may be read.
+  // Whether the bytes of Bytes() lie in the window. Then InputWindow::kPadding bytes behind them
+  // may be read.
   bool AreInWindow() const { return in_window_ && more_.empty(); }
 
-  // Call before the window drops bytes, and at the end: stores the buffer's bytes in the state.
+  // Stores the buffer's bytes in the state. Call before the window drops bytes, and at the end of
+  // the source.
   void Settle();
 
  private:
   static constexpr std::int32_t kNone = -1;
 
-  // Rows whose attempts at an offset may have cut the buffer.
+  // The table rows between `after` and `before`, both excluded, were tried at `offset` and may have
+  // cut the buffer.
   struct Tried {
     std::uint64_t offset = 0;
     std::int64_t after = 0;
@@ -74,18 +79,19 @@ class CaptureMemory {
   bool AnyCuts(const Tried& tried) const;
 
   const CompiledList& list_;
-  std::array<bool, 256> cuts_{};  // by first byte
+  std::array<bool, 256> cuts_{};  // by byte: a row that begins with it cuts the buffer
   bool any_cuts_ = false;
   const InputWindow* input_ = nullptr;
   CaptureState* state_ = nullptr;
   bool may_be_long_ = false;  // the buffer may have more than one byte
   std::uint64_t accounted_up_to_ = 0;
-  // The last events, in this order; the ones before them no longer matter.
+  // The recorded events that WorkOut has yet to apply. If vain_row_ is set, it failed after the
+  // rows of tried_ were tried. Earlier events no longer matter.
   std::int32_t vain_row_ = kNone;
   std::uint64_t vain_offset_ = 0;
   Tried tried_;
-  // When in the window, the buffer is `count_` bytes of the source from `first_` on, then `more_`;
-  // otherwise it is the state's. Without the events above.
+  // The buffer before the recorded events. If in_window_, it consists of `count_` bytes of the
+  // source from offset `first_` on, then `more_`. Otherwise it is the state's buffer.
   bool in_window_ = false;
   std::uint64_t first_ = 0;
   std::size_t count_ = 0;

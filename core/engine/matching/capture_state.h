@@ -5,8 +5,8 @@
 
 namespace morvex {
 
-// What a match attempt leaves for the next one, across rows, files and lists. Every attempt ends
-// with its span closed, so nothing of a span is kept.
+// The capture buffer, which outlives every attempt: the next row, file and list start with it. No
+// span is kept, because every attempt ends with its span closed.
 struct CaptureState {
   std::vector<std::uint8_t> CaptureBuffer = {0};
 };

@@ -22,16 +22,16 @@ PatternRow PatternOf(const SubstitutionTables& tables, std::int64_t row, std::ui
   return pattern;
 }
 
-// The one byte with which the attempt's next round goes on; nothing when every byte or no byte
-// does.
+// Returns the only byte that the attempt's next round accepts; nothing if it accepts every byte or
+// no byte.
 std::optional<std::uint8_t> OnlyByte(const PatternRow& row, const MatchAttempt& attempt) {
   const int cell = row.Cell(attempt.position());
   if (attempt.span_open() || cell <= 0 || row.IsWildcardAt(attempt.position())) return std::nullopt;
   return static_cast<std::uint8_t>(cell);
 }
 
-// Runs the rounds that only one byte can pass, until the row could match without a further byte.
-// Returns those bytes.
+// Runs the attempt as long as its next round accepts only one byte and the row does not match yet.
+// Returns the bytes of these rounds.
 std::string_view TakePrefix(const PatternRow& row, MatchAttempt& attempt) {
   std::size_t size = 0;
   // Stays empty: the prefix ends at the first wildcard behind its start.
@@ -49,7 +49,7 @@ std::string_view TakePrefix(const PatternRow& row, MatchAttempt& attempt) {
   return row.left.substr(0, size);
 }
 
-// The attempt ends with the next byte, whatever it is, and has captured nothing.
+// Whether the next byte ends the attempt, whatever it is, and nothing has been captured.
 bool IsDecided(const PatternRow& row, const MatchAttempt& attempt) {
   const bool ends = attempt.failed() || (!attempt.span_open() && row.Cell(attempt.position()) <= 0);
   return ends && attempt.captured_count() == 0;

@@ -32,7 +32,8 @@ struct RowEffect {
   bool is_short = false;       // `short_text` is all that is written
 };
 
-// Rows in table order, without those that can have no effect on a run.
+// One row of the table. CompiledList::rows has them in table order, without rows that are known
+// never to match.
 struct CompiledRow {
   static constexpr int kPlain = -1;
 
@@ -51,27 +52,30 @@ struct CompiledAttempt {
   int tail = 0;                // index into `tails`; 0 when the attempt need not search for a tail
   bool is_usual = false;    // the rest of the left text is the wildcard and its tail, nothing else
   bool opens_span = false;  // the first round behind the prefix is on the wildcard
-  // From every offset in front of this one a span stays open to the last round, so the row fails.
+  // At every offset in front of this one the row fails, because its span stays open to the last
+  // round.
   std::uint64_t hopeless_until = 0;
 };
 
 struct CompiledList {
-  // `tables` must outlive the list and may not change; `wildcard` is its code, 0 for none.
+  // `tables` must outlive the list and may not change. `wildcard` is the wildcard's character code,
+  // 0 for none.
   CompiledList(const SubstitutionTables& tables, std::uint8_t wildcard);
 
   std::int64_t table_size = 0;  // rows in the table
   std::vector<CompiledRow> rows;
-  std::vector<RowEffect> effects;  // by row
-  std::string right_bytes;         // kRightPadding more bytes may be read behind each text
+  std::vector<RowEffect> effects;  // by index in `rows`
+  // The right texts. kRightPadding bytes behind each of them may be read.
+  std::string right_bytes;
   static constexpr std::size_t kRightPadding = 32;
   std::vector<CompiledAttempt> attempts;
-  std::vector<std::string_view> tails = {""};  // the distinct tails; the first stands for none
-  // By first byte, ascending: the table rows whose attempt cuts the capture buffer down to one byte
-  // as soon as that first byte has matched.
+  std::vector<std::string_view> tails = {""};  // the distinct tails; tails[0] means no tail
+  // By first byte: the table rows, ascending, whose attempt cuts the capture buffer down to one
+  // byte as soon as that first byte has matched.
   std::array<std::vector<std::int64_t>, 256> cutting_rows;
 
  private:
-  // For the row that is added next.
+  // Adds the row's right text and effect. Call it directly before the row is added to `rows`.
   void AddRightText(const std::string& text, std::uint8_t wildcard, CompiledRow& row);
 };
 

@@ -1,6 +1,7 @@
-// Rules out offsets where no prefix stands, by a hash of the first bytes there: one probe of a
-// table that fits into a core's first-level cache for all but very long lists, and for long
-// prefixes a second one. It may pass an offset where no prefix stands, as a Bloom filter does.
+// Rules out offsets where no prefix stands. A hash of the first bytes there selects one entry of a
+// table, and for long prefixes one entry of a second table. The first table fits into a core's
+// first-level cache for all but very long lists. Like a Bloom filter, this filter may pass an
+// offset where no prefix stands.
 #pragma once
 
 #include <array>
@@ -21,7 +22,7 @@ inline std::uint64_t Load64(const std::uint8_t* bytes) {
   return value;
 }
 
-// Leaves the first `count` (1 to 8) bytes of a Load64.
+// A mask that keeps the first `count` (1 to 8) bytes of a Load64.
 constexpr std::uint64_t FirstBytesMask(std::size_t count) {
   return ~std::uint64_t{0} >> (64 - 8 * count);
 }
@@ -33,23 +34,24 @@ inline std::uint64_t Mix(std::uint64_t value) {
   return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
 
-// First bytes of prefixes, of each the same number of bytes.
+// The beginnings of prefixes, all of the same length.
 struct PrefixStarts {
-  std::size_t bytes = 0;                // 1 to 8
+  std::size_t bytes = 0;                // length of each, 1 to 8
   std::vector<std::uint64_t> distinct;  // as Load64 returns them
 };
 
 class HashFilter {
  public:
-  // Passes the offsets where one of the starts stands.
+  // Makes a filter that passes every offset where one of `starts` stands.
   explicit HashFilter(const std::vector<PrefixStarts>& starts);
 
-  // For prefixes that all have more than 8 bytes, the shortest `shortest`: adds a second probe that
-  // hashes up to 16 bytes. It pays where the first 8 alone pass too much, as over four letters.
+  // Adds a second probe, which hashes up to 16 bytes. All prefixes must be longer than 8 bytes;
+  // `shortest` is the length of the shortest. The probe pays where the first 8 bytes alone pass too
+  // many offsets, as in texts of only four letters.
   void AddSecondProbe(const std::vector<std::string_view>& prefixes, std::size_t shortest);
   bool has_second_probe() const { return !second_.empty(); }
 
-  // The form of the table, which a loop over offsets can check once, in front of the loop.
+  // The form of the table. A loop over offsets checks it once, before the loop.
   enum class Form {
     kBytes,    // starts of one length; an entry is a byte
     kBits,     // starts of one length; an entry is a bit
@@ -57,7 +59,7 @@ class HashFilter {
   };
   Form form() const { return form_; }
 
-  // Returns 1 where a prefix may stand, else 0. Never 0 where one does. Reads 8 bytes.
+  // Returns 1 if a prefix may stand at `bytes`, 0 if none does. Reads 8 bytes.
   template <Form kForm>
   std::uint8_t MayHold(const std::uint8_t* bytes) const {
     const std::uint64_t start = Load64(bytes);
@@ -68,7 +70,8 @@ class HashFilter {
     return may;
   }
 
-  // The same by up to 16 bytes. Only with a second probe, and where MayHold returned 1.
+  // Returns 1 if a prefix may stand at `bytes`, 0 if none does. Reads 16 bytes. Call only with a
+  // second probe, and where MayHold returned 1.
   std::uint8_t PassesSecondProbe(const std::uint8_t* bytes) const {
     const std::uint64_t bit =
         Hash(Hash(Load64(bytes)) ^ (Load64(bytes + 8) & second_mask_)) >> kSecondShift;
@@ -77,7 +80,7 @@ class HashFilter {
 
  private:
   static constexpr int kSecondShift = 64 - 18;
-  static constexpr int kBytesShift = 64 - 15;  // 32 KiB, as are the bits of most lists
+  static constexpr int kBytesShift = 64 - 15;  // 32 KiB, as the bits of most lists take
 
   static std::uint64_t Hash(std::uint64_t start) { return start * 0x9E3779B97F4A7C15; }
   std::uint8_t Bit(std::uint64_t start) const {

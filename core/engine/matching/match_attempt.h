@@ -19,16 +19,17 @@ struct PatternRow {
   enum class Flag {
     kPlain,     // captures nothing and cuts the capture buffer down to one byte
     kWildcard,  // captures bytes
-    kMissing,   // there are fewer flags than rows: the first round fails
+    kMissing,   // the row has no flag: the first round fails
   };
 
   std::string_view left;
   std::string_view tail;      // empty for a row without the wildcard
-  std::int64_t width = 0;     // the longest left text of the list
+  std::int64_t width = 0;     // length in bytes of the list's longest left text
   std::uint8_t wildcard = 0;  // 0: none
   Flag flag = Flag::kPlain;
 
-  // The byte at a position counted from 1: 0 behind the text, -1 outside of the table.
+  // Returns the left text's byte at a position counted from 1; 0 behind the text, -1 outside the
+  // table.
   int Cell(int position) const {
     if (position < 0 || position > width) return -1;
     if (position == 0 || static_cast<std::size_t>(position) > left.size()) return 0;
@@ -43,25 +44,25 @@ class MatchAttempt {
   // The last round that an attempt can have: its counters are 16 bits wide.
   static constexpr int kLastRound = 32767;
 
-  // Runs round `round()` with its byte. `tail_ends_here`: the row's tail stands in the bytes read
-  // so far and ends with this one. Returns false when the attempt ends, without the byte. A
-  // captured byte that does not directly follow the other captured ones in the input is appended to
-  // `more`.
+  // Runs round number round() with the byte that it reads. `tail_ends_here`: the row's tail ends
+  // with this byte. Returns false if the attempt ends; the byte then does not count. A captured
+  // byte that does not directly follow the other captured bytes in the input is appended to `more`.
   bool Round(const PatternRow& row, std::uint8_t byte, bool tail_ends_here,
              std::vector<std::uint8_t>& more);
 
-  // Skips to `round` (kLastRound at most) as if the rounds up to there had been run. Only while
-  // InOpenSpan, and only over bytes that hold no NUL and no end of the tail.
+  // Skips to `round` (kLastRound at most) as if the rounds up to there had been run. Call only
+  // while InOpenSpan, and only over bytes that hold no NUL and no end of the tail.
   void SkipTo(const PatternRow& row, int round);
 
-  // Sets the state that an attempt has after all its rounds when it continues from `behind_prefix`,
-  // on the wildcard, and meets neither a NUL nor an end of the tail.
+  // Sets the state that an attempt has after its last round if it continues from `behind_prefix`,
+  // where it stands on the wildcard, and meets neither a NUL nor an end of the tail.
   void FailInSpan(const PatternRow& row, const MatchAttempt& behind_prefix);
 
-  // Sets the state that an attempt has after all its rounds when it continues from `behind_prefix`,
-  // on the row's only wildcard, and the tail, which is the rest of the left text, ends with the
-  // byte of `tail_round`. That round is behind the one on the wildcard and less than kLastRound, no
-  // NUL stands in front of it, and the next byte is not the tail's second one.
+  // Sets the state that an attempt has after its last round if it continues from `behind_prefix`,
+  // where it stands on the row's only wildcard, and matches up to the tail, which is the rest of
+  // the left text. `tail_round` reads the tail's last byte. It comes after the wildcard's round and
+  // is less than kLastRound. No NUL may stand in front of that byte, and the byte behind it must
+  // not be the tail's second byte.
   void MatchUpToTail(const MatchAttempt& behind_prefix, int tail_round) {
     *this = behind_prefix;
     round_ = tail_round + 1;
@@ -70,7 +71,7 @@ class MatchAttempt {
     captured_count_ = tail_round - behind_prefix.round_;
   }
 
-  // An open span that only its tail, a NUL or the last round can close.
+  // Whether a span is open that only the tail, a NUL or the last round can close.
   bool InOpenSpan(const PatternRow& row) const {
     return span_open_ && !tail_seen_ && !failed_ && position_ <= row.width;
   }
@@ -81,15 +82,15 @@ class MatchAttempt {
   }
   int length() const { return round_ - 1; }
 
-  // Counts from 1.
+  // The number of the next round, from 1.
   int round() const { return round_; }
   int position() const { return position_; }
   bool span_open() const { return span_open_; }
   bool tail_seen() const { return tail_seen_; }
   bool failed() const { return failed_; }  // the next round ends the attempt
 
-  // The captured bytes: `captured_count` from the byte of round `captured_first` on, then those in
-  // `more`.
+  // The captured bytes: captured_count() bytes from the byte of round captured_first() on, then the
+  // bytes in `more`.
   int captured_first() const { return captured_first_; }
   int captured_count() const { return captured_count_; }
 
@@ -98,13 +99,13 @@ class MatchAttempt {
   void Capture(std::uint8_t byte, std::vector<std::uint8_t>& more);
 
   int round_ = 1;
-  int position_ = 1;  // in the left text
+  int position_ = 1;  // in the left text, from 1
   int extra_ = 0;     // bytes of the span beyond the length of the left text
   int captured_first_ = 0;
   int captured_count_ = 0;
   bool span_open_ = false;
   bool tail_seen_ = false;
-  bool failed_ = false;  // ends the next round, after the comparison
+  bool failed_ = false;  // the next round ends the attempt, after its comparison
   bool overflowed_ = false;
 };
 

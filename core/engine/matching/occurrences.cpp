@@ -6,11 +6,11 @@
 namespace morvex {
 namespace {
 
-// A search continues a little beyond its limit, so that the next one, a byte further, has nothing
-// to do.
+// A search continues up to this many bytes beyond its limit, so that the next search, whose limit
+// is a byte further, has nothing to do.
 constexpr std::uint64_t kStep = 4096;
 
-// The first `byte` at or behind `from` and in front of `end`, or `end`.
+// Returns the offset of the first `byte` at or behind `from` and in front of `end`, or `end`.
 std::uint64_t FindByte(const InputWindow& window, std::uint8_t byte, std::uint64_t from,
                        std::uint64_t end) {
   const std::uint8_t* const begin = window.At(from);

@@ -1,6 +1,7 @@
-// What lies ahead of a match attempt: the next NUL, and the next occurrence of a row's tail. Each
-// byte is searched once for each of them, however many attempts ask, because what was found, or not
-// found, is remembered. Offsets are those of the source.
+// Finds what lies ahead of a match attempt: the next NUL, and the next occurrence of a row's tail.
+// Every byte is searched only once for each of the two, however many attempts ask, because each
+// class remembers how far it has searched and what it found. Offsets count from the start of the
+// source.
 #pragma once
 
 #include <cstddef>
@@ -16,16 +17,17 @@ inline constexpr std::uint64_t kNowhere = ~std::uint64_t{0};
 
 class NextNul {
  public:
-  // The first NUL at or behind `from`, if it lies in front of `limit`, or kNowhere; the source's
-  // end counts as one. `from` never goes back; `limit` is in the window or behind the source's end.
+  // Returns the offset of the first NUL at or behind `from` and in front of `limit`, or kNowhere.
+  // The source's end counts as a NUL. `from` must not decrease from call to call. Only bytes that
+  // the window shows are searched.
   std::uint64_t Find(const InputWindow& window, std::uint64_t from, std::uint64_t limit);
 
-  // There is none from the last `from` up to here.
+  // No NUL lies between the last `from` and this offset.
   std::uint64_t known_up_to() const { return found_ == kNowhere ? searched_ : found_; }
 
  private:
   std::uint64_t found_ = kNowhere;
-  std::uint64_t searched_ = 0;  // no other NUL lies between the last `from` and here
+  std::uint64_t searched_ = 0;  // no NUL but found_ lies between the last `from` and here
 };
 
 class NextTail {
@@ -33,24 +35,25 @@ class NextTail {
   // `tail` is not empty and must outlive the object.
   explicit NextTail(std::string_view tail);
 
-  // Forgets what was found: another source begins.
+  // Call when another source begins: forgets what was found.
   void Reset();
 
-  // The end of the first occurrence that begins at or behind `from`, if it ends at `limit` or in
-  // front of it, or kNowhere. As for NextNul::Find.
+  // Returns the offset behind the first occurrence of the tail that begins at or behind `from`, if
+  // that offset is at most `limit`; otherwise kNowhere. `from` must not decrease from call to call.
+  // Only bytes that the window shows are searched.
   std::uint64_t FindEnd(const InputWindow& window, std::uint64_t from, std::uint64_t limit);
 
-  // None has ended from the last `from` up to here.
+  // No occurrence that begins at or behind the last `from` ends at this offset or in front of it.
   std::uint64_t known_up_to() const { return found_ == kNowhere ? searched_ : found_ - 1; }
 
  private:
   std::string_view tail_;
-  // As in a Knuth-Morris-Pratt search. fallback_[n]: the size of the longest beginning of the tail
-  // that its first n bytes also end with and that is shorter than n.
+  // The failure function of a Knuth-Morris-Pratt search. fallback_[n] is the length of the longest
+  // beginning of the tail that is shorter than n and with which the tail's first n bytes end.
   std::vector<std::uint32_t> fallback_;
-  std::uint64_t found_ = kNowhere;  // an end
-  std::uint64_t searched_ = 0;      // the bytes in front of it are searched
-  std::size_t fitting_ = 0;         // so many of the tail's first bytes end at searched_
+  std::uint64_t found_ = kNowhere;  // the offset behind an occurrence
+  std::uint64_t searched_ = 0;      // all bytes in front of this offset are searched
+  std::size_t fitting_ = 0;         // how many of the tail's first bytes end at searched_
 };
 
 }  // namespace morvex

@@ -20,8 +20,8 @@ class Pace {
   void AddSteps(std::uint64_t count) { steps_ += count; }
   void AddHits(std::int64_t count) { hits_ += count; }
 
-  // Asks when enough steps have been made. False once the watcher has said stop; `read` bytes are
-  // done.
+  // Asks the watcher if enough steps have been made since the last question; `read` is the number
+  // of input bytes done. Returns false once the watcher has asked to stop.
   bool MayGoOn(std::uint64_t read) {
     if (!stopped_ && steps_ >= kStepsBetweenQuestions) {
       steps_ = 0;
@@ -42,7 +42,7 @@ class Pace {
 
   SubstitutionWatcher* watcher_ = nullptr;
   std::uint64_t steps_ = 0;  // since the last question
-  std::int64_t hits_ = 0;    // that the watcher does not know of yet
+  std::int64_t hits_ = 0;    // not yet reported to the watcher
   bool stopped_ = false;
 };
 

@@ -1,6 +1,6 @@
-// Collects bytes that are written at explicit positions, nearly always one directly behind the
-// other, and passes them to a sink in large blocks. The position may also go back: the last write
-// to a position stands.
+// Collects bytes that are written at explicit positions and passes them to a sink in large blocks.
+// Nearly every write follows directly behind the last one, but a position may also go back: the
+// last write to a position counts.
 #pragma once
 
 #include <cstddef>
@@ -15,18 +15,19 @@ namespace morvex {
 
 class PositionedOutput {
  public:
-  // So many pending bytes are passed to the sink.
+  // The most bytes that are pending. When there are more, they are passed to the sink.
   static constexpr std::size_t kBlock = std::size_t{128} << 10;
 
   PositionedOutput();
 
-  // Writes to another sink, which is empty and must outlive its time here.
+  // Starts to write to another sink, which must be empty and must live until Finish.
   void Open(ByteSink& sink);
 
   // Writes at the 1-based `position`. Bytes below position 1 are dropped.
   void Put(std::int64_t position, std::string_view bytes);
-  // Memory for many short pieces one behind the other, from `position` on; empty where they must go
-  // through Put. The next call must then be Fill, with the end of the bytes that were written.
+  // Memory into which the caller writes many short pieces, one behind the other, from `position`
+  // on. `at` is null if the pieces must go through Put instead. If anything was written, the next
+  // call must be Fill, with the end of the bytes written.
   struct Room {
     char* at = nullptr;
     char* end = nullptr;
@@ -44,11 +45,12 @@ class PositionedOutput {
   // The first error of the sink, if any; nothing is written after it.
   ErrorNumber error() const { return error_; }
 
-  // Writes the pending bytes and closes the sink. The last call for it.
+  // Writes the pending bytes, closes the sink and returns its first error. No other call for this
+  // sink may follow.
   ErrorNumber Finish();
 
  private:
-  // A piece of so many bytes is written directly.
+  // A piece of this many bytes or more is passed to the sink directly.
   static constexpr std::size_t kDirect = std::size_t{64} << 10;
 
   void Write(std::int64_t position, std::string_view bytes);

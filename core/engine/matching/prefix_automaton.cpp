@@ -10,8 +10,9 @@
 namespace morvex {
 namespace {
 
-// States with so few transitions cost no more in the table than outside. Of others the table takes
-// as many as a core's own caches hold.
+// With at most kSmallStride entries per state, the table takes no more memory than the other form,
+// so it holds all states. Otherwise it has at most kTableEntries entries, which fit into a core's
+// own caches.
 constexpr std::uint32_t kSmallStride = 4;
 constexpr std::size_t kTableEntries = std::size_t{1} << 17;
 
@@ -22,8 +23,7 @@ std::size_t CommonBeginning(std::string_view a, std::string_view b) {
                                   a.begin());
 }
 
-// The members' prefixes, reversed and as classes of bytes, in ascending order; equal ones in table
-// order.
+// The members' prefixes, reversed and with the class of each byte in its place, in ascending order.
 struct ReversedPrefixes {
   struct Prefix {
     std::string_view bytes;
@@ -35,7 +35,7 @@ struct ReversedPrefixes {
     std::size_t size = 0;
     for (const std::int32_t row : members)
       size += rows[static_cast<std::size_t>(row)].prefix.size();
-    all_bytes.reserve(size);  // the prefixes lie in it, so it may not move
+    all_bytes.reserve(size);  // `prefixes` point into it, so it may not move
     prefixes.reserve(members.size());
     for (const std::int32_t row : members) {
       const std::string_view prefix = rows[static_cast<std::size_t>(row)].prefix;
@@ -57,8 +57,8 @@ struct ReversedPrefixes {
 
 }  // namespace
 
-// The reversed prefixes. The nodes are numbered in depth-first order: behind a node that is no leaf
-// comes its first child.
+// The trie of the reversed prefixes. The nodes are numbered in depth-first order: the first child
+// of a node directly follows the node.
 struct PrefixAutomaton::Trie {
   struct Node {
     std::uint32_t parent = 0;
@@ -69,8 +69,8 @@ struct PrefixAutomaton::Trie {
   };
   std::vector<Node> nodes;  // the first is the root
   std::vector<std::uint32_t> nodes_of_outputs;
-  std::vector<std::uint32_t> by_depth;  // nodes
-  std::vector<std::size_t> levels;      // where each depth begins in `by_depth`; ends with the end
+  std::vector<std::uint32_t> by_depth;  // nodes, ordered by depth
+  std::vector<std::size_t> levels;  // where each depth begins in `by_depth`; the last is its end
 };
 
 PrefixAutomaton::PrefixAutomaton(const std::vector<CompiledRow>& rows,
@@ -110,7 +110,7 @@ void PrefixAutomaton::Grow(const std::vector<CompiledRow>& rows,
   trie.nodes.emplace_back();
   outputs_.emplace_back();
   trie.nodes_of_outputs.push_back(0);
-  std::vector<std::uint32_t> path(longest_ + 1);  // to the last prefix's node, by depth
+  std::vector<std::uint32_t> path(longest_ + 1);  // nodes on the way to the last prefix, by depth
   last = {};
   for (const ReversedPrefixes::Prefix& prefix : reversed.prefixes) {
     const std::size_t common = CommonBeginning(last, prefix.bytes);
@@ -140,7 +140,7 @@ void PrefixAutomaton::Grow(const std::vector<CompiledRow>& rows,
 
 void PrefixAutomaton::NumberStates(std::size_t states_in_table, Trie& trie) {
   std::vector<Trie::Node>& nodes = trie.nodes;
-  trie.levels.resize(longest_ + 3);  // the deepest nodes' children have a level as well
+  trie.levels.resize(longest_ + 3);  // one empty level for the children of the deepest nodes
   for (const Trie::Node& node : nodes) ++trie.levels[node.depth + 1U];
   for (std::size_t i = 1; i < trie.levels.size(); ++i) trie.levels[i] += trie.levels[i - 1];
   std::vector<std::size_t> ends = trie.levels;
@@ -173,7 +173,8 @@ void PrefixAutomaton::NumberStates(std::size_t states_in_table, Trie& trie) {
   }
 }
 
-// Level by level: a failure state is nearer to the root than its state, so it is complete already.
+// Works level by level: a failure state is nearer to the root than its state, so it is complete
+// already.
 void PrefixAutomaton::Link(Trie& trie) {
   for (std::size_t depth = 0; depth <= longest_; ++depth) {
     for (std::size_t i = trie.levels[depth]; i < trie.levels[depth + 1] && depth > 0; ++i) {
@@ -229,7 +230,7 @@ std::size_t PrefixAutomaton::Slot(std::uint32_t from, std::uint8_t byte_class) c
   return Mix(std::uint64_t{from} << 8 | byte_class) & (edges_.size() - 1);
 }
 
-// The root when there is none.
+// Returns the root if there is no such edge.
 PrefixAutomaton::State PrefixAutomaton::FindEdge(std::uint32_t from,
                                                  std::uint8_t byte_class) const {
   for (std::size_t slot = Slot(from, byte_class);; slot = (slot + 1) & (edges_.size() - 1)) {
@@ -239,7 +240,7 @@ PrefixAutomaton::State PrefixAutomaton::FindEdge(std::uint32_t from,
 }
 
 PrefixAutomaton::State PrefixAutomaton::NextOfSparse(State state, std::uint8_t byte_class) const {
-  if (byte_class == 0) return kRoot;  // a leaf's first class is 0 and is no child
+  if (byte_class == 0) return kRoot;  // a leaf has first_class 0 but no child
   do {
     const State index = state & kIndexMask;
     const Sparse& here = sparse_[index];
@@ -269,7 +270,7 @@ void PrefixAutomaton::Find(const std::uint8_t* bytes, std::size_t count, std::si
   std::array<Found, kBlock> block;
   for (std::size_t offset = count; offset > 0;) {
     const std::size_t begin = offset - std::min(offset, kBlock);
-    std::size_t kept = 0;  // no branch: it could not be predicted
+    std::size_t kept = 0;  // counted without a branch, which could not be predicted
     while (offset > begin) {
       --offset;
       state = Next(state, classes_[bytes[offset]]);

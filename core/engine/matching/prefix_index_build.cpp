@@ -9,8 +9,8 @@ namespace {
 
 constexpr std::size_t kStepBytes = PrefixIndex::kStepBytes;
 
-constexpr std::size_t kGroupSize = 8;  // so few rows are compared one by one
-// A group may be so large where that spares a probe.
+constexpr std::size_t kGroupSize = 8;  // the most rows that are compared one by one
+// The most rows of a group where a group that large spares a probe.
 constexpr std::size_t kLargeGroupSize = 24;
 
 constexpr std::size_t kCache = std::size_t{256} << 10;
@@ -22,7 +22,7 @@ const std::uint8_t* Bytes(std::string_view text) {
   return reinterpret_cast<const std::uint8_t*>(text.data());
 }
 
-// Up to `count` bytes of the prefix from `depth` on, as Load64 returns them.
+// Returns up to `count` bytes of the prefix from `depth` on, as Load64 returns them.
 std::uint64_t BytesOf(std::string_view prefix, std::size_t depth, std::size_t count = kStepBytes) {
   std::uint64_t value = 0;
   for (std::size_t i = depth < prefix.size() ? std::min(count, prefix.size() - depth) : 0; i > 0;
@@ -32,7 +32,7 @@ std::uint64_t BytesOf(std::string_view prefix, std::size_t depth, std::size_t co
   return value;
 }
 
-// The number of the length of steps for prefixes with `rest` (1 or more) bytes left.
+// Returns the number, 0 to 4, of the step length for prefixes with `rest` (1 or more) bytes left.
 std::size_t LengthOf(std::size_t rest) {
   if (rest >= kStepBytes) return 4;
   return rest >= 4 ? 3 : rest - 1;
@@ -53,8 +53,8 @@ PrefixIndex::PrefixIndex(const std::vector<CompiledRow>& rows) : rows_(rows) {
   MakeFilter();
 }
 
-// Sorts the rows and drops the shadowed ones: an earlier plain row has the same prefix, or one that
-// theirs begins with.
+// Sorts the rows and drops the shadowed ones. A row is shadowed if an earlier plain row has the
+// same prefix, or a prefix with which this row's prefix begins.
 void PrefixIndex::OrderRows() {
   Members sorted(rows_.size());
   for (std::size_t i = 0; i < sorted.size(); ++i) sorted[i] = static_cast<std::int32_t>(i);
@@ -62,7 +62,7 @@ void PrefixIndex::OrderRows() {
             [this](std::int32_t a, std::int32_t b) { return IsInFront(a, b); });
   struct Beginning {
     std::string_view prefix;
-    std::int32_t first_plain = kNone;  // the first plain row of this prefix and of its beginnings
+    std::int32_t first_plain = kNone;  // first plain row with this prefix or a beginning of it
   };
   std::vector<Beginning> beginnings;
   for (const std::int32_t row : sorted) {
@@ -113,10 +113,10 @@ std::size_t PrefixIndex::Shortest(const Members& members) const {
   return shortest;
 }
 
-// Each length of steps costs a probe. So longer steps join the next shorter length, taking as few
-// bytes, where all of the joined steps then lead to groups. If some led to nodes, long prefixes
-// would continue behind short steps too, and one offset could need more probes than kMostReached
-// has room for. Returns which lengths others have joined.
+// Each length of steps costs a probe. So the rows of a longer length join the next shorter length
+// that has rows, and take its short steps, if all steps of the joined length then lead to groups.
+// If some led to nodes, long prefixes would continue behind short steps, and one offset could need
+// more probes than kMostReached has room for. Returns which lengths other lengths have joined.
 std::array<bool, PrefixIndex::kLengths> PrefixIndex::Join(std::array<Members, kLengths>& by_length,
                                                           std::size_t depth) const {
   std::array<bool, kLengths> joined{};
@@ -143,7 +143,8 @@ std::array<bool, PrefixIndex::kLengths> PrefixIndex::Join(std::array<Members, kL
   return joined;
 }
 
-// The index behind the last member that continues with the same `take` bytes as the one at `at`.
+// Returns the index behind the last member that continues with the same `take` bytes as the member
+// at `at`.
 std::size_t PrefixIndex::EndOfStep(const Members& members, std::size_t at, std::size_t depth,
                                    std::size_t take) const {
   const std::uint64_t taken = BytesOf(Prefix(members[at]), depth, take);

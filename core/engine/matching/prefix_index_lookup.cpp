@@ -8,10 +8,10 @@ namespace {
 
 constexpr std::size_t kStepBytes = PrefixIndex::kStepBytes;
 
-// So many bytes of a long prefix are compared in the time of one probe.
+// How many bytes of a long prefix are compared in the time of one probe.
 constexpr std::size_t kBytesPerProbe = 16;
 
-// Masks of a member's bytes 1 to 8 and 9 to 16, by the number of bytes.
+// Masks of a member's bytes 1 to 8 and 9 to 16, by the number of bytes that it has there.
 constexpr auto kMemberMasks = [] {
   std::array<std::array<std::uint64_t, 2>, 2 * kStepBytes + 1> masks{};
   for (std::size_t size = 1; size < masks.size(); ++size) {
@@ -148,7 +148,7 @@ inline std::int32_t PrefixIndex::Best::Row() const {
   return kUndecided;
 }
 
-// Without a branch, which could not be predicted.
+// Works without a branch, which could not be predicted.
 template <bool kAttempts>
 inline void PrefixIndex::Best::Note(const Member& member, bool stands) {
   const std::uint32_t missing = stands ? 0 : kNoRow;
@@ -179,7 +179,7 @@ std::size_t PrefixIndex::LookUp(const std::uint8_t* bytes, std::size_t size,
   return probes > count ? probes - count : 0;
 }
 
-// Every first step leads to a group.
+// For an index in which every first step leads to a group.
 template <bool kAttempts>
 inline std::size_t PrefixIndex::LookUpOneStep(const std::uint8_t* bytes, std::size_t size,
                                               const std::uint16_t* offsets, std::size_t count,
@@ -190,7 +190,7 @@ inline std::size_t PrefixIndex::LookUpOneStep(const std::uint8_t* bytes, std::si
   for (std::size_t i = 0; i < count; ++i) {
     const std::uint8_t* const start = bytes + offsets[i];
     const std::array<std::uint64_t, 2> here = {Load64(start), Load64(start + kStepBytes)};
-    if (i > 0 && here == last && prefixes_are_short_) {  // in a run of one byte
+    if (i > 0 && here == last && prefixes_are_short_) {  // as in a run of one byte
       found[i] = found[i - 1];
       continue;
     }

@@ -1,9 +1,9 @@
 // Finds the offsets at which rows may match, and these rows.
 //
-// The filters and the index are fast where few prefixes stand, and slow where many nearly do: there
-// they make several probes at each offset. The automaton takes the same short time for every byte.
-// So the search begins with filters and index, and hands the offsets that follow to the automaton
-// when a block takes too many probes.
+// The filters and the index are fast where few prefixes stand, and slow where many prefixes nearly
+// match: there they make several probes at each offset. The automaton takes the same short time for
+// every byte. So the search begins with filters and index, and hands the offsets that follow to the
+// automaton when a block takes too many probes.
 #pragma once
 
 #include <algorithm>
@@ -20,7 +20,7 @@
 
 namespace morvex {
 
-// How the candidates are found. It makes no difference to what is found.
+// How candidates are found. The method affects speed, not what is found.
 enum class SearchMethod {
   kWhatPays,   // filters and index; the automaton where rows nearly match too often
   kAutomaton,  // the automaton alone
@@ -32,19 +32,20 @@ struct Candidate {
 
   std::uint64_t offset = 0;
   std::int32_t plain = kNone;   // the plain row that matches when no row in front of it does
-  bool needs_attempts = false;  // the rows in PrefixSearch::found(), or the only one, do
+  bool needs_attempts = false;  // rows must be tried: those in PrefixSearch::found()
   std::int32_t only_attempt =
-      kNone;  // set when no other row stands there; then use it, not found()
+      kNone;  // the only row there, if it is one to try; then found() is not set
 };
 
 class PrefixSearch {
  public:
-  // `index`, of `rows`, and `rows` must outlive the search. `dense` as in CandidateFilter.
+  // `index` must be the index of `rows`; both must outlive the search. For `dense` see
+  // CandidateFilter::kDense.
   PrefixSearch(const PrefixIndex& index, const std::vector<CompiledRow>& rows, Kernel kernel,
                SearchMethod method = SearchMethod::kWhatPays,
                std::size_t dense = CandidateFilter::kDense);
 
-  // Another source begins.
+  // Call when another source begins.
   void Reset() { offsets_for_automaton_ = always_automaton_ ? kAllOffsets : 0; }
 
   // The most offsets that the next Search can take.
@@ -52,17 +53,18 @@ class PrefixSearch {
     return offsets_for_automaton_ > 0 ? kAutomatonBlock : CandidateFilter::kBlock;
   }
 
-  // Searches the `count` (block() at most) offsets from `begin` on, whose bytes stand at `bytes`,
-  // of which `size` may be read. PrefixIndex::kReadAhead and ScanTables::kReadAhead more bytes are
-  // read but count as absent.
+  // Searches `count` (block() at most) offsets from `begin` on. `bytes` points to the byte at
+  // `begin`; `size` bytes may be read. PrefixIndex::kReadAhead and ScanTables::kReadAhead more
+  // bytes are read but treated as absent.
   //
-  // Calls `run_batch` for each batch of candidates, in ascending order. Its argument has
-  //   bool Next(std::uint64_t from, Candidate& candidate): the next candidate at or behind `from`,
-  //     or false when the batch has no more;
-  //   std::size_t extra_probes() const: of the index, beyond those of an ordinary list;
-  //   void Prefetch(effects) const: brings the effects of its plain rows into the cache.
-  // It returns false to end the search. Returns how many offsets were searched: fewer than `count`
-  // when `run_batch` ended the search or the method changed.
+  // Calls `run_batch` for each batch of candidates, in ascending order. The argument of `run_batch`
+  // has
+  //   bool Next(std::uint64_t from, Candidate& candidate): sets the next candidate at or behind
+  //     `from`, or returns false when the batch has no more;
+  //   std::size_t extra_probes() const: the index's probes beyond those of an ordinary list;
+  //   void Prefetch(effects) const: brings the effects of the batch's plain rows into the cache.
+  // `run_batch` returns false to end the search. Search returns how many offsets were searched:
+  // fewer than `count` if `run_batch` ended the search or the method changed.
   template <class RunBatch>
   std::size_t Search(const std::uint8_t* bytes, std::size_t count, std::size_t size,
                      std::uint64_t begin, RunBatch run_batch) {
@@ -70,12 +72,13 @@ class PrefixSearch {
                                       : SearchByIndex(bytes, count, size, begin, run_batch);
   }
 
-  // The rows at the last candidate that need an attempt, in table order. In front of its plain row.
+  // The rows of the last candidate that need an attempt: those in front of its plain row, in table
+  // order.
   const std::vector<std::int32_t>& found() const { return found_; }
 
  private:
-  // With more than one extra probe in so many offsets, the offsets that follow are left to the
-  // automaton.
+  // When a block takes more than one extra probe in kFewProbes offsets, the automaton searches the
+  // next kOffsetsForAutomaton offsets.
   static constexpr std::size_t kFewProbes = 4;
   static constexpr std::size_t kOffsetsForAutomaton = std::size_t{1} << 16;
   static constexpr std::size_t kAutomatonBlock = std::size_t{1} << 16;  // twice the longest prefix
@@ -83,7 +86,7 @@ class PrefixSearch {
 
   class IndexBatch {
    public:
-    // Sets `rows`, which the batch goes on using.
+    // Looks up the offsets and writes the results to `rows`, which the batch keeps using.
     IndexBatch(PrefixSearch& search, const std::uint8_t* bytes, std::size_t size,
                std::uint64_t begin, const std::uint16_t* offsets, std::size_t count,
                std::int32_t* rows)
@@ -167,7 +170,7 @@ class PrefixSearch {
    private:
     PrefixSearch& search_;
     std::uint64_t begin_;
-    const PrefixAutomaton::Found* next_;  // behind the next one: they are in descending order
+    const PrefixAutomaton::Found* next_;  // behind the next candidate: in descending order
     const PrefixAutomaton::Found* end_;
   };
 
@@ -201,7 +204,7 @@ class PrefixSearch {
     run_batch(batch);
     return count;
   }
-  // Sets states_.
+  // Runs the automaton over `count` bytes and sets states_.
   void RunAutomaton(const std::uint8_t* bytes, std::size_t count, std::size_t size);
 
   const PrefixIndex& index_;
@@ -209,8 +212,8 @@ class PrefixSearch {
   CandidateFilter filter_;
   std::optional<PrefixAutomaton> automaton_;  // built when it is first needed
   bool always_automaton_;
-  bool automaton_refused_;                 // would take too much memory
-  std::size_t offsets_for_automaton_ = 0;  // left to search by it
+  bool automaton_refused_;                 // it would take too much time and memory
+  std::size_t offsets_for_automaton_ = 0;  // that it has yet to search
   std::array<std::uint16_t, CandidateFilter::kRoom> offsets_{};
   std::vector<PrefixAutomaton::Found> states_;
   std::vector<std::int32_t> found_;

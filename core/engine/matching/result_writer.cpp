@@ -52,8 +52,8 @@ void ResultWriter::WriteWithCaptured(const CompiledRow& row, const std::uint8_t*
   for (const std::size_t wildcard : row.wildcards) {
     WritePadded(text + from, wildcard - from);
     from = wildcard;
-    // Bytes 0 to n of the buffer. The tail's bytes, captured before the tail was recognised, are
-    // left out.
+    // Writes bytes 0 to n of the buffer, without the tail's bytes: they were captured before the
+    // tail was recognised.
     const std::string_view captured = captures.Bytes();
     const auto bound = static_cast<std::int64_t>(captured.size()) - 1;
     const std::int64_t n = bound - static_cast<std::int64_t>(row.tail_size) + 1;
@@ -68,7 +68,7 @@ void ResultWriter::WriteWithCaptured(const CompiledRow& row, const std::uint8_t*
       output_->Put(position_, captured.substr(0, static_cast<std::size_t>(written)));
     }
     position_ += n;
-    if (n > bound) return;  // the copy ran out of the buffer, which ends the right text here
+    if (n > bound) return;  // the buffer is too short, which ends the right text here
     ++position_;
   }
   WritePadded(text + from, size - from);

@@ -19,14 +19,14 @@ class ResultWriter {
   // `list` must outlive the object.
   explicit ResultWriter(const CompiledList& list) : list_(list) {}
 
-  // Another source begins. Both must outlive its time here.
+  // Call when another source begins. `input` and `output` must outlive their use here.
   void Open(const InputWindow& input, PositionedOutput& output);
 
   // Copies the input's bytes in front of `offset` that are not written or replaced yet.
   void CopyUpTo(std::uint64_t offset);
-  // Writes the right text of the row, and its wildcards as the captured bytes.
+  // Writes the row's right text, with the captured bytes in place of each wildcard.
   void WriteRightText(std::int32_t row, CaptureMemory& captures, Pace& pace);
-  // The input's bytes in front of `offset` are replaced.
+  // Marks the input's bytes in front of `offset` as replaced.
   void SkipTo(std::uint64_t offset) { copied_ = offset; }
   // The input's bytes in front of this offset are written or replaced.
   std::uint64_t copied() const { return copied_; }
@@ -34,8 +34,8 @@ class ResultWriter {
   void Flush() { output_->Flush(); }
   bool has_failed() const { return output_->error() != ErrorNumber::kNone; }
 
-  // Writes many short right texts straight into the output's memory. Between Begin and End nothing
-  // else may be asked of the writer.
+  // Writes many short right texts straight into the output's memory. Between Begin and End no other
+  // function of the writer may be called.
   class Burst {
    public:
     explicit Burst(ResultWriter& writer) : writer_(writer) { Begin(); }
@@ -47,8 +47,8 @@ class ResultWriter {
       bytes_ = writer_.input_->At(first_);
       hits_ = 0;
     }
-    // Replaces what the plain row matches at `offset`. False, and nothing done, when its right text
-    // is not short or there is no room.
+    // Replaces what a plain row with this effect matches at `offset`. Returns false, without doing
+    // anything, if the right text is not short or there is no room.
     bool Replace(std::uint64_t offset, const RowEffect& effect) {
       const auto before = static_cast<std::size_t>(offset - copied_);
       if (!effect.is_short || room_.at == nullptr ||
@@ -77,7 +77,7 @@ class ResultWriter {
     PositionedOutput::Room room_;
     const char* begin_ = nullptr;
     std::uint64_t first_ = 0;
-    const std::uint8_t* bytes_ = nullptr;  // the input's from first_ on
+    const std::uint8_t* bytes_ = nullptr;  // the input's bytes from first_ on
     std::uint64_t copied_ = 0;
     std::int64_t hits_ = 0;
   };
@@ -88,7 +88,8 @@ class ResultWriter {
   // Longer pieces are left to memcpy.
   static constexpr std::size_t kLongPiece = 1024;
 
-  // Both must have room for kCopyStep more bytes.
+  // The last step of a copy may read kCopyStep bytes beyond the piece, in the input or in a right
+  // text.
   static_assert(kCopyStep <= InputWindow::kPadding && kCopyStep <= CompiledList::kRightPadding);
   static void CopyShort(char* to, const std::uint8_t* from, std::size_t size) {
     if (size > kLongPiece) {

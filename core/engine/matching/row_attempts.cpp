@@ -31,7 +31,7 @@ RowAttempts::Match RowAttempts::FirstMatch(std::uint64_t offset, const std::int3
     if (!pace_->MayGoOn(offset)) return {};
     pace_->AddSteps(kStepsPerAttempt);
     const bool matches = Try(AttemptOf(rows[i]), offset);
-    // The rows in front of it will capture their bytes again.
+    // When more bytes have arrived, all rows will be tried, and will capture, again.
     if (undecided_) return {};
     if (attempt_.captured_count() > 0) {
       captures_.Captured(offset, attempt_, more_);
@@ -47,7 +47,7 @@ RowAttempts::Match RowAttempts::FirstMatch(std::uint64_t offset, const std::int3
   }
   const CompiledRow* const winner =
       match.row == kNone ? nullptr : &list_.rows[static_cast<std::size_t>(match.row)];
-  // Without a match and a capture it is an offset like any other.
+  // Without a match or a capture, the offset is accounted for later, by TriedUpTo.
   if (winner == nullptr && captured_by == kNoTableRow) return match;
   if (winner != nullptr && winner->cuts) {
     captures_.Cut();
@@ -65,12 +65,12 @@ bool RowAttempts::FailInSpan(const CompiledAttempt& compiled) {
   return false;
 }
 
-// Returns whether the row of the attempt matches; `attempt_` is then as its last round left it.
-// Means nothing when undecided_.
+// Returns whether the row matches at `offset`, and leaves its finished attempt in `attempt_`. Both
+// mean nothing if undecided_ is then set.
 bool RowAttempts::Try(CompiledAttempt& compiled, std::uint64_t offset) {
   const PatternRow& pattern = compiled.pattern;
   if (offset < compiled.hopeless_until) return FailInSpan(compiled);
-  // The rounds that meet a NUL or the end of the tail, if any round can.
+  // The rounds that read the first NUL and the end of the tail; kNowhere if no round does.
   std::uint64_t nul_round = kNowhere;
   std::uint64_t tail_round = kNowhere;
   const std::uint64_t limit = offset + MatchAttempt::kLastRound;
@@ -83,7 +83,8 @@ bool RowAttempts::Try(CompiledAttempt& compiled, std::uint64_t offset) {
   if (nul_round == kNowhere && tail_round == kNowhere && compiled.opens_span) {
     undecided_ = IsStillToCome(limit - 1);
     if (undecided_) return false;
-    // Nothing ends the span in time, and the same holds for offsets ahead, as far as is searched.
+    // Nothing ends the span in time, neither here nor at later offsets whose rounds only read
+    // searched bytes.
     std::uint64_t known = next_nul_.known_up_to();
     if (compiled.tail > 0) known = std::min(known, TailOf(compiled).known_up_to());
     compiled.hopeless_until = known - std::min<std::uint64_t>(known, MatchAttempt::kLastRound);
@@ -101,7 +102,7 @@ bool RowAttempts::Try(CompiledAttempt& compiled, std::uint64_t offset) {
   return TryRounds(compiled, offset, nul_round, tail_round);
 }
 
-// Runs the attempt round by round, but for those inside the span.
+// Runs the attempt round by round, but skips the rounds inside the span.
 bool RowAttempts::TryRounds(const CompiledAttempt& compiled, std::uint64_t offset,
                             std::uint64_t nul_round, std::uint64_t tail_round) {
   const PatternRow& pattern = compiled.pattern;

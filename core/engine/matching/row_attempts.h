@@ -23,21 +23,22 @@ class RowAttempts {
     std::uint64_t length = 0;  // bytes matched
   };
 
-  // `list` must outlive the object. What holds for the offsets ahead is noted in its attempts.
+  // `list` must outlive the object, which sets `hopeless_until` in the list's attempts.
   explicit RowAttempts(CompiledList& list);
 
-  // Another source begins. What the last one left in the capture buffer is in `state`.
+  // Call when another source begins. `state` holds the capture buffer that the last source left.
   void Open(const InputWindow& input, CaptureState& state, Pace& pace);
 
-  // Tries the `count` rows, which are in table order, at `offset` and then takes the plain row, if
-  // there is one. The capture buffer ends up as if every row of the table had been tried.
+  // Tries the `count` rows, which are in table order, at `offset`. If none of them matches, `plain`
+  // does, unless it is kNone. The capture buffer ends up as if every row of the table had been
+  // tried in turn.
   Match FirstMatch(std::uint64_t offset, const std::int32_t* rows, std::size_t count,
                    std::int32_t plain);
 
-  // The row is known to fail at the offsets in front of this one.
+  // Returns the offset in front of which the row is known to fail.
   std::uint64_t HopelessUntil(std::int32_t row) { return AttemptOf(row).hopeless_until; }
-  // The row, the only one found at the last offsets, has failed there without an attempt, the last
-  // time at `offset`.
+  // Records that `row`, the only row found at the last offsets, failed there without an attempt.
+  // The last of these offsets is `offset`.
   void FailedUpTo(std::int32_t row, std::uint64_t offset) {
     if (AttemptOf(row).pattern.flag == PatternRow::Flag::kWildcard) {
       captures_.CapturedInVain(row, offset);
@@ -46,8 +47,8 @@ class RowAttempts {
 
   // Call before each block of offsets.
   void OpenBlock() { undecided_ = false; }
-  // The last FirstMatch found neither a match nor that there is none: it needs bytes of a stream
-  // that are still to come.
+  // Whether the last FirstMatch could not decide, because it needs bytes of a stream that have not
+  // arrived yet.
   bool undecided() const { return undecided_; }
 
   CaptureMemory& captures() { return captures_; }
@@ -64,7 +65,7 @@ class RowAttempts {
   NextTail& TailOf(const CompiledAttempt& compiled) {
     return next_tails_[static_cast<std::size_t>(compiled.tail - 1)];
   }
-  // The byte of a stream is not there yet, and may be any byte.
+  // Whether the byte at `offset` has not arrived yet from a stream.
   bool IsStillToCome(std::uint64_t offset) const {
     return offset >= input_->end() && !input_->ended();
   }
@@ -72,12 +73,12 @@ class RowAttempts {
   CompiledList& list_;
   CaptureMemory captures_;
   NextNul next_nul_;
-  std::vector<NextTail> next_tails_;  // by the list's tails, without the first
+  std::vector<NextTail> next_tails_;  // one for each of the list's tails but the first
   const InputWindow* input_ = nullptr;
   Pace* pace_ = nullptr;
   bool undecided_ = false;
   MatchAttempt attempt_;            // the last one
-  std::vector<std::uint8_t> more_;  // captured by it apart from the other bytes
+  std::vector<std::uint8_t> more_;  // captured bytes that are apart from the others
 };
 
 }  // namespace morvex

@@ -10,25 +10,26 @@
 
 namespace morvex {
 
-// Each is null where this machine lacks the instructions.
+// Each returns null if this machine lacks the instructions.
 Scan PortableScan();
 Scan Ssse3Scan();
 Scan Avx2Scan();
 
-// Two bytes as an index into ScanTables::pairs.
+// Returns two bytes as an index into ScanTables::pairs.
 inline std::size_t PairAt(const std::uint8_t* bytes) {
   std::uint16_t pair = 0;
   std::memcpy(&pair, bytes, sizeof pair);
   return pair;
 }
 
-// What the vector forms share. They test as many offsets at once as a vector has bytes; `hits` has
-// a bit for each that passes, the lowest for the offset `at`.
+// The vector forms share the functions below. They test as many offsets at once as a vector has
+// bytes. `hits` has a bit for each offset, set if the offset passes; the lowest bit stands for the
+// offset `at`.
 
-// Writes an offset for every bit of `hits` and returns how many. Two are always written: that costs
-// less than a branch, which could not be predicted.
+// Writes the offset of every set bit of `hits` and returns their number. Always writes at least two
+// elements: that costs less than a branch, which could not be predicted.
 inline std::size_t WriteOffsets(std::uint32_t hits, std::size_t at, std::uint16_t* offsets) {
-  // The upper bit keeps the value from being zero, for which countr_zero would need a test.
+  // The highest bit keeps the value from being zero, for which countr_zero would need a test.
   std::uint64_t bits = hits | std::uint64_t{1} << 63;
   const auto take = [at, &bits] {
     const auto bit = static_cast<std::size_t>(std::countr_zero(bits));
@@ -42,7 +43,7 @@ inline std::size_t WriteOffsets(std::uint32_t hits, std::size_t at, std::uint16_
   return count;
 }
 
-// Clears the bits of the offsets behind `count`.
+// Clears the bits of the offsets from `count` on.
 inline std::uint32_t InFrontOf(std::size_t count, std::size_t at, std::size_t width,
                                std::uint32_t hits) {
   return at + width <= count ? hits : hits & ((std::uint32_t{1} << (count - at)) - 1);

@@ -28,7 +28,7 @@ Kernel BestKernel() {
 namespace {
 
 // Deals prefixes out so that those in one bucket begin alike: the fewer different bytes a bucket
-// has, the fewer offsets pass it. A prefix that is shorter than the depth passes every byte behind
+// has, the fewer offsets pass it. A prefix that is shorter than kDepth accepts every byte behind
 // its end, so such prefixes have buckets of their own.
 class Dealer {
  public:
@@ -46,7 +46,8 @@ class Dealer {
     first_long_ = (has_short_[1] ? 1U : 0U) + (has_short_[2] ? 1U : 0U);
   }
 
-  // Call for the prefixes in the same order.
+  // Returns the prefix's bucket. Call it for the prefixes in the order in which the constructor saw
+  // them.
   std::size_t BucketOf(std::string_view prefix) {
     const std::string_view begin = prefix.substr(0, ScanTables::kDepth);
     if (begin.size() < ScanTables::kDepth) return begin.size() == 2 && has_short_[1] ? 1 : 0;

@@ -17,17 +17,18 @@ bool IsSupported(Kernel kernel);
 Kernel BestKernel();
 
 // Which bytes a prefix can begin with. The prefixes are dealt out over eight buckets, one bit each.
-// By position, the low and the high four bits of a byte each select the buckets that have a prefix
-// with such a byte there; an offset passes when a bucket is left after all positions.
+// At each of the kDepth positions, the low and the high four bits of a byte select the buckets that
+// have a prefix with such a byte at that position. An offset passes if some bucket is selected
+// every time.
 struct ScanTables {
   static constexpr std::size_t kDepth = 3;
   static constexpr std::size_t kBuckets = 8;
-  // The scan may read so many bytes behind the last offset that it is asked about, and overwrite so
-  // many entries behind the last offset that it returns.
+  // The scan may read kReadAhead bytes behind the last offset that it searches, and overwrite
+  // kSpareRoom entries behind the last one that it writes.
   static constexpr std::size_t kReadAhead = 64;
   static constexpr std::size_t kSpareRoom = 2;
 
-  // For the prefixes in ascending order. The portable form uses `pairs`, the others `low` and
+  // `prefixes` must be in ascending order. The portable form uses `pairs`, the others use `low` and
   // `high`.
   ScanTables(const std::vector<std::string_view>& prefixes, Kernel kernel);
 
@@ -37,8 +38,8 @@ struct ScanTables {
   std::vector<std::uint8_t> pairs;  // 1 where some prefix begins with these two bytes
 };
 
-// Writes the offsets that pass among the first `count` bytes, ascending, to `offsets`, which has
-// room for `count` and kSpareRoom more; returns how many. `count` is at most 65536.
+// Writes those of the first `count` offsets that pass to `offsets`, in ascending order, and returns
+// their number. `offsets` has room for `count` and kSpareRoom elements. `count` is at most 65536.
 using Scan = std::size_t (*)(const ScanTables& tables, const std::uint8_t* bytes, std::size_t count,
                              std::uint16_t* offsets);
 // Null when the machine does not support the kernel.

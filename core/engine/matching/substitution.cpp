@@ -75,8 +75,9 @@ SubstitutionEnd Substitution::ReasonToEnd(std::uint64_t offset) {
 }
 
 std::uint64_t Substitution::RunBlock(std::uint64_t offset) {
-  // Offsets from which an attempt sees all the bytes that it may need; of a stream that pauses,
-  // those in front of the first prefix that the bytes so far do not complete.
+  // The number of offsets that can be decided: those from which an attempt sees all bytes that it
+  // may need. If a stream pauses, those in front of the first prefix whose bytes have not all
+  // arrived.
   std::size_t open = input_->size();
   if (input_->IsShort()) {
     open = static_cast<std::size_t>(unfinished_.FirstOffset(*input_, offset) - offset);
@@ -105,14 +106,15 @@ std::uint64_t Substitution::RunBlock(std::uint64_t offset) {
   return next;
 }
 
-// Everything decided so far, the results of the bytes in front of `offset`, is written out first.
+// Writes out the results of all bytes in front of `offset`, then waits for more bytes.
 void Substitution::WaitForMore(std::uint64_t offset) {
   writer_.CopyUpTo(offset);
   writer_.Flush();
   if (!writer_.has_failed()) read_error_ = input_->Wait();
 }
 
-// Processes the candidates of a batch from `offset` on. Returns the offset behind the last match.
+// Processes the candidates of a batch from `offset` on. Returns the first offset that is not
+// decided.
 template <class Batch>
 std::uint64_t Substitution::RunCandidates(std::uint64_t offset, Batch batch) {
   CaptureMemory& captures = attempts_.captures();
@@ -150,9 +152,10 @@ std::uint64_t Substitution::RunCandidates(std::uint64_t offset, Batch batch) {
   return offset;
 }
 
-// Goes on to the next candidate that is not the same row in front of `hopeless_until`. False when
-// the batch has no more; `candidate` then has the last offset. A wildcard whose tail never comes
-// can fail at very many offsets, of which only the last one matters.
+// Skips the candidates in front of `hopeless_until` at which the same row is the only one: it fails
+// at all of them, and only the last failure matters to the capture buffer. Sets `candidate` to the
+// next candidate. Returns false if the batch has no more; `candidate` then has the last offset that
+// was skipped.
 template <class Batch>
 bool Substitution::SkipHopeless(Batch& batch, Candidate& candidate, std::uint64_t hopeless_until) {
   const std::int32_t row = candidate.only_attempt;

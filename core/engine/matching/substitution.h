@@ -34,16 +34,17 @@ enum class SubstitutionEnd {
 
 class Substitution {
  public:
-  // Made once for a run. Rows with an empty left text are never tried. `tables` must outlive the
-  // object and may not change; `wildcard` is its code, 0 for none. The machine must support the
-  // kernel.
+  // Make one object for a run. Rows with an empty left text are never tried. `tables` must outlive
+  // the object and may not change. `wildcard` is the wildcard's character code, 0 for none. The
+  // machine must support the kernel.
   Substitution(const SubstitutionTables& tables, std::uint8_t wildcard,
                Kernel kernel = BestKernel(), SearchMethod method = SearchMethod::kWhatPays);
   Substitution(const Substitution&) = delete;
   Substitution& operator=(const Substitution&) = delete;
 
-  // `input` and `output` have just been opened. `state` holds what the attempts of the last source
-  // left, and receives what those of this one leave; after an early end it is some state between.
+  // `input` and `output` must have just been opened. `state` holds the capture buffer that the last
+  // source left and receives the one that this source leaves. If the run ends early, `state` may
+  // hold an intermediate buffer.
   SubstitutionEnd Run(InputWindow& input, PositionedOutput& output, CaptureState& state,
                       SubstitutionWatcher& watcher);
 
@@ -54,7 +55,8 @@ class Substitution {
             SubstitutionWatcher& watcher);
   // The reason to end in front of `offset`, or kWholeFile for none.
   SubstitutionEnd ReasonToEnd(std::uint64_t offset);
-  // Processes a block of offsets from `offset` on. Returns the offset behind it and its matches.
+  // Processes a block of offsets from `offset` on. Returns the offset behind the block and behind
+  // its last match.
   std::uint64_t RunBlock(std::uint64_t offset);
   void WaitForMore(std::uint64_t offset);
   template <class Batch>
@@ -77,9 +79,9 @@ class Substitution {
   ResultWriter writer_;
   Pace pace_;
 
-  // Of the present Run.
+  // The members below belong to the current Run.
   InputWindow* input_ = nullptr;
-  std::int64_t* hits_of_rows_ = nullptr;  // the watcher's
+  std::int64_t* hits_of_rows_ = nullptr;  // the watcher's counters, or null
   bool no_progress_ = false;
   ErrorNumber read_error_ = ErrorNumber::kNone;
 };

@@ -8,14 +8,14 @@ namespace morvex {
 class SubstitutionWatcher {
  public:
   virtual ~SubstitutionWatcher() = default;
-  // So many matches since the last call; called at least once more before the end.
+  // Reports `count` matches since the last call. Called once more at the end.
   virtual void OnHits(std::int64_t count) = 0;
-  // Called at the first byte and then every few ten thousand steps, each of which takes some
-  // nanoseconds: a byte passed, a part of a look-up or of an attempt. `read` bytes are done.
-  // Returning false stops the substitution.
+  // Called at the first byte and then every few ten thousand steps. A step takes some nanoseconds:
+  // it is a byte passed, or a part of a look-up or of an attempt. `read` is the number of input
+  // bytes done. Returning false stops the substitution.
   virtual bool KeepGoing(std::uint64_t read) = 0;
-  // Counters by row of the tables, each raised by one at a match of its row; null when nobody wants
-  // to know. Asked once, at the start.
+  // Returns counters by row of the tables: each match of a row adds 1 to its counter. Returns null
+  // if matches need not be counted by row. Called once, at the start.
   virtual std::int64_t* HitsOfRows() { return nullptr; }
 };
 

@@ -16,7 +16,7 @@ UnfinishedPrefixes::UnfinishedPrefixes(const std::vector<CompiledRow>& rows,
 std::uint64_t UnfinishedPrefixes::FirstOffset(const InputWindow& window, std::uint64_t from) {
   const std::uint64_t end = window.end();
   settled_ = std::max(settled_, from);
-  // A piece of so many bytes holds every prefix that begins in it whole.
+  // A prefix that begins longest_ or more bytes in front of the end is there whole.
   if (end >= longest_) settled_ = std::max(settled_, end - longest_ + 1);
   for (settled_ = std::min(settled_, end); settled_ < end; ++settled_) {
     const auto* const bytes = reinterpret_cast<const char*>(window.At(settled_));
@@ -25,7 +25,8 @@ std::uint64_t UnfinishedPrefixes::FirstOffset(const InputWindow& window, std::ui
   return settled_;
 }
 
-// In ascending order the prefixes that continue the bytes come right behind them.
+// Whether a longer prefix begins with `bytes`. In ascending order such prefixes directly follow
+// `bytes`.
 bool UnfinishedPrefixes::IsBeginning(std::string_view bytes) const {
   const auto next = std::upper_bound(rows_by_prefix_.begin(), rows_by_prefix_.end(), bytes,
                                      [this](std::string_view text, std::int32_t row) {

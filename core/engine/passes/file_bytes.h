@@ -6,7 +6,7 @@
 
 namespace morvex {
 
-// The file must outlive it.
+// The file must outlive the source.
 class FileSource : public ByteSource {
  public:
   explicit FileSource(InputFile& file) : file_(file) {}
@@ -19,7 +19,7 @@ class FileSource : public ByteSource {
   InputFile& file_;
 };
 
-// The file must outlive it.
+// The file must outlive the sink.
 class FileSink : public ByteSink {
  public:
   explicit FileSink(OutputFile& file) : file_(file) {}

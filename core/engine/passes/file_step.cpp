@@ -41,13 +41,14 @@ Outcome ProcessInTurn(Program& program, const SourceFile& source, StaleWorkFile 
   }
 }
 
-// Whether a copy at `target` would replace its own source. `taken`: that name may be taken.
+// Whether a copy at `target` would replace its own source. `taken`: whether the name `target` may
+// be taken.
 Result<bool> IsOwnSource(const Program& program, const FileInfo& source, const std::string& target,
                          bool taken) {
   const Result<bool> same = IsSameFile(program, source, target);
   if (!same || same.value || !taken) return same;
-  // The name is taken, but the look-up found no file: a link that leads nowhere, or a look-up that
-  // cannot be trusted. Compare the folders' identities, to keep the source safe from the latter.
+  // The name is taken, but the look-up found no file: either a link leads nowhere, or the look-up
+  // cannot be trusted. To keep the source safe in the second case, compare the folders' identities.
   if (NameIn(program, target) != source.name) return false;
   FileService& files = program.host.files;
   const Result<FolderInfo> target_folder = files.LookUpFolder(FolderOf(program, target));
@@ -97,8 +98,8 @@ bool LogMissingCopy(Program& program, const Outcome& outcome) {
   return true;
 }
 
-// BytesTotal already includes the whole file. For one that was stopped it keeps only the bytes that
-// its copy has.
+// BytesTotal already includes the whole file. Of a file that was stopped, only the bytes of its
+// copy count.
 void CountStopped(Program& program, std::int64_t written) {
   program.run.BytesTotal = program.run.BytesBefore + written;
 }

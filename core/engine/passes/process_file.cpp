@@ -67,7 +67,7 @@ SubstitutionEnd SubstituteFile(Program& program, InputFile& source, OutputFile& 
   return end;
 }
 
-// A copy that came to nothing has no replacements: takes those of the current file back.
+// Takes the current file's replacements back from the counts, for a copy that came to nothing.
 class HitsBefore {
  public:
   explicit HitsBefore(const RunState& run)

@@ -12,13 +12,13 @@ namespace morvex {
 
 struct SourceFile {
   std::string folder;     // full path of its folder
-  std::string name;       // its last name
-  Result<FileInfo> info;  // the result of looking it up just now
+  std::string name;       // its name without the folder
+  Result<FileInfo> info;  // result of the file's look-up
   std::string path;       // as it is shown and logged
 };
 SourceFile LookUpSource(const Program& program, const std::string& folder, const std::string& name);
 
-// The outcome with which every file starts: path and size are known.
+// Returns the outcome with which every file starts: only path and size are set.
 Outcome OutcomeOf(const SourceFile& source);
 
 // Path of the work file for the files of `folder`. Empty once the program is to stop.
@@ -42,9 +42,8 @@ void DiscardWorkFile(Program& program, WorkFile& work);
 //   kProcessed    `work` holds the whole result;
 //   kStopped      `work` holds what was written before the stop;
 //   kPassedOver   by a skip rule, or because the file changed while it was read; no work file;
-//   kFailed       no work file. With kFileAlreadyExists the work file's name was taken, and what
-//   has
-//                 it is unchanged.
+//   kFailed       no work file. With kFileAlreadyExists the work file's name was taken, and the
+//                 file of that name is unchanged.
 // The caller sets Hits_Per_File and BytesBefore before the call, and moves or discards `work` after
 // it.
 Outcome ProcessFile(Program& program, const SourceFile& source, std::unique_ptr<WorkFile>& work);

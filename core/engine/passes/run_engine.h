@@ -1,4 +1,4 @@
-// What a run keeps from file to file: the list made ready, and the buffers that files pass through.
+// What a run keeps from file to file: the compiled list, and the buffers that files pass through.
 #pragma once
 
 #include <cstdint>
@@ -28,7 +28,8 @@ class RunEngine {
   std::uint8_t joker_;
 };
 
-// The program's engine, made anew when the list or the wildcard has changed since the last call.
+// Returns the program's engine. It is made anew if the list or the wildcard has changed since the
+// last call.
 RunEngine& EngineOf(Program& program);
 
 }  // namespace morvex

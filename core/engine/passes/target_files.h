@@ -17,7 +17,8 @@ void LookAtTarget(Program& program, const std::string& target);
 // meanwhile.
 void CountOtherFiles(Program& program, const std::string& target);
 
-// One sentence for the user about these files; empty if there are none.
+// Returns one sentence for the user about the files that are not of this run; empty if there are
+// none.
 std::string OtherFilesNote(const RunState& run);
 
 }  // namespace morvex

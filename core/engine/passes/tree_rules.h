@@ -24,7 +24,7 @@ class TreeRules {
   // How often a folder is entered on paths that contain a link.
   static constexpr std::int64_t kMostVisitsByLinks = 1000;
 
-  // Either folder may be missing; no folder then equals it.
+  // Either folder may be missing; then no folder counts as that one.
   TreeRules(Program& program, const std::string& source, const std::string& target);
 
   // The error of looking up the two folders. If it is not kNone, the rules protect nothing.
@@ -76,7 +76,7 @@ class FolderStack {
 
   // The walk goes on with the entries of this folder.
   void Enter(Level level, const FolderInfo& folder);
-  // The same for the folder at which the walk starts.
+  // Starts the walk with the entries of this folder.
   void Start(Level level) { levels_.push_back(std::move(level)); }
 
   // Returns the next entry of the current folder, or after its last one the next entry of the
