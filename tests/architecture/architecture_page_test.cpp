@@ -23,7 +23,7 @@ std::vector<std::string> PageLines() {
   return lines;
 }
 
-// The folders that hold sources themselves.
+// The folders that directly hold source files.
 std::set<std::string> Rooms() {
   std::set<std::string> rooms;
   for (const char* part : {"apps", "core", "host", "ui"}) {
@@ -41,7 +41,7 @@ bool IsSource(const std::string& text) {
   return has_ending && text.find('/') != std::string::npos;
 }
 
-// What stands between backticks.
+// Returns the texts between backticks.
 std::vector<std::string> Quoted(const std::string& line) {
   std::vector<std::string> quoted;
   for (std::size_t begin = line.find('`'); begin != std::string::npos;) {
@@ -53,7 +53,7 @@ std::vector<std::string> Quoted(const std::string& line) {
   return quoted;
 }
 
-// The source files that the section names.
+// Returns the source files that the section under this heading names.
 std::set<std::string> FilesIn(const std::string& heading) {
   std::set<std::string> files;
   bool is_inside = false;
