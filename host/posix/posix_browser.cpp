@@ -1,6 +1,6 @@
-// The file browser is started by a child process that ends at once, so the browser has no parent
-// here: we need not wait for it, an interrupt typed at our terminal does not reach it, and it
-// outlives us.
+// A child process with a session of its own starts the file browser and ends at once. So we need
+// not wait for the browser, an interrupt typed at our terminal does not reach it, and it outlives
+// us.
 #include "host/posix/posix_browser.h"
 
 #include <fcntl.h>
@@ -22,7 +22,8 @@ namespace {
 
 constexpr const char* kOpener = "xdg-open";
 
-// How the opener is started: without our streams, our ignored signals and our signal mask.
+// How the opener is started: with /dev/null as its standard streams, the default effect of the
+// signals that we handle or ignore, and no signal blocked.
 class StartSettings {
  public:
   StartSettings();
@@ -70,7 +71,7 @@ bool StartSettings::SetUp() {
              0;
 }
 
-// The folder of `file` as text. An absolute path, so that it cannot look like an option.
+// Returns the folder of `file` as an absolute path, which the opener cannot take for an option.
 Result<std::string> FolderOf(const std::string& file) {
   const ErrorNumber error = CheckPath(file, Missing::kPath);
   if (error != ErrorNumber::kNone) return error;

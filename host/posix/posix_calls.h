@@ -11,7 +11,7 @@
 
 namespace morvex::posix {
 
-// A path in the form that the *at calls take: an open folder and the rest of the path.
+// A path in the form that the *at calls take: an open folder and the path from there.
 class Reach {
  public:
   // `path` must outlive this object and contain no NUL byte.

@@ -21,7 +21,7 @@ Lock TryLock(int file, int kind) {
   return errno == EWOULDBLOCK ? Lock::kHeldByAnother : Lock::kUnknown;
 }
 
-// On a network file system a file that is open only for reading may allow only a shared lock.
+// On a network file system, a file that is open only for reading may allow only a shared lock.
 Lock TryAnyLock(int file) {
   const Lock lock = TryLock(file, LOCK_EX);
   return lock == Lock::kUnknown && errno == EBADF ? TryLock(file, LOCK_SH) : lock;
@@ -62,9 +62,9 @@ ErrorNumber DeleteUnclaimed(int folder, const char* name) {
   Descriptor file;
   if (S_ISREG(status.st_mode)) {
     file = OpenAt(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
-    // A file that we may not open is nobody's work file: those have the bits of a source that could
-    // be read. For a file that was deleted meanwhile return an error, because a new, claimed one
-    // may already have its name.
+    // A work file has the permission bits of a source that could be read, so a file that we may not
+    // open is no work file and is deleted without a test of its claim. If the file was deleted
+    // meanwhile, return an error: a new, claimed file may already have its name.
     const bool forbidden = errno == EACCES || errno == EPERM;
     if (!file.IsOpen() && !forbidden) return LastError(Missing::kFile);
   }

@@ -15,15 +15,15 @@
 namespace morvex::posix {
 
 // Creates and claims the file. If the result is not open, errno tells why: EEXIST if the name is
-// taken, or if another run took the new file away at once.
+// taken, or if another run has deleted the new file or is about to.
 Descriptor CreateClaimed(int folder, const char* name, mode_t permissions);
 
 // Returns another descriptor of the same open file. It keeps the claim when the first one is
 // closed.
 Descriptor KeepClaim(const Descriptor& file);
 
-// Deletes what has this name, unless it is a folder. kFileAlreadyOpen if another run claims it,
-// kFileNotFound if there is nothing.
+// Deletes the file, link or other entry of this name; a folder returns an error. Returns
+// kFileAlreadyOpen if another run claims the file, kFileNotFound if there is nothing.
 ErrorNumber DeleteUnclaimed(int folder, const char* name);
 
 }  // namespace morvex::posix

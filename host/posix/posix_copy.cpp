@@ -1,7 +1,7 @@
 // A copy gets its name only when it is whole. It is filled as a file without a name in the target's
 // folder, so nothing is left of it if it fails, is abandoned or the process is killed. On file
-// systems without nameless files it is filled under the work file's name, which the next run
-// deletes, and then renamed.
+// systems without nameless files the copy is filled under the work file's name and then renamed; if
+// the process is killed, the next run deletes the unfinished copy.
 #include "host/posix/posix_copy.h"
 
 #include <fcntl.h>
@@ -46,8 +46,8 @@ ErrorNumber CheckPaths(const std::string& from, const std::string& to) {
   return error != ErrorNumber::kNone ? error : CheckPath(to, Missing::kFile);
 }
 
-// A copy may replace any file but the source, and any link that does not lead to the source, a
-// folder or a device.
+// A copy may replace any ordinary file except the source, and any link except one that leads to the
+// source, a folder or a device.
 ErrorNumber CheckTarget(const std::string& to, const struct stat& source) {
   struct stat found {};
   if (Stat(to, &found) == 0) {
@@ -78,12 +78,13 @@ ErrorNumber Fill(const Copying& copying, int file) {
   return ErrorNumber::kNone;
 }
 
-// Codes by which the system reports that it has no nameless files here, or no way to name them.
+// Codes by which the system reports that it cannot create or cannot name nameless files here.
 bool HasNoUnnamedFiles(int code) {
   return code == EOPNOTSUPP || code == EISDIR || code == EINVAL || code == ENOENT;
 }
 
-// Names the open, nameless file behind the link `handle`. Empty if that is not possible here.
+// Gives the target's name to the nameless file that `handle`, its link in /proc/self/fd, leads to.
+// Returns nothing if that is not possible here.
 std::optional<ErrorNumber> GiveName(const std::string& handle, const Place& target) {
   const int folder = target.folder.Get();
   const char* name = target.name.c_str();
@@ -98,7 +99,7 @@ std::optional<ErrorNumber> GiveName(const std::string& handle, const Place& targ
   return ErrorNumber::kFileAlreadyExists;
 }
 
-// Empty if the folder's file system has no nameless files.
+// Fills a nameless file and then names it. Returns nothing if the system cannot do that here.
 std::optional<ErrorNumber> CopyUnnamed(const Copying& copying) {
   const int folder = copying.target.folder.Get();
   Descriptor file = OpenAt(folder, ".", O_TMPFILE | O_WRONLY, copying.FirstBits());
@@ -119,7 +120,7 @@ std::optional<ErrorNumber> CopyUnnamed(const Copying& copying) {
   return ErrorFromCode(code, Missing::kPath);
 }
 
-// Deletes a name in a folder when it goes out of scope, unless Keep was called.
+// Deletes the file `name` of a folder when it goes out of scope, unless Keep was called.
 class ScopedName {
  public:
   ScopedName(int folder, const char* name) : folder_(folder), name_(name) {}
@@ -136,8 +137,8 @@ class ScopedName {
   bool kept_ = false;
 };
 
-// Deletes a stale file of the partial copy's name. Never deletes the source, which may have that
-// name itself or be what a link of that name leads to.
+// Deletes a stale partial copy of this name. Never deletes the source, neither when the source has
+// this name nor when a link of this name leads to the source.
 ErrorNumber RemoveStalePartial(int folder, const char* name, const struct stat& source) {
   struct stat found {};
   if (fstatat(folder, name, &found, AT_SYMLINK_NOFOLLOW) != 0) {

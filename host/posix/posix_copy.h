@@ -8,8 +8,8 @@
 
 namespace morvex::posix {
 
-// Which special abilities of the system a copy may use. Where the system lacks one, the plain way
-// is taken in any case; tests forbid them to force the plain way.
+// Which special abilities of the system a copy may use. Where the system lacks one, the copy is
+// made without it; tests turn them off to force that.
 struct CopyWays {
   bool unnamed_file = true;    // fill a nameless file and name it when it is whole
   bool copy_in_kernel = true;  // let the system copy from file to file
@@ -21,8 +21,8 @@ struct CopyWays {
 ErrorNumber CopyWholeFile(const std::string& from, const std::string& to,
                           const KeepGoing& keep_going, CopyWays ways = {}, Descriptor source = {});
 
-// As FileService::MoveFile. A link at `from` is replaced by nothing, and `to` becomes a copy of the
-// file it leads to. `source` as for CopyWholeFile.
+// As FileService::MoveFile. If `from` is a link, the file it leads to is copied to `to` and the
+// link is deleted. `source` as for CopyWholeFile.
 ErrorNumber MoveWholeFile(const std::string& from, const std::string& to,
                           const KeepGoing& keep_going, Descriptor source = {});
 
@@ -31,7 +31,7 @@ ErrorNumber MoveFileToFreeName(const std::string& from, const std::string& to);
 
 // As FileService::DeleteFile.
 ErrorNumber DeleteOneFile(const std::string& path);
-// The same for a file that this process claims.
+// Deletes a file that this process claims.
 ErrorNumber DeleteClaimed(const std::string& path);
 
 }  // namespace morvex::posix

@@ -1,6 +1,7 @@
-// The system can copy from file to file without passing the bytes through this process, on some
-// file systems even without moving them. Where it cannot, or reports the end of a file early, plain
-// reading and writing takes over and decides where the end is.
+// The system can copy from file to file without passing the bytes through this process; on some
+// file systems the two files then share their blocks on the disk. Where the system cannot do that,
+// or reports the end of a file early, plain reading and writing takes over and decides where the
+// end is.
 #include "host/posix/posix_copy_data.h"
 
 #include <fcntl.h>
@@ -30,26 +31,27 @@ class DataCopier {
   DataCopier(int from, int to, const KeepGoing& keep_going, bool in_kernel)
       : from_(from), to_(to), keep_going_(keep_going), in_kernel_(in_kernel) {}
 
-  // Copies the bytes from `begin` to `end` or to the file's end.
+  // Copies the bytes from offset `begin` to `end`, or to the file's end.
   ErrorNumber CopyRange(std::uint64_t begin, std::uint64_t end);
-  // The same from 0 to `size`, leaving holes as holes.
+  // Copies the bytes from offset 0 to `size`; a hole in the source becomes a hole in the copy.
   ErrorNumber CopyAroundHoles(std::uint64_t size);
 
  private:
   bool MayGoOn();
-  // Each copies one piece and returns its size in bytes; 0 at the file's end.
+  // Copies one piece of the bytes from `at` to `end`. Returns its size in bytes; 0 at the file's
+  // end.
   Result<std::size_t> CopyPiece(std::uint64_t at, std::uint64_t end);
   Result<std::size_t> CopyThroughMemory(std::uint64_t at, std::uint64_t end);
   // Returns the piece's size in bytes, or -1 with errno set.
   ssize_t CopyInKernel(std::uint64_t at, std::uint64_t end) const;
-  // Extends the copy by the hole at the source's end, which no copied byte has reached.
+  // Extends the copy by the hole at the end of the source, if there is one.
   ErrorNumber SetLength(std::uint64_t size) const;
 
   const int from_;
   const int to_;
   const KeepGoing& keep_going_;
   bool in_kernel_;
-  bool ended_ = false;         // the source's end was reached
+  bool ended_ = false;         // the end of the source was reached
   std::uint64_t reached_ = 0;  // offset behind the last copied byte
   std::uint64_t since_question_ = 0;
   std::vector<char> buffer_;

@@ -8,10 +8,10 @@
 namespace morvex::posix {
 
 // Copies the bytes of `from` into the empty file `to`; holes stay holes. `status` is the status of
-// `from` when it was opened: a file that grows meanwhile is copied up to that size, one that
+// `from` when it was opened: a file that grows meanwhile is copied up to that size, a file that
 // shrinks up to its new end. With `in_kernel` false the system's own copying is not used. Asks
-// `keep_going` (may be empty) every 1 to 8 MiB, never for a file of one piece, and returns
-// kInvalidCall if that ended the copy.
+// `keep_going` (may be empty) every 1 to 8 MiB, but not about a file that is copied in one piece.
+// Returns kInvalidCall if `keep_going` ended the copy.
 ErrorNumber CopyData(int from, int to, const struct stat& status, const KeepGoing& keep_going,
                      bool in_kernel);
 

@@ -64,7 +64,7 @@ Result<Descriptor> OpenLookedUp(const std::string& path, int flags, Missing miss
                                 struct stat* opened) {
   Descriptor file = Open(path, flags | O_NONBLOCK, kNewFileBits);
   if (!file.IsOpen() && errno == EWOULDBLOCK) {
-    // Another process holds a lease on the file and has now been told to give it up.
+    // Another process holds a lease on the file and has now been told to give it up: wait for that.
     file = Open(path, flags, kNewFileBits);
   }
   if (!file.IsOpen()) return LastError(missing);

@@ -39,16 +39,17 @@ class Descriptor {
   int number_ = -1;
 };
 
-// openat, repeated after a signal. If the result is not open, errno tells why. Programs that are
-// started do not inherit the descriptor.
+// openat, repeated after a signal. If the result is not open, errno tells why. Programs that this
+// process starts do not inherit the descriptor.
 Descriptor OpenAt(int folder, const char* name, int flags, mode_t permissions = 0);
 
 // Opens the ordinary file that `path` leads to; with O_CREAT creates it if nothing is there. Never
-// waits for the other end of a pipe and never touches a device. A folder returns 75, anything else
-// 53 for reading and 75 for writing. `opened`, unless null, receives the file's status.
+// waits for the other end of a pipe and never touches a device. A folder returns error 75; a pipe,
+// socket or device returns 53 for reading and 75 for writing. `opened`, unless null, receives the
+// file's status.
 Result<Descriptor> OpenOrdinary(const std::string& path, int flags, Missing missing,
                                 struct stat* opened = nullptr);
-// The same for a path that a look-up has just shown to be an ordinary file.
+// As OpenOrdinary, for a path that a look-up has just shown to be an ordinary file.
 Result<Descriptor> OpenLookedUp(const std::string& path, int flags, Missing missing,
                                 struct stat* opened = nullptr);
 
@@ -59,7 +60,7 @@ inline bool IsSameFile(const struct stat& one, const struct stat& other) {
   return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
-// Whether size and modification time are equal, which suggests that the bytes are too.
+// Whether size and modification time are equal, which suggests that the contents are equal, too.
 inline bool IsUnchanged(const struct stat& then, const struct stat& now) {
   return then.st_size == now.st_size && then.st_mtim.tv_sec == now.st_mtim.tv_sec &&
          then.st_mtim.tv_nsec == now.st_mtim.tv_nsec;
@@ -74,7 +75,8 @@ struct Place {
   Descriptor folder;
   std::string name;
 };
-// 76 if the folder does not exist, or if `path` ends in a name that only a folder can have.
+// Opens the folder of `path`. Returns error 76 if the folder does not exist, or if `path` ends in a
+// name that only a folder can have.
 Result<Place> OpenPlace(const std::string& path);
 
 struct Transfer {
@@ -104,7 +106,7 @@ Transfer ReadAllAt(int file, std::uint64_t offset, char* into, std::size_t size)
 // Writes all of `bytes`. Returns 0 or an error code; a write that takes no byte counts as a full
 // disk.
 int WriteAllAt(int file, std::uint64_t offset, std::string_view bytes);
-// The same at the file's current position. Also returns how many bytes were written.
+// Writes all of `bytes` at the file's current position. Stops after an error.
 Transfer WriteAll(int file, std::string_view bytes);
 
 }  // namespace morvex::posix

@@ -2,7 +2,7 @@
 
 namespace morvex {
 
-// Here the parent process decides where errors go; assume that somebody reads them.
+// On POSIX systems the parent process decides where errors go; assume that somebody reads them.
 bool ReachErrorStream() { return true; }
 
 }  // namespace morvex

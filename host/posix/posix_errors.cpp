@@ -1,4 +1,4 @@
-// The only table of error codes. A code without a more exact number is an access error.
+// The table of error codes. A code that it does not name is an access error.
 #include "host/posix/posix_errors.h"
 
 namespace morvex::posix {

@@ -10,13 +10,13 @@
 
 namespace morvex::posix {
 
-// What a missing name means to the caller: no such file, or no such path to it.
+// Which error a missing name is to the caller: "file not found" or "path not found".
 enum class Missing { kFile, kPath };
 
-// The error number for the error code `code` (a value of errno); kNone for 0.
+// Returns the error number for the error code `code` (a value of errno); kNone for 0.
 ErrorNumber ErrorFromCode(int code, Missing missing);
 
-// The same for errno, after a system call has failed.
+// Returns the error number for errno, after a system call has failed.
 inline ErrorNumber LastError(Missing missing) { return ErrorFromCode(errno, missing); }
 
 // Runs `call`, which returns an ErrorNumber or a Result, and turns exceptions into errors.

@@ -63,7 +63,7 @@ Result<FolderInfo> FindFolder(const std::string& path) {
   return info;
 }
 
-// The number of bytes in so many blocks; the greatest number if the product overflows, as for file
+// Returns blocks * block_size; the greatest number if the product overflows, as it does for file
 // systems that claim to be endless.
 std::uint64_t BytesIn(std::uint64_t blocks, std::uint64_t block_size) {
   constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
@@ -87,7 +87,7 @@ ErrorNumber MakeOneFolder(const std::string& path, mode_t permissions) {
   return LastError(Missing::kPath);
 }
 
-// Checks `path`, then runs `call` with it.
+// Checks `path`, then runs `call` with it. Turns exceptions into errors.
 template <class Call>
 auto GuardedOn(const std::string& path, Missing missing, Call call) noexcept
     -> decltype(call(path)) {
@@ -148,7 +148,7 @@ ErrorNumber PosixFileService::CreateFolder(const std::string& path) {
 
 ErrorNumber PosixFileService::CreateFolderLike(const std::string& path, const FolderInfo& like) {
   return GuardedOn(path, Missing::kPath, [&](const std::string& folder) {
-    // The owner must be able to put files into it.
+    // The owner must be able to put files into the new folder.
     return MakeOneFolder(folder, (like.permissions & posix::kPermissionBits) | S_IRWXU);
   });
 }

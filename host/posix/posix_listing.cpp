@@ -39,7 +39,7 @@ Examined ExamineLink(int folder, const char* name) {
   if (fstatat(folder, name, &status, 0) == 0) {
     examined.kind = KindOfMode(status.st_mode);
   } else {
-    // After any other error it counts as a file; opening it will report the reason.
+    // After any other error the link counts as one to a file; opening it will report the reason.
     examined.kind = LeadsNowhere(errno) ? EntryKind::kBrokenLink : EntryKind::kFile;
   }
   return examined;

@@ -9,14 +9,14 @@
 
 namespace morvex::posix {
 
-// The kind of a name in a folder; empty if it was deleted after it was listed.
+// What an entry of a folder is; `kind` is empty if the entry was deleted after it was listed.
 struct Examined {
   std::optional<EntryKind> kind;
   bool is_link = false;
 };
 
 // Examines `name` in the open folder. `type` is the type from the listing (DT_REG, ...,
-// DT_UNKNOWN); the file itself is examined only if that does not suffice.
+// DT_UNKNOWN); the file itself is examined only if `type` does not suffice.
 Result<Examined> ExamineEntry(int folder, const char* name, unsigned char type);
 
 // As FileService::ListFolder.

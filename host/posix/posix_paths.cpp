@@ -15,18 +15,19 @@
 namespace morvex::posix {
 namespace {
 
-// The system too follows this many links in a row.
+// The most links in a row that are followed; the system has the same limit.
 constexpr int kLongestChain = 40;
 
-// The text returned by a call that allocates it, or the error if it returned null.
+// Takes ownership of the text that a system call has allocated, and returns it. A null `text`
+// returns the call's error.
 Result<std::string> TakeText(char* text) {
   if (text == nullptr) return LastError(Missing::kPath);
   const std::unique_ptr<char, decltype(&free)> owner(text, &free);
   return std::string(text);
 }
 
-// Removes the last name from `path`, an absolute path without a separator at its end; "" is the
-// root.
+// Makes `path` its parent; for a link, the parent of the link's target. `path` is absolute and has
+// no separator at its end; "" is the root and stays.
 ErrorNumber GoUp(std::string& path) {
   if (path.empty()) return ErrorNumber::kNone;
   struct stat status {};
@@ -40,7 +41,7 @@ ErrorNumber GoUp(std::string& path) {
   return ErrorNumber::kNone;
 }
 
-// Whether `path` already is as AbsolutePath would return it, as the paths of a tree walk are.
+// Whether AbsolutePath would return `path` unchanged, as it does for the paths of a tree walk.
 bool IsTidy(const std::string& path) {
   for (std::size_t at = 0; at < path.size();) {
     if (path[at] != '/') return false;

@@ -1,7 +1,7 @@
 // New content is written to a hidden file beside the old one, flushed to the disk and renamed over
-// the old one, so that one of the two is there whole at every moment. If the folder takes no second
-// file, the old file is overwritten. Then the part behind the old end is written first: if the disk
-// is full, the old content can still be restored.
+// the old one, so that at every moment one of the two is there whole. If the folder takes no second
+// file, the old file is overwritten, beginning with the part behind its old end: if the disk is
+// full then, the old content is still there.
 #include "host/posix/posix_replace.h"
 
 #include <fcntl.h>
@@ -32,8 +32,8 @@ struct HiddenFile {
   std::string name;
 };
 
-// Creates a file beside the one to be replaced, under the first free name. Deletes stale files of
-// killed processes under these names.
+// Creates a hidden file in the folder of `place` under the first free name of a few. Deletes files
+// that killed processes left under these names. On failure `code` receives the system's error code.
 Result<HiddenFile> MakeHiddenFile(const Place& place, mode_t permissions, int& code) {
   const int folder = place.folder.Get();
   HiddenFile hidden;
@@ -72,20 +72,21 @@ void HandOver(int file, const struct stat& old) {
   static_cast<void>(group_only);
 }
 
-// Copies owner and permission bits from `old`. The owner comes first, because changing it can clear
-// bits. Returns 0 or an error code.
+// Copies owner and permission bits from `old`. The owner comes first, because changing the owner
+// can clear permission bits. Returns 0 or an error code.
 int TakeOver(int file, const struct stat& old) {
   HandOver(file, old);
   const mode_t permissions = old.st_mode & kPermissionBits;
   return fchmod(file, permissions) == 0 || IsNotKept(errno) ? 0 : errno;
 }
 
-// Codes by which a folder refuses a second file, or the renaming of one over the other.
+// Error codes of a folder that takes no second file, or does not let it replace the old file.
 bool IsRefusal(int code) {
   return code == EACCES || code == EPERM || code == EROFS || code == EBUSY;
 }
 
-// `old` is null if there is no file yet. Returns 0 or an error code.
+// Writes, flushes and closes the hidden file, with owner and permission bits of `old`. `old` is
+// null if there is no file yet. Returns 0 or an error code.
 int FillHidden(HiddenFile& hidden, const struct stat* old, std::string_view bytes) {
   int code = WriteAllAt(hidden.file.Get(), 0, bytes);
   if (code == 0 && old != nullptr) code = TakeOver(hidden.file.Get(), *old);
@@ -94,7 +95,8 @@ int FillHidden(HiddenFile& hidden, const struct stat* old, std::string_view byte
   return code != 0 ? code : close_code;
 }
 
-// Empty if the folder does not allow it.
+// Writes a hidden file and renames it to the name of `place`. Returns nothing if the folder does
+// not allow that. `old` is null if there is no file yet.
 std::optional<ErrorNumber> ReplaceBeside(const Place& place, const struct stat* old,
                                          std::string_view bytes) {
   int code = 0;
@@ -117,8 +119,8 @@ std::optional<ErrorNumber> ReplaceBeside(const Place& place, const struct stat* 
   return ErrorFromCode(code, Missing::kPath);
 }
 
-// Returns 0 or an error code. If the disk is full, the old content, `old_size` bytes, is still
-// there.
+// Overwrites the open file with `bytes`. Returns 0 or an error code. If the disk is full, the file
+// keeps its old content of `old_size` bytes.
 int Overwrite(int file, std::uint64_t old_size, std::string_view bytes) {
   const auto common = static_cast<std::size_t>(std::min<std::uint64_t>(old_size, bytes.size()));
   int code = WriteAllAt(file, common, bytes.substr(common));
@@ -135,7 +137,7 @@ int Overwrite(int file, std::uint64_t old_size, std::string_view bytes) {
 int AppendWhole(int file, std::string_view bytes) {
   const Transfer written = WriteAll(file, bytes);
   if (written.code == 0 || written.done == 0) return written.code;
-  // Half a record would spoil the next one too. Cut it off, unless another process has appended
+  // Half a record would also spoil the next record. Cut it off, unless another process has appended
   // behind it.
   const off_t end = lseek(file, 0, SEEK_CUR);
   struct stat status {};
@@ -190,7 +192,7 @@ ErrorNumber AppendRecord(const std::string& path, std::string_view bytes, bool l
   const int flags = O_WRONLY | O_APPEND | O_CREAT;
   Result<Descriptor> file = looked_up ? OpenLookedUp(path, flags, Missing::kPath)
                                       : OpenOrdinary(path, flags, Missing::kPath);
-  // The path may lead elsewhere by now; look it up again to report the right error.
+  // The path may lead elsewhere by now; a new look-up reports the right error.
   if (!file && looked_up) file = OpenOrdinary(path, flags, Missing::kPath);
   if (!file) return file.error;
   const int code = AppendWhole(file.value.Get(), bytes);

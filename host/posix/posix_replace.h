@@ -13,7 +13,7 @@ namespace morvex::posix {
 ErrorNumber ReplaceContent(const std::string& path, std::string_view bytes);
 
 // As FileService::AppendToFile. Records of several threads or processes do not mix. `looked_up`:
-// the last append to this path succeeded.
+// the last append to this path succeeded, so the path is opened without a look-up.
 ErrorNumber AppendRecord(const std::string& path, std::string_view bytes, bool looked_up = false);
 
 }  // namespace morvex::posix

@@ -14,8 +14,8 @@
 namespace morvex {
 namespace {
 
-// A larger pipe buffer makes reader and writer wait for each other less often. If the system allows
-// less, that will do.
+// A larger pipe buffer makes reader and writer wait for each other less often. If the system
+// refuses this size, the pipe keeps its own.
 constexpr int kPipeSize = 1 << 20;
 
 void Widen(int stream) {

@@ -62,7 +62,7 @@ class PosixWorkFile : public WorkFile {
       : WorkFile(path), behind_(std::move(behind)) {}
   ~PosixWorkFile() override { EndWriteBehind(); }
 
-  // Call it first, once.
+  // Creates and claims the file. Call it once, before the other functions.
   ErrorNumber Create(mode_t permissions);
 
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {
@@ -94,7 +94,7 @@ class PosixWorkFile : public WorkFile {
  private:
   int Write(std::uint64_t offset, std::string_view bytes);
   int EndWriteBehind();
-  // Returns the result of `call`; if that is kNone, the file is claimed no longer.
+  // Runs `call` and returns its result. If the call succeeds, the claim ends.
   template <class Call>
   ErrorNumber EndClaimAfter(Call call) {
     const ErrorNumber error = Guarded(call);
@@ -103,7 +103,7 @@ class PosixWorkFile : public WorkFile {
   }
 
   Descriptor file_;                      // for writing; open until Close
-  Descriptor claim_;                     // the same file; open until it is moved or discarded
+  Descriptor claim_;                     // the same file; open until the file is moved or discarded
   std::shared_ptr<WriteBehind> behind_;  // null: everything is written directly
   bool is_behind_ = false;
   std::uint64_t written_directly_ = 0;  // bytes
@@ -126,9 +126,9 @@ int PosixWorkFile::EndWriteBehind() {
   return behind_->Finish();
 }
 
-// Gives a new file the bits that the process's mask or the folder's rules took from it. On a file
-// system that stores no permission bits this fails; that is no error as long as the file is open to
-// nobody whom `permissions` would keep out.
+// Sets the permission bits of a new file, because the process's mask or the folder's rules may have
+// removed some. Returns 0 or an error code. On a file system that stores no permission bits this
+// fails; that counts as success if the file has no bits beyond `permissions`.
 int SetExactBits(int file, mode_t permissions) {
   struct stat status {};
   const bool known = fstat(file, &status) == 0;

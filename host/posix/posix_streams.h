@@ -1,4 +1,4 @@
-// The two kinds of open file that the core holds.
+// Opens source files and creates work files.
 #pragma once
 
 #include <memory>
@@ -9,11 +9,11 @@
 
 namespace morvex::posix {
 
-// `looked_up`: a look-up has just shown that the path is an ordinary file.
+// Opens an ordinary file for reading. `looked_up`: a look-up has just shown that the path is one.
 Result<std::unique_ptr<InputFile>> OpenInput(const std::string& path, bool looked_up = false);
 
-// As FileService::CreateWorkFile. With `behind` a large file is written by its thread; null: every
-// write is done before WriteAt returns.
+// As FileService::CreateWorkFile. `behind` writes large files on its own thread; if it is null,
+// every WriteAt returns after the bytes are written.
 Result<std::unique_ptr<WorkFile>> CreateWorkFile(const std::string& path, std::uint32_t permissions,
                                                  std::shared_ptr<WriteBehind> behind = nullptr);
 

@@ -1,5 +1,5 @@
 // What cannot change while the process lives (its path, arguments, locale) is determined once, at
-// the start; everything else with every call.
+// the start; everything else at every call.
 #include "host/posix/posix_system.h"
 
 #include <langinfo.h>
@@ -57,7 +57,8 @@ std::string Joined(int argc, char** argv) {
   return text;
 }
 
-// A locale with the user's characters and dates, each if it is installed, and "C" for the rest.
+// Returns a locale with the user's character set and time formats, as far as they are installed,
+// and "C" for everything else.
 locale_t UserLocale() {
   locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
   for (const int part : {LC_CTYPE_MASK, LC_TIME_MASK}) {
@@ -73,7 +74,8 @@ timespec Moment(clockid_t clock) {
   return moment;
 }
 
-// The current time in the time zone of the system or of TZ, as it is set now.
+// Returns the current time in the time zone of the system or of the variable TZ, read anew each
+// time.
 tm LocalNow() {
   tzset();
   const time_t now = Moment(CLOCK_REALTIME).tv_sec;
@@ -153,7 +155,7 @@ std::string PosixSystemService::FormatNow(const char* format) const {
 std::string PosixSystemService::ShortDate() { return FormatNow("%x"); }
 
 std::string PosixSystemService::TimeText() {
-  // Called for every line of a log, many times a second.
+  // A log calls this for every line, many times a second: format each second only once.
   const time_t now = Moment(CLOCK_REALTIME).tv_sec;
   if (time_text_.empty() || now != time_text_second_) {
     time_text_ = FormatNow("%X");

@@ -9,11 +9,11 @@
 
 namespace morvex {
 
-// The constructor reads the locale from the environment (LC_ALL, LC_CTYPE, LC_TIME, LANG), without
-// changing the one that the C and C++ libraries use; a locale that is not installed counts as "C".
-// From then on the process ignores SIGXFSZ, so that writing beyond its file size limit fails with
-// an error instead of ending it; and no file can get the number of a standard stream that the
-// process was started without.
+// The constructor reads the locale from the environment (LC_ALL, LC_CTYPE, LC_TIME, LANG); a locale
+// that is not installed counts as "C". The locale of the C and C++ libraries stays unchanged. From
+// then on the process ignores SIGXFSZ: writing beyond the file size limit fails with an error and
+// does not end the process. Standard streams that the process was started without are occupied, so
+// that no file can get their numbers.
 class PosixSystemService : public SystemService {
  public:
   // `argc` and `argv` are those of main.
@@ -40,10 +40,10 @@ class PosixSystemService : public SystemService {
   void StartFileBrowser(const std::string& file) override;
 
  private:
-  // The current time in the locale's `format`; empty if that fails.
+  // Returns the current time in the locale's `format`; empty if that fails.
   std::string FormatNow(const char* format) const;
 
-  std::string time_text_;  // text of the second time_text_second_
+  std::string time_text_;  // the time at second time_text_second_
   time_t time_text_second_ = 0;
 
   std::string program_folder_;
@@ -54,13 +54,14 @@ class PosixSystemService : public SystemService {
 
 namespace posix {
 
-// The running program's path, from the system's link to it. The system marks the link if the file
-// was deleted or replaced since it started; the mark is removed.
+// Returns the path of the running program. `shown` is the text of the system's link to the program.
+// If the program's file was deleted or replaced since the start, the system adds a mark to that
+// text, which is removed here.
 std::string ProgramPathFromLink(const std::string& shown);
 
-// The path of the program that was started as `name`, for systems that do not report it. A name
-// with a separator is a path; any other is searched in the folders of PATH. If it is in none of
-// them, it is taken to be in the current folder.
+// Returns the path of the program that was started as `name`, for systems that do not report it. A
+// name with a separator is a path; any other name is searched in the folders of PATH. If no folder
+// has the name, the program counts as being in the current folder.
 std::string ProgramPathFromName(const std::string& name);
 
 }  // namespace posix

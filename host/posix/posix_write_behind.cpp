@@ -11,8 +11,8 @@
 namespace morvex::posix {
 namespace {
 
-// Blocks all signals while the thread is created, so that they reach only the program's own
-// threads, which handle them.
+// Blocks all signals while the thread is created, so that the system delivers signals only to the
+// program's other threads, which handle them.
 class SignalsHeldBack {
  public:
   SignalsHeldBack() {

@@ -1,5 +1,5 @@
-// Writes a large file while the caller goes on. Blocks are copied into a ring of buffers, which a
-// thread writes to the file in the same order.
+// Writes a large file while the caller goes on. The caller's blocks are copied into a ring of
+// buffers, and a thread writes the buffers to the file in the order in which they were filled.
 #pragma once
 
 #include <array>
@@ -13,12 +13,12 @@
 
 namespace morvex::posix {
 
-// Serves one file at a time; thread and buffers are then reused for the next one. Only the caller
-// whose Begin succeeded may call Write and Finish.
+// Serves one file at a time; the thread and the buffers are then reused for the next file. Only the
+// caller whose Begin succeeded may call Write and Finish.
 //
-// When an error is reported does not depend on the thread's speed: by the Write that needs the
-// failed buffer again, kBuffers full buffers later, or by Finish. After a failed write nothing more
-// is written.
+// When an error is reported does not depend on the thread's speed: the Write that needs the failed
+// buffer again reports it, kBuffers full buffers later; if there is no such Write, Finish does.
+// After a failed write nothing more is written.
 class WriteBehind {
  public:
   static constexpr std::size_t kBuffers = 4;
@@ -27,14 +27,14 @@ class WriteBehind {
   WriteBehind() = default;
   WriteBehind(const WriteBehind&) = delete;
   WriteBehind& operator=(const WriteBehind&) = delete;
-  // Every file must have been finished.
+  // Finish must have been called for every file.
   ~WriteBehind();
 
   // Begins writing to the open file `file`, which the caller owns and keeps open until Finish.
-  // False if another file is being written, or if there is no memory or thread for it: the caller
+  // Returns false if another file is being written, or if memory or a thread is lacking: the caller
   // then writes directly.
   bool Begin(int file);
-  // Returns 0, or the error code of an earlier Write; then it has taken nothing of `bytes`.
+  // Returns 0, or the error code of an earlier write to the file.
   int Write(std::uint64_t offset, std::string_view bytes);
   // Waits until everything is written. Returns 0 or the first error code.
   int Finish();
@@ -48,20 +48,20 @@ class WriteBehind {
 
   bool Start();
   void Work();
-  // Waits until the next buffer is free. Returns 0, or the error code of the write it was last used
-  // for.
+  // Waits until the next buffer is free. Returns 0, or an error code if the last write of this
+  // buffer or an earlier write failed.
   int WaitForBuffer();
   void HandOver();
   Buffer& Filled() { return buffers_[handed_over_ % kBuffers]; }
 
-  // Used only by the caller: a buffer is being filled and not yet handed over.
+  // A buffer is being filled and not yet handed over. Used only by the caller's thread.
   bool filling_ = false;
 
   std::mutex mutex_;
   std::condition_variable work_;  // a buffer was handed over, or ending_ was set
   std::condition_variable done_;  // a buffer was written
   std::array<Buffer, kBuffers> buffers_;
-  // About the current file. Buffers are numbered from 0 in the order of HandOver.
+  // The state of the current file. Buffers are numbered from 0 in the order of HandOver.
   int file_ = -1;
   std::uint64_t handed_over_ = 0;  // changed only by the caller
   std::uint64_t written_ = 0;      // changed only by the thread

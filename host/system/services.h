@@ -15,8 +15,8 @@ namespace morvex {
 // `argc` and `argv` are those of main.
 std::vector<std::string> ProgramArguments(int argc, char** argv);
 
-// Create one per process, before any standard stream is used: bytes then pass through all of them
-// unchanged.
+// Create one per process, before any standard stream is used: from then on all standard streams
+// pass bytes unchanged.
 std::unique_ptr<SystemService> MakeSystemService(int argc, char** argv);
 
 std::unique_ptr<FileService> MakeFileService();

@@ -13,8 +13,8 @@ namespace morvex {
 // reports it only once.
 std::unique_ptr<InputFile> StandardInput();
 
-// Each write must start where the last one ended. If the reader has closed the stream, the process
-// ends where that is usual for filters; elsewhere the call fails.
+// Each write must start where the last one ended. If the reader has closed the stream, a write ends
+// the process on systems where that is usual for filters; on other systems the write fails.
 std::unique_ptr<OutputFile> StandardOutput();
 
 }  // namespace morvex

@@ -10,16 +10,16 @@ bool IsTerminal(int stream);
 // none or its width is unknown.
 int TerminalColumns();
 
+// What the first stop signal does to a read or write that is blocked. kBreakOff interrupts it: a
+// program that asks questions stops waiting for the answer. kGoOn lets it go on: a program that
+// writes loses no bytes.
+enum class WaitsAtStop { kBreakOff, kGoOn };
 // From now on the first interrupt (Ctrl-C), termination or hang-up signal only sets a flag; the
 // next one ends the process as usual. A signal that the process was started to ignore stays
 // ignored. Call it once, before other threads run.
-//
-// A read or write that is blocked when the first signal comes is interrupted or goes on: a program
-// that asks questions stops waiting for the answer, and one that writes loses no bytes.
-enum class WaitsAtStop { kBreakOff, kGoOn };
 void InstallStopSignals(WaitsAtStop waits);
 
-// Whether such a signal has come. Any thread may call it at any time.
+// Whether a stop signal has come. Any thread may call this at any time.
 bool StopRequested();
 
 }  // namespace morvex

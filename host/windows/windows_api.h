@@ -1,5 +1,5 @@
-// Includes the system's headers and removes those of their macros that replace names of functions
-// of the program.
+// Includes the system's headers and undefines their macros that would rename functions of the
+// program.
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,5 @@
 // The browser is started by its full path, so that no program of the same name in another folder is
-// started instead. Its command line is "explorer " and the file's path.
+// started instead. The browser's command line is "explorer " and the file's path.
 #include "host/windows/windows_browser.h"
 
 #include <optional>

@@ -6,7 +6,7 @@
 namespace morvex::windows {
 
 // Starts the program `program` with the command line `command` in a minimised window that takes the
-// focus. Does not wait for it and reports no error.
+// focus. Does not wait for the program and reports no error.
 void StartMinimised(const std::wstring& program, std::wstring command);
 
 // Opens the file browser on `file`, a path in the code page.

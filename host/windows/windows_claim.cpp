@@ -19,7 +19,7 @@ constexpr DWORD kReplace = 0x01;
 constexpr DWORD kReplaceAtOnce = 0x02;
 constexpr DWORD kReplaceReadOnly = 0x40;
 
-// Codes by which a system or drive reports that it does not support a way.
+// Codes by which a system or drive reports that it does not support these ways.
 bool IsUnknownWay(Code code) {
   return code == ERROR_INVALID_PARAMETER || code == ERROR_NOT_SUPPORTED ||
          code == ERROR_INVALID_FUNCTION || code == ERROR_CALL_NOT_IMPLEMENTED ||
@@ -42,7 +42,7 @@ void MakeWritable(const Handle& file) {
   SetInformation(file, FileBasicInfo, &basic, sizeof basic);
 }
 
-// Returns the structure that a renaming takes: a head, followed by the name.
+// Returns the structure that the system takes for renaming: a head, followed by the new path.
 std::vector<std::byte> RenameInformation(const std::wstring& path, DWORD flags) {
   struct Head {
     DWORD flags;
@@ -60,8 +60,8 @@ std::vector<std::byte> RenameInformation(const std::wstring& path, DWORD flags) 
   return information;
 }
 
-// Without the newer ways a read-only file cannot be replaced. Makes the file there writable, and
-// read-only again if the renaming fails.
+// Renames where the newer ways are not supported. There a read-only file cannot be replaced, so
+// this makes the file at `path` writable first, and read-only again if the renaming fails.
 Code ReplaceInOldWay(const Handle& file, const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   const bool read_only =
@@ -83,8 +83,8 @@ Handle CreateClaimed(const std::wstring& path, DWORD permissions) {
                           nullptr, CREATE_NEW, attributes != 0 ? attributes : FILE_ATTRIBUTE_NORMAL,
                           nullptr));
   if (!file.IsOpen()) {
-    // The system reports the name of a folder, or of a file that is being deleted, as access
-    // denied.
+    // If the name belongs to a folder or to a file that is being deleted, the system reports
+    // "access denied".
     const Code code = GetLastError();
     const bool taken =
         code == ERROR_ACCESS_DENIED && GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;

@@ -21,13 +21,14 @@ class CodePage {
   // the page is Windows-1252, because each byte must be one character.
   explicit CodePage(unsigned number);
 
-  // For each byte value its character; 0 if it has none, and for NUL.
+  // Returns the character of each byte value; 0 for NUL and for bytes without a character.
   const std::array<wchar_t, 256>& Characters() const { return wide_; }
   // The number of the page that is used.
   unsigned Number() const { return number_; }
-  // Returns the bytes of `text`, with kUnspellable for each unit that the page does not have.
+  // Returns the bytes of `text`, with kUnspellable for each UTF-16 unit that the page does not
+  // have.
   std::string Bytes(std::wstring_view text) const;
-  // Empty if a byte has no character.
+  // Returns the characters of `bytes`; nothing if one of the bytes has no character.
   std::optional<std::wstring> Wide(std::string_view bytes) const;
 
  private:

@@ -1,7 +1,7 @@
 // A copy gets its name only when it is whole. It is filled in the target's folder under the work
-// file's name, and the system deletes it when its handle is closed; so nothing is left of it if it
-// fails, is abandoned or the process is killed. Once it is whole, that is revoked and the copy
-// renamed.
+// file's name, and the system is told to delete it when its handle is closed; so nothing is left of
+// it if it fails, is abandoned or the process is killed. When the copy is whole, the system is told
+// to keep it, and it is renamed.
 #include "host/windows/windows_copy.h"
 
 #include <algorithm>
@@ -46,8 +46,8 @@ bool IsShortNameOfAnother(const std::wstring& path) {
   return !IsSameName(SplitPath(path).name, entry.cFileName);
 }
 
-// A copy may replace any file of its name but the source, and any link that does not lead to the
-// source, a folder or a device.
+// A copy may replace any file except the source, and any link except one that leads to the source
+// or a folder. It may not replace a file of which `to` is only the short name.
 ErrorNumber CheckTarget(const std::wstring& to, const FileIdentity& source) {
   if (SplitPath(to).name.empty()) return ErrorNumber::kPathFileAccess;
   Status found;
@@ -104,8 +104,8 @@ ErrorNumber Fill(const Handle& source, const Status& opened, const Handle& file,
   return IsUnchanged(opened, now) ? ErrorNumber::kNone : ErrorNumber::kFileAlreadyOpen;
 }
 
-// Deletes a stale file of the partial copy's name. Never deletes the source, which may have that
-// name itself or be what a link of that name leads to.
+// Deletes a stale partial copy at `path`. Never deletes the source, neither when the source is at
+// `path` nor when a link at `path` leads to the source.
 ErrorNumber RemoveStalePartial(const std::wstring& path, const FileIdentity& source) {
   Status end;
   if (FindStatus(path, end) == 0 && end.identity == source) return ErrorNumber::kPathFileAccess;
@@ -113,8 +113,8 @@ ErrorNumber RemoveStalePartial(const std::wstring& path, const FileIdentity& sou
   return error == ErrorNumber::kFileNotFound ? ErrorNumber::kNone : error;
 }
 
-// Creates the partial copy under the first of the names that is free or can be freed. A folder of
-// such a name stays, and so does the source.
+// Creates the partial copy under the first of kPartialNames that is free or becomes free by
+// deleting a stale file. A folder of such a name stays, and so does the source.
 Result<Handle> MakePartial(const std::wstring& target, const FileIdentity& source) {
   const PathParts parts = SplitPath(target);
   ErrorNumber error = ErrorNumber::kPathFileAccess;
@@ -139,7 +139,7 @@ ErrorNumber CopyOpenFile(const Handle& source, const Status& opened, const std::
   if (!file) return file.error;
   const bool passing = SetPassing(file.value, true);
   error = Fill(source, opened, file.value, keep_going);
-  // If this fails, the system would still delete the file, whatever its name.
+  // If this call fails, the system will delete the copy when its handle is closed.
   if (error == ErrorNumber::kNone && passing && !SetPassing(file.value, false)) {
     error = LastError(Missing::kPath);
   }
@@ -213,7 +213,7 @@ ErrorNumber MoveFileToFreeName(const std::string& from, const std::string& to,
   if (!StatusOf(file, status)) return LastError(Missing::kFile);
   if (status.IsFolder() || IsLink(ends.value.from)) return ErrorNumber::kPathFileAccess;
   const Code code = RenameOpen(file, ends.value.to, false);
-  // The system reports some taken names as access denied.
+  // For some names that are taken, the system reports "access denied".
   const bool taken = code == ERROR_ACCESS_DENIED &&
                      GetFileAttributesW(ends.value.to.c_str()) != INVALID_FILE_ATTRIBUTES;
   return taken ? ErrorNumber::kFileAlreadyExists : ErrorFromCode(code, Missing::kPath);

@@ -1,7 +1,7 @@
 // Copies, moves and deletes whole files. The paths are the program's; SystemPath is applied here.
 //
-// `claimed`, unless null, is the open work file at the first path, claimed by this process. It is
-// used instead of opening the path.
+// `claimed`, unless null, is the open work file at the function's first path, which this process
+// claims. It is used instead of opening that path.
 #pragma once
 
 #include <string>

@@ -9,16 +9,16 @@
 
 namespace morvex::windows {
 
-// What a missing name means to the caller: no such file, or no such path to it.
+// Which error a missing name is to the caller: "file not found" or "path not found".
 enum class Missing { kFile, kPath };
 
 // An error code from GetLastError; 0 is success.
 using Code = unsigned long;
 
-// The error number for an error code; kNone for 0.
+// Returns the error number for an error code; kNone for 0.
 ErrorNumber ErrorFromCode(Code code, Missing missing);
 
-// The same for GetLastError, after a system call has failed.
+// Returns the error number for GetLastError, after a system call has failed.
 ErrorNumber LastError(Missing missing);
 
 // Runs `call`, which returns an ErrorNumber or a Result, and turns exceptions into errors.

@@ -93,7 +93,7 @@ ErrorNumber MakeOneFolder(const std::string& path) {
   if (!place) return place.error;
   if (CreateDirectoryW(place.value.c_str(), nullptr) != 0) return ErrorNumber::kNone;
   const windows::Code code = GetLastError();
-  // The system reports the name of a drive's root as access denied.
+  // If the path is a drive's root, the system reports "access denied".
   const bool taken = code == ERROR_ACCESS_DENIED &&
                      GetFileAttributesW(place.value.c_str()) != INVALID_FILE_ATTRIBUTES;
   return taken ? ErrorNumber::kFileAlreadyExists : ErrorFromCode(code, Missing::kPath);
@@ -104,7 +104,7 @@ ErrorNumber MakeOneFolder(const std::string& path) {
 WindowsFileService::WindowsFileService() { SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS); }
 
 bool WindowsFileService::IsSameName(const std::string& one, const std::string& other) const {
-  // The upper and lower case of a letter have the same size.
+  // In the code page the upper and lower case of a letter take one byte each.
   if (one.size() != other.size()) return false;
   const std::optional<std::wstring> first = windows::SystemCodePage().Wide(one);
   const std::optional<std::wstring> second = windows::SystemCodePage().Wide(other);

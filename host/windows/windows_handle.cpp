@@ -6,7 +6,7 @@
 namespace morvex::windows {
 namespace {
 
-// The system counts bytes in 32 bits; this many per call work on every kind of drive.
+// The system takes sizes of 32 bits; this many bytes per call work on every kind of drive.
 constexpr std::size_t kMostAtOnce = std::size_t{8} << 20;
 constexpr std::uint64_t kLastOffset = std::numeric_limits<std::int64_t>::max();
 

@@ -1,5 +1,5 @@
 // Open files: ownership, status, and transfers that are repeated until all bytes are done. Paths
-// are those of SystemPath.
+// are results of SystemPath.
 #pragma once
 
 #include <cstddef>
@@ -19,7 +19,7 @@ namespace morvex::windows {
 inline constexpr DWORD kPermissionBits =
     FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
 
-// Others may read, write, rename and delete the file meanwhile.
+// Other processes may read, write, rename and delete the file while it is open here.
 inline constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 // Owns a handle of the system.
@@ -50,22 +50,22 @@ struct Status {
   std::uint32_t Permissions() const { return attributes & kPermissionBits; }
 };
 
-// Follows links unless `flags` contains FILE_FLAG_OPEN_REPARSE_POINT. Opens folders too. If the
-// result is not open, GetLastError tells why.
+// Opens a file or folder that exists. Follows links unless `flags` contains
+// FILE_FLAG_OPEN_REPARSE_POINT. If the result is not open, GetLastError tells why.
 Handle OpenExisting(const std::wstring& path, DWORD access, DWORD share, DWORD flags = 0);
 
-// False, with GetLastError set, on failure.
+// Reads the status of an open file or folder. Returns false, with GetLastError set, on failure.
 bool StatusOf(const Handle& file, Status& status);
 
-// The status of what `path` leads to. Returns 0 or an error code.
+// Reads the status of the file or folder that `path` leads to. Returns 0 or an error code.
 Code FindStatus(const std::wstring& path, Status& status);
 
 // Whether the last name of `path` is a link itself: a symbolic link or a folder's mount point.
 // Other reparse points, such as files kept in a cloud, are no links.
 bool IsLink(const std::wstring& path);
 
-// Opens the ordinary file that `path` leads to. A folder returns 75, a device `device`. `opened`,
-// unless null, receives the file's status.
+// Opens the ordinary file that `path` leads to. A folder returns error 75, a device the error
+// `device`. `opened`, unless null, receives the file's status.
 Result<Handle> OpenOrdinary(const std::wstring& path, DWORD access, ErrorNumber device,
                             Status* opened = nullptr);
 

@@ -1,5 +1,5 @@
 // A listing is read completely before it is returned. The system reports the kind of each name;
-// only for links their target is examined.
+// only the target of a link needs another call.
 #include "host/windows/windows_listing.h"
 
 #include <array>
@@ -54,13 +54,13 @@ EntryKind Examine(const std::wstring& folder, const WIN32_FIND_DATAW& entry) {
   Status status;
   const Code code = FindStatus(Below(folder, entry.cFileName), status);
   if (code == 0) return KindOf(status.attributes);
-  // After any other error it counts as a file; opening it will report the reason.
+  // After any other error the link counts as one to a file; opening it will report the reason.
   return LeadsNowhere(code) ? EntryKind::kBrokenLink : EntryKind::kFile;
 }
 
-// The contents of a link: the tag, the size of what follows, then the offsets and sizes, in bytes,
-// of two texts that come last; the second text is the one to show. Before the texts a symbolic link
-// has four more bytes than a mount point.
+// The data of a link: the tag, the size of what follows, the offset and size of each of two texts,
+// then the texts; offsets and sizes are in bytes. The second text is the one to show. A symbolic
+// link has four more bytes in front of the texts than a mount point.
 constexpr std::size_t kLongestLink = 16 * 1024;
 constexpr std::size_t kShownOffset = 12;
 constexpr std::size_t kShownSize = 14;

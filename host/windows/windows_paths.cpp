@@ -45,7 +45,7 @@ bool IsRooted(std::wstring_view path) {
   return share > server + 1 && share < path.size() && path[share] != kSeparator;
 }
 
-// A pair of separators at the start stays.
+// Makes neighbouring separators one separator, except for two separators at the start.
 void CleanSeparators(std::wstring& path) {
   const auto doubled = [](wchar_t one, wchar_t next) {
     return one == kSeparator && next == kSeparator;
@@ -53,7 +53,7 @@ void CleanSeparators(std::wstring& path) {
   path.erase(std::unique(path.begin() + 1, path.end(), doubled), path.end());
 }
 
-// `start` must be in capital letters.
+// Whether `path` starts with `start`, in any letter case. `start` must be in capital letters.
 bool StartsInAnyCase(std::wstring_view path, std::wstring_view start) {
   return path.size() >= start.size() &&
          std::equal(start.begin(), start.end(), path.begin(),
@@ -80,7 +80,7 @@ bool HasGoodNames(std::wstring_view path) {
   return true;
 }
 
-// The number of characters at the start of a full path that form its root.
+// Returns the number of characters at the start of a full path that form its root.
 std::size_t RootLength(std::wstring_view full) {
   if (HasDrive(full)) return std::min<std::size_t>(3, full.size());
   const std::size_t share = full.find(kSeparator, kNetworkStart.size());
@@ -134,8 +134,8 @@ Result<std::wstring> FullPath(const std::string& path, Missing missing) {
   if (!wide || wide->find(L'\0') != std::wstring::npos) return ErrorNumber::kBadFileName;
   std::replace(wide->begin(), wide->end(), L'/', kSeparator);
   std::wstring plain = WithoutPrefix(*wide);
-  // After the prefix the system also accepts roots that it does not know without it, such as a
-  // volume's number; without the prefix that would be a name in the current folder.
+  // Behind the prefix the system also accepts other roots, such as a volume's number. Without the
+  // prefix such a root would be a name in the current folder.
   if (plain.size() < wide->size() && !IsRooted(plain)) return ErrorNumber::kBadFileName;
   CleanSeparators(plain);
   if (!HasGoodNames(plain)) return ErrorNumber::kBadFileName;

@@ -32,7 +32,7 @@ Result<std::wstring> SystemPath(const std::string& path, Missing missing);
 // Whether the name is a device's, whatever follows its first dot.
 bool IsDeviceName(std::wstring_view name);
 
-// Whether the names are equal to the system, which ignores letter case.
+// Whether the names are equal for the system, which ignores letter case.
 bool IsSameName(std::wstring_view one, std::wstring_view other);
 
 struct PathParts {

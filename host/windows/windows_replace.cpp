@@ -1,5 +1,5 @@
 // New content is written to a second file beside the old one, flushed to the disk and renamed over
-// the old one, so that one of the two is there whole at every moment. If the folder takes no second
+// the old one, so that at every moment one of the two is there whole. If the folder takes no second
 // file, the old file is overwritten.
 #include "host/windows/windows_replace.h"
 
@@ -19,8 +19,8 @@ constexpr int kNamingAttempts = 100;
 // The offset that means the end of the file at the moment of the write.
 constexpr std::uint64_t kAtEnd = ~std::uint64_t{0};
 
-// Creates a file under the first free name in the folder. Deletes stale files of killed processes
-// under these names.
+// Creates a file under the first free name of a few in the folder. Deletes files that killed
+// processes left under these names.
 Handle MakeSecondFile(const std::wstring& folder, DWORD permissions) {
   for (int number = 1; number <= kNamingAttempts; ++number) {
     const std::wstring path = Below(folder, L".morvex-" + std::to_wstring(number));
@@ -38,13 +38,14 @@ Handle MakeSecondFile(const std::wstring& folder, DWORD permissions) {
   return {};
 }
 
-// Codes by which a folder refuses a second file, or the renaming of one over the other.
+// Error codes of a folder that takes no second file, or does not let it replace the old file.
 bool IsRefusal(Code code) {
   return code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION ||
          code == ERROR_WRITE_PROTECT;
 }
 
-// Empty if the folder does not allow it. `old` is null if there is no file yet.
+// Writes a second file and renames it to `path`. Returns nothing if the folder does not allow that.
+// `old` is null if there is no file yet.
 std::optional<ErrorNumber> ReplaceBeside(const std::wstring& path, const Status* old,
                                          std::string_view bytes) {
   const DWORD permissions = old != nullptr ? old->Permissions() : 0;
@@ -74,8 +75,8 @@ Code CutAt(const Handle& file, std::uint64_t size) {
   return done ? 0 : GetLastError();
 }
 
-// Writes the part behind the old end first: if the disk is full, the old content can still be
-// restored.
+// Overwrites the file, beginning with the part behind its old end: if the disk is full then, the
+// old content is still there.
 ErrorNumber ReplaceInPlace(const std::wstring& path, std::string_view bytes) {
   Status old;
   const Result<Handle> file = OpenOrdinary(path, GENERIC_WRITE, ErrorNumber::kPathFileAccess, &old);

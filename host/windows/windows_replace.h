@@ -14,7 +14,7 @@ ErrorNumber ReplaceContent(const std::string& path, std::string_view bytes);
 // As FileService::AppendToFile. Records of several threads or processes do not mix.
 ErrorNumber AppendRecord(const std::string& path, std::string_view bytes);
 
-// Returns `path`, in the form of SystemPath, with every link in it followed, in the same form.
+// Returns `path` with every link in it followed. Both paths are in the form of SystemPath.
 Result<std::wstring> FollowLinks(const std::wstring& path);
 
 }  // namespace morvex::windows

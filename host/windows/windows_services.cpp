@@ -4,8 +4,8 @@
 
 namespace morvex {
 
-// The arguments of main have lost characters to the code page, so the system's command line is read
-// instead.
+// In the arguments of main, characters that the code page lacks are lost, so the system's command
+// line is read instead.
 std::vector<std::string> ProgramArguments(int, char**) {
   return windows::ArgumentsOf(GetCommandLineW());
 }

@@ -37,12 +37,12 @@ class PipeInput : public InputFile {
     return std::size_t{moved};
   }
 
-  // A console delivers line by line; after each line the next one has yet to be typed.
+  // A console delivers whole lines, and the next line has yet to be typed.
   bool MustWait() override {
     if (ended_) return false;
     if (is_console_) return true;
     DWORD there = 0;
-    // A pipe that its writer has closed returns an error here, which the next read reports.
+    // If the writer has closed the pipe, this call fails, and the next read reports the end.
     return is_pipe_ && PeekNamedPipe(stream_, nullptr, 0, nullptr, &there, nullptr) != 0 &&
            there == 0;
   }

@@ -35,7 +35,7 @@ class WindowsInputFile : public InputFile {
   Status opened_;
 };
 
-// The one handle is used for writing and is the claim.
+// One handle serves for writing and is the claim.
 class WindowsWorkFile : public WorkFile {
  public:
   WindowsWorkFile(const std::string& path, Handle file) : WorkFile(path), file_(std::move(file)) {}
@@ -45,7 +45,7 @@ class WindowsWorkFile : public WorkFile {
     return ErrorFromCode(WriteAllAt(file_.Get(), offset, bytes), Missing::kFile);
   }
 
-  // Writes are never delayed, so no error can be left to return.
+  // Writes are never delayed, so there is no error left to report here.
   ErrorNumber Close() override {
     is_closed_ = true;
     return ErrorNumber::kNone;
@@ -68,7 +68,7 @@ class WindowsWorkFile : public WorkFile {
   }
 
  private:
-  // Returns the result of `call`; if that is kNone, the file is claimed no longer.
+  // Runs `call` and returns its result. If the call succeeds, the claim ends.
   template <class Call>
   ErrorNumber EndClaimAfter(Call call) {
     const ErrorNumber error = Guarded(call);

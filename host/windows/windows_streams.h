@@ -1,4 +1,4 @@
-// The two kinds of open file that the core holds.
+// Opens source files and creates work files.
 #pragma once
 
 #include <cstdint>

@@ -41,8 +41,9 @@ std::wstring WithoutExtension(std::wstring name) {
   return name;
 }
 
-// The folder in the code page. Where the page lacks a character, with the short names that the
-// system may have given. Without those the program can store nothing in that folder.
+// Returns the folder's path in the code page. If the page lacks a character, the path has the short
+// names that the system may have given; without short names the program can store nothing in that
+// folder.
 std::string SpelledFolder(const std::wstring& folder) {
   std::string bytes = SystemCodePage().Bytes(folder);
   if (SystemCodePage().Wide(bytes) == folder) return bytes;
@@ -55,7 +56,8 @@ std::string SpelledFolder(const std::wstring& folder) {
   return SystemCodePage().Bytes(windows::WithoutPrefix(shorter));
 }
 
-// The last entry of the environment's block is empty.
+// The process's environment as a list of entries, counted from 1. The entry behind the last one is
+// empty.
 class Environment {
  public:
   Environment() : block_(GetEnvironmentStringsW()) {}
@@ -156,7 +158,7 @@ std::string WindowsSystemService::ShortDate() {
 }
 
 std::string WindowsSystemService::TimeText() {
-  // Called for every line of a log, many times a second.
+  // A log calls this for every line, many times a second: format each second only once.
   SYSTEMTIME now{};
   GetLocalTime(&now);
   if (now.wSecond == time_text_second_ && now.wMinute == time_text_minute_ &&

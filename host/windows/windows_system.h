@@ -36,7 +36,8 @@ class WindowsSystemService : public SystemService {
   TextCodec Codec() override { return TextCodec::kSingleByte; }
   std::optional<PageCharacters> SystemPage() override;
   bool HasRedirectedStore() override { return true; }
-  // As if "explorer " and the file's path were typed. Its window is minimised and takes the focus.
+  // Starts the browser with the command line "explorer " and the file's path, in a minimised window
+  // that takes the focus.
   void StartFileBrowser(const std::string& file) override;
 
  private:
@@ -45,7 +46,7 @@ class WindowsSystemService : public SystemService {
   UINT console_output_ = 0;  // the console's code pages at the start; 0 without a console
   UINT console_input_ = 0;
 
-  std::string time_text_;  // text of that second of the day
+  std::string time_text_;  // the time of day that the members below name
   WORD time_text_second_ = 60;
   WORD time_text_minute_ = 60;
   WORD time_text_hour_ = 24;

@@ -12,8 +12,8 @@ namespace {
 
 constexpr int kUsualColumns = 80;
 
-// When the console is closed, the process ends as soon as the handler returns. The system waits no
-// longer than this.
+// When the console is closed, the system ends the process as soon as the handler returns, and in
+// any case after this time.
 constexpr DWORD kTimeToEnd = 5000;  // ms
 
 std::atomic<bool> stop_requested = false;
@@ -47,7 +47,7 @@ int TerminalColumns() {
   return kUsualColumns;
 }
 
-// An event interrupts no wait.
+// A stop event breaks off no read or write, so `waits` has no effect.
 void InstallStopSignals(WaitsAtStop /*waits*/) { SetConsoleCtrlHandler(NoteStopEvent, TRUE); }
 
 bool StopRequested() { return stop_requested; }

@@ -1,5 +1,5 @@
-// The house stays as it is drawn: a room includes only itself and what is named here, the core
-// includes the C++ standard library and nothing else, and system headers are met in host/ alone.
+// Which folder of sources ("room") may include which: a room includes only itself and what is named
+// here, the core includes only the C++ standard library, and only host/ includes system headers.
 
 #include <gtest/gtest.h>
 
@@ -58,10 +58,10 @@ const std::vector<Room> kRooms = {
 // The rooms that may include system headers.
 const std::set<std::string> kHosts = {"host/posix", "host/windows"};
 
-// Those that may include the toolkit's headers.
+// The rooms that may include the toolkit's headers.
 const std::set<std::string> kToolkitRooms = {"apps/morvex", "ui/qt"};
 
-// Libraries of headers alone, and the room that may include them.
+// Libraries that consist of headers, and the room that may include them.
 const std::set<std::string> kHeaderLibraries = {"CLI/CLI.hpp", "nlohmann/json.hpp"};
 constexpr const char* kHeaderLibrariesRoom = "ui/commands";
 
@@ -69,7 +69,7 @@ constexpr const char* kHeaderLibrariesRoom = "ui/commands";
 const std::set<std::string> kVectorFiles = {"core/engine/matching/scan_avx2.cpp",
                                             "core/engine/matching/scan_ssse3.cpp"};
 
-// Of the standard library, what only a user interface uses.
+// Headers of the standard library that the core may not include.
 const std::set<std::string> kThreadHeaders = {"condition_variable", "mutex", "thread"};
 
 // Headers of the C++ standard library that the program uses.
@@ -88,8 +88,8 @@ const std::set<std::string> kStandardHeaders = {
     "system_error"};
 
 struct Include {
-  std::string file;  // that includes
-  std::string name;  // what it includes
+  std::string file;  // the file that includes
+  std::string name;  // the header that it includes
   bool own = false;  // "name" rather than <name>
 };
 

@@ -1,4 +1,4 @@
-// The page on reliability names a test for each of its promises: those tests exist.
+// The page on reliability names a test for each of its promises. Checks that those tests exist.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -28,7 +28,7 @@ bool IsOfAName(char byte) {
   return byte == '_' || std::isalnum(static_cast<unsigned char>(byte)) != 0;
 }
 
-// The name that the text starts with, taken off it.
+// Removes the name at the start of the text and returns it.
 std::string TakeName(std::string_view& text) {
   const auto end = std::find_if_not(text.begin(), text.end(), IsOfAName);
   std::string name(text.begin(), end);
@@ -42,8 +42,8 @@ bool Take(std::string_view& text, std::string_view part) {
   return true;
 }
 
-// "Suite.Test" for each two names that stand between `open` and `close`, parted by `comma` and any
-// blanks and line breaks.
+// Returns "Suite.Test" for each pair of names between `open` and `close`. `comma`, blanks and line
+// breaks separate the two names.
 std::set<std::string> Names(std::string_view text, std::string_view open, std::string_view comma,
                             std::string_view close) {
   std::set<std::string> names;
@@ -75,7 +75,7 @@ TEST(ReliabilityPage, NamesTestsThatExist) {
   for (const std::string& name : named) EXPECT_TRUE(tests.contains(name)) << name;
 }
 
-// A row without a result, or whose test nobody names, is caught as well.
+// Also fails for a row without a result and for a row without a test.
 TEST(ReliabilityPage, GivesEveryRowATestAndAResult) {
   std::istringstream page(ReadText(fs::path(MORVEX_SOURCE_ROOT) / "docs/reliability.md"));
   std::size_t rows = 0;

@@ -1,5 +1,5 @@
-// All lists of up to two rows over small alphabets, and for each all inputs up to a useful length.
-// The right texts tell the rows apart and show what was caught.
+// All lists of up to two rows over small alphabets, and for each list all inputs up to a useful
+// length. The right texts tell the rows apart and show what was captured.
 #include <gtest/gtest.h>
 
 #include "tests/reference/judge.h"
@@ -23,7 +23,7 @@ std::vector<std::string> AllTexts(const std::string& alphabet, std::size_t least
   return all;
 }
 
-// Judges the list on every input alone, and then on all of them behind one another.
+// Judges the list on each input, without anything kept from the inputs before.
 void ExpectAgreement(const JudgedList& list, const std::vector<std::string>& inputs,
                      Kernel kernel) {
   Judge judge(list, kernel);

@@ -30,7 +30,8 @@ void Fill(const JudgedList& list, SubstitutionTables& tables) {
   if (list.flagged_rows < tables.JokerLeft.size()) tables.JokerLeft.resize(list.flagged_rows);
 }
 
-// Sizes of pieces, the same for the same file: mostly a few bytes, and more of a long file.
+// Random sizes of pieces, always the same for the same file: a few bytes, and up to the whole file
+// if it is long.
 class PieceSizes {
  public:
   explicit PieceSizes(const std::string& file)

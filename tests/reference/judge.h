@@ -1,5 +1,5 @@
-// Holds the engine against the literal one: same list, same files, and every byte, the hits and
-// what is left for the next file must be the same.
+// Compares the engine with LiteralSubstitution: for the same list and files, the bytes, the hits
+// and the state that is kept for the next file must be the same.
 #pragma once
 
 #include <cstdint>
@@ -13,14 +13,14 @@
 
 namespace morvex::test {
 
-// A list and how it was made ready. The three wildcards differ when the setting changed between the
-// editor's opening (`flags`), its OK (`tails`) and the run (`run`); 0: none.
+// A list and how its tables were made. The three wildcards differ when the setting changed between
+// the editor's opening (`flags`), its OK (`tails`) and the run (`run`); 0: no wildcard.
 struct JudgedList {
   std::vector<std::pair<std::string, std::string>> rows;  // left text, right text
   char flags = 0;
   char tails = 0;
   char run = 0;
-  std::size_t flagged_rows = ~std::size_t{0};  // so many rows have a flag at all
+  std::size_t flagged_rows = ~std::size_t{0};  // how many rows have a flag at all
 };
 
 // The list in a form that can be pasted into a test.
@@ -30,15 +30,15 @@ std::string PrintBytes(const std::string& bytes);
 class Judge {
  public:
   Judge(const JudgedList& list, Kernel kernel) : Judge(list, list, kernel) {}
-  // Each engine has a list of its own: shows that the judge sees what differs.
+  // Gives each engine its own list, to show that the judge notices differences.
   Judge(const JudgedList& literal_list, const JudgedList& engine_list, Kernel kernel);
   ~Judge();
 
-  // Runs the file through both engines, behind the files before it. Empty when they agree, else
-  // everything that a person needs to see why not.
+  // Runs the file through both engines, after the files judged before. Returns an empty text when
+  // they agree, else everything that a person needs to see why they do not.
   std::string Differences(const std::string& file);
 
-  // Both engines forget what they kept from the files so far.
+  // Makes both engines forget what they kept from the files so far.
   void Forget();
 
  private:
@@ -67,7 +67,7 @@ class Judge {
   std::unique_ptr<LiteralSubstitution> literal_;
   std::unique_ptr<Substitution> engine_;
   std::unique_ptr<Substitution> by_automaton_;
-  std::unique_ptr<Substitution> in_pieces_;  // of a stream that pauses at places of all kinds
+  std::unique_ptr<Substitution> in_pieces_;  // reads a stream that pauses at offsets of all kinds
   std::vector<std::string> files_;           // since the last Forget
   static Buffers& SharedBuffers();
 };

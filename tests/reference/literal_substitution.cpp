@@ -25,10 +25,10 @@ bool Step16(int& counter, std::int64_t by) {
 
 }  // namespace
 
-// One attempt to match one row at one place.
+// One attempt to match one row at one offset.
 class LiteralSubstitution::Attempt {
  public:
-  // `bytes` start at the place; behind `size` of them the file has ended and reads as NUL.
+  // `bytes` start at that offset. Behind `size` bytes the file has ended and reads as NUL.
   Attempt(LiteralSubstitution& owner, std::int64_t row, const std::uint8_t* bytes, std::size_t size)
       : owner_(owner),
         state_(owner.state_),
@@ -45,11 +45,11 @@ class LiteralSubstitution::Attempt {
     return !overflowed_ && examined_ > needed;
   }
 
-  // Bytes that fitted; the one that ended the attempt is not among them.
+  // Returns how many bytes matched, without the byte that ended the attempt.
   int length() const { return examined_ - 1; }
 
  private:
-  // One round of the attempt; false when it ends the attempt.
+  // Does one round of the attempt; returns false when that ends the attempt.
   bool Advance() {
     const std::optional<std::uint8_t> pattern = tables_.LeftBytes(row_, position_);
     if (pattern) {
@@ -87,8 +87,8 @@ class LiteralSubstitution::Attempt {
     return pattern && owner_.IsJoker(*pattern);
   }
 
-  // From the place where the tail first stands among the examined bytes, every further round closes
-  // the span again and takes the tail's length off once more.
+  // Once the tail stands among the examined bytes, every further round closes the span again and
+  // subtracts the tail's length once more.
   void CloseSpanAtTail() {
     const std::string& tail = owner_.TailOf(row_);
     if (tail.empty()) return;
@@ -185,13 +185,13 @@ LiteralSubstitution::Match LiteralSubstitution::FirstMatchingRow(const InputWind
                                                                  bool& stopped) {
   const std::uint8_t first = *input.data();
   ++steps_;
-  // The attempts' first step, taken here for all rows together and then for each, because it ends
-  // nearly every attempt.
+  // The first step of the attempts is taken here, for all rows together and then for each row,
+  // because it ends nearly every attempt.
   if (!starts_a_row_[first] && !state_.Joker_SET) return {};
   for (const UsableRow& row : rows_) {
     ++steps_;
     if (first != row.first && !state_.Joker_SET) continue;
-    // With long lists and long spans one byte alone can take long.
+    // With long lists and long spans, a single byte of the input can take long.
     if (steps_ >= kStepsBetweenQuestions && !MayGoOn()) {
       stopped = true;
       return {};
@@ -219,7 +219,8 @@ std::int64_t LiteralSubstitution::WriteRightText(std::int64_t row, std::int64_t 
       ++position;
       continue;
     }
-    // The captured bytes 0 to n; those of the tail, caught before it was recognised, are left out.
+    // Writes the captured bytes 0 to n, without the bytes of the tail that were captured before the
+    // tail was recognised.
     const std::int64_t n = bound - tail + 1;
     const std::int64_t written = std::min(n, bound) + 1;
     if (written > 0) {

@@ -21,7 +21,7 @@
 
 namespace morvex::test {
 
-// What an attempt leaves for the next one.
+// The state that an attempt leaves for the next attempt.
 struct LiteralState : CaptureState {
   bool Joker_SET = false;  // a span is open
 };
@@ -50,7 +50,7 @@ class LiteralSubstitution {
   // `stopped` is set when the watcher wanted to stop before all rows were tried.
   Match FirstMatchingRow(const InputWindow& input, bool& stopped);
   bool MayGoOn();
-  // Gives the write position behind the right text.
+  // Writes a right text at `position` and returns the write position behind it.
   std::int64_t WriteRightText(std::int64_t row, std::int64_t position, PositionedOutput& output);
   // Tables that were filled before a list grew may have no tail for a row.
   const std::string& TailOf(std::int64_t row) const {

@@ -1,6 +1,6 @@
-// A second substitution engine, as plain as can be: whole files as strings, a matrix of codes, the
-// attempt's steps in their order and nothing done ahead of its turn. It is what the real engine is
-// held against. Texts and files must be short: its counters know no bounds.
+// A second substitution engine, as plain as can be: whole files as strings, a matrix of codes, and
+// the attempt's steps in their order. The real engine is compared with it. Texts and files must be
+// short, because its counters have no limits.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ class NaiveEngine {
  public:
   NaiveEngine(const SubstitutionTables& tables, std::uint8_t joker);
 
-  // The result's bytes. What the engine keeps from file to file stays.
+  // Returns the bytes of the result. The state from the files before is not reset.
   std::string Process(const std::string& file);
 
   std::int64_t hits = 0;  // of the last file

@@ -60,7 +60,7 @@ class Generator {
     if (joker != 0 && OneIn(2)) text[Below(text.size())] = joker;
     return text;
   }
-  // Random bytes and left texts, their wildcards filled in.
+  // Returns random bytes mixed with left texts whose wildcards are filled in.
   std::string File(const Rows& rows) {
     std::string file;
     for (std::size_t parts = Below(8); parts > 0; --parts) {
@@ -109,7 +109,7 @@ TEST(SubstitutionRandom, AgreesWithTheNaiveEngine) {
       hits += naive.hits;
     }
   }
-  // The cases are worth their time only when lists and files meet.
+  // The cases are worth their time only when rows match in the files.
   EXPECT_GT(hits, std::int64_t{kCases});
 }
 

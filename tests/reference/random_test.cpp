@@ -1,6 +1,6 @@
-// Random lists over random files, with what they hold placed at every border that the engine knows:
-// its blocks of places, its window, its writes, and the longest span. A failing case prints its
-// seed; MORVEX_JUDGE_SEED runs that one alone, MORVEX_JUDGE_CASES sets how many there are.
+// Random lists over random files. The list's texts are placed at every border that the engine
+// knows: its blocks of offsets, its window, its writes, and the longest span. A failing case prints
+// its seed; MORVEX_JUDGE_SEED runs that case alone, MORVEX_JUDGE_CASES sets the number of cases.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -43,8 +43,9 @@ class Generator {
     return list;
   }
 
-  // Rows that nearly match everywhere in NearMisses: runs of one letter, some with an end that
-  // rarely comes. The engine changes from its index to the automaton there, and back.
+  // Rows that almost match everywhere in the text of NearMisses: runs of one letter, some with an
+  // end that rarely comes. In that text the engine changes from its index to the automaton and
+  // back.
   JudgedList RowsOfOneLetter() {
     alphabet_ = "ab";
     JudgedList list;
@@ -66,7 +67,7 @@ class Generator {
     return file;
   }
 
-  // Bytes of the alphabet and left texts, with their wildcards filled in.
+  // Returns bytes of the alphabet mixed with left texts whose wildcards are filled in.
   std::string Matter(const JudgedList& list, std::size_t parts) {
     std::string matter;
     for (; parts > 0; --parts) {
@@ -81,7 +82,7 @@ class Generator {
     return matter;
   }
 
-  // Matter in front of, across and behind a border, over filler in which nothing begins.
+  // Returns matter in front of, across and behind a border, in filler in which no row begins.
   std::string AcrossBorder(const JudgedList& list) {
     static constexpr std::size_t kBorders[] = {4096, 8192, 32766, 32767, 98304, 131072, 163840};
     const std::size_t border = kBorders[Below(std::size(kBorders))];
@@ -125,8 +126,8 @@ TEST(RandomJudge, FindsNoDifferenceWhereRowsNearlyMatchEverywhere) {
   }
 }
 
-// Enough of what makes the index look too often, then more of other text than the automaton is
-// given at once, and the same again.
+// The file has enough text that makes the index look too often, then more of other text than the
+// automaton is given at once, and then both again.
 TEST(RandomJudge, FindsNoDifferenceWhereTheSearchChangesToAndFro) {
   for (std::uint64_t seed = 1; seed <= 4; ++seed) {
     Generator generator(seed);
@@ -146,7 +147,7 @@ TEST(RandomJudge, FindsNoDifferenceWhereTheSearchChangesToAndFro) {
 }
 
 TEST(Judge, AWildcardTriedInVainStaysCaughtBehindARowThatCatchesNothing) {
-  // The wildcard of the run is not the one that the list was applied with.
+  // The run has another wildcard than the one with which the list was applied.
   JudgedList list;
   list.rows = {{"ac*x", "<*>"}, {"b*y", "[*]"}, {"q", "[*]"}};
   list.flags = 'c';
@@ -174,9 +175,9 @@ TEST(Judge, SeesDifferentBytesHitsAndCaptures) {
   const JudgedList list{{{"ab", "X"}}};
   EXPECT_FALSE(differs(list, list, "..ab.."));
   EXPECT_TRUE(differs(list, {{{"ab", "Y"}}}, "..ab.."));
-  // The same bytes, with two hits for one.
+  // The same bytes, but two hits instead of one.
   EXPECT_TRUE(differs({{{"ab", "ab"}}}, {{{"a", "a"}, {"b", "b"}}}, "..ab.."));
-  // The same bytes and hits, but another byte was caught on the way.
+  // The same bytes and hits, but another byte was captured on the way.
   EXPECT_TRUE(differs({{{"a*q", ""}}, '*', '*', '*'}, {{{"b*q", ""}}, '*', '*', '*'}, "aXbY"));
 }
 

@@ -10,7 +10,7 @@
 
 namespace morvex::test {
 
-// Pauses behind every piece. An open file and the source of a substitution in one.
+// Pauses behind every piece. It is an open file and the source of a substitution in one.
 class PiecesInput : public InputFile, public ByteSource {
  public:
   // The bytes and `next_size`, which returns the size of each piece, 1 or more, must outlive the
@@ -40,7 +40,7 @@ class PiecesInput : public InputFile, public ByteSource {
   std::string_view bytes_;
   std::function<std::size_t()> next_size_;
   std::size_t done_ = 0;
-  std::size_t left_ = 0;  // of the piece
+  std::size_t left_ = 0;  // bytes left of the current piece
 };
 
 }  // namespace morvex::test

@@ -23,8 +23,8 @@ struct Fault {
   bool from_then_on = false;
 };
 
-// A call that was made to fail: its name ("LookUpFile", "ReadAt", ...) and its path; of two paths
-// the second.
+// A call that was made to fail: its name ("LookUpFile", "ReadAt", ...) and its path; for a call
+// with two paths the second path.
 struct FailedCall {
   std::string name;
   std::string path;

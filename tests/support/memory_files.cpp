@@ -29,7 +29,7 @@ class MemoryInput : public InputFile {
 
 }  // namespace
 
-// Moves, copies and deletes by its path, as the service does.
+// Moves, copies and deletes by the file's path, as the calls of the service do.
 class MemoryWorkFile : public WorkFile {
  public:
   MemoryWorkFile(MemoryFiles& files, const std::string& path, std::shared_ptr<std::string> bytes)
@@ -51,7 +51,7 @@ class MemoryWorkFile : public WorkFile {
     return error != ErrorNumber::kNone ? error : files_.Move(path(), to, keep_going);
   }
   ErrorNumber MoveToFreeName(const std::string& to) override {
-    // A test that makes a move fail means either kind.
+    // A test that makes "MoveTo" fail means MoveToFreeName, too.
     const ErrorNumber error = files_.Asked("MoveTo", to);
     return error != ErrorNumber::kNone ? error : files_.MoveToFree(path(), to);
   }
@@ -270,7 +270,7 @@ ErrorNumber MemoryFiles::MoveFile(const std::string& from, const std::string& to
 }
 
 ErrorNumber MemoryFiles::MoveToFreeName(const std::string& from, const std::string& to) {
-  // A test that makes a move fail means either kind.
+  // A test that makes "MoveFile" fail means MoveToFreeName, too.
   const ErrorNumber error = Asked("MoveFile", to);
   return error != ErrorNumber::kNone ? error : MoveToFree(from, to);
 }

@@ -13,14 +13,15 @@
 
 namespace morvex::test {
 
-// Called before every call, with the call's name ("CreateWorkFile", "ReadAt", ...) and its path; of
-// two paths the second. If it returns an error, the call does nothing but return that error.
+// Called before every call, with the call's name ("CreateWorkFile", "ReadAt", ...) and its path;
+// for a call with two paths the second path. If this function returns an error, the call does
+// nothing but return that error.
 using FailCall = std::function<ErrorNumber(const std::string& call, const std::string& path)>;
 
 class MemoryFiles : public FileService {
  public:
   // With the separator '\\' absolute paths start with a drive letter ("C:\a"), with '/' they start
-  // with it.
+  // with the separator.
   explicit MemoryFiles(char separator = '/');
 
   // Set-up. Missing parent folders are created; an existing file, folder or link is replaced.
@@ -68,8 +69,8 @@ class MemoryFiles : public FileService {
   ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) override;
   ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
 
-  // Every call counts itself here first, those of open files too. Returns the error that `fail`
-  // chooses for it.
+  // Every call counts itself here first, also the calls on open files. Returns the error that
+  // `fail` chooses for the call.
   ErrorNumber Asked(const char* call, const std::string& path);
 
  private:
@@ -85,7 +86,7 @@ class MemoryFiles : public FileService {
     std::uint64_t number = 0;  // its identity; grows in the order of creation
   };
 
-  // The calls of these names, without asking.
+  // Do the work of the calls of these names, without asking `fail`.
   ErrorNumber Copy(const std::string& from, const std::string& to, const KeepGoing& keep_going);
   ErrorNumber Move(const std::string& from, const std::string& to, const KeepGoing& keep_going);
   ErrorNumber MoveToFree(const std::string& from, const std::string& to);

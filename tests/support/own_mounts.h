@@ -1,4 +1,4 @@
-// A process with mounts of its own, which root may have, and others where the system lets them.
+// A process with its own mounts. Root may have one; other users may where the system lets them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,8 +16,9 @@ namespace morvex::test {
 
 class OwnMounts {
  public:
-  // Runs `work` in a new process, where it may mount what it likes; what it expects is expected of
-  // the calling test. Gives false, having done nothing, where nobody may.
+  // Runs `work` in a new process, which may mount what it likes. An expectation that fails in
+  // `work` fails the calling test. Returns false, without running `work`, where the system does not
+  // allow such a process.
   static bool Run(const std::function<void()>& work) {
     fflush(nullptr);
     const pid_t child = fork();

@@ -1,5 +1,5 @@
-// A program on a host that a test holds in its hands: files in memory, a clock that stands or steps
-// as the test says, answers given beforehand, messages written down.
+// A program on a host that the test controls: files in memory, a clock that stands or moves on as
+// the test says, prepared answers, recorded messages.
 #pragma once
 
 #include <chrono>
@@ -25,7 +25,7 @@ class FakeSystem : public SystemService {
   std::string short_date = "11/21/26";
   std::string time_text = "12:34:56";
   std::chrono::milliseconds steady{1000};
-  // What the steady clock moves on by each time it is read; 15 ms and more let every yield through.
+  // How far the steady clock moves on each time it is read; from 15 ms on, every yield is due.
   std::chrono::milliseconds step{0};
   TextCodec codec = TextCodec::kSingleByte;
   bool redirected_store = false;
@@ -114,9 +114,9 @@ struct TestProgram {
 
   // Opens the editor with these rows, as if they had been typed.
   void TypeRows(const Rows& rows);
-  // The same, and applies them with OK.
+  // As TypeRows, and applies the rows with OK.
   void ApplyRows(const Rows& rows, std::uint8_t joker = 0);
-  // The grid's rows as they stand.
+  // Returns the rows in the grid.
   Rows GridRows() const;
   // Run log messages, without time stamp and quotes, in order; empty when there is no log.
   std::vector<std::string> LogMessages() const;

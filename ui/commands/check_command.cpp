@@ -31,14 +31,14 @@ std::string Counted(std::uint64_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
-// As in "9 files", or "2 of 9 files" where anything was found.
+// Returns a count, as in "9 files", or "2 of 9 files" where anything was found.
 std::string CountText(const CheckTotals& totals, const CheckCount& count, const char* one,
                       const char* many) {
   const std::string all = Counted(count.all, one, many);
   return totals.findings == 0 ? all : std::to_string(count.with_findings) + " of " + all;
 }
 
-// As in "3 findings in 2 of 9 files and 1 of 2 folders, 3.0 kB."
+// Returns the totals, as in "3 findings in 2 of 9 files and 1 of 2 folders, 3.0 kB."
 std::string TotalsText(const CheckTotals& totals) {
   const std::string files = CountText(totals, totals.files, "file", "files");
   const std::string folders = CountText(totals, totals.folders, "folder", "folders");
@@ -95,7 +95,8 @@ class RowWarnings {
     }
   }
 
-  // A list is read in one encoding, whatever a single row is in.
+  // Warns of rows in UTF-8 in a list that is read as Windows-1252: a list is read in one encoding,
+  // so such rows are misread.
   void WarnOfThoseInUtf8() {
     const std::vector<std::string>& texts = subject_.tables.LeftTexts;
     for (std::size_t row = 0; row < texts.size(); ++row) {

@@ -15,8 +15,9 @@
 namespace morvex {
 namespace {
 
-// The most entries that are queued at a time: enough for every thread, few enough for the memory.
-// While the finished ones hold kMostFindings or more, only the first entry of the queue is begun.
+// The most entries in the queue: enough to keep every thread busy, few enough for the memory. While
+// the finished entries in the queue hold kMostFindings findings or more, threads begin only the
+// queue's first entry.
 constexpr std::size_t kMostWaiting = 256;
 constexpr std::size_t kMostFindings = 2 * CheckedEntry::kMostKept;
 constexpr unsigned kMostThreads = 16;
@@ -31,14 +32,14 @@ void Keep(CheckedEntry& entry, const Leftover& leftover, Within within) {
   entry.findings.push_back(std::move(finding));
 }
 
-// By where they are, then by offset, then by row.
+// Sorts findings by where in the entry they are, then by offset, then by row.
 bool InOrder(const Finding& a, const Finding& b) {
   if (a.within != b.within) return a.within < b.within;
   return std::pair(a.leftover.offset, a.leftover.row) <
          std::pair(b.leftover.offset, b.leftover.row);
 }
 
-// Returns false when `keep_going` ended it.
+// Searches one entry. Returns false when `keep_going` ended the search.
 bool CheckEntry(FileService& files, LeftoverSearch& search, const KeepGoing& keep_going,
                 CheckedEntry& entry) {
   const auto keep_as = [&entry](Within within) {
@@ -114,7 +115,7 @@ class EntryQueue {
     }
   }
 
-  // Asks `keep_going_`. Once it said no, no further entry is passed on.
+  // Asks `keep_going_`. Once that returned false, no further entry is passed on.
   bool MayGoOn() {
     const std::lock_guard lock(mutex_);
     if (keep_going_ && !keep_going_()) stopped_ = true;
@@ -157,7 +158,7 @@ class EntryQueue {
   std::condition_variable something_is_done_;
   std::deque<std::unique_ptr<Slot>> entries_;
   std::size_t next_ = 0;      // the index of the first entry that no thread has taken
-  std::size_t findings_ = 0;  // of the finished entries in the queue
+  std::size_t findings_ = 0;  // findings in the finished entries of the queue
   bool closed_ = false;
   bool stopped_ = false;
   std::vector<std::thread> threads_;
@@ -183,8 +184,8 @@ class Walk {
   Walk(FileService& files, EntryQueue& queue, const std::string& root)
       : files_(files), queue_(queue), root_(WithSeparator(root)) {}
 
-  // `folder` is the look-up of the entry's path. No recursion: a tree can be deeper than the stack
-  // of the process.
+  // Searches the tree. `folder` is the result of looking up the tree's path. There is no recursion,
+  // because a tree can be deeper than the stack of the process.
   void Folder(CheckedEntry tree, const Result<FolderInfo>& folder) {
     Enter(std::move(tree), folder, false);
     while (!levels_.empty() && queue_.MayGoOn()) {
@@ -222,7 +223,7 @@ class Walk {
     return path.ends_with(files_.Separator()) ? path : path + files_.Separator();
   }
 
-  // Whether a link leads to a folder of the tree, which the walk reaches under its own path.
+  // Whether a link leads to a folder of the tree. The walk reaches that folder under its own path.
   bool LeadsIntoTree(const std::string& link) const {
     const Result<std::string> real = files_.RealPath(link);
     return real && WithSeparator(real.value).starts_with(root_);
@@ -256,7 +257,8 @@ class Walk {
   EntryQueue& queue_;
   const std::string root_;     // ends in a separator
   std::vector<Level> levels_;  // the folders from the root down to the current one
-  std::set<std::pair<std::uint64_t, std::uint64_t>> entered_;  // device and number
+  std::set<std::pair<std::uint64_t, std::uint64_t>>
+      entered_;  // device and number of every folder entered
 };
 
 }  // namespace

@@ -26,7 +26,7 @@ struct Finding {
 enum class CheckedKind {
   kFile,
   kFolder,
-  // Of the following only the name is searched, and of a link also its text:
+  // For the kinds below only the name is searched, and the text of a link:
   kFolderElsewhere,  // a folder that is searched under another path
   kBrokenLink,       // a link that leads to nothing
   kSpecial,          // a pipe, socket or device
@@ -44,8 +44,8 @@ struct CheckedEntry {
   std::string link_text = {};          // the path that a link holds
   std::vector<Finding> findings = {};  // in the name, then in the link's text, then in the bytes
   std::uint64_t not_kept = 0;
-  std::uint64_t bytes = 0;                 // that were searched
-  ErrorNumber error = ErrorNumber::kNone;  // why it could not be read to its end
+  std::uint64_t bytes = 0;                 // bytes searched
+  ErrorNumber error = ErrorNumber::kNone;  // why the entry could not be read to its end
 };
 
 using TakeEntry = std::function<void(const CheckedEntry&)>;

@@ -11,7 +11,7 @@
 
 namespace morvex {
 
-// Everything that it refers to must outlive the command.
+// Everything that this object refers to must outlive the command.
 struct CommandConsole {
   FileService& files;
   SystemService& system;
@@ -22,14 +22,14 @@ struct CommandConsole {
   bool input_is_terminal = false;
   bool output_is_terminal = false;
   bool error_is_terminal = false;
-  std::function<int()> columns;  // width of the terminal
-  // Makes an interrupt set `stop_requested` instead of ending the process. `asks`: the command asks
-  // questions, and the first interrupt breaks off the wait for an answer. Without questions, writes
-  // under way are completed.
+  std::function<int()> columns;  // width of the terminal, in columns
+  // Makes an interrupt set `stop_requested` instead of ending the process. With `asks` true (the
+  // command asks questions), the first interrupt breaks off the wait for an answer; with false,
+  // writes under way are completed.
   std::function<void(bool asks)> note_stop_requests;
   std::function<bool()> stop_requested;
-  // Standard input and output as files of bytes. Whoever opens them uses `input` or `output` no
-  // more.
+  // Standard input and output as files of bytes. After opening one of them, do not use `input` or
+  // `output` any more.
   std::function<std::unique_ptr<InputFile>()> open_input;
   std::function<std::unique_ptr<OutputFile>()> open_output;
 };

@@ -9,8 +9,8 @@ namespace morvex {
 
 enum class MessageColours { kNone, kShown };
 
-// Returns kShown for a terminal, unless NO_COLOR is set and not empty or TERM is "dumb".
 class SystemService;
+// Returns kShown for a terminal, unless NO_COLOR is set and not empty or TERM is "dumb".
 MessageColours ColoursFor(SystemService& system, bool is_terminal);
 
 // Returns the text between the escape sequences of a colour; with kNone the text alone.
@@ -28,7 +28,7 @@ class CommandMessages {
   void Error(const std::string& place, const std::string& text);
   void Warn(const std::string& place, const std::string& text);
 
-  // For information; no error with `strict` either.
+  // Writes an information, which is no error even with `strict`.
   void Note(const std::string& place, const std::string& text);
 
   bool any_error() const { return any_error_; }

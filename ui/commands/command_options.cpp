@@ -56,8 +56,8 @@ constexpr const char* kFilterExamples =
     "\n"
     "Exit status: 0 done; 1 reading, writing or the list failed; 2 the command line is wrong.";
 
-// A missing option is reported only when everything else is right (WhatIsMissing), so that a
-// misspelt option is reported first.
+// Refuses an empty value. That an option is missing is reported only when everything else is right
+// (see WhatIsMissing), so that a misspelt option is reported first.
 CLI::Validator NotEmpty() {
   return CLI::Validator(
       [](std::string& value) { return value.empty() ? std::string("may not be empty") : ""; }, "");
@@ -152,7 +152,8 @@ Command CommandNamed(const std::string& name) {
   return name == "check" ? Command::kCheck : Command::kFilter;
 }
 
-// Some of the parser's texts end in a dot or a line break, which are dropped here.
+// Returns the result for a wrong command line. A dot or line break at the end of the parser's text
+// is dropped.
 CommandLine Wrong(const std::string& command, std::string text) {
   while (text.ends_with('.') || text.ends_with('\n')) text.pop_back();
   CommandLine line;
@@ -162,7 +163,8 @@ CommandLine Wrong(const std::string& command, std::string text) {
   return line;
 }
 
-// The parser's text names the option as --name; for a flag it begins with the name alone.
+// Returns the error text for a wrong value. The parser's text contains the option as --name; for a
+// flag it begins with the name without hyphens.
 std::string MismatchText(const std::string& text) {
   const std::size_t option = text.find("--");
   if (option == std::string::npos) return "--" + text.substr(0, text.find(' ')) + " takes no value";
@@ -208,7 +210,8 @@ std::size_t Distance(std::string_view one, std::string_view other) {
   return steps[one.size()][other.size()];
 }
 
-// Returns the word in lower case, without leading hyphens, cut to a length that no command has.
+// Returns the word in lower case, without leading hyphens, cut to a length beyond that of every
+// command.
 std::string Plain(std::string_view word) {
   constexpr std::size_t kLongEnough = 16;
   word.remove_prefix(std::min(word.find_first_not_of('-'), word.size()));
@@ -224,7 +227,7 @@ std::string Plain(std::string_view word) {
 std::string UnknownCommandText(const std::string& argument) {
   const std::string word = Plain(argument);
   const char* nearest = nullptr;
-  std::size_t least = word.size();  // at this distance no character is kept
+  std::size_t least = word.size();  // an edit distance at which no character is kept
   for (const char* name : {kCommands[0], kCommands[1], kCommands[2], "--help", "--version"}) {
     const std::string plain = Plain(name);
     const std::size_t distance = plain.starts_with(word) ? 0 : Distance(word, plain);

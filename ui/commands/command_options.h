@@ -47,7 +47,7 @@ struct CommandLine {
   RunOptions run;
   CheckOptions check;
   FilterOptions filter;
-  // With kNone: the text to print, on standard error unless the status is 0.
+  // The text to print when `command` is kNone; on standard error unless the status is 0.
   std::string text;
   int exit_status = 0;
 };
@@ -55,8 +55,8 @@ struct CommandLine {
 // Whether the program's first argument names a command; ParseCommandLine reads the rest then.
 bool IsCommand(const std::string& argument);
 
-// Returns the error text for a first argument that looks like a command and is none. It suggests
-// the most similar command.
+// Returns the error text for a first argument that looks like a command but is not one. The text
+// suggests the most similar command.
 std::string UnknownCommandText(const std::string& argument);
 
 // Reads the program's arguments, the command first.

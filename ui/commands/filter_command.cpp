@@ -16,8 +16,8 @@
 namespace morvex {
 namespace {
 
-// A right text that moves the write position back does so by a few bytes a match, with nearly every
-// list.
+// How many bytes of output are held back. With nearly every list, a match moves the write position
+// back by a few bytes at most.
 constexpr std::size_t kHeldBack = std::size_t{1} << 20;
 
 class HitCounter : public SubstitutionWatcher {
@@ -28,9 +28,9 @@ class HitCounter : public SubstitutionWatcher {
   std::int64_t hits = 0;
 };
 
-// Whether a row can move the write position back. It does when the text behind its wildcard is
-// longer than what the wildcard captured. For that the text must have three bytes or more, and its
-// beginning must also occur in front of the wildcard, or it must hold a second wildcard.
+// Whether the row can move the write position back. That happens when the text behind the wildcard
+// is longer than the captured bytes. The text must then have at least three bytes, and either its
+// beginning also occurs in front of the wildcard, or it holds a second wildcard.
 bool MayWriteBack(const std::string& left, const std::string& right, const std::string& wildcard) {
   constexpr std::size_t kShortestTail = 3;
   const std::size_t found = left.find(wildcard);

@@ -11,7 +11,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 using namespace std::string_literals;
 
-// The most bytes of a row's left text that a line shows.
+// The most bytes of a row's left text that a line of the output shows.
 constexpr std::size_t kMostOfARow = 80;
 
 const char* NameOf(Encoding encoding) {
@@ -39,7 +39,7 @@ bool IsInListEncoding(const CheckSubject& subject, Encoding encoding) {
   return encoding == subject.list_encoding || encoding == Encoding::kBytes;
 }
 
-// As in "as it stands" or "UTF-16LE, other letter case".
+// Returns the form of a finding, as in "as it stands" or "UTF-16LE, other letter case".
 std::string FormOf(const CheckSubject& subject, const Leftover& leftover) {
   const bool in_list_encoding = IsInListEncoding(subject, leftover.encoding);
   std::string form = in_list_encoding ? "" : NameOf(leftover.encoding);
@@ -63,7 +63,7 @@ Surroundings SurroundingsOf(const Finding& finding) {
   const std::string_view around = finding.around;
   const bool is_wide =
       leftover.encoding == Encoding::kUtf16Le || leftover.encoding == Encoding::kUtf16Be;
-  // UTF-16 units are two bytes: start at an even distance from the finding.
+  // A UTF-16 unit has two bytes: the shown bytes must start at an even distance from the finding.
   const std::size_t odd = is_wide ? leftover.before % 2 : 0;
   const auto size =
       static_cast<std::size_t>(std::min<std::uint64_t>(leftover.size, LeftoverSearch::kShown));

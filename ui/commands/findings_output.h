@@ -24,7 +24,7 @@ struct CheckSubject {
   bool all_rows = true;  // false: some rows of the list could not be checked
 };
 
-// A count of files, of folders, or of entries of which the name alone was searched.
+// A count of files, of folders, or of entries whose name alone was searched.
 struct CheckCount {
   std::uint64_t all = 0;
   std::uint64_t with_findings = 0;
@@ -48,7 +48,7 @@ class FindingsOutput {
   virtual void End(const CheckTotals& totals) = 0;
 };
 
-// Returns what an entry is of which the name alone was searched; null for a file or folder.
+// Returns the kind of an entry whose name alone was searched, as text; null for a file or folder.
 const char* NameAloneText(CheckedKind kind);
 
 // One line per finding.

@@ -92,13 +92,13 @@ void DropMarks(ReplacementList& list) {
   }
 }
 
-// A diagnostic of the whole list has no line.
+// Returns the path and line of a diagnostic; the path alone for a diagnostic of the whole list.
 std::string LineOf(const std::string& path, const ListDiagnostic& diagnostic) {
   return diagnostic.line == 0 ? path : path + ":" + std::to_string(diagnostic.line);
 }
 
-// Why the list cannot be read. Points out characters that a shell would have expanded and that
-// Windows allows in no name.
+// Returns why the list cannot be read. Points out characters that a shell would have expanded, and
+// those that Windows allows in no name.
 std::string WhyUnread(const std::string& path, ErrorNumber error) {
   const std::string line = "the replacement list cannot be read: ";
   switch (error) {

@@ -30,8 +30,8 @@ std::optional<LoadedList> LoadList(FileService& files, const Settings& settings,
                                    CommandMessages& messages,
                                    ByteOrderMarks marks = ByteOrderMarks::kKept);
 
-// Reports the diagnostics alone, after a run that a settings file described. Says nothing of a list
-// that cannot be opened: the run reports that itself.
+// Reports only the diagnostics of the list, after a run that a settings file described. Reports
+// nothing for a list that cannot be opened: the run reports that itself.
 void WarnOfList(const Program& program, CommandMessages& messages);
 
 }  // namespace morvex

@@ -65,8 +65,9 @@ bool ReportPlace::SparesOwnPlaces() {
   return true;
 }
 
-// A file exists at the path. For a single-file run an older report may also be in the folder of the
-// source or target, so that the same command works twice.
+// Called when a file exists at the path: whether the report may replace it. For a single-file run
+// an older report may also be in the folder of the source or target, so that the same command works
+// twice.
 bool ReportPlace::MayReplace() {
   using Tree = std::pair<std::string, const char*>;
   const std::array<Tree, 2> trees = {Tree{program_.request.source, "the source"},
@@ -81,7 +82,7 @@ bool ReportPlace::MayReplace() {
   return Refuse(std::string("is not an older report") + kAnother);
 }
 
-// There is no file or folder at the path. Tries whether the report can be written there.
+// Called when there is no file or folder at the path: whether the report can be written there.
 bool ReportPlace::HasRoom() {
   FileService& files = program_.host.files;
   const std::string source = program_.request.source;
@@ -99,7 +100,7 @@ bool ReportPlace::HasRoom() {
     if (files.LookUpFile(origin) || files.LookUpFolder(origin)) {
       return Refuse("is where the copy of " + ShownPath(origin) + " will be" + kAnother);
     }
-    // The run will make this folder, as the source has it.
+    // The source has this folder, so the run will make it in the target.
     if (files.LookUpFolder(FolderOf(program_, origin))) folder_error = ErrorNumber::kNone;
   }
   if (folder_error != ErrorNumber::kNone) {

@@ -1,6 +1,6 @@
-// Where a run's report is written. It takes a free path or replaces an older report, and never
-// replaces anything that the run reads or writes. In the source or target folder it draws a
-// warning, because these are handed over.
+// Where a run's report is written. The report takes a free path or replaces an older report, and
+// never replaces anything that the run reads or writes. A report in the source or target folder
+// draws a warning, because these folders are handed over.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ namespace morvex {
 
 class ReportPlace {
  public:
-  // `settings_file` may be empty. All must outlive the object.
+  // `settings_file` may be empty. All arguments must outlive the object.
   ReportPlace(Program& program, const std::string& path, const std::string& settings_file,
               CommandMessages& messages)
       : program_(program), path_(path), settings_file_(settings_file), messages_(messages) {}

@@ -20,11 +20,11 @@
 namespace morvex {
 namespace {
 
-// The log names it instead of a settings file.
+// What the log names instead of a settings file.
 constexpr const char* kFromCommandLine = "(opdrachtregel)";
 
-// In sub-folders the last four bytes of a name are compared with the extensions, so only those of
-// this length count there.
+// In sub-folders the last four bytes of a name are compared with the extensions, so only extensions
+// of this length select files there.
 constexpr std::size_t kExtensionEverywhere = 4;
 
 class RunCommand {

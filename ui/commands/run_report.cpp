@@ -48,7 +48,8 @@ const char* WordsFor(RunEnd end) {
   return "finished";
 }
 
-// As in "Permission denied: the source folder must be writable"; the path is another element.
+// Returns why a file has no copy, as in "Permission denied: the source folder must be writable".
+// The path is another element of the report.
 std::string WhyFailed(const Outcome& outcome) {
   std::string why(ErrorText(outcome.error));
   const std::string_view cause = CauseText(outcome.cause);
@@ -130,7 +131,7 @@ class FileBuffer : public std::streambuf {
   std::array<char, 16384> block_{};
 };
 
-// Tells most other files apart without parsing them.
+// Whether the file begins like a report. Rules out most other files without parsing them.
 bool BeginsAsReport(InputFile& file) {
   const std::string wanted = std::string("{\"program\":\"") + kProgramName + "\"";
   FileBuffer buffer(file);
@@ -148,7 +149,8 @@ bool HoldsRunReport(FileService& files, const std::string& path) {
   if (!BeginsAsReport(*file.value)) return false;
   FileBuffer buffer(*file.value);
   std::istream stream(&buffer);
-  // Drops the elements of the parts: they would take memory in proportion to the report.
+  // Drops everything inside the report's parts, which would take memory in proportion to the
+  // report.
   const auto is_part = [](int depth, Json::parse_event_t, Json&) { return depth < 2; };
   const Json report = Json::parse(stream, is_part, false);
   const auto is = [&report](const char* key, Json::value_t type) {

@@ -41,7 +41,7 @@ class RunReport : public RunObserver {
   const WallTime started_;
   const std::chrono::milliseconds steady_start_;
   std::chrono::milliseconds last_;
-  std::string entries_;  // of the array "files", one a line
+  std::string entries_;  // the elements of the array "files", one per line
   Totals totals_;
 };
 

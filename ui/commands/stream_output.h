@@ -1,5 +1,5 @@
-// An output file on a stream that cannot seek. Writes may go back a little: the last bytes, which a
-// right text with the wildcard may overwrite, are held back.
+// An output file on a stream that cannot seek. The last bytes are held back, because a right text
+// with the wildcard may overwrite them.
 #pragma once
 
 #include <cstddef>
@@ -15,11 +15,12 @@ namespace morvex {
 class StreamOutput : public ByteSink {
  public:
   // `stream` must outlive the output. A write may begin up to `held` bytes in front of the end of
-  // what is written; further back it fails with kInvalidCall. Bytes that are skipped become NUL.
+  // what is written; a write that begins further back fails with kInvalidCall. Bytes that are
+  // skipped become NUL.
   StreamOutput(OutputFile& stream, std::size_t held) : stream_(stream), most_held_(held) {}
 
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override;
-  // Sends the rest and closes the stream.
+  // Sends the held bytes and closes the stream.
   ErrorNumber Close() override;
 
  private:

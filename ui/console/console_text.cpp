@@ -108,7 +108,7 @@ std::string ProgressLine(const Program& program) {
 std::string ResultLines(const Program& program) {
   const MainForm& form = program.frmMorvex;
   const RunState& run = program.run;
-  // The labels may lack the last file's counts.
+  // After a stop the result labels may lack the last file's counts.
   if (run.end == RunEnd::kStopped) {
     if (run.FilesDone + run.FilesSkipped == 0) return "";
     return "Scanned: " + std::to_string(run.FilesDone) +

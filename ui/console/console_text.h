@@ -11,8 +11,8 @@ namespace morvex {
 // The progress of a run in one line: files, hits, bytes and per cent.
 std::string ProgressLine(const Program& program);
 
-// The texts of the main window's result labels at the end of a run, line by line. Of a run that was
-// stopped, its counts so far.
+// The texts of the main window's result labels at the end of a run, line by line. For a run that
+// was stopped, its counts so far.
 std::string ResultLines(const Program& program);
 
 // What the result labels do not say: files without a copy and why, what a stop left behind, a list

@@ -18,9 +18,9 @@ struct ConsoleStreams {
   std::ostream& error;
   bool input_is_terminal = false;
   bool error_is_terminal = false;
-  std::function<int()> columns;          // of the terminal
+  std::function<int()> columns;          // width of the terminal
   std::function<bool()> stop_requested;  // whether the user interrupted the program
-  bool answers_yes = false;              // to every question, which is then not asked
+  bool answers_yes = false;              // answers every question with yes, without asking
   bool shows_progress = true;            // on a terminal
 };
 

@@ -11,8 +11,8 @@ namespace morvex {
 
 class BoundWindow : public QWidget {
  public:
-  // `state` must outlive the widget. The roles for screen readers are installed before any widget
-  // is made, because the toolkit settles a widget's role once.
+  // `state` must outlive the widget. Installs the roles for screen readers before any widget is
+  // made, because the toolkit determines a widget's role only once.
   explicit BoundWindow(Form& state) : state_(state) { TellSpokenRoles(); }
 
   // Shows the current state. Changes that this makes to widgets call no handler of the core.

@@ -31,8 +31,8 @@ QString MissingCharacter(const QString& character) {
 
 }  // namespace
 
-// The toolkit asks it before a change takes effect. A refused change leaves text, selection and
-// undo history as they were.
+// The toolkit asks the validator before a change takes effect. A refused change leaves text,
+// selection and undo history as they were.
 class ByteLineEdit::Validator : public QValidator {
  public:
   explicit Validator(ByteLineEdit& line) : QValidator(&line), line_(line) {}
@@ -127,13 +127,14 @@ bool ByteLineEdit::Accepts(const QString& text, int caret) {
   } else {
     return true;
   }
-  // Applied once the toolkit has reverted the change: at the end of this event, or by the timer
-  // when the change came without an event.
+  // The replacement is applied once the toolkit has reverted the change: at the end of this event,
+  // or by the timer when the change came without an event.
   deferred_.start(0);
   return false;
 }
 
-// The caret is behind the inserted text, so everything from there on is unchanged.
+// Returns what was inserted. The caret is behind the inserted text, so everything from the caret on
+// is unchanged.
 ByteLineEdit::Insertion ByteLineEdit::InsertionIn(const QString& text, int caret) const {
   const qsizetype rest = text.size() - caret;
   const qsizetype limit = std::clamp<qsizetype>(shown_.size() - rest, 0, caret);
@@ -144,8 +145,8 @@ ByteLineEdit::Insertion ByteLineEdit::InsertionIn(const QString& text, int caret
           text.mid(at, caret - at)};
 }
 
-// Returns why the text is refused, with its first character that is not allowed; empty when it is
-// accepted.
+// Returns why the text is refused, naming its first character that is not allowed; empty when the
+// text is accepted.
 QString ByteLineEdit::Refusal(const QString& inserted, bool refuses_nul, bool is_rows) const {
   const bool has_bytes = page_.Bytes(inserted).has_value();
   for (qsizetype at = 0, size = 1; at < inserted.size(); at += size) {

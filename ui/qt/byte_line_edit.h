@@ -25,7 +25,7 @@ class ByteLineEdit : public QLineEdit {
   // `page` must outlive the widget.
   explicit ByteLineEdit(const CodePage& page, QWidget* parent = nullptr);
 
-  // Shows other bytes, without a signal BytesEdited. The caret keeps its distance from the start,
+  // Shows other bytes, without emitting BytesEdited. The caret keeps its distance from the start,
   // and the undo history is cleared.
   void ShowBytes(const std::string& bytes);
   // The tool tip while nothing is refused; plain text, never markup.
@@ -76,12 +76,12 @@ class ByteLineEdit : public QLineEdit {
   QString shown_;  // the last accepted text
   QString tool_tip_;
   QString refusal_;  // why the change under validation is refused; empty when it is accepted
-  // Replaces a change that was not accepted as it was: the text without its line break, or rows.
+  // What replaces a change that is refused as it is: the text without its line break, or rows.
   std::optional<Insertion> without_line_end_;
   std::optional<PastedRows> rows_;
   QTimer deferred_;
   bool expects_rows_ = false;
-  qsizetype allowed_nuls_ = 0;  // those in the text that the core set
+  qsizetype allowed_nuls_ = 0;  // NULs in the text that the core set
   bool showing_ = false;
 };
 

@@ -26,8 +26,8 @@ PageCharacters Windows1252() {
   return characters;
 }
 
-// Switches the C library to the characters of the user's locale until it is destroyed; the toolkit
-// may have set others.
+// While this object lives, the C library uses the characters of the user's locale; the toolkit may
+// have set others.
 class UserCharacters {
  public:
   UserCharacters() {

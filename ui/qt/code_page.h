@@ -19,8 +19,8 @@ class CodePage {
   // kUtf8: UTF-8; a byte that is part of no character is shown as a lone surrogate, U+DC80 to
   // U+DCFF. kSingleByte: the code page of the user's locale if its characters take one byte each,
   // where a byte without a character is shown as a lone surrogate, U+DC00 to U+DCFF; else
-  // Windows-1252 (see Encoding::kWindows1252). It switches the C library's locale for a moment, so
-  // no other thread may use that meanwhile.
+  // Windows-1252 (see Encoding::kWindows1252). The constructor switches the C library's locale for
+  // a moment, so no other thread may use that locale meanwhile.
   explicit CodePage(TextCodec codec);
   // For file names. Where the locale has no characters beyond ASCII, names are UTF-8, as the
   // toolkit and other programs assume.
@@ -32,15 +32,15 @@ class CodePage {
   static CodePage OfTexts(SystemService& system);
   static CodePage OfFileNames(SystemService& system);
 
-  // Whether it was made from the system's own code page.
+  // Whether this page was made from the system's own code page.
   bool is_of_system() const { return is_of_system_; }
 
   QString Shown(std::string_view bytes) const;
   // Returns nothing when a character has no bytes in this code page.
   std::optional<std::string> Bytes(const QString& shown) const;
-  // Returns how many bytes the first `characters` UTF-16 units of a text take, and the reverse. A
-  // position inside a character is rounded down to its beginning. A character without bytes takes
-  // 0.
+  // Return how many bytes the first `characters` UTF-16 units of a text take, and how many units
+  // its first `bytes` bytes take. A position inside a character is rounded down to its beginning. A
+  // character without bytes takes 0 bytes.
   std::size_t BytesInFront(const QString& shown, qsizetype characters) const;
   qsizetype CharactersInFront(const QString& shown, std::size_t bytes) const;
 
@@ -52,8 +52,8 @@ class CodePage {
 
   bool is_utf8_ = false;
   bool is_of_system_ = false;
-  // Of a single-byte code page: the character of each byte; the byte of each UTF-16 unit plus 1, or
-  // 0.
+  // Only for a single-byte code page. `characters_` has the character of each byte; `bytes_` has
+  // for each UTF-16 unit its byte plus 1, or 0 if the unit has no byte.
   PageCharacters characters_{};
   std::vector<std::uint16_t> bytes_;
 };

@@ -25,8 +25,8 @@ class Desktop : public QObject {
   explicit Desktop(Program& program);
   ~Desktop() override;
 
-  // Repaints what has changed, now. Otherwise a change is shown at once, and changes that follow it
-  // at most thirty times a second.
+  // Repaints now what has changed. Without this call, a first change is shown at once, and the
+  // changes that follow are shown at most thirty times a second.
   void Refresh();
 
   MainWindowWidget& main_window() { return main_window_; }

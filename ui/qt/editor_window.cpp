@@ -114,8 +114,9 @@ void EditorWindowWidget::Report(const std::function<void()>& handler) {
   TellFocus();
 }
 
-// Tells the core which control has the focus; it keeps that while another window is in front. Does
-// nothing while a list is imported, because the import moves focus and scroll bar itself.
+// Tells the core which control has the focus; the core keeps that control while another window is
+// in front. Does nothing while a list is imported, because the import moves focus and scroll bar
+// itself.
 void EditorWindowWidget::TellFocus() {
   const ReplacementsForm& grid = program_.frmReplacements;
   if (showing_ || !grid.loaded || !grid.visible || grid.importing) return;
@@ -134,8 +135,9 @@ void EditorWindowWidget::TellCaret(CellAddress cell) {
   if (band_.At(cell) != nullptr) Cell_SelectionChange(program_, cell, band_.TakeCaret(cell));
 }
 
-// The wheel scrolls while a cell keeps the focus. The core is told that the scroll bar has it for
-// that moment, as when it is dragged: otherwise scrolling to the end would not count as the user's.
+// The wheel scrolls while a cell keeps the focus. For that moment the core is told that the scroll
+// bar has the focus, as when the user drags it; otherwise the core would not count scrolling to the
+// end as the user's.
 void EditorWindowWidget::ScrollByUser(int value) {
   Report([&] {
     const ReplacementsForm& grid = program_.frmReplacements;
@@ -172,8 +174,8 @@ void EditorWindowWidget::TakePastedRows(CellAddress cell, const PastedRows& past
           .arg(*taken + 1));
 }
 
-// The scroll bar has the focus when the cell is out of view or the user dragged the bar. Text typed
-// then is meant for that cell.
+// Called for a key typed while the scroll bar has the focus, because the cell is out of view or the
+// user dragged the bar. The typed text is meant for the cell that had the focus before.
 bool EditorWindowWidget::TypeInRememberedCell(QKeyEvent& event) {
   bool returned = false;
   Report([&] { returned = ReturnToCell(program_); });
@@ -192,7 +194,8 @@ bool EditorWindowWidget::eventFilter(QObject* watched, QEvent* event) {
       TellFocus();
       break;
     case QEvent::FocusOut:
-      // Now, because the cell is about to drop its selection, whose end the core needs.
+      // Tell the core now, because the cell is about to drop its selection, whose end the core
+      // needs.
       TellFocus();
       break;
     case QEvent::KeyPress:
@@ -285,8 +288,8 @@ void EditorWindowWidget::Arrange() {
   commands_.Place(scale, 2 * wider);
 }
 
-// The caption's words are the headings of the columns. A title bar cannot show its spacing, so they
-// are repeated here.
+// The caption's words are the headings of the columns. A title bar does not show the gap between
+// the words, so they are repeated above the columns.
 void EditorWindowWidget::ShowHeadings() {
   static const QRegularExpression kGap(" {2,}");
   const QString caption = page_.Shown(program_.frmReplacements.caption.get());

@@ -66,7 +66,7 @@ void ExtensionList::ShowEntries(const CodePage& page, const ListBox& list) {
 
 QItemSelectionModel::SelectionFlags ExtensionList::selectionCommand(const QModelIndex& index,
                                                                     const QEvent* event) const {
-  // Null when the user searches by typing letters.
+  // `event` is null when the user searches by typing letters.
   if (event == nullptr) return QItemSelectionModel::NoUpdate;
   const bool is_key = event->type() == QEvent::KeyPress;
   if (is_key && static_cast<const QKeyEvent*>(event)->key() != Qt::Key_Space) {

@@ -15,11 +15,11 @@ class ExtensionList : public QListWidget {
  public:
   explicit ExtensionList(QWidget* parent);
 
-  // Emits the same signals for these changes as for the user's.
+  // Shows the entries of `list`. The signals are the same as when the user makes these changes.
   void ShowEntries(const CodePage& page, const ListBox& list);
 
   int RowHeight() const;
-  // Returns the height in pixels that its entries need, at least one, at most `room`.
+  // Returns the height in pixels for all entries: at least one row, at most `room`.
   int HeightWithin(int room) const;
 
   // Does nothing: only Space and the mouse change the selection, one entry at a time.

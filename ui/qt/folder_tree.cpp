@@ -45,7 +45,8 @@ FolderTreeView::FolderTreeView(const CodePage& file_names, QWidget* parent)
   connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
     if (!going_) emit Visited(PathOf(index));
   });
-  // A click also marks the folder that the tree was opened at, which is current already.
+  // A click also marks the folder at which the tree was opened: that folder is current already, so
+  // the click changes nothing that currentChanged would report.
   connect(this, &QTreeView::pressed, this, [this] { is_marked_ = true; });
 }
 
@@ -93,8 +94,8 @@ QSize FolderTreeView::sizeHint() const {
 }
 
 bool FolderTreeView::Choose(const QModelIndex& index) {
-  // The box cannot hold a name that file names cannot express or that has a line break. The folder
-  // may also have been deleted.
+  // The path box cannot hold a path that has a line break or that file names cannot express. The
+  // folder may also have been deleted.
   const std::string path = PathOf(index);
   const bool is_one_line = path.find_first_of("\r\n") == std::string::npos;
   if (path.empty() || !is_one_line || !QFileInfo(model_->filePath(index)).isDir()) {
@@ -108,7 +109,7 @@ bool FolderTreeView::Choose(const QModelIndex& index) {
 void FolderTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTreeView::currentChanged(current, previous);
   if (going_ || !current.isValid()) return;
-  // While the tree is being opened, appearing rows change the current one, too.
+  // While the tree is being opened, appearing rows change the current row, which marks nothing.
   is_marked_ = is_marked_ || opened_at_.isEmpty();
   emit Visited(PathOf(current));
 }

@@ -14,7 +14,7 @@ class FolderTreeView : public QTreeView {
   Q_OBJECT
 
  public:
-  // `file_names` must outlive it.
+  // `file_names` must outlive the view.
   FolderTreeView(const CodePage& file_names, QWidget* parent);
 
   // Opens the tree at a folder, or at the nearest existing one above it, or else at the user's
@@ -49,8 +49,9 @@ class FolderTreeView : public QTreeView {
 
   const CodePage& file_names_;
   QFileSystemModel* model_ = nullptr;  // made when the tree is opened first
-  QString opened_at_;                  // while folders are read, until the user moves; else empty
-  bool going_ = false;                 // the program is moving to a folder, not the user
+  QString opened_at_;   // the folder to open, while folders are read and until the user moves; else
+                        // empty
+  bool going_ = false;  // the program is moving to a folder, not the user
   bool is_marked_ = false;
 };
 

@@ -17,8 +17,8 @@ static void InitResource() { Q_INIT_RESOURCE(pictures); }
 namespace morvex {
 namespace {
 
-// Reads one drawing. An element inherits the style of the group around it. Its attributes are style
-// or geometry; any other attribute makes reading fail.
+// Reads one drawing. An element inherits the style of the group around it. An element's attributes
+// are style or geometry; any other attribute makes reading fail.
 class DrawingReader {
  public:
   explicit DrawingReader(const QByteArray& svg) : xml_(svg) {}

@@ -29,7 +29,7 @@ class CommandButton : public QPushButton {
   }
 };
 
-// Whether a screen reader can speak the caption; a sign like "<-|->" it cannot.
+// Whether a screen reader can speak the caption, unlike a sign such as "<-|->".
 bool IsWord(const QString& caption) {
   return caption.size() > 1 && std::any_of(caption.begin(), caption.end(),
                                            [](QChar character) { return character.isLetter(); });
@@ -59,7 +59,7 @@ void ListCommands::Add(const char* name, const Button& button, char mnemonic, Ha
   widget->setFocusPolicy(Qt::StrongFocus);
   widget->setAutoDefault(true);  // Enter presses the focused button
   widget->installEventFilter(&window_);
-  // Pressed in any way, the button takes the focus from the cell that was being edited.
+  // However the button is pressed, it takes the focus from the cell that was being edited.
   connect(widget, &QPushButton::pressed, widget, [widget] { widget->setFocus(); });
   connect(widget, &QPushButton::clicked, this,
           [this, handler, opens_afresh] { emit Clicked(handler, opens_afresh); });

@@ -35,7 +35,7 @@ class HairLine : public QWidget {
   }
 };
 
-// Always takes the height of two lines, so that nothing below moves during a run.
+// Makes the label always take the height of two lines, so that nothing below moves during a run.
 void KeepTwoLines(QLabel& label) {
   label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
   label.setMinimumHeight(2 * label.fontMetrics().lineSpacing());

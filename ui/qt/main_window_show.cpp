@@ -178,7 +178,7 @@ void MainWindowWidget::ShowTree() {
   column_->setStretch(kSpacePlace, 0);
   tree_->show();
   if (!was_hidden || isMaximized() || isFullScreen()) return;
-  // No taller than the screen, unless the tree's minimum height has made the window so already.
+  // No taller than the screen, unless the tree's minimum height has made the window taller already.
   const int tall = before + tree_->sizeHint().height() - row->box->height();
   GrowTo(*this, std::max(height(), std::min(tall, screen()->availableGeometry().height())));
   tree_grew_ = height() - before;
@@ -206,9 +206,10 @@ void MainWindowWidget::ShowPointers() {
   list_->ShowPointer(is_busy ? MousePointer::kDefault : window_.imList.mouse_pointer);
 }
 
-// When a focused control is disabled or hidden, the toolkit moves the focus to the next control; a
-// window that becomes active without a focus gives it to its first control. At the start of a run
-// both are Exit, and the next key would end the run. So the window itself takes the focus.
+// When a focused control is disabled or hidden, the toolkit moves the focus to the next control;
+// when a window becomes active without a focus, the toolkit gives it to the first control. At the
+// start of a run Exit is the control in both cases, and the next key would end the run. So the
+// window itself takes the focus.
 void MainWindowWidget::KeepFocusFromExit() {
   const QWidget* const focused = focusWidget();
   const auto at = std::find_if(controls_.begin(), controls_.end(),

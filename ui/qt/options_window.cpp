@@ -298,7 +298,7 @@ void OptionsWindowWidget::TakeSelection(const QItemSelection& selected,
   };
   tell(deselected, false);
   tell(selected, true);
-  // Each call has set the focus mark; it belongs to the current row.
+  // Each call has moved the focus mark, which belongs to the current row.
   state_.lstExtensie.current = lstExtensie_->currentRow();
 }
 

@@ -13,8 +13,8 @@
 namespace morvex {
 namespace {
 
-// A file name may hold bytes that are no UTF-8. A URL carries them escaped, so they are read from
-// the URL and never from decoded text.
+// A file name may hold bytes that are not UTF-8. A URL carries such bytes escaped, so the path is
+// read from the URL and never from decoded text.
 std::string LocalPath(const QUrl& address, const CodePage& page) {
   if (!address.isLocalFile()) return "";
   if (page.is_of_system()) return PathBytes(page, address.toLocalFile()).value_or("");

@@ -101,7 +101,7 @@ FileChoice QtUser::ChooseFileToSave(const FileDialog& dialog) {
   QFileDialog chooser(Parent());
   chooser.setAcceptMode(QFileDialog::AcceptSave);
   chooser.setFileMode(QFileDialog::AnyFile);
-  // The core asks itself before a file is replaced.
+  // The core itself asks before a file is replaced.
   chooser.setOption(QFileDialog::DontConfirmOverwrite);
   return Choose(chooser, dialog);
 }

@@ -28,8 +28,8 @@ QColor Readable(const QColor& colour, const QColor& ink, const QColor& ground, d
 // Returns the colour for the outline of text boxes in that palette.
 QColor Outline(const QPalette& palette);
 
-// Sets the widget's text to the control's colour and clears its other own colours. `role` is the
-// one in which the widget draws text.
+// Sets the widget's text to the control's colour and clears the widget's other own colours. `role`
+// is the palette role in which the widget draws text.
 void ShowTextColour(QWidget& widget, const Control& control, QPalette::ColorRole role);
 
 // Returns a caption with LF as the toolkit's line break instead of CR LF.
@@ -38,8 +38,8 @@ QString ShownLines(const CodePage& page, const std::string& caption);
 // Returns the text escaped so that a button or menu shows every "&" literally.
 QString WithoutMnemonics(const QString& text);
 
-// Returns the text escaped as above, with its first letter `key` as mnemonic (Alt and that letter).
-// Without such a letter it has none.
+// Returns the text escaped as by WithoutMnemonics, with its first letter `key` as mnemonic (Alt and
+// that letter). A text without that letter gets no mnemonic.
 QString WithMnemonic(const QString& text, QChar key);
 
 // Returns the font of that name if the system has it, else `fallback`.

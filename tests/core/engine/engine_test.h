@@ -12,8 +12,8 @@
 
 namespace morvex::test {
 
-// A list's flags, its tails and the run itself may each have been made with another wildcard: the
-// setting can change between the editor's opening, its OK and the run. 0: none.
+// The wildcards with which a list's flags, its tails and the run were made. They differ when the
+// setting changes between the editor's opening, its OK and the run. 0: no wildcard.
 struct Wildcards {
   char flags = 0;
   char tails = 0;
@@ -39,8 +39,8 @@ class EngineProgram : public TestProgram {
     program.settings.gJoker = static_cast<std::uint8_t>(jokers.run);
   }
 
-  // Processes a file of these bytes and returns the bytes of the result. What the engine keeps from
-  // one file to the next stays.
+  // Processes a file of these bytes and returns the bytes of the result. The state that the engine
+  // keeps from one file to the next is not reset.
   std::string Process(const std::string& bytes) {
     files.AddFile("/s/file.txt", bytes);
     program.run.ArmedAt = system.now;
@@ -63,7 +63,7 @@ class EngineProgram : public TestProgram {
   }
 };
 
-// A new program with this list makes `output` of `input`, with `hits` replacements.
+// Expects that a new program with this list turns `input` into `output`, with `hits` replacements.
 inline void ExpectResult(const Rows& rows, char joker, const std::string& input,
                          const std::string& output, std::int64_t hits) {
   EngineProgram program(rows, joker);

@@ -1,4 +1,4 @@
-// A program that is armed for a run, and ways to let its host fail.
+// A program that is armed for a run, and ways to make its host fail.
 #pragma once
 
 #include <string>
@@ -31,12 +31,12 @@ class FolderProgram : public EngineProgram {
     if (!program.Beeindigd) FolderWalk(program, source, target);
   }
 
-  // Every wait for window events comes about, and is given to `handler`.
+  // Calls `handler` at every yield to window events, and makes every yield due.
   void OnEveryYield(std::function<void()> handler) {
     system.step = std::chrono::milliseconds(15);
     user.on_events = std::move(handler);
   }
-  // A stop request in the middle of the file that is long enough to be left in its middle.
+  // Requests a stop in the middle of the first file that is long enough for that (see kLongText).
   void StopInMidFile() {
     OnEveryYield([this] {
       if (program.run.FileOffset > 0) program.Beeindigd = true;
@@ -47,11 +47,11 @@ class FolderProgram : public EngineProgram {
   std::string HitsShown() const { return program.frmMorvex.lblPercentage.caption; }
 };
 
-// Long enough to be left in its middle, and its result.
+// A text that is long enough to be stopped in its middle, and the result of processing it.
 inline const std::string kLongText(200'000, 'a');
 inline const std::string kLongResult(200'000, 'b');
 
-// Every call of this name on a path that ends so fails.
+// Makes every call of this name fail on paths with this end.
 inline FailCall FailOn(const std::string& call, const std::string& path_end, ErrorNumber error) {
   return [=](const std::string& made, const std::string& path) {
     return made == call && path.ends_with(path_end) ? error : ErrorNumber::kNone;

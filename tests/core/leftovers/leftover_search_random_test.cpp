@@ -1,4 +1,4 @@
-// The search against one that tries every text at every offset, with random lists and files.
+// Compares the search with one that tries every text at every offset, on random lists and files.
 #include <algorithm>
 #include <random>
 
@@ -84,7 +84,8 @@ TEST(LeftoverSearchRandomTest, ItFindsWhatTryingEverythingFinds) {
   }
 }
 
-// Rare forms in the list, in the file or in both; far from each other and close together.
+// Rare forms of letters, in the list, in the file or in both; far from each other and close
+// together.
 TEST(LeftoverSearchRandomTest, RareFormsOfLettersAreFoundAsWell) {
   std::mt19937 random(20240118);
   const std::vector<std::string> letters = {"i", "I", "\xC4\xB1", "\xC4\xB0", "s",           "t",
@@ -209,7 +210,7 @@ TEST(LeftoverSearchRandomTest, WildcardRowsInUtf16AreFoundAsByTryingEveryPartAtE
   EXPECT_GT(seen_odd, 100u);
 }
 
-// The signs that are searched only where the list holds them.
+// The search looks for the long s and the Kelvin sign only if the list holds them.
 TEST(LeftoverSearchRandomTest, TheLongSAndTheKelvinSignAreFoundAsByTryingEverything) {
   std::mt19937 random(20240120);
   const std::vector<std::string> letters = {"s", "S",       "\xC5\xBF", "k", "\xE2\x84\xAA",

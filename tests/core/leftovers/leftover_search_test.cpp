@@ -82,12 +82,12 @@ TEST(LeftoverSearchTest, Utf16IsFoundOnceInItsOwnByteOrder) {
   const std::string big = "\0x\0A\0n\0n\0a\0y"s;
   EXPECT_EQ(list.Find(little), Finds({{2, 1, 0, Encoding::kUtf16Le, true, 8}}));
   EXPECT_EQ(list.Find(big), Finds({{2, 1, 0, Encoding::kUtf16Be, true, 8}}));
-  // It is found at odd offsets, too.
+  // The text is found at odd offsets, too.
   EXPECT_EQ(list.Find("?" + little).size(), 1u);
   EXPECT_EQ(list.Find("?" + big).size(), 1u);
 }
 
-// After ASCII every part but the first also matches in the other byte order.
+// Behind an ASCII character, a part of a row also matches in the other byte order.
 TEST(LeftoverSearchTest, AWildcardRowInUtf16IsFoundOnceAtEveryOffset) {
   const SoughtList list(Rows{{"Born: *.;", ""}, {"aa*bb*cc", ""}});
   for (const char32_t* text :

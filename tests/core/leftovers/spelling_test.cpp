@@ -47,7 +47,7 @@ TEST(Spelling, ACaseOfAnotherLengthIsFoundAndMeasured) {
   EXPECT_GE(spelling->LongestSize(), 6u);
 }
 
-// Returns the bytes of a letter's ways.
+// Returns the bytes of each way to write a letter.
 std::vector<std::string> WaysOf(const Spelling& spelling, std::size_t letter) {
   std::vector<std::string> ways;
   for (const LetterWay& way : *spelling.letters.at(letter)) ways.push_back(way.bytes);

@@ -24,7 +24,7 @@ class GridTest : public testing::Test {
     Cell_KeyDown(test_.program, {column, row}, key);
   }
   void Enter(std::int64_t row) { Press(Column::kLeft, row, kKeyEnter); }
-  // Enter in the last row until there are `count` rows.
+  // Presses Enter in the last row until there are `count` rows.
   void MakeRows(std::int64_t count) {
     while (grid_.LastRow + 1 < count) Enter(grid_.LastRow);
   }
@@ -39,7 +39,7 @@ class GridTest : public testing::Test {
     Cell_SelectionChange(test_.program, {column, row}, caret);
     Leave(column, row);
   }
-  // The user drags the scroll bar.
+  // Drags the scroll bar as the user does.
   void Drag(std::int64_t value) {
     VScroll1_GotFocus(test_.program);
     VScroll1_Change(test_.program, value);
@@ -52,7 +52,7 @@ class GridTest : public testing::Test {
   bool HasFocus(Column column, std::int64_t row) const {
     return grid_.focused_cell == CellAddress{column, row};
   }
-  // Indexes of the visible rows, as in "0 1 2".
+  // Returns the indexes of the visible rows, as in "0 1 2".
   std::string VisibleRows() const {
     std::string rows;
     for (std::int64_t i = 0; i <= grid_.LastRow + 1; ++i) {

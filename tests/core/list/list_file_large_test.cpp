@@ -42,7 +42,7 @@ class LargeList : public GridTest {
     test_.user.choices.push_back({0, path});
     cmdImport_Click(test_.program);
   }
-  // Every table that OK makes of these rows.
+  // Checks every table that OK makes of these rows.
   void ExpectTables(const Rows& rows) {
     const SubstitutionTables& tables = test_.program.tables;
     ASSERT_EQ(tables.PairCount, static_cast<std::int64_t>(rows.size()));

@@ -12,7 +12,7 @@ namespace {
 
 const std::string kList = "/list.txt";
 
-// The file that is saved of these rows.
+// Returns the bytes of the list file after these rows were saved.
 std::string Saved(const Rows& rows, const std::string& separator = "|") {
   TestProgram test;
   test.program.settings.gSeparator = separator;

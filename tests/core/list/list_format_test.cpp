@@ -22,7 +22,7 @@ std::vector<ListRow> RowsOf(const std::string& bytes, const std::string& separat
   return Read(bytes, separator).list.rows;
 }
 
-// As in "3 no separator note".
+// Returns the odd lines, as in "3 no separator note".
 std::vector<std::string> OddLinesOf(const ListReading& reading) {
   constexpr std::array kNames = {"no separator", "final row", "behind final row", "behind end"};
   std::vector<std::string> lines;
@@ -83,7 +83,7 @@ TEST(ListFormat, AFileThatCannotBeOpenedHasNoRows) {
   EXPECT_TRUE(reading.list.rows.empty());
 }
 
-// A list in two blocks, the second of which cannot be read.
+// Reads a list of two blocks, the second of which cannot be read.
 ListReading ReadHalf(const std::string& beginning, OddLines odd_lines = OddLines::kKeep) {
   MemoryFiles files;
   files.AddFile("/list.txt", beginning + std::string(std::size_t{300} << 10, '\n'));

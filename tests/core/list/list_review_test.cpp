@@ -207,8 +207,8 @@ TEST(ListReviewTest, AWildcardThatNoLeftTextHoldsIsToldOfTheWholeList) {
   EXPECT_EQ(Diagnostics(Review("|x\n", "|", '*')), Lines{"1 empty left x"});
 }
 
-// The outcomes follow the rules of a run: a wildcard whose ending also occurs in front of it takes
-// in about two bytes.
+// The outcomes follow the rules of a run: if the text behind a wildcard also occurs in front of it,
+// the wildcard takes in about two bytes.
 TEST(ListReviewTest, ARowThatEndsInItsOwnBeginningIsToldWithWhatARunLeaves) {
   EXPECT_EQ(Diagnostics(Review("name=\"*\"|name=\"[x]\"\n")),
             Lines{"1 own ending name=\"*\" name=\"Renate\" -> name=\"[x]\"nate\""});
@@ -279,7 +279,7 @@ TEST(ListReviewTest, AListThatCannotBeReadIsAnError) {
   EXPECT_EQ(ReviewList(unread, "|", 0).error, ErrorNumber::kDeviceIo);
 }
 
-// Nothing behind such a line is reviewed, so an error there costs nothing.
+// Nothing behind the reviewed lines is looked at, so a read error there is not reported.
 TEST(ListReviewTest, AnErrorBehindTheReviewedLinesDoesNotCount) {
   for (const char* lines : {"Anna|x||\nBert|y\n", "Anna|x\n|||\nBert|y\n"}) {
     MemoryFiles files;

@@ -146,7 +146,7 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
     CheckProgramFolder(run);
   }
 
-  // The list counted as missing, and the run began without it.
+  // Whether the list counted as missing and the run began without it.
   static bool IsWithoutList(const FaultyRun& run, const Fault& fault) {
     const std::vector<FailedCall>& failed = run.files().failed();
     return fault.error == ErrorNumber::kFileNotFound &&
@@ -155,7 +155,7 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
            });
   }
 
-  // The expected contents of the target's file of that path; empty when there must be none.
+  // Returns the bytes that the target's file `path` must have; empty when there must be no file.
   std::string Right(const std::string& path) const {
     const auto faultless = faultless_target_.find(path);
     if (faultless != faultless_target_.end()) return faultless->second;

@@ -14,21 +14,21 @@ class GoStopTest : public ::testing::Test {
     test_.files.AddFile("/s/sub/3.txt", "aca");
     test_.files.AddFile("/s/sub/4.txt", "aca");
   }
-  // The folder then lists the file behind the existing ones.
+  // Adds a long file, which the folder lists behind its existing files.
   void MakeLong(const std::string& path) { test_.files.AddFile(path, kLongText); }
-  // The user clicks Exit once so many files have been begun.
+  // Clicks Exit once this many files have been begun.
   void ExitAfter(std::int64_t files) {
     test_.OnEveryYield([this, files] {
       if (program_.run.FilesDone == files && !program_.Beeindigd) cmdExit_Click(program_);
     });
   }
-  // The user clicks Exit in the middle of the long file.
+  // Clicks Exit in the middle of the long file.
   void ExitInMidFile() {
     test_.OnEveryYield([this] {
       if (program_.run.FileOffset > 0) cmdExit_Click(program_);
     });
   }
-  // There is no summary, and neither labels nor controls are restored.
+  // Expects that there is no summary, and that neither labels nor controls are restored.
   void ExpectNoEnd() {
     EXPECT_EQ(program_.run.end, RunEnd::kStopped);
     EXPECT_EQ(test_.window().lblTijd.caption.get(), "");

@@ -70,7 +70,7 @@ class RunProgram : public TestProgram {
   TextBox& source_box() { return window().Text1(kSourceBox); }
   TextBox& target_box() { return window().Text1(kTargetBox); }
 
-  // Lets every yield through and calls `handler` at each.
+  // Calls `handler` at every yield to window events, and makes every yield due.
   void OnEveryYield(std::function<void()> handler) {
     system.step = std::chrono::milliseconds(15);
     user.on_events = std::move(handler);

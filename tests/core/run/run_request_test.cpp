@@ -38,7 +38,7 @@ TEST(RequestFromForms, LogsOnlyWithACheckedBox) {
   EXPECT_TRUE(RequestFromForms(test.program).logging);
 }
 
-// Every form says something else than the request.
+// Every form holds other values than the request.
 class PerformRunTest : public ::testing::Test {
  protected:
   PerformRunTest() {

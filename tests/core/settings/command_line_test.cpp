@@ -25,7 +25,7 @@ struct SplitCase {
 
 TEST(SplitCommandLine, CutsAtEveryBlankAndHyphen) {
   const std::vector<SplitCase> cases = {
-      // A single option is one piece, with its hyphen; behind a cut there is none.
+      // The first piece keeps its hyphen; the pieces behind it have none.
       {"", {"InitFile", ""}},
       {"-if a.dat", {"InitFile", "-if a.dat"}},
       {"-if D:\\jobs\\nightly.dat -dy 3000", {"InitFile", "-if D:\\jobs\\nightly.dat", "dy 3000"}},
@@ -34,7 +34,7 @@ TEST(SplitCommandLine, CutsAtEveryBlankAndHyphen) {
       {"a-b", {"InitFile", "a-b"}},
       {"a\t-b", {"InitFile", "a\t-b"}},
       {"--if a", {"InitFile", "--if a"}},
-      // The marker tells of a line whose first piece is no settings file.
+      // "NoInitFile" marks a line whose first piece names no settings file.
       {"x -if a.dat", {"NoInitFile", "x", "if a.dat"}},
       {"-a -b -c", {"NoInitFile", "-a", "b", "c"}},
       {"-dy 5 -if a", {"NoInitFile", "-dy 5", "if a"}},

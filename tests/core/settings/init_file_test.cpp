@@ -17,7 +17,7 @@ InitFile Parsed(const std::string& bytes) {
   return file;
 }
 
-// As in "1.txt", one an extension.
+// Returns one line for each extension, as in "1.txt".
 std::vector<std::string> ExtensionsOf(const InitFile& file) {
   std::vector<std::string> lines;
   for (const ExtensionLine& line : file.extensions) {

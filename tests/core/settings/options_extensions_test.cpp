@@ -18,7 +18,7 @@ class Extensions : public testing::Test {
  protected:
   Extensions() { imOpties_Click(test_.program); }
 
-  // Types into the entry field and adds.
+  // Types an extension into the entry field and adds it.
   void Add(const std::string& typed) {
     window_.txtExtensie.text = typed;
     txtExtensie_KeyDown(test_.program, kKeyEnter, kShiftControl);

@@ -182,8 +182,8 @@ TEST(ReadInitFile, TheEditorsCaptionStaysWhileTheListComesIn) {
   EXPECT_EQ(seen, (std::vector<std::string>{caption, caption}));
 }
 
-// The disk fails for good at the N-th call: every value is the old one or the one in the file, and
-// reading comes to its end.
+// From the N-th call on, every call on the disk fails. Each setting then has its old value or the
+// one in the file, and reading comes to its end.
 TEST(ReadInitFile, AFailureAtAnyCallLeavesEveryValueReadOrAsItWas) {
   const auto one_of = [](const std::string& value, const std::string& before,
                          const std::string& read) { return value == before || value == read; };

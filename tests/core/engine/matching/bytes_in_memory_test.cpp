@@ -1,4 +1,4 @@
-// Bytes in memory that are read and written as those of files.
+// Bytes in memory, read and written like the bytes of files.
 #include "core/engine/matching/bytes_in_memory.h"
 
 #include <gtest/gtest.h>

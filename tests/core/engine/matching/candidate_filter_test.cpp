@@ -1,4 +1,4 @@
-// No offset where a prefix stands is left out, whatever way the filter goes.
+// The filter leaves out no offset at which a prefix stands, whichever way of searching it uses.
 #include "core/engine/matching/candidate_filter.h"
 
 #include <gtest/gtest.h>

@@ -13,7 +13,8 @@ namespace {
 
 class CaptureMemoryTest : public ::testing::Test {
  protected:
-  // The first row captures, the second one cuts where a "q" stands, the third where an "a" does.
+  // The first row captures bytes. The second row cuts the captured bytes at a "q", the third row at
+  // an "a".
   CaptureMemoryTest()
       : program_(Rows{{"a*;", ""}, {"q", ""}, {"ab", ""}}, '*'),
         list_(program_.program.tables, '*'),
@@ -23,7 +24,7 @@ class CaptureMemoryTest : public ::testing::Test {
     EXPECT_EQ(window_.MoveTo(0), ErrorNumber::kNone);
   }
 
-  // The attempt of the first row at `offset` captures `count` bytes behind its first one.
+  // Lets the attempt of the first row at `offset` capture `count` bytes behind its first byte.
   void CaptureAt(std::uint64_t offset, int count) {
     MatchAttempt attempt;
     std::vector<std::uint8_t> more;
@@ -94,7 +95,7 @@ TEST_F(CaptureMemoryTest, OffsetsThatWereNotTriedDoNotCut) {
 TEST_F(CaptureMemoryTest, OfTheRowsTriedBehindACaptureThoseThatBeginWithTheByteCut) {
   memory_.Open(window_, state_);
   CaptureAt(2, 3);
-  memory_.TriedRows(2, 0, 2);  // the row of "q" alone
+  memory_.TriedRows(2, 0, 2);  // tries only the row of "q"
   EXPECT_EQ(memory_.Bytes(), "123");
   CaptureAt(2, 3);
   memory_.TriedRows(2, 0, 3);
@@ -107,7 +108,7 @@ TEST_F(CaptureMemoryTest, AnAttemptInVainCapturesUpToItsLastRoundAndTheRowsBehin
   // The row of "ab" begins with the byte at 6 and cuts.
   memory_.CapturedInVain(0, 6);
   EXPECT_EQ(memory_.Bytes(), "4");
-  // Nothing that cuts begins with an "x".
+  // No row that cuts begins with "x".
   memory_.CapturedInVain(0, 20);
   EXPECT_EQ(memory_.Bytes(), std::string(MatchAttempt::kLastRound - 1, 'x'));
   memory_.CapturedInVain(0, 20);

@@ -1,4 +1,4 @@
-// What a list becomes before a run: prefixes, plain rows and rows that need an attempt.
+// What a list is compiled to before a run: prefixes, plain rows and rows that need an attempt.
 #include "core/engine/matching/compiled_list.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 namespace morvex::test {
 namespace {
 
-// The list made ready, with the tables that it looks into.
+// A compiled list, with the tables that it refers to.
 struct Ready {
   explicit Ready(const Rows& rows, char joker = '*') : Ready(rows, {joker, joker, joker}) {}
   Ready(const Rows& rows, Wildcards wildcards)
@@ -51,8 +51,8 @@ TEST(CompiledList, AWildcardInFirstPositionIsAPrefixOfItsOwn) {
 }
 
 TEST(CompiledList, APrefixEndsWhereTheRowCouldMatchWithoutMore) {
-  // Flagged with another wildcard: the tail "bc" stands in the text itself and lowers what is
-  // needed, so that four bytes do.
+  // The row was flagged with another wildcard than the run's. Its tail "bc" also stands in front of
+  // the wildcard, which lowers the number of bytes needed to four.
   const Ready ready(Rows{{"bcx*bc", "y"}}, {'*', '*', '#'});
   ASSERT_EQ(ready.list.rows.size(), 1u);
   EXPECT_EQ(ready.list.rows[0].prefix, "bcx*");
@@ -80,7 +80,7 @@ TEST(CompiledList, ARightTextIsKeptWithoutNulsAndWildcards) {
 
 TEST(CompiledList, RowsWithTheSameTailShareIt) {
   const Ready ready(Rows{{"a*;", ""}, {"b*;", ""}, {"c*.", ""}});
-  EXPECT_EQ(ready.list.tails.size(), 3u);  // none, ";" and "."
+  EXPECT_EQ(ready.list.tails.size(), 3u);  // the empty tail, ";" and "."
   EXPECT_EQ(ready.list.attempts[0].tail, ready.list.attempts[1].tail);
   EXPECT_NE(ready.list.attempts[0].tail, ready.list.attempts[2].tail);
 }

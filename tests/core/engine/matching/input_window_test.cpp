@@ -18,14 +18,14 @@ namespace {
 constexpr std::size_t kLookAhead = InputWindow::kLookAhead;
 constexpr std::size_t kMegabyte = std::size_t{1} << 20;
 
-// A file whose bytes tell where they stand.
+// Bytes whose values depend on their offset.
 std::string Pattern(std::size_t size) {
   std::string bytes(size, ' ');
   for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i * 7 + i / 251 + i / 65521);
   return bytes;
 }
 
-// Counts its reads, and fails them when it is told to.
+// Counts its reads, and makes them fail when `error` is set.
 class Counted : public MemorySource {
  public:
   using MemorySource::MemorySource;
@@ -45,7 +45,7 @@ class InputWindowTest : public ::testing::Test {
     source_.emplace(bytes_);
   }
 
-  // The window stands at `offset` and shows what a window has to show.
+  // Expects that the window is at `offset` and shows enough bytes of the file.
   void ExpectShown(const InputWindow& window, std::size_t offset) {
     const std::size_t rest = bytes_.size() - std::min(bytes_.size(), offset);
     ASSERT_GE(window.size(), std::min(rest, kLookAhead)) << offset;
@@ -89,7 +89,7 @@ TEST_F(InputWindowTest, AShortFileIsReadOnceAndFoundToHaveEnded) {
 
 TEST_F(InputWindowTest, ShowsTheLookAheadFromEveryPlaceAroundTheBordersOfItsBlocks) {
   Open(Pattern(3 * kMegabyte));
-  // Moved on byte by byte the window is filled again when less than the look-ahead is left in it.
+  // A window that moves on byte by byte is refilled when it shows less than the look-ahead.
   constexpr std::size_t kBlock = InputWindow::kBufferSize - kLookAhead;
   for (std::size_t border = kBlock; border < bytes_.size(); border += kBlock) {
     InputWindow window;
@@ -187,7 +187,7 @@ TEST_F(InputWindowTest, AReadErrorInMidFileIsGivenWhenItIsMet) {
   window.Open(*source_);
   ASSERT_EQ(window.MoveTo(0), ErrorNumber::kNone);
   source_->error = ErrorNumber::kDeviceIo;
-  // What is held is shown still.
+  // The window still shows the bytes that it holds.
   EXPECT_EQ(window.MoveTo(1000), ErrorNumber::kNone);
   ExpectShown(window, 1000);
   EXPECT_EQ(window.MoveTo(kMegabyte + 1), ErrorNumber::kDeviceIo);

@@ -1,4 +1,4 @@
-// One attempt, round by round, and the same with rounds skipped.
+// One match attempt, with all rounds and with rounds skipped.
 #include "core/engine/matching/match_attempt.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,8 @@ PatternRow WildcardRow(std::string_view left, std::string_view tail, std::int64_
   return row;
 }
 
-// Looks at the bytes and then NULs until the attempt ends, skipping what can be skipped when asked.
+// Runs an attempt over the bytes, followed by NULs, until it ends. With `skips`, skips every round
+// that can be skipped.
 MatchAttempt Ended(const PatternRow& row, const std::string& bytes, bool skips) {
   MatchAttempt attempt;
   std::vector<std::uint8_t> more;

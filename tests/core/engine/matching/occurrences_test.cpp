@@ -1,4 +1,4 @@
-// What lies ahead of an attempt, asked for from one offset after the other.
+// Which bytes occur ahead of an attempt, asked at one offset after the other.
 #include "core/engine/matching/occurrences.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The output that is written at explicit positions.
+// The output that is written at explicit offsets.
 #include "core/engine/matching/positioned_output.h"
 
 #include <gtest/gtest.h>

@@ -58,7 +58,7 @@ PrefixAutomaton Automaton(const std::vector<Prefix>& prefixes) {
   return PrefixAutomaton(rows, PrefixIndex(rows).rows_by_prefix());
 }
 
-// What trying every row in table order returns at an offset of the text.
+// Returns what trying every row in table order finds at an offset of the text.
 Rows TryAll(const std::vector<Prefix>& prefixes, const std::string& text, std::size_t offset) {
   Rows rows;
   for (std::size_t row = 0; row < prefixes.size(); ++row) {
@@ -74,7 +74,7 @@ Rows TryAll(const std::vector<Prefix>& prefixes, const std::string& text, std::s
 
 std::vector<PrefixAutomaton::Found> Find(const PrefixAutomaton& automaton, const std::string& text,
                                          std::size_t count) {
-  // Without a byte behind the text that could be read by mistake.
+  // A copy without any byte behind the text, so that memory checkers notice reading too far.
   const std::vector<std::uint8_t> bytes(text.begin(), text.end());
   std::vector<PrefixAutomaton::Found> found;
   automaton.Find(bytes.data(), count, bytes.size(), found);
@@ -88,11 +88,11 @@ std::vector<std::size_t> Offsets(const std::vector<PrefixAutomaton::Found>& foun
   return offsets;
 }
 
-// With the root alone in the table, with some states, and with as many as a run has there.
+// How many states are in the automaton's table: the root alone, a few, and as many as in a run.
 constexpr std::array<std::size_t, 4> kTables = {1, 2, 5, PrefixAutomaton::kBySize};
 
-// Holds what is found at the first `count` offsets of the text against trying every row, and
-// against the index.
+// Compares what is found at the first `count` offsets of the text with trying every row, and with
+// the index.
 void Check(const std::vector<Prefix>& prefixes, const std::string& text, std::size_t count) {
   const std::vector<CompiledRow> rows = Compiled(prefixes);
   const PrefixIndex index(rows);
@@ -131,7 +131,7 @@ void Check(const std::vector<Prefix>& prefixes, const std::string& text) {
   Check(prefixes, text, text.size());
 }
 
-// All texts of so many letters, a or b.
+// Returns all texts of `size` letters, each a or b.
 std::vector<std::string> AllTexts(std::size_t size) {
   std::vector<std::string> texts;
   for (std::size_t bits = 0; bits < std::size_t{1} << size; ++bits) {
@@ -208,7 +208,7 @@ TEST(PrefixAutomaton, EveryByteValueCanBeOfAPrefixAndANulIsOfNone) {
   Check(prefixes, text + '\0');
 }
 
-// All prefixes of up to so many letters, plain and not.
+// Returns all prefixes of 1 to `longest` letters, plain and not.
 std::vector<Prefix> AllPrefixes(std::size_t longest) {
   std::vector<Prefix> prefixes;
   for (std::size_t size = 1; size <= longest; ++size) {
@@ -220,7 +220,7 @@ std::vector<Prefix> AllPrefixes(std::size_t longest) {
   return prefixes;
 }
 
-// Holds every text of four letters, and ends with a prefix's beginning.
+// Holds every text of four letters a and b, and ends with the beginning of a prefix.
 constexpr const char* kAllFourLetters = "aaaabaabbababbbbaaaxbabxxaab";
 
 TEST(PrefixAutomaton, FindsWhatTryingEveryRowFindsInAllListsOfTwoRows) {
@@ -255,7 +255,7 @@ TEST(PrefixAutomaton, FindsWhatTryingEveryRowFindsInRandomLists) {
     };
     std::vector<Prefix> prefixes;
     for (std::size_t i = 1 + random() % 30; i > 0; --i) {
-      // A part of them are ends of others with something in front.
+      // Some prefixes end with the end of an earlier prefix.
       std::string prefix = text(1 + random() % 12);
       if (!prefixes.empty() && random() % 3 == 0) {
         const std::string& other = prefixes[random() % prefixes.size()].text;
@@ -335,7 +335,7 @@ TEST(PrefixAutomaton, FindsTheLongestPrefixesThereCanBe) {
       EXPECT_EQ(plain, prefixes[i].plain ? row : PrefixAutomaton::kNone);
       EXPECT_EQ(attempts, prefixes[i].plain ? std::vector<std::int32_t>{} : std::vector{row});
     }
-    // Asked about the first offsets alone, the longest prefix must still be seen to its end.
+    // Even if only the first offsets are searched, the longest prefix must be followed to its end.
     const std::size_t first = kLetters - (kLongest - 1);
     EXPECT_EQ(Offsets(Find(automaton, text, first + 1)), (std::vector<std::size_t>{first}));
   }

@@ -20,7 +20,7 @@ struct Found {
   bool operator==(const Found&) const = default;
 };
 
-// What trying every row in table order returns.
+// Returns what trying every row in table order finds.
 Found TryAll(const std::vector<Prefix>& prefixes, const std::string& text) {
   Found found;
   for (std::size_t row = 0; row < prefixes.size(); ++row) {
@@ -39,7 +39,7 @@ class Index {
   explicit Index(const std::vector<Prefix>& prefixes)
       : prefixes_(prefixes), rows_(Rows(prefixes_)), index_(rows_) {}
 
-  // The two ways to look say the same.
+  // Returns what the index finds at the start of the text. Both of its ways to look must agree.
   Found At(const std::string& text) const {
     const std::string padded = text + std::string(PrefixIndex::kReadAhead, '\0');
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(padded.data());
@@ -126,7 +126,8 @@ TEST(PrefixIndex, OffsetsLookedUpTogetherGetWhatEachGetsAlone) {
     const std::uint32_t letters = seed % 2 == 0 ? 1 : 3;
     std::string text;
     for (int i = 0; i < 200; ++i) text += static_cast<char>('a' + random() % letters);
-    // One list has a single step for all prefixes, another steps of several lengths and deep nodes.
+    // Some lists have a single step for all prefixes, others have steps of several lengths and deep
+    // nodes.
     const std::size_t count = 1 + random() % 40;
     const std::size_t shortest = 1 + random() % 12;
     std::vector<Prefix> prefixes;
@@ -152,8 +153,8 @@ TEST(PrefixIndex, OffsetsLookedUpTogetherGetWhatEachGetsAlone) {
   }
 }
 
-// Every way to go on in a run of one letter is there at every depth: in groups and nodes, behind
-// short steps and long ones. As many steps are under way at once as there can be.
+// In a run of one letter, every kind of step occurs at every depth: into groups and nodes, short
+// and long. So as many steps are under way at once as possible.
 TEST(PrefixIndex, HasRoomForAllStepsThatAnOffsetHasUnderWay) {
   std::vector<Prefix> prefixes;
   const auto run = [](std::size_t size) { return std::string(size, 'a'); };

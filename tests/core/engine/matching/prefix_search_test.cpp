@@ -1,5 +1,4 @@
-// The candidates of a block, whichever way they are found, and the change from one way to the
-// other.
+// The candidates of a block, in each way of searching, and the change from one way to the other.
 #include "core/engine/matching/prefix_search.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +29,7 @@ class Searched {
         index_(rows_),
         search_(index_, rows_, Kernel::kPortable, method) {}
 
-  // All candidates of the text, those in front of `from` left out, in blocks.
+  // Returns all candidates of the text from offset `from` on, searched block by block.
   std::vector<Found> All(const std::string& text, std::uint64_t from = 0) {
     const std::string padded = text + std::string(ScanTables::kReadAhead, '\0');
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(padded.data());
@@ -52,7 +51,7 @@ class Searched {
     return all;
   }
 
-  // What trying every row at every offset finds.
+  // Returns what trying every row at every offset finds.
   std::vector<Found> Wanted(const std::string& text) const {
     std::vector<Found> wanted;
     for (std::size_t at = 0; at < text.size(); ++at) {
@@ -72,7 +71,7 @@ class Searched {
   }
 
   PrefixSearch& search() { return search_; }
-  int automaton_blocks = 0;  // of the last All
+  int automaton_blocks = 0;  // blocks that the last All gave to the automaton
 
  private:
   static std::vector<CompiledRow> Rows(const std::vector<Prefix>& prefixes) {
@@ -120,7 +119,7 @@ TEST(PrefixSearch, BothMethodsFindWhatTryingEveryRowFinds) {
   }
 }
 
-// Rows that nearly stand everywhere, and one that does in the end.
+// Rows that almost match at every offset of a run of "a", but match only at the "b" behind it.
 std::vector<Prefix> NearMisses() {
   std::vector<Prefix> prefixes;
   for (std::size_t size = 40; size < 80; ++size) {

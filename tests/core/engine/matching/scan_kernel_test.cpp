@@ -1,4 +1,4 @@
-// Every form of the scan, forced: it must give each offset where a prefix begins.
+// Every implementation of the scan must return each offset at which a prefix begins.
 #include "core/engine/matching/scan_kernel.h"
 
 #include <gtest/gtest.h>

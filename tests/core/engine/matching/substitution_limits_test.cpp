@@ -12,7 +12,7 @@ namespace {
 using namespace std::string_literals;
 
 constexpr std::size_t kLongestMatch = 32766;
-// Where the first refill of the input's window and the first full block of the output fall.
+// The offsets of the first refill of the input's window and of the first full block of the output.
 constexpr std::size_t kInputBorder = InputWindow::kBufferSize;
 constexpr std::size_t kOutputBorder = PositionedOutput::kBlock;
 constexpr std::size_t kManyBlocks = std::size_t{3} << 20;
@@ -56,8 +56,8 @@ TEST(SubstitutionLimits, AWildcardInLastPositionFindsAtMost32766Bytes) {
 }
 
 TEST(SubstitutionLimits, ExtraThatFallsOutOfRangeEndsTheAttempt) {
-  // The tail of 12000 bytes closes the span, and each further byte that fits takes 11999 off extra,
-  // which starts near 0: two of them are within 16 bits, three are not.
+  // The tail of 12000 bytes closes the span. Each further byte that matches subtracts 11999 from
+  // `extra`, which starts near 0. Two subtractions stay within 16 bits, three do not.
   const std::string tail = Times(12000, 't');
   const Rows rows = {{"a*" + tail, "[*]"}};
   ExpectResult(rows, '*', "aX" + tail + "ttZ", "[X]Z", 1);
@@ -87,7 +87,8 @@ TEST(SubstitutionLimits, AMatchOverTheLastLookAheadBytesOfABlockIsFound) {
 }
 
 TEST(SubstitutionLimits, AWritePositionThatMovesBackOverABlocksBorderOverwrites) {
-  // As "0123bcdefaXYZ" returns "01>Z<", around the offset where a block of the output is full.
+  // The match in "0123bcdefaXYZ", whose result is "01>Z<", around the offset at which a block of
+  // the output is full.
   for (std::size_t before = kOutputBorder - 6; before <= kOutputBorder + 1; ++before) {
     const std::string fill = Times(before, '.');
     ExpectResult({{"bcdefa*bcdef", "<*>"}}, '*', fill + "0123bcdefaXYZ", fill + "01>Z<", 1);
@@ -98,7 +99,7 @@ TEST(SubstitutionLimits, AListTooLargeForTheAutomatonFindsItsLongRowsAll) {
   Rows rows;
   for (std::size_t more = 0; more < 40; ++more)
     rows.push_back({Times(30'000 + more, 'a') + "b", "x"});
-  // The first offset from which a row reaches the end.
+  // The match begins at the first offset from which the longest row reaches the "b".
   ExpectResult(rows, '*', Times(31'000, 'a') + "b.", Times(31'000 - 30'039, 'a') + "x.", 1);
 }
 

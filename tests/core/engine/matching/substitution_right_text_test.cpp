@@ -1,7 +1,7 @@
-// What a right text with the wildcard writes: the captured bytes, less those of the tail, and where
-// that leaves the write position. The expected bytes are worked out from the steps of the writing:
-// N = the buffer's upper bound - the tail's length + 1; bytes 0 to N are written, the position
-// moves by N and then by one.
+// What a right text with the wildcard writes: the captured bytes without those of the tail, and
+// where the write position is afterwards. The expected bytes follow from the steps of the writing:
+// N = upper bound of the capture buffer - length of the tail + 1; bytes 0 to N are written; the
+// write position moves by N and then by one.
 #include <gtest/gtest.h>
 
 #include "tests/core/engine/engine_test.h"
@@ -25,7 +25,7 @@ TEST(SubstitutionRightText, WithoutWildcardDropsTheSpan) {
 }
 
 TEST(SubstitutionRightText, LeavesOutTheTailsBytes) {
-  // Of the tail all bytes but the last are captured before it is recognised.
+  // All bytes of the tail except the last are captured before the tail is recognised.
   ExpectResult({{"a*cdef", "[*]"}}, '*', "aXYcdefZ", "[XY]Z", 1);
 }
 
@@ -45,15 +45,16 @@ TEST(SubstitutionRightText, WritesTheFirstByteOfAnEarlierRowsSpan) {
 }
 
 TEST(SubstitutionRightText, WritesAnEarlierRowsSpanWhenNoAttemptHasCutIt) {
-  // The second row matches on its tail alone, without reaching its wildcard: of P Q R the bytes 0
-  // to 2 - 2 + 1 are left.
+  // The second row matches on its tail alone, without reaching its wildcard. Of the captured P Q R
+  // it writes the bytes 0 to 2 - 2 + 1.
   ExpectResult({kCapturingRow, {"abab*ab", "[*]"}}, '*', "xPQRzabab", "(PQR)[PQ]", 2);
 }
 
 TEST(SubstitutionRightText, AnAttemptOfAPlainRowCutsTheCapturedBytes) {
-  // "aq" fits with its first byte, which is enough: of P alone N = 0 - 2 + 1 leaves nothing.
+  // The first byte of "aq" matches, which is enough to cut the captured bytes to P; N = 0 - 2 + 1
+  // then leaves nothing.
   ExpectResult({kCapturingRow, {"aq", "-"}, {"abab*ab", "[*]"}}, '*', "xPQRzabab", "(PQR)[]", 2);
-  // With its first byte not fitting, nothing is cut.
+  // The first byte of "qa" does not match, so nothing is cut.
   ExpectResult({kCapturingRow, {"qa", "-"}, {"abab*ab", "[*]"}}, '*', "xPQRzabab", "(PQR)[PQ]", 2);
 }
 
@@ -67,31 +68,31 @@ TEST(SubstitutionRightText, CapturedBytesLiveOnFromFileToFile) {
 }
 
 TEST(SubstitutionRightText, AFailedAttemptLeavesItsCapturedBytes) {
-  // The first row captures b a b a b in vain; the second, at the same offset, matches without
-  // catching and leaves the last one out.
+  // The first row captures b a b a b and does not match. The second row matches at the same offset
+  // without capturing, and leaves the last captured byte out.
   ExpectResult({{"a*!", "-"}, {"ababab*ab", "[*]"}}, '*', "ababab", "[baba]", 1);
 }
 
 TEST(SubstitutionRightText, ATailInFrontOfTheSpanTakesTheCapturedByteAway) {
-  // N = 0 - 2 + 1 = -1: nothing is written, and the position comes back to where it stood.
+  // N = 0 - 2 + 1 = -1: nothing is written, and the write position stays where it was.
   ExpectResult({{"bca*bc", "<*>"}}, '*', "bcaXYZ", "<>Z", 1);
 }
 
 TEST(SubstitutionRightText, ALongTailInFrontOfTheSpanMovesTheWritePositionBack) {
-  // N = 0 - 5 + 1 = -4, then one forward: from 6 to 3. ">" falls on the "2", "Z" on the "3", and
-  // "<" stays behind them.
+  // N = 0 - 5 + 1 = -4, then one forward: the write position goes from 6 to 3. ">" overwrites the
+  // "2", "Z" overwrites the "3", and the "<" stays behind them.
   ExpectResult({{"bcdefa*bcdef", "<*>"}}, '*', "0123bcdefaXYZ", "01>Z<", 1);
 }
 
 TEST(SubstitutionRightText, SeveralWildcardsMoveTheWritePositionBackBelowTheStart) {
-  // From 2 by -3 to -1, to -4: ">" stands below 1 and is dropped. The next byte goes to -3, so
-  // 1 to 4 are dropped and "5" falls on the "<" at 1.
+  // The write position goes from 2 by -3 to -1, then to -4. The ">" would be below offset 1 and is
+  // dropped. The next byte goes to -3, so 1 to 4 are dropped and "5" overwrites the "<" at 1.
   ExpectResult({{"bcdefa*bcdef", "<**>"}}, '*', "bcdefaXY123456789", "56789", 1);
   ExpectResult({{"bcdefa*bcdef", "<**>"}}, '*', "bcdefaXY123", "<", 1);
 }
 
 TEST(SubstitutionRightText, WhatFollowsCoversWhatTheMoveBackLeftBehind) {
-  // "<" at 5, ">" at 3; then 4 to 6 come from the file.
+  // "<" is written at 5 and ">" at 3; then bytes of the file are written at 4 to 6.
   ExpectResult({{"bcdefa*bcdef", "<*>"}}, '*', "0123bcdefaXYZZZ", "01>ZZZ", 1);
 }
 
@@ -102,7 +103,7 @@ TEST(SubstitutionRightText, AWildcardThatIsNoneAnyMoreIsOrdinaryText) {
 }
 
 TEST(SubstitutionRightText, ALaterWildcardWritesTheSingleByteOfTheBuffer) {
-  // Flag and tail are those of "*": N = 0 - 1 + 1 = 0.
+  // Flag and tail were made with the wildcard "*": N = 0 - 1 + 1 = 0.
   EngineProgram program({{"a*c", "[#]"}}, {'*', '*', '#'});
   EXPECT_EQ(program.Process("a*cb"), "[\0]b"s);
 }
@@ -115,7 +116,8 @@ TEST(SubstitutionRightText, ATailMadeWithAnotherWildcardIsTheWholeLeftText) {
 }
 
 TEST(SubstitutionRightText, AnUnflaggedRowWithALaterWildcardNeverCapturesItsSpan) {
-  // Without a tail the span is never closed, so only a left text that ends in the wildcard matches.
+  // Without a tail the span is never closed, so a row matches only if its left text ends in the
+  // wildcard.
   EngineProgram open({{"a#c", "<#>"}}, {'*', '*', '#'});
   EXPECT_EQ(open.Process("aXcd"), "aXcd");
   EngineProgram last({{"a#", "<#>"}, {"12345", ""}}, {'*', '*', '#'});
@@ -124,7 +126,7 @@ TEST(SubstitutionRightText, AnUnflaggedRowWithALaterWildcardNeverCapturesItsSpan
 }
 
 TEST(SubstitutionRightText, AFlaggedRowWithoutItsWildcardIsMatchedLiterally) {
-  // No wildcard at all any more.
+  // The run has no wildcard.
   EngineProgram program({{"a*c", "[*]"}}, {'*', '*', 0});
   EXPECT_EQ(program.Process("aXc a*c"), "aXc [*]");
 }

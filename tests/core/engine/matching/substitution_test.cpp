@@ -49,7 +49,7 @@ TEST(Substitution, ReplacedTextIsNeverScannedAgain) {
 }
 
 TEST(Substitution, TheScanGoesOnBehindTheMatchedBytes) {
-  // "abab" stands at 1 and at 3; the second one starts inside the first.
+  // "abab" stands at 1 and at 3; the second occurrence starts inside the first.
   ExpectResult({{"abab", "x"}}, 0, "ababab", "xab", 1);
 }
 
@@ -88,12 +88,13 @@ TEST(Substitution, ANulEndsAnAttempt) {
 }
 
 TEST(Substitution, ANulIsMatchedAgainstTheLeftTextBeforeItEndsTheAttempt) {
-  // Whether it fits or not, the attempt ends at it: the bytes before it are all that count, and a
-  // left text that holds a NUL is never complete.
+  // The attempt ends at a NUL, whether the NUL matches or not. Only the bytes before the NUL count,
+  // so a left text that holds a NUL never matches.
   ExpectResult({{"a\0"s, "X"}}, 0, "a\0"s, "a\0"s, 0);
   ExpectResult({{"a\0b"s, "X"}}, 0, "a\0b"s, "a\0b"s, 0);
   ExpectResult({{"\0"s, "X"}}, 0, "\0\0"s, "\0\0"s, 0);
-  // Behind the left text's end stand NULs too; the table must be wider for them to be reached.
+  // In the table, NULs follow a left text that is shorter than the longest one. They are reached
+  // only if a longer row makes the table wider.
   ExpectResult({{"a", "X"}, {"long enough", "Y"}}, 0, "a\0a"s, "X\0X"s, 2);
 }
 
@@ -114,7 +115,8 @@ TEST(Substitution, WithoutWildcardNoCharacterIsOne) {
 }
 
 TEST(Substitution, TheWidestRowMatchesLikeAnyOther) {
-  // Behind it the table ends: that ends the attempt, and nothing of it is left for the next one.
+  // Behind the widest row the table ends. That ends the attempt, and leaves nothing for the next
+  // one.
   ExpectResult({{"ab", "1"}}, 0, "ababb", "11b", 2);
   ExpectResult({{"abc", "1"}, {"ab", "2"}, {"b", "3"}}, 0, "abcabab", "122", 3);
 }

@@ -1,6 +1,6 @@
-// What the wildcard matches. The expected bytes are worked out from the attempt's steps; where that
-// takes a thought it stands beside them. Notation: k counts bytes looked up, so k - 1 fit; a match
-// needs k > left text's length + extra.
+// What the wildcard matches. The expected bytes follow from the attempt's steps; comments explain
+// those that are not obvious. Notation: k counts the bytes that were looked up, so k - 1 of them
+// match; the row matches if k > left text's length + extra.
 #include <gtest/gtest.h>
 
 #include "tests/core/engine/engine_test.h"
@@ -59,25 +59,26 @@ TEST(SubstitutionWildcard, ARowWithoutMatchLeavesTheNextRowsAsTheyAre) {
 }
 
 TEST(SubstitutionWildcard, InFirstPositionStandsForItself) {
-  // "*" fits only itself there, but opens a span all the same, and is its first byte.
+  // In this position "*" matches only itself, but still opens a span and is the span's first byte.
   ExpectResult({{"*c", "[*]"}}, '*', "aXc*Yc", "aXc[*Y]", 1);
 }
 
 TEST(SubstitutionWildcard, InFirstPositionAloneTakesOneByte) {
-  // "*" fits, k = 2; behind it the table ends. The tail is empty, so the writing ends at the "*".
+  // "*" matches, k = 2; behind it the table ends. The tail is empty, so the writing ends at the
+  // "*".
   ExpectResult({{"*", "<*>"}}, '*', "a*b", "a<*b", 1);
 }
 
 TEST(SubstitutionWildcard, TakesAtLeastOneByteEvenOfTheTail) {
-  // The "c" is the wildcard's first byte. It closes the span, and the span is opened again behind
-  // it: "X" then stands in the tail's place, whatever it is, and the span is closed for good.
+  // The "c" is the wildcard's first byte. It closes the span, and behind it the span is opened
+  // again: "X" then counts as the tail, whatever byte it is, and the span is closed for good.
   ExpectResult({{"a*c", "[*]"}}, '*', "acXY", "[c]Y", 1);
-  // At the end of the file there is nothing to stand in the tail's place: k = 3 is not above 3.
+  // At the end of the file no byte can count as the tail: k = 3 is not above 3.
   ExpectResult({{"a*c", "[*]"}}, '*', "ac", "ac", 0);
 }
 
 TEST(SubstitutionWildcard, LastInTheWidestRowTakesOneByte) {
-  // "a" and one byte fit, then the table ends: k = 3 > 2.
+  // "a" and one more byte match, then the table ends: k = 3 > 2.
   ExpectResult({{"a*", "<*>"}}, '*', "abab", "<b<b", 2);
   ExpectResult({{"a*", "<*>"}}, '*', "ba", "ba", 0);
 }
@@ -94,42 +95,44 @@ TEST(SubstitutionWildcard, LastInANarrowerRowTakesAllToTheNextNul) {
 TEST(SubstitutionWildcard, OfTwoOnlyTheFirstIsASpansStart) {
   // The tail is "b*c" with a "*" that stands for itself.
   ExpectResult({{"a*b*c", "[*]"}}, '*', "aXbYc", "aXbYc", 0);
-  // Closed at the "c": extra = 2 - 3 + 1 = 0, pattern at the second "*". That takes "Z" into the
-  // captured bytes (X b * Z) and shortens extra to -2: k = 7 > 5 - 2. N = 3 - 3 + 1: two bytes are
-  // written, "X" and "b".
+  // The span is closed at the "c": extra = 2 - 3 + 1 = 0, and the pattern is at the second "*".
+  // That "*" takes "Z" into the captured bytes (X b * Z) and lowers extra to -2: k = 7 > 5 - 2. N =
+  // 3 - 3 + 1: two bytes are written, "X" and "b".
   ExpectResult({{"a*b*c", "[*]"}}, '*', "aXb*cZ", "[Xb]", 1);
 }
 
 TEST(SubstitutionWildcard, OfTwoInARowTheSecondIsTheTail) {
-  // Up to the "*" in the file, which is captured too because the pattern stands on a "*" there.
+  // The span reaches to the "*" in the file, which is captured too because the pattern is at a "*"
+  // there.
   ExpectResult({{"a**", "[*]"}}, '*', "aXY*ZW", "[XY*]ZW", 1);
   ExpectResult({{"a**", "[*]"}}, '*', "aXYZW", "aXYZW", 0);
-  // In a wider table the span that this "*" opens takes one byte more: k = 6 > 3 + 1.
+  // In a wider table, the span that the last "*" of the row opens takes one byte more: k = 6 > 3 +
+  // 1.
   ExpectResult({{"a**", "[*]"}, {"12345", ""}}, '*', "aXY*ZW", "[XY*]W", 1);
 }
 
 TEST(SubstitutionWildcard, ATailThatStandsInFrontOfTheSpanClosesItAtItsFirstByte) {
-  // "ab" holds the tail "b". The wildcard takes X, and Y stands in the tail's place.
+  // "ab" contains the tail "b". The wildcard takes X, and Y counts as the tail.
   ExpectResult({{"ab*b", "[*]"}}, '*', "abXYZ", "[X]Z", 1);
 }
 
 TEST(SubstitutionWildcard, BytesThatRepeatTheTailAreSwallowed) {
-  // After "cd" the pattern stands on "d", which a second "d" fits: extra falls to -1, k = 6 > 3.
+  // After "cd" the pattern is at "d", which a second "d" matches: extra falls to -1, k = 6 > 3.
   ExpectResult({{"a*cd", "[*]"}}, '*', "aXcdZ", "[X]Z", 1);
   ExpectResult({{"a*cd", "[*]"}}, '*', "aXcddZ", "[X]Z", 1);
   ExpectResult({{"a*cd", "[*]"}}, '*', "aXcdddZ", "[X]dZ", 1);
-  // After "bcde" the pattern stands on "c".
+  // After "bcde" the pattern is at "c".
   ExpectResult({{"a*bcde", "[*]"}}, '*', "aXbcdecZ", "[X]Z", 1);
   ExpectResult({{"a*bcde", "[*]"}}, '*', "aXbcdecdeZ", "[X]Z", 1);
   ExpectResult({{"a*bcde", "[*]"}}, '*', "aXbcdecdbZ", "[X]bZ", 1);
 }
 
 TEST(SubstitutionWildcard, ATailSeenEarlyLetsPartOfTheLeftTextMatch) {
-  // "ab" is the tail and stands at the front: extra is -1, -2, -3 after the second, third and
-  // fourth byte, and 5 > 7 - 3. The wildcard is never reached, so nothing is captured: of the one
-  // byte that the buffer starts with N = 0 - 2 + 1 leaves none.
+  // "ab" is the tail and also stands at the front: extra is -1, -2, -3 after the second, third and
+  // fourth byte, and 5 > 7 - 3. The wildcard is never reached, so nothing is captured: of the
+  // single byte with which the buffer starts, N = 0 - 2 + 1 leaves nothing.
   ExpectResult({{"abab*ab", "[*]"}}, '*', "abab", "[]", 1);
-  // A byte less is not enough: 4 > 7 - 2 does not hold.
+  // One byte less is not enough: 4 > 7 - 2 does not hold.
   ExpectResult({{"abab*ab", "[*]"}}, '*', "abaQ", "abaQ", 0);
 }
 

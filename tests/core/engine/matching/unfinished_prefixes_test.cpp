@@ -1,4 +1,4 @@
-// Where in a stream that pauses a prefix may have begun.
+// At which offset of a stream that pauses a prefix may have begun.
 #include "core/engine/matching/unfinished_prefixes.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@
 namespace morvex::test {
 namespace {
 
-// The first unfinished offset from each of the offsets on, in one pass.
+// Returns the first unfinished offset at or behind each offset of `from`, found in one pass.
 std::vector<std::uint64_t> FirstOffsets(std::vector<std::string> prefixes, const std::string& bytes,
                                         const std::vector<std::uint64_t>& from) {
   std::sort(prefixes.begin(), prefixes.end());

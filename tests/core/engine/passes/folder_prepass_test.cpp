@@ -14,7 +14,7 @@ class FolderPrepassTest : public ::testing::Test {
   void Run(const std::string& source = "/s", const std::string& target = "/t") {
     FolderPrepass(program_, source, target);
   }
-  // The size of the source is unknown, because a folder in it cannot be listed.
+  // Adds a folder that cannot be listed, so the size of the source is unknown.
   void HideSize() {
     test_.files.AddFolder("/s/closed");
     test_.files.fail = FailOn("ListFolder", "/s/closed", ErrorNumber::kPermissionDenied);

@@ -237,7 +237,6 @@ TEST_F(ProcessFileTest, WindowEventsAreHandledWhileItWorksWhen15MillisecondsHave
   EXPECT_GE(test_.user.events_handled, 5);
 }
 
-// Stale work files.
 class StaleWorkFileTest : public ProcessFileTest {
  protected:
   StaleWorkFileTest() { test_.files.AddFile("/s/a.txt", "aca"); }

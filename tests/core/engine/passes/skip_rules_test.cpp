@@ -111,7 +111,7 @@ TEST_F(SkipRulesTest, TheSilentRulesComeBeforeTheCountedOne) {
             PassedOver::kChangedMeanwhile);
 }
 
-// The same rules when a file is processed.
+// The skip rules as they act when a file is processed.
 class SkippedFileTest : public ::testing::Test {
  protected:
   OutcomeKind Process(const std::string& name, const std::string& folder = "/s",

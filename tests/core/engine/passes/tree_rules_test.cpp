@@ -273,7 +273,7 @@ TEST_F(TreeRulesTest, TheSizeOfALoopEnds) {
   test_.files.AddLink("/s/sub/loop", "/s");
   test_.files.AddLink("/s/again", "/s/sub");
   TreeRules rules(program_, "/s", "/t");
-  // Once below "sub" and once below "again".
+  // The file of 5 bytes counts twice: below "sub" and below "again".
   EXPECT_EQ(FolderSize(program_, rules, test_.files.LookUpFolder("/s").value).value, 10u);
 }
 
