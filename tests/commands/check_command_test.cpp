@@ -1,4 +1,4 @@
-// "check": a leftover in every form, in contents and in names, and nothing where nothing is left.
+// "check" finds a leftover in every form, in contents and in names, and nothing in a clean tree.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -41,7 +41,8 @@ TEST(CheckCommandTest, FindsEveryFormInAFileAtItsFirstByteAcrossBlocksAndAtItsLa
   const std::vector<Planted> forms = FormsOfMueller();
   const CommandScene scene;
   scene.Write("list.txt", "M\xC3\xBCller|[tenant]\r\n");
-  // Around the end of what is read at once, and of the page cache's pieces.
+  // Offsets at the first byte, around multiples of 64 KiB (the ends of blocks), in between, and at
+  // the last byte.
   const std::vector<std::size_t> places = {0,       1000,    65'530,  131'068, 262'140,
                                            262'200, 262'210, 524'284, 999'998};
   for (std::size_t form = 0; form < forms.size(); ++form) {
@@ -132,8 +133,9 @@ TEST(CheckCommandTest, FindsInTheSourceAtLeastEveryPlaceThatARunReplaces) {
 TEST(CheckCommandTest, TheListMayBeReadInTheEncodingThatIsNamed) {
   const CommandScene scene;
   scene.Write("list.txt", "M\xC3\xBCller|x\r\n");
-  scene.Write("tree/a",
-              "m\xC3\x83\xC2\xBCller");  // the list's bytes read as Windows-1252, in UTF-8
+  scene.Write(
+      "tree/a",
+      "m\xC3\x83\xC2\xBCller");  // the list's bytes, taken for Windows-1252 and encoded in UTF-8
   EXPECT_EQ(scene.Shell("morvex-cli check tree --list list.txt").status, 0);
   EXPECT_EQ(scene.Shell("morvex-cli check tree --list list.txt --list-encoding utf-8").status, 0);
   const json found = Check(scene, "tree --list list.txt --list-encoding windows-1252", 3);
@@ -149,7 +151,7 @@ TEST(CheckCommandTest, WhatCannotBeReadIsToldAndEndsWithStatus1) {
   EXPECT_EQ(missing.status, 1);
   EXPECT_NE(missing.errors.find("none: error: Error 76: Path not found"), std::string::npos)
       << missing.errors;
-  if (scene.Shell("test \"$(id -u)\" -eq 0").status == 0) return;  // may read everything
+  if (scene.Shell("test \"$(id -u)\" -eq 0").status == 0) return;  // root may read everything
   const ProgramResult closed =
       scene.Shell("cp tree/a tree/b && chmod 0 tree/b && morvex-cli check tree --list list.txt");
   EXPECT_EQ(closed.status, 1);
@@ -185,7 +187,8 @@ TEST(CheckCommandTest, FoldersThatLeadToEachOtherAreGoneThroughOnce) {
   const json found = Check(scene, "tree --list list.txt", 3);
   std::vector<std::string> paths;
   for (const json& finding : found["findings"]) paths.push_back(finding["path"]);
-  // Those in the tree under their own paths, those outside of it under the first that leads there.
+  // A file in the tree is reported under its own path, a file outside under the first path that
+  // leads to it.
   EXPECT_EQ(paths,
             (std::vector<std::string>{
                 "tree/a/file", "tree/b/file", "tree/c/away/file", "tree/c/away/to-a/file",
@@ -272,7 +275,7 @@ TEST(CheckCommandTest, FilesAndFoldersWithFindingsAreCountedApart) {
   EXPECT_EQ(lines.errors, "4 findings in 1 of 2 files and 1 of 2 folders, 17 bytes.\n");
 }
 
-// As long as it takes: the file has no end that could be reached.
+// The signal comes after 3 seconds, long before the check reaches the end of the file of 4 TiB.
 TEST(CheckCommandTest, CtrlCEndsWithAMessageAWholeDocumentAndStatus1) {
   const CommandScene scene;
   scene.Write("list.txt", "Anna|x\r\n");
@@ -295,7 +298,7 @@ TEST(CheckCommandTest, CtrlCEndsWithAMessageAWholeDocumentAndStatus1) {
   EXPECT_NE(lines.errors.find("Interrupted: "), std::string::npos) << lines.errors;
 }
 
-// The check waits for its reader when the signal comes.
+// When the signal comes, the check is waiting for the slow reader of its output.
 TEST(CheckCommandTest, CtrlCLeavesTheDocumentWholeWhoeverReadsItSlowly) {
   const CommandScene scene;
   scene.Write("list.txt", "Anna|x\r\n");
@@ -376,7 +379,7 @@ TEST(CheckCommandTest, WhatAWildcardLeavesThatTakesInOneByteIsNotJudged) {
     ASSERT_NE(scene.Read("out/a").find("enate"), std::string::npos) << right;
     EXPECT_EQ(Check(scene, "out" + options, 3)["all_rows"], false) << right;
   }
-  // All the rest of the file is taken in where another row is longer.
+  // With a longer row in the list, the wildcard at the row's end takes in the rest of the file.
   scene.Write("list.txt", "Mr *|[m]\nVollmoor|x\n");
   ASSERT_EQ(scene.Shell("rm -rf out && morvex-cli run tree out --all --yes" + options).status, 0);
   EXPECT_EQ(scene.Read("out/a"), "[m]");

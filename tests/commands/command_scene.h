@@ -1,5 +1,4 @@
-// The console program's commands as a script meets them: a shell, a folder with a case and a list,
-// and what comes out.
+// Runs the console program's commands from shell scripts, in a folder with a case and a list.
 #pragma once
 
 #include <string>
@@ -10,13 +9,13 @@ namespace morvex::commands {
 
 using whole_run::ProgramResult;
 
-// A temporary folder whose "work" holds a copy of the example (case/, replacements.txt) and is the
-// current one; "morvex-cli" is found by its name.
+// A temporary folder with a copy of the example (case/ and replacements.txt) in its folder "work".
+// Scripts run in "work" and find the program as "morvex-cli".
 class CommandScene {
  public:
   CommandScene();
 
-  // Runs a script of /bin/sh.
+  // Runs `script` with /bin/sh.
   ProgramResult Shell(const std::string& script) const;
 
   void Write(const std::string& name, const std::string& bytes) const { scene_.Write(name, bytes); }
@@ -28,11 +27,11 @@ class CommandScene {
   whole_run::Scene scene_;
 };
 
-// The text with every time a run took as "0 min 0 sec": a busy machine takes longer, and a second
-// may end meanwhile.
+// Returns the text with every duration of a run as "0 min 0 sec", since durations differ from run
+// to run.
 std::string WithoutTimes(const std::string& text);
 
-// The project's folder.
+// Returns the project's folder.
 std::string SourceRoot();
 
 }  // namespace morvex::commands

@@ -1,4 +1,4 @@
-// "filter": the same bytes as a run makes, through pipes, alone and as one of many.
+// "filter" produces the same bytes as a run, in pipes, on a terminal, and as one of many processes.
 #include <gtest/gtest.h>
 
 #include "tests/commands/command_scene.h"
@@ -110,7 +110,8 @@ TEST(FilterCommandTest, AFullDiskIsAnError) {
 
 TEST(FilterCommandTest, AListThatWritesFarBackIsRefusedInAStream) {
   const CommandScene scene;
-  // Its tail stands in the text before the wildcard: every match moves the writing back.
+  // The text behind the wildcard also ends the text in front of it, so every match moves the write
+  // position back.
   scene.Write("list.txt", "abcdefgh*bcdefgh|*********X\r\n");
   const ProgramResult result = scene.Shell(
       "{ head -c 3000000 /dev/zero; yes abcdefgh | tr -d '\\n' | head -c 4000000; } |\n"
@@ -120,7 +121,8 @@ TEST(FilterCommandTest, AListThatWritesFarBackIsRefusedInAStream) {
       << result.errors;
 }
 
-// The writer waits for the reader's word before it goes on: were a line kept, both would wait.
+// The writer waits for an answer to each line. If the filter held a line back, reader and writer
+// would both wait.
 TEST(FilterCommandTest, ALineIsThereBeforeTheNextOneIsWritten) {
   const CommandScene scene;
   scene.Write("list.txt", "Annabel Lee|[L]\r\nAnna|[A]\r\nid=*;|<*>\r\n|||\r\n");
@@ -147,8 +149,8 @@ TEST(FilterCommandTest, FollowsALogLineByLine) {
   EXPECT_EQ(result.output, "Hello [A]\n") << result.errors;
 }
 
-// At a terminal of its own; what it shows is the echo of the keys and the output. The end is typed
-// once, and a second time only by somebody who waits in vain.
+// The filter runs at a terminal that shows the echoed keys and the output. The script types Ctrl+D
+// once; a filter that needs another one makes the script fail after 30 seconds.
 TEST(FilterCommandTest, OneCtrlDEndsItOnATerminal) {
   const CommandScene scene;
   scene.Write("list.txt", "Anna|[A]\r\n|||\r\n");

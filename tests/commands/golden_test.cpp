@@ -1,6 +1,6 @@
-// Every command, help text and message against a file that holds the commands, then what they say
-// and their exit status. With MORVEX_GOLDEN=write in the environment the files are written anew
-// from what the program now says; look at the difference before it is kept.
+// Each golden file holds commands, then their output and their exit status; a test compares them
+// with what the program says now. With MORVEX_GOLDEN=write in the environment, the tests write the
+// files anew: check the differences before you keep them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -26,7 +26,7 @@ std::vector<std::string> GoldenFiles() {
   return names;
 }
 
-// The lines in front of the first that begins with "---": a script.
+// Returns the script of a golden file: the lines in front of the first one that begins with "---".
 std::string ScriptOf(const std::string& golden) {
   std::istringstream lines(golden);
   std::string script;
@@ -36,7 +36,7 @@ std::string ScriptOf(const std::string& golden) {
   return script;
 }
 
-// A last line without its end is shown by a mark.
+// Returns a section of a golden file. A mark shows that the text's last line has no line end.
 std::string Section(const std::string& name, const std::string& text) {
   if (text.empty()) return "";
   return "--- " + name + "\n" + text + (text.ends_with('\n') ? "" : "\n--- (no line end)\n");

@@ -1,5 +1,5 @@
-// The manual page and the completions know every option that the commands have, and what is
-// installed is in its place.
+// The manual page and the completions name every option of the commands, and every installed file
+// is in its place.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -9,7 +9,7 @@
 namespace morvex::commands {
 namespace {
 
-// Every word that begins with two hyphens.
+// Returns every word of a help text that begins with two hyphens.
 std::set<std::string> OptionsOf(const std::string& help) {
   std::set<std::string> options;
   for (std::size_t at = help.find("--"); at != std::string::npos; at = help.find("--", at + 2)) {
@@ -26,7 +26,7 @@ std::string Packaged(const std::string& name) {
 TEST(InstalledFilesTest, EveryOptionIsInTheManualPageAndInTheCompletions) {
   const CommandScene scene;
   std::string manual = Packaged("morvex-cli.1.in");
-  std::erase(manual, '\\');  // which stands in front of every hyphen
+  std::erase(manual, '\\');  // one stands in front of every hyphen
   const std::string bash = Packaged("completions/morvex-cli.bash");
   const std::string zsh = Packaged("completions/_morvex-cli");
   const std::string fish = Packaged("completions/morvex-cli.fish");

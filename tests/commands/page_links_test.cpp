@@ -1,5 +1,5 @@
-// Every link and picture of the pages that leads to a file of the project leads to one that is
-// there; a link to a heading names one that its page has.
+// Every link or picture of the pages that names a file of the project names an existing one, and
+// every link to a heading names a heading of its page.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -32,12 +32,12 @@ std::vector<fs::path> Pages() {
   return pages;
 }
 
-// Blocks in a list are indented.
+// A fence in a list is indented.
 bool IsFence(const std::string& line) {
   return line.find("```") != std::string::npos && line.find("```") == line.find_first_not_of(' ');
 }
 
-// The page without its blocks and without what stands between backticks: both may hold brackets.
+// Returns the page without code blocks and code between backticks, as both may contain brackets.
 std::string Prose(const std::string& text) {
   std::istringstream lines(text);
   std::string prose;
@@ -56,7 +56,7 @@ std::string Prose(const std::string& text) {
   return prose;
 }
 
-// What stands between `open` and the next `close`, each time.
+// Returns every text between `open` and the next `close`.
 std::vector<std::string> Between(std::string_view text, std::string_view open,
                                  std::string_view close) {
   std::vector<std::string> found;
@@ -76,8 +76,8 @@ std::vector<std::string> Links(const std::string& text) {
   return links;
 }
 
-// The name by which a link reaches a heading: small letters, digits and hyphens; blanks become
-// hyphens, all else is left out.
+// Returns the name by which a link reaches a heading: capital letters become small ones and blanks
+// hyphens; punctuation other than "-" and "_" is left out.
 std::string NameOfHeading(std::string_view heading) {
   std::string name;
   for (const char byte : heading) {
@@ -103,7 +103,7 @@ std::set<std::string> Headings(const std::string& text) {
   return names;
 }
 
-// Why the link of that page leads nowhere; empty when it does lead somewhere.
+// Returns why the page's link leads nowhere, or an empty text if it leads somewhere.
 std::string Problem(const fs::path& page, const std::string& link) {
   const std::size_t mark = std::min(link.find('#'), link.size());
   const std::string file = link.substr(0, mark);

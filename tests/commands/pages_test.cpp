@@ -1,5 +1,5 @@
-// What the pages show of the commands is what the commands say: each block that begins with the
-// prompt is run, one block after the other, in a copy of examples/. Each page starts afresh.
+// The pages show what the commands print: each block that begins with the prompt is run, one block
+// after the other, in a copy of examples/. Each page starts with a new copy.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -31,7 +31,7 @@ std::string Text(const std::string& page) {
   return whole_run::ReadWholeFile(SourceRoot() + "/" + page);
 }
 
-// Relative to the project's folder.
+// Returns the paths of the pages, relative to the project's folder.
 std::vector<std::string> Pages() {
   std::vector<std::string> pages = {"README.md"};
   for (const fs::directory_entry& entry : fs::directory_iterator(SourceRoot() + "/docs")) {
@@ -43,7 +43,7 @@ std::vector<std::string> Pages() {
   return pages;
 }
 
-// The lines between fences, with the line of the first fence in front.
+// Returns the blocks between fences, each with its opening fence as the first line.
 std::vector<Block> Blocks(const std::string& page) {
   std::vector<Block> blocks;
   std::istringstream lines(Text(page));
@@ -58,7 +58,7 @@ std::vector<Block> Blocks(const std::string& page) {
   return blocks;
 }
 
-// What a block shows of a command reaches to the next prompt.
+// Returns the commands that a block shows; the output of a command reaches to the next prompt.
 std::vector<Shown> ShownCommands(const Block& block) {
   std::vector<Shown> shown;
   if (block.size() < 2 || !block[1].starts_with(kPrompt)) return shown;
@@ -72,7 +72,7 @@ std::vector<Shown> ShownCommands(const Block& block) {
   return shown;
 }
 
-// The page is a text of lines: it does not show a carriage return.
+// Returns the output without carriage returns and with fixed durations, as pages show it.
 std::string AsThePageShowsIt(std::string output) {
   std::erase(output, '\r');
   return WithoutTimes(output);
@@ -100,8 +100,8 @@ TEST(Pages, ShowWhatTheCommandsSay) {
   EXPECT_GE(commands["docs/commands.md"], 10u);
 }
 
-// Neither a test nor whoever builds the program runs lines in another language, or commands without
-// a prompt.
+// Only blocks with a prompt are run. So no block may name a language, and no line without a prompt
+// may call the program.
 TEST(Pages, ShowNoProgramThatNothingRuns) {
   for (const std::string& page : Pages()) {
     for (const Block& block : Blocks(page)) {
@@ -114,7 +114,7 @@ TEST(Pages, ShowNoProgramThatNothingRuns) {
   }
 }
 
-// "Morvex 11.0" is told as "11.0".
+// The program says "Morvex 11.0", the pages say "11.0".
 TEST(Pages, OfChangesAndSecurityNameThePresentVersion) {
   std::string version = CommandScene().Shell("morvex-cli --version").output;
   version = version.substr(0, version.find_last_not_of("\r\n") + 1);

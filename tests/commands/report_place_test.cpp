@@ -1,4 +1,4 @@
-// "run --report PLACE" where PLACE is somebody else's: nothing is run, and what lies there stays.
+// "run --report PLACE" with a PLACE that holds another file: nothing is run, and the file stays.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -159,7 +159,7 @@ TEST_F(ReportPlaceTest, WhatIsNoOrdinaryFileIsNoPlace) {
   ExpectRefused("broken", "is not an ordinary file");
   ExpectRefused("loop", "Error 75");
   ExpectRefused("/dev/null", "is not an ordinary file");
-  // The test's standard output is a file, its standard input none.
+  // The standard output of the program is a file here.
   ExpectRefused("/dev/stdout", "is not an older report");
   ExpectRefused("real", "is a folder");
   EXPECT_FALSE(scene.Exists("nowhere"));
@@ -199,7 +199,8 @@ TEST_F(ReportPlaceTest, AReportWithAnythingBehindItIsNotReplaced) {
 }
 
 TEST_F(ReportPlaceTest, WhatAppearsThereDuringTheRunStaysAndTheReportLiesBesideIt) {
-  // The run waits for the answer to its question, which comes when the place has been taken.
+  // The run has claimed the report's place when it asks its question. The script then puts a file
+  // at that place and answers.
   const ProgramResult result = scene.Shell(
       "cat > question.py <<'END'\n"
       "import os, pty, sys\n"

@@ -12,15 +12,15 @@ namespace {
 using namespace std::string_literals;
 using whole_run::LogMessages;
 
-// A settings file for the example, with the target "handover".
+// Returns a settings file for the example.
 std::string Settings(const CommandScene& scene, const std::string& target) {
   const whole_run::Scene& at = scene.scene();
   return at.At("case") + "\r\n" + at.At(target) + "\r\n" + at.At("replacements.txt") +
          "\r\nlog=1\r\nsep=|\r\njok=*\r\n1.txt\r\n1.csv\r\n1.log\r\n0.xml\r\n";
 }
 
-// The log's messages without the summary's lines that name the settings file and the time that the
-// run took.
+// Returns the log's messages without the one that names the settings file, and with fixed
+// durations.
 std::vector<std::string> Comparable(std::vector<std::string> messages) {
   std::erase_if(messages, [](const std::string& message) {
     return message.starts_with("Initialisatie-bestand: ");
@@ -36,7 +36,7 @@ TEST(RunCommandTest, GivesTheSameTargetAndLogAsTheFormWithASettingsFile) {
   const ProgramResult file_result = by_file.Shell("morvex-cli -if settings.dat");
   ASSERT_EQ(file_result.status, 0) << file_result.errors;
 
-  // The same folder names, so that the logs can be compared.
+  // The second run gets the same folder names, so that the logs can be compared.
   const std::string wanted_log = by_file.scene().RunLog();
   const ProgramResult moved = by_file.Shell(
       "mv handover by_file && rm \"$(dirname \"$(command -v morvex-cli)\")/Morvex.log\" && "

@@ -1,4 +1,4 @@
-// What the form with -if says of its command line and of its list. Neither changes its exit status.
+// What a run with -if says about its command line and its list. Neither changes its exit status.
 #include <gtest/gtest.h>
 
 #include "tests/commands/command_scene.h"

@@ -1,6 +1,6 @@
-// Runs the console program while the N-th of its file calls fails, or kills it there, for N = 1, 2,
-// 3, ... until it makes fewer calls. This tests the system calls below the file service: each step
-// of a copy, of the log and of the settings file.
+// Runs the console program again and again: in the N-th run its N-th file call fails, or the
+// program is killed there, until a run makes fewer calls. This tests the system calls below the
+// file service: each step of a copy, of the log and of the settings file.
 #include <signal.h>
 
 #include <cerrno>
@@ -30,8 +30,8 @@ class CallFaults : public SystemTest, public ::testing::WithParamInterface<CallF
     if (!CallGate::IsPossibleHere()) GTEST_SKIP() << "this system lets nobody filter its calls";
   }
 
-  // The target contains an old copy, the source a stale work file; log and settings do not exist
-  // yet.
+  // Creates a target with old copies and a source with a stale work file, and deletes log and
+  // settings.
   void StartAnew() {
     for (const char* folder : {"src", "out"}) fs::remove_all(scene_.At(folder));
     Put(source_);
@@ -46,7 +46,7 @@ class CallFaults : public SystemTest, public ::testing::WithParamInterface<CallF
   ProgramResult RunAndStrike(int call, int code, std::string* struck) {
     CallGate gate(call, code);
     const auto begin = [&] {
-      // The leak checker's calls are not the program's.
+      // The leak checker would make calls that are not the program's.
       setenv("ASAN_OPTIONS", "detect_leaks=0", 0);
       gate.Install();
     };

@@ -1,5 +1,6 @@
-// The process installs a filter that passes file calls on to the holder of a listener, and sends
-// that listener through a socket pair. Each call waits until it is answered.
+// The watched process installs a call filter, which passes file calls to the holder of its
+// listener, and sends this listener to the test through a pair of sockets. Each passed call waits
+// until the test answers it.
 #include "tests/system/call_gate.h"
 
 #include <fcntl.h>
@@ -30,7 +31,7 @@ struct WatchedCall {
   const char* name;
 };
 
-// The first call tells that the program is at work; the others are counted.
+// rt_sigaction tells that the program is at work; the other calls are counted.
 constexpr WatchedCall kCalls[] = {
     {SYS_rt_sigaction, "rt_sigaction"},
     {SYS_openat, "openat"},
@@ -70,7 +71,7 @@ constexpr std::size_t kCallCount = std::size(kCalls);
 constexpr int kNotStarted = 127;
 constexpr int kLookMilliseconds = 50;
 
-// The filter's rule: pass these calls on, allow all others.
+// Returns the filter's rule: pass the watched calls to the listener, allow all others.
 std::array<sock_filter, kCallCount + 3> Filter() {
   std::array<sock_filter, kCallCount + 3> filter{};
   filter[0] = BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr));
@@ -141,8 +142,8 @@ bool IsPipe(pid_t process, unsigned long long descriptor) {
          std::string_view(end).starts_with("pipe:");
 }
 
-// Messages to the user are not files of the run. Nor are pipes: the sanitizers examine memory
-// through them.
+// Returns whether the call is on a file of the run. The streams for messages to the user are not,
+// and pipes are not: the sanitizers examine memory through them.
 bool IsOnAFile(pid_t process, const seccomp_data& call) {
   if (call.nr == SYS_write && call.args[0] <= STDERR_FILENO) return false;
   const bool may_be_pipe = call.nr == SYS_write || call.nr == SYS_read || call.nr == SYS_close;

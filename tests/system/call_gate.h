@@ -1,5 +1,5 @@
-// A gate between a process and the system. It sees the file calls that the process makes once it is
-// at work, and makes the N-th of them fail or kills the process there. It uses the system's call
+// A gate between a process and the system. It sees the file calls of the process once the program
+// is at work, and makes the N-th of them fail or kills the process there. It uses the system's call
 // filter (seccomp), which needs no privilege.
 #pragma once
 
@@ -11,8 +11,8 @@ namespace morvex::system_test {
 
 class CallGate {
  public:
-  // `call` counts from 1. `code` is the errno with which that call fails; 0: the process is killed
-  // before the call.
+  // The gate acts at file call number `call`, counted from 1. This call fails with the errno
+  // `code`; if `code` is 0, the process is killed before the call.
   CallGate(int call, int code);
   ~CallGate();
   CallGate(const CallGate&) = delete;
@@ -21,17 +21,17 @@ class CallGate {
   // Whether this system lets a process filter its own calls and another process answer them.
   static bool IsPossibleHere();
 
-  // Call it in the new process, before it becomes the program.
+  // To be called in the new process, before it becomes the program.
   void Install() const;
-  // Call it in the other process; it returns when the process has ended. Counting starts when the
+  // To be called in the test's process; returns when `process` has ended. Counting starts when the
   // program installs its signal handlers: earlier calls are the loader's.
   void Watch(pid_t process);
 
-  // The name of the call that was hit; empty if the process made fewer calls.
+  // Returns the name of the call that was hit; empty if the process made fewer calls.
   const std::string& struck() const { return struck_; }
 
  private:
-  // Answers one call. False if the process has ended.
+  // Answers a call, if one comes soon. Returns false if the process has ended.
   bool AnswerOne(int listener, pid_t process);
 
   const int wanted_;

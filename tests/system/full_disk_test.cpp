@@ -1,6 +1,6 @@
-// Disks that are full at every interesting point: at every page of a small disk, and at every
-// interesting byte of a file with limited size. No file of the target is half made, the source is
-// unchanged, and the run says why it ended.
+// Runs with too little room: on small disks of every size in pages, and with a limit on the size of
+// a file. No file of the target is half made, the source is unchanged, and the run says why it
+// ended.
 #include <sys/mount.h>
 #include <sys/resource.h>
 
@@ -16,7 +16,7 @@ constexpr std::size_t kPage = 4096;
 
 class FullDisk : public SystemTest {
  protected:
-  // Mounts a disk of so many pages at `name`. The system uses one more page.
+  // Mounts a disk of `pages` pages at `name`.
   void MountDisk(const std::string& name, std::size_t pages) {
     const std::string size = "size=" + std::to_string(pages * kPage) + ",nr_inodes=0";
     ASSERT_EQ(mount("tmpfs", scene_.At(name).c_str(), "tmpfs", 0, size.c_str()), 0);
@@ -84,7 +84,7 @@ TEST_F(FullDisk, OfTheSourceAtEveryPage) {
   });
 }
 
-// The program's folder is on the full disk too: neither log nor settings can be written.
+// The disk with the program's folder is full: neither log nor settings can be written.
 TEST_F(FullDisk, OfTheProgramFolderStopsNoRun) {
   RUN_OR_SKIP([this] {
     Put(kSource);
@@ -101,8 +101,8 @@ TEST_F(FullDisk, OfTheProgramFolderStopsNoRun) {
   });
 }
 
-// Settings are saved with every run. The old ones are kept rather than half of the new ones, and
-// the log contains only whole records.
+// Every run saves its settings. Without room for them, the old settings stay whole, and the log
+// contains only whole records.
 TEST_F(FullDisk, OfTheProgramFolderKeepsTheOldSettingsAndWholeRecords) {
   RUN_OR_SKIP([this] {
     Put(kSource);
@@ -111,7 +111,7 @@ TEST_F(FullDisk, OfTheProgramFolderKeepsTheOldSettingsAndWholeRecords) {
     const std::string aside = scene_.root() + "/aside";
     std::filesystem::rename(program, aside);
     const auto pages = std::filesystem::file_size(aside) / kPage + 1;
-    // Room for the program, the old settings and so many more pages.
+    // The disk has room for the program, the old settings and `more` further pages.
     for (std::size_t more : {0u, 1u, 2u}) {
       SCOPED_TRACE(std::to_string(more) + " pages more");
       const std::string room = "size=" + std::to_string((pages + 1 + more) * kPage);
@@ -163,7 +163,7 @@ TEST_P(FileSize, LimitedToSoManyBytesCutsNoCopyShort) {
   ExpectNothingWrong(source);
   const bool fits = bytes >= 300'000;
   EXPECT_EQ(Target().size() == source.size(), fits);
-  // The program's output goes to files, which are limited too.
+  // The test sends the program's output to files, whose size is limited too.
   if (bytes >= kPage) {
     EXPECT_EQ(whole_run::WithoutWarnings(result.errors).empty(), fits) << result.errors;
   }

@@ -222,7 +222,7 @@ TEST_F(HostileTree, ALinkOfTheWorkFileNameIsNotWrittenThrough) {
   EXPECT_EQ(Target(), (Files{{"a.txt", "X1"}}));
 }
 
-// Names with every byte that a name can contain and careless programs mishandle.
+// Names with bytes that careless programs mishandle.
 const std::string kStrange[] = {"line\nbreak.txt",
                                 "carriage\rreturn.txt",
                                 "quote\"and'.txt",
@@ -280,8 +280,8 @@ TEST_F(HostileTree, ControlCharactersOfANameReachTheTerminalEscaped) {
   }
 }
 
-// Creates folders inside each other with a file in the last one, or reads that file. The whole path
-// is longer than the system accepts.
+// Creates or reads folders inside each other, with two files in the innermost one. The path to
+// these files is longer than the system accepts.
 class Depth {
  public:
   Depth(const std::string& start, const std::string& name, int levels)

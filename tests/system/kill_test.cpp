@@ -1,7 +1,7 @@
-// A run over 2,000 files is killed at a random moment and a second run follows: it produces exactly
-// the right tree, whatever the first one left. Half of the rounds start with an empty target, half
-// with copies made with an older list. MORVEX_KILL_ROUNDS=N sets the rounds per block,
-// MORVEX_SEED=S other moments.
+// A run over 2,000 files is killed at a random moment. A second run then produces exactly the right
+// tree, whatever the first one left. Every other round starts with an empty target, the rest with
+// unchanged copies of the source in the target. MORVEX_KILL_ROUNDS=N sets the number of rounds per
+// block; MORVEX_SEED=S chooses other moments.
 #include <signal.h>
 
 #include <chrono>
@@ -19,8 +19,8 @@ using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
 constexpr int kFiles = 2000;
-// As many rounds as there is time for with sanitizers. call_faults_test.cpp kills a run at each
-// single call.
+// More rounds would take too long with sanitizers. call_faults_test.cpp kills a run at each single
+// call.
 constexpr int kUsualRounds = 8;
 
 int FromEnvironment(const char* name, int usual) {
@@ -28,7 +28,7 @@ int FromEnvironment(const char* name, int usual) {
   return value == nullptr ? usual : std::atoi(value);
 }
 
-// Small files and some large ones, in folders of a hundred. Every fifth is copied unchanged.
+// Returns small files and some large ones, a hundred per folder. Every fifth is copied unchanged.
 Files ManyFiles() {
   Files files;
   for (int i = 0; i < kFiles; ++i) {
@@ -50,7 +50,7 @@ class Kill : public SystemTest, public ::testing::WithParamInterface<int> {
     return std::chrono::duration_cast<microseconds>(steady_clock::now() - start);
   }
 
-  // Kills a run at the given moment. Returns whether it was still working.
+  // Kills a run when `moment` has passed. Returns whether the run was still working.
   bool RunAndKill(microseconds moment) {
     const ProgramResult result = Run({{}, [moment](pid_t process) {
                                         std::this_thread::sleep_for(moment);
@@ -59,7 +59,8 @@ class Kill : public SystemTest, public ::testing::WithParamInterface<int> {
     return result.status == 128 + SIGKILL;
   }
 
-  // Checks that every file is right or as it was before; stale work files are allowed.
+  // Checks that every file of the target is right or as it was before; stale work files are
+  // allowed.
   void ExpectNothingHalfMade(bool old_copies) {
     for (const auto& [name, bytes] : Target()) {
       if (name.ends_with("tijdel.enc")) continue;

@@ -21,7 +21,7 @@ class Permissions : public SystemTest {
     for (const auto& [path, bits] : changed_) chmod(path.c_str(), 0755);
   }
 
-  // Takes rights away, then runs.
+  // Sets the permission bits of the named files and folders, then runs.
   ProgramResult RunWith(const std::map<std::string, mode_t>& bits) {
     HandOver(scene_);
     for (const auto& [name, mode] : bits) {
@@ -168,7 +168,7 @@ TEST_F(Permissions, AFolderWithoutWriteRightHasItsUnchangedFilesCopiedIntoOneTha
 class ReadErrors : public SystemTest {};
 
 TEST_F(ReadErrors, InAFileLeaveNoCopyOfItAndAreNamed) {
-  // Reading this attribute returns a device error if the device does not support it.
+  // Reading this attribute fails with a device error if the device does not support it.
   const char* broken = "/sys/devices/system/cpu/cpu0/power/autosuspend_delay_ms";
   const int file = open(broken, O_RDONLY);
   char byte = 0;
@@ -178,7 +178,7 @@ TEST_F(ReadErrors, InAFileLeaveNoCopyOfItAndAreNamed) {
   const Files source = {{"a.txt", "ab1"}, {"z.txt", "ab2"}};
   Put(source);
   std::filesystem::create_symlink(broken, scene_.At("src/broken.txt"));
-  // Its time is that of the first look-up.
+  // The attribute's modification time is that of its first look-up; the run must start later.
   std::this_thread::sleep_for(std::chrono::milliseconds(20));
   const ProgramResult result = Run();
   ExpectAllRight(source);
@@ -205,7 +205,8 @@ TEST_F(ReadErrors, InTheSettingsFileStartNoRun) {
   EXPECT_NE(result.errors.find("Error 57: Device I/O error"), std::string::npos) << result.errors;
 }
 
-// If the program starts without standard streams, files that it opens must not get their numbers.
+// If the program starts without standard streams, the files that it opens must not get the
+// descriptors of these streams.
 TEST(Output, ThatHasNowhereToGoReachesNoFileOfTheRun) {
   const std::string bytes = Text(60'000'000);
   for (const char* closed : {"<&-", ">&-", "2>&-", "<&- >&- 2>&-"}) {
@@ -216,7 +217,8 @@ TEST(Output, ThatHasNowhereToGoReachesNoFileOfTheRun) {
     scene.Write("list", "ab|X||\r\n");
     scene.Write("job.dat",
                 whole_run::UsualSettings(scene.At("src"), scene.At("out"), scene.At("list")));
-    // Stopped in the middle of the file, the program reports it while the file is still open.
+    // The program is stopped in the middle of the file and reports this while the file is still
+    // open.
     const std::string script = "\"$0\" -if job.dat " + std::string(closed) +
                                " & until [ -s src/tijdel.enc ] || ! kill -0 $!; do :; done\n"
                                "kill -TERM $!; wait $!";

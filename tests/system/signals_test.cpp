@@ -1,5 +1,5 @@
-// Interrupt, terminate and hang-up signals stop the console program like a stop request, and it
-// says so.
+// Interrupt, terminate and hang-up signals stop the console program like a stop request, and the
+// program says so.
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -13,12 +13,12 @@
 namespace morvex::system_test {
 namespace {
 
-// How often a run may end before its signal comes, on a busy machine.
+// The number of runs that may end before their signal comes, as happens on a busy machine.
 constexpr int kAttempts = 10;
 
 class Signals : public SystemTest, public ::testing::WithParamInterface<int> {
  protected:
-  // Runs, and sends the signal once `holds` is true.
+  // Starts a run and sends the signal once `holds` is true. Runs again if the run ended first.
   ProgramResult RunAndSendWhen(const std::function<bool()>& holds) {
     const auto send = [&](pid_t process) {
       Await("the moment of the signal", [&] { return holds() || HasEnded(process); });
@@ -36,7 +36,7 @@ class Signals : public SystemTest, public ::testing::WithParamInterface<int> {
   }
 
  private:
-  // The process does not change until it is waited for.
+  // Returns whether the process has ended, without collecting its exit status.
   static bool HasEnded(pid_t process) {
     siginfo_t info{};
     return waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
@@ -79,7 +79,7 @@ TEST_P(Signals, BetweenFilesLeaveWholeCopiesAndNothingElse) {
   });
   EXPECT_EQ(result.status, 1);
   EXPECT_NE(result.errors.find("Interrupted: the run was stopped"), std::string::npos);
-  // A stop cuts the current file short; these files are too small for that.
+  // The stop may come within a file, which then leaves its work file in the source.
   if (result.errors.find("Left in the source") != std::string::npos) return;
   ExpectNothingWrong(source);
   EXPECT_LT(Target().size(), source.size());

@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 constexpr int kSignalBase = 128;
 constexpr int kNotStarted = 127;
-// These tests do not measure speed, and the machine may be busy.
+// The limits are generous: these tests do not measure speed, and the machine may be busy.
 constexpr auto kLimit = std::chrono::seconds(550);
 constexpr auto kAwaitLimit = std::chrono::seconds(300);
 constexpr auto kLook = std::chrono::microseconds(200);
@@ -47,7 +47,7 @@ int WaitFor(pid_t process) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : kSignalBase + WTERMSIG(status);
 }
 
-// The signals that the process handles, one bit each; the lowest bit is the first signal.
+// Returns the signals that the process handles, one bit each; the lowest bit is signal 1.
 std::uint64_t HandledSignals(pid_t process) {
   std::ifstream status("/proc/" + std::to_string(process) + "/status");
   for (std::string word; status >> word;) {
@@ -85,8 +85,7 @@ ProgramResult SystemTest::RunJob(const std::string& settings, const Start& start
     Redirect(STDERR_FILENO, errors, O_WRONLY | O_CREAT | O_TRUNC);
     if (chdir(scene_.work().c_str()) != 0) _exit(kNotStarted);
     setenv("LC_ALL", "C", 1);
-    // The tests may have been started with these signals ignored; the program would then go on
-    // ignoring them.
+    // If the tests were started with these signals ignored, the program would ignore them too.
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) signal(number, SIG_DFL);
     if (start.prepare) start.prepare();
     execv(program.c_str(), const_cast<char* const*>(words.data()));

@@ -1,6 +1,6 @@
 // Two runs at the same time over one source, each with its own list and target: neither takes the
-// other's work file for its own. And files that other programs change, shorten and delete while
-// they are read.
+// other's work file for its own. Also files that other programs change, shorten or delete while a
+// run reads them.
 #include <signal.h>
 #include <unistd.h>
 
@@ -14,7 +14,7 @@ namespace {
 
 class TwoRuns : public SystemTest {
  protected:
-  // A work file that has bytes is claimed; an empty one need not be yet.
+  // Waits for bytes in the work file: an empty work file may not be claimed yet.
   void AwaitWorkFile() const {
     const std::filesystem::path path = scene_.At("src/tijdel.enc");
     Await("bytes in " + path.string(), [&] {
@@ -84,7 +84,8 @@ class ChangingFiles : public SystemTest {
  protected:
   static constexpr std::size_t kSize = 30'000'000;
 
-  // Changes the long file once the run has opened it.
+  // Runs the program, pauses it once its work file exists, calls `change`, and lets the program go
+  // on.
   ProgramResult RunAndMeanwhile(const std::function<void()>& change) {
     return Run({{}, [&](pid_t process) {
                   Await("a temporary file", [&] { return scene_.Exists("src/tijdel.enc"); });

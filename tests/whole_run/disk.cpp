@@ -1,5 +1,5 @@
-// The picture itself: taking one, asking it, changing it. Reading a folder keeps the order in which
-// the system hands out the names, since a run handles the files in that order.
+// Snapshots of a disk: how they are taken, read and changed. A snapshot keeps the order in which
+// the system lists a folder, since a run handles the files in that order.
 
 #include "disk.h"
 

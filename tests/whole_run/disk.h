@@ -1,6 +1,6 @@
-// A picture of a part of the disk, held in memory: every folder with its own listing order, every
-// file with its bytes, permission bits and modification time. A test takes one before a run, lets
-// the model change it as a run should, and compares it with one taken afterwards.
+// A snapshot of a part of the disk, held in memory: every folder with its listing order, every file
+// with its bytes, permission bits and modification time. A test takes one before a run, lets the
+// model change it as the run should change the disk, and compares it with one taken after the run.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_DISK_H_
 #define MORVEX_TESTS_WHOLE_RUN_DISK_H_
@@ -18,11 +18,12 @@ enum class NodeKind { kFolder, kFile, kLink };
 
 struct Node {
   NodeKind kind = NodeKind::kFile;
-  // A file's bytes; the text of a link; empty for a folder.
+  // A file's bytes, or the path that a link holds; empty for a folder.
   std::string bytes;
-  // Names in a folder in the order in which the file system lists them; empty otherwise.
+  // A folder's names in the order in which the file system lists them; empty for files and links.
   std::vector<std::string> listing;
-  // The nine permission bits and the time in nanoseconds since 1970. Absent: any value will do.
+  // The nine permission bits, and the modification time in nanoseconds since 1970. If one is
+  // absent, any value will do.
   std::optional<unsigned> permissions;
   std::optional<std::int64_t> modified_ns;
 };
@@ -37,18 +38,17 @@ class Disk {
   bool IsFile(const std::string& path) const;
   bool IsFolder(const std::string& path) const;
 
-  // Creates one folder; the first one of an empty picture is its root. False when something of that
-  // name exists or the parent is no folder.
+  // Creates a folder; the first folder of an empty snapshot is its root. Returns false if the name
+  // is taken or the parent is no folder.
   bool MakeFolder(const std::string& path);
-  // Puts a whole file there, in place of an older one. False when the parent is no folder or a
-  // folder has that name.
+  // Creates or replaces a file. Returns false if the parent is no folder or a folder has that name.
   bool PutFile(const std::string& path, Node file);
-  // Removes a file; nothing happens when there is none.
+  // Removes a file, if it exists.
   void RemoveFile(const std::string& path);
 
-  // For a system that lists every folder in an order of its own.
+  // Sorts the names of every folder, for a system that lists them in that order.
   void SortListings(bool (*comes_before)(const std::string&, const std::string&));
-  // For a system that has no such bits: any will do.
+  // Lets every file and folder have any permission bits, for a system without such bits.
   void ForgetPermissions();
 
   const std::map<std::string, Node>& nodes() const { return nodes_; }
@@ -59,23 +59,24 @@ class Disk {
   std::map<std::string, Node> nodes_;
 };
 
-// The absolute path that a text names for a program in `current_folder`: "." and ".." resolved,
-// doubled separators reduced, no separator at the end but the root's. An empty text names nothing
-// and gives an empty path.
+// Returns the absolute path that a text means to a program in `current_folder`: "." and ".." are
+// resolved, doubled separators reduced, and no separator is at the end but the root's. For an empty
+// text the path is empty.
 std::string LookedUpPath(std::string_view text, const std::string& current_folder);
 
 std::string ParentPath(const std::string& path);
 std::string NameOf(const std::string& path);
 
-// Bytes as printable text: letters and punctuation as they are, the rest as \n, \r, \t or \xHH.
+// Returns bytes as printable text: letters and punctuation as they are, the rest as \n, \r, \t or
+// \xHH.
 std::string Escaped(std::string_view bytes);
 
-// One line for each difference between what should lie on the disk and what does lie there, with
-// the bytes round the first difference of a file; empty when they agree.
+// Returns one line for each difference between two snapshots, with the bytes around the first
+// difference of a file; empty if they agree.
 std::string Differences(const Disk& expected, const Disk& actual);
 
-// Whole files and folders on the real disk. A failure is a failure of the machine, not of the
-// program under test, and throws std::runtime_error.
+// These functions read and change the real disk. A failure is the machine's and not the tested
+// program's, so it throws std::runtime_error.
 std::string ReadWholeFile(const std::string& path);
 void WriteWholeFile(const std::string& path, std::string_view bytes);
 void MakeFolders(const std::string& path);

@@ -1,5 +1,4 @@
-// The plain side of the picture of a disk: putting test files on the real disk, and saying in words
-// how two pictures differ.
+// Creates test files on the real disk, and says in words how two snapshots differ.
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -16,7 +15,7 @@
 namespace morvex::whole_run {
 namespace {
 
-// Bytes shown on each side of the first byte that differs.
+// The number of bytes shown on each side of the first byte that differs.
 constexpr std::size_t kShownBytes = 60;
 
 [[noreturn]] void Fail(const std::string& what, const std::string& path) {

@@ -1,5 +1,5 @@
-// The attempt loop, move by move. Positions and counts are the system's own: positions from 1, a
-// look-ahead count k that stands one past the bytes taken, 16-bit counters inside an attempt.
+// The loop of one attempt to match a row. Positions count from 1; `k` is one more than the number
+// of bytes taken; the counters inside an attempt have 16 bits.
 
 #include "engine_model.h"
 
@@ -55,7 +55,7 @@ struct EngineModel::Attempt {
   std::int64_t extra = 0;
   std::int64_t capture_count = 0;
   std::string match_text;
-  bool tail_found = false;  // the text only grows, so once found the tail stays found
+  bool tail_found = false;  // stays true until the attempt ends
   bool error_pending = false;
   bool overflowed = false;
 

@@ -1,6 +1,6 @@
-// The substitution of one file after another, worked out byte by byte on whole strings. It goes
-// through the numbered moves of an attempt one at a time and keeps what an attempt leaves behind
-// for the next row and the next file: the open-span flag and the capture buffer.
+// The model of the engine: replaces texts in one file after another, byte by byte on whole strings.
+// An attempt to match a row leaves two things to the next row and the next file: the flag that a
+// capture is open, and the captured bytes.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_ENGINE_MODEL_H_
 #define MORVEX_TESTS_WHOLE_RUN_ENGINE_MODEL_H_
@@ -22,27 +22,28 @@ struct Substituted {
 
 class EngineModel {
  public:
-  // `grid` holds the rows of the editor; `joker` 0 means that there is none.
+  // `grid` holds the rows of the editor; `joker` is the wildcard, or 0 if there is none.
   EngineModel(const std::vector<Row>& grid, unsigned char joker);
 
   Substituted Process(std::string_view source);
 
  private:
   struct Pair {
-    std::string left;   // "[CRLF]" already a line break
-    std::string right;  // the same
+    std::string left;   // each "[CRLF]" is a line break here
+    std::string right;  // each "[CRLF]" is a line break here
     bool joker_left = false;
     std::string tail;
   };
   struct Attempt;
 
   bool IsJoker(unsigned char code) const { return joker_ != 0 && code == joker_; }
-  // Code at a position counted from 1; 0 past the text's end; absent past the table's width.
+  // Both return the byte at a position, counted from 1: 0 behind the text's end, nothing behind the
+  // end of the longest such text of the list.
   std::optional<unsigned char> LeftCode(const Pair& pair, std::int64_t position) const;
   std::optional<unsigned char> RightCode(const Pair& pair, std::int64_t position) const;
-  // Number of bytes that the row takes at `read_pos` (counted from 1), 0 when it does not match.
+  // Returns the number of bytes that the row matches at `read_pos` (counted from 1), or 0.
   std::int64_t Matched(const Pair& pair, std::string_view source, std::int64_t read_pos);
-  // One move round the attempt loop after the byte `b` was looked at; false ends the attempt.
+  // Handles the byte `attempt->b`. Returns false at the end of the attempt.
   bool Step(const Pair& pair, Attempt* attempt);
   void Capture(const Pair& pair, Attempt* attempt);
   void WriteRight(const Pair& pair, std::int64_t* write_pos, std::string* out) const;

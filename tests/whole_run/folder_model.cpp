@@ -1,4 +1,4 @@
-// One file after another, one folder after another, in the order in which the disk listed them.
+// Handles files and folders in the order in which the disk listed them.
 
 #include "folder_model.h"
 

@@ -1,5 +1,5 @@
-// The files' side of the model: which file is processed, which is copied as it is, which is passed
-// over; what each leaves in the target, in the counters, in the log and in the file-count label.
+// The model of a run over files: which files are processed, copied unchanged or passed over, and
+// what each leaves in the target, the counters, the log and the file-count label.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_FOLDER_MODEL_H_
 #define MORVEX_TESTS_WHOLE_RUN_FOLDER_MODEL_H_
@@ -16,9 +16,9 @@ namespace morvex::whole_run {
 inline constexpr char kTemporaryName[] = "tijdel.enc";
 
 struct ProcessedFile {
-  // False: there is nothing to copy, because a skip rule fired,
+  // Whether there are bytes to copy: false if a skip rule applies or `no_room` is true.
   bool made = false;
-  // or because a folder has the name of the temporary file.
+  // Whether a folder has the name of the work file (tijdel.enc).
   bool no_room = false;
   std::string bytes;
 };
@@ -27,14 +27,14 @@ class FolderModel {
  public:
   FolderModel(const RunInput& input, const Settings& settings, EngineModel engine);
 
-  // The files that lie directly in the source folder.
+  // Handles the files directly in the source folder.
   void HandleTopFiles(const std::string& source, const std::string& target);
-  // The folders below `source`, each with its files first and its own folders afterwards.
+  // Handles the folders below `source`: in each, first its files and then its folders.
   void Walk(const std::string& source, const std::string& target);
-  // Skip rules and substitution of one file; counts and logs, copies nothing.
+  // Applies the skip rules and the substitution to one file. Counts and logs, but copies nothing.
   ProcessedFile ProcessFile(const std::string& folder, const std::string& name);
 
-  // Nothing is logged while logging is off.
+  // Both log only while logging is on.
   void Log(const std::string& text);
   void LogPattern(LogKind kind, const std::string& text);
 
@@ -42,11 +42,12 @@ class FolderModel {
   const std::vector<LogLine>& log() const { return log_; }
   std::int64_t files_done() const { return files_done_; }
   std::int64_t files_skipped() const { return files_skipped_; }
-  // Files and folders that did not go to the target, by a rule or for an error.
+  // Returns the number of files and folders that are not in the target, by a rule or for an error.
   std::int64_t left_out() const { return left_out_; }
-  // Copies that went to the target, whole.
+  // Returns the number of whole copies in the target.
   std::int64_t copies() const { return copies_; }
-  // Those of what did not that belong to the source.
+  // Returns the part of left_out() that makes the run end with status 3: neither work files, nor
+  // the target inside the source, nor folders that could not be created in the target.
   std::int64_t missed() const { return missed_; }
   std::int64_t hits_total() const { return hits_total_; }
   std::int64_t bytes_total() const { return bytes_total_; }
@@ -54,7 +55,7 @@ class FolderModel {
   void set_total_files_caption(const std::string& caption) { total_files_caption_ = caption; }
 
  private:
-  // Error numbers of a copy, as far as the rules fix them.
+  // The results of a copy that the rules tell apart.
   enum class CopyError { kNone, kOntoItself, kOther };
 
   bool IsSelected(const std::string& key) const;
@@ -80,7 +81,7 @@ class FolderModel {
   std::string total_files_caption_;
 };
 
-// The text after the first "." of a name; empty when there is none.
+// Returns the text behind the first "." of a name; empty if there is none.
 std::string FileExtension(const std::string& name);
 
 }  // namespace morvex::whole_run

@@ -26,7 +26,7 @@ namespace {
 
 constexpr int kLimitSeconds = 120;
 constexpr int kSignalBase = 128;
-// A file is dated this long before now unless a test says otherwise.
+// The age of a test's files, unless the test says otherwise.
 constexpr std::int64_t kUsualAgeSeconds = 3600;
 constexpr std::int64_t kNanoseconds = 1'000'000'000;
 
@@ -36,7 +36,7 @@ std::int64_t NowNs() {
       .count();
 }
 
-// Pointers to the texts, closed by a null pointer.
+// Returns pointers to the texts, followed by a null pointer.
 std::vector<char*> Pointers(std::vector<std::string>* texts) {
   std::vector<char*> pointers;
   for (std::string& text : *texts) {
@@ -46,7 +46,7 @@ std::vector<char*> Pointers(std::vector<std::string>* texts) {
   return pointers;
 }
 
-// The environment of this process with LC_ALL set to C, as pointers into `texts`.
+// Returns the environment of this process with LC_ALL set to C, as pointers into `texts`.
 std::vector<char*> PlainEnvironment(std::vector<std::string>* texts) {
   const std::string locale = "LC_ALL=";
   texts->push_back(locale + "C");
@@ -100,14 +100,14 @@ int WaitForEnd(pid_t process, int limit_seconds) {
   }
 }
 
-// The program to test: the one that was built with these tests, or the one that MORVEX_CLI names.
+// Returns the program to test: the one that MORVEX_CLI names, or the one built with these tests.
 std::string BuiltProgram() {
   const char* named = std::getenv("MORVEX_CLI");
   return named == nullptr ? MORVEX_CLI : named;
 }
 
-// The words of MORVEX_UNDER, parted by blanks: a program that every run takes place under, such as
-// valgrind with its options.
+// Returns the words of MORVEX_UNDER, separated by blanks: a program that runs the tested program,
+// such as valgrind, and its options.
 std::vector<std::string> Under() {
   const char* words = std::getenv("MORVEX_UNDER");
   std::istringstream text(words == nullptr ? "" : words);

@@ -1,6 +1,5 @@
-// Running the console program as a user's script would: its own folder, a current folder,
-// arguments, no terminal, a time limit. A Scene is the temporary folder in which one such run takes
-// place.
+// Runs the console program as a user's script would: with its own folder, a current folder,
+// arguments, no terminal and a time limit. A Scene is the temporary folder for such a run.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_PROGRAM_RUN_H_
 #define MORVEX_TESTS_WHOLE_RUN_PROGRAM_RUN_H_
@@ -17,17 +16,19 @@ namespace morvex::whole_run {
 struct ProgramResult {
   std::string output;
   std::string errors;
-  // Exit status; 128 and the signal's number when a signal ended it; -1 when time ran out.
+  // The exit status; 128 plus the signal's number if a signal ended the program; -1 if its time ran
+  // out.
   int status = 0;
 };
 
 // Runs `executable` in `current_folder` with LC_ALL=C and an empty standard input, and ends it
-// after `limit_seconds`. MORVEX_UNDER="valgrind -q --error-exitcode=99" runs it under that.
+// after `limit_seconds`. If MORVEX_UNDER is set, such as to "valgrind -q --error-exitcode=99", that
+// program runs it.
 ProgramResult RunProgram(const std::string& executable, const std::vector<std::string>& arguments,
                          const std::string& current_folder, int limit_seconds);
 
-// A fresh temporary folder that holds "program" (the executable alone) and "work" (everything the
-// run reads and writes, and the current folder). Removed at the end unless it is to be kept.
+// A new temporary folder that holds "program" (only the executable) and "work" (the current folder,
+// and everything that a run reads and writes). The destructor deletes it unless Keep was called.
 class Scene {
  public:
   // `executable_name` is the name that the copy of the program gets.
@@ -39,26 +40,27 @@ class Scene {
   const std::string& root() const { return root_; }
   std::string program_folder() const { return root_ + "/program"; }
   std::string work() const { return root_ + "/work"; }
-  // A path below the work folder.
+  // Returns a path below the work folder.
   std::string At(const std::string& name) const { return work() + "/" + name; }
   void Keep() { keep_ = true; }
 
-  // Writes a file below the work folder, with the folders it needs, dated well before now.
+  // Writes a file below the work folder, dated well before now, and creates the folders that it
+  // needs.
   void Write(const std::string& name, std::string_view bytes) const;
   void MakeFolder(const std::string& name) const { MakeFolders(At(name)); }
   std::string Read(const std::string& name) const { return ReadWholeFile(At(name)); }
   bool Exists(const std::string& name) const;
 
-  // Names in the program folder, sorted, without the executable.
+  // Returns the names in the program folder, sorted, without the executable.
   std::vector<std::string> ProgramFolderNames() const;
   std::string InitDat() const { return ReadWholeFile(program_folder() + "/Init.dat"); }
-  // The run log's bytes; empty when there is no log.
+  // Returns the run log's bytes; empty if there is no log.
   std::string RunLog() const;
 
   ProgramResult Run(const std::vector<std::string>& arguments) const;
 
-  // The model's input for a run with the settings file of that name (below the work folder), as the
-  // disk stands now.
+  // Returns the model's input for a run with this settings file (below the work folder) on the disk
+  // as it is now.
   RunInput Input(const std::string& settings_name) const;
 
  private:
@@ -67,24 +69,25 @@ class Scene {
   bool keep_ = false;
 };
 
-// Settings bytes in the usual form: three paths, log=1, separator "|", joker "*", ".txt" selected.
+// Returns settings bytes in the usual form: three paths, log=1, separator "|", wildcard "*", ".txt"
+// selected.
 std::string UsualSettings(const std::string& source, const std::string& target,
                           const std::string& list);
 
-// What is wrong with a finished run, as text for a person; empty when everything is as predicted.
-// `old_log` is what the run log held before.
+// Returns what is wrong with a finished run, as text for a person; empty if everything is as
+// predicted. `old_log` holds the bytes of the run log before the run.
 std::string Problems(const Scene& scene, const RunOutcome& expected, const ProgramResult& result,
                      const std::string& old_log = "");
 
-// Runs the settings file of that name (below the work folder) and gives the problems found.
+// Runs this settings file (below the work folder) and returns the problems found.
 std::string RunAndCompare(const Scene& scene, const std::string& settings_name);
 
-// The messages of a log's records, without the time of day. A record of another form gives an entry
-// that starts with "malformed record".
+// Returns the messages of a log's records, without the time of day. For a record of another form,
+// the message starts with "malformed record".
 std::vector<std::string> LogMessages(const std::string& log_bytes);
 
-// What a run with -if said on standard error, without the warnings of its list and its command
-// line: those have tests of their own.
+// Returns what a run with -if wrote to standard error, without the warnings about its list and its
+// command line, which have tests of their own.
 std::string WithoutWarnings(const std::string& errors);
 
 }  // namespace morvex::whole_run

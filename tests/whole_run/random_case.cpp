@@ -1,5 +1,5 @@
-// Puts a whole run together: a list, a tree, a target in one of the states a target can be in, and
-// settings that name them in one of the ways a user can write a path.
+// Makes a random run: a list, a tree, a target that is missing, empty or filled, and settings that
+// name them in one of the ways in which users write paths.
 
 #include "random_case.h"
 
@@ -14,8 +14,8 @@ struct Plan {
   std::string work;
   RandomList list;
   Kind kind = Kind::kFolder;
-  std::string source;  // below the work folder
-  std::string target;  // the same
+  std::string source;  // path below the work folder
+  std::string target;  // path below the work folder
 };
 
 Kind RandomKind(RandomSource* random) {
@@ -78,7 +78,8 @@ const Entry* FindEntry(const RandomCase& made, const std::string& name) {
   return nullptr;
 }
 
-// The temporary file's name is no source for a single-file run.
+// Returns whether a single-file run may have this entry as its source: a file whose name is not
+// that of the work file.
 bool IsSource(const Entry& entry) {
   const std::string temporary = "/tijdel.enc";
   return !entry.is_folder && (entry.name.size() < temporary.size() ||
@@ -99,8 +100,8 @@ void ChooseSourceAndTarget(Plan* plan, RandomSource* random) {
   }
 }
 
-// What a target holds already: files of the same names as the copies, folders where a file is to
-// go, files where a folder is to go, and things that have nothing to do with the run.
+// Fills the target as it may be before a run: with files named like the copies, folders in place of
+// files, files in place of folders, and things that have nothing to do with the run.
 void AddStaleTarget(const Plan& plan, RandomSource* random, RandomCase* made) {
   if (FindEntry(*made, plan.target) == nullptr) {
     made->entries.push_back(MakeFolderEntry(plan.target));

@@ -1,5 +1,5 @@
-// A whole random run: what lies on the disk, the settings, the command line. Everything follows
-// from the seed and the folder in which the run takes place.
+// A random run: the files on the disk, the settings and the command line. All of it follows from
+// the seed and the folder in which the run takes place.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_RANDOM_CASE_H_
 #define MORVEX_TESTS_WHOLE_RUN_RANDOM_CASE_H_
@@ -13,7 +13,7 @@
 
 namespace morvex::whole_run {
 
-// A file or folder to be made below the work folder, its parent folders first.
+// A file or folder to be created below the work folder; missing parent folders are created first.
 struct Entry {
   std::string name;  // path below the work folder
   bool is_folder = false;
@@ -24,27 +24,28 @@ struct Entry {
 
 struct RandomCase {
   std::vector<Entry> entries;
-  // Name of the settings file below the work folder; it stands among the entries.
+  // The settings file's path below the work folder; the file is one of the entries.
   std::string settings_name;
-  // That file's path as the command line gives it.
+  // The settings file's path as the command line names it.
   std::string settings_argument;
   std::vector<std::string> arguments;
   int delay_ms = 0;
-  // What lay in the program folder before; empty: nothing.
+  // The files in the program folder before the run; empty if there are none.
   std::string old_init_dat;
   std::string old_log;
-  // A few words for the failure text.
+  // A few words for the message of a failed test.
   std::string description;
 };
 
-// Files and folders below `folder` (a path below the work folder), `depth` levels deep.
+// Adds files and folders below `folder` (a path below the work folder), `depth` levels deep.
 void AddRandomTree(const std::string& folder, std::size_t depth, const RandomList& list,
                    RandomSource* random, std::vector<Entry>* entries);
 
-// Lines 7 and following of a settings file.
+// Returns lines 7 and following of a settings file.
 std::string RandomExtensionLines(RandomSource* random);
 
-// A past time that a copy can carry, or a time far in the future when `changed_after_arming`.
+// Returns a past time that a copy can carry, or a time far in the future if `changed_after_arming`.
+// The unit is nanoseconds since 1970.
 std::int64_t RandomTime(bool changed_after_arming, RandomSource* random);
 
 RandomCase MakeRandomCase(std::uint64_t seed, const std::string& work_folder);

@@ -1,5 +1,5 @@
-// File contents for a given list. A left text is planted with its jokers filled in, so that spans
-// open and close at many distances, and sometimes broken off, so that attempts fail late.
+// Makes file contents for a list. The left texts planted in them have their wildcards filled in, so
+// that captures have many lengths. Some lack their last byte, so that attempts fail late.
 
 #include <algorithm>
 
@@ -8,7 +8,7 @@
 namespace morvex::whole_run {
 namespace {
 
-// Stands for "nothing to see here": no alphabet holds it.
+// Fills the space between planted texts; no alphabet contains it.
 constexpr char kFiller = '-';
 
 std::string LineBreaksFor(const std::string& text) {
@@ -20,7 +20,7 @@ std::string LineBreaksFor(const std::string& text) {
   return result;
 }
 
-// A left text as it might stand in a file, each joker filled with `span` or kept.
+// Returns a left text as a file might contain it, with each wildcard replaced by `span` or kept.
 std::string Planted(const RandomList& list, const std::string& span, RandomSource* random) {
   if (list.rows.empty()) {
     return random->Text(list.alphabet, 0, 6);
@@ -61,7 +61,8 @@ void Overlay(std::size_t at, const std::string& text, std::string* bytes) {
 std::string RandomContents(const RandomList& list, std::size_t size, RandomSource* random) {
   std::string bytes;
   while (bytes.size() < size) {
-    // Mostly a match at the very start, where writing can go wrong in its own way.
+    // Contents mostly begin with a planted text: writing for a match at the first byte is a special
+    // case.
     const std::size_t kind = bytes.empty() && !random->OneIn(3) ? 50 : random->Below(100);
     if (kind < 45) {
       bytes += random->Text(list.alphabet, 1, 4);
@@ -82,13 +83,13 @@ std::string ContentsAcrossBorder(const RandomList& list, std::size_t border, Ran
   for (const std::size_t place : places) {
     const std::size_t back = random->Below(24);
     std::string island = RandomContents(list, random->Between(1, 40), random);
-    // Mostly closed by a NUL, which ends whatever span the island left open.
+    // Most islands end with a NUL, which ends a capture that the island left open.
     if (!random->OneIn(4)) {
       island += '\0';
     }
     Overlay(place - std::min(place, back), island, &bytes);
   }
-  // One span that is about as long as a span can be.
+  // Some contents have a capture that is about as long as a capture can be.
   if (random->OneIn(2)) {
     const std::string span(random->Between(32740, 32775), kFiller);
     Overlay(random->Between(1, 200), Planted(list, span, random), &bytes);

@@ -1,4 +1,4 @@
-// Rows are made first, then written as lines in one of the forms that a list file comes in: as the
+// Makes rows, then writes them as lines in one of the forms that a list file comes in: as the
 // program writes it, typed by hand, or damaged.
 
 #include "random_list.h"
@@ -24,7 +24,7 @@ void ChooseJoker(RandomList* list, RandomSource* random) {
   list->joker = static_cast<unsigned char>(joker);
   list->joker_line = std::string("jok=") + joker;
   if (joker == 'j' && random->OneIn(2)) {
-    list->joker_line = "jok";  // a line without "=" counts from its first character
+    list->joker_line = "jok";  // without "=" the whole line is the value
   } else if (random->OneIn(8)) {
     list->joker_line += "xyz";
   }
@@ -46,7 +46,7 @@ std::string ChooseAlphabet(RandomSource* random) {
   return alphabet;
 }
 
-// The joker as text; some harmless letter when there is none.
+// Returns the wildcard as text, or some letter if there is no wildcard.
 std::string JokerText(const RandomList& list) {
   return std::string(1, list.joker == 0 ? 'a' : static_cast<char>(list.joker));
 }
@@ -79,7 +79,7 @@ std::string RandomLeft(const RandomList& list, RandomSource* random) {
       return prefix + joker + tail;
     case 11:
     case 12:
-      // The tail stands in front of the joker already.
+      // The text behind the wildcard also ends the text in front of it.
       return prefix + tail + joker + tail;
     default:
       return random->Text(list.alphabet, 1, 5);

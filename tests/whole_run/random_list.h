@@ -15,7 +15,7 @@ namespace morvex::whole_run {
 struct RandomList {
   std::string alphabet;
   std::string separator;
-  // The character that settings line 6 gives; 0: none.
+  // The wildcard that line 6 of the settings names; 0 if there is none.
   unsigned char joker = 0;
   std::string joker_line;
   std::string separator_line;
@@ -25,11 +25,11 @@ struct RandomList {
 
 RandomList MakeRandomList(RandomSource* random);
 
-// Contents of about `size` bytes made of letters, planted left texts and odd bytes.
+// Returns contents of about `size` bytes made of letters, planted left texts and odd bytes.
 std::string RandomContents(const RandomList& list, std::size_t size, RandomSource* random);
 
-// A file a little longer or shorter than `border` bytes, mostly filler, with planted left texts
-// that reach across the border and across earlier block borders.
+// Returns contents a little longer or shorter than `border` bytes: mostly filler, with planted left
+// texts that reach across the border and across some offsets in front of it.
 std::string ContentsAcrossBorder(const RandomList& list, std::size_t border, RandomSource* random);
 
 }  // namespace morvex::whole_run

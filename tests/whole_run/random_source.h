@@ -1,5 +1,5 @@
-// Random choices that come out the same on every system: the engine is fixed by its name, and the
-// distributions are made here by hand.
+// Random choices that are the same on every system: the generator is chosen by its name, and the
+// distributions are computed here.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_RANDOM_SOURCE_H_
 #define MORVEX_TESTS_WHOLE_RUN_RANDOM_SOURCE_H_
@@ -11,12 +11,13 @@
 
 namespace morvex::whole_run {
 
-// Call it once per statement: the order of two calls in one expression is the compiler's choice.
+// Call a member at most once per statement: the compiler chooses the order of two calls in one
+// expression.
 class RandomSource {
  public:
   explicit RandomSource(std::uint64_t seed) : engine_(seed) {}
 
-  // 0 to count - 1; `count` is at least 1.
+  // Returns a number from 0 to count - 1; `count` is at least 1.
   std::size_t Below(std::size_t count) { return static_cast<std::size_t>(engine_() % count); }
   std::size_t Between(std::size_t low, std::size_t high) { return low + Below(high - low + 1); }
   bool OneIn(std::size_t count) { return Below(count) == 0; }

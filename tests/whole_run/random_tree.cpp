@@ -1,5 +1,5 @@
-// Random source trees. Names are drawn from pools in which every rule about names has something to
-// catch on.
+// Random source trees. For every rule about names, the pools of names contain names that it applies
+// to.
 
 #include <set>
 

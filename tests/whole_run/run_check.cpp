@@ -1,5 +1,5 @@
-// Comparing a finished run with its prediction. Times and dates are checked by their form, the rest
-// byte for byte.
+// Compares a finished run with its prediction: times and dates by their form, the rest byte for
+// byte.
 
 #include <algorithm>
 #include <filesystem>
@@ -14,7 +14,8 @@ constexpr std::size_t kShownRecords = 400;
 
 bool IsDigit(char letter) { return letter >= '0' && letter <= '9'; }
 
-// In a form, '9' stands for one digit, 'N' for a whole number, anything else for itself.
+// Returns whether the text has a form, in which '9' stands for one digit, 'N' for a whole number,
+// and any other character for itself.
 bool HasForm(const std::string& text, const std::string& form) {
   std::size_t at = 0;
   for (const char mark : form) {
@@ -87,7 +88,7 @@ void CheckLog(const std::vector<LogLine>& expected, const std::string& log_bytes
   }
 }
 
-// The lines that hold something, since an empty label may print as an empty line or not at all.
+// Returns the lines that are not empty: an empty label may print as an empty line or not at all.
 std::vector<std::string> FilledLines(const std::string& text) {
   std::vector<std::string> lines;
   for (const std::string& line : TextLines(text)) {
@@ -128,8 +129,8 @@ std::string WithoutFinalLineBreak(std::string text) {
   return text;
 }
 
-// The message boxes come first, word for word; what the console remarks behind them is its own, but
-// needs an occasion. A report of a sanitizer is never one.
+// Standard error must begin with the predicted message boxes, word for word. The console's own
+// remarks may follow only if the run gives an occasion for them, and a sanitizer's report never.
 void CheckErrors(const RunOutcome& expected, const std::string& errors, std::ostringstream* text) {
   const std::string found = WithoutFinalLineBreak(WithoutWarnings(errors));
   const bool in_front = found.compare(0, expected.messages.size(), expected.messages) == 0;

@@ -1,5 +1,5 @@
-// The comparison itself: every kind of difference must show, or the whole-run tests would pass on
-// anything.
+// Tests the comparison: unless it reports every kind of difference, the whole-run tests would pass
+// whatever the program does.
 
 #include <gtest/gtest.h>
 
@@ -76,7 +76,7 @@ TEST(LookedUpPath, IsAbsoluteAndPlain) {
   EXPECT_EQ(LookedUpPath("/", "/w"), "/");
 }
 
-// The random cases as the model sees them, without touching a disk.
+// Returns the model's prediction for a random case, without touching a disk.
 RunOutcome Predicted(std::uint64_t seed) {
   const RandomCase made = MakeRandomCase(seed, "/w/job");
   RunInput input;

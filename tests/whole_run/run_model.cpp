@@ -1,5 +1,5 @@
-// The driver's side of the model: read the settings and the list, arm, check the paths, hand the
-// files over, close with the summary.
+// The model of the run driver: it reads the settings and the list, checks the paths, has the files
+// handled, and ends with the summary.
 
 #include "run_model.h"
 
@@ -20,7 +20,7 @@ EngineModel MakeEngine(const RunInput& input, const Settings& settings) {
   return {ReadGrid(list->bytes, settings.separator), settings.joker};
 }
 
-// A source that is one file. The target text is the path of the copy.
+// Runs over a source that is a single file. The target setting is the path of the copy.
 void RunSingleFile(const RunInput& input, const Settings& settings, const std::string& source,
                    FolderModel* files, RunOutcome* outcome) {
   const std::string target = LookedUpPath(settings.target, input.current_folder);
@@ -65,7 +65,7 @@ void RunFolder(const RunInput& input, const Settings& settings, FolderModel* fil
   const std::string source = LookedUpPath(settings.source, input.current_folder);
   const std::string target = LookedUpPath(settings.target, input.current_folder);
   if (source.empty()) {
-    // Nothing can be looked up, neither the folder nor its drive, so there is no progress scale.
+    // Neither the folder nor its drive can be looked up, so the progress bar gets no scale.
     outcome->messages = "Errors occurred.\nProgramm will be terminated.";
     outcome->exit_status = 1;
     return;

@@ -1,6 +1,6 @@
-// What an unattended run leaves behind, predicted from what lay on the disk before it: the disk
-// afterwards, the log, the result labels, the messages and the exit status. The model shares no
-// code with the program; it is small, slow and follows the rules one at a time.
+// Predicts what an unattended run leaves behind, given the disk before it: the disk afterwards, the
+// log, the result labels, the messages and the exit status. The model shares no code with the
+// program; it is small and slow, and follows the rules one at a time.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_RUN_MODEL_H_
 #define MORVEX_TESTS_WHOLE_RUN_RUN_MODEL_H_
@@ -21,9 +21,9 @@ struct RunInput {
   std::string settings_bytes;
   // The settings file's path as the summary names it.
   std::string settings_path;
-  // Name of the running executable, without its folder.
+  // The name of the running executable, without its folder.
   std::string executable_name = "morvex-cli";
-  // A file with this time or a later one counts as changed after arming.
+  // A file with this modification time or a later one counts as changed after arming.
   std::int64_t armed_ns = 0;
   int delay_ms = 0;
 };
@@ -44,16 +44,15 @@ struct RunOutcome {
   Disk disk;
   std::string init_dat;
   std::vector<LogLine> log;
-  // Captions of the three result labels. An elapsed time is given as kElapsedCaption.
+  // The captions of the three result labels. An elapsed time is shown as kElapsedCaption.
   std::array<std::string, 3> captions;
-  // What the message boxes say, line breaks as LF; empty when there was none.
+  // The texts of the message boxes, with LF as line break; empty if there was none.
   std::string messages;
-  // Whether the run gives occasion for remarks of the console's own behind the message boxes: it
-  // failed, it left something out, or it replaced nothing. A run that did all that can be meant by
-  // its settings is silent.
+  // Whether the console may add remarks of its own behind the message boxes: because the run
+  // failed, left something out or replaced nothing, or because the target has other files.
   bool occasion_for_remarks = false;
-  // How many files in the target the run has not put there; the console says so unless there are
-  // none.
+  // The number of files in the target that the run has not put there. The console reports it unless
+  // it is 0.
   std::int64_t other_files = 0;
   int exit_status = 0;
 };

@@ -1,5 +1,5 @@
-// The model's own tests, each worked out by hand, so that a disagreement between model and program
-// is not a slip of the model.
+// Tests of the model, each worked out by hand: if model and program disagree, a slip of the model
+// is ruled out.
 
 #include "run_model.h"
 
@@ -52,7 +52,7 @@ TEST(EngineModel, EndOfFileEndsAnAttempt) {
 }
 
 TEST(EngineModel, JokerInTheRightTextAloneWritesTheSingleElement) {
-  // The buffer holds one element of value 0; the element behind it does not exist and ends the
+  // The capture holds one byte of value 0. The byte behind it does not exist, which ends the
   // writing.
   EXPECT_EQ(Once({{"b", "<*>"}}, '*', "abc").bytes, Bytes("a<\0c", 4));
 }
@@ -62,9 +62,9 @@ TEST(EngineModel, NonJokerRowShowsTheFirstByteOfAnEarlierSpan) {
 }
 
 TEST(EngineModel, JokerAtTheEndTakesOneByteWhereTheTableEnds) {
-  // The table is as wide as this row, so the look past its end stops the span.
+  // No left text is longer than this row's, so the look behind its end stops the capture.
   EXPECT_EQ(Once({{"a*", "<*>"}}, '*', "abcab").bytes, "<bc<b");
-  // A wider table lets the span run to the end of the file.
+  // With a longer left text in the list, the capture reaches to the end of the file.
   EXPECT_EQ(Once({{"a*", "<*>"}, {"zzzzz", ""}}, '*', "abcab").bytes, "<bcab");
 }
 
@@ -73,7 +73,8 @@ TEST(EngineModel, TailOfSeveralBytesIsLeftOutOfTheSpan) {
 }
 
 TEST(EngineModel, TailInFrontOfTheJokerMovesTheWritingBack) {
-  // One byte is caught and five are taken off, so the writing starts three places further back.
+  // One byte is captured and the five bytes behind the wildcard are subtracted, so the writing
+  // continues three bytes further back.
   const std::vector<Row> rows{{"abcde*abcde", "*<>"}};
   EXPECT_EQ(Once(rows, '*', "1234567abcdeYabcdeZ.").bytes, "1234<>Z.");
   EXPECT_EQ(Once(rows, '*', "abcdeYabcdeZ.").bytes, ".");
@@ -90,7 +91,7 @@ TEST(EngineModel, LineBreakTokenStandsForTwoBytes) {
 }
 
 TEST(EngineModel, LongestSpanIsAsLongAsTheCountersAllow) {
-  // 32766 bytes at most: one for each of the counter's values 1 to 32766.
+  // A match has at most 32766 bytes: one for each of the counter's values 1 to 32766.
   const string longest = "a" + string(32764, 'x') + "c";
   EXPECT_EQ(Once({{"a*c", "!"}}, '*', longest + "z").bytes, "!z");
   const string longer = "a" + string(32765, 'x') + "c";
@@ -141,7 +142,8 @@ Node MakeFile(const string& bytes, std::int64_t modified_ns) {
   return file;
 }
 
-// A source with one file of each fate at the top and one of each in a folder below.
+// Returns the input of a run: a source with a file for each outcome at the top, and with the same
+// files in a folder below.
 RunInput SmallRun() {
   RunInput input;
   for (const char* folder : {"/w", "/w/src", "/w/src/sub", "/w/src/Recycler", "/w/out"}) {

@@ -1,5 +1,4 @@
-// Settings and list files. A value that cannot be read leaves the setting as it was, so every step
-// below that finds no line simply does nothing.
+// Reads settings and list files. A value that cannot be read leaves the setting as it was.
 
 #include "settings_model.h"
 
@@ -20,8 +19,8 @@ bool IsDigitAt(const std::string& text, std::size_t at) {
   return at < text.size() && std::isdigit(static_cast<unsigned char>(text[at])) != 0;
 }
 
-// The number a text starts with, 0 when it starts with none, rounded to the nearest whole number
-// with halves to the even neighbour. Absent when 16 bits do not hold it.
+// Returns the number at a text's beginning (0 if there is none), rounded to the nearest whole
+// number with halves to the even neighbour. Returns nothing if 16 bits cannot hold it.
 std::optional<int> LeadingNumber(const std::string& text) {
   std::size_t at = 0;
   while (at < text.size() && (text[at] == ' ' || text[at] == '\t')) {

@@ -1,5 +1,5 @@
-// What a settings file and a replacement-list file say, read the slow and obvious way. Both are
-// positional text files; the rules for short, long and odd lines are what the tests are after.
+// Reads settings files and list files in a slow and obvious way. The rules that matter to the tests
+// are those for short, long and odd lines.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_SETTINGS_MODEL_H_
 #define MORVEX_TESTS_WHOLE_RUN_SETTINGS_MODEL_H_
@@ -25,22 +25,22 @@ struct Settings {
   std::vector<ExtensionEntry> extensions;
 };
 
-// One row of the editor's grid, as read, with "[CRLF]" still a token.
+// A row of the editor's grid, in which "[CRLF]" is still a token.
 struct Row {
   std::string left;
   std::string right;
 };
 
-// The lines of a text file. A line ends at LF and loses one CR before it; what stands after the
-// last LF is a line when it holds anything.
+// Returns the lines of a text file. A line ends at LF and loses one CR before it; bytes behind the
+// last LF are a line too.
 std::vector<std::string> TextLines(std::string_view bytes);
 
 Settings ReadSettings(std::string_view bytes);
 
-// The bytes of Init.dat after a run was armed with these settings.
+// Returns the bytes of Init.dat after a run was armed with these settings.
 std::string InitDatBytes(const Settings& settings);
 
-// The grid after a list was read into an empty editor. There is always at least one row.
+// Returns the rows of the editor after it has read a list. There is always at least one row.
 std::vector<Row> ReadGrid(std::string_view list_bytes, const std::string& separator);
 
 }  // namespace morvex::whole_run

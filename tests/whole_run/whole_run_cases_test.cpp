@@ -1,5 +1,5 @@
-// Whole runs with settings, lists and paths of one particular kind each. Most are judged by the
-// model; what matters most in a case is also said outright.
+// Whole runs with settings, lists and paths of one particular kind each. The model judges most of
+// them; the tests also state outright what matters most in a case.
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ namespace {
 
 using std::string;
 
-// A source with a selected and an unselected file and a sub-folder, a list and a target.
+// A scene with a source (a selected file, an unselected file, a sub-folder), a list and a target.
 class Cases : public testing::Test {
  protected:
   Cases() {
@@ -62,7 +62,7 @@ TEST_F(Cases, SettingsFileThatIsShort) {
 }
 
 TEST_F(Cases, SettingsFileThatNamesNoTargetCopiesNothing) {
-  // An empty path counts as an existing folder but names none, least of all the root.
+  // An empty path counts as an existing folder but names no folder, not even the root.
   const string stray = "/whole_run_stray.bin";
   scene_.Write("src" + stray, "x");
   scene_.Write("job.dat", scene_.At("src") + "\r\n");
@@ -147,7 +147,8 @@ TEST_F(Cases, ListWithoutItsSeparator) { EXPECT_EQ(RunWithList("ab;X\r\nab:X\r\n
 TEST_F(Cases, LastRowWithoutARightTextDeletes) {
   EXPECT_EQ(RunWithList("ab|||\r\n"), "");
   EXPECT_EQ(scene_.Read("out/sub/c.txt"), "");
-  // One separator short of the usual form, so that less than two characters are there to cut.
+  // The row ends with one separator less than usual, so fewer than two characters are there to cut
+  // off.
   EXPECT_EQ(RunWithList("ab||\r\n"), "");
   EXPECT_EQ(scene_.Read("out/sub/c.txt"), "");
 }
@@ -178,7 +179,7 @@ TEST_F(Cases, RowOfAMegabyte) {
 }
 
 TEST_F(Cases, RowsThatAlmostMatchEverywhereChangeNothing) {
-  // None of the first three rows ever fits; each goes on for thousands of bytes at every place.
+  // None of the first three rows ever matches, but each attempt goes on for thousands of bytes.
   const string megabyte(1'048'576, 'm');
   const string many = megabyte.substr(0, 4'000);
   scene_.Write("src/m.txt", "ab" + many + "ab");
@@ -217,8 +218,9 @@ TEST_F(Cases, LongestSpanAcrossBlockBorders) {
 }
 
 TEST_F(Cases, WritingInFrontOfTheFileIsDropped) {
-  // The tail is found before the joker is reached, so fewer bytes are caught than the tail is
-  // long and the writing moves back, at the start of a file to places that do not exist.
+  // The text behind the wildcard is found before the wildcard is reached. So the capture is shorter
+  // than that text, and the writing moves back: at the start of a file, to in front of its first
+  // byte.
   scene_.Write("src/a.txt", "abcdeYabcdeZ.");
   scene_.Write("src/sub/c.txt", "1234567abcdeYabcdeZ.");
   EXPECT_EQ(RunWithList("abcde*abcde|*<>\r\n|||\r\n"), "");

@@ -1,5 +1,5 @@
-// The command line as a whole: which settings file a run gets, the delay, and what a command line
-// that cannot be understood leaves behind, which is nothing.
+// The command line: which settings file a run gets, the delay, and command lines that cannot be
+// understood, which leave nothing behind.
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ namespace {
 
 using std::string;
 
-// A scene with a source of one file, a list and a target, and "job.dat" naming them.
+// A scene with a source of one file, a list, a target, and "job.dat", which names all three.
 class CommandLine : public testing::Test {
  protected:
   CommandLine() {
@@ -26,7 +26,7 @@ class CommandLine : public testing::Test {
     return UsualSettings(scene_.At("src"), scene_.At(target), scene_.At("list"));
   }
 
-  // Runs and expects that neither the work folder nor the program folder changed.
+  // Runs, and checks that neither the work folder nor the program folder has changed.
   ProgramResult RunWithoutTrace(const std::vector<string>& arguments) {
     const Disk before = Disk::Snapshot(scene_.root());
     const ProgramResult result = scene_.Run(arguments);
@@ -90,7 +90,7 @@ TEST_F(CommandLine, LastDelayCounts) {
 }
 
 TEST_F(CommandLine, DelayThatIsNoNumberIsATypeMismatch) {
-  // A value that begins with a hyphen is cut off as an option of its own, so the delay is empty.
+  // A value that begins with a hyphen counts as an option of its own, so the delay is empty.
   const std::vector<std::vector<string>> lines{{"-dy", "x"},
                                                {"-if", scene_.At("job.dat"), "-dy", "x"},
                                                {"-dy", "x", "-if", scene_.At("job.dat")},

@@ -1,5 +1,5 @@
-// Whole runs over files that are more than a name and bytes: links, rights, times, pipes, and the
-// folder of the program itself.
+// Whole runs over links, pipes, files with special permission bits and times, and the program's own
+// folder.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -23,7 +23,7 @@ std::int64_t NowNs() {
       .count();
 }
 
-// The exit status of a run that ended, with files that have no copy.
+// The exit status of a run that reached its end but left files without a copy.
 constexpr int kNotAllCopied = 3;
 
 class Files : public testing::Test {
@@ -41,7 +41,7 @@ class Files : public testing::Test {
     std::filesystem::create_symlink(text, scene_.At(name));
   }
   ProgramResult Run() const { return scene_.Run({"-if", scene_.At("job.dat")}); }
-  // Runs with only the named part of the work folder watched, and expects it unchanged.
+  // Runs, and checks that `name` in the work folder has not changed.
   void RunAndExpectUnchanged(const string& name, int status = 0) const {
     const Disk before = Disk::Snapshot(scene_.At(name));
     EXPECT_EQ(Run().status, status);

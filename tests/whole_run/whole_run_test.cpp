@@ -1,6 +1,6 @@
-// Random whole runs of the console program, each judged by the model. The seeds are fixed, so a
-// failure comes back; MORVEX_SEED=N runs one seed alone (MORVEX_SEED=N-M a range of them) and
-// keeps the folder of a single one.
+// Random whole runs of the console program, each judged by the model. The seeds are fixed, so that
+// failures repeat. MORVEX_SEED=N runs one seed and keeps its folder; MORVEX_SEED=N-M runs a range
+// of seeds.
 
 #include <gtest/gtest.h>
 

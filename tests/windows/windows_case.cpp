@@ -18,7 +18,8 @@ std::string Lower(std::string text) {
   return text;
 }
 
-// Gives every name one spelling, that of its first appearance.
+// Changes names to ones that Windows can hold. Names that differ only in letter case get the
+// spelling of the first one.
 class Spellings {
  public:
   std::string Of(const std::string& name) {
@@ -49,7 +50,7 @@ class Spellings {
     return name;
   }
 
-  std::map<std::string, std::string> first_;  // by the name in lower case
+  std::map<std::string, std::string> first_;  // the key is the name in lower case
 };
 
 std::string ChangedPaths(const std::string& bytes,

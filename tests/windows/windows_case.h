@@ -1,6 +1,5 @@
-// Random cases of the whole-run tests as a Windows program can be given them: names that Windows
-// can hold, paths in its spelling; and what the program then writes, back in the spelling of the
-// model.
+// Adapts the random cases of the whole-run tests to a Windows program: names that Windows can hold,
+// and paths in its spelling. What the program writes is changed back to the model's spelling.
 #pragma once
 
 #include <string>
@@ -9,26 +8,27 @@
 
 namespace morvex::whole_run {
 
-// The drive that shows the whole of the building machine's disk.
+// The drive that shows this machine's whole disk.
 inline constexpr const char* kDrive = "Z:";
 
-// The same case with other names where Windows has none such or takes two of them for one, in the
-// tree and in the settings. Times are whole steps of 100 nanoseconds.
+// Returns the case with names that Windows can hold, in the tree and in the settings. Of entries
+// whose names differ only in letter case, only the first remains. Times become whole steps of 100
+// nanoseconds.
 RandomCase ForWindows(RandomCase made);
 
-// "/a/b" as "Z:\a\b"; a relative path without the drive.
+// Returns "/a/b" as "Z:\a\b"; a relative path gets no drive.
 std::string WindowsPath(const std::string& path);
 
-// Settings bytes with their three paths so.
+// Returns settings bytes with their three paths as Windows paths.
 std::string WindowsSettings(const std::string& bytes);
 
-// Text with all Windows paths in it as the model writes them.
+// Returns text with all Windows paths as the model writes them.
 std::string ModelText(std::string text);
 
-// The same for the first three lines alone.
+// Returns settings bytes with their three paths as the model writes them.
 std::string ModelSettings(const std::string& bytes);
 
-// The order in which the folders are listed: names in capital letters.
+// The order in which Windows lists a folder: by the names in capital letters.
 bool ComesBefore(const std::string& one, const std::string& other);
 
 }  // namespace morvex::whole_run

@@ -1,5 +1,5 @@
 // Paths as Windows users write them, and names that only Windows has trouble with: drives, network
-// paths, long paths, other spellings of one name, devices. Each run is looked at from outside.
+// paths, long paths, other spellings of one name, devices.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A drive letter of the system under test that shows a folder of this machine.
+// A drive letter in Wine that shows a folder of this machine.
 class Drive {
  public:
   Drive(char letter, const std::string& folder) {
@@ -38,7 +38,7 @@ class Drive {
   std::string link_;
 };
 
-// A network server of the system under test whose one share shows a folder of this machine.
+// A network server in Wine whose only share shows a folder of this machine.
 class Share {
  public:
   explicit Share(const std::string& folder) {
@@ -63,7 +63,7 @@ class Share {
   std::string server_;
 };
 
-// As long as it lives, programs take this machine's names for UTF-8.
+// During its lifetime, the tested programs take this machine's file names for UTF-8.
 class Utf8Names {
  public:
   Utf8Names() { setenv("MORVEX_UNDER", ("env LC_ALL=C.UTF-8 " + before_).c_str(), 1); }
@@ -88,14 +88,14 @@ class WindowsPaths : public testing::Test {
  protected:
   WindowsPaths() { scene_.Write("list.txt", "Jan|Piet\r\n"); }
 
-  // Runs with these two paths, as they stand, and the other settings as usual.
+  // Runs with the two paths unchanged, and with the usual other settings.
   ProgramResult Run(const std::string& source, const std::string& target) {
     const std::string list = WindowsPath(scene_.At("list.txt"));
     scene_.Write("job.dat", UsualSettings(source, target, list));
     return scene_.Run({"-if", WindowsPath(scene_.At("job.dat"))});
   }
 
-  // The messages of the log up to the blank one that stands before the summary, without the header.
+  // Returns the log's messages between the header and the blank message in front of the summary.
   std::vector<std::string> FileLines() const {
     std::vector<std::string> lines = LogMessages(scene_.RunLog());
     std::vector<std::string> result;
@@ -308,8 +308,7 @@ TEST_F(WindowsPaths, FilesThatWindowsCannotNameAreCountedAsFailed) {
       << scene_.RunLog();
 }
 
-// The partial copies in the target go by that name too: a copy of it would be taken for one of
-// them.
+// The work files in the target have that name too: a copy with it would be taken for one of them.
 TEST_F(WindowsPaths, TheTemporaryFilesNameIsThatInAnyLetterCase) {
   scene_.Write("src/a.txt", "Jan");
   scene_.Write("src/sub/Tijdel.Enc", "Jan");
@@ -323,7 +322,7 @@ TEST_F(WindowsPaths, TheTemporaryFilesNameIsThatInAnyLetterCase) {
       << scene_.RunLog();
 }
 
-// Names are Unicode on the disk, and bytes of the code page to the program.
+// On the disk, names are Unicode; in the program, they are bytes of the code page.
 TEST_F(WindowsPaths, NamesThatTheCodePageCannotSpellAreCountedAsFailed) {
   const Utf8Names names;
   scene_.Write("src/a.txt", "Jan");

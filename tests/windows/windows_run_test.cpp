@@ -1,6 +1,5 @@
-// The random whole runs of the console program, once more on Windows, judged by the same model. The
-// seeds are fixed; MORVEX_SEED=N runs one seed alone and keeps its folder, MORVEX_SEEDS=N the first
-// N instead of the usual number.
+// The random whole runs of the console program on Windows, judged by the same model. The seeds are
+// fixed. MORVEX_SEED=N runs one seed and keeps its folder; MORVEX_SEEDS=N runs the first N seeds.
 
 #include <gtest/gtest.h>
 
@@ -36,7 +35,8 @@ void WriteEntries(const Scene& scene, const RandomCase& made) {
   }
 }
 
-// The model reads the settings in its own spelling, the program in that of Windows.
+// Predicts the run and runs the program. The model reads settings with its own spelling of paths,
+// the program settings with that of Windows.
 ProgramResult RunOnWindows(const WindowsScene& scene, const RandomCase& made,
                            RunOutcome* expected) {
   *expected = scene.Predict(made.settings_name, made.settings_argument, made.delay_ms);

@@ -1,5 +1,5 @@
-// A scene in which the console program for Windows runs, and its results as the model writes them.
-// MORVEX_CLI names that program, MORVEX_UNDER the one that runs it here.
+// A scene in which the console program for Windows runs. Its results are changed to the model's
+// spelling. MORVEX_CLI names that program, MORVEX_UNDER the program that runs it here.
 #pragma once
 
 #include <string>
@@ -14,12 +14,12 @@ class WindowsScene : public Scene {
  public:
   WindowsScene() : Scene("morvex-cli.exe") {}
 
-  // Runs the settings file of that name below the work folder, which holds Windows paths by now,
-  // and rewrites log, Init.dat and output into the model's spelling.
+  // Runs the program, whose settings file must already hold Windows paths. Changes the log,
+  // Init.dat and the output to the model's spelling.
   ProgramResult RunInModelText(const std::vector<std::string>& arguments) const;
 
-  // What the model predicts for settings in its own spelling, as it must come out on Windows: the
-  // permission bits of the copies are the system's.
+  // Predicts the run for settings in the model's spelling, as it comes out on Windows: the copies
+  // may have any permission bits.
   RunOutcome Predict(const std::string& settings_name, const std::string& settings_argument,
                      int delay_ms) const;
 };

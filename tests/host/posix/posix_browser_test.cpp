@@ -1,4 +1,4 @@
-// Showing a folder. A script stands in for the desktop's opener and notes how it was started.
+// Showing a folder. A script replaces the desktop's opener and records how it was started.
 #include "host/posix/posix_browser.h"
 
 #include <sys/wait.h>
@@ -26,7 +26,7 @@ class PosixBrowserTest : public PosixTest {
   }
   void TearDown() override { setenv("PATH", path_before_.c_str(), 1); }
 
-  // Installs `script` as the opener. It finds the test's folder in $HERE. What it writes to
+  // Installs `script` as the opener. The script finds the test's folder in $HERE. Its output in
   // $HERE/out is complete when $HERE/done appears.
   void Install(const std::string& script) {
     Put(folder_ / "bin/xdg-open",

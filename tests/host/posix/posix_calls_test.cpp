@@ -1,4 +1,4 @@
-// Paths longer than PATH_MAX, which the system does not take in one call.
+// Paths longer than PATH_MAX, which the system does not accept in one call.
 #include "host/posix/posix_calls.h"
 
 #include <limits.h>
@@ -12,7 +12,8 @@ using namespace posix_test;
 
 class PosixCallsTest : public PosixTest {
  protected:
-  // Creates folders of this name inside each other until the path is longer than PATH_MAX.
+  // Creates folders called `name` inside each other until the path is longer than 2 * PATH_MAX
+  // bytes. Returns the path.
   std::string MakeDeep(const std::string& name) {
     std::string path = folder_.Path();
     while (path.size() <= 2 * PATH_MAX) {

@@ -22,7 +22,7 @@ class PosixClaimTest : public PosixTest {
     PosixTest::SetUp();
     path_ = folder_ / "tijdel.enc";
   }
-  // A work file of the service with these bytes, closed.
+  // Creates a work file with these bytes through `files` and closes it.
   std::unique_ptr<WorkFile> Make(FileService& files, const std::string& bytes) {
     Result<std::unique_ptr<WorkFile>> file = files.CreateWorkFile(path_, 0600);
     EXPECT_TRUE(file) << static_cast<int>(file.error);
@@ -150,7 +150,7 @@ TEST_F(PosixClaimTest, LinksPipesAndForbiddenFilesAreDeletedWithoutBeingOpened) 
 
 TEST_F(PosixClaimTest, APartialCopyOfAnotherIsLeftAloneAndTheCopyFails) {
   Put(folder_ / "file", "text");
-  const auto half = Make(other_, "somebody's half");  // under the name of a partial copy
+  const auto half = Make(other_, "somebody's half");  // a partial copy has the same name
   const posix::CopyWays named{false, true};
   EXPECT_EQ(posix::CopyWholeFile(folder_ / "file", folder_ / "copy", {}, named),
             ErrorNumber::kFileAlreadyOpen);

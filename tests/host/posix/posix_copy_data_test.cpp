@@ -14,7 +14,7 @@ using namespace posix_test;
 
 constexpr std::uint64_t kMega = 1u << 20;
 
-// The parameter: may the system copy by itself?
+// The parameter: whether the system's own copy call may be used.
 class PosixCopyDataTest : public PosixTest, public ::testing::WithParamInterface<bool> {
  protected:
   void SetUp() override {
@@ -163,8 +163,8 @@ TEST_P(PosixCopyDataTest, ManyShortPiecesAskNoMoreOftenThanLongOnes) {
 }
 
 TEST_P(PosixCopyDataTest, AFileOfAnotherKindOfFileSystemIsCopied) {
-  // The file claims a size of one page but has fewer bytes, and the system cannot copy it by
-  // itself.
+  // The file claims a size of one page but has fewer bytes, and the system's own copy call does not
+  // work on it.
   in_ = "/sys/kernel/mm/transparent_hugepage/enabled";
   if (access(in_.c_str(), R_OK) != 0) GTEST_SKIP() << "no such attribute here";
   ASSERT_EQ(Copy(), ErrorNumber::kNone);

@@ -1,5 +1,5 @@
-// Copies that are filled under the work file's name: what may already have that name, and how the
-// service behaves as a whole.
+// Copies that are filled under the work file's name (tijdel.enc): what happens when the name is
+// taken, and how the whole service copies.
 #include <filesystem>
 #include <new>
 

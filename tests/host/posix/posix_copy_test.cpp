@@ -1,4 +1,4 @@
-// Copies of whole files, with each of the ways that a system may offer.
+// Copies of whole files, in each of the ways that a system may offer.
 #include "host/posix/posix_copy.h"
 
 #include <filesystem>
@@ -273,7 +273,7 @@ TEST_P(PosixCopyTest, RunningOutOfDescriptorsLeavesTheOldFile) {
 }
 
 TEST_P(PosixCopyTest, AReadThatFailsLeavesTheOldFile) {
-  // Reading this attribute returns a device error if the device does not support it.
+  // Reading this attribute fails with a device error if the device does not support it.
   const std::string source = "/sys/devices/system/cpu/cpu0/power/autosuspend_delay_ms";
   const Result<std::unique_ptr<InputFile>> file = files_.OpenForReading(source);
   char byte = 0;

@@ -17,7 +17,7 @@ using posix_test::Content;
 using posix_test::PosixTest;
 using posix_test::Put;
 
-// Stands in for read or write: returns the given results, call by call.
+// Stands in for read or write: each call returns the next of the given results.
 class Steps {
  public:
   struct Step {
@@ -161,7 +161,7 @@ pid_t StartLeaseHolder(const std::string& path) {
     const int file = open(path.c_str(), O_RDWR);
     const char result = file >= 0 && fcntl(file, F_SETLEASE, F_WRLCK) == 0 ? 'y' : 'n';
     const bool told = write(ready[1], &result, 1) == 1;
-    while (told && result == 'y') pause();  // ends when somebody opens the file
+    while (told && result == 'y') pause();  // until the lease's signal ends the process
     _exit(0);
   }
   char result = 'n';

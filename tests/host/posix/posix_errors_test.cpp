@@ -1,4 +1,4 @@
-// Error numbers of the system's codes; exceptions do not leave the host.
+// The error numbers for the system's codes. Exceptions do not leave the host.
 #include "host/posix/posix_errors.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // File systems that are full, read-only or lack a feature. Each test runs in a process with its own
-// mounts, which needs root or a system that grants it to others.
+// mounts, for which it needs root or a system that lets other users mount.
 #include <sys/mount.h>
 
 #include <filesystem>

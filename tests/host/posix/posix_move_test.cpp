@@ -131,7 +131,7 @@ TEST_F(PosixMoveTest, OnlyAFileItselfTakesAFreeName) {
   EXPECT_TRUE(Names(folder_ / "out").empty());
 }
 
-// With a second folder, on another file system.
+// Adds a second folder, on another file system.
 class PosixMoveAcrossTest : public PosixMoveTest {
  protected:
   void SetUp() override {

@@ -18,7 +18,7 @@ class PosixReplaceTest : public PosixTest {
   ErrorNumber Replace(std::string_view name, std::string_view bytes) {
     return files_.ReplaceFile(folder_ / name, bytes);
   }
-  // A file in a folder that allows no second file.
+  // Creates "closed/file", and makes "closed" a folder in which no further file can be created.
   void MakeClosedFolder(std::string_view bytes) {
     fs::create_directory(folder_ / "closed");
     Put(folder_ / "closed/file", bytes);

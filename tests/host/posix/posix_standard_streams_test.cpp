@@ -13,7 +13,7 @@
 namespace morvex::test {
 namespace {
 
-// While it lives, pipes replace standard input and output.
+// Replaces standard input and output by pipes during its lifetime.
 class StandardStreamsTest : public ::testing::Test {
  protected:
   StandardStreamsTest() {

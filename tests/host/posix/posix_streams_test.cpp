@@ -16,7 +16,7 @@ using namespace posix_test;
 
 class PosixStreamsTest : public PosixTest {
  protected:
-  // The bytes that ReadAt returns, as text.
+  // Returns the bytes that ReadAt reads.
   static std::string Read(InputFile& file, std::uint64_t offset, std::size_t size) {
     std::string into(size, '?');
     const Result<std::size_t> read = file.ReadAt(offset, into.data(), size);

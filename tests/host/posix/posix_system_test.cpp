@@ -20,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace posix_test;
 
-// Sets or unsets an environment variable while it lives.
+// Sets or unsets an environment variable during its lifetime.
 class Variable {
  public:
   Variable(const char* name, const char* value) : name_(name) {
@@ -45,7 +45,7 @@ class Variable {
   std::optional<std::string> before_;
 };
 
-// A service for a program started with these words.
+// The system service of a program that was started with `words`.
 class Started {
  public:
   explicit Started(std::vector<std::string> words) : words_(std::move(words)) {

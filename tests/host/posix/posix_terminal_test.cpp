@@ -133,7 +133,7 @@ TEST(PosixStopTest, AnIgnoredSignalStaysIgnored) {
             42);
 }
 
-// The letter by which the system reports a process's state.
+// Returns the letter by which the system reports a process's state, such as 'S' for sleeping.
 char StateOf(pid_t process) {
   const std::string text = Content("/proc/" + std::to_string(process) + "/stat");
   const std::size_t name_end = text.rfind(')');
@@ -153,7 +153,8 @@ TEST(PosixStopTest, ASignalBreaksOffAWaitForInput) {
     const ssize_t size = read(input[0], &byte, 1);
     _exit(size < 0 && errno == EINTR && StopRequested() ? 42 : 1);
   }
-  // The child sleeps only in its read; a signal before that ends it by default.
+  // Waits until the child sleeps, which happens only in its read: an earlier signal could come
+  // before its handler and end it.
   int status = 0;
   for (int tries = 0; tries < 6000 && StateOf(child) != 'S'; ++tries) {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));

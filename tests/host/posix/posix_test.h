@@ -27,7 +27,8 @@ namespace morvex::posix_test {
 
 inline constexpr uid_t kNobody = 65534;
 
-// A new folder. The destructor deletes it with everything in it, whatever the permission bits.
+// A new temporary folder. The destructor deletes it with everything in it, whatever the permission
+// bits.
 class TempFolder {
  public:
   explicit TempFolder(const std::string& base = std::filesystem::temp_directory_path()) {
@@ -66,7 +67,7 @@ inline void Put(const std::string& path, std::string_view bytes) {
   ASSERT_TRUE(file) << path;
 }
 
-// Content of a file that cannot be read. No test writes it into a file.
+// Returns a file's content, or "(cannot be read)", which no test writes into a file.
 inline std::string Content(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   std::stringbuf bytes;
@@ -75,7 +76,7 @@ inline std::string Content(const std::string& path) {
   return std::move(bytes).str();
 }
 
-// Bytes that differ from offset to offset, so that a test notices misplaced pieces.
+// Returns bytes that differ from offset to offset, so that a test notices misplaced pieces.
 inline std::string Pattern(std::size_t size) {
   std::string bytes;
   bytes.reserve(size + 16);
@@ -99,7 +100,7 @@ inline bool IsThere(const std::string& path) {
   return lstat(path.c_str(), &status) == 0;
 }
 
-// The names in a folder, sorted.
+// Returns the names in a folder, sorted.
 inline std::vector<std::string> Names(const std::string& folder) {
   std::vector<std::string> names;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
@@ -116,7 +117,7 @@ inline void SetModified(const std::string& path, timespec moment) {
   ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0) << path;
 }
 
-// While it lives, the process cannot write a file beyond `bytes`; an attempt returns an error.
+// During its lifetime, the process cannot write a file beyond `bytes` bytes: an attempt fails.
 class FileSizeLimit {
  public:
   explicit FileSizeLimit(rlim_t bytes) : handler_(signal(SIGXFSZ, SIG_IGN)) {
@@ -137,9 +138,9 @@ class FileSizeLimit {
   rlimit before_{};
 };
 
-// While it lives, the process can open only so many more files at a time. Call only free functions
-// on local variables meanwhile: a sanitizer opens files itself when it first meets an object of a
-// class with virtual functions.
+// During its lifetime, the process can open only `more` further files at a time. Meanwhile, call
+// only free functions on local variables: a sanitizer opens files itself when it first meets an
+// object of a class with virtual functions.
 class DescriptorLimit {
  public:
   explicit DescriptorLimit(int more) {
@@ -170,8 +171,8 @@ class FileMask {
   mode_t before_;
 };
 
-// While it lives, the process has no privileges: root becomes another user, after giving that user
-// the folder and everything in it. Any other user stays the same.
+// During its lifetime, the process has no privileges: root becomes the user kNobody, after giving
+// that user the folder and everything in it. Any other user stays the same.
 class OrdinaryUser {
  public:
   explicit OrdinaryUser(const std::string& folder) {
@@ -199,7 +200,7 @@ class OrdinaryUser {
   bool changed_ = false;
 };
 
-// A folder on another file system than `path`, if there is one that everybody may write to.
+// Returns a folder on another file system than `path`, if there is one that everybody may write to.
 inline std::optional<std::string> FolderOnOtherDevice(const std::string& path) {
   for (const std::string folder : {"/dev/shm", "/var/tmp", "/tmp"}) {
     struct stat status {};
@@ -222,7 +223,7 @@ class PosixTest : public ::testing::Test {
 inline const std::string kNulName("a\0b", 3);
 inline const std::string kLongName(255, 'n');
 inline const std::string kTooLongName(300, 'n');
-// Names with every byte that a name can contain and careless programs mishandle.
+// A name with bytes that careless programs mishandle.
 inline const std::string kOddName = "line\nbreak \xff\xfe\t-'\"*?\\";
 
 }  // namespace morvex::posix_test

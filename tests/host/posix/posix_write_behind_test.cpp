@@ -46,7 +46,8 @@ TEST_F(PosixWriteBehindTest, WhatIsWrittenLastStands) {
   std::string expected(2 * kRing, '\0');
   ASSERT_TRUE(behind_->Begin(file.Get()));
   for (unsigned round = 0; round < 2000; ++round) {
-    // Forwards in large steps and back again; each piece overlaps the one before.
+    // The offset moves forwards in large steps and back again; the second piece lies in or behind
+    // the first.
     const std::size_t size = 1 + round * 37 % 3000;
     const std::size_t at = round * std::size_t{7919} * 13 % (expected.size() - size);
     const std::string bytes(size, static_cast<char>('a' + round % 26));
@@ -134,7 +135,7 @@ TEST_F(PosixWriteBehindTest, AnOffsetBeyondAllFilesIsAFullDisk) {
   EXPECT_EQ(behind_->Finish(), EFBIG);
 }
 
-// The same through a work file.
+// Large outputs through a work file.
 class PosixLargeOutputTest : public PosixWriteBehindTest {
  protected:
   std::unique_ptr<WorkFile> CreateOutput(const std::string& name) {
@@ -142,7 +143,7 @@ class PosixLargeOutputTest : public PosixWriteBehindTest {
     EXPECT_EQ(file.error, ErrorNumber::kNone);
     return std::move(file.value);
   }
-  // Writes all of it in pieces of 128 KiB. Returns the first error.
+  // Writes `bytes` in pieces of 128 KiB. Returns the first error.
   static ErrorNumber Write(OutputFile& file, std::string_view bytes) {
     for (std::size_t at = 0; at < bytes.size(); at += kPiece) {
       const ErrorNumber error = file.WriteAt(at, bytes.substr(at, kPiece));

@@ -1,5 +1,5 @@
-// Runs a second process of the test program. It runs one disabled test, which writes its results
-// into the file named by an environment entry.
+// Runs the test program as a second process with one disabled test, which writes its results to the
+// file that an environment variable names.
 #pragma once
 
 #include <string>
@@ -17,7 +17,7 @@ inline std::wstring OwnProgram() {
   return path;
 }
 
-// The file that the second process must write.
+// Returns the path of the file that the second process must write.
 inline std::wstring Report() {
   std::wstring path(1000, L'\0');
   path.resize(GetEnvironmentVariableW(kReportEntry, path.data(), 1000));
@@ -28,8 +28,8 @@ inline std::wstring OneTest(const std::wstring& test) {
   return L"--gtest_also_run_disabled_tests   --gtest_brief=1 --gtest_filter=SecondProcess." + test;
 }
 
-// Starts `program` (this program or a copy of it) with exactly these environment entries and
-// returns what its test writes. `flags` are those of CreateProcessW.
+// Starts `program` (this program or a copy of it) with only these environment entries and the path
+// of the report. Returns what its test writes. `flags` are those of CreateProcessW.
 inline std::string SeenByASecondProcess(const TempFolder& folder, const std::wstring& program,
                                         const std::wstring& test,
                                         const std::vector<std::wstring>& entries, DWORD flags = 0) {

@@ -10,7 +10,7 @@ namespace {
 
 class WindowsClaimTest : public WindowsTest {
  protected:
-  // A work file of this name with these bytes, closed.
+  // Creates a work file with this name and these bytes, and closes it.
   std::unique_ptr<WorkFile> Make(const std::string& name, std::string_view bytes,
                                  std::uint32_t permissions = 0) {
     Result<std::unique_ptr<WorkFile>> made = files_.CreateWorkFile(folder_ / name, permissions);

@@ -31,13 +31,14 @@ TEST(CodePage, CharactersHaveTheBytesOfTheirPage) {
 
 TEST(CodePage, NothingIsBentToFit) {
   const CodePage page(1252);
-  // A letter that looks like A, a full-width A, an infinity sign, a dotless i, a surrogate pair.
+  // In this order: a Greek Alpha, a full-width A, an infinity sign, a dotless i; then a surrogate
+  // pair.
   EXPECT_EQ(page.Bytes(L"\u0391\uff21\u221e\u0131"), "????");
   EXPECT_EQ(page.Bytes(L"\U0001f600"), "??");
 }
 
 TEST(CodePage, AByteWithoutACharacterIsNoText) {
-  // A page of seven bits would map the upper half of the bytes to the lower one.
+  // In a 7-bit page, the system would map the upper half of the bytes to the lower one.
   const CodePage ascii(20127);
   EXPECT_EQ(ascii.Number(), 20127U);
   for (const char byte : AllBytes()) {

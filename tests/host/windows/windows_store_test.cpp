@@ -1,5 +1,5 @@
-// Where the options window says that the settings file is, for a program in the protected program
-// folder. For that a copy of this test program runs there.
+// The path of the settings file that the options window shows for a program in the protected
+// program folder. A copy of this test program runs there.
 #include <gtest/gtest.h>
 
 #include "core/run/start_up.h"

@@ -128,7 +128,7 @@ TEST_F(WindowsSystemTest, ThereIsARedirectedStoreAndOneByteForEachCharacter) {
   EXPECT_EQ(system_.Codec(), TextCodec::kSingleByte);
 }
 
-// Changes a format of the user's regional settings while it lives.
+// Changes a format of the user's regional settings during its lifetime.
 class UsersForm {
  public:
   UsersForm(LCTYPE which, const wchar_t* form) : which_(which) {

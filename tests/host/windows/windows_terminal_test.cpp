@@ -1,5 +1,5 @@
-// The terminal and the standard streams, as far as they can be tested without having them. The
-// console program's own tests send bytes through them.
+// The terminal and the standard streams, as far as they can be tested without a terminal. The tests
+// of the console program send bytes through its streams.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -14,7 +14,7 @@
 namespace morvex::windows_test {
 namespace {
 
-// While it lives, standard input and output are files of the test.
+// Replaces standard input and output by files during its lifetime.
 class OwnStreams {
  public:
   OwnStreams(const std::string& input, const std::string& output)
@@ -53,7 +53,7 @@ TEST_F(WindowsStreamsTest, BytesAreReadInTurnUpToTheEnd) {
   EXPECT_EQ(input->ReadAt(7, block.data(), block.size()).value, 0U);
 }
 
-// A pipe that keeps the written pieces apart.
+// The pipe is in message mode, which keeps the written pieces apart.
 TEST_F(WindowsStreamsTest, NeitherAPieceWithoutBytesNorALongOneIsTheEndOfAPipe) {
   const std::wstring name = L"\\\\.\\pipe\\morvex-test-" + std::to_wstring(GetCurrentProcessId());
   windows::Handle writer(CreateNamedPipeW(name.c_str(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_MESSAGE, 1,
@@ -136,13 +136,13 @@ TEST(SecondProcess, DISABLED_ReportsItsStopRequest) {
   for (int waited = 0; sent && waited < 200 && !StopRequested(); ++waited) Sleep(50);
   seen += !sent ? ", no console" : StopRequested() ? ", asked" : ", still not asked";
   PutRaw(Report(), seen);
-  // The next event is left to the system, which ends the process.
+  // The program leaves the second event to the system, which ends the process.
   GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
   Sleep(5000);
   PutRaw(Report(), seen + ", still there");
 }
 
-// In a separate console, so that no other process gets the event.
+// The second process has its own console, so that no other process gets the event.
 TEST(WindowsTerminal, TheFirstStopEventIsNotedAndTheNextEndsTheProcess) {
   const TempFolder folder;
   EXPECT_EQ(SeenByASecondProcess(folder, OwnProgram(), L"DISABLED_ReportsItsStopRequest", {},

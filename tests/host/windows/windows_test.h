@@ -17,7 +17,7 @@
 
 namespace morvex::windows_test {
 
-// A path in a form that the system accepts at any length and does not change.
+// Returns the path in a form that the system accepts at any length and does not change.
 inline std::wstring Raw(const std::wstring& path) { return windows::LongForm(path); }
 
 inline std::wstring Wide(const std::string& path) {
@@ -48,7 +48,7 @@ inline void RemoveTree(const std::wstring& raw) {
   RemoveDirectoryW(raw.c_str());
 }
 
-// A new folder. The destructor deletes it with everything in it.
+// A new temporary folder. The destructor deletes it with everything in it.
 class TempFolder {
  public:
   TempFolder() {
@@ -73,7 +73,7 @@ class TempFolder {
   std::wstring wide_;
 };
 
-// The path in the system's form. False if the system rejects it.
+// Creates a file with these bytes; `raw` is a path in the system's form. Returns whether it worked.
 inline bool PutRaw(const std::wstring& raw, std::string_view bytes) {
   void* file = CreateFileW(raw.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                            FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -89,7 +89,7 @@ inline void Put(const std::string& path, std::string_view bytes) {
   ASSERT_TRUE(PutRaw(Raw(Wide(path)), bytes)) << path;
 }
 
-// Content of a file that cannot be read. No test writes it into a file.
+// Returns a file's content, or "(cannot be read)", which no test writes into a file.
 inline std::string Content(const std::string& path) {
   void* file = CreateFileW(Raw(Wide(path)).c_str(), GENERIC_READ,
                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -110,7 +110,7 @@ inline DWORD Attributes(const std::string& path) {
 
 inline bool IsThere(const std::string& path) { return Attributes(path) != INVALID_FILE_ATTRIBUTES; }
 
-// The names in a folder, sorted.
+// Returns the names in a folder, sorted.
 inline std::vector<std::string> Names(WindowsFileService& files, const std::string& folder) {
   std::vector<std::string> names;
   for (const FolderEntry& entry : files.ListFolder(folder).value) names.push_back(entry.name);
@@ -118,7 +118,7 @@ inline std::vector<std::string> Names(WindowsFileService& files, const std::stri
   return names;
 }
 
-// Bytes that differ from offset to offset, so that a test notices misplaced pieces.
+// Returns bytes that differ from offset to offset, so that a test notices misplaced pieces.
 inline std::string Pattern(std::size_t size) {
   std::string bytes;
   for (unsigned number = 0; bytes.size() < size; number += 7919) bytes += std::to_string(number);

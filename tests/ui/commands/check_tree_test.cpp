@@ -1,4 +1,5 @@
-// The walk of a check: errors are reported with their path, and a stop ends it.
+// The walk of `check` through a tree: errors are reported with their path, and a stop request ends
+// the walk.
 #include "ui/commands/check_tree.h"
 
 #include <gtest/gtest.h>

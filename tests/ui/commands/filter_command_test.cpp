@@ -1,5 +1,5 @@
-// "filter" on a stream that pauses: decided bytes are written before the pause, and in the end the
-// output is that for the whole file.
+// `filter` on a stream that pauses: the decided bytes are written before each pause, and the whole
+// output equals that for the same bytes in one file.
 #include "ui/commands/filter_command.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ namespace {
 
 using Pieces = std::vector<std::string>;
 
-// Takes bytes only at its end.
+// An output that can only be appended to.
 class Sink : public OutputFile {
  public:
   explicit Sink(std::string& all) : all_(all) {}
@@ -34,7 +34,7 @@ class Sink : public OutputFile {
   std::string& all_;
 };
 
-// One run of the command, with the wildcard "*".
+// Runs the command with the wildcard "*".
 class Filter {
  public:
   explicit Filter(const Rows& rows) {
@@ -43,8 +43,8 @@ class Filter {
     files_.AddFile("/list.txt", list);
   }
 
-  // Returns the exit status. `at_pauses` gets the output so far at each wait for a piece, the last
-  // one for the end.
+  // Runs over a stream that pauses before each piece and before its end. Returns the exit status.
+  // `at_pauses` receives the output up to each pause.
   int Run(const Pieces& pieces) {
     std::string bytes;
     for (const std::string& piece : pieces) bytes += piece;
@@ -111,7 +111,8 @@ TEST(FilterCommand, ARowThatWritesBackOverItselfKeepsItsBytesToTheEnd) {
   EXPECT_EQ(filter.at_pauses, (Pieces{"", "", ""}));
 }
 
-// The same list and bytes in one piece, into a file that can be written at any offset.
+// Returns what the engine makes of `bytes` in one piece, in an output that can be written at any
+// offset.
 std::string WholeFile(const Rows& rows, const std::string& bytes) {
   TestProgram scene;
   scene.ApplyRows(rows, '*');

@@ -20,7 +20,7 @@ class ConsoleRunTest : public ::testing::Test {
     files_.AddFile("/s/2.txt", std::string(200'000, 'a'));
     files_.AddFile("/s/3.txt", "aca");
     files_.AddFile("/list.txt", "a|b||\r\n");
-    // Time passes at every call of the clock, so that every yield is due.
+    // Every call of the clock moves it on by 15 ms, so the program handles events whenever it may.
     system_.step = std::chrono::milliseconds(15);
   }
 

@@ -10,7 +10,7 @@
 namespace morvex::test {
 namespace {
 
-// A console with strings as streams, attached to a program.
+// A console that reads and writes strings, attached to a program.
 class ConsoleUserTest : public testing::Test {
  protected:
   ConsoleUser& Console(bool input_is_terminal, bool error_is_terminal) {
@@ -20,7 +20,7 @@ class ConsoleUserTest : public testing::Test {
     return *console_;
   }
 
-  // A run that works, with its progress bar at 10 of 100.
+  // Puts the program into a run: 5 files are done, and the progress bar is at 10 of 100.
   void Work() {
     test_.program.run.working = true;
     test_.program.run.FilesDone = 5;

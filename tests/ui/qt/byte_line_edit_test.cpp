@@ -34,7 +34,7 @@ class ByteLine : public testing::Test {
   }
   ~ByteLine() override { QToolTip::hideText(); }
 
-  // Windows-1252 for kSingleByte, whatever the user's locale is.
+  // Returns the code page in the locale "C", where kSingleByte stands for Windows-1252.
   static CodePage MakePage(TextCodec codec) {
     const Variable locale("LC_ALL", "C");
     return CodePage(codec);

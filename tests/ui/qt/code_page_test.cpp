@@ -27,13 +27,13 @@ std::string Bytes(std::initializer_list<int> codes) {
   return bytes;
 }
 
-// The single-byte code page where the locale has none of its own.
+// Returns the single-byte code page in the locale "C", which has none of its own: Windows-1252.
 CodePage WesternPage() {
   const Variable locale("LC_ALL", "C");
   return CodePage(TextCodec::kSingleByte);
 }
 
-// Fails when a text or an offset in it does not convert there and back to itself.
+// Checks that the bytes, and every offset in them, survive the conversion to shown text and back.
 void ExpectLossless(const CodePage& page, const std::string& bytes) {
   const QString shown = page.Shown(bytes);
   const std::optional<std::string> back = page.Bytes(shown);
@@ -92,7 +92,7 @@ TEST(Utf8Page, EveryCharacterIsShownAsItselfAndComesBack) {
 TEST(Utf8Page, BytesThatAreNoUtf8AreShownAsLoneSurrogates) {
   const CodePage page(TextCodec::kUtf8);
   EXPECT_EQ(page.Shown("a\xFF\x80"), QString::fromUtf16(u"a\xDCFF\xDC80"));
-  // Overlong, a surrogate, above U+10FFFF, truncated.
+  // In this order: an overlong form, a surrogate, a code above U+10FFFF, a truncated character.
   EXPECT_EQ(page.Shown("\xC0\xAF").size(), 2);
   EXPECT_EQ(page.Shown("\xED\xA0\x80").size(), 3);
   EXPECT_EQ(page.Shown("\xF4\x90\x80\x80").size(), 4);
@@ -110,7 +110,7 @@ TEST(Utf8Page, SurrogatesThatStandForNoByteCannotBeWritten) {
 
 TEST(Utf8Page, PlacesCountBytesAndNeverLieWithinACharacter) {
   const CodePage page(TextCodec::kUtf8);
-  // 1, 2, 3 and 4 bytes; the last takes two UTF-16 units.
+  // The first four characters have 1, 2, 3 and 4 bytes; the fourth has two UTF-16 units.
   const QString shown = QString::fromUtf8("a\u00E9\u20AC\U0001F600z");
   ASSERT_EQ(shown.size(), 6);
   const std::size_t bytes_in_front[] = {0, 1, 3, 6, 6, 10, 11};
@@ -209,7 +209,7 @@ TEST(FileNamePage, WithoutCharactersOfTheLocalesOwnNamesAreUtf8WhateverTheTextsA
   }
 }
 
-// A locale made for the test, in a temporary folder.
+// Makes a locale in a temporary folder.
 class MadeLocale : public testing::Test {
  protected:
   void Make(const std::string& country, const std::string& characters) {
@@ -250,7 +250,7 @@ TEST_F(MadeLocale, BytesThatItHasNoCharacterForComeBackToo) {
   for (int byte = 0; byte < 256; ++byte) ExpectLossless(page, Bytes({byte}));
 }
 
-// Returns the shortest of a few times that `work` takes on a text of so many characters.
+// Calls `work` five times with a text of `characters` characters. Returns the shortest time.
 template <class Work>
 double Milliseconds(int characters, Work work) {
   const QString text = QString::fromUtf8("ÿ").repeated(characters);

@@ -17,7 +17,7 @@ constexpr int kPatience = 60'000;  // milliseconds
 
 class DesktopProgramTest : public testing::Test {
  protected:
-  // The program writes in its own folder, so each test has one.
+  // The program writes to its own folder, so each test runs a copy in a new folder.
   DesktopProgramTest() {
     EXPECT_TRUE(QFile::copy(MORVEX_DESKTOP_PROGRAM, program_));
     QDir(root_.path()).mkpath("source/sub");
@@ -47,7 +47,7 @@ class DesktopProgramTest : public testing::Test {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
   }
 
-  // Returns the exit status; -1 when the program did not end by itself.
+  // Returns the exit status, or -1 if the program crashed or did not end.
   int Run(const QStringList& arguments) {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -88,8 +88,8 @@ TEST_F(DesktopProgramTest, AMissingSettingsFileEndsWithStatus1) {
   EXPECT_TRUE(errors_.contains("nowhere.dat")) << errors_.toStdString();
 }
 
-// The list's name is longer than any file system allows, so reading it is an error. A missing list
-// would be an empty one.
+// The list's name is longer than any file system allows, so reading the list is an error. A missing
+// list would count as an empty one.
 TEST_F(DesktopProgramTest, AListThatCannotBeReadEndsWithStatus1AndSaysWhy) {
   WriteSettings(QString(300, 'x') + ".txt");
   EXPECT_EQ(Run({"-if", root_.filePath("settings.dat")}), 1) << "-1: it did not end";
@@ -100,7 +100,7 @@ TEST_F(DesktopProgramTest, AListThatCannotBeReadEndsWithStatus1AndSaysWhy) {
   EXPECT_EQ(Read("target/one.txt"), "");
 }
 
-// Linux has such a file, and reading it always fails.
+// On Linux, reading /proc/self/mem from its beginning always fails.
 TEST_F(DesktopProgramTest, AFileThatFailsWhileItIsReadEndsWithStatus1AndSaysWhy) {
   const QString unreadable = "/proc/self/mem";
   if (!QFileInfo(unreadable).isFile()) GTEST_SKIP() << "no file that fails when it is read";

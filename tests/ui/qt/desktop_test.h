@@ -26,7 +26,8 @@ class DesktopTest : public testing::Test {
  protected:
   DesktopTest() { files_.AddFolder(system_.program_folder); }
 
-  // Starts the program as a user does, with an empty command line unless `system_` says otherwise.
+  // Starts the program as a user does, with the command line in `system_`, which is empty by
+  // default.
   Desktop& Start() {
     desktop_.emplace(program_);
     EXPECT_EQ(StartUp(program_), ErrorNumber::kNone);
@@ -34,14 +35,14 @@ class DesktopTest : public testing::Test {
     return *desktop_;
   }
 
-  // Handles pending events until the widgets show the state.
+  // Handles pending events until the widgets show the program's state.
   void Settle() {
     for (int i = 0; i < 3; ++i) QApplication::processEvents();
     desktop_->Refresh();
     QApplication::processEvents();
   }
 
-  // Returns the control of that name in a window; fails the test when there is none.
+  // Returns the control called `name` in the window; throws if there is none.
   template <class Widget>
   Widget& Find(QWidget& window, const char* name) {
     auto* const found = window.findChild<Widget*>(name);
@@ -49,14 +50,14 @@ class DesktopTest : public testing::Test {
     return *found;
   }
 
-  // Clicks with the left button in the middle of the widget, which has an effect only when it is
-  // visible and enabled.
+  // Clicks with the left button in the middle of the widget. Only a visible and enabled widget
+  // reacts.
   void Click(QWidget& widget) {
     QTest::mouseClick(&widget, Qt::LeftButton);
     Settle();
   }
 
-  // Calls `act` with the next message box, while something else is done.
+  // Returns at once; when the next message box is shown, `act` is called with it.
   void OnMessage(std::function<void(QMessageBox&)> act) {
     QTimer::singleShot(0, &program_context_, [this, act = std::move(act)]() mutable {
       auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());

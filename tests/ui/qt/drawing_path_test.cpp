@@ -40,7 +40,8 @@ TEST(DrawingPath, ZGoesBackToTheFirstPoint) {
   EXPECT_EQ(path->currentPosition(), QPointF(2, 3));
 }
 
-// From (10, 0) to (0, 10) with radius 10: the four arcs that join them lie on two circles.
+// Four arcs with radius 10 lead from (10, 0) to (0, 10): a short and a long one on each of two
+// circles.
 TEST(DrawingPath, AnArcTakesTheCircleAndTheWayThatItsFlagsName) {
   ExpectBounds("M10 0 A10 10 0 0 1 0 10", {0, 0, 10, 10});
   ExpectBounds("M10 0 A10 10 0 1 1 0 10", {0, 0, 20, 20});

@@ -16,7 +16,8 @@ class EditorCommands : public EditorTest {
     program_.settings.gJoker = joker;
     return OpenAgain();
   }
-  // A file that exists both on disk, for the dialog, and in memory, for the program.
+  // Creates a list file both on disk, where the dialog looks for it, and in memory, where the
+  // program reads it.
   std::string AddListFile(const std::string& bytes) {
     const std::string path = NativePath(disk_.filePath("list.txt"));
     QFile file(QString::fromStdString(path));
@@ -270,7 +271,7 @@ TEST_F(EditorCommands, ImportCancelledLeavesTheEditorEmpty) {
 
 TEST_F(EditorCommands, ImportSaysOneMomentPleaseInTitleAndWindowWhileItReads) {
   Open();
-  system_.step = std::chrono::milliseconds(15);  // so that each row handles events
+  system_.step = std::chrono::milliseconds(15);  // events are handled after each row
   std::string list;
   for (int i = 0; i < 5000; ++i) list += "left|right\r\n";
   const std::string path = AddListFile(list);
@@ -280,7 +281,8 @@ TEST_F(EditorCommands, ImportSaysOneMomentPleaseInTitleAndWindowWhileItReads) {
   QTimer watch;
   QObject::connect(&watch, &QTimer::timeout, [&] {
     if (!grid_.importing) return;
-    // A window is drawn some thirty times a second; a fast machine may have read the list by then.
+    // A window is drawn about thirty times a second. Without this pause, a fast machine could read
+    // the whole list before the window is drawn.
     if (!has_waited) QTest::qSleep(50);
     has_waited = true;
     title = Editor().windowTitle();

@@ -9,7 +9,7 @@ namespace {
 
 class EditorFocus : public EditorTest {
  protected:
-  // Twelve rows, each with its own texts, the last six in view.
+  // Opens the editor with twelve rows of different texts, of which the last six are in view.
   void OpenLongList() {
     Open();
     MakeRows(12);
@@ -22,7 +22,7 @@ class EditorFocus : public EditorTest {
     texts_ = GridRows();
   }
 
-  // The middle of the scroll bar's handle.
+  // Returns the middle of the scroll bar's handle.
   QPoint Slider() {
     QStyleOptionSlider option;
     option.initFrom(&Bar());
@@ -377,7 +377,7 @@ TEST_F(EditorFocus, UndoNeverBringsAnotherRowsText) {
   Wheel(Left(8), -2);
   ASSERT_EQ(RowsInView(), "0 1 2 3 4 5");
   const Rows before = GridRows();
-  Click(Left(5));  // now at the position of row 11
+  Click(Left(5));  // shown where row 11 was shown before
   Press(Qt::Key_Z, Qt::ControlModifier);
   EXPECT_EQ(GridRows(), before);
   EXPECT_EQ(Left(5).text(), "");

@@ -26,7 +26,7 @@ class EditorTest : public DesktopTest {
     Activate();
     return Editor();
   }
-  // Activates the window, as a window manager does with the front one.
+  // Activates the window, as a window manager activates the one in front.
   void Activate() {
     QApplication::setActiveWindow(&Editor());
     Settle();
@@ -99,7 +99,8 @@ class EditorTest : public DesktopTest {
     const QWidget* const widget = QApplication::focusWidget();
     return widget == nullptr ? "nothing" : widget->objectName().toStdString();
   }
-  // Turns the wheel by notches of three rows; positive scrolls towards the list's end.
+  // Turns the wheel by `notches`, three rows each; a positive number scrolls towards the list's
+  // end.
   void Wheel(QWidget& over, int notches) {
     const QPointF middle = over.rect().center();
     QWheelEvent event(middle, over.mapToGlobal(middle), {}, {0, -120 * notches}, Qt::NoButton,
@@ -108,7 +109,7 @@ class EditorTest : public DesktopTest {
     qApp->notify(&over, &event);
     Settle();
   }
-  // Calls `act` with the next file dialog, while something else is done.
+  // Returns at once; when the next file dialog is shown, `act` is called with it.
   void OnFileDialog(std::function<void(QFileDialog&)> act) {
     QTimer::singleShot(0, &program_context_, [this, act = std::move(act)]() mutable {
       auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
@@ -119,7 +120,7 @@ class EditorTest : public DesktopTest {
       act(*dialog);
     });
   }
-  // Chooses a path in the next file dialog.
+  // Chooses `path` in the next file dialog.
   void Choose(const std::string& path) {
     OnFileDialog([path](QFileDialog& dialog) {
       auto* const name = dialog.findChild<QLineEdit*>("fileNameEdit");

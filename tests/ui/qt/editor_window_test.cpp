@@ -6,7 +6,7 @@ namespace {
 
 class EditorWindow : public EditorTest {};
 
-// Pixels at the tests' 96 dots to the inch.
+// Converts a twip, 1/1440 inch, to pixels at the tests' 96 dots per inch.
 int Px(int twips) { return qRound(twips * 96 / 1440.0); }
 
 std::string HeadingText() {
@@ -79,7 +79,7 @@ TEST_F(EditorWindow, AWildcardThatMarksMnemonicsElsewhereIsShownAsItIs) {
   Start();
   program_.settings.gJoker = '&';
   OpenAgain();
-  EXPECT_EQ(Command("cmdJoker").text(), "&&");  // the toolkit's escape of "&"
+  EXPECT_EQ(Command("cmdJoker").text(), "&&");  // Qt shows "&&" as "&"
 }
 
 TEST_F(EditorWindow, AWildcardBeyondAsciiIsShownInTheCodePage) {

@@ -12,7 +12,7 @@
 namespace morvex::test {
 namespace {
 
-// Greek: 0xC1 is Alpha, and 0xD2 is no character.
+// Returns a Greek code page, in which 0xC1 is Alpha and 0xD2 has no character.
 PageCharacters GreekPage() {
   PageCharacters characters{};
   for (std::size_t byte = 0; byte < 0x80; ++byte) characters[byte] = static_cast<char16_t>(byte);
@@ -64,7 +64,7 @@ TEST(FileName, GoesByThePageThatTheSystemHas) {
 TEST(FileName, IsNoneWhenThePageCannotSpellIt) {
   const CodePage page(GreekPage());
   EXPECT_FALSE(PathBytes(page, QString::fromUtf8("/a/é")).has_value());
-  // Looks like the Alpha of the code page, but is another character.
+  // The Cyrillic A looks like the code page's Alpha, but is another character.
   EXPECT_FALSE(PathBytes(page, QString::fromUtf8("/a/А")).has_value());
 }
 

@@ -7,14 +7,15 @@
 
 namespace morvex::test {
 
-// On Windows names are characters, and the system has a code page for them.
+// Whether the system's file names are bytes. On Windows they are characters, and a code page turns
+// them into the program's bytes.
 #ifdef Q_OS_WIN
 inline constexpr bool kNamesAreBytes = false;
 #else
 inline constexpr bool kNamesAreBytes = true;
 #endif
 
-// Returns a path in the bytes of the program.
+// Returns a path as the program holds it: as bytes, with the system's separators.
 inline std::string NativePath(const QString& path) {
   return QDir::toNativeSeparators(path).toStdString();
 }

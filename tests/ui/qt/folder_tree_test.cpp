@@ -1,4 +1,4 @@
-// The folder tree in place of a path box, over real folders.
+// The folder tree that takes the place of a path box, over real folders.
 #include "ui/qt/folder_tree.h"
 
 #include <QAction>
@@ -27,7 +27,7 @@ class FolderTreeTest : public MainWindowTest {
     QTest::mouseDClick(&box, Qt::LeftButton);
     Settle();
   }
-  // Opens the tree in place of the source box at that path.
+  // Starts the program with `path` as the source and opens the tree in place of the source box.
   void OpenAt(const std::string& path) {
     StartWith(path, "/t");
     Activate();
@@ -135,14 +135,14 @@ TEST_F(FolderTreeTest, OkDoesNotArmWhereTheMarkedFolderCannotBeChosen) {
   QTest::mouseClick(tree().viewport(), Qt::LeftButton, Qt::NoModifier,
                     tree().visualRect(tree().currentIndex()).center());
   ASSERT_EQ(tree().Current(), Path("beta"));
-  // Deleted, but the tree does not know it yet.
+  // The folder is deleted, but the tree still shows it.
   ASSERT_TRUE(QDir(root_.path()).rmdir("beta"));
   QTest::mouseClick(&ok(), Qt::LeftButton);
   EXPECT_FALSE(program_.frmMorvex.cmdGo.enabled);
   EXPECT_TRUE(program_.frmMorvex.FolderTreeview1.visible);
 }
 
-// Go stays enabled when the user does not want the target to be made.
+// The answer No to "Create?" leaves Go enabled.
 TEST_F(FolderTreeTest, GoDoesNotRunWithThePathThatAMarkedFolderIsToReplace) {
   StartWith("/s", "/new");
   Activate();

@@ -17,7 +17,7 @@ class GrowWindowTest : public testing::Test {
     window_.show();
     QApplication::processEvents();
   }
-  // Moves the window so that its lower edge is so many pixels above the screen's.
+  // Moves the window so that its lower edge is `pixels` pixels above the screen's lower edge.
   void LeaveBelow(int pixels) {
     window_.move(30, screen_.bottom() - pixels - window_.frameGeometry().height() + 1);
     QApplication::processEvents();

@@ -11,7 +11,7 @@
 namespace morvex::test {
 namespace {
 
-// Replaces the system's own handler of files.
+// Takes the place of the system's file opener and records what it is asked to open.
 class Opener : public QObject {
   Q_OBJECT
 

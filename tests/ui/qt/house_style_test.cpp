@@ -20,7 +20,7 @@
 namespace morvex::test {
 namespace {
 
-// Draws buttons as a system's theme does: light, whatever the palette says.
+// Draws light buttons whatever the palette says, as the themes of some systems do.
 class LightButtons : public QCommonStyle {
  public:
   void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
@@ -59,7 +59,7 @@ class HouseStyleTest : public testing::Test {
     }
     return most;
   }
-  // Returns the brightness of the widget's left edge on a dark background.
+  // Returns the largest grey value, 0 to 255, at the widget's left edge on a dark background.
   static int Edge(QWidget& widget, QStyle& style) {
     return Brightest(Drawn(widget, style), QRect(0, 10, 2, 8));
   }
@@ -153,7 +153,7 @@ TEST_F(HouseStyleTest, ADisabledBoxIsPaler) {
   EXPECT_GT(Edge(box, style_), 40);
 }
 
-// As on some desktops: disabled text is nearly as dark as the background.
+// The palette resembles that of some desktops: disabled text is nearly as dark as the background.
 TEST_F(HouseStyleTest, WhatIsDisabledIsPalerThanWhatIsEnabledButCanBeRead) {
   constexpr int kLeastApart = 75;  // of 255 steps of grey
   const std::array<std::pair<QPalette::ColorRole, QPalette::ColorRole>, 3> pairs = {

@@ -283,7 +283,7 @@ TEST_F(MainWindowRunTest, WhileARunWorksItsProgressIsShownAndTheCommandsRest) {
 }
 
 TEST_F(MainWindowRunTest, WhileARunWorksThePicturesAndGoDoNothing) {
-  StartWith("/s/one.txt", "/t/copy.txt");  // which leaves Go enabled all the time
+  StartWith("/s/one.txt", "/t/copy.txt");  // a run over a single file leaves Go enabled
   files_.AddFile("/s/one.txt", std::string(200'000, 'a'));
   Click(ok());
   bool seen = false;
@@ -345,7 +345,8 @@ TEST_F(MainWindowRunTest, AKeyTypedTwiceOnGoDoesNotReachExit) {
   EXPECT_EQ(program_.run.end, RunEnd::kFinished);
 }
 
-// While the question is open the window has no focus; it returns when Go is disabled.
+// While the question is open, the main window has no focus. It gets the focus back after the run
+// has disabled Go.
 TEST_F(MainWindowRunTest, EnterAfterTheQuestionDoesNotEndTheProgram) {
   StartWith("/s", "/new");
   Activate();
@@ -403,7 +404,7 @@ TEST_F(MainWindowRunTest, AfterExitInMidFileTheWindowStaysWithAWordUntilTheRunHa
   bool copying = false;
   bool shown_then = false;
   QString word;
-  // While the partial file is copied, no window event is handled.
+  // Looks at the window while the partial file is copied and no event is handled.
   files_.fail = [&](const std::string& call, const std::string& path) {
     if (program_.Beeindigd && call == "CopyTo" && path == "/t/one.txt" && !copying) {
       copying = true;
@@ -416,14 +417,14 @@ TEST_F(MainWindowRunTest, AfterExitInMidFileTheWindowStaysWithAWordUntilTheRunHa
   std::function<void()> act = [&] {
     if (program_.run.FileOffset == 0) return QTimer::singleShot(0, &program_context_, act);
     QTest::mouseClick(&exit(), Qt::LeftButton);
-    window().close();  // an impatient user
+    window().close();  // like an impatient user
     EXPECT_TRUE(window().isVisible());
   };
   QTimer::singleShot(0, &program_context_, act);
   ClickGo();
   ASSERT_TRUE(copying) << "Exit came before or after the file";
   EXPECT_TRUE(shown_then);
-  // The partial copy.
+  // The message is about the partial copy.
   EXPECT_EQ(word, "Stopping ...\nThe target is not complete.");
   EXPECT_FALSE(program_.run.cut_short.empty());
   EXPECT_TRUE(HasEnded(program_));

@@ -103,7 +103,7 @@ TEST_F(MainWindowTest, AltAndALetterReachesBoxesAndButtons) {
   QTest::keyClick(&window(), Qt::Key_S, Qt::AltModifier);
   EXPECT_TRUE(source().hasFocus());
   QTest::keyClick(&window(), Qt::Key_O, Qt::AltModifier);
-  QTest::qWait(150);  // the button is shown pressed for a moment
+  QTest::qWait(150);  // the button is shown pressed before it acts
   EXPECT_EQ(program_.frmMorvex.cmdGo.caption.get(), "GO !");
 }
 

@@ -23,7 +23,8 @@ class MainWindowTest : public DesktopTest {
     files_.AddFile("/list.txt", "a|b||\r\n");
   }
 
-  // Starts with a settings file: these paths, the list, ".txt" selected.
+  // Starts the program with a settings file that names the two paths and the list and selects
+  // ".txt".
   void StartWith(const std::string& source, const std::string& target) {
     files_.AddFile(
         "/program/Init.dat",
@@ -41,18 +42,18 @@ class MainWindowTest : public DesktopTest {
   QPushButton& ok() { return Get<QPushButton>("cmdAnonymize"); }
   QPushButton& go() { return Get<QPushButton>("cmdGo"); }
   QPushButton& exit() { return Get<QPushButton>("cmdExit"); }
-  // Returns a button's caption without the mark of its mnemonic.
+  // Returns a button's caption without the "&" of its mnemonic.
   static QString Caption(const QPushButton& button) { return button.text().remove('&'); }
   QString Text(const char* label) { return Get<QLabel>(label).text().remove('&'); }
 
-  // Whether the text is drawn in the red of a wrong path.
+  // Returns whether the box's text is red, as it is for a wrong path.
   static bool IsRed(const QWidget& box) {
     const QPalette::ColorGroup group = box.isEnabled() ? QPalette::Active : QPalette::Disabled;
     const QColor colour = box.palette().color(group, QPalette::Text);
     return colour.red() > 2 * colour.green() && colour.red() > 2 * colour.blue();
   }
 
-  // Calls `act` once in the middle of the next run, as a separate event.
+  // Returns at once; `act` is called once during the next run, from the event loop.
   void InRun(std::function<void()> act) {
     system_.step = std::chrono::milliseconds(15);
     QTimer::singleShot(0, &program_context_, [this, act = std::move(act)]() mutable {
@@ -65,7 +66,7 @@ class MainWindowTest : public DesktopTest {
     });
   }
 
-  // Only an active window shows which control has the focus.
+  // Activates the window: only an active window shows which control has the focus.
   void Activate() {
     window().activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));

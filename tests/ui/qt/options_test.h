@@ -17,7 +17,7 @@ namespace morvex::test {
 
 class OptionsTest : public DesktopTest {
  protected:
-  // Starts the program, gives the list these entries and opens the window.
+  // Starts the program, fills the extension list with `entries` and opens the options window.
   void Open(std::vector<ListEntry> entries = {}) {
     Start();
     state().lstExtensie.entries = std::move(entries);
@@ -37,14 +37,14 @@ class OptionsTest : public DesktopTest {
   QListWidget& list() { return Find<QListWidget>(window(), "lstExtensie"); }
   QToolButton& list_button() { return Find<QToolButton>(window(), "cmdListExtensie_Down"); }
   QCheckBox& logging() { return Find<QCheckBox>(window(), "chkLoggen"); }
-  // Clicks the box itself: some styles ignore a click that is neither on it nor on its text.
+  // Clicks the box itself: some styles ignore a click beside the box and its text.
   void ClickLogging() {
     QTest::mouseClick(&logging(), Qt::LeftButton, Qt::NoModifier,
                       QPoint(8, logging().height() / 2));
     Settle();
   }
   QPushButton& apply() { return Find<QPushButton>(window(), "cmdToepassen"); }
-  // Returns a label's text without the mark of its mnemonic.
+  // Returns a label's text without the "&" of its mnemonic.
   QString Caption(const char* name) { return Find<QLabel>(window(), name).text().remove('&'); }
 
   void Key(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
@@ -68,7 +68,7 @@ class OptionsTest : public DesktopTest {
                       list().visualItemRect(list().item(row)).center());
     Settle();
   }
-  // Returns the entries of the list with the marks that it shows.
+  // Returns the entries that the list shows, with their marks.
   std::vector<ListEntry> ShownEntries() {
     std::vector<ListEntry> entries;
     for (int row = 0; row < list().count(); ++row) {

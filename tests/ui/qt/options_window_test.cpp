@@ -289,7 +289,7 @@ TEST_F(OptionsWindowTest, AltAndALetterReachTheControls) {
   EXPECT_TRUE(Line("txtSeparator").hasFocus());
   Key(window(), Qt::Key_E, Qt::AltModifier);
   EXPECT_TRUE(entry().hasFocus());
-  // The button is shown pressed for a moment.
+  // A mnemonic shows its button pressed for a moment before the button acts.
   Key(window(), Qt::Key_L, Qt::AltModifier);
   EXPECT_TRUE(QTest::qWaitFor([&] { return logging().isChecked(); }));
   Key(window(), Qt::Key_T, Qt::AltModifier);

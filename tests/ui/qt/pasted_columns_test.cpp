@@ -1,4 +1,4 @@
-// Which pasted texts count as rows of two texts.
+// Which pasted texts count as rows with a left and a right text.
 #include "ui/qt/pasted_columns.h"
 
 #include <gtest/gtest.h>

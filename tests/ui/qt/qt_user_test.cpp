@@ -1,4 +1,4 @@
-// Messages, file dialogs and waiting, with clicks and keys of a user.
+// Messages, file dialogs and waiting, used with a user's clicks and keys.
 #include "ui/qt/qt_user.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +30,7 @@ using namespace std::chrono_literals;
 
 class QtUserTest : public testing::Test {
  protected:
-  // Calls `act` with the message box or file dialog that is shown next.
+  // Returns at once; when the next message box or file dialog is shown, `act` is called with it.
   template <class Dialog>
   void On(std::function<void(Dialog&)> act) {
     QTimer::singleShot(5, &context_, [this, act = std::move(act)]() mutable {
@@ -48,13 +48,13 @@ class QtUserTest : public testing::Test {
   static void Press(QMessageBox& box, QMessageBox::StandardButton button) {
     QTest::mouseClick(box.button(button), Qt::LeftButton);
   }
-  // Returns the answer of a message with these buttons when `act` is done to its box.
+  // Shows a message with `buttons`, calls `act` with its box, and returns the answer.
   Answer AnswerTo(MessageButtons buttons, std::function<void(QMessageBox&)> act) {
     OnMessage(std::move(act));
     return user_.ShowMessage("text", buttons, MessageIcon::kNone);
   }
 
-  // Enters a name in the dialog's field and presses its button.
+  // Enters a name in the dialog's name field and accepts the dialog.
   static void Enter(QFileDialog& dialog, const QString& name) {
     auto* const field = dialog.findChild<QLineEdit*>("fileNameEdit");
     ASSERT_NE(field, nullptr);
