@@ -117,12 +117,11 @@ class OutputFile {
 // allowed before Close too. No call may follow the one that succeeded.
 //
 // What is on the disk after an error of
-//   WriteAt, Close   the work file, with an unknown part of its bytes;
-//   CopyTo           the unchanged work file, and at `to` what was there before;
-//   MoveToFreeName   the same;
-//   MoveTo           the same, with one exception: if the copy to another file system succeeded and
-//                    only deleting the work file failed, the whole copy is at `to`;
-//   Discard          the work file.
+//   WriteAt, Close           the work file, with an unknown part of its bytes;
+//   CopyTo, MoveToFreeName   the unchanged work file, and at `to` what was there before;
+//   MoveTo                   as after CopyTo; but if the copy to another file system succeeded and
+//                            only deleting the work file failed, the whole copy is at `to`;
+//   Discard                  the work file.
 //
 // The destructor deletes nothing. A work file that was neither moved nor discarded stays at its
 // path with the bytes written so far, and nobody claims it any more: it is now a stale work file,

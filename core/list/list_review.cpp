@@ -115,7 +115,7 @@ class Reviewer {
     std::int64_t count = 0;
   };
 
-  // Returns the whole line of a row that is not odd: nothing of such a line is missing in the row.
+  // Returns the line of a row that is not among the odd lines: such a row holds all of its line.
   std::string RowText(std::size_t row) const {
     const ListRow& texts = reading_.list.rows[row];
     return texts.left + std::string(separator_) + texts.right;

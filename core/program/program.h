@@ -23,7 +23,7 @@
 
 namespace morvex {
 
-// The separator of list files when none is set.
+// The separator of list files when the user has set none.
 inline constexpr const char* kDefaultSeparator = "|";
 
 // What the user set up (the settings file keeps it between uses) and what the command line asked
