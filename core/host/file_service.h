@@ -137,8 +137,8 @@ class WorkFile : public OutputFile {
   // Copies the work file to `to` as CopyFile does, and keeps it and the claim.
   virtual ErrorNumber CopyTo(const std::string& to) = 0;
   // Moves the work file to `to`, under the rules of CopyFile for what it may replace. A move within
-  // one file system is a rename. Only a move to another one copies; it asks `keep_going` (may be
-  // empty) meanwhile and returns kInvalidCall if that ended it.
+  // one file system is a rename. Only a move to another file system copies: it asks `keep_going`
+  // (may be empty) meanwhile, and returns kInvalidCall if `keep_going` ended the copy.
   virtual ErrorNumber MoveTo(const std::string& to, const KeepGoing& keep_going) = 0;
   // Renames the work file to `to`, in one step that fails if the name is taken. The caller need not
   // look up `to` first. kFileAlreadyExists: the name is taken, possibly by a link. kPathFileAccess:

@@ -10,7 +10,7 @@ namespace morvex {
 // The most bytes that one character takes in UTF-8.
 inline constexpr std::size_t kLongestUtf8 = 4;
 
-// The first sequence of some bytes.
+// The UTF-8 sequence at the beginning of some bytes.
 struct Utf8Sequence {
   // Length in bytes, 1 to 4. A lead byte (C2 to F4) counts together with the continuation bytes
   // that it asks for. Any other byte, and a lead byte without all of these, has length 1.
