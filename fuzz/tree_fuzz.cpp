@@ -1,7 +1,7 @@
 // Fuzz target: a small tree with its list and its settings, made of the fuzzer's bytes, goes
 // through a whole run. Without faults, all files outside the program's folder and the exit status
-// must be those that a model of a run predicts, which shares no code with the program. If a call
-// fails, every file must have its predicted or its old contents, and no file may be gone, work
+// must be those that a model of a run predicts; the model shares no code with the program. If a
+// call fails, every file must have its predicted or its old contents, and no file may be gone, work
 // files excepted.
 #include <map>
 

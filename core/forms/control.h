@@ -136,7 +136,7 @@ struct CheckBox : Control {
   Watched<std::string> caption;
 
   int value() const { return value_; }
-  // False, and nothing changed, when the box cannot take the value.
+  // Returns false and changes nothing if the box cannot take the value.
   bool SetValue(int value) {
     if (value < 0 || value > 2) return false;
     value_ = value;
@@ -184,7 +184,7 @@ struct ScrollBar : Control {
   Watched<std::int64_t> value_;
 };
 
-// Runs from 0 to `maximum`; clamped like a scroll bar.
+// Runs from 0 to `maximum`. A value outside this range is moved to its nearer end.
 struct ProgressBar : Control {
   ProgressBar(ChangeNotice& notice, Box where)
       : Control(notice, where, -1), maximum_(notice, 0), value_(notice, 0) {}

@@ -15,7 +15,7 @@
 
 namespace morvex {
 
-// Twips of the grid.
+// Layout of the grid, in twips.
 inline constexpr int kFirstRowTop = 360;
 inline constexpr int kRowPitch = 360;
 inline constexpr int kLeftColumn = 360;
@@ -35,7 +35,7 @@ struct CellAddress {
   bool operator==(const CellAddress&) const = default;
 };
 
-// One text box of the grid, of one line: no CR or LF.
+// One text box of the grid. Its text is one line, without CR or LF.
 struct Cell {
   std::string text;
   std::string tool_tip;

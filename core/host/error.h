@@ -31,7 +31,7 @@ enum class ErrorNumber : int {
 // The description that follows the number in logs and messages; empty for kNone.
 std::string_view ErrorText(ErrorNumber error);
 
-// Example: "Error 70: Permission denied".
+// Returns a line such as "Error 70: Permission denied".
 std::string ErrorLine(ErrorNumber error);
 
 // A value, or the error that prevented it. `value` is meaningful only if `error` is kNone.

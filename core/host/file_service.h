@@ -117,12 +117,11 @@ class OutputFile {
 // allowed before Close too. No call may follow the one that succeeded.
 //
 // What is on the disk after an error of
-//   WriteAt, Close   the work file, with an unknown part of its bytes;
-//   CopyTo           the unchanged work file, and at `to` what was there before;
-//   MoveToFreeName   the same;
-//   MoveTo           the same, with one exception: if the copy to another file system succeeded and
-//                    only deleting the work file failed, the whole copy is at `to`;
-//   Discard          the work file.
+//   WriteAt, Close           the work file, with an unknown part of its bytes;
+//   CopyTo, MoveToFreeName   the unchanged work file, and at `to` what was there before;
+//   MoveTo                   as after CopyTo; but if the copy to another file system succeeded and
+//                            only deleting the work file failed, the whole copy is at `to`;
+//   Discard                  the work file.
 //
 // The destructor deletes nothing. A work file that was neither moved nor discarded stays at its
 // path with the bytes written so far, and nobody claims it any more: it is now a stale work file,
@@ -138,8 +137,8 @@ class WorkFile : public OutputFile {
   // Copies the work file to `to` as CopyFile does, and keeps it and the claim.
   virtual ErrorNumber CopyTo(const std::string& to) = 0;
   // Moves the work file to `to`, under the rules of CopyFile for what it may replace. A move within
-  // one file system is a rename. Only a move to another one copies; it asks `keep_going` (may be
-  // empty) meanwhile and returns kInvalidCall if that ended it.
+  // one file system is a rename. Only a move to another file system copies: it asks `keep_going`
+  // (may be empty) meanwhile, and returns kInvalidCall if `keep_going` ended the copy.
   virtual ErrorNumber MoveTo(const std::string& to, const KeepGoing& keep_going) = 0;
   // Renames the work file to `to`, in one step that fails if the name is taken. The caller need not
   // look up `to` first. kFileAlreadyExists: the name is taken, possibly by a link. kPathFileAccess:

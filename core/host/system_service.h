@@ -20,7 +20,7 @@ struct TimeOfDay {
 // Whether a character of a typed or stored text is always one byte, or a UTF-8 sequence.
 enum class TextCodec { kSingleByte, kUtf8 };
 
-// For each byte value its character as a UTF-16 unit; 0 if the byte has none, and for NUL.
+// For each byte value its character as a UTF-16 unit; 0 for NUL and for a byte without a character.
 using PageCharacters = std::array<char16_t, 256>;
 
 class SystemService {

@@ -113,7 +113,7 @@ bool HoldsAll(std::string_view text, const std::vector<std::string_view>& pieces
 
 }  // namespace
 
-// A row of the list.
+// A row of the list, prepared for AddRow.
 struct Sought::ListRow {
   std::int64_t row = 0;
   bool is_wildcard = false;

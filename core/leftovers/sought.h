@@ -39,8 +39,8 @@ struct SoughtRow {
   bool ascii_is_told_elsewhere = false;
   // The most bytes from the first part's beginning to the last part's end; 0 for a row of one part.
   std::uint64_t longest_span = 0;
-  // A wildcard row whose right text holds all parts of its left text: that right text, else empty.
-  // It is what a run writes, so an occurrence of it is no leftover.
+  // For a wildcard row whose right text holds all parts of its left text: that right text. Empty
+  // for every other row. A run writes this text, so an occurrence of it is no leftover.
   std::string put_in;
   // Above 0 for a row whose ending also occurs in its beginning. A run matches such a row too early
   // and leaves most of the captured bytes behind the right text. So where `put_in` is found, the

@@ -65,7 +65,7 @@ std::optional<Spelling> Alphabet::Spell(std::u32string_view text, Encoding encod
 const LetterWays& Alphabet::WaysOf(std::u32string_view text, Encoding encoding, char32_t sign) {
   std::vector<Ligature> ligatures;
   if (encoding != Encoding::kBytes) ligatures = LigaturesAtBeginning(text);
-  // The ways depend on the letter and on those that a ligature may join to it.
+  // The ways depend on the letter and on the letters that a ligature may join to it.
   std::size_t count = 1;
   for (const Ligature& each : ligatures) count = std::max(count, each.letters);
   std::u32string key(text.substr(0, count));

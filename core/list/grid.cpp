@@ -107,7 +107,8 @@ void ScrollIntoView(ReplacementsForm& grid, std::int64_t row) {
   const std::int64_t delta =
       std::min<std::int64_t>(in_band, 0) + std::max<std::int64_t>(in_band - (kRowsInBand - 1), 0);
   ShiftRows(grid, delta);
-  // The bar follows; PrevScrollValue keeps its new value from moving the rows again.
+  // The bar follows. PrevScrollValue is set too, so that the bar's new value does not move the rows
+  // again.
   grid.VScroll1.SetValue(grid.VScroll1.value() + delta);
   grid.PrevScrollValue = grid.VScroll1.value();
 }

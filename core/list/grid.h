@@ -33,7 +33,7 @@ void GrowWindow(ReplacementsForm& grid, int count);
 // when they are within the band.
 void ShiftRows(ReplacementsForm& grid, std::int64_t delta);
 
-// Scrolls by as few rows as bring `row` into view. Does nothing if the row does not exist.
+// Scrolls by the fewest rows that bring `row` into view. Does nothing if the row does not exist.
 void ScrollIntoView(ReplacementsForm& grid, std::int64_t row);
 
 // Returns the grid's rows as data, without a path and without wildcard flags.
@@ -42,8 +42,8 @@ ReplacementList ListInGrid(const ReplacementsForm& grid);
 // Copies every cell's text into SavedLinks and SavedRechts.
 void SnapshotRows(ReplacementsForm& grid);
 
-// Puts the focus into a cell and handles the loss of focus of the old cell. Nothing happens when
-// the cell does not exist or cannot be seen.
+// Puts the focus into a cell and handles the loss of focus of the old cell. Does nothing if the
+// cell does not exist or is not visible.
 void FocusOnCell(Program& program, CellAddress cell);
 
 // Turns a cell red if its text has longest_text bytes or more, with `too_long` as its tool tip.

@@ -11,8 +11,8 @@
 
 namespace morvex {
 
-// An example file that the left text was probably written for: the text with a word instead of the
-// wildcard.
+// Returns an example file that the left text was probably written for: the text with a word instead
+// of the wildcard.
 std::string ExampleFor(std::string_view left, std::uint8_t joker);
 
 // Runs lists of one row over example files. Reuses its buffers from one row to the next.

@@ -48,7 +48,7 @@ class GridImport {
     return true;
   }
 
-  // At the end of the list: the row that the last Enter appended.
+  // At the end of the list: removes the row that the last Enter appended.
   void RemoveAppendedRow() {
     if (!RemoveRow(grid_, row_)) return;
     --grid_.LastRow;

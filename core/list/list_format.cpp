@@ -10,7 +10,8 @@
 namespace morvex {
 namespace {
 
-// Bytes cut off a right text from the final row on, however long the separator is.
+// How many bytes are cut off the right text of the final row, and of each row behind it, however
+// long the separator is.
 constexpr std::size_t kFinalRowMark = 2;
 
 bool IsBlank(std::string_view line) {
@@ -44,7 +45,7 @@ class ListParser {
   }
 
  private:
-  // Empty lines and further end lines stand behind the end of many lists.
+  // Passes over empty lines and further end lines, which many lists have behind their end.
   bool TakeBehindEnd(const std::string& line) {
     if (line.empty() || line == end_) return true;
     Keep(ListLine::Kind::kBehindEnd, line);

@@ -21,8 +21,8 @@ constexpr std::size_t kLongestMatch = 32766;  // bytes
 constexpr std::string_view kUsualWildcards = "*?";
 constexpr std::int64_t kSeveral = 2;
 
-// Characters of a UTF-8 text: every byte but the continuation bytes. In another encoding the count
-// may be too low, never too high.
+// Counts the characters of a UTF-8 text: every byte but the continuation bytes. In another encoding
+// the count may be too low, never too high.
 std::size_t CharacterCount(std::string_view text) {
   return static_cast<std::size_t>(
       std::count_if(text.begin(), text.end(), [](char byte) { return !IsUtf8Continuation(byte); }));
@@ -75,7 +75,7 @@ class Reviewer {
     return std::all_of(odd, end, [this](const ListLine& line) { return TakeOddLine(line); });
   }
 
-  // The diagnostics that depend on all rows.
+  // Adds the diagnostics that depend on all rows.
   void TakeEnd() {
     std::vector<ListDiagnostic>& diagnostics = review.diagnostics;
     for (ListDiagnostic& diagnostic : diagnostics) {
@@ -115,7 +115,7 @@ class Reviewer {
     std::int64_t count = 0;
   };
 
-  // Returns the whole line of a row that is not odd: nothing of such a line is missing in the row.
+  // Returns the line of a row that is not among the odd lines: such a row holds all of its line.
   std::string RowText(std::size_t row) const {
     const ListRow& texts = reading_.list.rows[row];
     return texts.left + std::string(separator_) + texts.right;

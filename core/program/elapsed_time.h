@@ -12,7 +12,7 @@ int SecondsOfDay(const TimeOfDay& time);
 // No correction is made at midnight: a run that passes it shows a negative time.
 ElapsedTime ElapsedBetween(int start_seconds, int end_seconds);
 
-// As in "2 min 5 sec".
+// Returns a text such as "2 min 5 sec".
 std::string MinutesAndSeconds(const ElapsedTime& time);
 
 }  // namespace morvex

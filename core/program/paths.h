@@ -14,23 +14,24 @@ inline constexpr const char* kWorkFileName = "tijdel.enc";
 // Whether the host treats this name and the work file's as the same.
 bool IsWorkFileName(const Program& program, const std::string& name);
 
-// The folder, the host's separator and the name, unchanged.
+// Returns the folder, the host's separator and the name, joined without any other change.
 std::string JoinPath(const Program& program, std::string_view folder, std::string_view name);
 
 // Returns the path of `name` in the program's own folder.
 std::string InProgramFolder(const Program& program, std::string_view name);
 
-// The text before the last separator of a path; "." when it has none. A root keeps its separator.
+// Returns the part of the path before the last separator; "." if it has no separator. A root keeps
+// its separator.
 std::string FolderOf(const Program& program, const std::string& path);
-// The text behind the last separator.
+// Returns the name behind the last separator.
 std::string NameIn(const Program& program, const std::string& path);
 
 // Whether `path` is `folder` or lies below it. Compares the texts alone; `folder` ends in no
 // separator unless it is a root.
 bool IsWithin(const Program& program, std::string_view path, std::string_view folder);
 
-// Removes a backslash that is the fourth byte: the second of two in a path made from a drive root.
-// Returns the empty text once the program is to stop.
+// Removes the fourth byte if it is a backslash: in a path made from a drive root it doubles the
+// root's own backslash. Returns the empty text once the program is to stop.
 std::string Normaliseer(const Program& program, const std::string& StringIn);
 
 // Replaces every run of separators by one, except for a pair at the start.

@@ -23,7 +23,7 @@
 
 namespace morvex {
 
-// The separator of list files when none is set.
+// The separator of list files when the user has set none.
 inline constexpr const char* kDefaultSeparator = "|";
 
 // What the user set up (the settings file keeps it between uses) and what the command line asked
@@ -79,7 +79,7 @@ struct RunState {
   ElapsedTime elapsed;
   std::string ResultTail;  // second line of the result label
   // Files and folders without a copy: passed over on purpose, or failed. The first two counters
-  // leave out what nobody misses, such as the program's own files; the counts by reason do not.
+  // leave out what nobody misses, such as stale work files; the counts by reason do not.
   std::int64_t passed_over_files = 0;
   std::int64_t left_out_folders = 0;
   std::int64_t failed_files = 0;

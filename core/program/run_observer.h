@@ -15,7 +15,7 @@ enum class OutcomeKind {
   kPassedOver,  // no copy, on purpose
   kFailed,      // no copy, because of an error
   kStopped,     // a stop request or a full disk interrupted it; the copy may be cut short
-  kNotReached,  // the run ended before it came to it
+  kNotReached,  // the run ended before reaching it
 };
 
 enum class PassedOver {
@@ -37,7 +37,7 @@ enum class FailureCause {
   kNone,
   kSourceFolder,    // no work file can be created or deleted there
   kWorkFile,        // the work file could not be written, or its name is taken
-  kTarget,          // no copy can be put there
+  kTarget,          // no copy can be put into the target
   kTargetIsSource,  // the copy would take the place of its own source
 };
 

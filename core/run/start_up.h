@@ -8,11 +8,12 @@
 
 namespace morvex {
 
-// The value of the first environment entry "LOCALAPPDATA="; empty when there is none.
+// Returns the value of the first environment entry "LOCALAPPDATA="; empty if there is no such
+// entry.
 std::string FindLocalAppData(SystemService& system);
 
-// The value of the last environment entry "CommonProgramFiles(x86)=" up to its second backslash,
-// included; empty when there is no such entry or it has fewer than two.
+// Returns the value of the last environment entry "CommonProgramFiles(x86)=" up to and including
+// its second backslash; empty if there is no such entry or it has fewer than two.
 std::string FindCommonFilesLocation(SystemService& system);
 
 // Call once, on a new program. Returns an error of the command line: the program has then ended

@@ -16,7 +16,7 @@ bool IsOption(std::string_view piece, std::string_view name) {
   return piece.starts_with(name);
 }
 
-// What follows the option's name and the one character behind it.
+// Returns the text behind the option's name and the one character that follows the name.
 std::string OptionValue(const std::string& piece, std::string_view name) {
   const std::size_t value = piece.find(name) + name.size() + 1;
   return value < piece.size() ? piece.substr(value) : std::string();

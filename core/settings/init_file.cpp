@@ -6,7 +6,7 @@
 namespace morvex {
 namespace {
 
-// What follows the first "="; the whole line when it has none.
+// Returns what follows the first "="; the whole line if it has no "=".
 std::string ValueOf(const std::string& line) {
   const std::size_t equals = line.find('=');
   return equals == std::string::npos ? line : line.substr(equals + 1);

@@ -18,8 +18,8 @@ void SkipBlanks(std::string_view& text) {
   while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
 }
 
-// Whether a number that is out of the type's range is too close to zero rather than too large. Its
-// exponent says so, or the position of its first digit that is not 0.
+// For a number out of the type's range: whether it is too close to zero rather than too large. The
+// exponent and the position of the first digit that is not 0 tell.
 bool IsTiny(std::string_view number) {
   const std::size_t mark = std::min(number.find_first_of("eE"), number.size());
   const std::string_view digits = number.substr(0, mark);
@@ -36,7 +36,7 @@ bool IsTiny(std::string_view number) {
   return before_point + (negative ? -power : power) <= 0;
 }
 
-// Removes the number from the beginning of the text and returns it; nothing when there is none.
+// Removes the number from the beginning of the text and returns it; nothing if no number is there.
 std::optional<long double> TakeNumber(std::string_view& text) {
   std::string_view rest = text;
   const bool negative = rest.starts_with('-');

@@ -15,7 +15,7 @@
 namespace morvex {
 namespace {
 
-// The first six lines. A line that the file does not have changes nothing.
+// Takes over the first six lines. A line that the file does not have changes nothing.
 void TakePlacedLines(Program& program, const InitFile& file) {
   Settings& settings = program.settings;
   if (file.source) Text1_Change(program, kSourceBox, *file.source);
@@ -60,7 +60,7 @@ void TakeList(Program& program) {
   }
 }
 
-// Finds the file to read. Returns false when there is none.
+// Finds the settings file to read. Returns false if it does not exist.
 bool ChooseInitFile(Program& program, std::string& path) {
   Settings& settings = program.settings;
   if (settings.CommandLine_SET) {

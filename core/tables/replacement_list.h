@@ -19,14 +19,14 @@ struct ListRow {
 };
 
 struct ReplacementList {
-  std::string path;           // of its file; empty when it was never in one
+  std::string path;           // of its file; empty if it has no file
   std::vector<ListRow> rows;  // in the order in which a run tries them
 };
 
-// The wildcard of this code as a text; empty for code 0, which means none.
+// Returns the wildcard with this code as a text; empty for code 0, which stands for no wildcard.
 std::string WildcardText(std::uint8_t code);
 
-// Sets both flags of every row. No text holds the empty wildcard.
+// Sets both flags of every row. An empty `wildcard` occurs in no text.
 void FlagWildcards(ReplacementList& list, std::string_view wildcard);
 
 }  // namespace morvex

@@ -22,7 +22,7 @@ std::int64_t Measure(const std::vector<std::string>& texts, std::vector<std::int
   return longest;
 }
 
-// The text behind the first wildcard; the whole text when it holds none.
+// Returns the text behind the first wildcard; the whole text if it holds no wildcard.
 std::string TailBehindWildcard(const std::string& text, std::uint8_t joker) {
   const std::size_t found = joker == 0 ? std::string::npos : text.find(static_cast<char>(joker));
   return found == std::string::npos ? text : text.substr(found + 1);

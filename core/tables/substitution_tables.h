@@ -41,7 +41,7 @@ struct SubstitutionTables {
   std::vector<std::string> JokerTail;  // of a JokerLeft row: the text behind its first wildcard
   std::uint64_t version = 0;           // counts the changes
 
-  // Rows 0 to PairCount, positions 0 to the longest text's length; nothing outside these bounds.
+  // Both return nothing outside rows 0 to PairCount and positions 0 to the longest text's length.
   std::optional<std::uint8_t> LeftBytes(std::int64_t row, std::int64_t position) const {
     return Cell(LeftTexts, MaxLeftLen, row, position);
   }

@@ -17,7 +17,7 @@ constexpr std::array<char32_t, 32> kWindowsCharacters = {
 constexpr char32_t kTableBegin = 0x80;
 constexpr char32_t kTableEnd = 0xA0;  // exclusive
 
-// UTF-16 writes a character from here on as a high and a low surrogate with 10 bits each.
+// From this character on, UTF-16 writes a high and a low surrogate with 10 bits each.
 constexpr char32_t kFirstPair = 0x10000;
 constexpr char32_t kLastCharacter = 0x10FFFF;
 constexpr char32_t kFirstHigh = 0xD800;

@@ -27,7 +27,7 @@ std::optional<std::u32string> Decode(std::string_view bytes, Encoding encoding);
 // number that is no character.
 std::optional<std::string> Encode(char32_t character, Encoding encoding);
 
-// Returns the bytes of a whole text. Returns nothing where one of its characters has none.
+// Returns the bytes of a whole text; nothing if the encoding lacks one of its characters.
 std::optional<std::string> Encode(std::u32string_view text, Encoding encoding);
 
 }  // namespace morvex

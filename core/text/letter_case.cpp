@@ -74,8 +74,8 @@ constexpr CaseRange kRanges[] = {
 };
 // clang-format on
 
-// Letters with more than two forms: each of a group may stand for each other one. The group of i
-// has four, because Turkic alphabets pair them differently.
+// Letters with more than two forms. Within a group each form may stand for each other form. The
+// group of i has four, because Turkic alphabets pair them differently.
 constexpr std::array<std::u32string_view, 26> kGroups = {
     U"Ii\x130\x131",           U"\xB5\x39C\x3BC",
     U"\xC5\xE5\x212B",  // the Angstrom sign
@@ -103,7 +103,7 @@ struct LigatureLetters {
 constexpr std::array<LigatureLetters, 15> kLigatures = {{
     {0xDF, U"ss"},     // the sharp s ...
     {0x1E9E, U"ss"},   // ... and its capital
-    {0xFB03, U"ffi"},  // longer ones come before those that they begin with
+    {0xFB03, U"ffi"},  // a longer ligature comes before the ligatures it begins with
     {0xFB04, U"ffl"},
     {0xFB00, U"ff"},
     {0xFB01, U"fi"},

@@ -22,7 +22,8 @@ bool IsControl(char32_t character) {
   return character < 0x20 || (character >= 0x7F && character < 0xA0);
 }
 
-// Has no width, or changes where or in which order the text around it is shown.
+// Whether the character has no width, or changes where or in which order the text around it is
+// shown.
 bool IsUnseen(char32_t character) {
   return character == 0x61C || (character >= 0x200B && character <= 0x200F) ||
          (character >= 0x2028 && character <= 0x202E) ||
@@ -69,7 +70,7 @@ class ShownSoFar {
 
  private:
   std::string shown_;
-  std::vector<std::size_t> backslashes_;  // offsets in shown_ of those that are no escape
+  std::vector<std::size_t> backslashes_;  // offsets in shown_ of backslashes that begin no escape
 };
 
 std::string Shown(std::u32string_view text) {
@@ -78,7 +79,7 @@ std::string Shown(std::u32string_view text) {
   return shown.Text();
 }
 
-// Without the continuation bytes of a character that begins in front of the piece.
+// Removes the continuation bytes of a character that begins in front of the piece.
 std::string_view WithoutCutBeginning(std::string_view bytes) {
   std::size_t cut = 0;
   while (cut < bytes.size() && cut < kLongestUtf8 - 1 && IsUtf8Continuation(bytes[cut])) ++cut;
@@ -141,7 +142,8 @@ std::string Printable(std::string_view text) {
   while (!text.empty()) {
     const Utf8Sequence sequence = ReadUtf8(text);
     const bool is_control = sequence.character && IsControl(*sequence.character);
-    // U+0080 to U+009F lose their second byte, which is a control character to other terminals.
+    // Of U+0080 to U+009F takes only the first byte. The second byte, which is a control character
+    // to other terminals, is escaped next.
     const std::size_t size = is_control ? 1 : sequence.size;
     const auto code = static_cast<unsigned char>(text.front());
     if (size == 1 && IsControl(code)) {

@@ -11,7 +11,7 @@ constexpr char32_t kLastCharacter = 0x10FFFF;
 // By number of bytes, the smallest code point that needs so many. A smaller one would be overlong.
 constexpr std::array<char32_t, kLongestUtf8 + 1> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
 
-// Bytes of the sequence that a lead byte announces; 0 for a byte that is no lead byte.
+// Returns the length in bytes of the sequence that a lead byte announces; 0 for any other byte.
 std::size_t AnnouncedSize(std::uint8_t lead) {
   if (lead < 0x80) return 1;
   if (lead >= 0xC2 && lead <= 0xDF) return 2;

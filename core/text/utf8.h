@@ -1,4 +1,4 @@
-// Reads UTF-8. Whoever has bytes that may be UTF-8 reads them here.
+// Reads UTF-8. All code that reads UTF-8 does so here.
 #pragma once
 
 #include <cstddef>
@@ -10,13 +10,13 @@ namespace morvex {
 // The most bytes that one character takes in UTF-8.
 inline constexpr std::size_t kLongestUtf8 = 4;
 
-// The first sequence of some bytes.
+// The UTF-8 sequence at the beginning of some bytes.
 struct Utf8Sequence {
-  // Bytes, 1 to 4: those of a lead byte (C2 to F4) and all the continuation bytes that it asks for;
-  // 1 for any other byte and for a lead byte without them.
+  // Length in bytes, 1 to 4. A lead byte (C2 to F4) counts together with the continuation bytes
+  // that it asks for. Any other byte, and a lead byte without all of these, has length 1.
   std::size_t size = 1;
-  // The code point. Nothing where the bytes encode none: a stray or truncated byte, an overlong
-  // form, a surrogate (U+D800 to U+DFFF), or a number above U+10FFFF.
+  // The code point; nothing if the bytes encode no code point: a stray or truncated byte, an
+  // overlong form, a surrogate (U+D800 to U+DFFF), or a number above U+10FFFF.
   std::optional<char32_t> character;
 };
 

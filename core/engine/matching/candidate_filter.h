@@ -37,7 +37,7 @@ class CandidateFilter {
   ScanTables tables_;
   Scan scan_;
   std::size_t dense_;
-  int blocks_without_scan_ = 0;  // that still skip the scan
+  int blocks_without_scan_ = 0;  // how many still skip the scan
 };
 
 }  // namespace morvex

@@ -30,7 +30,8 @@ class CaptureMemory {
   // receives the buffer that this source leaves.
   void Open(const InputWindow& input, CaptureState& state);
 
-  // The next functions report events, in the order in which the events happen.
+  // The functions from here to StartAt report events. Call them in the order in which the events
+  // happen.
 
   // The attempt at `offset` captured bytes; for `more` see MatchAttempt::Round.
   void Captured(std::uint64_t offset, const MatchAttempt& attempt,

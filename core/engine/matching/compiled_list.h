@@ -20,7 +20,7 @@
 
 namespace morvex {
 
-// What a row writes where it matches, in half a cache line.
+// What a row writes where it matches. The struct takes 32 bytes, half a cache line.
 struct RowEffect {
   static constexpr std::size_t kShort = 16;
 

@@ -80,7 +80,7 @@ class HashFilter {
 
  private:
   static constexpr int kSecondShift = 64 - 18;
-  static constexpr int kBytesShift = 64 - 15;  // 32 KiB, as the bits of most lists take
+  static constexpr int kBytesShift = 64 - 15;  // the table of bytes takes 32 KiB
 
   static std::uint64_t Hash(std::uint64_t start) { return start * 0x9E3779B97F4A7C15; }
   std::uint8_t Bit(std::uint64_t start) const {

@@ -76,7 +76,7 @@ class MatchAttempt {
     return span_open_ && !tail_seen_ && !failed_ && position_ <= row.width;
   }
 
-  // After the last round: whether the row matched, and with how many bytes.
+  // Call after the last round: whether the row matched, and with how many bytes.
   bool Matched(const PatternRow& row) const {
     return !overflowed_ && round_ > static_cast<std::int64_t>(row.left.size()) + extra_;
   }

@@ -27,7 +27,7 @@ class NextNul {
 
  private:
   std::uint64_t found_ = kNowhere;
-  std::uint64_t searched_ = 0;  // no NUL but found_ lies between the last `from` and here
+  std::uint64_t searched_ = 0;  // no NUL other than found_ lies between the last `from` and here
 };
 
 class NextTail {

@@ -3,9 +3,9 @@
 // stands for the longest text that begins at the offset and is the end of some prefix.
 //
 // The states nearest to the root, in which the automaton is most of the time, have all their
-// transitions in a table, those after a failure included. The other states only know their children
-// and their failure state. So memory grows with the total size of the prefixes and not with the
-// number of different bytes in them.
+// transitions in a table, including those that follow failure states. The other states only know
+// their children and their failure state. So memory grows with the total size of the prefixes and
+// not with the number of different bytes in them.
 #pragma once
 
 #include <array>

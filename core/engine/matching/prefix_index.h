@@ -83,7 +83,7 @@ class PrefixIndex {
     bool is_long = false;            // `size` is more than 16
     bool is_last = false;            // in its group
   };
-  // The first row of each kind among those found at an offset.
+  // The first row of each kind among the rows found at an offset.
   struct Best {
     std::uint32_t plain = kNoRow;
     std::uint32_t attempt = kNoRow;
@@ -92,7 +92,7 @@ class PrefixIndex {
     template <bool kAttempts>  // whether any row of the list needs an attempt
     void Note(const Member& member, bool stands);
     template <bool kAttempts>
-    std::int32_t Row() const;  // as LookUp sets `found`
+    std::int32_t Row() const;  // the number for `found` of LookUp
   };
   struct Node {
     // `label`: the bytes that all prefixes below the node share. `label_begin`: the first 8 of
@@ -121,7 +121,7 @@ class PrefixIndex {
   struct Reached {
     std::uint32_t to;
     std::uint32_t at;
-    std::uint32_t item;  // index of the offset among those looked up
+    std::uint32_t item;  // index of the offset in `offsets`
   };
   // A step to probe for.
   struct Wanted {

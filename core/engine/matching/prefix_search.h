@@ -31,10 +31,9 @@ struct Candidate {
   static constexpr std::int32_t kNone = -1;
 
   std::uint64_t offset = 0;
-  std::int32_t plain = kNone;   // the plain row that matches when no row in front of it does
-  bool needs_attempts = false;  // rows must be tried: those in PrefixSearch::found()
-  std::int32_t only_attempt =
-      kNone;  // the only row there, if it is one to try; then found() is not set
+  std::int32_t plain = kNone;         // the plain row that matches when no row in front of it does
+  bool needs_attempts = false;        // rows must be tried: those in PrefixSearch::found()
+  std::int32_t only_attempt = kNone;  // if set, the only row there: try it and ignore found()
 };
 
 class PrefixSearch {
@@ -57,8 +56,7 @@ class PrefixSearch {
   // `begin`; `size` bytes may be read. PrefixIndex::kReadAhead and ScanTables::kReadAhead more
   // bytes are read but treated as absent.
   //
-  // Calls `run_batch` for each batch of candidates, in ascending order. The argument of `run_batch`
-  // has
+  // Calls `run_batch` for each batch of candidates, in ascending order. A batch has
   //   bool Next(std::uint64_t from, Candidate& candidate): sets the next candidate at or behind
   //     `from`, or returns false when the batch has no more;
   //   std::size_t extra_probes() const: the index's probes beyond those of an ordinary list;
@@ -213,7 +211,7 @@ class PrefixSearch {
   std::optional<PrefixAutomaton> automaton_;  // built when it is first needed
   bool always_automaton_;
   bool automaton_refused_;                 // it would take too much time and memory
-  std::size_t offsets_for_automaton_ = 0;  // that it has yet to search
+  std::size_t offsets_for_automaton_ = 0;  // left for it to search
   std::array<std::uint16_t, CandidateFilter::kRoom> offsets_{};
   std::vector<PrefixAutomaton::Found> states_;
   std::vector<std::int32_t> found_;

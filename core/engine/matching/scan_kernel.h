@@ -1,6 +1,6 @@
-// The scan for offsets where a prefix can begin, by the first three bytes alone: the innermost loop
-// of a run, in several forms for several instruction sets. Every form may pass offsets where no
-// prefix stands; none leaves out an offset where one does.
+// The scan for offsets where a prefix can begin, by its first three bytes at most. It is the
+// innermost loop of a run and has several forms for several instruction sets. Every form may pass
+// offsets where no prefix stands, but never leaves out an offset where one stands.
 #pragma once
 
 #include <array>
@@ -42,7 +42,7 @@ struct ScanTables {
 // their number. `offsets` has room for `count` and kSpareRoom elements. `count` is at most 65536.
 using Scan = std::size_t (*)(const ScanTables& tables, const std::uint8_t* bytes, std::size_t count,
                              std::uint16_t* offsets);
-// Null when the machine does not support the kernel.
+// Returns null if the machine does not support the kernel.
 Scan ScanFor(Kernel kernel);
 
 }  // namespace morvex

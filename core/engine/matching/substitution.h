@@ -53,7 +53,7 @@ class Substitution {
  private:
   void Open(InputWindow& input, PositionedOutput& output, CaptureState& state,
             SubstitutionWatcher& watcher);
-  // The reason to end in front of `offset`, or kWholeFile for none.
+  // Returns the reason to end in front of `offset`; kWholeFile if there is no reason.
   SubstitutionEnd ReasonToEnd(std::uint64_t offset);
   // Processes a block of offsets from `offset` on. Returns the offset behind the block and behind
   // its last match.

@@ -1,5 +1,5 @@
-// Which files a run processes: those whose extension the run request names. The others are copied
-// unchanged.
+// Decides which files a run processes: the files whose extension the run request names. All other
+// files are copied unchanged.
 #pragma once
 
 #include <string>
@@ -15,7 +15,7 @@ enum class FolderPassKind {
   kWalk,     // the last four bytes of the name: for files in sub-folders
 };
 
-// What follows the first "." of the name; empty when there is none.
+// Returns what follows the first "." of the name; empty if it has no ".".
 std::string_view FileExtension(std::string_view name);
 
 // Whether the run processes a file of this name. The comparison is exact, letter case included.

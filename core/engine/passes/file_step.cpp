@@ -58,7 +58,7 @@ Result<bool> IsOwnSource(const Program& program, const FileInfo& source, const s
   return target_folder.value.identity == source_folder.value.identity;
 }
 
-// After a stop request: the part that was written still reaches the target.
+// After a stop request: delivers to `target` the part that was written.
 Outcome DeliverAtStop(Program& program, Outcome outcome, WorkFile& work, const std::string& target,
                       WorkFileAtStop at_stop) {
   const bool stays = at_stop == WorkFileAtStop::kStays;
@@ -104,7 +104,7 @@ void CountStopped(Program& program, std::int64_t written) {
   program.run.BytesTotal = program.run.BytesBefore + written;
 }
 
-// A failure is not logged: the log tells only of files that were to be processed.
+// Does not log a failure: the log tells only of files that were to be processed.
 void CopyUnchanged(Program& program, const SourceFile& source, const std::string& target) {
   const std::string path = JoinPath(program, source.folder, source.name);
   Outcome outcome = OutcomeOf(source);

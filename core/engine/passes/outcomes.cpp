@@ -7,8 +7,8 @@
 namespace morvex {
 namespace {
 
-// False for what nobody misses in the target: stale work files, and folders that are not part of
-// the source.
+// Whether somebody may miss the file or folder in the target. Nobody misses stale work files, and
+// folders that are not part of the source.
 bool IsMissed(PassedOver why) {
   return why != PassedOver::kStaleWorkFile && why != PassedOver::kTargetFolder &&
          why != PassedOver::kLoop;

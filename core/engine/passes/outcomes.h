@@ -9,7 +9,7 @@
 
 namespace morvex {
 
-// Each returns `outcome` changed into a failure, or into one that was passed over.
+// Failed returns `outcome` as a failure, PassedOverFor returns it as passed over.
 Outcome Failed(Outcome outcome, ErrorNumber error, const std::string& error_path,
                FailureCause cause = FailureCause::kNone);
 Outcome PassedOverFor(Outcome outcome, PassedOver why);

@@ -67,7 +67,7 @@ SubstitutionEnd SubstituteFile(Program& program, InputFile& source, OutputFile& 
   return end;
 }
 
-// Takes the current file's replacements back from the counts, for a copy that came to nothing.
+// Removes the current file's replacements from the counts when its copy came to nothing.
 class HitsBefore {
  public:
   explicit HitsBefore(const RunState& run)

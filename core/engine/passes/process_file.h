@@ -24,14 +24,15 @@ Outcome OutcomeOf(const SourceFile& source);
 // Path of the work file for the files of `folder`. Empty once the program is to stop.
 std::string WorkFilePath(const Program& program, const std::string& folder);
 
-// The outcome of `source` when an error of the work file leaves it without a copy. If the folder
-// forbids work files, the error is about the folder.
+// Returns the outcome of `source` when an error of the work file leaves it without a copy. If the
+// folder forbids work files, the error is about the folder.
 Outcome WorkFileFailed(const Program& program, const SourceFile& source, ErrorNumber error);
 
 // Deletes a stale work file in the folder of `source`, which is processed next, so that no byte of
-// it reaches the copy. kNone if there is none. kPathFileAccess, with nothing deleted, if `source`
-// itself is that file, by name or by a link. A link, pipe or device of that name is deleted only if
-// `name_is_taken`: creating the work file has just failed for that reason.
+// the stale file reaches the copy. kNone if there is no stale file. kPathFileAccess, with nothing
+// deleted, if `source` itself is that file, by name or by a link. A link, pipe or device of that
+// name is deleted only if `name_is_taken`: creating the work file has just failed because its name
+// was taken.
 ErrorNumber DeleteStaleWorkFile(Program& program, const SourceFile& source, bool name_is_taken);
 
 // Discards the work file of a copy that came to nothing. If that fails, the run remembers that the

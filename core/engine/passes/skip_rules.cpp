@@ -33,7 +33,7 @@ bool InLeftOutFolder(const std::string& folder) {
 
 PassedOver WhyPassedOver(const Program& program, const std::string& name, const std::string& folder,
                          const std::optional<WallTime>& modified) {
-  // Among others "Morvex.exe" and the run log, "Morvex.log".
+  // For example "Morvex.exe" and the run log, "Morvex.log".
   if (BaseName(name) == kProgramName) return PassedOver::kOwnFile;
   if (name == program.host.system.ExecutableName() + ".exe") return PassedOver::kOwnFile;
   if (InLeftOutFolder(folder)) return PassedOver::kRecycleBin;

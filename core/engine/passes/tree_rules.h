@@ -74,7 +74,7 @@ class FolderStack {
     std::size_t next = 0;              // index in `listing`
   };
 
-  // The walk goes on with the entries of this folder.
+  // Makes the walk go on with the entries of this folder.
   void Enter(Level level, const FolderInfo& folder);
   // Starts the walk with the entries of this folder.
   void Start(Level level) { levels_.push_back(std::move(level)); }
