@@ -132,7 +132,7 @@ int Overwrite(int file, std::uint64_t old_size, std::string_view bytes) {
   return ftruncate(file, static_cast<off_t>(bytes.size())) == 0 ? 0 : errno;
 }
 
-// Appends all of `bytes` or nothing to the file, which is opened for appending. Returns 0 or an
+// Appends all of `bytes` to the file, which is opened for appending, or nothing. Returns 0 or an
 // error code.
 int AppendWhole(int file, std::string_view bytes) {
   const Transfer written = WriteAll(file, bytes);

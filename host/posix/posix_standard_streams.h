@@ -5,9 +5,9 @@
 
 namespace morvex {
 
-// Occupies the numbers of those standard streams that the process was started without. Otherwise a
-// file of the run could get such a number and the program's messages would be written into it.
-// Reading and writing there still fails. Call it before anything else is opened.
+// Occupies the numbers of the standard streams that the process was started without. Otherwise a
+// file of the run could get such a number, and the program's messages would be written into that
+// file. Reading and writing such a stream still fails. Call this before anything else is opened.
 void OccupyMissingStandardStreams();
 
 }  // namespace morvex

@@ -14,6 +14,7 @@ int TerminalColumns();
 // program that asks questions stops waiting for the answer. kGoOn lets it go on: a program that
 // writes loses no bytes.
 enum class WaitsAtStop { kBreakOff, kGoOn };
+
 // From now on the first interrupt (Ctrl-C), termination or hang-up signal only sets a flag; the
 // next one ends the process as usual. A signal that the process was started to ignore stays
 // ignored. Call it once, before other threads run.

@@ -17,7 +17,7 @@
 namespace morvex::windows {
 namespace {
 
-// The second name is used if the copy itself has the first one, or if the first one is taken.
+// The second name is used if the first name is the copy's own or is taken.
 constexpr std::array<const wchar_t*, 2> kPartialNames = {L"tijdel.enc", L".tijdel.enc"};
 
 constexpr std::size_t kBlock = std::size_t{1} << 20;

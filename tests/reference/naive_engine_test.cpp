@@ -1,4 +1,4 @@
-// Random lists over random files: the engine and the naive one must agree in every byte, in the
+// Random lists over random files: the engine and the naive engine must agree in every byte, in the
 // hits and in what they keep for the next file.
 #include "tests/reference/naive_engine.h"
 

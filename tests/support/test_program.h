@@ -20,7 +20,7 @@ class FakeSystem : public SystemService {
   std::string command_line;
   std::vector<std::string> environment;
   WallTime now{std::chrono::hours(24 * 20000)};
-  // Handed out one after the other; the last one stays.
+  // Each call takes the next time; the last one stays.
   std::deque<TimeOfDay> times_of_day = {{12, 0, 0}};
   std::string short_date = "11/21/26";
   std::string time_text = "12:34:56";

@@ -257,8 +257,8 @@ class Walk {
   EntryQueue& queue_;
   const std::string root_;     // ends in a separator
   std::vector<Level> levels_;  // the folders from the root down to the current one
-  std::set<std::pair<std::uint64_t, std::uint64_t>>
-      entered_;  // device and number of every folder entered
+  // Device and number of every folder entered.
+  std::set<std::pair<std::uint64_t, std::uint64_t>> entered_;
 };
 
 }  // namespace

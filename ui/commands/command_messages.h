@@ -10,6 +10,7 @@ namespace morvex {
 enum class MessageColours { kNone, kShown };
 
 class SystemService;
+
 // Returns kShown for a terminal, unless NO_COLOR is set and not empty or TERM is "dumb".
 MessageColours ColoursFor(SystemService& system, bool is_terminal);
 
@@ -28,7 +29,7 @@ class CommandMessages {
   void Error(const std::string& place, const std::string& text);
   void Warn(const std::string& place, const std::string& text);
 
-  // Writes an information, which is no error even with `strict`.
+  // Writes information, which is no error even with `strict`.
   void Note(const std::string& place, const std::string& text);
 
   bool any_error() const { return any_error_; }

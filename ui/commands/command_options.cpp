@@ -163,8 +163,8 @@ CommandLine Wrong(const std::string& command, std::string text) {
   return line;
 }
 
-// Returns the error text for a wrong value. The parser's text contains the option as --name; for a
-// flag it begins with the name without hyphens.
+// Returns the error text for an option with a wrong number of values. The parser's text contains
+// the option as --name; for a flag it begins with the name without hyphens.
 std::string MismatchText(const std::string& text) {
   const std::size_t option = text.find("--");
   if (option == std::string::npos) return "--" + text.substr(0, text.find(' ')) + " takes no value";

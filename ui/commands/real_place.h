@@ -13,7 +13,7 @@ namespace morvex {
 std::string RealPlace(const Program& program, const std::string& path);
 
 // Returns the path of `place` relative to `folder`, which need not exist: empty for the folder
-// itself, nothing for a place outside of it or when either path is empty.
+// itself; nothing for a place outside the folder, or when either path is empty.
 std::optional<std::string> WayFrom(const Program& program, const std::string& folder,
                                    const std::string& place);
 

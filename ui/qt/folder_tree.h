@@ -49,8 +49,8 @@ class FolderTreeView : public QTreeView {
 
   const CodePage& file_names_;
   QFileSystemModel* model_ = nullptr;  // made when the tree is opened first
-  QString opened_at_;   // the folder to open, while folders are read and until the user moves; else
-                        // empty
+  // The folder to open, while folders are read and until the user moves; else empty.
+  QString opened_at_;
   bool going_ = false;  // the program is moving to a folder, not the user
   bool is_marked_ = false;
 };

@@ -73,7 +73,7 @@ TEST(SoughtTest, EveryKeyIsFoldedAndLeadsToAPart) {
 
 TEST(SoughtTest, ARareKeyHoldsARareFormNotFarFromItsBeginning) {
   const std::string far = std::string(200, 'a');
-  // In Windows-1252 the last row can be written in a single way, and that way is rare.
+  // In Windows-1252 the mu of the last row can be written in a single way, and that way is rare.
   const SoughtList list(Rows{
       {"Rossi", "x"}, {far + "ss" + far, "x"}, {"ss" + far, "x"}, {far + "\xCE\xBC" + far, "x"}});
   const std::vector<CompiledRow>& forms = list.sought->rare_forms().rows();

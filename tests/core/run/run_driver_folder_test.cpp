@@ -198,7 +198,7 @@ TEST_F(GoFolderTest, ASecondRunCountsAndScalesAnew) {
 }
 
 TEST_F(GoFolderTest, CountsBeyond32BitsAreShownAndLoggedAsTheyAre) {
-  // The counters after thousands of millions of files, before the last one.
+  // The counters as they are after thousands of millions of files, shortly before the end.
   bool grown = false;
   test_.OnEveryYield([&] {
     if (grown || program_.run.FilesSkipped == 0) return;

@@ -19,7 +19,7 @@ ReplacementList ListOf(const std::vector<std::pair<std::string, std::string>>& r
   return list;
 }
 
-// Tables of these rows; the flags say which left texts use the wildcard.
+// Returns the tables of these rows; the flags say which left texts use the wildcard.
 SubstitutionTables TablesOf(const std::vector<std::pair<std::string, std::string>>& rows,
                             const std::vector<bool>& flags, std::uint8_t joker = '*') {
   SubstitutionTables tables;

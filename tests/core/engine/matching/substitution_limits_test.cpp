@@ -66,7 +66,8 @@ TEST(SubstitutionLimits, ExtraThatFallsOutOfRangeEndsTheAttempt) {
 }
 
 TEST(SubstitutionLimits, AMatchOverABlocksBorderIsFound) {
-  // The window moves on when it shows less than the look-ahead, which is in front of its end.
+  // Three borders: a full block of the output, the offset at which the window moves on because it
+  // shows less than the look-ahead, and the end of the window's first buffer.
   for (const std::size_t border :
        {kOutputBorder, kInputBorder - InputWindow::kLookAhead, kInputBorder}) {
     for (std::size_t before = border - 12; before <= border + 1; ++before) {
