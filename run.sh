@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds morvex-cli, has it anonymise a copy of examples/case, and shows what became of it. Every
-# file it makes lies under build/.
+# Builds morvex-cli, anonymises a copy of examples/case with it, and shows the result. All files that
+# the script creates are in build/.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
@@ -8,7 +8,7 @@ root=$PWD
 work=$root/build/example
 charset=$(locale charmap)
 
-# Shows what a command wrote only when it fails.
+# Runs a command and shows its output only if it fails.
 quietly() {
   local log=$root/build/run.log
   if ! "$@" >"$log" 2>&1; then
@@ -18,12 +18,12 @@ quietly() {
   fi
 }
 
-# A Windows-1252 file as lines for this terminal.
+# Prints a Windows-1252 file for this terminal.
 shown() {
   iconv -f WINDOWS-1252 -t "$charset//TRANSLIT" "$1" | tr -d '\r'
 }
 
-# One file of the case: "-" what the source says, "+" what the copy says in its place.
+# Prints a file of the case: "-" marks lines of the source, "+" the lines of the copy in their place.
 show_change() {
   echo
   echo "$1"
@@ -31,8 +31,8 @@ show_change() {
     <(shown "$work/case/$1") <(shown "$work/anonymised/$1") || true
 }
 
-# Lines 1 to 6 stand in fixed places; an extension follows its 1 (replace in such files) or 0 (only
-# copy them).
+# Prints a settings file. The first six lines have a fixed order; then each line has an extension
+# behind a 1 (replace in files with it) or a 0 (only copy them).
 settings() {
   printf '%s\r\n' "$work/case" "$work/anonymised" "$work/replacements.txt" \
     'log=1' 'sep=|' 'jok=*' '1.txt' '1.csv' '1.log' '0.xml'
@@ -45,7 +45,7 @@ mkdir -p build
 quietly cmake --preset release -DMORVEX_TESTS=OFF -DMORVEX_DESKTOP=ON
 quietly cmake --build --preset release
 
-# The program keeps its settings and its log in its own folder, so the example gets one of its own.
+# The program keeps its settings and log in its own folder, so the example gets a copy of the program.
 rm -rf "$work"
 mkdir -p "$work/anonymised"
 cp build/release/bin/morvex-cli "$work/"

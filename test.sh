@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Everything a change must pass: the build with sanitizers, the tests, the format, clang-tidy, the
-# scripts. All of it is done even when a part fails. The last line counts the tests and these
-# checks together.
+# Runs all checks that a change must pass: the build with sanitizers, the tests, the format,
+# clang-tidy, the scripts. All of them run even if one fails. The last line counts the tests and
+# these checks together.
 set -uo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
@@ -26,8 +26,8 @@ check() {
   fi
 }
 
-# The project's files that match the patterns, each ended by NUL; in a checkout those that git
-# knows or would add.
+# Prints the project's files that match the patterns, each with a NUL behind it. In a checkout these
+# are the files that git knows or would add.
 project_files() {
   local pattern file named=()
   if [[ $(git rev-parse --show-toplevel 2>/dev/null) == "$(pwd -P)" ]]; then
@@ -47,8 +47,8 @@ build() {
   cmake --preset dev -DMORVEX_DESKTOP=ON && cmake --build --preset dev
 }
 
-# Counts test by test. A test that could not be started counts as failed: only one that said so
-# itself is skipped.
+# Runs the tests and adds their counts. A test that could not be started has failed; only a test that
+# says so itself is skipped.
 tests() {
   heading 'Tests'
   local log=build/tests.log line
@@ -71,7 +71,7 @@ format() {
   ((${#files[@]})) && clang-format --dry-run -Werror "${files[@]}"
 }
 
-# Headers are looked at with the sources that include them.
+# clang-tidy checks headers together with the sources that include them.
 tidy() {
   local database=build/dev/compile_commands.json log=build/clang-tidy.log here sources
   here=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' build/dev/CMakeCache.txt |

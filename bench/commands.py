@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Times check and filter beside grep and cat over one large text, in turns, and prints medians.
+"""Times check, filter, grep and cat over one large text, in turns, and prints the medians.
 
     bench/commands.py PROGRAM FOLDER [ROUNDS [MIB]]
 
-The text is made of sentences from a fixed seed and holds none of the list's names but a few, as a
-finished copy does; the list has 1,000 rows of first and last names, a third of them with letters
-beyond ASCII. Every command reads the file from the page cache.
+The text is made of sentences from a fixed seed. Like a finished copy, it contains very few of the
+list's names. The list has 1,000 rows of first and last names, a third of them with letters beyond
+ASCII. Every command reads the file from the page cache.
 """
 import os
 import random

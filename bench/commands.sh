@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Times check and filter over one large text, beside grep and cat in the same run: see commands.py.
+# Times check, filter, grep and cat over one large text: see commands.py.
 #
 #   bench/commands.sh [ROUNDS [MIB [FOLDER]]]     5 rounds, 1024 MiB, in a new folder under /tmp
 set -euo pipefail

@@ -20,7 +20,7 @@ END = "berg boer dijk horst ing ks len mans ma na ser sen stra veld vis wijk".sp
 
 
 def names(count, rng):
-    """Names none of which is the beginning of another, so that the order of rows does not matter."""
+    """Returns names of which none begins with another one, so that the order of rows does not matter."""
     found = set()
     while len(found) < count:
         found.add(rng.choice(START) + "".join(rng.choices(MIDDLE, k=rng.randrange(1, 4))) + rng.choice(END))
@@ -40,7 +40,7 @@ def prose(size, people, rng):
 
 
 def workload(name, rows, files):
-    """files: (folder, name, bytes) in the source."""
+    """Writes the case `name`; `files` are tuples (folder, name, bytes) in its source. Returns its folder and rows."""
     home = os.path.join(work, name)
     shutil.rmtree(home, ignore_errors=True)
     for folder, file, data in files:
@@ -69,7 +69,7 @@ def each_file(target):
 
 
 def programs(home, rows):
-    """(name, command that must be there, what bash runs)"""
+    """Yields tuples: the name in the table, the command that must be installed, the line for bash."""
     copy = f"cp -r {home}/source {home}/target"
     target = f"{home}/target"
     yield "morvex-cli", cli, f"mkdir {target} && {home}/morvex/morvex-cli -if {home}/settings.dat"
@@ -82,7 +82,7 @@ def programs(home, rows):
 
 
 def same(home):
-    """The target holds what morvex-cli made there."""
+    """Returns whether the target holds the files that morvex-cli made."""
     for folder, _, files in os.walk(f"{home}/expected"):
         other = folder.replace(f"{home}/expected", f"{home}/target", 1)
         if any(not os.path.exists(f"{other}/{f}") or not filecmp.cmp(f"{folder}/{f}", f"{other}/{f}", False)
@@ -98,8 +98,8 @@ def run(command):
 
 
 def put_away(home):
-    """Frees the target's name. Many files are kept to the end, for a disk that has just deleted some
-    is slow at making new ones."""
+    """Frees the target's name. A large target is renamed and kept to the end: a disk that has just deleted
+    many files creates new ones slowly."""
     target = f"{home}/target"
     if sum(len(files) for _, _, files in os.walk(target)) < 100:
         shutil.rmtree(target, ignore_errors=True)

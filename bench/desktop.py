@@ -1,10 +1,10 @@
 #!/usr/bin/python3
-"""What the windows cost and how soon they answer, on an X server that shows nothing to anyone.
+"""Measures what the windows cost and how soon they answer, on an X server without a visible screen.
 
     bench/desktop.py PROGRAM CONSOLE_PROGRAM [pairs] [clicks] [exit] [editor]
 
-Both programs as built for users. Without a name at the end all four are measured; the lines that
-are printed tell what each figure is. Folders are made under /tmp and removed.
+Both programs must be built as for users. Without names of measurements, all four are made; the
+printed lines say what each figure is. The folders are created in the temporary folder and deleted.
 """
 
 import os
@@ -28,12 +28,12 @@ PAIRS = 11
 CLICKS = 200
 LARGE = 1 << 30
 ROWS = 10000
-# As on a machine where no screen reader runs.
+# Makes Qt behave as on a machine without a screen reader.
 SILENT = {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "0"}
 
 
 class Home:
-    """A folder with a program of each kind, a source, a target, a list and settings."""
+    """A folder with both programs, a source, a target, a list and settings."""
 
     def __init__(self, program, console):
         self.root = tempfile.mkdtemp(prefix="morvex-bench-")
@@ -86,7 +86,7 @@ def seconds(command, environment):
 
 
 def measure_pairs(home):
-    """The same unattended run by turns; each time is that of the whole process."""
+    """Both programs make the same unattended run in turns; each time is that of the whole process."""
     home.write_list(1000)
     home.write_tree()
     home.write_settings("settings.dat")
@@ -116,7 +116,7 @@ def measure_pairs(home):
 
 
 class Eye:
-    """Clicks and looks at the screen without a program in between, for times of milliseconds."""
+    """Clicks and reads pixels without starting a program, to measure milliseconds."""
 
     def __init__(self, screen):
         from Xlib import X, display
@@ -133,7 +133,7 @@ class Eye:
         self._display.sync()
 
     def until_changed(self, x, y, before, longest=5):
-        """Seconds until another colour is seen there; None when it takes too long."""
+        """Returns the seconds until the pixel's colour is no longer `before`; None after `longest` seconds."""
         start = time.monotonic()
         while time.monotonic() < start + longest:
             if self.colour(x, y) != before:
@@ -143,7 +143,7 @@ class Eye:
 
 
 def measure_clicks(home):
-    """A press on a picture darkens its ground: the time from the event to the pixel, all through runs."""
+    """The time from a press on a picture to its darkened background, measured many times during runs."""
     home.write_list(1000)
     home.write_tree()
     home.write_settings("settings.dat")
@@ -158,7 +158,7 @@ def measure_clicks(home):
             program.wait_for_window(MAIN)
             left, top, width, _ = program.find(MAIN, "Options").place
             program.point_at(MAIN, "Options")
-            spot = left + width // 2, top + 3  # ground of the picture, clear of its lines
+            spot = left + width // 2, top + 3  # background of the picture, between its lines
             wait_for("first copy", lambda: os.listdir(home.path("target")))
             times += clicks_during(program, eye, spot)
             program.close()
@@ -178,7 +178,7 @@ def clicks_during(program, eye, spot):
         down = eye.colour(*spot)
         eye.button(False)
         released = eye.until_changed(*spot, down)
-        time.sleep(rng.uniform(0.001, 0.02))  # so that clicks fall everywhere between two looks at the events
+        time.sleep(rng.uniform(0.001, 0.02))  # clicks come at any time between two checks for events
         if program.process.poll() is None:
             if pressed is None or released is None:
                 raise TimeoutError("a click was not answered within 5 seconds")
@@ -187,7 +187,7 @@ def clicks_during(program, eye, spot):
 
 
 def measure_exit(home):
-    """From the click on Exit in the middle of a large file to the end of the process."""
+    """The time from a click on Exit in the middle of a large file to the end of the process."""
     home.write_list(1000)
     home.write_settings("windows/Init.dat")
     with open(home.path("source/large.txt"), "wb") as file:
@@ -221,7 +221,7 @@ def measure_exit(home):
 
 
 def measure_editor(home):
-    """From the event to what a screen reader finds in the windows, so 50 ms and more are the looking's."""
+    """The time from an event to the result that a screen reader finds; reading it takes 50 ms and more."""
     home.write_list(ROWS)
     home.write_settings("windows/Init.dat")
     with Screen(variables={}) as screen:

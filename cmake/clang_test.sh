@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the core, the console program and their tests with Clang, warnings as errors, and runs the
-# tests. The last line counts the tests and the build together.
+# Builds the core, the console program and their tests with Clang, with warnings as errors, and runs
+# the tests. The last line counts the tests, and the build as one more.
 set -uo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs those of the Debian packages named as arguments that are missing. Nothing is downloaded
-# and no rights are asked for when all of them are there.
+# Installs the missing ones of the Debian packages named as arguments. If none is missing, the script
+# downloads nothing and needs no rights.
 set -euo pipefail
 
 installed() {

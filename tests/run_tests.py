@@ -1,12 +1,12 @@
 #!/usr/bin/python3
-"""Runs every CTest test of a build folder, many GoogleTest cases in one process, and counts case by case.
+"""Runs every CTest test of a build folder, with many GoogleTest cases per process, and counts the cases.
 
     run_tests.py BUILD_FOLDER [JOBS]
 
-CTest starts a process per case; with sanitizers, most of the time goes into starting them. Here the cases
-of a program are dealt out to batches, JOBS of which run at a time (default: the number of processors). A
-case that crashes or takes longer than its TIMEOUT has failed; the cases that its process had not begun run
-in another one. The last line counts; the exit status is 0 when nothing failed.
+CTest starts a process per case, and with sanitizers most of the time goes into these starts. This script
+divides the cases of a program into batches and runs JOBS batches at a time (default: the number of
+processors). A case that crashes or takes longer than its TIMEOUT has failed; cases that its process had not
+begun run in another process. The last line has the counts; the exit status is 0 if nothing failed.
 """
 
 import collections
@@ -31,7 +31,7 @@ Test = collections.namedtuple("Test", "name command case properties")
 
 
 class Process:
-    """A test process that is killed, with all that it started, when a part of its work outlasts the time limit."""
+    """A test process. It is killed, with all processes that it started, if a part of its work exceeds the limit."""
 
     def __init__(self, command, properties):
         environment = dict(os.environ)
@@ -58,7 +58,7 @@ class Process:
         yield from self.process.stdout
 
     def end(self):
-        """Says how the process ended: an empty text where it did well."""
+        """Returns how the process ended, or an empty text if it ended well."""
         status = self.process.wait()
         self.timer.cancel()
         if self.timed_out:
@@ -87,7 +87,7 @@ class Counts:
 
 
 def run_alone(test, counts):
-    """A test that is a program or script of its own: its exit status counts."""
+    """Runs a test that is a whole program or script: its exit status is the result."""
     process = Process(test.command, test.properties)
     output = "".join(process.lines())
     counts.add(test.name, process.end() or "passed", output)
@@ -117,7 +117,7 @@ def run_batch(batch, counts):
     if current:
         counts.add(names[current], how or "ended its process", "".join(output))
     elif how and not failures or waiting and len(waiting) == len(names):
-        # It ended badly although its cases passed (a leak, perhaps), or ran none of them.
+        # The process ended badly although its cases passed (perhaps a leak), or it ran none of them.
         counts.add(os.path.basename(batch[0].command[0]), how or "ran no test", "".join(output))
         for case in waiting:
             counts.add(names[case], "not run", "")
@@ -152,8 +152,8 @@ def read_tests(build):
 
 
 def batches_of(tests):
-    """The longest tests first, so that no processor waits long at the end: the fewer cases a program has,
-    the longer each takes. Neighbours go to different batches, for slow cases stand side by side."""
+    """Yields batches of tests, long ones first, so that no processor waits long at the end: the fewer cases a
+    program has, the longer each takes. Neighbours go to different batches: slow cases are often neighbours."""
     groups = collections.defaultdict(list)
     for test in tests:
         groups[test.name if test.case is None else str((test.command, test.properties))].append(test)

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The runner of all tests counts every case once, whatever becomes of the process that it shares."""
+"""run_tests.py counts every case once, whatever happens to the process that runs it."""
 
 import os
 import subprocess
@@ -9,7 +9,7 @@ import unittest
 
 RUNNER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "run_tests.py")
 
-# Says what a program of GoogleTest says. The name of a case tells what becomes of it.
+# Prints what a GoogleTest program prints. The name of a case says how the case ends.
 PROGRAM = '''#!/usr/bin/python3
 import os, sys, time
 cases = [word for word in sys.argv if word.startswith("--gtest_filter=")][0].split("=", 1)[1].split(":")

@@ -1,11 +1,11 @@
 #!/usr/bin/python3
-"""Takes the pictures of this folder: the real program, on a screen of its own, led by keys and clicks.
+"""Takes the pictures of this folder: runs the program on a screen of its own, with keys and clicks.
 
     docs/screenshots/take.py PROGRAM [FOLDER]
 
-PROGRAM is the desktop program, FOLDER (this one unless named) gets the pictures: each window on a light
-and on a dark desktop, at 96 and at 192 dots per inch. With MORVEX_PICTURES=dark-192 and the like only
-those of that desktop are taken. After a failure failed.png shows the screen.
+PROGRAM is the desktop program. FOLDER (default: the folder of this script) receives the pictures: each
+window on a light and a dark desktop, at 96 and 192 dots per inch. MORVEX_PICTURES, such as dark-192,
+limits them to one of these desktops. After a failure, failed.png shows the screen.
 """
 
 import functools
@@ -22,14 +22,14 @@ sys.path.insert(0, os.path.join(root, "tests", "desktop"))
 from program import EDITOR, MAIN, OPTIONS, Program  # noqa: E402  (its folder is named first)
 from screen import Screen, wait_for  # noqa: E402
 
-HOME = "/tmp/ada"  # stands in the pictures; made anew and removed
+HOME = "/tmp/ada"  # visible in the pictures; created and deleted by this script
 CASE = HOME + "/Cases/2024 Quay Lane"
-LARGE = 1 << 30  # bytes of the file that a run is seen to work on
+LARGE = 1 << 30  # bytes of the file that the run works on in the pictures
 FOLDERS = """Cases/2023 Canal Street, Cases/2023 Dyke 7, Cases/2024 Harbour Square, Cases/2024 Mill Lane,
 Cases/2024 Quay Lane/hearing/exhibits, Cases/2024 Quay Lane/post, Cases/2025 Old Market, Cases/2025 Tower Road,
 Handover, Letters, Templates""".split(",")
 
-# What a desktop tells its programs; the toolkit reads it from the settings of one of them.
+# The colours of a desktop, in the form of the settings from which the toolkit reads them.
 PALETTES = {
     "light": {
         "Window": ("239,240,241", "35,38,41"),
@@ -64,7 +64,7 @@ def desktop_settings(home, name):
 
 
 def make_home():
-    """The folders and the list of someone who has a case to hand over, and a program set up for it."""
+    """Creates the home of a user with a case to hand over: folders, a list, and the program's settings."""
     shutil.rmtree(HOME, ignore_errors=True)
     for folder in FOLDERS:
         os.makedirs(os.path.join(HOME, folder.strip()), exist_ok=True)
@@ -91,7 +91,7 @@ class Session:
         self.screen, self.program, self.folder, self.ending = screen, program, folder, ending
 
     def picture(self, name, moving=False):
-        """Of the window that has the keys, frame included, when nothing moves in it any more."""
+        """Takes a picture of the active window with its frame; unless `moving`, waits until nothing moves."""
         path = os.path.join(self.folder, f"{name}-{self.ending}.png")
         self.screen.run("xdotool", "mousemove", "5", "5")
         if not moving:
@@ -101,7 +101,7 @@ class Session:
         print(path)
 
     def settle(self):
-        """Until two looks at the screen are the same."""
+        """Waits until two pictures of the screen are equal."""
         def look():
             return self.screen.run("import", "-silent", "-window", "root", "-format", "%#", "info:")
 

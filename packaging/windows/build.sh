@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds both programs for Windows on Debian, from nothing but the packages of Debian, and packs
-# them with the examples into build/Morvex-VERSION-windows-x64.zip. The first time the toolkit is
-# built too, which takes about a quarter of an hour on two cores (qt.sh).
+# Builds both programs for Windows on Debian, with Debian's packages only, and packs them with the
+# examples into build/Morvex-VERSION-windows-x64.zip. The first call also builds Qt (qt.sh), which
+# takes about a quarter of an hour on two cores.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
@@ -9,8 +9,8 @@ files=$root/packaging/windows
 build=$root/build/windows-package
 triple=x86_64-w64-mingw32
 
-# Every Windows 10 brings these, the names that stand for sets of calls (api-ms-win-core) among
-# them.
+# The libraries that are part of every Windows 10. The names api-ms-win-core-... stand for sets of
+# system calls.
 system_libraries='advapi32|api-ms-win-core-[a-z0-9-]+|authz|comctl32|comdlg32|d2d1|d3d11|d3d9|
 dwmapi|dwrite|dxgi|gdi32|imm32|
 kernel32|mpr|msvcrt|netapi32|ntdll|ole32|oleaut32|rpcrt4|secur32|setupapi|shcore|shell32|shlwapi|
@@ -19,14 +19,14 @@ user32|userenv|uxtheme|version|winmm|winspool\.drv|wtsapi32|ws2_32'
 build_programs() {
   local qt
   qt=$("$files/qt.sh" | tail -n 1)
-  # Fresh: an earlier build may have found another Qt.
+  # --fresh, since an earlier build may have found another Qt.
   cmake --fresh --preset windows -S "$root" -B "$build" -DMORVEX_TESTS=OFF -DMORVEX_DESKTOP=ON \
     -DCMAKE_TOOLCHAIN_FILE="$qt/lib/cmake/Qt6/qt.toolchain.cmake" \
     -DQT_CHAINLOAD_TOOLCHAIN_FILE="$root/cmake/mingw.cmake"
   cmake --build "$build" --target Morvex morvex-cli
 }
 
-# What a program calls must be there on every Windows.
+# Lists the libraries that a program calls. Fails if one of them is not part of every Windows.
 show_libraries() {
   local program=$1 names foreign
   names=$(LC_ALL=C "$triple-objdump" -p "$program" | sed -n 's/^\s*DLL Name: //p')

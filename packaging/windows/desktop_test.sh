@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Tries the package that build.sh has made: unpacked afresh, in an empty Wine prefix on a screen of
-# its own. The pictures of the windows go into build/windows-package/pictures.
+# Tests the package that build.sh has made: unpacks it and runs it in an empty Wine prefix, on a
+# screen of its own. The pictures of the windows go into build/windows-package/pictures.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes morvex.ico beside it anew, from the program's own drawing. To be called when that changes.
+# Makes morvex.ico in this folder from the program's drawing. Call it when the drawing changes.
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)

@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
-# Builds Qt's widgets for Windows, static, from the sources of the Qt that Debian ships for this
-# machine (its tools run here during the build, so the versions are the same). The last line on
-# standard output is the folder of the built Qt; everything else goes to standard error.
+# Builds Qt's widgets as static libraries for Windows. The sources are those of this machine's Qt
+# packages, since the build runs the tools of these packages, which must have the same version. The
+# last line on standard output is the folder of the built Qt; all else goes to standard error.
 #
-# It takes about a quarter of an hour on two cores, so the result is kept outside the repository:
-# one folder per version, recipe and compiler. A folder without the file `complete` is begun anew.
+# The build takes about a quarter of an hour on two cores, so the result is kept outside the
+# repository: one folder per version, recipe and compiler. A folder without the file `complete` is
+# built anew.
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -14,7 +15,8 @@ toolchain=$root/cmake/mingw.cmake
 "$root/cmake/install_tools.sh" cmake ninja-build dpkg-dev qt6-base-dev qt6-base-dev-tools \
   g++-mingw-w64-x86-64-posix >&2
 
-# Run from a folder that may hold the lists of source packages: this machine's own stay as they are.
+# Fetches a source package. The lists of source packages go into the current folder, so that this
+# machine's own lists stay unchanged.
 fetch_source() {
   local package=$1 version=$2 file
   mkdir -p apt/parts apt/lists/partial apt/cache/archives/partial
@@ -32,8 +34,8 @@ fetch_source() {
   apt-get "${apart[@]}" source --only-source "$package=$version"
 }
 
-# What neither the three windows nor their tests need. With no library of the system's, nothing but
-# Windows' own libraries is called.
+# The parts of Qt that neither the program's three windows nor their tests need. Without the system_
+# features Qt uses its own copies of these libraries, so programs call only Windows' own libraries.
 without=(sql network dbus printsupport vulkan concurrent xml tabletevent
   graphicsview jpeg gif pdf textodfwriter textmarkdownreader textmarkdownwriter
   undocommand mdiarea lcdnumber dial fontcombobox splashscreen

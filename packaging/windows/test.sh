@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the console program and the tests for Windows and runs them under Wine. All of it is done
-# even when a part fails. The last line counts the tests and the two builds together.
+# Builds the console program and the tests for Windows and runs the tests under Wine. All steps are
+# done even if one fails. The last line counts the tests, the two builds and the set-up of Wine.
 set -uo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
@@ -8,11 +8,11 @@ windows=$PWD/build/windows
 passed=0
 failed=0
 skipped=0
-# No more parts than the smallest program has tests.
+# At most 8 parts, so that none is without tests.
 parts=$(nproc)
 ((parts <= 8)) || parts=8
 
-# A prefix of its own, without what Wine would like to install for other programs.
+# The tests get their own Wine prefix, without the additions that Wine offers to install.
 export WINEPREFIX=$windows/wine
 export WINEDEBUG=-all
 export WINEDLLOVERRIDES='mscoree,mshtml='
@@ -42,12 +42,12 @@ build_for_windows() {
       morvex-reference-tests
 }
 
-# What judges the program's runs is a program of this machine.
+# The judge, which checks the program's runs, is a program for this machine.
 build_the_judge() {
   cmake --preset dev && cmake --build --preset dev --target morvex-windows-run-tests
 }
 
-# Dates and times as the judge expects them.
+# Sets the formats of dates and times that the judge expects.
 set_up_wine() {
   local user='HKCU\Control Panel\International'
   "$wine" wineboot --init &&
@@ -55,8 +55,9 @@ set_up_wine() {
     "$wine" reg add "$user" /v sTimeFormat /d HH:mm:ss /f
 }
 
-# Adds what the report of a test program holds, which ended with the status. A program that ends
-# without one, or in another way than its report says, counts as one failure.
+# count_report NAME REPORT STATUS: adds the counts from the report of a test program that ended with
+# the status. A program without a report, or that failed although its report shows no failure, counts
+# as one failure.
 count_report() {
   local name=$1 report=$2 status=$3 run=0 bad=0 excused=0 line
   if [[ -f $report ]]; then
@@ -77,8 +78,8 @@ count_report() {
   skipped=$((skipped + excused))
 }
 
-# tests NAME PARTS DRIVE COMMAND...: runs one test program in so many parts at a time; to the program
-# this machine's disk is the drive.
+# tests NAME PARTS DRIVE COMMAND...: runs a test program in PARTS parts at the same time. DRIVE is the
+# drive on which the program finds this machine's disk.
 tests() {
   local name=$1 parts=$2 drive=$3 report=$windows/$1.xml part status processes=()
   shift 3
@@ -97,7 +98,7 @@ tests() {
   done
 }
 
-# windows_tests NAME PARTS: the same for a program that Wine runs.
+# windows_tests NAME PARTS: calls tests for a program that Wine runs.
 windows_tests() {
   tests "$1" "$2" Z: "$wine" "$windows/bin/$1.exe"
 }
@@ -108,10 +109,10 @@ mkdir -p "$windows"
 check 'Build for Windows' build_for_windows
 check 'Build of the judge' build_the_judge
 check 'Wine' set_up_wine
-# These start themselves again for a single case, which would not be in every part.
+# These tests start their own program again for a single case, which other parts would leave out.
 windows_tests morvex-host-tests 1
 windows_tests morvex-tests "$parts"
-# The engine is judged at length on this machine; a share of the random cases will do here.
+# test.sh runs all random cases of the engine on this machine, so a part of them is enough here.
 MORVEX_JUDGE_CASES=2000 windows_tests morvex-reference-tests "$parts"
 MORVEX_CLI=$windows/bin/morvex-cli.exe MORVEX_UNDER=$wine \
   tests morvex-windows-run-tests "$parts" '' build/dev/bin/morvex-windows-run-tests

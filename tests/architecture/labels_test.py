@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Every test that CTest knows in a build folder has exactly one of the labels unit, screen and system, those
-of the preset `fast` included.
+"""Every CTest test of a build folder, also of the preset `fast`, has exactly one of the labels unit, screen
+and system.
 
     labels_test.py BUILD_FOLDER
 """

@@ -133,9 +133,8 @@ TEST(CheckCommandTest, FindsInTheSourceAtLeastEveryPlaceThatARunReplaces) {
 TEST(CheckCommandTest, TheListMayBeReadInTheEncodingThatIsNamed) {
   const CommandScene scene;
   scene.Write("list.txt", "M\xC3\xBCller|x\r\n");
-  scene.Write(
-      "tree/a",
-      "m\xC3\x83\xC2\xBCller");  // the list's bytes, taken for Windows-1252 and encoded in UTF-8
+  // The list's bytes, taken for Windows-1252 and encoded in UTF-8.
+  scene.Write("tree/a", "m\xC3\x83\xC2\xBCller");
   EXPECT_EQ(scene.Shell("morvex-cli check tree --list list.txt").status, 0);
   EXPECT_EQ(scene.Shell("morvex-cli check tree --list list.txt --list-encoding utf-8").status, 0);
   const json found = Check(scene, "tree --list list.txt --list-encoding windows-1252", 3);

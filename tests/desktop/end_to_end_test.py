@@ -1,10 +1,11 @@
 #!/usr/bin/python3
-"""The program on a screen from start to end, by real keys and clicks: paths typed, options set,
-a list of three rows typed, a run armed and started; then the copies, the log and the settings it leaves.
+"""The program on a screen from start to end, with real keys and clicks: the test types the paths, sets
+options, types a list of three rows, and arms and starts a run; then it checks the copies, the log and the
+settings.
 
     end_to_end_test.py PROGRAM PICTURES
 
-PICTURES is the folder that gets a picture of the screen when the test fails.
+PICTURES is the folder that receives a picture of the screen when the test fails.
 """
 
 import os

@@ -1,10 +1,10 @@
 #!/usr/bin/python3
-"""What a hasty hand does on a screen, by real keys and clicks: none of it may end the program, change what was
-not meant, or be lost.
+"""The keys and clicks of a hasty user on a screen: none of them may end the program, change anything
+unintended, or get lost.
 
     keys_test.py PROGRAM PICTURES
 
-PICTURES is the folder that gets a picture of the screen when a test fails.
+PICTURES is the folder that receives a picture of the screen when a test fails.
 """
 
 import contextlib
@@ -21,7 +21,7 @@ from screen import Screen, wait_for
 program_path, pictures = sys.argv[1:3]
 
 MESSAGE = "Morvex"
-LONG_FILE = b"Jansen, Piet\r\n" * 4_000_000  # lasts for some keys
+LONG_FILE = b"Jansen, Piet\r\n" * 4_000_000  # large enough to press some keys during the run
 
 
 class Keys(unittest.TestCase):
@@ -88,7 +88,7 @@ class Keys(unittest.TestCase):
             self.screen.run("xdotool", "keydown", "Return")
             try:
                 program.wait_for_window(MESSAGE)
-                time.sleep(2)  # some fifty repetitions
+                time.sleep(2)  # the key repeats about fifty times
                 self.assertEqual(program.active_title(), MESSAGE)
                 self.assertFalse(os.path.exists(self.path("new")))
             finally:
@@ -118,7 +118,7 @@ class Keys(unittest.TestCase):
             program.point_at(MAIN, "Source")
             self.screen.run("xdotool", "click", "--repeat", "2", "--delay", "60", "1")
             program.wait_for("focus in the tree", lambda: program.find(MAIN, "Folders").has_focus)
-            # The folder that the tree stands at is open.
+            # The tree shows its current folder opened.
             program.wait_for("folder in the tree", lambda: program.shown(MAIN, "sub"))
             program.press("Right")
             program.wait_for("mark on the folder", lambda: program.shown(MAIN, "sub").is_selected)

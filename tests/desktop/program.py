@@ -1,5 +1,5 @@
-"""A program on a screen, used as a person uses it: keys and clicks are events of the X server, and what
-stands in the windows is read as a screen reader reads it, by the names of the controls.
+"""A program on a screen, used as a person uses it: keys and clicks are events of the X server, and the
+contents of the windows are read as a screen reader reads them, by the names of the controls.
 """
 
 import os
@@ -12,14 +12,14 @@ from screen import PATIENCE, wait_for
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402  (the version is chosen first)
 
-# The titles of the windows; blanks at their ends are no matter here.
+# The titles of the windows, without the blanks at their ends.
 MAIN = "Morvex v11.0"
 EDITOR = "replace:" + " " * 81 + "by:"
 OPTIONS = "Opties"
 
 
 class Control:
-    """What a screen reader knows of a control, now: name, text and states change with the program."""
+    """What a screen reader knows of a control at the moment: name, text and states change with the program."""
 
     def __init__(self, accessible):
         self._accessible = accessible
@@ -34,7 +34,7 @@ class Control:
 
     @property
     def text(self):
-        """What is typed in a box."""
+        """The text in a box."""
         count = Atspi.Text.get_character_count(self._accessible)
         return Atspi.Text.get_text(self._accessible, 0, count)
 
@@ -44,7 +44,7 @@ class Control:
 
     @property
     def place(self):
-        """Left, top, width, height as the toolkit counts, in 96ths of an inch of the screen."""
+        """Left, top, width and height on the screen, in the toolkit's unit of 1/96 inch."""
         box = Atspi.Component.get_extents(self._accessible, Atspi.CoordType.SCREEN)
         return box.x, box.y, box.width, box.height
 
@@ -81,7 +81,7 @@ class Control:
 
 
 class Program:
-    """Started on the screen with its own output in `log`; `close` ends it when it has not ended."""
+    """A program started on the screen, with its output in `log`; `close` ends it if it still runs."""
 
     def __init__(self, screen, command, log):
         self.screen = screen
@@ -98,7 +98,7 @@ class Program:
         self.process.wait()
 
     def windows(self):
-        """The windows that are shown, whose names are their titles."""
+        """Returns the windows that are shown; the name of a window is its title."""
         try:
             desktop = Atspi.get_desktop(0)
             desktop.clear_cache()
@@ -108,12 +108,12 @@ class Program:
                     continue
                 program.set_cache_mask(Atspi.Cache.NONE)
                 return [window for window in Control(program).parts if window.is_shown]
-        except GLib.Error:  # not there yet, or on its way out
+        except GLib.Error:  # the program has not appeared yet, or is ending
             pass
         return []
 
     def shown(self, window, name):
-        """The control of that name in the window of that title; None when it is not shown."""
+        """Returns the control `name` in the window with the title `window`; None if it is not shown."""
         try:
             for top in self.windows():
                 if top.name.strip() != window:
@@ -124,17 +124,17 @@ class Program:
                     if control.name == name and control.is_shown and control is not top:
                         return control
                     waiting += control.parts
-        except GLib.Error:  # it went while it was looked at
+        except GLib.Error:  # the control disappeared during the search
             pass
         return None
 
     def wait_for(self, what, condition):
-        """As wait_for of the screen, but not for a program that has ended."""
+        """Works like wait_for in screen.py, but stops waiting when the program has ended."""
         def now():
             ended = self.process.poll()
             try:
                 value = condition()
-            except GLib.Error:  # of a control that has just gone
+            except GLib.Error:  # the control has just disappeared
                 value = None
             if not value and ended is not None:
                 raise RuntimeError(f"no {what}: the program has ended with status {ended}")
@@ -142,14 +142,14 @@ class Program:
         return wait_for(what, now)
 
     def find(self, window, name):
-        """The control, as soon as it is shown and enabled."""
+        """Waits until the control is shown and enabled, and returns it."""
         def ready():
             control = self.shown(window, name)
             return control if control is not None and control.is_enabled else None
         return self.wait_for(f'enabled control "{name}" in the window "{window}"', ready)
 
     def wait_for_window(self, title):
-        """Waits until the window is shown and has the keys."""
+        """Waits until the window is the active one."""
         self.wait_for(f'window "{title}" in front', lambda: self.active_title() == title)
 
     def active_title(self):
@@ -159,13 +159,13 @@ class Program:
             return None
 
     def window_place(self):
-        """Left and top of the window that has the keys."""
+        """Returns left and top of the active window."""
         told = self.screen.run("xdotool", "getactivewindow", "getwindowgeometry", "--shell")
         values = dict(line.split("=") for line in told.split())
         return int(values["X"]), int(values["Y"])
 
     def move_window(self, left, top):
-        """Moves the window that has the keys, and gives the place that it then has."""
+        """Moves the active window, and returns its new left and top."""
         before = self.window_place()
         self.screen.run("xdotool", "getactivewindow", "windowmove", str(left), str(top))
         self.wait_for("moved window", lambda: self.window_place() != before)
@@ -182,25 +182,25 @@ class Program:
         self.screen.run("xdotool", "click", "1")
 
     def press(self, *keys):
-        """Such as "Return" or "ctrl+Return"."""
+        """Presses keys, such as "Return" or "ctrl+Return"."""
         self.screen.run("xdotool", "key", *keys)
 
     def type(self, window, name, text):
-        """Types into the control, which must have the focus by then, and waits until it holds the text."""
+        """Waits until the control has the focus, types, and waits until the control holds the text."""
         self.wait_for(f'focus in "{name}"', lambda: self.find(window, name).has_focus)
         before = self.find(window, name).text
         self.screen.run("xdotool", "type", "--delay", "20", text)
         self.wait_for(f'"{before + text}" in "{name}"', lambda: self.find(window, name).text == before + text)
 
     def wait_for_end(self):
-        """The exit status."""
+        """Waits for the program's end and returns its exit status."""
         try:
             return self.process.wait(PATIENCE)
         except subprocess.TimeoutExpired:
             raise TimeoutError(f"the program has not ended within {PATIENCE} seconds") from None
 
     def described(self):
-        """All that is shown, for a person who looks for the reason of a failure."""
+        """Describes everything that is shown, for a person who looks for the reason of a failure."""
         lines = []
 
         def describe(control, depth):

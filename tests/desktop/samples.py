@@ -1,8 +1,8 @@
-"""Sources, lists and settings that more than one test works on, and what is made of them."""
+"""Sources, lists and settings that several tests use, and the results of runs over them."""
 
 import re
 
-# Typed in by hand: a few files, with three rows, one of them with a wildcard.
+# For runs that are typed by hand: a few files, and three rows of which one has a wildcard.
 LETTERS = {
     "letter.txt": b"Dear Mr Jansen,\r\nborn: 1 May;\r\nsigned: Piet\r\nde Vries. Jansen agrees.\r\n",
     "plain.bin": b"Jansen\0\xff",
@@ -15,7 +15,7 @@ LETTERS_COPIED = dict(LETTERS, **{
     "sub/note.txt": b"Jan Person A",
 })
 
-# Run unattended: files of every kind that a run knows.
+# For unattended runs: files of every kind that a run tells apart.
 CASE = {
     "letter.txt": b"Jansen, Piet\r\nde Vries, born: 1 May 1980;\r\n" * 5000,
     "two.points.txt": b"Jansen",
@@ -36,13 +36,13 @@ CASE_LIST = b"Piet[CRLF]de Vries|Person B\r\nJansen|Person A\r\nborn: *;|born: [
 
 
 def case_settings(source, target, replacements, log=1):
-    """A settings file for CASE and CASE_LIST, with paths as the program spells them."""
+    """Returns a settings file for CASE and CASE_LIST; the paths are in the program's spelling."""
     lines = [source, target, replacements, f"log={log}", "sep=|", "jok=*", "1.txt", "1.csv", "1.html", "0.bin", ""]
     return "\r\n".join(lines).encode()
 
 
 def log_of_letters(source, settings, sign):
-    """The lines that a run over LETTERS logs between its header and its time; `sign` parts folders."""
+    """Returns the lines that a run over LETTERS logs between header and duration; `sign` separates folders."""
     size = sum(len(contents) for contents in LETTERS.values() if contents is not None)
     return [
         sign.join([source, "letter.txt"]) + "  ----  Hits: 4",
@@ -58,6 +58,6 @@ def log_of_letters(source, settings, sign):
 
 
 def without_times(log):
-    """The lines of a log, but for the time of day in front and the time a run took."""
+    """Returns a log without the time of day in front of each line and without the duration of the run."""
     lines = re.sub(rb'^"\S+ ', b'"', log, flags=re.MULTILINE)
     return re.sub(rb"Verstreken tijd: \d+ min \d+ sec", b"Verstreken tijd: ...", lines)

@@ -1,6 +1,6 @@
-"""A screen of its own for a program with windows: an X server that shows nothing to anyone, a window
-manager, and the buses by which a screen reader learns what stands in the windows. All of it keeps
-to a temporary folder and ends with the screen.
+"""A separate screen for a program with windows: an X server without a visible screen, a window manager,
+and the buses by which a screen reader learns the contents of windows. All of them use a temporary
+folder and end with the screen.
 """
 
 import os
@@ -9,11 +9,11 @@ import subprocess
 import tempfile
 import time
 
-PATIENCE = 120  # seconds for what must come, on a slow machine that has other work too
+PATIENCE = 120  # seconds to wait for an event that must come, even on a slow and busy machine
 
 
 def wait_for(what, condition, seconds=PATIENCE):
-    """The first true value of `condition()`; TimeoutError with `what` when there is none in time."""
+    """Returns the first true value of `condition()`. Raises TimeoutError, which names `what`, if none comes."""
     end = time.monotonic() + seconds
     while True:
         value = condition()
@@ -25,9 +25,9 @@ def wait_for(what, condition, seconds=PATIENCE):
 
 
 class Screen:
-    """`with Screen() as screen:` starts it; `screen.environment` is for programs that shall appear
-    on it. `variables` are added to that, and `prepare` gets the folder of the settings before anything
-    starts. One process has one screen at most, for the bus of screen readers is a process's own.
+    """`with Screen() as screen:` starts a screen. Programs appear on it if they get `screen.environment`, to
+    which `variables` are added. `prepare` is called with the folder for settings before anything starts.
+    A process can have only one screen, because it connects to only one bus of screen readers.
     """
 
     def __init__(self, width=1280, height=900, dpi=96, variables=None, prepare=None):
@@ -63,11 +63,11 @@ class Screen:
         shutil.rmtree(self.folder, ignore_errors=True)
 
     def run(self, *command):
-        """What the command wrote; an error when it failed."""
+        """Runs a command and returns its output. Raises an error if the command fails."""
         return subprocess.run(command, env=self.environment, check=True, capture_output=True, text=True).stdout
 
     def take_picture(self, path):
-        """The whole screen as a PNG file."""
+        """Saves a picture of the whole screen as a PNG file."""
         self.run("import", "-silent", "-window", "root", path)
 
     def _start(self):
@@ -84,11 +84,11 @@ class Screen:
         self.environment["DISPLAY"] = ":" + number
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._first_line(
             lambda ready: ["dbus-daemon", "--session", "--nofork", f"--print-address={ready}"])
-        # Where the toolkit looks for it; the server's own figure is that of a physical screen.
+        # The toolkit reads the dots per inch from here; those of the server describe a physical screen.
         self.run("xprop", "-root", "-f", "RESOURCE_MANAGER", "8s",
                  "-set", "RESOURCE_MANAGER", f"Xft.dpi:\t{self.dpi}\n")
         self._spawn(["openbox"])
-        # From then on windows get a frame, a place and the focus.
+        # Windows get a frame, a position and the focus only when the window manager is ready.
         wait_for("window manager", lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
 
     def _spawn(self, command, **options):
@@ -99,7 +99,7 @@ class Screen:
         return process
 
     def _first_line(self, command):
-        """Starts what says on a descriptor of its own when it is ready, and gives what it says."""
+        """Starts a program that writes a line to a given descriptor when it is ready, and returns the line."""
         reading, writing = os.pipe()
         with open(reading, encoding="ascii") as told:
             try:

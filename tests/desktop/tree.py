@@ -4,7 +4,7 @@ import os
 
 
 def write_tree(root, tree):
-    """Makes `root` and all that is in it; a folder must come before what it holds."""
+    """Creates `root` with everything in `tree`; a folder must come before its contents."""
     os.mkdir(root)
     for path, contents in tree.items():
         if contents is None:

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""The program with windows and the console program, each run unattended with the same settings file:
-both must leave the same copies, the same log and the same settings, and end with the same status.
+"""The program with windows and the console program each run unattended with the same settings file: both
+must leave the same copies, log and settings, and end with the same status.
 
     unattended_test.py PROGRAM CONSOLE_PROGRAM PICTURES
 """
@@ -19,7 +19,7 @@ from tree import read_tree, write_tree
 
 program_path, console_path, pictures = sys.argv[1:4]
 
-# Names that differ in nothing but letter case are two files here.
+# On this system, names that differ only in letter case are two files.
 SOURCE = dict(CASE, **{"LETTER.TXT": b"Jansen"})
 
 
@@ -28,14 +28,14 @@ class Unattended(unittest.TestCase):
     def setUpClass(cls):
         cls.screen = cls.enterClassContext(Screen())
 
-    reason = b""  # that the program with windows gives when it cannot run
+    reason = b""  # what the program with windows prints if it cannot run
 
     def setUp(self):
         self.root = tempfile.mkdtemp(prefix="morvex-unattended-")
         self.addCleanup(shutil.rmtree, self.root)
         for folder, program in (("windows", program_path), ("console", console_path)):
             os.mkdir(self.path(folder))
-            # Files of the program's own name are skipped, so both have one name.
+            # A run skips files named like the program, so both programs have the same name.
             shutil.copy(program, self.path(folder + "/Morvex"))
         write_tree(self.path("source"), SOURCE)
         with open(self.path("list.txt"), "wb") as file:
@@ -49,7 +49,7 @@ class Unattended(unittest.TestCase):
             out.write(case_settings(self.path(source), self.path(target), self.path("list.txt"), log))
 
     def outcome(self, folder, status):
-        """What a run has left, which is then put away."""
+        """Returns what a run has left, and deletes it."""
         left = {}
         if os.path.isdir(self.path("target")):
             left = read_tree(self.path("target"))
@@ -68,7 +68,7 @@ class Unattended(unittest.TestCase):
         return self.outcome("console", process.returncode)
 
     def run_windows(self, *answers):
-        """`answers` are the boxes that come up, as the text in each and the key that is pressed then."""
+        """Runs; `answers` has the text of each message box that appears, with the key to press."""
         program = Program(self.screen, [self.path("windows/Morvex"), "-if", self.path("settings.dat")],
                           self.path("output"))
         try:
@@ -90,7 +90,8 @@ class Unattended(unittest.TestCase):
         return self.outcome("windows", status)
 
     def compare(self, *answers, target=True):
-        """Both runs, each with an empty target folder if there is one; what they have left alike."""
+        """Makes both runs, each with an empty target folder if `target`. Checks that they leave the same, and
+        returns it."""
         outcomes = []
         for run in (self.run_console, lambda: self.run_windows(*answers)):
             if target:
@@ -102,7 +103,7 @@ class Unattended(unittest.TestCase):
     def test_a_folder_tree(self):
         self.settings()
         left = self.compare()
-        self.assertEqual(left["status"], 3)  # files of the program's own name and in RECYCLED have no copy
+        self.assertEqual(left["status"], 3)  # files named like the program and files in RECYCLED have no copy
         self.assertEqual(left["target"]["sub/note.txt"], b"Jan Person A")
         self.assertEqual(left["target"]["letter.txt"], b"Person A, Person B, born: [withheld];\r\n" * 5000)
         self.assertIn(b"Vervangingen: 15003", left["beside the program"]["Morvex.log"])

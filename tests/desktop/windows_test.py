@@ -1,12 +1,12 @@
 #!/usr/bin/python3
-"""The packed programs for Windows under Wine, in an empty prefix. An unattended run of the program
-with windows must leave what the console program of this machine leaves, and end with the same
-status; a run that is typed in must leave what was typed.
+"""The packed programs for Windows under Wine, in an empty prefix. An unattended run of the program with
+windows must leave the same files as the console program of this machine, and end with the same status. A
+run with a typed list must replace as the list says.
 
     windows_test.py FOLDER CONSOLE_PROGRAM WINDOW_TESTS PICTURES
 
 FOLDER is the unpacked package; WINDOW_TESTS is the test program of the windows, built for Windows.
-A picture of each window, as Wine shows it, goes into PICTURES.
+PICTURES receives a picture of each window, as Wine shows it.
 """
 
 import glob
@@ -25,19 +25,19 @@ from tree import read_tree, write_tree
 
 package, console_path, window_tests, pictures = (os.path.abspath(path) for path in sys.argv[1:5])
 
-# As in their title bars, without the blanks at the ends.
+# The titles of the windows, without the blanks at their ends.
 MAIN = "Morvex v11.0"
 EDITOR = "replace:" + " " * 81 + "by:"
 OPTIONS = "Opties"
 
 
 def windows_path(path):
-    """Wine shows this machine's disk as drive Z."""
+    """Returns a path on drive Z, which shows this machine's disk in Wine."""
     return "Z:" + path.replace("/", "\\")
 
 
 def comparable(log):
-    """A log without times and dates, and with this machine's paths."""
+    """Returns a log without times and dates, with Windows paths as paths of this machine."""
     log = log.replace(b"Z:\\", b"/").replace(b"\\", b"/")
     return re.sub(rb"-{10,}[0-9/.-]+-{10,}", b"(date)", without_times(log))
 
@@ -50,13 +50,13 @@ class PackedProgram(unittest.TestCase):
         cls.screen.environment.update(WINEPREFIX=prefix, WINEDEBUG="-all", WINEDLLOVERRIDES="mscoree,mshtml=")
         cls.wine = shutil.which("wine64") or "/usr/lib/wine/wine64"
         server = shutil.which("wineserver") or "/usr/lib/wine/wineserver64"
-        # Dates and times as this machine's console program writes them.
+        # The formats of dates and times of this machine's console program.
         formats = "HKCU\\Control Panel\\International"
         for command in (["wineboot", "--init"], ["reg", "add", formats, "/v", "sShortDate", "/d", "MM/dd/yy", "/f"],
                         ["reg", "add", formats, "/v", "sTimeFormat", "/d", "HH:mm:ss", "/f"]):
             subprocess.run([cls.wine, *command], env=cls.screen.environment, check=True, stdin=subprocess.DEVNULL,
                            capture_output=True)
-        # Windows brings fonts of its own; Wine keeps one that is like them elsewhere.
+        # Windows has fonts in this folder; Wine keeps a similar one elsewhere.
         for font in glob.glob("/usr/share/wine/fonts/tahoma*.ttf"):
             shutil.copy(font, os.path.join(prefix, "drive_c/windows/Fonts"))
         cls.addClassCleanup(subprocess.run, [server, "--kill"], env=cls.screen.environment, check=False)
@@ -68,7 +68,7 @@ class PackedProgram(unittest.TestCase):
         for folder in ("windows", "console", "target"):
             os.mkdir(self.path(folder))
         shutil.copy(os.path.join(package, "Morvex.exe"), self.path("windows"))
-        # Files of the program's own name are skipped, so both have one name.
+        # A run skips files named like the program, so both programs have the same name.
         shutil.copy(console_path, self.path("console/Morvex"))
 
     def path(self, name):
@@ -98,7 +98,7 @@ class PackedProgram(unittest.TestCase):
             file.write(CASE_LIST)
         expected = self.run_unattended([self.path("console/Morvex")], "console", lambda path: path)
         self.assertEqual(expected["target"]["sub/note.txt"], b"Jan Person A")
-        self.assertEqual(expected["status"], 3)  # files of the program's own name have no copy
+        self.assertEqual(expected["status"], 3)  # files named like the program have no copy
         self.maxDiff = None
         found = self.run_unattended([self.wine, self.path("windows/Morvex.exe")], "windows", windows_path)
         self.assertEqual(found, expected)
@@ -111,8 +111,8 @@ class PackedProgram(unittest.TestCase):
         self.assertEqual(process.stderr.strip(), b"Run-time error '13': Type mismatch")
 
     def test_the_windows_pass_their_tests(self):
-        # Without a screen the toolkit takes its fonts from there. Wine drops "WINE" in front of the name, and
-        # whatever begins with "QT_" of itself.
+        # Without a screen the toolkit takes its fonts from QT_QPA_FONTDIR. Wine passes on no variable that begins
+        # with "QT_", but makes one from each that begins with "WINEQT_".
         fonts = windows_path("/usr/share/fonts/truetype/dejavu")
         environment = dict(self.screen.environment, WINEQT_QPA_FONTDIR=fonts)
         report = self.path("windows.xml")
@@ -198,7 +198,7 @@ class PackedProgram(unittest.TestCase):
         self.assertEqual(said[1:-1], log_of_letters(source, windows_path(settings), "\\"))
 
     def wait_for_window(self, title):
-        """Waits until the window of that title has the keys."""
+        """Waits until the window with this title is the active one."""
         def is_in_front():
             self.assertIsNone(self.program.poll(), f'the program has ended before its window "{title}" came')
             try:
@@ -208,14 +208,14 @@ class PackedProgram(unittest.TestCase):
         wait_for(f'window "{title}" in front', is_in_front)
 
     def press(self, *keys):
-        """One after the other; the program takes them in this order, however late."""
+        """Presses keys one after the other. The program handles them in this order, however late."""
         self.screen.run("xdotool", "key", "--delay", "50", *keys)
 
     def type(self, text):
         self.screen.run("xdotool", "type", "--delay", "20", text)
 
     def take_picture(self, name):
-        time.sleep(1)  # for the eye only: what was typed last is drawn by then
+        time.sleep(1)  # only for the picture: the last typed text is drawn by then
         self.screen.take_picture(os.path.join(pictures, f"windows-{name}.png"))
 
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs the built programs into a folder of its own and looks for what a desktop needs there.
+# Installs the built programs into a new folder and looks there for the files that a desktop needs.
 #
 #   install_test.sh BUILD_FOLDER
 set -euo pipefail
@@ -24,7 +24,7 @@ icon=$(sed -n 's/^Icon=//p' "$entry")
 grep -q '<svg' "$root/share/icons/hicolor/scalable/apps/$icon.svg" ||
   fail "The desktop entry shows $icon, which is not there."
 
-# Settings and log land beside the programs themselves and not where their links are.
+# The programs must write settings and log beside themselves, not beside the links to them.
 mkdir "$root/source" "$root/target"
 printf 'Jansen' >"$root/source/a.txt"
 printf 'Jansen|Person A||\r\n' >"$root/list.txt"

@@ -3,10 +3,10 @@
 
     check_real_tree.py MORVEX_CLI SOURCE_TREE WORK_FOLDER
 
-Copies SOURCE_TREE (links followed, broken ones left out) to WORK_FOLDER/source, takes the 50 commonest
-words of its text files as names, runs MORVEX_CLI on it, and computes what the target must hold with
-regular expressions, whose ordered alternatives choose as a list of plain rows does: the first row that
-fits at the leftmost place. Prints the figures; exit status 0 when everything is right.
+Copies SOURCE_TREE (without broken links, other links followed) to WORK_FOLDER/source, takes the 50
+commonest words of its text files as names, and runs MORVEX_CLI on it. Then computes the right target with
+a regular expression, whose alternatives match like a list without wildcards: the first row that fits at the
+smallest offset. Prints the figures; the exit status is 0 if everything is right.
 """
 
 import collections
@@ -21,7 +21,7 @@ SELECTED = [".txt", ".htm", ".xml", ".css"]
 
 
 def tree_of(root):
-    """Relative path -> bytes of a file, None for a folder."""
+    """Returns a dictionary: relative path -> bytes of a file, or None for a folder."""
     found = {}
     for folder, folders, files in os.walk(root):
         for name in folders:
@@ -67,7 +67,7 @@ def write_case(work, rows):
 
 
 def expected_target(source, rows):
-    """The target's tree, and the counts of files processed and copied and of hits."""
+    """Returns the right tree of the target, and the numbers of processed files, copied files and hits."""
     replacements = dict(rows)
     pattern = re.compile(b"|".join(re.escape(left) for left, _ in rows))
     target, done, copied, hits = {}, 0, 0, 0

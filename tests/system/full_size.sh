@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The trees of hostile_tree_test.cpp that are too large for every test run, at full size:
-# 200,000 files, and a file of 20 GiB, nearly all of it a hole, copied unchanged and processed.
+# Runs over trees like those of hostile_tree_test.cpp, at a size that is too large for every test run:
+# 200,000 files, and a file of 20 GiB (nearly all of it a hole) that is copied unchanged and processed.
 #   tests/system/full_size.sh build/release/bin/morvex-cli [FOLDER]
 # FOLDER (default: the temporary folder) needs about 22 GiB of free space. Prints the times.
 set -euo pipefail
@@ -16,7 +16,7 @@ fail() {
   exit 1
 }
 
-# Runs the program from $work/src to an empty $work/out; $1 names the case.
+# Runs the program from $work/src to an empty $work/out; $1 is the name of the case.
 run() {
   rm -rf "$work/out" "$work/program"
   mkdir "$work/out" "$work/program"
