@@ -22,23 +22,6 @@ void CaptureMemory::Open(const InputWindow& input, CaptureState& state) {
   more_.clear();
 }
 
-void CaptureMemory::Captured(std::uint64_t offset, const MatchAttempt& attempt,
-                             const std::vector<std::uint8_t>& more) {
-  vain_row_ = kNone;
-  tried_ = {};
-  in_window_ = true;
-  first_ = offset + static_cast<std::uint64_t>(attempt.captured_first() - 1);
-  count_ = static_cast<std::size_t>(attempt.captured_count());
-  if (!more_.empty() || !more.empty()) more_ = more;
-  may_be_long_ = true;
-}
-
-void CaptureMemory::TriedRows(std::uint64_t offset, std::int64_t after, std::int64_t before) {
-  WorkOut();
-  tried_ = {offset, after, before};
-  accounted_up_to_ = offset + 1;
-}
-
 void CaptureMemory::TriedUpTo(std::uint64_t offset) {
   WorkOut();
   if (any_cuts_ && accounted_up_to_ < offset && may_be_long_) {
@@ -86,7 +69,7 @@ bool CaptureMemory::AnyCuts(const Tried& tried) const {
 }
 
 std::string_view CaptureMemory::Bytes() {
-  WorkOut();
+  if (HasRecords()) WorkOut();
   if (AreInWindow()) return {reinterpret_cast<const char*>(input_->At(first_)), count_};
   Settle();
   return {reinterpret_cast<const char*>(state_->CaptureBuffer.data()),

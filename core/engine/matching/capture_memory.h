@@ -1,12 +1,12 @@
 // The capture buffer while a source is processed.
 //
-// Every attempt of a wildcard row overwrites the buffer. Every attempt of another row whose first
-// byte matches cuts it down to one byte. This happens at nearly every offset, but the bytes are
-// read only where a right text has a wildcard, and at the end of the source: the next source starts
-// with the same buffer, even under another list. So this class records only the last events that
-// the buffer depends on, and computes the bytes when they are asked for. A list that captures
-// nothing pays for the test of one flag per match. A list that captures but has no wildcard on the
-// right pays for the records.
+// Every attempt that comes to a wildcard overwrites the buffer. Every attempt of a row without one
+// cuts it down to one byte if the row's first byte matches. This happens at nearly every offset,
+// but the bytes are read only where a right text has a wildcard, and at the end of the source: the
+// next source starts with the same buffer, even under another list. So this class records only the
+// last events that the buffer depends on, and computes the bytes when they are asked for. A list
+// that captures nothing pays for the test of one flag per match. A list that captures but has no
+// wildcard on the right pays for the records.
 #pragma once
 
 #include <array>
@@ -35,7 +35,15 @@ class CaptureMemory {
 
   // The attempt at `offset` captured bytes; for `more` see MatchAttempt::Round.
   void Captured(std::uint64_t offset, const MatchAttempt& attempt,
-                const std::vector<std::uint8_t>& more);
+                const std::vector<std::uint8_t>& more) {
+    vain_row_ = kNone;
+    tried_ = {};
+    in_window_ = true;
+    first_ = offset + static_cast<std::uint64_t>(attempt.captured_first() - 1);
+    count_ = static_cast<std::size_t>(attempt.captured_count());
+    if (!more_.empty() || !more.empty()) more_ = more;
+    may_be_long_ = true;
+  }
   // `row`, the only row to try at `offset`, captured bytes up to its last round and failed.
   void CapturedInVain(std::int32_t row, std::uint64_t offset) {
     vain_row_ = row;
@@ -43,7 +51,11 @@ class CaptureMemory {
     may_be_long_ = true;
   }
   // The table rows between `after` and `before`, both excluded, were tried at `offset`.
-  void TriedRows(std::uint64_t offset, std::int64_t after, std::int64_t before);
+  void TriedRows(std::uint64_t offset, std::int64_t after, std::int64_t before) {
+    if (HasRecords()) WorkOut();
+    tried_ = {offset, after, before};
+    accounted_up_to_ = offset + 1;
+  }
   // At every offset that is not accounted for yet and lies in front of `offset`, all rows were
   // tried and none matched.
   void TriedUpTo(std::uint64_t offset);
@@ -75,6 +87,7 @@ class CaptureMemory {
     std::int64_t before = 0;  // 0: no rows
   };
 
+  bool HasRecords() const { return vain_row_ != kNone || tried_.before > 0; }
   void CutLong();
   void WorkOut();
   bool AnyCuts(const Tried& tried) const;

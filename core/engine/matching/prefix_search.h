@@ -60,7 +60,8 @@ class PrefixSearch {
   //   bool Next(std::uint64_t from, Candidate& candidate): sets the next candidate at or behind
   //     `from`, or returns false when the batch has no more;
   //   std::size_t extra_probes() const: the index's probes beyond those of an ordinary list;
-  //   void Prefetch(effects) const: brings the effects of the batch's plain rows into the cache.
+  //   void Prefetch(effects) const: brings the effects of the batch's plain rows into the cache;
+  //   kIsWholeBlock: the block has no other batch.
   // `run_batch` returns false to end the search. Search returns how many offsets were searched:
   // fewer than `count` if `run_batch` ended the search or the method changed.
   template <class RunBatch>
@@ -84,6 +85,8 @@ class PrefixSearch {
 
   class IndexBatch {
    public:
+    static constexpr bool kIsWholeBlock = false;
+
     // Looks up the offsets and writes the results to `rows`, which the batch keeps using.
     IndexBatch(PrefixSearch& search, const std::uint8_t* bytes, std::size_t size,
                std::uint64_t begin, const std::uint16_t* offsets, std::size_t count,
@@ -143,6 +146,8 @@ class PrefixSearch {
 
   class AutomatonBatch {
    public:
+    static constexpr bool kIsWholeBlock = true;
+
     AutomatonBatch(PrefixSearch& search, std::uint64_t begin)
         : search_(search),
           begin_(begin),

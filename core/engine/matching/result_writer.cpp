@@ -16,36 +16,6 @@ void ResultWriter::Open(const InputWindow& input, PositionedOutput& output) {
   position_ = 1;
 }
 
-// Writes bytes behind which kCopyStep more may be read.
-inline void ResultWriter::WritePadded(const std::uint8_t* bytes, std::size_t size) {
-  const PositionedOutput::Room room = output_->RoomAt(position_);
-  if (room.at != nullptr && size + kCopyStep <= static_cast<std::size_t>(room.end - room.at)) {
-    CopyShort(room.at, bytes, size);
-    output_->Fill(room.at + size);
-  } else if (size > 0) {
-    output_->Put(position_, {reinterpret_cast<const char*>(bytes), size});
-  }
-  position_ += static_cast<std::int64_t>(size);
-}
-
-void ResultWriter::CopyUpTo(std::uint64_t offset) {
-  if (offset == copied_) return;
-  WritePadded(input_->At(copied_), static_cast<std::size_t>(offset - copied_));
-  copied_ = offset;
-}
-
-void ResultWriter::WriteRightText(std::int32_t row, CaptureMemory& captures, Pace& pace) {
-  const auto index = static_cast<std::size_t>(row);
-  const RowEffect& effect = list_.effects[index];
-  const auto* const text =
-      reinterpret_cast<const std::uint8_t*>(list_.right_bytes.data()) + effect.right_begin;
-  if (effect.has_wildcards) {
-    WriteWithCaptured(list_.rows[index], text, effect.right_size, captures, pace);
-  } else {
-    WritePadded(text, effect.right_size);
-  }
-}
-
 void ResultWriter::WriteWithCaptured(const CompiledRow& row, const std::uint8_t* text,
                                      std::size_t size, CaptureMemory& captures, Pace& pace) {
   std::size_t from = 0;

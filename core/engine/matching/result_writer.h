@@ -23,9 +23,23 @@ class ResultWriter {
   void Open(const InputWindow& input, PositionedOutput& output);
 
   // Copies the input's bytes in front of `offset` that are not written or replaced yet.
-  void CopyUpTo(std::uint64_t offset);
+  void CopyUpTo(std::uint64_t offset) {
+    if (offset == copied_) return;
+    WritePadded(input_->At(copied_), static_cast<std::size_t>(offset - copied_));
+    copied_ = offset;
+  }
   // Writes the row's right text, with the captured bytes in place of each wildcard.
-  void WriteRightText(std::int32_t row, CaptureMemory& captures, Pace& pace);
+  void WriteRightText(std::int32_t row, CaptureMemory& captures, Pace& pace) {
+    const auto index = static_cast<std::size_t>(row);
+    const RowEffect& effect = list_.effects[index];
+    const auto* const text =
+        reinterpret_cast<const std::uint8_t*>(list_.right_bytes.data()) + effect.right_begin;
+    if (effect.has_wildcards) {
+      WriteWithCaptured(list_.rows[index], text, effect.right_size, captures, pace);
+    } else {
+      WritePadded(text, effect.right_size);
+    }
+  }
   // Marks the input's bytes in front of `offset` as replaced.
   void SkipTo(std::uint64_t offset) { copied_ = offset; }
   // The input's bytes in front of this offset are written or replaced.
@@ -101,7 +115,17 @@ class ResultWriter {
 
   void WriteWithCaptured(const CompiledRow& row, const std::uint8_t* text, std::size_t size,
                          CaptureMemory& captures, Pace& pace);
-  void WritePadded(const std::uint8_t* bytes, std::size_t size);
+  // Writes bytes behind which kCopyStep more may be read.
+  void WritePadded(const std::uint8_t* bytes, std::size_t size) {
+    const PositionedOutput::Room room = output_->RoomAt(position_);
+    if (room.at != nullptr && size + kCopyStep <= static_cast<std::size_t>(room.end - room.at)) {
+      CopyShort(room.at, bytes, size);
+      output_->Fill(room.at + size);
+    } else if (size > 0) {
+      output_->Put(position_, {reinterpret_cast<const char*>(bytes), size});
+    }
+    position_ += static_cast<std::int64_t>(size);
+  }
 
   const CompiledList& list_;
   const InputWindow* input_ = nullptr;

@@ -94,7 +94,7 @@ std::uint64_t Substitution::RunBlock(std::uint64_t offset) {
   std::uint64_t next = offset;
   const std::size_t searched =
       search_.Search(input_->data(), count, input_->size(), offset, [&](auto& batch) {
-        if (!pace_.MayGoOn(next)) return false;
+        if (!batch.kIsWholeBlock && !pace_.MayGoOn(next)) return false;
         pace_.AddSteps(batch.extra_probes() * kStepsPerProbe);
         batch.Prefetch(list_.effects);
         next = RunCandidates(next, batch);
@@ -116,7 +116,7 @@ void Substitution::WaitForMore(std::uint64_t offset) {
 // Processes the candidates of a batch from `offset` on. Returns the first offset that is not
 // decided.
 template <class Batch>
-std::uint64_t Substitution::RunCandidates(std::uint64_t offset, Batch batch) {
+std::uint64_t Substitution::RunCandidates(std::uint64_t offset, Batch& batch) {
   CaptureMemory& captures = attempts_.captures();
   const bool counts_rows = hits_of_rows_ != nullptr;
   ResultWriter::Burst burst(writer_);

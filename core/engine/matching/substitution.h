@@ -60,7 +60,7 @@ class Substitution {
   std::uint64_t RunBlock(std::uint64_t offset);
   void WaitForMore(std::uint64_t offset);
   template <class Batch>
-  std::uint64_t RunCandidates(std::uint64_t offset, Batch batch);
+  std::uint64_t RunCandidates(std::uint64_t offset, Batch& batch);
   template <class Batch>
   bool SkipHopeless(Batch& batch, Candidate& candidate, std::uint64_t hopeless_until);
   void RunCandidate(Candidate candidate);
