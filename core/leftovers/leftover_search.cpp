@@ -10,7 +10,7 @@ constexpr std::size_t kPadding = 64;
 static_assert(kPadding >= PrefixIndex::kReadAhead && kPadding >= ScanTables::kReadAhead);
 
 // When the scan passes more than one in kDense offsets, it is skipped for some blocks. A look-up
-// behind the scan costs more here than in a substitution, because there are keys for all spellings.
+// after the scan costs more here than in a substitution, because there are keys for all spellings.
 // So the scan pays even if it rules out only every second offset.
 constexpr std::size_t kDense = 2;
 
