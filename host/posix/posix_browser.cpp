@@ -1,6 +1,6 @@
-// A child process with a session of its own starts the file browser and ends at once. So we need
-// not wait for the browser, an interrupt typed at our terminal does not reach it, and it outlives
-// us.
+// The file browser is started by a child process in its own session, which ends at once. So this
+// process need not wait for the browser, an interrupt typed at the terminal does not reach the
+// browser, and the browser outlives this process.
 #include "host/posix/posix_browser.h"
 
 #include <fcntl.h>
@@ -23,7 +23,7 @@ namespace {
 constexpr const char* kOpener = "xdg-open";
 
 // How the opener is started: with /dev/null as its standard streams, the default effect of the
-// signals that we handle or ignore, and no signal blocked.
+// signals that this program handles or ignores, and no signal blocked.
 class StartSettings {
  public:
   StartSettings();

@@ -64,7 +64,7 @@ ErrorNumber DeleteUnclaimed(int folder, const char* name) {
     file = OpenAt(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
     // A work file has the permission bits of a source that could be read, so a file that we may not
     // open is no work file and is deleted without a test of its claim. If the file was deleted
-    // meanwhile, return an error: a new, claimed file may already have its name.
+    // meanwhile, return an error, because a new, claimed file may already have the name.
     const bool forbidden = errno == EACCES || errno == EPERM;
     if (!file.IsOpen() && !forbidden) return LastError(Missing::kFile);
   }

@@ -1,10 +1,10 @@
 // Claims on files whose names several runs of the program use: the work file beside a source, the
-// partial copy in a target folder. The run that creates such a file claims it until it renames,
-// deletes or closes it; meanwhile no other run deletes it. A file of such a name that nobody claims
-// is stale.
+// partial copy in a target folder. The run that creates such a file claims it until this run
+// renames, deletes or closes the file; until then no other run deletes it. A file of such a name
+// that nobody claims is stale.
 //
-// The claim is a lock on the open file, which ends with the process. On a file system without locks
-// no file is claimed.
+// The claim is a lock on the open file. The lock ends with the process. On a file system without
+// locks no file is claimed.
 #pragma once
 
 #include <sys/types.h>
@@ -15,7 +15,7 @@
 namespace morvex::posix {
 
 // Creates and claims the file. If the result is not open, errno tells why: EEXIST if the name is
-// taken, or if another run has deleted the new file or is about to.
+// taken, or if another run has deleted the new file or is about to delete it.
 Descriptor CreateClaimed(int folder, const char* name, mode_t permissions);
 
 // Returns another descriptor of the same open file. It keeps the claim when the first one is

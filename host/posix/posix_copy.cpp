@@ -23,7 +23,7 @@ namespace morvex::posix {
 namespace {
 
 constexpr const char* kPartialName = "tijdel.enc";
-// Used if kPartialName is the name of the copy itself.
+// Used if the target itself has the name kPartialName.
 constexpr const char* kOtherPartialName = ".tijdel.enc";
 
 // How often another process may take the target's name just after we freed it.
@@ -83,8 +83,8 @@ bool HasNoUnnamedFiles(int code) {
   return code == EOPNOTSUPP || code == EISDIR || code == EINVAL || code == ENOENT;
 }
 
-// Gives the target's name to the nameless file that `handle`, its link in /proc/self/fd, leads to.
-// Returns nothing if that is not possible here.
+// Gives the target's name to a nameless file. `handle` is the path of the file's link in
+// /proc/self/fd. Returns nothing if the system cannot do that here.
 std::optional<ErrorNumber> GiveName(const std::string& handle, const Place& target) {
   const int folder = target.folder.Get();
   const char* name = target.name.c_str();

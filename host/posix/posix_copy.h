@@ -9,7 +9,7 @@
 namespace morvex::posix {
 
 // Which special abilities of the system a copy may use. Where the system lacks one, the copy is
-// made without it; tests turn them off to force that.
+// made without it. Tests turn them off to test a copy without them.
 struct CopyWays {
   bool unnamed_file = true;    // fill a nameless file and name it when it is whole
   bool copy_in_kernel = true;  // let the system copy from file to file

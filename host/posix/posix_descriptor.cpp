@@ -1,6 +1,6 @@
-// Opens files without touching pipes and devices: opening one can block for ever or start the
-// device. The path is checked before opening, and the open file again afterwards, because the path
-// may lead elsewhere by then.
+// Opens files without touching pipes and devices, because opening a pipe can block for ever and
+// opening a device can start it. The path is checked before opening, and the open file again
+// afterwards, because the path may lead elsewhere by then.
 #include "host/posix/posix_descriptor.h"
 
 #include <fcntl.h>

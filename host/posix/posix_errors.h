@@ -10,7 +10,7 @@
 
 namespace morvex::posix {
 
-// Which error a missing name is to the caller: "file not found" or "path not found".
+// The error for a name that does not exist: "file not found" or "path not found".
 enum class Missing { kFile, kPath };
 
 // Returns the error number for the error code `code` (a value of errno); kNone for 0.

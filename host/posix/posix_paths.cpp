@@ -1,5 +1,5 @@
-// An absolute path keeps the names that the user typed, links included. Only ".." needs the disk,
-// because the parent of a link is not the parent of what it leads to.
+// An absolute path keeps the names that the user typed, links included. Only ".." needs a look at
+// the disk, because after a link it means the parent of the link's target.
 #include "host/posix/posix_paths.h"
 
 #include <stdlib.h>
@@ -26,8 +26,8 @@ Result<std::string> TakeText(char* text) {
   return std::string(text);
 }
 
-// Makes `path` its parent; for a link, the parent of the link's target. `path` is absolute and has
-// no separator at its end; "" is the root and stays.
+// Replaces `path` by its parent; for a link, by the parent of the link's target. `path` is absolute
+// and has no separator at its end; "" means the root and stays.
 ErrorNumber GoUp(std::string& path) {
   if (path.empty()) return ErrorNumber::kNone;
   struct stat status {};

@@ -1,7 +1,7 @@
 // New content is written to a hidden file beside the old one, flushed to the disk and renamed over
-// the old one, so that at every moment one of the two is there whole. If the folder takes no second
-// file, the old file is overwritten, beginning with the part behind its old end: if the disk is
-// full then, the old content is still there.
+// the old one, so that at every moment the old or the new content is there whole. If the folder
+// takes no second file, the old file is overwritten. The part behind its old end is written first,
+// so that the old content is still there if the disk is full.
 #include "host/posix/posix_replace.h"
 
 #include <fcntl.h>
@@ -32,8 +32,9 @@ struct HiddenFile {
   std::string name;
 };
 
-// Creates a hidden file in the folder of `place` under the first free name of a few. Deletes files
-// that killed processes left under these names. On failure `code` receives the system's error code.
+// Creates a hidden file in the folder of `place`. Tries the names .morvex-1, .morvex-2 and so on
+// until one is free. Deletes files that killed processes left under these names. On failure `code`
+// receives the system's error code.
 Result<HiddenFile> MakeHiddenFile(const Place& place, mode_t permissions, int& code) {
   const int folder = place.folder.Get();
   HiddenFile hidden;
@@ -80,7 +81,8 @@ int TakeOver(int file, const struct stat& old) {
   return fchmod(file, permissions) == 0 || IsNotKept(errno) ? 0 : errno;
 }
 
-// Error codes of a folder that takes no second file, or does not let it replace the old file.
+// Error codes of a folder that takes no second file, or in which a second file may not replace the
+// old one.
 bool IsRefusal(int code) {
   return code == EACCES || code == EPERM || code == EROFS || code == EBUSY;
 }
@@ -132,8 +134,8 @@ int Overwrite(int file, std::uint64_t old_size, std::string_view bytes) {
   return ftruncate(file, static_cast<off_t>(bytes.size())) == 0 ? 0 : errno;
 }
 
-// Appends all of `bytes` to the file, which is opened for appending, or nothing. Returns 0 or an
-// error code.
+// Appends all of `bytes` to the file, or nothing. The file must be open for appending. Returns 0 or
+// an error code.
 int AppendWhole(int file, std::string_view bytes) {
   const Transfer written = WriteAll(file, bytes);
   if (written.code == 0 || written.done == 0) return written.code;

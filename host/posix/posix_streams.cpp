@@ -27,8 +27,8 @@ constexpr std::uint64_t kWorthWriteBehind = std::uint64_t{512} << 10;
 
 class PosixInputFile : public InputFile {
  public:
-  // `opened` is the file's status when it was opened. Its size is 0 for files whose contents the
-  // system makes up as they are read.
+  // `opened` is the file's status when it was opened. The size in it is 0 for files whose contents
+  // the system makes up as they are read.
   PosixInputFile(Descriptor file, const struct stat& opened)
       : file_(std::move(file)), opened_(opened) {}
 
@@ -127,8 +127,8 @@ int PosixWorkFile::EndWriteBehind() {
 }
 
 // Sets the permission bits of a new file, because the process's mask or the folder's rules may have
-// removed some. Returns 0 or an error code. On a file system that stores no permission bits this
-// fails; that counts as success if the file has no bits beyond `permissions`.
+// removed some. Returns 0 or an error code. A file system that stores no permission bits reports an
+// error; this counts as success if the file has no bits beyond `permissions`.
 int SetExactBits(int file, mode_t permissions) {
   struct stat status {};
   const bool known = fstat(file, &status) == 0;

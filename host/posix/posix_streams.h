@@ -9,7 +9,8 @@
 
 namespace morvex::posix {
 
-// Opens an ordinary file for reading. `looked_up`: a look-up has just shown that the path is one.
+// Opens an ordinary file for reading. `looked_up`: a look-up has just shown that `path` is an
+// ordinary file.
 Result<std::unique_ptr<InputFile>> OpenInput(const std::string& path, bool looked_up = false);
 
 // As FileService::CreateWorkFile. `behind` writes large files on its own thread; if it is null,

@@ -43,7 +43,7 @@ class PosixSystemService : public SystemService {
   // Returns the current time in the locale's `format`; empty if that fails.
   std::string FormatNow(const char* format) const;
 
-  std::string time_text_;  // the time at second time_text_second_
+  std::string time_text_;  // the text for the second time_text_second_
   time_t time_text_second_ = 0;
 
   std::string program_folder_;
@@ -55,13 +55,13 @@ class PosixSystemService : public SystemService {
 namespace posix {
 
 // Returns the path of the running program. `shown` is the text of the system's link to the program.
-// If the program's file was deleted or replaced since the start, the system adds a mark to that
-// text, which is removed here.
+// If the program's file was deleted or replaced since the start, the system appends " (deleted)" to
+// that text; this function removes it.
 std::string ProgramPathFromLink(const std::string& shown);
 
-// Returns the path of the program that was started as `name`, for systems that do not report it. A
-// name with a separator is a path; any other name is searched in the folders of PATH. If no folder
-// has the name, the program counts as being in the current folder.
+// Returns the path of the program that was started as `name`, for systems that do not report the
+// program's path. A name with a separator is a path; any other name is searched in the folders of
+// PATH. If no folder has the name, the program counts as being in the current folder.
 std::string ProgramPathFromName(const std::string& name);
 
 }  // namespace posix

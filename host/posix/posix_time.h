@@ -13,8 +13,8 @@
 
 namespace morvex::posix {
 
-// Keeps all nanoseconds. A time outside the years 1677 to 2262, which a file may have, becomes the
-// nearest time inside.
+// Keeps all nanoseconds. Only the years 1677 to 2262 can be represented; a file's time outside of
+// them becomes the nearest time inside.
 inline WallTime ToWallTime(const timespec& moment) {
   constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
   constexpr std::int64_t kFarthest =

@@ -16,9 +16,9 @@ namespace morvex::posix {
 // Serves one file at a time; the thread and the buffers are then reused for the next file. Only the
 // caller whose Begin succeeded may call Write and Finish.
 //
-// When an error is reported does not depend on the thread's speed: the Write that needs the failed
-// buffer again reports it, kBuffers full buffers later; if there is no such Write, Finish does.
-// After a failed write nothing more is written.
+// An error is reported by the Write that needs the failed buffer again, kBuffers full buffers
+// later, or by Finish if there is no such Write. So the moment of the report does not depend on the
+// thread's speed. After a failed write nothing more is written.
 class WriteBehind {
  public:
   static constexpr std::size_t kBuffers = 4;

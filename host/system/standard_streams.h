@@ -9,8 +9,8 @@
 namespace morvex {
 
 // Each read must start where the last one ended (otherwise kInvalidCall). It returns the bytes that
-// are available and blocks only if there are none. Do not read again after the end: a terminal
-// reports it only once.
+// are available and blocks only if there are none. Do not read again after the end, because a
+// terminal reports its end only once.
 std::unique_ptr<InputFile> StandardInput();
 
 // Each write must start where the last one ended. If the reader has closed the stream, a write ends

@@ -60,8 +60,9 @@ std::vector<std::byte> RenameInformation(const std::wstring& path, DWORD flags) 
   return information;
 }
 
-// Renames where the newer ways are not supported. There a read-only file cannot be replaced, so
-// this makes the file at `path` writable first, and read-only again if the renaming fails.
+// Renames on a system or drive that does not support the newer ways. There a read-only file cannot
+// be replaced, so this function makes the file at `path` writable first, and read-only again if the
+// renaming fails.
 Code ReplaceInOldWay(const Handle& file, const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   const bool read_only =

@@ -1,8 +1,8 @@
 // Claims on files whose names several runs of the program use: the work file beside a source, the
-// partial copy in a target folder. The run that creates such a file claims it until it renames,
-// deletes or closes it; meanwhile no other run deletes it. A file of such a name that nobody claims
-// is stale. The claim is the open file itself: while it is open, no other process can delete or
-// rename it. The claim ends with the process.
+// partial copy in a target folder. The run that creates such a file claims it until this run
+// renames, deletes or closes the file; until then no other run deletes it. A file of such a name
+// that nobody claims is stale. The claim is the open file itself: while it is open, no other
+// process can delete or rename it. The claim ends with the process.
 //
 // Renaming and deleting work on the open file, so they cannot hit another file that has taken its
 // name. All paths are results of SystemPath.

@@ -9,7 +9,7 @@
 
 namespace morvex::windows {
 
-// Which error a missing name is to the caller: "file not found" or "path not found".
+// The error for a name that does not exist: "file not found" or "path not found".
 enum class Missing { kFile, kPath };
 
 // An error code from GetLastError; 0 is success.

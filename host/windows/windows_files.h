@@ -22,8 +22,8 @@ namespace morvex {
 
 class WindowsFileService : public FileService {
  public:
-  // From the first object on, a drive without a medium returns an error number to the process; the
-  // system does not show a message that the user must close first.
+  // From the first object on, calls on a drive without a medium return an error number. Otherwise
+  // the system would first show a message that the user must close.
   WindowsFileService();
 
   char Separator() const override { return '\\'; }

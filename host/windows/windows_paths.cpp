@@ -1,6 +1,6 @@
 // The system changes some names before it uses them (blanks at the end, devices). With the prefix
-// "\\?\" it does not, but then other programs cannot reach the file. So names that it would change
-// are rejected here, and all others are passed on with the prefix.
+// "\\?\" the system keeps such a name, but other programs cannot reach the file. So names that the
+// system would change are rejected here, and all others are passed on with the prefix.
 #include "host/windows/windows_paths.h"
 
 #include <algorithm>

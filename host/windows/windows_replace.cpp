@@ -1,6 +1,6 @@
 // New content is written to a second file beside the old one, flushed to the disk and renamed over
-// the old one, so that at every moment one of the two is there whole. If the folder takes no second
-// file, the old file is overwritten.
+// the old one, so that at every moment the old or the new content is there whole. If the folder
+// takes no second file, the old file is overwritten.
 #include "host/windows/windows_replace.h"
 
 #include <cstddef>
@@ -19,8 +19,8 @@ constexpr int kNamingAttempts = 100;
 // The offset that means the end of the file at the moment of the write.
 constexpr std::uint64_t kAtEnd = ~std::uint64_t{0};
 
-// Creates a file under the first free name of a few in the folder. Deletes files that killed
-// processes left under these names.
+// Creates a file in the folder. Tries the names .morvex-1, .morvex-2 and so on until one is free.
+// Deletes files that killed processes left under these names.
 Handle MakeSecondFile(const std::wstring& folder, DWORD permissions) {
   for (int number = 1; number <= kNamingAttempts; ++number) {
     const std::wstring path = Below(folder, L".morvex-" + std::to_wstring(number));
@@ -38,7 +38,8 @@ Handle MakeSecondFile(const std::wstring& folder, DWORD permissions) {
   return {};
 }
 
-// Error codes of a folder that takes no second file, or does not let it replace the old file.
+// Error codes of a folder that takes no second file, or in which a second file may not replace the
+// old one.
 bool IsRefusal(Code code) {
   return code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION ||
          code == ERROR_WRITE_PROTECT;
@@ -75,8 +76,8 @@ Code CutAt(const Handle& file, std::uint64_t size) {
   return done ? 0 : GetLastError();
 }
 
-// Overwrites the file, beginning with the part behind its old end: if the disk is full then, the
-// old content is still there.
+// Overwrites the file. The part behind its old end is written first, so that the old content is
+// still there if the disk is full.
 ErrorNumber ReplaceInPlace(const std::wstring& path, std::string_view bytes) {
   Status old;
   const Result<Handle> file = OpenOrdinary(path, GENERIC_WRITE, ErrorNumber::kPathFileAccess, &old);

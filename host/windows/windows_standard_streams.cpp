@@ -37,7 +37,7 @@ class PipeInput : public InputFile {
     return std::size_t{moved};
   }
 
-  // A console delivers whole lines, and the next line has yet to be typed.
+  // A console delivers whole lines, so the next read waits until the user has typed the next line.
   bool MustWait() override {
     if (ended_) return false;
     if (is_console_) return true;

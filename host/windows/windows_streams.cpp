@@ -35,7 +35,7 @@ class WindowsInputFile : public InputFile {
   Status opened_;
 };
 
-// One handle serves for writing and is the claim.
+// One handle is used for writing and is also the claim.
 class WindowsWorkFile : public WorkFile {
  public:
   WindowsWorkFile(const std::string& path, Handle file) : WorkFile(path), file_(std::move(file)) {}

@@ -41,9 +41,9 @@ std::wstring WithoutExtension(std::wstring name) {
   return name;
 }
 
-// Returns the folder's path in the code page. If the page lacks a character, the path has the short
-// names that the system may have given; without short names the program can store nothing in that
-// folder.
+// Returns the folder's path in the code page. If the page lacks a character of the path, returns
+// the path with the short names that the system may have given. Without short names the program can
+// store nothing in that folder.
 std::string SpelledFolder(const std::wstring& folder) {
   std::string bytes = SystemCodePage().Bytes(folder);
   if (SystemCodePage().Wide(bytes) == folder) return bytes;

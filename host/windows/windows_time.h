@@ -11,8 +11,8 @@
 
 namespace morvex::windows {
 
-// The system counts units of 100 nanoseconds since 1601. A time outside the years 1677 to 2262,
-// which a file may have, becomes the nearest time inside.
+// The system counts units of 100 nanoseconds since 1601. Only the years 1677 to 2262 can be
+// represented; a file's time outside of them becomes the nearest time inside.
 inline WallTime ToWallTime(const FILETIME& moment) {
   constexpr std::int64_t kFrom1601To1970 = 116'444'736'000'000'000;
   constexpr std::int64_t kNanosecondsPerStep = 100;

@@ -1,5 +1,5 @@
-// The page on the architecture agrees with the tree: its rooms are the rooms, its walks are short
-// and name files that exist.
+// Checks the page on the architecture against the sources: it lists every room (a folder of
+// sources) and no other; its walks are short and name files that exist.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -41,7 +41,7 @@ bool IsSource(const std::string& text) {
   return has_ending && text.find('/') != std::string::npos;
 }
 
-// What stands between backticks.
+// The texts between backticks.
 std::vector<std::string> Quoted(const std::string& line) {
   std::vector<std::string> quoted;
   for (std::size_t begin = line.find('`'); begin != std::string::npos;) {
@@ -53,7 +53,7 @@ std::vector<std::string> Quoted(const std::string& line) {
   return quoted;
 }
 
-// The source files that the section names.
+// The source files that the page's section under `heading` names.
 std::set<std::string> FilesIn(const std::string& heading) {
   std::set<std::string> files;
   bool is_inside = false;

@@ -65,7 +65,7 @@ const std::set<std::string> kToolkitRooms = {"apps/morvex", "ui/qt"};
 const std::set<std::string> kHeaderLibraries = {"CLI/CLI.hpp", "nlohmann/json.hpp"};
 constexpr const char* kHeaderLibrariesRoom = "ui/commands";
 
-// The scans that use vector instructions.
+// The files that use vector instructions.
 const std::set<std::string> kVectorFiles = {"core/engine/matching/scan_avx2.cpp",
                                             "core/engine/matching/scan_ssse3.cpp"};
 

@@ -23,7 +23,7 @@ std::vector<std::string> AllTexts(const std::string& alphabet, std::size_t least
   return all;
 }
 
-// Judges the list on each input, without anything kept from the inputs before.
+// Judges the list on each input. The engines keep nothing from the inputs before.
 void ExpectAgreement(const JudgedList& list, const std::vector<std::string>& inputs,
                      Kernel kernel) {
   Judge judge(list, kernel);

@@ -30,8 +30,8 @@ void Fill(const JudgedList& list, SubstitutionTables& tables) {
   if (list.flagged_rows < tables.JokerLeft.size()) tables.JokerLeft.resize(list.flagged_rows);
 }
 
-// Random sizes of pieces, always the same for the same file: a few bytes, and up to the whole file
-// if it is long.
+// Random sizes of pieces: up to 9 bytes, in a file of more than 1000 bytes up to about the whole
+// file. Equal files have equal sizes.
 class PieceSizes {
  public:
   explicit PieceSizes(const std::string& file)

@@ -13,14 +13,14 @@
 
 namespace morvex::test {
 
-// A list and how its tables were made. The three wildcards differ when the setting changed between
-// the editor's opening (`flags`), its OK (`tails`) and the run (`run`); 0: no wildcard.
+// A list and how its tables were made. `flags` is the wildcard at the editor's opening, `tails` at
+// its OK, `run` in the run; 0: no wildcard. They differ when the setting was changed in between.
 struct JudgedList {
   std::vector<std::pair<std::string, std::string>> rows;  // left text, right text
   char flags = 0;
   char tails = 0;
   char run = 0;
-  std::size_t flagged_rows = ~std::size_t{0};  // how many rows have a flag at all
+  std::size_t flagged_rows = ~std::size_t{0};  // the rows in front of this index have a flag
 };
 
 // The list in a form that can be pasted into a test.

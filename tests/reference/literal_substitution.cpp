@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::int64_t kStepsBetweenQuestions = 50'000;
 
-// The counters of an attempt are 16 bits wide. A step out of that range fails and leaves the
-// counter.
+// The counters of an attempt are 16 bits wide. A step out of that range returns false and leaves
+// the counter unchanged.
 bool Step16(int& counter, std::int64_t by) {
   const std::int64_t next = counter + by;
   if (next < std::numeric_limits<std::int16_t>::min() ||
@@ -28,7 +28,8 @@ bool Step16(int& counter, std::int64_t by) {
 // One attempt to match one row at one offset.
 class LiteralSubstitution::Attempt {
  public:
-  // `bytes` start at that offset. Behind `size` bytes the file has ended and reads as NUL.
+  // `bytes` points to the byte at that offset. The file ends after `size` bytes; bytes behind its
+  // end read as NUL.
   Attempt(LiteralSubstitution& owner, std::int64_t row, const std::uint8_t* bytes, std::size_t size)
       : owner_(owner),
         state_(owner.state_),
@@ -87,8 +88,8 @@ class LiteralSubstitution::Attempt {
     return pattern && owner_.IsJoker(*pattern);
   }
 
-  // Once the tail stands among the examined bytes, every further round closes the span again and
-  // subtracts the tail's length once more.
+  // Once the examined bytes have ended with the tail, this round and every later one closes the
+  // span and changes `extra_` by 1 minus the tail's length.
   void CloseSpanAtTail() {
     const std::string& tail = owner_.TailOf(row_);
     if (tail.empty()) return;
@@ -124,7 +125,7 @@ class LiteralSubstitution::Attempt {
   std::size_t size_;
   std::uint8_t current_;
   int examined_ = 1;  // bytes looked at, the current one included
-  int position_ = 1;  // in the left text, from 1
+  int position_ = 1;  // position in the left text, from 1
   int extra_ = 0;     // bytes that a span added beyond the left text
   int captured_ = 0;
   bool tail_seen_ = false;
@@ -185,8 +186,8 @@ LiteralSubstitution::Match LiteralSubstitution::FirstMatchingRow(const InputWind
                                                                  bool& stopped) {
   const std::uint8_t first = *input.data();
   ++steps_;
-  // The first step of the attempts is taken here, for all rows together and then for each row,
-  // because it ends nearly every attempt.
+  // The first byte is compared here, for all rows together and then for each row, because this
+  // comparison ends nearly every attempt.
   if (!starts_a_row_[first] && !state_.Joker_SET) return {};
   for (const UsableRow& row : rows_) {
     ++steps_;

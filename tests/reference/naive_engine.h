@@ -16,7 +16,7 @@ class NaiveEngine {
  public:
   NaiveEngine(const SubstitutionTables& tables, std::uint8_t joker);
 
-  // Returns the bytes of the result. The state from the files before is not reset.
+  // Returns the bytes of the result. Does not reset the state that earlier files left.
   std::string Process(const std::string& file);
 
   std::int64_t hits = 0;  // of the last file

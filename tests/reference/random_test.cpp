@@ -43,9 +43,9 @@ class Generator {
     return list;
   }
 
-  // Rows that almost match everywhere in the text of NearMisses: runs of one letter, some with an
-  // end that rarely comes. In that text the engine changes from its index to the automaton and
-  // back.
+  // Rows that almost match everywhere in the text of NearMisses: runs of one letter, most of them
+  // with an end that is rare in that text. There the engine changes from its index to the automaton
+  // and back.
   JudgedList RowsOfOneLetter() {
     alphabet_ = "ab";
     JudgedList list;
@@ -82,7 +82,8 @@ class Generator {
     return matter;
   }
 
-  // Returns matter in front of, across and behind a border, in filler in which no row begins.
+  // Returns a file of filler, in which no row begins, with matter in front of, across and behind a
+  // border.
   std::string AcrossBorder(const JudgedList& list) {
     static constexpr std::size_t kBorders[] = {4096, 8192, 32766, 32767, 98304, 131072, 163840};
     const std::size_t border = kBorders[Below(std::size(kBorders))];
@@ -126,8 +127,8 @@ TEST(RandomJudge, FindsNoDifferenceWhereRowsNearlyMatchEverywhere) {
   }
 }
 
-// The file has enough text that makes the index look too often, then more of other text than the
-// automaton is given at once, and then both again.
+// The file has two parts. Each part begins with enough text to make the index look too often; then
+// comes more of other text than the automaton is given at once.
 TEST(RandomJudge, FindsNoDifferenceWhereTheSearchChangesToAndFro) {
   for (std::uint64_t seed = 1; seed <= 4; ++seed) {
     Generator generator(seed);
@@ -147,7 +148,7 @@ TEST(RandomJudge, FindsNoDifferenceWhereTheSearchChangesToAndFro) {
 }
 
 TEST(Judge, AWildcardTriedInVainStaysCaughtBehindARowThatCatchesNothing) {
-  // The run has another wildcard than the one with which the list was applied.
+  // The wildcard was changed between the editor's opening and its OK.
   JudgedList list;
   list.rows = {{"ac*x", "<*>"}, {"b*y", "[*]"}, {"q", "[*]"}};
   list.flags = 'c';

@@ -10,7 +10,7 @@
 
 namespace morvex::test {
 
-// Pauses behind every piece. It is an open file and the source of a substitution in one.
+// Pauses behind every piece. Serves as an open file and as the source of a substitution.
 class PiecesInput : public InputFile, public ByteSource {
  public:
   // The bytes and `next_size`, which returns the size of each piece, 1 or more, must outlive the

@@ -18,7 +18,7 @@ enum class FaultKind {
 
 struct Fault {
   FaultKind kind = FaultKind::kError;
-  int call = 0;  // counted from 1 among the calls of the kind; 0: none fails
+  int call = 0;  // from 1, counting the calls that `kind` can hit; 0: no call fails
   ErrorNumber error = ErrorNumber::kNone;
   bool from_then_on = false;
 };
@@ -32,7 +32,7 @@ struct FailedCall {
 
 class FailingFiles : public FileService {
  public:
-  // `files` must outlive this object, and this object the files it opened.
+  // `files` must outlive this object, and this object must outlive the files that it opened.
   explicit FailingFiles(FileService& files) : files_(files) {}
 
   // Sets the fault and counts calls from 0 again.

@@ -51,7 +51,7 @@ class MemoryWorkFile : public WorkFile {
     return error != ErrorNumber::kNone ? error : files_.Move(path(), to, keep_going);
   }
   ErrorNumber MoveToFreeName(const std::string& to) override {
-    // A test that makes "MoveTo" fail means MoveToFreeName, too.
+    // A fault set for "MoveTo" hits MoveToFreeName, too.
     const ErrorNumber error = files_.Asked("MoveTo", to);
     return error != ErrorNumber::kNone ? error : files_.MoveToFree(path(), to);
   }
@@ -270,7 +270,7 @@ ErrorNumber MemoryFiles::MoveFile(const std::string& from, const std::string& to
 }
 
 ErrorNumber MemoryFiles::MoveToFreeName(const std::string& from, const std::string& to) {
-  // A test that makes "MoveFile" fail means MoveToFreeName, too.
+  // A fault set for "MoveFile" hits MoveToFreeName, too.
   const ErrorNumber error = Asked("MoveFile", to);
   return error != ErrorNumber::kNone ? error : MoveToFree(from, to);
 }

@@ -1,5 +1,5 @@
-// A file system in memory, for tests of the core that need no disk. It has either separator and
-// lists folders in the order in which tests made the entries. A test can make chosen calls fail.
+// A file system in memory, for tests of the core that need no disk. A test chooses the separator. A
+// folder is listed in the order in which its entries were made. A test can make chosen calls fail.
 #pragma once
 
 #include <cstdint>
@@ -69,7 +69,7 @@ class MemoryFiles : public FileService {
   ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) override;
   ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
 
-  // Every call counts itself here first, also the calls on open files. Returns the error that
+  // Counts a call; every call, also one on an open file, begins with this. Returns the error that
   // `fail` chooses for the call.
   ErrorNumber Asked(const char* call, const std::string& path);
 
@@ -96,8 +96,8 @@ class MemoryFiles : public FileService {
   std::string Root() const;
   std::string Parent(const std::string& path) const;
   std::string Name(const std::string& path) const;
-  // The absolute path with links resolved; a link in the last name only with `last_too`. Empty if
-  // the links form a loop.
+  // The absolute path with every link followed; a link at the path's last name is followed only if
+  // `last_too`. Empty if the links form a loop.
   std::string Resolve(const std::string& path, bool last_too) const;
   const Node* Find(const std::string& path) const;
   Node& Make(const std::string& path, Kind kind);

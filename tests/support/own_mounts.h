@@ -1,4 +1,5 @@
-// A process with its own mounts. Root may have one; other users may where the system lets them.
+// Runs code in a process with its own mounts. Root may start such a process; other users may where
+// the system allows it.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -20,12 +20,12 @@ class FakeSystem : public SystemService {
   std::string command_line;
   std::vector<std::string> environment;
   WallTime now{std::chrono::hours(24 * 20000)};
-  // Each call takes the next time; the last one stays.
+  // Each call of LocalTimeOfDay takes the next time; the last time stays.
   std::deque<TimeOfDay> times_of_day = {{12, 0, 0}};
   std::string short_date = "11/21/26";
   std::string time_text = "12:34:56";
   std::chrono::milliseconds steady{1000};
-  // How far the steady clock moves on each time it is read; from 15 ms on, every yield is due.
+  // How far the steady clock moves on each time it is read; with 15 ms or more, every yield is due.
   std::chrono::milliseconds step{0};
   TextCodec codec = TextCodec::kSingleByte;
   bool redirected_store = false;
@@ -62,8 +62,8 @@ struct ShownMessage {
 class ScriptedUser : public UserService {
  public:
   std::vector<ShownMessage> messages;
-  std::deque<Answer> answers;      // to the questions, in turn; without one: No or Cancel
-  std::deque<FileChoice> choices;  // in the dialogs, in turn; without one: cancelled
+  std::deque<Answer> answers;      // to the questions, in turn; if there is none: No or Cancel
+  std::deque<FileChoice> choices;  // in the dialogs, in turn; if there is none: cancelled
   std::vector<FileDialog> opened;  // dialogs as they were shown
   std::vector<FileDialog> saved;
   std::function<void()> on_events;  // called whenever pending events are handled

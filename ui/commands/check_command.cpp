@@ -31,7 +31,7 @@ std::string Counted(std::uint64_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
-// Returns a count, as in "9 files", or "2 of 9 files" where anything was found.
+// Returns a count as in "9 files"; if the check has found anything, as in "2 of 9 files".
 std::string CountText(const CheckTotals& totals, const CheckCount& count, const char* one,
                       const char* many) {
   const std::string all = Counted(count.all, one, many);
@@ -95,8 +95,8 @@ class RowWarnings {
     }
   }
 
-  // Warns of rows in UTF-8 in a list that is read as Windows-1252: a list is read in one encoding,
-  // so such rows are misread.
+  // Warns of rows in UTF-8 in a list that is read as Windows-1252: the check reads a list in one
+  // encoding, so it misreads such rows.
   void WarnOfThoseInUtf8() {
     const std::vector<std::string>& texts = subject_.tables.LeftTexts;
     for (std::size_t row = 0; row < texts.size(); ++row) {

@@ -15,10 +15,10 @@
 namespace morvex {
 namespace {
 
-// The most entries in the queue: enough to keep every thread busy, few enough for the memory. While
-// the finished entries in the queue hold kMostFindings findings or more, threads begin only the
-// queue's first entry.
+// The most entries in the queue: enough to keep every thread busy, few enough for the memory.
 constexpr std::size_t kMostWaiting = 256;
+// While the finished entries in the queue hold this many findings or more, threads begin only the
+// queue's first entry.
 constexpr std::size_t kMostFindings = 2 * CheckedEntry::kMostKept;
 constexpr unsigned kMostThreads = 16;
 
@@ -32,7 +32,8 @@ void Keep(CheckedEntry& entry, const Leftover& leftover, Within within) {
   entry.findings.push_back(std::move(finding));
 }
 
-// Sorts findings by where in the entry they are, then by offset, then by row.
+// Whether `a` comes before `b`. Findings are sorted by the part of the entry that they are in, then
+// by offset, then by row.
 bool InOrder(const Finding& a, const Finding& b) {
   if (a.within != b.within) return a.within < b.within;
   return std::pair(a.leftover.offset, a.leftover.row) <
@@ -213,7 +214,7 @@ class Walk {
  private:
   struct Level {
     FileIdentity identity;
-    bool by_link = false;  // a folder on the way to it, or the folder itself, is a link
+    bool by_link = false;  // the walk came to this folder through a link
     std::string path;      // ends in a separator
     std::vector<FolderEntry> listing;
     std::size_t next = 0;

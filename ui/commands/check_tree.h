@@ -51,9 +51,9 @@ struct CheckedEntry {
 using TakeEntry = std::function<void(const CheckedEntry&)>;
 
 // `tree` is a folder or a file. Links are followed, and every folder is searched once: a folder of
-// the tree under its own path, a folder outside under the first link that leads there. Calls `take`
-// for every entry, also for one without findings. Returns false when `keep_going` ended the check;
-// `keep_going` may be empty, and several threads call it at the same time.
+// the tree under its own path, a folder outside the tree under the first link that leads to it.
+// Calls `take` for every entry, also for one without findings. Returns false when `keep_going`
+// ended the check; `keep_going` may be empty, and several threads call it at the same time.
 bool CheckTree(FileService& files, const std::string& tree, const Sought& sought,
                const KeepGoing& keep_going, const TakeEntry& take);
 

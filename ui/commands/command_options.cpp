@@ -56,8 +56,8 @@ constexpr const char* kFilterExamples =
     "\n"
     "Exit status: 0 done; 1 reading, writing or the list failed; 2 the command line is wrong.";
 
-// Refuses an empty value. That an option is missing is reported only when everything else is right
-// (see WhatIsMissing), so that a misspelt option is reported first.
+// Refuses an empty value. A missing option is reported only when everything else is right (see
+// WhatIsMissing); a misspelt option is then reported as such and not as missing.
 CLI::Validator NotEmpty() {
   return CLI::Validator(
       [](std::string& value) { return value.empty() ? std::string("may not be empty") : ""; }, "");

@@ -28,9 +28,11 @@ class HitCounter : public SubstitutionWatcher {
   std::int64_t hits = 0;
 };
 
-// Whether the row can move the write position back. That happens when the text behind the wildcard
-// is longer than the captured bytes. The text must then have at least three bytes, and either its
-// beginning also occurs in front of the wildcard, or it holds a second wildcard.
+// Whether the row can move the write position back. A right text with the wildcard does so when the
+// tail, the left text's part behind the wildcard, is longer than the captured bytes. That takes a
+// tail of at least three bytes, and one of these: no bytes in front of the wildcard; a second
+// wildcard in the tail; bytes in front of the wildcard that contain the tail or end with a
+// beginning of it.
 bool MayWriteBack(const std::string& left, const std::string& right, const std::string& wildcard) {
   constexpr std::size_t kShortestTail = 3;
   const std::size_t found = left.find(wildcard);

@@ -63,7 +63,8 @@ Surroundings SurroundingsOf(const Finding& finding) {
   const std::string_view around = finding.around;
   const bool is_wide =
       leftover.encoding == Encoding::kUtf16Le || leftover.encoding == Encoding::kUtf16Be;
-  // A UTF-16 unit has two bytes: the shown bytes must start at an even distance from the finding.
+  // A UTF-16 unit has two bytes, so the shown bytes must start at an even distance from the
+  // finding.
   const std::size_t odd = is_wide ? leftover.before % 2 : 0;
   const auto size =
       static_cast<std::size_t>(std::min<std::uint64_t>(leftover.size, LeftoverSearch::kShown));

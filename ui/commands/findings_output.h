@@ -13,7 +13,7 @@
 
 namespace morvex {
 
-// What was checked, and against what.
+// The tree that is checked and the list that it is checked against.
 struct CheckSubject {
   std::string version;  // of the program
   std::string tree;

@@ -1,4 +1,4 @@
-// Compares paths by where they lead, whatever links, "." and ".." they hold.
+// Compares paths by the places that they lead to. Links, "." and ".." in the paths are resolved.
 #pragma once
 
 #include <optional>

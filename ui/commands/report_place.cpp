@@ -15,7 +15,7 @@ namespace morvex {
 namespace {
 
 constexpr const char* kAnother = ": name another file for the report. Nothing was run.";
-// The name of a report whose path is taken: these two with a number between them.
+// A report that is written beside its path has a name of these two with a number between them.
 constexpr const char* kBesideBegin = "morvex-report-";
 constexpr const char* kBesideEnd = ".json";
 constexpr int kNamingAttempts = 1000;
@@ -121,7 +121,7 @@ bool ReportPlace::HasRoom() {
 }
 
 // Creates a file and deletes it again. That also finds a broken link, a pipe or a device of this
-// name, which looking up files and folders does not.
+// name; look-ups of files and folders do not.
 ErrorNumber ReportPlace::Probe(const std::string& path) {
   FileService& files = program_.host.files;
   const Result<std::unique_ptr<WorkFile>> made = files.CreateWorkFile(path, 0);

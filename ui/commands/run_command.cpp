@@ -20,7 +20,7 @@
 namespace morvex {
 namespace {
 
-// What the log names instead of a settings file.
+// Stands in the log for the settings file, if there is none.
 constexpr const char* kFromCommandLine = "(opdrachtregel)";
 
 // In sub-folders the last four bytes of a name are compared with the extensions, so only extensions

@@ -149,7 +149,7 @@ bool HoldsRunReport(FileService& files, const std::string& path) {
   if (!BeginsAsReport(*file.value)) return false;
   FileBuffer buffer(*file.value);
   std::istream stream(&buffer);
-  // Drops everything inside the report's parts, which would take memory in proportion to the
+  // Drops what is inside the report's parts; keeping it would take memory in proportion to the
   // report.
   const auto is_part = [](int depth, Json::parse_event_t, Json&) { return depth < 2; };
   const Json report = Json::parse(stream, is_part, false);

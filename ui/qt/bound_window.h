@@ -15,7 +15,7 @@ class BoundWindow : public QWidget {
   // made, because the toolkit determines a widget's role only once.
   explicit BoundWindow(Form& state) : state_(state) { TellSpokenRoles(); }
 
-  // Shows the current state. Changes that this makes to widgets call no handler of the core.
+  // Shows the current state. When this call changes a widget, no handler of the core is called.
   virtual void Show() = 0;
 
   // Whether the window should be on the screen.

@@ -28,7 +28,7 @@ class ByteLineEdit : public QLineEdit {
   // Shows other bytes, without emitting BytesEdited. The caret keeps its distance from the start,
   // and the undo history is cleared.
   void ShowBytes(const std::string& bytes);
-  // The tool tip while nothing is refused; plain text, never markup.
+  // Sets the tool tip for the time when nothing is refused. `text` is plain text, never markup.
   void ShowToolTip(const QString& text);
   const std::string& bytes() const { return bytes_; }
   // Returns the end of the selection, or the caret's offset, in bytes.
@@ -40,9 +40,9 @@ class ByteLineEdit : public QLineEdit {
   // Shows in the tool tip, until the next change, why something was refused.
   void TellRefusal(const QString& why);
 
-  // Whether the key is Alt with a key of the numeric keypad, which on Windows enters a character by
-  // its number. Without NumLock it arrives as an arrow or the like, which must not count as a
-  // command.
+  // Whether the key is one of the numeric keypad with Alt held down. On Windows such keys enter a
+  // character by its number. Without NumLock they arrive as arrows or the like and must not count
+  // as commands.
   static bool IsDigitWithAlt(const QKeyEvent& event);
 
  signals:

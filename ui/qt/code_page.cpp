@@ -11,7 +11,7 @@
 namespace morvex {
 namespace {
 
-// A byte without a character is shown as the lone surrogate kEscapes + byte.
+// A byte without a character is shown as the lone surrogate with the code kEscapes + byte.
 constexpr char16_t kEscapes = 0xDC00;
 constexpr char16_t kFirstEscape = kEscapes + 0x80;
 constexpr char16_t kLastEscape = kEscapes + 0xFF;
@@ -58,7 +58,7 @@ std::optional<char16_t> LocaleCharacter(std::uint8_t byte) {
 }
 
 // Returns the code page of the user's locale. Returns nothing when the locale is unknown, takes
-// several bytes per character, has no characters beyond ASCII, or shows two bytes alike.
+// several bytes per character, has no characters beyond ASCII, or has one character for two bytes.
 std::optional<PageCharacters> LocalePage() {
   const UserCharacters user;
   if (!user.is_known() || MB_CUR_MAX != 1) return std::nullopt;

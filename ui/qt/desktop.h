@@ -1,5 +1,5 @@
 // The program on the screen: shows the three windows, repaints them when their state has changed,
-// and reports the end when none is loaded any more.
+// and reports the end when no window is loaded any more.
 #pragma once
 
 #include <QElapsedTimer>

@@ -43,7 +43,7 @@ int GridKey(const QKeyEvent& event) {
   }
 }
 
-// Whether the key enters text, which a scroll bar does not use.
+// Whether the key enters or deletes text. The scroll bar itself uses no such key.
 bool IsTyping(const QKeyEvent& event) {
   const Qt::KeyboardModifiers modifiers = event.modifiers();
   if (modifiers.testFlag(Qt::AltModifier) && !modifiers.testFlag(Qt::ControlModifier)) return false;
@@ -174,8 +174,9 @@ void EditorWindowWidget::TakePastedRows(CellAddress cell, const PastedRows& past
           .arg(*taken + 1));
 }
 
-// Called for a key typed while the scroll bar has the focus, because the cell is out of view or the
-// user dragged the bar. The typed text is meant for the cell that had the focus before.
+// Called for a key that the user typed while the scroll bar has the focus. The bar has the focus
+// when the focused cell went out of view or the user dragged the bar. The text is meant for the
+// cell that had the focus before.
 bool EditorWindowWidget::TypeInRememberedCell(QKeyEvent& event) {
   bool returned = false;
   Report([&] { returned = ReturnToCell(program_); });
@@ -229,7 +230,8 @@ void EditorWindowWidget::closeEvent(QCloseEvent* event) {
 void EditorWindowWidget::resizeEvent(QResizeEvent*) { Arrange(); }
 
 void EditorWindowWidget::wheelEvent(QWheelEvent* event) {
-  // Passed on directly: the application would send an event that the bar ignores back here.
+  // Passed on directly, because the application would send the event back here if the bar ignores
+  // it.
   if (scroll_bar_->isVisible()) static_cast<QObject*>(scroll_bar_)->event(event);
   event->accept();
 }
@@ -276,7 +278,8 @@ void EditorWindowWidget::ShowSize() {
 void EditorWindowWidget::Arrange() {
   const ReplacementsForm& grid = program_.frmReplacements;
   const TwipScale scale = Scale();
-  const int wider = std::max(0, width() - scale.Px(grid.width)) / 2;  // each of the two columns
+  // By how many pixels each of the two columns is wider.
+  const int wider = std::max(0, width() - scale.Px(grid.width)) / 2;
   band_.Place(scale, wider);
 
   const int heading_top = scale.Px(kFirstRowTop) - fontMetrics().height() - kRoomAroundText / 2;
@@ -319,7 +322,8 @@ void EditorWindowWidget::ShowTabOrder() {
   }
 }
 
-// Moves the focus only where the core wants it, or when the cell that had it is out of view.
+// Moves the focus only when the core wants it elsewhere, when the focused cell went out of view, or
+// when the window appears.
 void EditorWindowWidget::ShowFocus(std::optional<CellAddress> had_focus) {
   const ReplacementsForm& grid = program_.frmReplacements;
   const std::vector<ByteLineEdit*> cells = band_.InTabOrder();

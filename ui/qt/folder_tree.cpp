@@ -45,8 +45,8 @@ FolderTreeView::FolderTreeView(const CodePage& file_names, QWidget* parent)
   connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
     if (!going_) emit Visited(PathOf(index));
   });
-  // A click also marks the folder at which the tree was opened: that folder is current already, so
-  // the click changes nothing that currentChanged would report.
+  // A click on the folder at which the tree was opened marks it, too. It is current already, so
+  // currentChanged is not called.
   connect(this, &QTreeView::pressed, this, [this] { is_marked_ = true; });
 }
 
@@ -109,7 +109,8 @@ bool FolderTreeView::Choose(const QModelIndex& index) {
 void FolderTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTreeView::currentChanged(current, previous);
   if (going_ || !current.isValid()) return;
-  // While the tree is being opened, appearing rows change the current row, which marks nothing.
+  // Rows that appear while the tree is being opened change the current row, too; that marks
+  // nothing.
   is_marked_ = is_marked_ || opened_at_.isEmpty();
   emit Visited(PathOf(current));
 }

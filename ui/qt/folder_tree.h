@@ -22,7 +22,7 @@ class FolderTreeView : public QTreeView {
   void OpenAt(const std::string& path);
   // Returns the current folder's path; empty when there is none or file names cannot hold it.
   std::string Current() const;
-  // Whether the user has moved to the current folder since the tree was opened.
+  // Whether the current folder is marked (see is_marked_).
   bool IsMarked() const { return is_marked_; }
   // Chooses the current folder as Enter does. Returns false when it cannot be chosen.
   bool ChooseCurrent() { return Choose(currentIndex()); }
@@ -49,9 +49,11 @@ class FolderTreeView : public QTreeView {
 
   const CodePage& file_names_;
   QFileSystemModel* model_ = nullptr;  // made when the tree is opened first
-  // The folder to open, while folders are read and until the user moves; else empty.
+  // The folder at which the tree is being opened. Empty after the user's first key or click.
   QString opened_at_;
   bool going_ = false;  // the program is moving to a folder, not the user
+  // Whether the current folder is marked: since the tree was opened, the user has moved to a folder
+  // or clicked one.
   bool is_marked_ = false;
 };
 

@@ -10,8 +10,8 @@ namespace {
 
 constexpr int kRoomBesideText = 5;  // pixels, within the outline
 
-// Neighbours share an outline, as cells of a table do. The style's own frames are made for single
-// boxes; side by side on a dark background they cannot be told apart.
+// Neighbouring cells share an outline, as the cells of a table do. The style's own frames are made
+// for single boxes; side by side on a dark background they cannot be told apart.
 class GridCell : public ByteLineEdit {
  public:
   GridCell(const CodePage& page, QWidget* parent) : ByteLineEdit(page, parent) {

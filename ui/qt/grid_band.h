@@ -1,6 +1,6 @@
 // The visible rows of the replacement grid: at most six pairs of cell widgets, however long the
-// list is. A row keeps its pair of widgets while it is in view, and with it caret, selection and
-// undo history. A row that comes into view takes the pair of one that went out of view.
+// list is. While a row is in view, it keeps its pair of widgets, with caret, selection and undo
+// history. A row that comes into view takes the pair of a row that went out of view.
 #pragma once
 
 #include <QObject>
@@ -20,8 +20,8 @@ class GridBand : public QObject {
   Q_OBJECT
 
  public:
-  // The cells become children of `window`, which also filters their events. All three must outlive
-  // the object, which may be a member of `window`.
+  // The cells become children of `window`, which also filters their events. All three arguments
+  // must outlive this object; it may be a member of `window`.
   GridBand(ReplacementsForm& grid, const CodePage& page, QWidget& window);
 
   // Sets texts, tool tips, colours and carets to the grid's state. The cells may emit signals

@@ -11,7 +11,7 @@ bool HeldEnterFilter::eventFilter(QObject* watched, QEvent* event) {
     if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
       const quint64 time = key->timestamp();
       // An X server sends a repetition as a release and a press with the same timestamp; the
-      // toolkit reports it as a new press when it reads the two separately.
+      // toolkit reports a new press when it reads these two events separately.
       const bool is_again = time != 0 && time == released_at_;
       if (is_press && (key->isAutoRepeat() || is_again)) return true;
       if (!is_press) released_at_ = time;

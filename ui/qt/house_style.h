@@ -1,7 +1,7 @@
 // The style of all windows: the desktop's own style with more room around texts and controls.
 //
-// Without a style of the desktop the toolkit's plain style "fusion" draws. Its boxes have no
-// visible outline on a dark background, so this class draws one.
+// Where the desktop has no style of its own, the toolkit uses its plain style "fusion". Boxes and
+// frames of that style have no visible outline on a dark background, so this class draws one.
 #pragma once
 
 #include <QProxyStyle>

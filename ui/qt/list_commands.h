@@ -18,8 +18,8 @@ class ListCommands : public QObject {
   // The core's handler of a click.
   using Handler = void (*)(Program&);
 
-  // The buttons become children of `window`, which also filters their events. All three must
-  // outlive the object, which may be a member of `window`.
+  // The buttons become children of `window`, which also filters their events. All three arguments
+  // must outlive this object; it may be a member of `window`.
   ListCommands(ReplacementsForm& grid, const CodePage& page, QWidget& window);
 
   // Sets captions, tool tips, enabled and visible to the grid's state.

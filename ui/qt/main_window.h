@@ -34,7 +34,7 @@ class MainWindowWidget : public BoundWindow {
   // Every control is a child widget with the control's name as object name; the path boxes are
   // "Text1_0" and "Text1_2".
   void Show() override;
-  // Also true when the window is unloaded while a run is still ending, which it then shows.
+  // Also true when the window is unloaded while a run is still ending; the window then shows that.
   bool IsWanted() const override;
 
  protected:
@@ -98,7 +98,7 @@ class MainWindowWidget : public BoundWindow {
 
   // Every control of the form and its widget.
   std::vector<std::pair<const Control*, QWidget*>> controls_;
-  std::vector<int> tab_order_;  // the tab indexes of `controls_` that are in effect
+  std::vector<int> tab_order_;  // tab index of each of `controls_`, as last applied
 
   QGridLayout* paths_ = nullptr;
   QBoxLayout* column_ = nullptr;

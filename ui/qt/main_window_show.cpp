@@ -98,7 +98,7 @@ void MainWindowWidget::ShowColours() {
     if (qobject_cast<PathBox*>(widget) != nullptr) continue;
     ShowTextColour(*widget, *control, QPalette::WindowText);
   }
-  // Paths stay readable while their boxes are disabled, and red while the user is asked about one.
+  // A path stays readable while its box is disabled, and is red while the user is asked about it.
   for (const PathRow& row : rows_) {
     QPalette own;
     const Colour colour = window_.Text1(row.index).colour;
@@ -122,7 +122,7 @@ void MainWindowWidget::ShowGo() {
   if (go_->isDefault() != is_due) go_->setDefault(is_due);
   QPalette own;
   if (is_due) {
-    // Styles draw a button lighter than its colour; darker, so that the caption stays readable.
+    // Styles draw a button lighter than its colour, so a darker colour keeps the caption readable.
     const QColor ground = palette().color(QPalette::Highlight).darker(kButtonDarker);
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
       own.setColor(group, QPalette::Button, ground);
@@ -208,8 +208,8 @@ void MainWindowWidget::ShowPointers() {
 
 // When a focused control is disabled or hidden, the toolkit moves the focus to the next control;
 // when a window becomes active without a focus, the toolkit gives it to the first control. At the
-// start of a run Exit is the control in both cases, and the next key would end the run. So the
-// window itself takes the focus.
+// start of a run the toolkit would choose Exit in both cases, and the next key would end the run.
+// So the window itself takes the focus.
 void MainWindowWidget::KeepFocusFromExit() {
   const QWidget* const focused = focusWidget();
   const auto at = std::find_if(controls_.begin(), controls_.end(),

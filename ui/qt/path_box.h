@@ -1,5 +1,5 @@
-// A line edit for a path: typed, dropped from a file manager, or chosen in the folder tree, which a
-// double click, Alt+Down or the folder button at the box's end opens.
+// A line edit for a path: typed, dropped from a file manager, or chosen in the folder tree. A
+// double click, Alt+Down or the folder button at the box's end opens the tree.
 #pragma once
 
 #include <string>

@@ -13,8 +13,8 @@ namespace morvex {
 
 class QtUser : public UserService {
  public:
-  // Messages hold the program's own words, which are ASCII, and paths, so `file_names` converts
-  // them. It must outlive the object.
+  // Copies `file_names` and converts paths and messages with it. Messages hold paths and the
+  // program's own words, which are ASCII.
   explicit QtUser(const CodePage& file_names) : page_(file_names) {}
 
   // While the program is ending, or when it ends before the user answers, returns No, Cancel, or OK
