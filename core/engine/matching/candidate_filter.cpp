@@ -15,8 +15,8 @@ std::vector<std::string_view> Prefixes(const PrefixIndex& index,
   return prefixes;
 }
 
-// Writes those of the offsets offset_at(0) to offset_at(count - 1) that pass the filter to
-// `offsets`. Returns their number.
+// Tests the offsets offset_at(0) to offset_at(count - 1), writes those that pass the filter to
+// `offsets`, and returns their number.
 template <HashFilter::Form kForm, class OffsetAt>
 std::size_t Keep(const HashFilter& filter, const std::uint8_t* bytes, std::size_t count,
                  std::uint16_t* offsets, OffsetAt offset_at) {

@@ -19,16 +19,16 @@ class CandidateFilter {
   // The number of offsets that Find needs room for.
   static constexpr std::size_t kRoom = kBlock + ScanTables::kSpareRoom;
 
-  // The next blocks skip the scan when it passes more than one in kDense offsets.
+  // When the scan passes more than one in kDense offsets, the next blocks skip it.
   static constexpr std::size_t kDense = 4;
 
   // `index` must outlive the filter.
   CandidateFilter(const PrefixIndex& index, const std::vector<CompiledRow>& rows, Kernel kernel,
                   std::size_t dense = kDense);
 
-  // Writes those of the first `count` offsets where a prefix may stand to `offsets`, in ascending
-  // order, and returns their number. `offsets` has room for kRoom elements. ScanTables::kReadAhead
-  // bytes behind the last offset must be readable.
+  // Tests the first `count` offsets and writes those where a prefix may stand to `offsets`, in
+  // ascending order. Returns their number. `offsets` has room for kRoom elements.
+  // ScanTables::kReadAhead bytes behind the last offset must be readable.
   std::size_t Find(const std::uint8_t* bytes, std::size_t count, std::uint16_t* offsets);
 
  private:
@@ -37,7 +37,7 @@ class CandidateFilter {
   ScanTables tables_;
   Scan scan_;
   std::size_t dense_;
-  int blocks_without_scan_ = 0;  // how many still skip the scan
+  int blocks_without_scan_ = 0;  // the number of coming blocks that skip the scan
 };
 
 }  // namespace morvex

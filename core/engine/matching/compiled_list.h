@@ -1,6 +1,5 @@
-// A replacement list prepared for a run. Every row is split into its literal prefix (short:
-// prefix), the bytes that must stand at an offset before the row can have any effect there, and the
-// rest.
+// A replacement list prepared for a run. Every row is split into its literal prefix (short: prefix)
+// and the rest. A row can match or capture bytes at an offset only if its prefix stands there.
 //
 // A row is plain when its prefix decides: where the prefix stands, the row matches exactly these
 // bytes. Every other row needs an attempt (match_attempt.h), which starts behind the prefix.

@@ -5,8 +5,8 @@
 namespace morvex {
 namespace {
 
-// The most starts with which a table of bytes, and the small table of bits, stays empty enough to
-// rule out most offsets.
+// With at most this number of starts, a table of bytes, or the small table of bits, stays empty
+// enough to rule out most offsets.
 constexpr std::size_t kMostInBytes = 2048;
 constexpr std::size_t kMostInBits = 32768;
 constexpr int kManyBitsShift = 64 - 22;

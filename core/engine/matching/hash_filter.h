@@ -51,7 +51,8 @@ class HashFilter {
   void AddSecondProbe(const std::vector<std::string_view>& prefixes, std::size_t shortest);
   bool has_second_probe() const { return !second_.empty(); }
 
-  // The form of the table. A loop over offsets checks it once, before the loop.
+  // The form of the table. Callers choose the MayHold of this form once, before their loop over the
+  // offsets.
   enum class Form {
     kBytes,    // starts of one length; an entry is a byte
     kBits,     // starts of one length; an entry is a bit

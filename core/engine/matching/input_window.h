@@ -27,8 +27,8 @@ class InputWindow {
   // Shows another source from its start. The source must outlive its use here.
   void Open(ByteSource& source);
 
-  // Moves the window's start to the 0-based `offset`, which must not lie in front of the last one.
-  // After an error of the source the window is empty. Never waits for a stream.
+  // Moves the window's start to the 0-based `offset`, which must not lie in front of the current
+  // start. After an error of the source the window is empty. Never waits for a stream.
   ErrorNumber MoveTo(std::uint64_t offset) {
     if (!Holds(offset)) return Refill(offset);
     start_ = static_cast<std::size_t>(offset - base_);

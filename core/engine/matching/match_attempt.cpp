@@ -18,7 +18,7 @@ bool MatchAttempt::Round(const PatternRow& row, std::uint8_t byte, bool tail_end
   }
   tail_seen_ = tail_seen_ || tail_ends_here;
   if (tail_seen_) {
-    // Every later round closes the span and subtracts the tail's length again.
+    // Every later round does both steps again, because tail_seen_ stays set.
     span_open_ = false;
     Count(extra_, 1 - static_cast<std::int64_t>(row.tail.size()));
   }

@@ -5,7 +5,7 @@
 // tail, counters of 16 bits) is part of that meaning.
 //
 // A span is the run of bytes that a wildcard takes. It opens behind the wildcard and closes at the
-// tail, the left text behind the first wildcard.
+// tail. The tail is the part of the left text behind the first wildcard.
 #pragma once
 
 #include <cstdint>
@@ -41,7 +41,7 @@ struct PatternRow {
 
 class MatchAttempt {
  public:
-  // The last round that an attempt can have: its counters are 16 bits wide.
+  // The last round that an attempt can have, because its counters are 16 bits wide.
   static constexpr int kLastRound = 32767;
 
   // Runs round number round() with the byte that it reads. `tail_ends_here`: the row's tail ends
@@ -54,15 +54,15 @@ class MatchAttempt {
   // while InOpenSpan, and only over bytes that hold no NUL and no end of the tail.
   void SkipTo(const PatternRow& row, int round);
 
-  // Sets the state that an attempt has after its last round if it continues from `behind_prefix`,
-  // where it stands on the wildcard, and meets neither a NUL nor an end of the tail.
+  // Sets the state after the last round of an attempt that continues from `behind_prefix`, where it
+  // stands on the wildcard, and meets neither a NUL nor an end of the tail.
   void FailInSpan(const PatternRow& row, const MatchAttempt& behind_prefix);
 
-  // Sets the state that an attempt has after its last round if it continues from `behind_prefix`,
-  // where it stands on the row's only wildcard, and matches up to the tail, which is the rest of
-  // the left text. `tail_round` reads the tail's last byte. It comes after the wildcard's round and
-  // is less than kLastRound. No NUL may stand in front of that byte, and the byte behind it must
-  // not be the tail's second byte.
+  // Sets the state after the last round of an attempt that continues from `behind_prefix`, where it
+  // stands on the row's only wildcard, and matches up to the tail. The tail must be the rest of the
+  // left text. The round `tail_round` reads the tail's last byte; it comes after the wildcard's
+  // round and is less than kLastRound. No NUL may stand in front of the tail's last byte, and the
+  // byte behind it must not be the tail's second byte.
   void MatchUpToTail(const MatchAttempt& behind_prefix, int tail_round) {
     *this = behind_prefix;
     round_ = tail_round + 1;

@@ -1,7 +1,6 @@
 // Finds what lies ahead of a match attempt: the next NUL, and the next occurrence of a row's tail.
-// Every byte is searched only once for each of the two, however many attempts ask, because each
-// class remembers how far it has searched and what it found. Offsets count from the start of the
-// source.
+// Each class searches every byte only once, however many attempts ask, because it remembers how far
+// it has searched and what it found. Offsets count from the start of the source.
 #pragma once
 
 #include <cstddef>
@@ -48,12 +47,12 @@ class NextTail {
 
  private:
   std::string_view tail_;
-  // The failure function of a Knuth-Morris-Pratt search. fallback_[n] is the length of the longest
-  // beginning of the tail that is shorter than n and with which the tail's first n bytes end.
+  // The failure function of a Knuth-Morris-Pratt search. fallback_[n] is the greatest k, less than
+  // n, for which the tail's first n bytes end with its first k bytes.
   std::vector<std::uint32_t> fallback_;
   std::uint64_t found_ = kNowhere;  // the offset behind an occurrence
   std::uint64_t searched_ = 0;      // all bytes in front of this offset are searched
-  std::size_t fitting_ = 0;         // how many of the tail's first bytes end at searched_
+  std::size_t fitting_ = 0;         // how many first bytes of the tail stand just before searched_
 };
 
 }  // namespace morvex

@@ -20,8 +20,8 @@ class Pace {
   void AddSteps(std::uint64_t count) { steps_ += count; }
   void AddHits(std::int64_t count) { hits_ += count; }
 
-  // Asks the watcher if enough steps have been made since the last question; `read` is the number
-  // of input bytes done. Returns false once the watcher has asked to stop.
+  // If enough steps have been made since the last question, asks the watcher whether to go on.
+  // `read` is the number of input bytes done. Returns false once the watcher has asked to stop.
   bool MayGoOn(std::uint64_t read) {
     if (!stopped_ && steps_ >= kStepsBetweenQuestions) {
       steps_ = 0;

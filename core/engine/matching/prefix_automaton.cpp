@@ -10,9 +10,9 @@
 namespace morvex {
 namespace {
 
-// With at most kSmallStride entries per state, the table takes no more memory than the other form,
-// so it holds all states. Otherwise it has at most kTableEntries entries, which fit into a core's
-// own caches.
+// With at most kSmallStride entries per state, the table takes no more memory than sparse states
+// would, so it holds all states. Otherwise it has at most kTableEntries entries, which fit into a
+// core's own caches.
 constexpr std::uint32_t kSmallStride = 4;
 constexpr std::size_t kTableEntries = std::size_t{1} << 17;
 
@@ -23,7 +23,8 @@ std::size_t CommonBeginning(std::string_view a, std::string_view b) {
                                   a.begin());
 }
 
-// The members' prefixes, reversed and with the class of each byte in its place, in ascending order.
+// The members' prefixes. Each is reversed, and its bytes are replaced by their classes; the results
+// are in ascending order.
 struct ReversedPrefixes {
   struct Prefix {
     std::string_view bytes;
@@ -173,8 +174,8 @@ void PrefixAutomaton::NumberStates(std::size_t states_in_table, Trie& trie) {
   }
 }
 
-// Works level by level: a failure state is nearer to the root than its state, so it is complete
-// already.
+// Works level by level. The failure state of a state is nearer to the root, so it is already
+// complete.
 void PrefixAutomaton::Link(Trie& trie) {
   for (std::size_t depth = 0; depth <= longest_; ++depth) {
     for (std::size_t i = trie.levels[depth]; i < trie.levels[depth + 1] && depth > 0; ++i) {
@@ -259,7 +260,8 @@ PrefixAutomaton::State PrefixAutomaton::NextOfSparse(State state, std::uint8_t b
 void PrefixAutomaton::Find(const std::uint8_t* bytes, std::size_t count, std::size_t size,
                            std::vector<Found>& found) const {
   if (longest_ == 0) return;
-  // At a byte that no prefix holds the state is the root, whatever stands behind it.
+  // At a byte that occurs in no prefix, the state is the root, whatever bytes stand behind that
+  // byte.
   const std::uint8_t* const end =
       std::find_if(bytes + count, bytes + std::min(size, count + longest_ - 1),
                    [this](std::uint8_t byte) { return classes_[byte] == 0; });

@@ -27,7 +27,7 @@ class PrefixAutomaton {
     std::uint32_t state = 0;
   };
 
-  // As `states_in_table`: the automaton chooses the number of states in the table.
+  // A value for `states_in_table`: the automaton chooses the number of states in the table.
   static constexpr std::size_t kBySize = 0;
 
   // `members` are indexes of `rows`: the rows to find, as in PrefixIndex::rows_by_prefix(). Their
@@ -36,10 +36,10 @@ class PrefixAutomaton {
   PrefixAutomaton(const std::vector<CompiledRow>& rows, const std::vector<std::int32_t>& members,
                   std::size_t states_in_table = kBySize);
 
-  // Appends the offsets among the first `count` bytes (fewer than 2^32) where a prefix stands to
-  // `found`, in descending order. `size` bytes, `count` or more, may be read. Each call also reads
-  // bytes behind `count`, up to the length of the longest prefix, so `count` should be much larger
-  // than that.
+  // Searches the first `count` bytes (fewer than 2^32). Appends every offset where a prefix stands
+  // to `found`, in descending order. `size` bytes, `count` or more, may be read. Each call also
+  // reads bytes behind `count`, up to the length of the longest prefix, so `count` should be much
+  // larger than that.
   void Find(const std::uint8_t* bytes, std::size_t count, std::size_t size,
             std::vector<Found>& found) const;
 
@@ -53,7 +53,7 @@ class PrefixAutomaton {
   // index in `sparse_`. kHasOutput may be set as well.
   using State = std::uint32_t;
   static constexpr State kRoot = 0;
-  static constexpr State kHasOutput = State{1} << 31;  // a prefix stands where this is the state
+  static constexpr State kHasOutput = State{1} << 31;  // a prefix stands at offsets with this state
   static constexpr State kSparse = State{1} << 30;
   static constexpr State kIndexMask = kSparse - 1;
 

@@ -1,10 +1,10 @@
 // Finds the rows whose prefix stands at an offset, in time that hardly depends on the number of
 // rows. The prefixes form a trie in which each step takes up to eight bytes at once and is looked
-// up in one hash table for all nodes. Where few rows are left they are compared one by one, as a
+// up in one hash table for all nodes. Where few rows are left, these are compared one by one, as a
 // group.
 //
-// A shadowed row, one that an earlier plain row always beats, is left out. So of the plain rows
-// found at an offset the one with the longest prefix is the first in table order.
+// A shadowed row (one that an earlier plain row always beats) is left out. So the plain row with
+// the longest prefix at an offset is also the first plain row there in table order.
 #pragma once
 
 #include <array>
@@ -21,11 +21,12 @@ namespace morvex {
 class PrefixIndex {
  public:
   static constexpr std::int32_t kNone = -1;
-  // One number cannot name the rows at the offset: several rows there need an attempt, or one does
-  // and stands in front of a plain row. Call Find.
+  // Several rows at the offset need an attempt, or one does and stands in front of a plain row.
+  // Call Find to get these rows.
   static constexpr std::int32_t kUndecided = -2;
-  // The number for an offset where exactly one row stands, which needs an attempt. It is less than
-  // kUndecided. The function is its own inverse: it also turns that number into the row.
+  // Returns the number for an offset where `row`, which needs an attempt, is the only row. The
+  // number is less than kUndecided. The function is its own inverse: it also turns the number into
+  // the row.
   template <class Number>
   static constexpr std::int32_t OnlyAttempt(Number row) {
     return -3 - static_cast<std::int32_t>(row);
@@ -67,8 +68,8 @@ class PrefixIndex {
   const std::vector<std::int32_t>& rows_by_prefix() const { return rows_by_prefix_; }
 
  private:
-  // The steps of a node have five lengths, by the number of bytes left of a prefix: 1, 2, 3, 4 to
-  // 7, and 8 or more.
+  // The steps of a node have five lengths. The length for a prefix depends on how many of its bytes
+  // are left: 1, 2, 3, 4 to 7, and 8 or more.
   static constexpr std::size_t kLengths = 5;
   static constexpr std::uint32_t kNoRow = ~std::uint32_t{0};
 
@@ -78,7 +79,7 @@ class PrefixIndex {
     std::uint64_t second = 0;  // bytes 9 to 16
     std::uint32_t size = 0;
     std::uint32_t plain = kNoRow;    // the row, if it is plain
-    std::uint32_t attempt = kNoRow;  // the row, if it is not
+    std::uint32_t attempt = kNoRow;  // the row, if it needs an attempt
     std::uint8_t short_size = 0;     // the bytes in `first` and `second`: `size`, at most 16
     bool is_long = false;            // `size` is more than 16
     bool is_last = false;            // in its group
@@ -103,7 +104,7 @@ class PrefixIndex {
     std::uint32_t own = 0;  // if has_own, the group of the rows whose prefix ends behind the label
     bool has_own = false;
     // By length. `takes`: how many bytes the steps take, 0 if there are no steps. `begins`: a bit
-    // for the low four bits of the first byte of each step, which spares most probes that would
+    // for the low four bits of the first byte of each step. These bits spare most probes that would
     // find nothing.
     std::array<std::uint8_t, kLengths> takes{};
     std::array<std::uint16_t, kLengths> begins{};
@@ -117,7 +118,7 @@ class PrefixIndex {
   };
   static constexpr std::uint32_t kFree = ~std::uint32_t{0};
   static constexpr std::uint32_t kGroup = std::uint32_t{1} << 31;
-  // A step has led to the node or group `to`, at the offset `at`.
+  // `to`: a node or group that the steps have led to. `at`: the offset behind these steps.
   struct Reached {
     std::uint32_t to;
     std::uint32_t at;
@@ -202,8 +203,8 @@ class PrefixIndex {
   static bool Continues(const Node& node, const std::uint8_t* bytes, std::size_t size);
   // Brings the node or group into the cache if the index is large.
   void Prefetch(std::uint32_t to) const;
-  // Takes the first steps from the root. Writes where they lead to `reached`, and returns how many
-  // there are.
+  // Takes the first steps from the root. Writes the nodes and groups that these lead to into
+  // `reached`, and returns their number.
   std::size_t Begin(const std::uint8_t* bytes, const std::uint16_t* offsets, std::size_t count,
                     Reached* reached) const;
   // Follows the trie from the `count` elements of `reached` on. Calls `found` with the index of the

@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t kStepBytes = PrefixIndex::kStepBytes;
 
 constexpr std::size_t kGroupSize = 8;  // the most rows that are compared one by one
-// The most rows of a group where a group that large spares a probe.
+// The most rows of a group where step lengths have been joined: the larger groups spare a probe.
 constexpr std::size_t kLargeGroupSize = 24;
 
 constexpr std::size_t kCache = std::size_t{256} << 10;
@@ -113,10 +113,10 @@ std::size_t PrefixIndex::Shortest(const Members& members) const {
   return shortest;
 }
 
-// Each length of steps costs a probe. So the rows of a longer length join the next shorter length
-// that has rows, and take its short steps, if all steps of the joined length then lead to groups.
-// If some led to nodes, long prefixes would continue behind short steps, and one offset could need
-// more probes than kMostReached has room for. Returns which lengths other lengths have joined.
+// Each length of steps costs a probe. So, where all steps of the joined length then lead to groups,
+// the rows of a longer length join the next shorter length that has rows, and take its short steps.
+// If some steps led to nodes, long prefixes would continue behind short steps, and one offset could
+// need more probes than kMostReached has room for. Returns which lengths other lengths have joined.
 std::array<bool, PrefixIndex::kLengths> PrefixIndex::Join(std::array<Members, kLengths>& by_length,
                                                           std::size_t depth) const {
   std::array<bool, kLengths> joined{};

@@ -11,7 +11,7 @@ constexpr std::size_t kStepBytes = PrefixIndex::kStepBytes;
 // How many bytes of a long prefix are compared in the time of one probe.
 constexpr std::size_t kBytesPerProbe = 16;
 
-// Masks of a member's bytes 1 to 8 and 9 to 16, by the number of bytes that it has there.
+// The masks of a member's bytes 1 to 8 and 9 to 16, by the number of its bytes (16 at most).
 constexpr auto kMemberMasks = [] {
   std::array<std::array<std::uint64_t, 2>, 2 * kStepBytes + 1> masks{};
   for (std::size_t size = 1; size < masks.size(); ++size) {

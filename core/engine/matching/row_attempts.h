@@ -77,8 +77,8 @@ class RowAttempts {
   const InputWindow* input_ = nullptr;
   Pace* pace_ = nullptr;
   bool undecided_ = false;
-  MatchAttempt attempt_;            // the last one
-  std::vector<std::uint8_t> more_;  // captured bytes that are apart from the others
+  MatchAttempt attempt_;            // the last attempt
+  std::vector<std::uint8_t> more_;  // see MatchAttempt::Round
 };
 
 }  // namespace morvex

@@ -27,7 +27,7 @@ inline std::size_t PairAt(const std::uint8_t* bytes) {
 // offset `at`.
 
 // Writes the offset of every set bit of `hits` and returns their number. Always writes at least two
-// elements: that costs less than a branch, which could not be predicted.
+// elements, because that costs less than a branch, which could not be predicted.
 inline std::size_t WriteOffsets(std::uint32_t hits, std::size_t at, std::uint16_t* offsets) {
   // The highest bit keeps the value from being zero, for which countr_zero would need a test.
   std::uint64_t bits = hits | std::uint64_t{1} << 63;

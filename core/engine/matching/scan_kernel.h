@@ -18,8 +18,8 @@ Kernel BestKernel();
 
 // Which bytes a prefix can begin with. The prefixes are dealt out over eight buckets, one bit each.
 // At each of the kDepth positions, the low and the high four bits of a byte select the buckets that
-// have a prefix with such a byte at that position. An offset passes if some bucket is selected
-// every time.
+// have a prefix with such a byte at that position. An offset passes if some bucket is selected at
+// all positions, both times.
 struct ScanTables {
   static constexpr std::size_t kDepth = 3;
   static constexpr std::size_t kBuckets = 8;
@@ -38,8 +38,8 @@ struct ScanTables {
   std::vector<std::uint8_t> pairs;  // 1 where some prefix begins with these two bytes
 };
 
-// Writes those of the first `count` offsets that pass to `offsets`, in ascending order, and returns
-// their number. `offsets` has room for `count` and kSpareRoom elements. `count` is at most 65536.
+// Tests the first `count` (65536 at most) offsets and writes those that pass to `offsets`, in
+// ascending order. Returns their number. `offsets` has room for `count` + kSpareRoom elements.
 using Scan = std::size_t (*)(const ScanTables& tables, const std::uint8_t* bytes, std::size_t count,
                              std::uint16_t* offsets);
 // Returns null if the machine does not support the kernel.

@@ -4,7 +4,7 @@
 namespace morvex {
 namespace {
 
-// Tests groups of offsets: in most groups no offset passes, and one branch skips the group.
+// Tests offsets in groups. In most groups no offset passes, and one branch skips the whole group.
 std::size_t ScanPairs(const ScanTables& tables, const std::uint8_t* bytes, std::size_t count,
                       std::uint16_t* offsets) {
   constexpr std::size_t kGroup = 16;

@@ -1,5 +1,5 @@
-// Where a stream pauses, a prefix may have begun whose rest is still to come. Everything in front
-// of its first byte can be decided with the bytes that have arrived.
+// When a stream pauses, the last bytes that have arrived may be the beginning of a prefix. The
+// offsets in front of that beginning can be decided without more bytes.
 #pragma once
 
 #include <cstddef>
@@ -20,9 +20,10 @@ class UnfinishedPrefixes {
   // Call when another source begins.
   void Reset() { settled_ = 0; }
 
-  // Returns the first offset at or behind `from` at which a prefix begins but the window's end cuts
-  // it off; the window's end if there is none. `from` must not decrease from call to call. Each
-  // offset is ruled out once, however often the stream pauses.
+  // Returns the first offset, `from` or later, from which the bytes up to the window's end are only
+  // the beginning of a prefix; the window's end if there is no such offset. `from` must not
+  // decrease from call to call. An offset that was ruled out is not tested again, however often the
+  // stream pauses.
   std::uint64_t FirstOffset(const InputWindow& window, std::uint64_t from);
 
  private:

@@ -12,8 +12,8 @@
 
 namespace morvex::test {
 
-// The wildcards with which a list's flags, its tails and the run were made. They differ when the
-// setting changes between the editor's opening, its OK and the run. 0: no wildcard.
+// The wildcards with which a list's flags and tails were made, and the wildcard of the run. They
+// differ when the setting changes between the editor's opening, its OK and the run. 0: no wildcard.
 struct Wildcards {
   char flags = 0;
   char tails = 0;

@@ -25,13 +25,14 @@ class FolderProgram : public EngineProgram {
     program.request.extensions = extensions;
   }
 
-  // Both passes, as a run makes them.
+  // Runs both passes, as a folder run does.
   void RunPasses(const std::string& source = "/s", const std::string& target = "/t") {
     FolderPrepass(program, source, target);
     if (!program.Beeindigd) FolderWalk(program, source, target);
   }
 
-  // Calls `handler` at every yield to window events, and makes every yield due.
+  // Calls `handler` at every yield to window events. The clock advances so fast that no yield is
+  // left out.
   void OnEveryYield(std::function<void()> handler) {
     system.step = std::chrono::milliseconds(15);
     user.on_events = std::move(handler);
@@ -51,7 +52,8 @@ class FolderProgram : public EngineProgram {
 inline const std::string kLongText(200'000, 'a');
 inline const std::string kLongResult(200'000, 'b');
 
-// Makes every call of this name fail on paths with this end.
+// Returns a function that makes every call named `call` fail with `error` on paths that end with
+// `path_end`.
 inline FailCall FailOn(const std::string& call, const std::string& path_end, ErrorNumber error) {
   return [=](const std::string& made, const std::string& path) {
     return made == call && path.ends_with(path_end) ? error : ErrorNumber::kNone;

@@ -111,7 +111,7 @@ TEST(LeftoverSearchRandomTest, RareFormsOfLettersAreFoundAsWell) {
   }
 }
 
-// An occurrence of a part of a wildcard row, or of the parts up to it.
+// An occurrence of a wildcard row's parts, from the first part up to some part.
 struct Chain {
   std::size_t begin = 0;
   std::size_t end = 0;

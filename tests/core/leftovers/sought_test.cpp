@@ -63,7 +63,7 @@ TEST(SoughtTest, EveryKeyIsFoldedAndLeadsToAPart) {
       EXPECT_FALSE(keys->PartsOf(static_cast<std::int32_t>(key)).empty());
     }
   }
-  // A key that two rows share leads to both, and to the first one in UTF-8 and Windows-1252.
+  // A key that two rows share leads to both rows, in UTF-8 and in Windows-1252.
   const SoughtKeys& keys = list.sought->keys();
   const auto shared = std::find_if(keys.rows().begin(), keys.rows().end(),
                                    [](const CompiledRow& key) { return key.prefix == "strasse"; });

@@ -58,7 +58,8 @@ const Rows kRows = {{"x", "1"}, {"y", "2"}};
 
 class EditorNthCall : public ::testing::Test {
  protected:
-  // Repeats `check` for every call, every error, and both "once" and "from then on".
+  // Repeats `check` with a fault at every call, with every error, once with only this call failing
+  // and once with all later calls failing too.
   template <class Check>
   static void ForEachCall(Check check) {
     int runs = 0;

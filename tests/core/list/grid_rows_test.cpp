@@ -183,7 +183,7 @@ TEST_F(GridRows, UpInTheFirstAndDownInTheLastRowDoNothing) {
 }
 
 TEST_F(GridRows, ArrowKeysScrollTheRowThatTakesTheFocusIntoView) {
-  MakeRows(7);  // row 0 is above the band
+  MakeRows(7);  // row 0 is scrolled out of view
   Focus(Column::kLeft, 1);
   Press(Column::kLeft, 1, kKeyUp);
   EXPECT_TRUE(HasFocus(Column::kLeft, 0));

@@ -16,10 +16,10 @@ constexpr int kLongList = 100'000;
 
 struct LongList {
   Rows rows;
-  std::string file;  // as it is written
+  std::string file;  // the bytes of the list file
 };
 
-// Every tenth row has the wildcard on the left, every hundredth the token on the right.
+// Every tenth row has the wildcard on the left, every hundredth the line-break token on the right.
 LongList MakeLongList() {
   LongList list;
   for (int i = 0; i < kLongList; ++i) {

@@ -251,7 +251,7 @@ TEST(ListReviewTest, AByteOrderMarkIsTold) {
   EXPECT_EQ(Diagnostics(Review("\xEF\xBB\xBF"
                                "Anna|x\r\n")),
             Lines{"1 byte-order mark "});
-  // As when two files were joined.
+  // A byte-order mark inside the file, as when two files were joined.
   EXPECT_EQ(Diagnostics(Review("Anna|x\n\xEF\xBB\xBF"
                                "Bert|x\r\n")),
             Lines{"2 byte-order mark "});

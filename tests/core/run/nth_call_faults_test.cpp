@@ -183,8 +183,8 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
     }
   }
 
-  // Every file is as a run without faults makes it, as it was before, or missing, and the program
-  // reports it.
+  // Every file of the target is as a run without faults makes it, or as it was before, or missing.
+  // If some file is not as a run without faults makes it, the program reports a failure.
   void CheckTarget(const FaultyRun& run, const Fault& fault) {
     const Contents target = run.Target();
     const Contents& before = GetParam().before;

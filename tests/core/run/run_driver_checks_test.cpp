@@ -271,7 +271,7 @@ TEST_F(TargetMissingTest, AFileInTheTargetsPlaceCannotBeMadeAFolder) {
 class BehindAMessageTest : public ::testing::Test {
  protected:
   BehindAMessageTest() { test_.files.AddFile("/s/a.txt", "a"); }
-  // Notes the labels at each message of the next Go, after a finished run.
+  // Finishes a run, calls Go once more, and notes the labels when this second Go turns a path red.
   void GoAfterARun(const std::string& source, const std::string& target) {
     test_.ArmAndGo();
     ASSERT_EQ(test_.window().lblPercentage.caption.get(), "Hits: 1\r\nDone !");

@@ -70,13 +70,14 @@ class RunProgram : public TestProgram {
   TextBox& source_box() { return window().Text1(kSourceBox); }
   TextBox& target_box() { return window().Text1(kTargetBox); }
 
-  // Calls `handler` at every yield to window events, and makes every yield due.
+  // Calls `handler` at every yield to window events. The clock advances so fast that no yield is
+  // left out.
   void OnEveryYield(std::function<void()> handler) {
     system.step = std::chrono::milliseconds(15);
     user.on_events = std::move(handler);
   }
 
-  // Armed: Go is ready, Anonymize and the path boxes are disabled.
+  // Expects an armed program: Go is ready, Anonymize and the path boxes are disabled.
   void ExpectArmed() {
     EXPECT_TRUE(window().cmdGo.enabled);
     EXPECT_TRUE(window().cmdGo.visible);
@@ -85,7 +86,7 @@ class RunProgram : public TestProgram {
     EXPECT_FALSE(source_box().enabled);
     EXPECT_FALSE(target_box().enabled);
   }
-  // Idle after a folder run, or after a target that could not be made.
+  // Expects the idle program after a folder run, or after a run whose target could not be made.
   void ExpectIdle() {
     EXPECT_FALSE(window().cmdGo.enabled);
     EXPECT_TRUE(window().cmdGo.visible);

@@ -13,7 +13,7 @@ namespace {
 
 using Pieces = std::vector<std::string>;
 
-// Splits and applies, as the start does.
+// Splits the command line and applies it, as the start does.
 ErrorNumber Apply(TestProgram& test, const std::string& line) {
   return ApplyCommandLine(test.program, SplitCommandLine(line));
 }
@@ -56,7 +56,7 @@ TEST(SplitCommandLine, ALineThatStartsWithABlankAndHyphenIsItsOwnFirstPieceToo) 
 struct LineCase {
   std::string what;
   std::string line;
-  bool taken;  // as a command line that sets something
+  bool taken;  // the program takes the line as one that sets something
   std::string path;
   int delay;
 };

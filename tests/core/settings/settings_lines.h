@@ -11,7 +11,7 @@ namespace morvex::test {
 
 inline const std::string kInitFile = "/program/Init.dat";
 
-// Every line with its CR LF.
+// Returns the lines, each followed by CR LF.
 inline std::string InitLines(const std::vector<std::string>& lines) {
   std::string content;
   for (const std::string& line : lines) content += line + "\r\n";

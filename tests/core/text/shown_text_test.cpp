@@ -175,7 +175,7 @@ TEST(PrintableLines, ACrLfInAPathIsNoLineBreak) {
 
 TEST(Printable, OtherBytesStay) { EXPECT_EQ(Printable("Zo\xC3\xAB \xFF"), "Zo\xC3\xAB \xFF"); }
 
-// Whatever bytes are beside it, a control character is always escaped.
+// A control character is always escaped, whatever bytes stand beside it.
 TEST(Printable, NoControlCharacterIsLeft) {
   for (int first = 0; first < 256; ++first) {
     for (int second = 0; second < 256; ++second) {

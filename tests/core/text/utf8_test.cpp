@@ -16,7 +16,7 @@ constexpr char32_t kLast = 0x10FFFF;
 
 bool IsSurrogate(char32_t code) { return code >= 0xD800 && code <= 0xDFFF; }
 
-// Returns a sequence of `size` bytes for any number that fits, valid or not.
+// Returns `code` as a sequence of `size` bytes, even where that sequence is not valid.
 std::string Sequence(char32_t code, std::size_t size) {
   if (size == 1) return std::string(1, static_cast<char>(code));
   std::string bytes;

@@ -65,7 +65,7 @@ TEST(CandidateFilter, ShortAndLongPrefixesTogether) {
 TEST(CandidateFilter, GoesOnFindingWhereEveryOffsetIsOne) {
   Filtered filtered({"aaaa"});
   const std::string dense(CandidateFilter::kBlock, 'a');
-  // The scan is left out after a dense block, and tried again later.
+  // After a dense block, the next blocks skip the scan; later blocks try it again.
   for (int block = 0; block < 200; ++block) {
     EXPECT_EQ(filtered.Offsets(dense).size(), dense.size() - 3) << block;
   }

@@ -1,4 +1,4 @@
-// The capture buffer as a record of events, and the bytes that follow from them.
+// The events that change the capture buffer, and the buffer's bytes after them.
 #include "core/engine/matching/capture_memory.h"
 
 #include <gtest/gtest.h>
@@ -13,8 +13,8 @@ namespace {
 
 class CaptureMemoryTest : public ::testing::Test {
  protected:
-  // The first row captures bytes. The second row cuts the captured bytes at a "q", the third row at
-  // an "a".
+  // The first row captures bytes. The second row cuts the captured bytes at a "q", the third row
+  // cuts them at an "a".
   CaptureMemoryTest()
       : program_(Rows{{"a*;", ""}, {"q", ""}, {"ab", ""}}, '*'),
         list_(program_.program.tables, '*'),
@@ -105,7 +105,7 @@ TEST_F(CaptureMemoryTest, OfTheRowsTriedBehindACaptureThoseThatBeginWithTheByteC
 TEST_F(CaptureMemoryTest, AnAttemptInVainCapturesUpToItsLastRoundAndTheRowsBehindItAreTried) {
   memory_.Open(window_, state_);
   CaptureAt(2, 3);
-  // The row of "ab" begins with the byte at 6 and cuts.
+  // The byte at offset 6 is the "a" of the row "ab", which cuts.
   memory_.CapturedInVain(0, 6);
   EXPECT_EQ(memory_.Bytes(), "4");
   // No row that cuts begins with "x".

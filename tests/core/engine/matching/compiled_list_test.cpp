@@ -51,8 +51,8 @@ TEST(CompiledList, AWildcardInFirstPositionIsAPrefixOfItsOwn) {
 }
 
 TEST(CompiledList, APrefixEndsWhereTheRowCouldMatchWithoutMore) {
-  // The row was flagged with another wildcard than the run's. Its tail "bc" also stands in front of
-  // the wildcard, which lowers the number of bytes needed to four.
+  // The list was made with the wildcard "*", but the run's wildcard is "#". The row's tail "bc"
+  // also stands at the row's beginning, so four bytes are enough to match.
   const Ready ready(Rows{{"bcx*bc", "y"}}, {'*', '*', '#'});
   ASSERT_EQ(ready.list.rows.size(), 1u);
   EXPECT_EQ(ready.list.rows[0].prefix, "bcx*");

@@ -1,4 +1,4 @@
-// Which bytes occur ahead of an attempt, asked at one offset after the other.
+// The searches for the next NUL and the next tail, from one offset after the other.
 #include "core/engine/matching/occurrences.h"
 
 #include <gtest/gtest.h>

@@ -208,7 +208,8 @@ TEST(PrefixAutomaton, EveryByteValueCanBeOfAPrefixAndANulIsOfNone) {
   Check(prefixes, text + '\0');
 }
 
-// Returns all prefixes of 1 to `longest` letters, plain and not.
+// Returns all prefixes of 1 to `longest` letters, each for a plain row and for a row that is not
+// plain.
 std::vector<Prefix> AllPrefixes(std::size_t longest) {
   std::vector<Prefix> prefixes;
   for (std::size_t size = 1; size <= longest; ++size) {

@@ -39,7 +39,7 @@ class Index {
   explicit Index(const std::vector<Prefix>& prefixes)
       : prefixes_(prefixes), rows_(Rows(prefixes_)), index_(rows_) {}
 
-  // Returns what the index finds at the start of the text. Both of its ways to look must agree.
+  // Returns what the index finds at the start of the text. Find and LookUp must agree.
   Found At(const std::string& text) const {
     const std::string padded = text + std::string(PrefixIndex::kReadAhead, '\0');
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(padded.data());
@@ -153,8 +153,8 @@ TEST(PrefixIndex, OffsetsLookedUpTogetherGetWhatEachGetsAlone) {
   }
 }
 
-// In a run of one letter, every kind of step occurs at every depth: into groups and nodes, short
-// and long. So as many steps are under way at once as possible.
+// A run of one letter follows short and long steps, into groups and nodes, at every depth. So as
+// many steps as possible are under way at once.
 TEST(PrefixIndex, HasRoomForAllStepsThatAnOffsetHasUnderWay) {
   std::vector<Prefix> prefixes;
   const auto run = [](std::size_t size) { return std::string(size, 'a'); };

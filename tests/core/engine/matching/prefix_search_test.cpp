@@ -119,7 +119,7 @@ TEST(PrefixSearch, BothMethodsFindWhatTryingEveryRowFinds) {
   }
 }
 
-// Rows that almost match everywhere in a run of "a", but match only where a "b" follows it.
+// Rows that almost match everywhere in a run of "a", but match only where a "b" follows the run.
 std::vector<Prefix> NearMisses() {
   std::vector<Prefix> prefixes;
   for (std::size_t size = 40; size < 80; ++size) {

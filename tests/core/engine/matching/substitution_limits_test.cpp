@@ -12,7 +12,7 @@ namespace {
 using namespace std::string_literals;
 
 constexpr std::size_t kLongestMatch = 32766;
-// The offsets of the first refill of the input's window and of the first full block of the output.
+// The ends of the input window's first buffer and of the output's first block.
 constexpr std::size_t kInputBorder = InputWindow::kBufferSize;
 constexpr std::size_t kOutputBorder = PositionedOutput::kBlock;
 constexpr std::size_t kManyBlocks = std::size_t{3} << 20;
@@ -30,7 +30,7 @@ TEST(SubstitutionLimits, ASpanThatMakesAMatchOf32767BytesIsNot) {
 }
 
 TEST(SubstitutionLimits, AfterTheOverflowTheNextOffsetIsTriedAfresh) {
-  // The second "a" lies near enough to the "c".
+  // The "c" is too far from the first "a", but not from the second.
   const std::string span = Times(kLongestMatch - 2, 'X');
   ExpectResult({{"a*c", "[*]"}, {"X-", "!"}}, '*', "aa" + span + "cX-", "a[" + span + "]!", 2);
 }
@@ -56,8 +56,9 @@ TEST(SubstitutionLimits, AWildcardInLastPositionFindsAtMost32766Bytes) {
 }
 
 TEST(SubstitutionLimits, ExtraThatFallsOutOfRangeEndsTheAttempt) {
-  // The tail of 12000 bytes closes the span. Each further byte that matches subtracts 11999 from
-  // `extra`, which starts near 0. Two subtractions stay within 16 bits, three do not.
+  // `extra` is MatchAttempt::extra_, a counter of 16 bits. The tail of 12000 bytes closes the span
+  // with `extra` near 0. Each further byte that matches subtracts 11999. Two subtractions stay
+  // within 16 bits, three do not.
   const std::string tail = Times(12000, 't');
   const Rows rows = {{"a*" + tail, "[*]"}};
   ExpectResult(rows, '*', "aX" + tail + "ttZ", "[X]Z", 1);
@@ -79,7 +80,8 @@ TEST(SubstitutionLimits, AMatchOverABlocksBorderIsFound) {
 }
 
 TEST(SubstitutionLimits, AMatchOverTheLastLookAheadBytesOfABlockIsFound) {
-  // The longest match, ending just before, at and behind the end of what is read at once.
+  // The longest match, which ends just in front of, at or just behind the end of the window's first
+  // buffer.
   const std::string span = Times(kLongestMatch - 2, 'X');
   for (std::size_t end = kInputBorder - 3; end <= kInputBorder + 3; ++end) {
     const std::string fill = Times(end - kLongestMatch, '.');
@@ -88,8 +90,8 @@ TEST(SubstitutionLimits, AMatchOverTheLastLookAheadBytesOfABlockIsFound) {
 }
 
 TEST(SubstitutionLimits, AWritePositionThatMovesBackOverABlocksBorderOverwrites) {
-  // The match in "0123bcdefaXYZ", whose result is "01>Z<", around the offset at which a block of
-  // the output is full.
+  // "0123bcdefaXYZ" becomes "01>Z<". It is placed at every offset around the end of an output
+  // block.
   for (std::size_t before = kOutputBorder - 6; before <= kOutputBorder + 1; ++before) {
     const std::string fill = Times(before, '.');
     ExpectResult({{"bcdefa*bcdef", "<*>"}}, '*', fill + "0123bcdefaXYZ", fill + "01>Z<", 1);

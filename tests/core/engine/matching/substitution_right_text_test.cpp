@@ -30,12 +30,13 @@ TEST(SubstitutionRightText, LeavesOutTheTailsBytes) {
 }
 
 TEST(SubstitutionRightText, EndsAtTheWildcardWithAnEmptyTail) {
-  // Bound 0, N = 1: the copy runs out of the buffer, and that error ends the writing.
+  // The buffer's upper bound is 0 and N = 1, so the copy runs out of the buffer. That error ends
+  // the writing.
   ExpectResult({{"a*", "<*>*"}}, '*', "aXbX", "<XbX", 1);
 }
 
 TEST(SubstitutionRightText, WritesOneNulWhereNothingWasEverCaptured) {
-  // The row has no wildcard on the left: the buffer is its single first element, 0 at the start.
+  // Nothing has been captured, so the buffer holds only its initial byte, 0.
   ExpectResult({{"a", "<*>"}}, '*', "ab", "<\0b"s, 1);
 }
 
@@ -46,7 +47,7 @@ TEST(SubstitutionRightText, WritesTheFirstByteOfAnEarlierRowsSpan) {
 
 TEST(SubstitutionRightText, WritesAnEarlierRowsSpanWhenNoAttemptHasCutIt) {
   // The second row matches on its tail alone, without reaching its wildcard. Of the captured P Q R
-  // it writes the bytes 0 to 2 - 2 + 1.
+  // it writes the bytes 0 to N = 2 - 2 + 1.
   ExpectResult({kCapturingRow, {"abab*ab", "[*]"}}, '*', "xPQRzabab", "(PQR)[PQ]", 2);
 }
 

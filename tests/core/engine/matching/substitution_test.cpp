@@ -110,13 +110,14 @@ TEST(Substitution, NulsInARightTextAreNotWritten) {
 
 TEST(Substitution, WithoutWildcardNoCharacterIsOne) {
   ExpectResult({{"a*c", "[*]"}}, 0, "aXc a*c", "aXc [*]", 1);
-  // The cells behind a left text's end hold the code 0, which stands for no wildcard.
+  // Behind a left text the table holds 0. That 0 is not a wildcard, although the run's wildcard
+  // code is 0, too.
   ExpectResult({{"ab", "X"}, {"abcdef", "Y"}}, 0, "abz", "Xz", 1);
 }
 
 TEST(Substitution, TheWidestRowMatchesLikeAnyOther) {
-  // Behind the widest row the table ends. That ends the attempt, and leaves nothing for the next
-  // one.
+  // Behind the widest row the table ends. That ends the attempt and does not affect the next
+  // attempt.
   ExpectResult({{"ab", "1"}}, 0, "ababb", "11b", 2);
   ExpectResult({{"abc", "1"}, {"ab", "2"}, {"b", "3"}}, 0, "abcabab", "122", 3);
 }

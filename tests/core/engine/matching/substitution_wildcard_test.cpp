@@ -1,6 +1,7 @@
 // What the wildcard matches. The expected bytes follow from the attempt's steps; comments explain
-// those that are not obvious. Notation: k counts the bytes that were looked up, so k - 1 of them
-// match; the row matches if k > left text's length + extra.
+// those that are not obvious. Notation: k is the number of bytes looked up, of which all but the
+// last match; extra is `MatchAttempt::extra_`. The row matches if k > length of the left text +
+// extra.
 #include <gtest/gtest.h>
 
 #include "tests/core/engine/engine_test.h"
@@ -84,7 +85,8 @@ TEST(SubstitutionWildcard, LastInTheWidestRowTakesOneByte) {
 }
 
 TEST(SubstitutionWildcard, LastInANarrowerRowTakesAllToTheEnd) {
-  // The table goes on, the span stays open until the end of the file reads as NUL.
+  // The table goes on behind the row, so the span stays open until the end of the file, which reads
+  // as a NUL.
   ExpectResult({{"a*", "<*>"}, {"12345", "y"}}, '*', "cabab", "c<bab", 1);
 }
 
@@ -102,8 +104,8 @@ TEST(SubstitutionWildcard, OfTwoOnlyTheFirstIsASpansStart) {
 }
 
 TEST(SubstitutionWildcard, OfTwoInARowTheSecondIsTheTail) {
-  // The span reaches to the "*" in the file, which is captured too because the pattern is at a "*"
-  // there.
+  // The "*" in the file ends the span. It is captured too, because the pattern is also at a "*"
+  // then.
   ExpectResult({{"a**", "[*]"}}, '*', "aXY*ZW", "[XY*]ZW", 1);
   ExpectResult({{"a**", "[*]"}}, '*', "aXYZW", "aXYZW", 0);
   // In a wider table, the span that the last "*" of the row opens takes one byte more: k = 6 > 3 +
@@ -129,8 +131,8 @@ TEST(SubstitutionWildcard, BytesThatRepeatTheTailAreSwallowed) {
 
 TEST(SubstitutionWildcard, ATailSeenEarlyLetsPartOfTheLeftTextMatch) {
   // "ab" is the tail and also stands at the front: extra is -1, -2, -3 after the second, third and
-  // fourth byte, and 5 > 7 - 3. The wildcard is never reached, so nothing is captured: of the
-  // single byte with which the buffer starts, N = 0 - 2 + 1 leaves nothing.
+  // fourth byte, and 5 > 7 - 3. The wildcard is never reached, so nothing is captured: the buffer
+  // holds only its initial byte, and N = 0 - 2 + 1 = -1 writes nothing.
   ExpectResult({{"abab*ab", "[*]"}}, '*', "abab", "[]", 1);
   // One byte less is not enough: 4 > 7 - 2 does not hold.
   ExpectResult({{"abab*ab", "[*]"}}, '*', "abaQ", "abaQ", 0);

@@ -1,4 +1,4 @@
-// At which offset of a stream that pauses a prefix may have begun.
+// When a stream pauses: the first offset at which an unfinished prefix begins.
 #include "core/engine/matching/unfinished_prefixes.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@
 namespace morvex::test {
 namespace {
 
-// Returns the first unfinished offset at or behind each offset of `from`, found in one pass.
+// Returns FirstOffset for each offset of `from`, all from one object.
 std::vector<std::uint64_t> FirstOffsets(std::vector<std::string> prefixes, const std::string& bytes,
                                         const std::vector<std::uint64_t>& from) {
   std::sort(prefixes.begin(), prefixes.end());

@@ -62,7 +62,8 @@ TEST_F(FolderPrepassTest, AFileOfARecycleBinIsStillHandledWhenTheSourceIsTheBin)
   Run("/RECYCLER");
   EXPECT_EQ(test_.files.Below("/t"), std::vector<std::string>{"/t/b.bin"});
   EXPECT_EQ(program_.run.FilesDone, 1);
-  // Only processing checks the path, so the selected file has no result to copy.
+  // The path of "b.bin", which is only copied, is not checked. That of "a.txt" is, so "a.txt" is
+  // not processed and has no result to copy.
   EXPECT_EQ(test_.LogMessages(),
             (std::vector<std::string>{"/RECYCLER/a.txt", "Error 53: File not found"}));
 }

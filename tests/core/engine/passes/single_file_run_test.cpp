@@ -219,7 +219,7 @@ TEST_F(SingleFileRunTest, OnADriveRootTheCopyIsMadeToo) {
   EXPECT_EQ(SingleFileRun(test.program, "C:\\a.txt", "C:\\b.txt").error, ErrorNumber::kNone);
   EXPECT_EQ(test.files.Bytes("C:\\b.txt"), "a");
   EXPECT_FALSE(test.files.Has("C:\\tijdel.enc"));
-  // The logged path is joined from the folder without any repair.
+  // The logged path is the folder, a separator and the name; a doubled separator stays.
   EXPECT_EQ(test.LogMessages().front(), "C:\\\\a.txt");
 }
 
