@@ -59,7 +59,7 @@ class CaptureMemory {
   // At every offset that is not accounted for yet and lies in front of `offset`, all rows were
   // tried and none matched.
   void TriedUpTo(std::uint64_t offset);
-  // A row that cuts the buffer was tried.
+  // Call when a row was tried that cuts the buffer.
   void Cut() {
     if (may_be_long_) CutLong();
   }
