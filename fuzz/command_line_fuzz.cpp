@@ -29,7 +29,7 @@ void FuzzCommandLine(const std::uint8_t* data, std::size_t size) {
   CheckPieces(line);
   TestProgram test;
   test.system.command_line = line;
-  // Some names exist, so that some lines start a run.
+  // Some files exist, so that some lines start a run.
   test.files.AddFile("/s/a.txt", "aca");
   test.files.AddFolder("/t");
   test.files.AddFile("/l", "a|b||\r\n");

@@ -1,9 +1,9 @@
 // Fuzz target: runs the engine and the literal engine on a list and files made of the fuzzer's
 // bytes. A difference ends the program and prints everything that is needed to repeat it.
 //
-// The first bytes choose the wildcards, the number of rows, the size of what follows and the
-// kernel. Then come the rows, each text by its length, and the rest is one or two files. Some files
-// are stretched, so that a few bytes reach every block border.
+// The bytes choose, in this order: the letters, the wildcards and the number of rows; the rows,
+// each as the lengths of its texts and the texts; the kernel; and one or two files. Some files are
+// stretched, so that a few bytes reach every block border.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>

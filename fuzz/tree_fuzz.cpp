@@ -20,7 +20,7 @@ constexpr const char* kListPath = "/list";
 
 using Contents = std::map<std::string, std::string>;
 
-// Returns a name, mostly one of those that mean something to a run in some folder.
+// Returns a name, mostly one that a run treats in a special way in some folder.
 std::string Name(FuzzBytes& bytes) {
   static const char* const kNames[] = {"a.txt",     "b.txt",      "c.bin",      "x.cle",
                                        "article",   "Morvex.txt", "tijdel.enc", "d.tar.txt",

@@ -37,8 +37,8 @@ void DescribeApplication() {
   QApplication::setDesktopFileName("morvex");
   QApplication::setWindowIcon(ProgramIcon());
   QApplication::setStyle(new HouseStyle);
-  // Only Desktop::Ended ends the program: when one window makes way for another, none is shown for
-  // a moment.
+  // Only Desktop::Ended ends the program, because for a moment no window is shown when one replaces
+  // another.
   QApplication::setQuitOnLastWindowClosed(false);
 }
 

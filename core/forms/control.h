@@ -1,5 +1,5 @@
 // The state of the controls of a form: plain values, no behaviour, no toolkit. A user interface
-// shows them and passes events to the handlers of the other rooms; a test reads them without a
+// shows them and calls the handlers in other folders for their events; a test reads them without a
 // screen.
 //
 // Every visible value notifies its form's ChangeNotice when it changes, so that a user interface
@@ -17,8 +17,8 @@
 namespace morvex {
 
 // Counts the changes of one form. `on_change`, when set, is called after each change, in the middle
-// of a handler and up to a million times during one: it must only note that a repaint is due, and
-// must not throw.
+// of a handler. One handler may cause a million changes, so `on_change` must only note that a
+// repaint is due. It must not throw.
 class ChangeNotice {
  public:
   void Changed() {
@@ -112,7 +112,7 @@ struct Button : Control {
 };
 
 // One line: its text never holds CR or LF. The user interface ensures this, and puts typed text
-// into `text` when no handler for the change is declared.
+// into `text` itself if the box has no handler for changes.
 struct TextBox : Control {
   TextBox(ChangeNotice& notice, Box where, int tab) : Control(notice, where, tab), text(notice) {}
 
@@ -128,7 +128,7 @@ struct Picture : Control {
   int cursor_resource = 0;  // number of the cursor shown with MousePointer::kCustom
 };
 
-// Takes 0 (off), 1 (on) and 2 (greyed).
+// Its value is 0 (off), 1 (on) or 2 (greyed).
 struct CheckBox : Control {
   CheckBox(ChangeNotice& notice, Box where, int tab, std::string text)
       : Control(notice, where, tab), caption(notice, std::move(text)), value_(notice, 0) {}
@@ -153,8 +153,8 @@ struct ListEntry {
   bool operator==(const ListEntry&) const = default;
 };
 
-// A list whose entries are selected one by one. `current` is the index of the entry with the focus
-// mark, -1 for none; the user interface sets it.
+// A list in which any number of entries can be selected. `current` is the index of the entry with
+// the focus mark, -1 for none; the user interface sets it.
 struct ListBox : Control {
   ListBox(ChangeNotice& notice, Box where, int tab)
       : Control(notice, where, tab), entries(notice), current(notice, -1) {}
@@ -163,7 +163,7 @@ struct ListBox : Control {
   Watched<int> current;
 };
 
-// A value outside the range is moved to its nearer end, so setting one never fails.
+// A value outside the range is moved to the nearer end of the range, so SetValue never fails.
 struct ScrollBar : Control {
   ScrollBar(ChangeNotice& notice, Box where, int tab)
       : Control(notice, where, tab), minimum_(notice, 0), maximum_(notice, 0), value_(notice, 0) {}
@@ -202,7 +202,7 @@ struct ProgressBar : Control {
   Watched<std::int64_t> value_;
 };
 
-// Ticks once `interval_ms` after it was enabled.
+// Ticks once, `interval_ms` milliseconds after it was enabled.
 struct Timer {
   bool enabled = false;
   int interval_ms = 0;
@@ -227,8 +227,8 @@ struct Line {
   int y2 = 0;
 };
 
-// The control to which a handler moves the input focus. The user interface moves it once for each
-// request, when requests() has grown, and otherwise leaves it where the user put it.
+// The control to which a handler moves the input focus. The user interface moves the focus when
+// requests() has grown, and otherwise leaves the focus where the user put it.
 class FocusRequest {
  public:
   explicit FocusRequest(ChangeNotice& notice) : notice_(&notice) {}

@@ -44,7 +44,7 @@ struct MainForm : Form {
   Picture Image1;             // decoration, like the lines
   std::array<Line, 9> Lines;  // Line1 to Line9
 
-  int EditedBox = kSourceBox;  // the path box that the folder tree replaces while it is shown
+  int EditedBox = kSourceBox;  // the path box in whose place the folder tree is shown
 
  private:
   TextBox source_box_;

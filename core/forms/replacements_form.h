@@ -1,7 +1,7 @@
 // The form of the replacement list's editor: a grid of rows, each a left and a right cell.
 //
-// A grid may hold a hundred thousand rows, so a row stores no position: position and visibility are
-// computed from one scroll offset, the tab position from the row's index.
+// A grid may hold a hundred thousand rows, so a row stores no position. Position and visibility of
+// a row are computed from one scroll offset, its place in the tab order from its index.
 #pragma once
 
 #include <cstddef>

@@ -137,13 +137,13 @@ class WorkFile : public OutputFile {
   // Copies the work file to `to` as CopyFile does, and keeps it and the claim.
   virtual ErrorNumber CopyTo(const std::string& to) = 0;
   // Moves the work file to `to`, under the rules of CopyFile for what it may replace. A move within
-  // one file system is a rename. Only a move to another file system copies: it asks `keep_going`
-  // (may be empty) meanwhile, and returns kInvalidCall if `keep_going` ended the copy.
+  // one file system is a rename. A move to another file system is a copy: it asks `keep_going` (may
+  // be empty) meanwhile, and returns kInvalidCall if `keep_going` ended the copy.
   virtual ErrorNumber MoveTo(const std::string& to, const KeepGoing& keep_going) = 0;
   // Renames the work file to `to`, in one step that fails if the name is taken. The caller need not
-  // look up `to` first. kFileAlreadyExists: the name is taken, possibly by a link. kPathFileAccess:
-  // `to` is on a different file system, or something other than a file has taken the work file's
-  // path. After any error MoveTo may still succeed.
+  // look up `to` first. Returns kFileAlreadyExists if the name is taken, possibly by a link, and
+  // kPathFileAccess if `to` is on a different file system or if the work file's path no longer
+  // leads to a file. After any error MoveTo may still succeed.
   virtual ErrorNumber MoveToFreeName(const std::string& to) = 0;
   // Deletes the work file.
   virtual ErrorNumber Discard() = 0;
@@ -210,9 +210,10 @@ class FileService {
   // CopyFile and DeleteFile. After an error `from` still exists.
   virtual ErrorNumber MoveFile(const std::string& from, const std::string& to,
                                const KeepGoing& keep_going) = 0;
-  // Renames the file `from` to `to`, in one step that fails if the name is taken
-  // (kFileAlreadyExists; by a link too). kPathFileAccess if `from` is not a file, or if the two
-  // paths are on different file systems. After an error nothing has changed.
+  // Renames the file `from` to `to`, in one step that fails if the name is taken. Returns
+  // kFileAlreadyExists if the name is taken, possibly by a link, and kPathFileAccess if `from` is
+  // not a file, or if the two paths are on different file systems. After an error nothing has
+  // changed.
   virtual ErrorNumber MoveToFreeName(const std::string& from, const std::string& to) = 0;
   // Deletes a file, or a link but not what it leads to. kPathFileAccess for a folder,
   // kFileNotFound if `path` does not exist, kFileAlreadyOpen if a WorkFile claims the file.

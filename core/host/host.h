@@ -1,4 +1,4 @@
-// The host: everything outside the program that it uses, as three services. Whoever creates the
+// The host: everything outside itself that the program uses, as three services. Whoever creates the
 // services (a main function, a test) owns them and keeps them alive as long as the program.
 #pragma once
 

@@ -46,7 +46,7 @@ class SystemService {
 
   virtual TextCodec Codec() = 0;
   // The system's single-byte code page, if it has one for the texts and file names of all programs.
-  // Empty if both follow the user's locale.
+  // Empty if texts and file names follow the user's locale.
   virtual std::optional<PageCharacters> SystemPage() { return std::nullopt; }
   // True on systems that redirect writes into a protected program folder to a folder of the user.
   virtual bool HasRedirectedStore() = 0;

@@ -8,13 +8,14 @@
 namespace morvex {
 namespace {
 
-// The most keys of one part in one encoding. With more, a key ends early, and the rest of the part
-// is compared where the key is found.
+// The most keys of one part in one encoding. Where one more letter would make more keys, a key ends
+// early; the rest of the part is compared where the key is found.
 constexpr std::size_t kMostKeys = 16;
-// A key with a rare form of a letter ends at this many bytes: few files hold it anyway.
+// A key with a rare form of a letter ends at this many bytes, because even such a short key occurs
+// in few files.
 constexpr std::size_t kEnoughOfARareKey = 4;
-// From this many bytes on, a letter with rare forms ends a key. The rest of kLongestRareKey is room
-// for one more letter and the form.
+// A key of this many bytes or more ends in front of a letter with rare forms. The bytes left up to
+// kLongestRareKey are room for one letter in a rare form.
 constexpr std::size_t kFarBehind = Sought::kLongestRareKey - 32;
 // In bytes. Only the beginning of a longer part is searched; a longer right text becomes no
 // `put_in`.
@@ -87,7 +88,7 @@ bool HasOnlyAsciiWays(const Spelling& spelling) {
 }
 
 // Returns the non-empty pieces of a text between its wildcards. Wildcards in front of offset `from`
-// are ordinary characters, as the first byte of a left text is.
+// count as ordinary characters. (The first byte of a left text is never a wildcard.)
 std::vector<std::string_view> PiecesOf(std::string_view text, char joker, std::size_t from) {
   std::vector<std::string_view> pieces;
   std::size_t begin = 0;
@@ -168,7 +169,8 @@ Sought::Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding li
   MakeKeys();
 }
 
-// Adds nothing when the encoding lacks a character of one of the parts.
+// Adds nothing if the encoding lacks a character of a part, or if all occurrences would be ASCII
+// alone and another encoding reports those.
 void Sought::AddRow(const ListRow& row, Encoding encoding, bool ascii_is_told_elsewhere) {
   std::vector<Spelling> spellings;
   for (const std::string_view part : row.parts) {

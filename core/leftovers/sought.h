@@ -3,10 +3,10 @@
 //
 // A wildcard row is split into parts, the texts between its wildcards. It is found where all parts
 // occur in their order, within the bytes that a match may span. Each part has keys in each
-// encoding: the beginnings by which an index finds it. Keys and files are compared folded: one bit
-// is set in every byte, which makes the two cases of most letters equal. Where they still differ,
-// there is a key for each. Keys with a rare form of a letter (see OtherCase) are kept apart,
-// because they need to be searched only around such forms.
+// encoding: the beginnings of the part, by which an index finds the part. Keys and files are
+// compared folded: one bit is set in every byte, which makes the two cases of most letters equal.
+// Where the two cases still differ, each has its own key. Keys with a rare form of a letter (see
+// OtherCase) are kept apart, because they need to be searched only around such forms.
 #pragma once
 
 #include <cstddef>
@@ -43,8 +43,8 @@ struct SoughtRow {
   // for every other row. A run writes this text, so an occurrence of it is no leftover.
   std::string put_in;
   // Above 0 for a row whose ending also occurs in its beginning. A run matches such a row too early
-  // and leaves most of the captured bytes behind the right text. So where `put_in` is found, the
-  // parts after the first are searched from this many bytes behind it on.
+  // and leaves most of the captured bytes behind the right text. So behind an occurrence of
+  // `put_in`, this many bytes are skipped before the parts after the first are searched.
   std::size_t least_left = 0;
 };
 
@@ -85,14 +85,14 @@ class Sought {
 
   // Keys of letters in their usual forms.
   const SoughtKeys& keys() const { return *keys_; }
-  // Keys that hold a rare form of a letter, and the forms alone. Each rare key holds one of the
-  // forms.
+  // rare_keys: keys that hold a rare form of a letter. rare_forms: those forms alone, at least one
+  // for each rare key.
   const SoughtKeys& rare_keys() const { return *rare_keys_; }
   const SoughtKeys& rare_forms() const { return *rare_forms_; }
 
   // look_ahead: the most bytes from an offset on that are read to decide what stands there.
   // look_behind: the most bytes in front of an offset that can belong to an occurrence that ends
-  // behind it.
+  // behind the offset.
   std::size_t look_ahead() const { return look_ahead_; }
   std::uint64_t look_behind() const { return look_behind_; }
 

@@ -5,7 +5,7 @@
 namespace morvex {
 
 SoughtKeys::SoughtKeys(const PartsByKey& parts_by_key) {
-  bytes_.reserve(parts_by_key.size());  // rows_ points into it, so it may not move
+  bytes_.reserve(parts_by_key.size());  // rows_ points into the elements, so they must not move
   for (const auto& [bytes, parts] : parts_by_key) {
     bytes_.push_back(bytes);
     CompiledRow row;

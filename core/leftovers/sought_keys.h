@@ -1,5 +1,4 @@
-// The keys by which parts are found, which are the folded beginnings of parts, and the index of the
-// keys.
+// The keys, which are the folded beginnings of parts, and an index that finds the keys in a file.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +15,7 @@ namespace morvex {
 
 class SoughtKeys {
  public:
-  // For each key, 1 or more bytes without a NUL, the parts that can begin with it.
+  // Maps each key to the parts that can begin with it. A key has at least one byte and no NUL.
   using PartsByKey = std::map<std::string, std::vector<std::int32_t>>;
 
   explicit SoughtKeys(const PartsByKey& parts_by_key);

@@ -44,7 +44,7 @@ std::optional<Standing> StandsAt(const Spelling& spelling, std::string_view byte
 std::optional<Spelling> Alphabet::Spell(std::u32string_view text, Encoding encoding) {
   Spelling spelling{encoding, {}, Encode(text, encoding).value_or("")};
   std::u32string letters;
-  std::u32string signs;  // for each letter the sign of the list that it replaces, or kNoSign
+  std::u32string signs;  // for each letter: the sign that the list has instead, or kNoSign
   for (const char32_t character : text) {
     const std::u32string_view one(&character, 1);
     const std::u32string expanded =
@@ -87,7 +87,7 @@ const LetterWays& Alphabet::WaysOf(std::u32string_view text, Encoding encoding, 
   if (sign != kNoSign) add({&sign, 1}, 1, false);
   for (const OtherCase& other : OtherCases(text.front())) add(other.text, 1, other.is_rare);
   for (const Ligature& each : ligatures) add({&each.character, 1}, each.letters, true);
-  // A longer way first: StandsAt takes the first that fits.
+  // Longer ways come first, because StandsAt takes the first way that fits.
   std::stable_sort(ways.begin(), ways.end(), [](const LetterWay& one, const LetterWay& other) {
     return one.bytes.size() > other.bytes.size();
   });

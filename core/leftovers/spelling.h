@@ -20,7 +20,7 @@ struct LetterWay {
   bool is_rare = false;     // a rare form (see OtherCase) that is not ASCII alone
 };
 
-// Longest first: no way comes after one that it begins with.
+// Longest first, so that a way that begins with another way comes before it.
 using LetterWays = std::vector<LetterWay>;
 
 // All ways to write a text in one encoding.
@@ -28,8 +28,8 @@ struct Spelling {
   Encoding encoding = Encoding::kBytes;
   // One element per letter, with ligatures replaced by their letters. The Alphabet owns the ways.
   std::vector<const LetterWays*> letters;
-  // The text's own bytes; empty when the encoding lacks one of its letters but has it in another
-  // case.
+  // The bytes of the text in its own letter case; empty if the encoding has a letter of the text
+  // only in another case.
   std::string as_written;
 
   // The most bytes that the text takes, in any of its ways.
@@ -53,8 +53,8 @@ class Alphabet {
   std::optional<Spelling> Spell(std::u32string_view text, Encoding encoding);
 
  private:
-  // Returns the ways of the first letter of `text`. `sign` is what the list has in its place (the
-  // long s or the Kelvin sign), or 0.
+  // Returns all ways to write the first letter of `text`. `sign`: the long s or the Kelvin sign, if
+  // the list has it instead of that letter; else 0.
   const LetterWays& WaysOf(std::u32string_view text, Encoding encoding, char32_t sign);
 
   std::array<std::unordered_map<std::u32string, LetterWays>, kEncodings> known_;

@@ -10,8 +10,7 @@
 namespace morvex {
 namespace {
 
-// Enter in a row after this one scrolls the grid. In rows up to this one it makes the window
-// taller.
+// Enter in a row up to this one makes the window taller. Enter in a later row scrolls the grid.
 constexpr std::int64_t kLastGrowingRow = kRowsInBand - 2;
 constexpr std::int64_t kFreshScrollMaximum = 10;
 constexpr const char* kTooLongEntering = "invoer te lang (> 2147483647)";

@@ -46,8 +46,8 @@ void SnapshotRows(ReplacementsForm& grid);
 // cell does not exist or is not visible.
 void FocusOnCell(Program& program, CellAddress cell);
 
-// Turns a cell red if its text has longest_text bytes or more, with `too_long` as its tool tip.
-// Turns any other cell black, with its own text as tool tip.
+// A cell whose text has longest_text bytes or more turns red and gets the tool tip `too_long`. Any
+// other cell turns black and gets its text as tool tip.
 void MarkTooLong(const ReplacementsForm& grid, Cell& cell, const char* too_long);
 
 // Enter in a cell: in the last row it appends a row, elsewhere it does nothing.
@@ -56,13 +56,13 @@ void EnterInCell(Program& program, CellAddress cell);
 // Puts a text into a cell, which must exist.
 void SetCellText(ReplacementsForm& grid, CellAddress cell, const std::string& text);
 
-// Puts texts into the rows from `first` on; that row must exist. Behind the last row it appends
-// rows as Enter does.
+// Puts texts into the rows from `first` on; that row must exist. Appends rows where needed, as
+// Enter does.
 void FillRows(Program& program, std::int64_t first, const std::vector<GridRow>& rows);
 
 // Pastes rows, the first into the row of `cell`, and puts the focus into the last. Never overwrites
-// a text: when one of the rows already holds one, nothing changes and the first such row is
-// returned.
+// a text: if a row that would be filled already holds a text, changes nothing and returns the first
+// such row.
 std::optional<std::int64_t> PasteRows(Program& program, CellAddress cell,
                                       const std::vector<GridRow>& rows);
 

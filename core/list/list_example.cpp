@@ -10,7 +10,8 @@
 namespace morvex {
 namespace {
 
-// Words to put in place of the wildcard. Nearly every ending is missing in at least one of them.
+// Words to put in place of the wildcard. For nearly every ending, at least one of the words does
+// not contain it.
 constexpr std::array<std::string_view, 3> kWords = {"Renate", "Vollmoor", "418273"};
 
 class NoWatcher : public SubstitutionWatcher {

@@ -18,8 +18,8 @@ std::string ExampleFor(std::string_view left, std::uint8_t joker);
 // Runs lists of one row over example files. Reuses its buffers from one row to the next.
 class RowOutcomes {
  public:
-  // Returns the contents that a run with a list of this row alone leaves of `file`. The texts are
-  // as the list file has them.
+  // Returns what a run with this row alone makes of `file`, the contents of a file. `left` and
+  // `right` are as the list file has them.
   std::string Of(const std::string& left, const std::string& right, std::uint8_t joker,
                  std::string_view file);
 

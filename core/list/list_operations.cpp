@@ -16,8 +16,8 @@ constexpr const char* kScratchFile = "temp.dat";
 constexpr const char* kTooLongLeft = "invoer te lang (>2147483647)";
 constexpr const char* kTooLongRight = "input too long (>2147483647)";
 
-// Inserts behind the selection that the cell had when it lost the focus. When the text has become
-// shorter than that, the cell stays as it is.
+// Inserts at CaretPos, the end of the selection that the cell had when it lost the focus. Does
+// nothing if the text has become shorter than CaretPos.
 void InsertAtCaret(Program& program, CellAddress cell, const std::string& inserted) {
   ReplacementsForm& grid = program.frmReplacements;
   std::string text = grid.At(cell).text;

@@ -1,5 +1,5 @@
-// The editor's commands on the whole list, and the two that insert a token into the cell that was
-// edited last. They do nothing while a run works or a list is being read.
+// The editor's commands on the whole list, and two commands that insert a token into the cell that
+// was edited last. All do nothing while a run works or a list is being read.
 #pragma once
 
 #include "core/program/program.h"

@@ -75,7 +75,8 @@ class Reviewer {
     return std::all_of(odd, end, [this](const ListLine& line) { return TakeOddLine(line); });
   }
 
-  // Adds the diagnostics that depend on all rows.
+  // Call after the last line. Adds the diagnostics that depend on all rows, and removes examples
+  // that other rows make untrue.
   void TakeEnd() {
     std::vector<ListDiagnostic>& diagnostics = review.diagnostics;
     for (ListDiagnostic& diagnostic : diagnostics) {
@@ -115,7 +116,8 @@ class Reviewer {
     std::int64_t count = 0;
   };
 
-  // Returns the line of a row that is not among the odd lines: such a row holds all of its line.
+  // Returns the line of a row. The row must not be among the odd lines: then its texts and the
+  // separator are the whole line.
   std::string RowText(std::size_t row) const {
     const ListRow& texts = reading_.list.rows[row];
     return texts.left + std::string(separator_) + texts.right;
@@ -196,7 +198,7 @@ class Reviewer {
     review.diagnostics.push_back({problem, line, 0, text, ""});
   }
 
-  // Adds an example: what a list of this row alone makes of a file.
+  // Reports the row with an example: a file, and what a run with this row alone makes of the file.
   void ReportWithExample(ListProblem problem, std::int64_t line, const ListRow& row) {
     ListDiagnostic diagnostic{problem, line, 0, row.left, ""};
     diagnostic.example = ExampleFor(ExpandCRLF(row.left), code_);
@@ -218,8 +220,8 @@ class Reviewer {
     return wildcard_ != 0 && left.find(wildcard_, 1) != std::string::npos;
   }
 
-  // Reports the row if an earlier row always beats it, and returns whether one does. `left` is
-  // `text` with its line breaks.
+  // Reports the row if an earlier row always matches in its place, and returns whether one does.
+  // `left` is `text` with line breaks for "[CRLF]".
   bool ReportShadowed(std::int64_t line, const std::string& text, const std::string& left) {
     const auto same = earlier_.find(left);
     if (same != earlier_.end()) {

@@ -1,4 +1,4 @@
-// Paths and folders, as all rooms use them.
+// Functions on paths and folders, for all folders of the core.
 #pragma once
 
 #include <string>
@@ -9,9 +9,10 @@
 
 namespace morvex {
 
-// Name of the work file, to which a processed copy is written in the folder of its source.
+// Name of the work file. A processed copy is first written to a file of this name in the folder of
+// its source.
 inline constexpr const char* kWorkFileName = "tijdel.enc";
-// Whether the host treats this name and the work file's as the same.
+// Whether the host takes `name` for the work file's name.
 bool IsWorkFileName(const Program& program, const std::string& name);
 
 // Returns the folder, the host's separator and the name, joined without any other change.
@@ -30,8 +31,8 @@ std::string NameIn(const Program& program, const std::string& path);
 // separator unless it is a root.
 bool IsWithin(const Program& program, std::string_view path, std::string_view folder);
 
-// Removes the fourth byte if it is a backslash: in a path made from a drive root it doubles the
-// root's own backslash. Returns the empty text once the program is to stop.
+// Removes the fourth byte if it is a backslash, because JoinPath doubles the backslash of a drive
+// root. Returns the empty text once the program is to stop.
 std::string Normaliseer(const Program& program, const std::string& StringIn);
 
 // Replaces every run of separators by one, except for a pair at the start.

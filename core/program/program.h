@@ -1,8 +1,8 @@
 // One Program object is one running program: all its state, and the host it runs on. It is made in
 // main or in a test, passed by reference, and outlives every handler call.
 //
-// Its members are public. The rules for changing them live in the rooms of their subjects:
-// settings, list, engine, run.
+// Its members are public. The functions that change them are in the folders of their subjects, such
+// as core/settings, core/list, core/engine and core/run.
 #pragma once
 
 #include <chrono>
@@ -33,7 +33,7 @@ struct Settings {
   std::uint8_t gJoker = 0;  // the wildcard's character code; 0: there is none
   std::string SubstitutieFile;
   bool CommandLine_SET = false;   // the command line names a settings file
-  std::string InitFilePath;       // that file
+  std::string InitFilePath;       // path of that settings file
   std::int16_t AutoRunDelay = 0;  // milliseconds before an unattended run
   bool ReadingInitFile = false;
   bool AutoRunFromInitFile = false;  // the named settings file was opened: run unattended
@@ -86,15 +86,16 @@ struct RunState {
   std::map<PassedOver, std::int64_t> passed_over_by_reason;  // files
   std::map<PassedOver, std::int64_t> left_out_by_reason;     // folders
   std::map<ErrorNumber, std::int64_t> failed_by_error;
-  // Whether something that somebody may miss has no copy.
+  // Whether a file or folder that somebody may miss has no copy.
   bool LacksCopies() const {
     return passed_over_files > 0 || left_out_folders > 0 || failed_files > 0;
   }
   Outcome first_failure;
   std::int64_t copies = 0;  // complete ones, processed or unchanged
-  // Only after a folder run that finished: files in the target that this run did not make.
+  // Of the target folder. target_was_empty is set before a folder run, the others only after a
+  // folder run that finished.
   bool target_was_empty = false;
-  std::int64_t other_files = 0;
+  std::int64_t other_files = 0;  // files in the target that this run did not make
   ErrorNumber other_files_error = ErrorNumber::kNone;  // why they could not be counted
   bool disk_full = false;                              // a full disk ended the run
   // What a stop request left: the path of an incomplete copy, and of a work file beside its source.

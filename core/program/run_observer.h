@@ -1,5 +1,5 @@
-// What became of each file and folder of a run, as one value, and who is told of it: a report, for
-// example. Without an observer nothing is collected.
+// The outcome of each file and folder of a run, and the observer that is told of every outcome, for
+// example a report. Without an observer nothing is collected.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ enum class OutcomeKind {
   kCopied,      // unchanged: its extension is not selected
   kPassedOver,  // no copy, on purpose
   kFailed,      // no copy, because of an error
-  kStopped,     // a stop request or a full disk interrupted it; the copy may be cut short
+  kStopped,     // the run was stopped meanwhile; the copy may be cut short
   kNotReached,  // the run ended before reaching it
 };
 
@@ -48,7 +48,7 @@ struct Outcome {
   std::string path;  // in the source
   bool is_folder = false;
   PassedOver why = PassedOver::kNo;        // only for kPassedOver
-  ErrorNumber error = ErrorNumber::kNone;  // only for kFailed, and so are the next two
+  ErrorNumber error = ErrorNumber::kNone;  // this and the next two: only for kFailed
   FailureCause cause = FailureCause::kNone;
   std::string error_path;  // the file or folder that the error is about
   std::string leads_to;    // only for kBrokenLink: the link's text, if the run has an observer

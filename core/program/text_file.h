@@ -27,7 +27,7 @@ class LineReader {
 
   std::unique_ptr<InputFile> file_;
   std::string block_;
-  std::size_t start_ = 0;     // offset in block_ of what Next has not yet returned
+  std::size_t start_ = 0;     // offset in block_ of the first byte not yet returned
   std::uint64_t offset_ = 0;  // offset in the file of the end of block_
   ErrorNumber error_ = ErrorNumber::kNone;
 };

@@ -1,5 +1,6 @@
 // The main window's events other than Anonymize and Go, the start delay, and the program's end.
-// Clicks on the two pictures: imOpties_Click and imList_Click. Typing in a path box: Text1_Change.
+// Declared elsewhere: imOpties_Click and imList_Click (clicks on the two pictures), Text1_Change
+// (typing in a path box).
 #pragma once
 
 #include <chrono>
@@ -20,7 +21,7 @@ void imList_MouseMove(Program& program);
 
 // Shows the folder tree instead of a path box; `index` is kSourceBox or kTargetBox.
 void Text1_DblClick(Program& program, int index);
-// A folder was chosen in the tree: the box comes back with its path.
+// A folder was chosen in the tree: the box comes back with the folder's path.
 void FolderTreeview1_FolderChosen(Program& program, const std::string& folder);
 // The tree was closed without a choice: the box comes back as it was.
 void FolderTreeview1_Cancelled(Program& program);

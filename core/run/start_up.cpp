@@ -37,7 +37,7 @@ void UnloadAll(Program& program) {
   Unload(program.frmOpties);
 }
 
-// Closes what the user opened during the delay: it would cover the window that shows the
+// Closes what the user opened during the delay, because it would cover the window that shows the
 // run, or change the paths of the run.
 void CloseWhatIsOpen(Program& program) {
   frmOpties_Close(program);
@@ -98,7 +98,8 @@ ErrorNumber StartUp(Program& program) {
   }
   ReadInitFile(program);
   program.frmOpties.loaded = true;
-  // An unattended start that cannot run ends: nobody is there to use an idle form.
+  // An unattended start that cannot run ends the program, because nobody is there to use an idle
+  // form.
   if (!WhyNoRun(program).empty()) program.Beeindigd = true;
   if (program.Beeindigd) {
     UnloadAll(program);

@@ -16,10 +16,10 @@ std::string FindLocalAppData(SystemService& system);
 // its second backslash; empty if there is no such entry or it has fewer than two.
 std::string FindCommonFilesLocation(SystemService& system);
 
-// Call once, on a new program. Returns an error of the command line: the program has then ended
-// without running or writing anything. HasEnded tells whether it has ended in another way, as after
-// an unattended run, or when the settings file that the command line named, or its list, could not
-// be read.
+// Call once, on a new program. For a wrong command line, returns its error; the program has then
+// ended without running or writing anything. It can also have ended without an error (see
+// HasEnded): after an unattended run, or when the named settings file or its list could not be
+// read.
 ErrorNumber StartUp(Program& program);
 
 // Whether all forms are unloaded.

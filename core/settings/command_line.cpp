@@ -62,7 +62,8 @@ std::vector<std::string> IgnoredPieces(const std::vector<std::string>& arguments
   std::vector<std::string> ignored;
   for (std::size_t i = 1; i < arguments.size(); ++i) {
     if (IsOption(arguments[i], "if") || IsOption(arguments[i], "dy")) continue;
-    // A line that begins with " -": the first piece is the whole line, and its pieces follow.
+    // If the line begins with " -", the first piece is the whole line, and the line's pieces
+    // follow.
     if (i == 1 && arguments[i].find(kOptionStart) != std::string::npos) continue;
     if (i > 1 || !arguments[i].empty()) ignored.push_back((i > 1 ? "-" : "") + arguments[i]);
   }

@@ -13,9 +13,9 @@ namespace morvex {
 // follow. The first keeps its leading "-"; every later one starts with the option's name.
 std::vector<std::string> SplitCommandLine(std::string_view line);
 
-// Applies the options to the settings. Unknown ones are ignored; of two with the same name the
-// later one wins. Returns kTypeMismatch or kOverflow for a delay that is not a 16-bit number: the
-// program must then end.
+// Applies the options to the settings. Unknown options are ignored; of two options with the same
+// name the later one wins. Returns kTypeMismatch or kOverflow for a delay that is not a 16-bit
+// number: the program must then end.
 ErrorNumber ApplyCommandLine(Program& program, const std::vector<std::string>& arguments);
 
 // The pieces that ApplyCommandLine ignores, each with the hyphen that it had.

@@ -16,7 +16,7 @@ struct ExtensionLine {
   bool selected = false;
 };
 
-// A line that the file does not have has no value.
+// A member is empty if the file lacks its line.
 struct InitFile {
   std::optional<std::string> source;
   std::optional<std::string> target;

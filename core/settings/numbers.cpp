@@ -18,8 +18,8 @@ void SkipBlanks(std::string_view& text) {
   while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
 }
 
-// For a number out of the type's range: whether it is too close to zero rather than too large. The
-// exponent and the position of the first digit that is not 0 tell.
+// `number` must be out of the range of long double. Returns whether it is too close to zero rather
+// than too large, from its exponent and the position of its first digit other than 0.
 bool IsTiny(std::string_view number) {
   const std::size_t mark = std::min(number.find_first_of("eE"), number.size());
   const std::string_view digits = number.substr(0, mark);
@@ -55,7 +55,7 @@ std::optional<long double> TakeNumber(std::string_view& text) {
 }
 
 Result<std::int16_t> Round(long double value) {
-  // nearbyint rounds halves to even: the program never changes the rounding mode.
+  // nearbyint rounds halves to even, because the program never changes the rounding mode.
   const long double rounded = std::nearbyint(value);
   if (rounded < std::numeric_limits<std::int16_t>::min() ||
       rounded > std::numeric_limits<std::int16_t>::max()) {

@@ -8,8 +8,8 @@
 
 namespace morvex {
 
-// The whole text is one decimal number with an optional sign, fraction and exponent; blanks around
-// it are allowed. It is rounded to the nearest integer, halves to the even one. Returns
+// Converts a text that is one decimal number with an optional sign, fraction and exponent; blanks
+// around the number are allowed. Rounds to the nearest integer, halves to the even one. Returns
 // kTypeMismatch when the text is not a number, kOverflow when 16 bits do not hold it.
 Result<std::int16_t> ToInteger16(std::string_view text);
 

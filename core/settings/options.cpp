@@ -57,8 +57,8 @@ void RemoveCurrentExtension(Program& program) {
   CountExtensions(program);
 }
 
-// The keys for adding and removing, which work in the entry field and in the list. Returns whether
-// this was one of them.
+// Handles the keys that add and remove an extension, in the entry field and in the list. Returns
+// whether `key` was one of them.
 bool HandleListCommand(Program& program, int key, int shift) {
   if (shift != kShiftControl) return false;
   if (key == kKeyEnter) AddTypedExtension(program);

@@ -19,8 +19,8 @@ std::string FormatExtensie(Program& program, const std::string& typed);
 // a run works or a list is being read.
 void imOpties_Click(Program& program);
 
-// Sets the window's fields from the settings, so that text that was not applied is lost. Only
-// imOpties_Click calls this: a message box over the window costs no typed text.
+// Sets the window's fields from the settings; typed text that was not applied is lost. Only
+// imOpties_Click calls this, so that a message box over the window does not lose typed text.
 void frmOpties_Activate(Program& program);
 // The window's close box: hides it and applies nothing.
 void frmOpties_Close(Program& program);

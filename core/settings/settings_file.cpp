@@ -48,7 +48,7 @@ void TakeExtensions(Program& program, const InitFile& file) {
   program.frmMorvex.lblExtensions.caption = std::move(selected_texts);
 }
 
-// A missing list is an empty list. Any other look-up error counts as unreadable.
+// A missing list file is no error. After any other look-up error the list counts as unreadable.
 void TakeList(Program& program) {
   Settings& settings = program.settings;
   const ErrorNumber found = program.host.files.LookUpFile(settings.SubstitutieFile).error;
@@ -109,7 +109,8 @@ void ReadInitFile(Program& program) {
   program.frmMorvex.lblFiles.caption = std::string(12, ' ');
   TakeExtensions(program, file);
   settings.init_file_error = file.error;
-  // No run from half a file: what a missing row names would stay in the copies.
+  // No unattended run if a file was read only in part, because what a missing row names would stay
+  // in the copies.
   const bool whole = settings.init_file_error == ErrorNumber::kNone &&
                      settings.list_file_error == ErrorNumber::kNone;
   if (!whole) settings.AutoRunFromInitFile = false;

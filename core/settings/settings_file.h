@@ -24,8 +24,9 @@ void WriteInitFile(Program& program);
 // The log's message for a named settings file that is missing.
 std::string MissingInitFileText(const std::string& path);
 
-// Why the settings file that the command line named started no run, one sentence an element; empty
-// when it started one. Control characters in paths are not replaced.
+// Returns why the settings file that the command line named started no run, one sentence per
+// element; empty if it started one or if none was named. Control characters in paths are not
+// replaced.
 std::vector<std::string> WhyNoRun(const Program& program);
 
 }  // namespace morvex

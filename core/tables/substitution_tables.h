@@ -17,8 +17,8 @@
 
 namespace morvex {
 
-// A cell of a byte matrix: 0 at position 0, then the bytes of the row's text, the first at position
-// 1, and 0 behind its end. All cells of the spare row, the one behind the last text, are 0.
+// Returns a cell of a byte matrix. Each row of the matrix has 0 at position 0, the bytes of the
+// row's text from position 1 on, and 0 behind the text. The row behind the last text has only 0.
 // `position` is 0 or more, `row` from 0 to the number of texts.
 inline std::uint8_t CharCodeAt(const std::vector<std::string>& texts, std::int64_t position,
                                std::int64_t row) {
@@ -62,9 +62,9 @@ struct SubstitutionTables {
 // far away the intended ending is.
 bool HasEndingInBeginning(std::string_view left, std::uint8_t joker);
 
-// Whether the left text ends in its only wildcard and no left text of the list is longer than it
-// (`longest`, in bytes). An attempt then ends at the width of the tables, and the wildcard captures
-// one byte alone.
+// Whether the left text ends in its only wildcard and has at least `longest` bytes, the size of the
+// list's longest left text. An attempt then ends at the width of the tables, and the wildcard
+// captures one byte alone.
 bool TakesInOneByte(std::string_view left, std::uint8_t joker, std::size_t longest);
 
 // Returns the text with CR LF in place of each "[CRLF]" (exactly so).
@@ -79,7 +79,7 @@ void Apply_CRLF_Hndlr(const ReplacementList& list, SubstitutionTables& tables);
 ErrorNumber FillArrays(const ReplacementList& list, std::uint8_t joker, SubstitutionTables& tables);
 
 // Sets the flag of one row in the column "Left" or "Right" (any other text changes nothing) and
-// cuts off the flags behind it, so the caller sets flags in increasing row order. Returns
+// removes the flags of later rows, so the caller sets flags in ascending order of rows. Returns
 // kSubscriptOutOfRange for an index below 0.
 ErrorNumber Set_Joker(SubstitutionTables& tables, std::string_view Left_Right, std::int64_t index,
                       bool True_False);

@@ -90,9 +90,9 @@ constexpr std::array<std::u32string_view, 26> kGroups = {
     U"\xA64A\xA64B\x1C88",
 };
 
-// A sign, then the letter that it stands for. The signs are no other case of these letters: s and k
-// are in most texts, and searching for the signs at each of them would cost too much. Present-day
-// texts do not use the signs.
+// A sign, then the letter that it stands for. OtherCases does not return the signs for s and k,
+// because most texts hold s and k, and searching for the signs there would cost too much.
+// Present-day texts do not use the signs.
 constexpr std::u32string_view kLongS = U"\x17Fs";
 constexpr std::u32string_view kKelvin = U"\x212Ak";
 
@@ -195,7 +195,8 @@ std::u32string WithoutLigatures(std::u32string_view text) {
 }
 
 std::vector<Ligature> LigaturesAtBeginning(std::u32string_view text) {
-  // Rules out most texts at once: the search for leftovers asks for each letter of a list.
+  // Rules out most texts at once, because the search for leftovers calls this for each letter of a
+  // list.
   static const std::u32string first_letters = FirstLettersOfLigatures();
   std::vector<Ligature> found;
   if (text.empty() || first_letters.find(text.front()) == std::u32string::npos) return found;

@@ -1,12 +1,12 @@
-// Bytes as text that a terminal may show: it cannot steer the terminal, break a line of output or
-// hide in it.
+// Bytes as text that a terminal may show: the text cannot steer the terminal, break a line of
+// output or stay unseen.
 //
 // The Shown functions return valid UTF-8. Their escapes: \xHH for a control character of ASCII and
 // for a byte that is part of no character; \uHHHH for U+0080 to U+009F and for characters that have
 // no width or change the order of others (U+061C, U+200B to U+200F, U+2028 to U+202E, U+2060 to
-// U+2069, U+FEFF). A backslash of the text stays single, so that paths of Windows stay readable; it
-// is doubled in front of another backslash and of what would read as an escape. So different
-// characters never look alike.
+// U+2069, U+FEFF). A backslash of the text is doubled in front of another backslash and in front of
+// characters that would make it look like an escape; elsewhere it stays single, so that Windows
+// paths stay readable. So different characters never look alike.
 //
 // Printable escapes control characters alone and keeps all other bytes.
 #pragma once
@@ -18,7 +18,7 @@
 
 namespace morvex {
 
-// Returns a text of a list. It is read as UTF-8 or, where it is malformed, as Windows-1252.
+// Returns a text of a list, read as UTF-8 or, if it is malformed UTF-8, as Windows-1252.
 std::string ShownText(std::string_view bytes);
 
 // Returns a path or a name, read as UTF-8. Each byte that is part of no character becomes \xHH, so
@@ -35,8 +35,9 @@ std::string ShownPiece(std::string_view bytes, Encoding encoding);
 // unless they are part of a UTF-8 sequence above U+009F. All other bytes stay, malformed ones too.
 std::string Printable(std::string_view text);
 
-// Returns Printable of a path, a line feed and Printable of a message; the last CR LF of `text`
-// separates the two (a path may hold CR LF). A text without CR LF is one line.
+// `text` is a path, CR LF and a message. Returns both through Printable, with a line feed between
+// them. The last CR LF is the one between them, because a path may hold CR LF. A text without CR LF
+// is one line.
 std::string PrintableLines(std::string_view text);
 
 }  // namespace morvex

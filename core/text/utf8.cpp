@@ -8,7 +8,8 @@ namespace {
 
 constexpr char32_t kLastCharacter = 0x10FFFF;
 
-// By number of bytes, the smallest code point that needs so many. A smaller one would be overlong.
+// For each number of bytes, the smallest code point that needs that many. A smaller code point in
+// that many bytes is overlong.
 constexpr std::array<char32_t, kLongestUtf8 + 1> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
 
 // Returns the length in bytes of the sequence that a lead byte announces; 0 for any other byte.

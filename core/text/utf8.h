@@ -10,10 +10,10 @@ namespace morvex {
 // The most bytes that one character takes in UTF-8.
 inline constexpr std::size_t kLongestUtf8 = 4;
 
-// The UTF-8 sequence at the beginning of some bytes.
+// The UTF-8 sequence that some bytes begin with.
 struct Utf8Sequence {
   // Length in bytes, 1 to 4. A lead byte (C2 to F4) counts together with the continuation bytes
-  // that it asks for. Any other byte, and a lead byte without all of these, has length 1.
+  // that it announces. A lead byte without all of them, and any other byte, has length 1.
   std::size_t size = 1;
   // The code point; nothing if the bytes encode no code point: a stray or truncated byte, an
   // overlong form, a surrogate (U+D800 to U+DFFF), or a number above U+10FFFF.

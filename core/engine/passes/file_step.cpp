@@ -22,8 +22,8 @@ KeepGoing UntilStopped(Program& program) {
   };
 }
 
-// Processes the file once the work file's name is free: deletes a stale work file, and waits for
-// another run that is working on the same source.
+// Processes the file. First frees the work file's name: deletes a stale work file, and waits while
+// another run uses the name.
 Outcome ProcessInTurn(Program& program, const SourceFile& source, StaleWorkFile stale,
                       std::unique_ptr<WorkFile>& work) {
   bool name_is_taken = false;
@@ -41,8 +41,8 @@ Outcome ProcessInTurn(Program& program, const SourceFile& source, StaleWorkFile 
   }
 }
 
-// Whether a copy at `target` would replace its own source. `taken`: whether the name `target` may
-// be taken.
+// Whether a copy at `target` would replace its own source. `taken`: false if a move to `target` has
+// failed for another reason than a taken name.
 Result<bool> IsOwnSource(const Program& program, const FileInfo& source, const std::string& target,
                          bool taken) {
   const Result<bool> same = IsSameFile(program, source, target);
@@ -98,13 +98,13 @@ bool LogMissingCopy(Program& program, const Outcome& outcome) {
   return true;
 }
 
-// BytesTotal already includes the whole file. Of a file that was stopped, only the bytes of its
-// copy count.
+// BytesTotal already includes the whole file. A stopped file counts only with the bytes of its
+// copy.
 void CountStopped(Program& program, std::int64_t written) {
   program.run.BytesTotal = program.run.BytesBefore + written;
 }
 
-// Does not log a failure: the log tells only of files that were to be processed.
+// Does not log a failure, because the log covers only files that were to be processed.
 void CopyUnchanged(Program& program, const SourceFile& source, const std::string& target) {
   const std::string path = JoinPath(program, source.folder, source.name);
   Outcome outcome = OutcomeOf(source);

@@ -10,17 +10,18 @@
 
 namespace morvex {
 
-// Whether the work file stays beside its source when a stop request cuts the file short. In every
-// other case it is gone afterwards.
+// What becomes of the work file when a stop request cuts a file short. kStays: it is copied to the
+// target and stays beside its source. kGoes: it is moved to the target.
 enum class WorkFileAtStop { kStays, kGoes };
 
-// Whether the listing of the file's folder has a stale work file. If so, it is deleted before the
-// file is processed; otherwise only if its name turns out to be taken.
+// Whether the listing of the source's folder has a stale work file. A listed one is deleted before
+// the file is processed. One that is not listed is deleted only if creating the work file fails
+// because the name is taken.
 enum class StaleWorkFile { kListed, kNotListed };
 
 // Processes the file and moves the result to the path `target`. After a stop request `target` gets
-// the part that was written. kPathFileAccess if `target` is the source file itself. Sets everything
-// of the outcome but `hits`.
+// the part that was written. The error is kPathFileAccess if `target` is the source file itself.
+// Sets every member of the outcome except `hits`.
 Outcome MakeProcessedCopy(Program& program, const SourceFile& source, const std::string& target,
                           WorkFileAtStop at_stop, StaleWorkFile stale);
 

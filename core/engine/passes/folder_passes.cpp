@@ -15,7 +15,7 @@
 namespace morvex {
 namespace {
 
-// A drive with fewer bytes in use than this yields no scale.
+// The fewest bytes in use on a drive from which ScaleFromDrive can set the scale.
 constexpr std::uint64_t kLeastInUse = 1000;
 
 void SetScale(Program& program, std::uint64_t bytes) {
@@ -23,8 +23,8 @@ void SetScale(Program& program, std::uint64_t bytes) {
   program.frmMorvex.ProgressBar1.SetMaximum(Scaled(bytes, program.run.ProgressScale));
 }
 
-// Sets the scale from the bytes in use on the source's drive. If it yields no scale, shows a
-// message and returns false.
+// Sets the scale from the bytes in use on the source's drive. If fewer than kLeastInUse are in use,
+// shows a message, stops the program and returns false.
 bool ScaleFromDrive(Program& program, const std::string& source) {
   const Result<DriveSpace> drive = program.host.files.LookUpDrive(source);
   const std::uint64_t in_use =
@@ -61,7 +61,7 @@ Outcome PassedOverAt(const std::string& path, PassedOver why) {
   return PassedOverFor(std::move(outcome), why);
 }
 
-// Notes a name that leads to no file and no folder.
+// Notes as passed over a name that leads neither to a file nor to a folder.
 void PassOverNoFile(Program& program, const std::string& path, EntryKind kind) {
   const bool is_broken = kind == EntryKind::kBrokenLink;
   Outcome outcome =
@@ -72,8 +72,8 @@ void PassOverNoFile(Program& program, const std::string& path, EntryKind kind) {
   NoteOutcome(program, outcome);
 }
 
-// The run has ended early: notes entries of the folder's listing, from `first` on, as not reached.
-// `folders`: only its folders; otherwise all but its folders.
+// Call when the run has ended early. Notes entries of the folder's listing, from index `first` on,
+// as not reached: if `folders` is true the folders, otherwise all entries that are not folders.
 void NoteNotReached(Program& program, const std::string& folder,
                     const std::vector<FolderEntry>& listing, std::size_t first, bool folders) {
   if (program.observer == nullptr) return;
@@ -177,7 +177,7 @@ class TreeWalk {
     NoteOutcome(program_, outcome);
   }
 
-  // Handles the sub-folder's own files; the walk goes on with its sub-folders.
+  // Handles the files directly in the sub-folder and makes the walk visit its sub-folders next.
   void SubFolder(const std::string& name, const std::string& target) {
     FileService& files = program_.host.files;
     const std::string source_path = JoinPath(program_, walk_.level().source, name);
@@ -189,13 +189,14 @@ class TreeWalk {
     const Result<PassedOver> why = rules_.WhyNotEntered(source.value);
     if (!why) return Fail(path, why.error);
     if (why.value != PassedOver::kNo) return PassOverFolder(path, why.value);
-    // Created before IsLeftOut is asked: a folder that is left out is an empty folder in the
-    // target.
+    // The target folder is created before IsLeftOut is asked, so that a folder that is left out is
+    // an empty folder in the target.
     const std::string target_path = Normaliseer(program_, JoinPath(program_, target, name));
     if (!FolderExists(program_, target_path)) files.CreateFolderLike(target_path, source.value);
     const Result<FolderInfo> made = files.LookUpFolder(target_path);
-    // If the folder could not be created, each of its files will fail. If it cannot be looked up,
-    // it may lie anywhere, even in the source.
+    // kPathNotFound: the target folder could not be created; each of the folder's files will fail.
+    // After any other error of the look-up the target folder may lie anywhere, even in the source,
+    // so nothing is written into it.
     const ErrorNumber error =
         made && !rules_.MayWriteInto(made.value) ? ErrorNumber::kPathFileAccess : made.error;
     if (error != ErrorNumber::kNone && error != ErrorNumber::kPathNotFound) {

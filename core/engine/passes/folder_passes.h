@@ -4,7 +4,7 @@
 //
 // A selected file is processed and the result copied to the target under the file's name; every
 // other file is copied unchanged. Errors of single files and sub-folders do not end a pass. After
-// both, the run driver checks Beeindigd.
+// each pass the run driver checks Beeindigd.
 #pragma once
 
 #include <string>
@@ -13,8 +13,9 @@
 
 namespace morvex {
 
-// Each returns an error only if the source or target folder itself is unusable; nothing is done
-// then.
+// Each returns an error if the source or target folder itself is unusable. FolderPrepass also
+// returns one, and sets Beeindigd, if it cannot set the scale. After an error no file has been
+// handled.
 ErrorNumber FolderPrepass(Program& program, const std::string& source, const std::string& target);
 ErrorNumber FolderWalk(Program& program, const std::string& source, const std::string& target);
 

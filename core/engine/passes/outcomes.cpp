@@ -7,8 +7,8 @@
 namespace morvex {
 namespace {
 
-// Whether somebody may miss the file or folder in the target. Nobody misses stale work files, and
-// folders that are not part of the source.
+// Whether somebody may miss the file or folder in the target. Nobody misses a stale work file, the
+// target folder, or a folder that a link leads back to.
 bool IsMissed(PassedOver why) {
   return why != PassedOver::kStaleWorkFile && why != PassedOver::kTargetFolder &&
          why != PassedOver::kLoop;

@@ -1,4 +1,4 @@
-// What is done with an outcome: the run counts it, tells its observer, and logs errors.
+// Counts the outcomes of a run, tells the run's observer of them, and logs errors.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@
 
 namespace morvex {
 
-// Failed returns `outcome` as a failure, PassedOverFor returns it as passed over.
+// Both return `outcome` with another kind: Failed with kFailed, PassedOverFor with kPassedOver.
 Outcome Failed(Outcome outcome, ErrorNumber error, const std::string& error_path,
                FailureCause cause = FailureCause::kNone);
 Outcome PassedOverFor(Outcome outcome, PassedOver why);

@@ -50,8 +50,8 @@ class RunWatcher : public SubstitutionWatcher {
   bool any_hit_ = false;
 };
 
-// Substitutes from one open file into the other and closes the latter. `error` becomes the error of
-// whichever file failed, or kNone.
+// Substitutes the bytes of `source` into `work` and closes `work`. `error` becomes the error of the
+// file that failed, or kNone.
 SubstitutionEnd SubstituteFile(Program& program, InputFile& source, OutputFile& work,
                                ErrorNumber& error) {
   RunEngine& engine = EngineOf(program);
@@ -67,7 +67,8 @@ SubstitutionEnd SubstituteFile(Program& program, InputFile& source, OutputFile& 
   return end;
 }
 
-// Removes the current file's replacements from the counts when its copy came to nothing.
+// Remembers the counts of replacements before a file. Restore removes the file's replacements from
+// the counts when its copy came to nothing.
 class HitsBefore {
  public:
   explicit HitsBefore(const RunState& run)

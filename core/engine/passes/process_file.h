@@ -21,22 +21,22 @@ SourceFile LookUpSource(const Program& program, const std::string& folder, const
 // Returns the outcome with which every file starts: only path and size are set.
 Outcome OutcomeOf(const SourceFile& source);
 
-// Path of the work file for the files of `folder`. Empty once the program is to stop.
+// Returns the path of the work file for the files of `folder`; empty once the program is to stop.
 std::string WorkFilePath(const Program& program, const std::string& folder);
 
-// Returns the outcome of `source` when an error of the work file leaves it without a copy. If the
-// folder forbids work files, the error is about the folder.
+// Returns the outcome of a source that has no copy because of an error of the work file. The path
+// of the error is the work file's; for kPermissionDenied it is the folder's.
 Outcome WorkFileFailed(const Program& program, const SourceFile& source, ErrorNumber error);
 
-// Deletes a stale work file in the folder of `source`, which is processed next, so that no byte of
-// the stale file reaches the copy. kNone if there is no stale file. kPathFileAccess, with nothing
-// deleted, if `source` itself is that file, by name or by a link. A link, pipe or device of that
-// name is deleted only if `name_is_taken`: creating the work file has just failed because its name
-// was taken.
+// Deletes a stale work file in the folder of `source` before `source` is processed, so that no byte
+// of the stale file reaches the copy. Returns kNone if there is no stale file. Returns
+// kPathFileAccess and deletes nothing if `source` itself is that file, by name or by a link.
+// `name_is_taken`: creating the work file has just failed because the name was taken. Only then a
+// pipe, a device, or a link that leads to no file is deleted, too.
 ErrorNumber DeleteStaleWorkFile(Program& program, const SourceFile& source, bool name_is_taken);
 
-// Discards the work file of a copy that came to nothing. If that fails, the run remembers that the
-// file is left.
+// Discards the work file of a copy that came to nothing. If that fails, left_work_file of the run
+// names the file.
 void DiscardWorkFile(Program& program, WorkFile& work);
 
 // Returns one of

@@ -28,7 +28,7 @@ class RunEngine {
   std::uint8_t joker_;
 };
 
-// Returns the program's engine. It is made anew if the list or the wildcard has changed since the
+// Returns the program's engine. Makes a new one if the list or the wildcard has changed since the
 // last call.
 RunEngine& EngineOf(Program& program);
 

@@ -8,9 +8,9 @@
 
 namespace morvex {
 
-// `target` is the full path of the copy, not of a folder. Notes and returns the outcome, which
-// alone tells whether the copy was made: labels and log do not. If the program is to stop already,
-// does nothing, notes nothing and returns kStopped.
+// `target` is the full path of the copy, not of a folder. Notes the outcome and returns it. Only
+// the outcome tells whether the copy was made; the labels and the log do not. If the program is
+// already to stop, makes no copy, notes nothing and returns kStopped.
 Outcome SingleFileRun(Program& program, const std::string& source, const std::string& target);
 
 }  // namespace morvex

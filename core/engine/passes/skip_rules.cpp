@@ -12,16 +12,16 @@ namespace {
 
 constexpr std::string_view kProgramName = "Morvex";
 
-// The name without its extension and the character before the extension. A name without a "." thus
-// loses its last character.
+// Returns the name without its extension and without the character before the extension. A name
+// without a "." thus loses its last character.
 std::string_view BaseName(std::string_view name) {
   const std::size_t extension = FileExtension(name).size() + 1;
   return name.substr(0, name.size() - std::min(name.size(), extension));
 }
 
 bool InLeftOutFolder(const std::string& folder) {
-  // The path is compared in upper case, so the mixed-case word never matches: only the walk leaves
-  // out that folder.
+  // The path is compared in upper case, so the mixed-case word never matches. Only FolderWalk
+  // leaves out that folder.
   constexpr std::array<std::string_view, 4> kWords = {"RECYCLED", "RECYCLER",
                                                       "System Volume Information", "_RESTORE"};
   const std::string path = UpperCase(folder);

@@ -9,7 +9,7 @@
 
 namespace morvex {
 
-// Returns why the file is passed over; kNo: it is processed. Passed over are the program's own
+// Returns why the file is passed over; kNo if it is processed. Passed over are the program's own
 // files, files in recycle-bin and restore folders, files modified after the run was armed (not
 // tested if `modified` is empty), and names that end in "cle". Comparisons are exact, letter case
 // included. `folder` is the full path of the file's folder.

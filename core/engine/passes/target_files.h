@@ -13,7 +13,7 @@ namespace morvex {
 void LookAtTarget(Program& program, const std::string& target);
 
 // Notes how many files in the folder and below are not copies of this run. Call it after the run.
-// Searches the folder only if it was not empty before. Notes nothing if a stop request comes
+// Does not search a folder that was empty before the run. Notes nothing if a stop request comes
 // meanwhile.
 void CountOtherFiles(Program& program, const std::string& target);
 

@@ -1,10 +1,11 @@
 // Which folders a folder run enters, in a source tree that may contain links and may overlap with
 // the target.
 //
-// A link to a folder is followed unless the folder is on the current path; that would never end.
-// Folders that link to each other can be reached on very many paths, so links are followed into the
-// same folder only kMostVisitsByLinks times. The target is never entered. Copies are never written
-// into the source folder itself or through a link. Folders are compared by identity, not by name.
+// The current path leads from the source to the folder that the walk is in. A link to a folder is
+// followed, but not to a folder on the current path, because the walk would never end. Folders that
+// link to each other can be reached on very many paths, so links are followed into the same folder
+// only kMostVisitsByLinks times. The target is never entered. Copies are never written into the
+// source folder itself or through a link. Folders are compared by identity, not by name.
 #pragma once
 
 #include <cstddef>
@@ -21,22 +22,22 @@ namespace morvex {
 
 class TreeRules {
  public:
-  // How often a folder is entered on paths that contain a link.
+  // The most times that one folder is entered on paths that contain a link.
   static constexpr std::int64_t kMostVisitsByLinks = 1000;
 
-  // Either folder may be missing; then no folder counts as that one.
+  // Either folder may be missing. The rules about a missing folder never apply.
   TreeRules(Program& program, const std::string& source, const std::string& target);
 
-  // The error of looking up the two folders. If it is not kNone, the rules protect nothing.
+  // The first error of looking up the two folders. If it is not kNone, do not rely on the rules.
   ErrorNumber error() const;
 
-  // Returns why the folder must not be entered from the current path; kNo: it may be. An error if
-  // that cannot be decided.
+  // Returns why the folder must not be entered from the current path, and kNo if it may be entered.
+  // Returns an error if that cannot be decided.
   Result<PassedOver> WhyNotEntered(const FolderInfo& folder) const;
   // Whether copies may be written into `folder`, which lies below the target.
   bool MayWriteInto(const FolderInfo& folder) const;
 
-  // Enter adds the folder to the current path, Leave removes the last one.
+  // Enter adds a folder to the end of the current path, Leave removes the last folder.
   void Enter(const FolderInfo& folder);
   void Leave() { current_path_.pop_back(); }
 
@@ -74,13 +75,13 @@ class FolderStack {
     std::size_t next = 0;              // index in `listing`
   };
 
-  // Makes the walk go on with the entries of this folder.
+  // Makes Next return the entries of this folder, before the rest of the folder above.
   void Enter(Level level, const FolderInfo& folder);
   // Starts the walk with the entries of this folder.
   void Start(Level level) { levels_.push_back(std::move(level)); }
 
-  // Returns the next entry of the current folder, or after its last one the next entry of the
-  // folder above; null at the end of the walk. Valid until the next call.
+  // Returns the next entry of the current folder; after the folder's last entry, the next entry of
+  // the folder above; null at the end of the walk. The entry is valid until the next call.
   const FolderEntry* Next();
   // The folder of the entry that Next returned.
   const Level& level() const { return levels_.back(); }
@@ -90,8 +91,8 @@ class FolderStack {
   std::vector<Level> levels_;
 };
 
-// Returns the total size in bytes of all files below `folder`. Any error below ends it and is
-// returned.
+// Returns the total size in bytes of all files below `folder`. Returns the first error of a call,
+// but counts a file that is gone meanwhile as empty. After a stop request returns the size so far.
 Result<std::uint64_t> FolderSize(Program& program, TreeRules& rules, const FolderInfo& folder);
 
 }  // namespace morvex
