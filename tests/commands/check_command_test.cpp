@@ -133,7 +133,8 @@ TEST(CheckCommandTest, FindsInTheSourceAtLeastEveryPlaceThatARunReplaces) {
 TEST(CheckCommandTest, TheListMayBeReadInTheEncodingThatIsNamed) {
   const CommandScene scene;
   scene.Write("list.txt", "M\xC3\xBCller|x\r\n");
-  // The list's bytes, taken for Windows-1252 and encoded in UTF-8.
+  // These bytes are what the list's bytes become if they are read as Windows-1252 and written as
+  // UTF-8.
   scene.Write("tree/a", "m\xC3\x83\xC2\xBCller");
   EXPECT_EQ(scene.Shell("morvex-cli check tree --list list.txt").status, 0);
   EXPECT_EQ(scene.Shell("morvex-cli check tree --list list.txt --list-encoding utf-8").status, 0);
@@ -186,8 +187,8 @@ TEST(CheckCommandTest, FoldersThatLeadToEachOtherAreGoneThroughOnce) {
   const json found = Check(scene, "tree --list list.txt", 3);
   std::vector<std::string> paths;
   for (const json& finding : found["findings"]) paths.push_back(finding["path"]);
-  // A file in the tree is reported under its own path, a file outside under the first path that
-  // leads to it.
+  // A file in the tree is reported under its own path. A file outside the tree is reported under
+  // the first path that leads to it.
   EXPECT_EQ(paths,
             (std::vector<std::string>{
                 "tree/a/file", "tree/b/file", "tree/c/away/file", "tree/c/away/to-a/file",

@@ -1,4 +1,5 @@
-// "filter" produces the same bytes as a run, in pipes, on a terminal, and as one of many processes.
+// "filter" produces the same bytes as a run: in pipes, on a terminal, and in many processes at
+// once.
 #include <gtest/gtest.h>
 
 #include "tests/commands/command_scene.h"
@@ -110,8 +111,8 @@ TEST(FilterCommandTest, AFullDiskIsAnError) {
 
 TEST(FilterCommandTest, AListThatWritesFarBackIsRefusedInAStream) {
   const CommandScene scene;
-  // The text behind the wildcard also ends the text in front of it, so every match moves the write
-  // position back.
+  // In the left text, the part behind the wildcard is also the end of the part in front. So every
+  // match moves the write position back.
   scene.Write("list.txt", "abcdefgh*bcdefgh|*********X\r\n");
   const ProgramResult result = scene.Shell(
       "{ head -c 3000000 /dev/zero; yes abcdefgh | tr -d '\\n' | head -c 4000000; } |\n"

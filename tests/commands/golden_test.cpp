@@ -36,7 +36,8 @@ std::string ScriptOf(const std::string& golden) {
   return script;
 }
 
-// Returns a section of a golden file. A mark shows that the text's last line has no line end.
+// Returns a section of a golden file. If the text's last line has no line end, a mark behind it
+// says so.
 std::string Section(const std::string& name, const std::string& text) {
   if (text.empty()) return "";
   return "--- " + name + "\n" + text + (text.ends_with('\n') ? "" : "\n--- (no line end)\n");

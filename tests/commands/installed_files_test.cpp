@@ -26,7 +26,7 @@ std::string Packaged(const std::string& name) {
 TEST(InstalledFilesTest, EveryOptionIsInTheManualPageAndInTheCompletions) {
   const CommandScene scene;
   std::string manual = Packaged("morvex-cli.1.in");
-  std::erase(manual, '\\');  // one stands in front of every hyphen
+  std::erase(manual, '\\');  // the manual has a backslash in front of every hyphen
   const std::string bash = Packaged("completions/morvex-cli.bash");
   const std::string zsh = Packaged("completions/_morvex-cli");
   const std::string fish = Packaged("completions/morvex-cli.fish");

@@ -1,5 +1,5 @@
-// Every link or picture of the pages that names a file of the project names an existing one, and
-// every link to a heading names a heading of its page.
+// Every link and every picture of the pages that names a file of the project names an existing
+// file. Every link to a heading names an existing heading.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -32,7 +32,7 @@ std::vector<fs::path> Pages() {
   return pages;
 }
 
-// A fence in a list is indented.
+// A fence may be indented, because it may belong to a list.
 bool IsFence(const std::string& line) {
   return line.find("```") != std::string::npos && line.find("```") == line.find_first_not_of(' ');
 }
@@ -103,7 +103,8 @@ std::set<std::string> Headings(const std::string& text) {
   return names;
 }
 
-// Returns why the page's link leads nowhere, or an empty text if it leads somewhere.
+// Returns what is wrong with a link of the page; empty if the link leads to an existing file or
+// heading.
 std::string Problem(const fs::path& page, const std::string& link) {
   const std::size_t mark = std::min(link.find('#'), link.size());
   const std::string file = link.substr(0, mark);

@@ -58,7 +58,7 @@ std::vector<Block> Blocks(const std::string& page) {
   return blocks;
 }
 
-// Returns the commands that a block shows; the output of a command reaches to the next prompt.
+// Returns the commands that a block shows, each with its output: the lines up to the next prompt.
 std::vector<Shown> ShownCommands(const Block& block) {
   std::vector<Shown> shown;
   if (block.size() < 2 || !block[1].starts_with(kPrompt)) return shown;

@@ -1,4 +1,5 @@
-// What a run with -if says about its command line and its list. Neither changes its exit status.
+// What a run with -if says about its command line and its list. These messages do not change the
+// exit status.
 #include <gtest/gtest.h>
 
 #include "tests/commands/command_scene.h"

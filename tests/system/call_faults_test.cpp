@@ -1,6 +1,7 @@
-// Runs the console program again and again: in the N-th run its N-th file call fails, or the
-// program is killed there, until a run makes fewer calls. This tests the system calls below the
-// file service: each step of a copy, of the log and of the settings file.
+// Runs the console program again and again. In the N-th run, its N-th file call fails, or the
+// program is killed at that call. The test ends when a run makes fewer than N file calls. This
+// tests the system calls below the file service: each step of a copy, of the log and of the
+// settings file.
 #include <signal.h>
 
 #include <cerrno>
@@ -55,7 +56,7 @@ class CallFaults : public SystemTest, public ::testing::WithParamInterface<CallF
     return result;
   }
 
-  // Checks that every file of the target is right or as it was before.
+  // Checks that every file of the target is right or unchanged since before the run.
   void ExpectNothingHalfMade() {
     for (const auto& [name, bytes] : Target()) {
       if (name.ends_with("tijdel.enc")) continue;

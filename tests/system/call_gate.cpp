@@ -1,6 +1,6 @@
-// The watched process installs a call filter, which passes file calls to the holder of its
-// listener, and sends this listener to the test through a pair of sockets. Each passed call waits
-// until the test answers it.
+// The watched process installs a call filter and sends the filter's listener to the test through a
+// pair of sockets. The filter passes file calls to the listener. Each of these calls waits until
+// the test answers it.
 #include "tests/system/call_gate.h"
 
 #include <fcntl.h>
@@ -31,7 +31,7 @@ struct WatchedCall {
   const char* name;
 };
 
-// rt_sigaction tells that the program is at work; the other calls are counted.
+// rt_sigaction shows that the program is at work; the other calls are counted.
 constexpr WatchedCall kCalls[] = {
     {SYS_rt_sigaction, "rt_sigaction"},
     {SYS_openat, "openat"},
@@ -142,8 +142,8 @@ bool IsPipe(pid_t process, unsigned long long descriptor) {
          std::string_view(end).starts_with("pipe:");
 }
 
-// Returns whether the call is on a file of the run. The streams for messages to the user are not,
-// and pipes are not: the sanitizers examine memory through them.
+// Returns whether the call is on a file of the run. Writing to the standard streams is not, and
+// neither are calls on pipes, through which the sanitizers examine memory.
 bool IsOnAFile(pid_t process, const seccomp_data& call) {
   if (call.nr == SYS_write && call.args[0] <= STDERR_FILENO) return false;
   const bool may_be_pipe = call.nr == SYS_write || call.nr == SYS_read || call.nr == SYS_close;

@@ -1,6 +1,6 @@
-// A gate between a process and the system. It sees the file calls of the process once the program
-// is at work, and makes the N-th of them fail or kills the process there. It uses the system's call
-// filter (seccomp), which needs no privilege.
+// A gate between a process and the system. Once the program is at work, the gate sees the file
+// calls of the process. It makes the N-th of them fail or kills the process there. It uses the
+// system's call filter (seccomp), which needs no privilege.
 #pragma once
 
 #include <sys/types.h>
@@ -21,10 +21,10 @@ class CallGate {
   // Whether this system lets a process filter its own calls and another process answer them.
   static bool IsPossibleHere();
 
-  // To be called in the new process, before it becomes the program.
+  // Call in the new process, before it becomes the program.
   void Install() const;
-  // To be called in the test's process; returns when `process` has ended. Counting starts when the
-  // program installs its signal handlers: earlier calls are the loader's.
+  // Call in the test's process; returns when `process` has ended. Counting starts when the program
+  // installs its signal handlers, because earlier calls are the loader's.
   void Watch(pid_t process);
 
   // Returns the name of the call that was hit; empty if the process made fewer calls.

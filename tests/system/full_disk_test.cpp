@@ -16,7 +16,7 @@ constexpr std::size_t kPage = 4096;
 
 class FullDisk : public SystemTest {
  protected:
-  // Mounts a disk of `pages` pages at `name`.
+  // Mounts a disk of `pages` pages on the folder `name`.
   void MountDisk(const std::string& name, std::size_t pages) {
     const std::string size = "size=" + std::to_string(pages * kPage) + ",nr_inodes=0";
     ASSERT_EQ(mount("tmpfs", scene_.At(name).c_str(), "tmpfs", 0, size.c_str()), 0);

@@ -1,7 +1,7 @@
-// A run over 2,000 files is killed at a random moment. A second run then produces exactly the right
-// tree, whatever the first one left. Every other round starts with an empty target, the rest with
-// unchanged copies of the source in the target. MORVEX_KILL_ROUNDS=N sets the number of rounds per
-// block; MORVEX_SEED=S chooses other moments.
+// A run over 2,000 files is killed at a random moment. Then a second run produces exactly the right
+// tree, whatever the first run left. Every second round starts with an empty target, the others
+// with unchanged copies of the source in the target. The test runs in several blocks:
+// MORVEX_KILL_ROUNDS=N sets the number of rounds per block; MORVEX_SEED=S chooses other moments.
 #include <signal.h>
 
 #include <chrono>
@@ -28,7 +28,8 @@ int FromEnvironment(const char* name, int usual) {
   return value == nullptr ? usual : std::atoi(value);
 }
 
-// Returns small files and some large ones, a hundred per folder. Every fifth is copied unchanged.
+// Returns small files and some large ones, a hundred per folder. A run copies every fifth file
+// unchanged.
 Files ManyFiles() {
   Files files;
   for (int i = 0; i < kFiles; ++i) {
@@ -59,8 +60,8 @@ class Kill : public SystemTest, public ::testing::WithParamInterface<int> {
     return result.status == 128 + SIGKILL;
   }
 
-  // Checks that every file of the target is right or as it was before; stale work files are
-  // allowed.
+  // Checks that every file of the target is right or unchanged since before the run; stale work
+  // files are allowed.
   void ExpectNothingHalfMade(bool old_copies) {
     for (const auto& [name, bytes] : Target()) {
       if (name.ends_with("tijdel.enc")) continue;

@@ -1,5 +1,5 @@
 // Files and folders that the user may not read or write, and files that cannot be read. The program
-// runs without privileges; root becomes another user for that.
+// runs without privileges; if the tests run as root, the program runs as another user.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -217,8 +217,8 @@ TEST(Output, ThatHasNowhereToGoReachesNoFileOfTheRun) {
     scene.Write("list", "ab|X||\r\n");
     scene.Write("job.dat",
                 whole_run::UsualSettings(scene.At("src"), scene.At("out"), scene.At("list")));
-    // The program is stopped in the middle of the file and reports this while the file is still
-    // open.
+    // The program is stopped in the middle of the file. It reports this while its work file is
+    // still open.
     const std::string script = "\"$0\" -if job.dat " + std::string(closed) +
                                " & until [ -s src/tijdel.enc ] || ! kill -0 $!; do :; done\n"
                                "kill -TERM $!; wait $!";

@@ -18,7 +18,8 @@ constexpr int kAttempts = 10;
 
 class Signals : public SystemTest, public ::testing::WithParamInterface<int> {
  protected:
-  // Starts a run and sends the signal once `holds` is true. Runs again if the run ended first.
+  // Starts a run and sends the signal once `holds` returns true. Starts again if the run ended
+  // first.
   ProgramResult RunAndSendWhen(const std::function<bool()>& holds) {
     const auto send = [&](pid_t process) {
       Await("the moment of the signal", [&] { return holds() || HasEnded(process); });
@@ -79,7 +80,7 @@ TEST_P(Signals, BetweenFilesLeaveWholeCopiesAndNothingElse) {
   });
   EXPECT_EQ(result.status, 1);
   EXPECT_NE(result.errors.find("Interrupted: the run was stopped"), std::string::npos);
-  // The stop may come within a file, which then leaves its work file in the source.
+  // The stop may come in the middle of a file. The program then leaves its work file in the source.
   if (result.errors.find("Left in the source") != std::string::npos) return;
   ExpectNothingWrong(source);
   EXPECT_LT(Target().size(), source.size());

@@ -50,7 +50,7 @@ class SystemTest : public ::testing::Test {
   // Checks that every file of the target is a right copy, that the source is exactly `source`, and
   // that no work file is left.
   void ExpectNothingWrong(const Files& source) const;
-  // Checks the same, and that every file of `source` has its copy.
+  // Checks what ExpectNothingWrong checks, and that every file of `source` has its copy.
   void ExpectAllRight(const Files& source) const;
 
   // Returns the messages of the run log.
@@ -66,7 +66,7 @@ std::string WithoutRemarks(const std::string& errors);
 // Returns the text with every "ab" replaced by `right`.
 std::string Replaced(const std::string& text, const std::string& right);
 
-// Returns the files below a folder, whose own path may have any length.
+// Returns the files below a folder; the path of the folder may have any length.
 Files FilesBelow(const std::string& folder);
 
 // Waits until `holds` returns true; after a few minutes the test fails. `what` names what the test

@@ -1,6 +1,6 @@
 // Two runs at the same time over one source, each with its own list and target: neither takes the
-// other's work file for its own. Also files that other programs change, shorten or delete while a
-// run reads them.
+// other's work file for its own. Also runs over files that other programs change, shorten or delete
+// meanwhile.
 #include <signal.h>
 #include <unistd.h>
 

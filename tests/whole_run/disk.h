@@ -1,6 +1,7 @@
 // A snapshot of a part of the disk, held in memory: every folder with its listing order, every file
-// with its bytes, permission bits and modification time. A test takes one before a run, lets the
-// model change it as the run should change the disk, and compares it with one taken after the run.
+// with its bytes, permission bits and modification time. A test takes a snapshot before a run and
+// lets the model change this snapshot as the run should change the disk. Then the test compares it
+// with a snapshot taken after the run.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_DISK_H_
 #define MORVEX_TESTS_WHOLE_RUN_DISK_H_
@@ -22,8 +23,8 @@ struct Node {
   std::string bytes;
   // A folder's names in the order in which the file system lists them; empty for files and links.
   std::vector<std::string> listing;
-  // The nine permission bits, and the modification time in nanoseconds since 1970. If one is
-  // absent, any value will do.
+  // The nine permission bits, and the modification time in nanoseconds since 1970. A value that is
+  // absent is not compared.
   std::optional<unsigned> permissions;
   std::optional<std::int64_t> modified_ns;
 };
@@ -46,7 +47,7 @@ class Disk {
   // Removes a file, if it exists.
   void RemoveFile(const std::string& path);
 
-  // Sorts the names of every folder, for a system that lists them in that order.
+  // Sorts the names of every folder, for a system that lists folders in this order.
   void SortListings(bool (*comes_before)(const std::string&, const std::string&));
   // Lets every file and folder have any permission bits, for a system without such bits.
   void ForgetPermissions();
@@ -59,9 +60,9 @@ class Disk {
   std::map<std::string, Node> nodes_;
 };
 
-// Returns the absolute path that a text means to a program in `current_folder`: "." and ".." are
-// resolved, doubled separators reduced, and no separator is at the end but the root's. For an empty
-// text the path is empty.
+// Returns the absolute path that a text means to a program in `current_folder`, without ".", ".."
+// and doubled separators. Only the root has a separator at the end. For an empty text, the path is
+// empty.
 std::string LookedUpPath(std::string_view text, const std::string& current_folder);
 
 std::string ParentPath(const std::string& path);
@@ -72,11 +73,11 @@ std::string NameOf(const std::string& path);
 std::string Escaped(std::string_view bytes);
 
 // Returns one line for each difference between two snapshots, with the bytes around the first
-// difference of a file; empty if they agree.
+// difference of a file. Returns an empty text if the snapshots agree.
 std::string Differences(const Disk& expected, const Disk& actual);
 
-// These functions read and change the real disk. A failure is the machine's and not the tested
-// program's, so it throws std::runtime_error.
+// These functions read and change the real disk. They throw std::runtime_error on failure, because
+// a failure here is the machine's and not the tested program's.
 std::string ReadWholeFile(const std::string& path);
 void WriteWholeFile(const std::string& path, std::string_view bytes);
 void MakeFolders(const std::string& path);

@@ -1,5 +1,5 @@
-// The loop of one attempt to match a row. Positions count from 1; `k` is one more than the number
-// of bytes taken; the counters inside an attempt have 16 bits.
+// The loop of one attempt to match a row. Positions count from 1. The counters of an attempt have
+// 16 bits; `k` counts the bytes looked at, of which the last one is not part of the match.
 
 #include "engine_model.h"
 

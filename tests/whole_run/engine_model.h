@@ -1,6 +1,6 @@
-// The model of the engine: replaces texts in one file after another, byte by byte on whole strings.
-// An attempt to match a row leaves two things to the next row and the next file: the flag that a
-// capture is open, and the captured bytes.
+// The model of the engine: it replaces texts byte by byte, in the whole content of one file after
+// another. Each attempt to match a row leaves two things to the next attempt, even in the next
+// file: the flag that a capture is open, and the captured bytes.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_ENGINE_MODEL_H_
 #define MORVEX_TESTS_WHOLE_RUN_ENGINE_MODEL_H_
@@ -37,8 +37,9 @@ class EngineModel {
   struct Attempt;
 
   bool IsJoker(unsigned char code) const { return joker_ != 0 && code == joker_; }
-  // Both return the byte at a position, counted from 1: 0 behind the text's end, nothing behind the
-  // end of the longest such text of the list.
+  // Both return the byte at a position of a left or right text; positions count from 1. Behind the
+  // end of the text they return 0, and nothing behind the end of the longest left or right text of
+  // the list.
   std::optional<unsigned char> LeftCode(const Pair& pair, std::int64_t position) const;
   std::optional<unsigned char> RightCode(const Pair& pair, std::int64_t position) const;
   // Returns the number of bytes that the row matches at `read_pos` (counted from 1), or 0.

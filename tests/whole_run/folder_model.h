@@ -1,5 +1,5 @@
 // The model of a run over files: which files are processed, copied unchanged or passed over, and
-// what each leaves in the target, the counters, the log and the file-count label.
+// how each of them changes the target, the counters, the log and the file-count label.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_FOLDER_MODEL_H_
 #define MORVEX_TESTS_WHOLE_RUN_FOLDER_MODEL_H_
@@ -42,12 +42,12 @@ class FolderModel {
   const std::vector<LogLine>& log() const { return log_; }
   std::int64_t files_done() const { return files_done_; }
   std::int64_t files_skipped() const { return files_skipped_; }
-  // Returns the number of files and folders that are not in the target, by a rule or for an error.
+  // Returns the number of files and folders that a rule or an error has kept out of the target.
   std::int64_t left_out() const { return left_out_; }
   // Returns the number of whole copies in the target.
   std::int64_t copies() const { return copies_; }
-  // Returns the part of left_out() that makes the run end with status 3: neither work files, nor
-  // the target inside the source, nor folders that could not be created in the target.
+  // Returns how many of left_out() make the run end with status 3. Work files, the target inside
+  // the source, and folders that could not be created in the target do not count.
   std::int64_t missed() const { return missed_; }
   std::int64_t hits_total() const { return hits_total_; }
   std::int64_t bytes_total() const { return bytes_total_; }

@@ -1,5 +1,5 @@
-// Processes and temporary folders. The program's output goes to two files, so no pipe can fill
-// up and stop it.
+// Processes and temporary folders. The program's output goes to two files, because a full pipe
+// would stop the program.
 
 #include "program_run.h"
 

@@ -22,8 +22,8 @@ struct ProgramResult {
 };
 
 // Runs `executable` in `current_folder` with LC_ALL=C and an empty standard input, and ends it
-// after `limit_seconds`. If MORVEX_UNDER is set, such as to "valgrind -q --error-exitcode=99", that
-// program runs it.
+// after `limit_seconds`. If MORVEX_UNDER holds a command line such as "valgrind -q
+// --error-exitcode=99", that command runs `executable`.
 ProgramResult RunProgram(const std::string& executable, const std::vector<std::string>& arguments,
                          const std::string& current_folder, int limit_seconds);
 
@@ -44,8 +44,8 @@ class Scene {
   std::string At(const std::string& name) const { return work() + "/" + name; }
   void Keep() { keep_ = true; }
 
-  // Writes a file below the work folder, dated well before now, and creates the folders that it
-  // needs.
+  // Writes a file below the work folder, and creates missing parent folders. The file's
+  // modification time is well before now.
   void Write(const std::string& name, std::string_view bytes) const;
   void MakeFolder(const std::string& name) const { MakeFolders(At(name)); }
   std::string Read(const std::string& name) const { return ReadWholeFile(At(name)); }

@@ -78,8 +78,8 @@ const Entry* FindEntry(const RandomCase& made, const std::string& name) {
   return nullptr;
 }
 
-// Returns whether a single-file run may have this entry as its source: a file whose name is not
-// that of the work file.
+// Returns whether a single-file run may have this entry as its source. The entry must be a file
+// without the work file's name.
 bool IsSource(const Entry& entry) {
   const std::string temporary = "/tijdel.enc";
   return !entry.is_folder && (entry.name.size() < temporary.size() ||

@@ -1,5 +1,6 @@
-// Makes file contents for a list. The left texts planted in them have their wildcards filled in, so
-// that captures have many lengths. Some lack their last byte, so that attempts fail late.
+// Makes file contents for a list. Left texts of the list are planted in them, with wildcards filled
+// in, so that captures have many lengths. Some planted texts lack their last byte, so that attempts
+// fail late.
 
 #include <algorithm>
 
@@ -61,8 +62,8 @@ void Overlay(std::size_t at, const std::string& text, std::string* bytes) {
 std::string RandomContents(const RandomList& list, std::size_t size, RandomSource* random) {
   std::string bytes;
   while (bytes.size() < size) {
-    // Contents mostly begin with a planted text: writing for a match at the first byte is a special
-    // case.
+    // Contents mostly begin with a planted text, because writing for a match at the first byte is a
+    // special case.
     const std::size_t kind = bytes.empty() && !random->OneIn(3) ? 50 : random->Below(100);
     if (kind < 45) {
       bytes += random->Text(list.alphabet, 1, 4);

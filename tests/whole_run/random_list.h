@@ -28,8 +28,8 @@ RandomList MakeRandomList(RandomSource* random);
 // Returns contents of about `size` bytes made of letters, planted left texts and odd bytes.
 std::string RandomContents(const RandomList& list, std::size_t size, RandomSource* random);
 
-// Returns contents a little longer or shorter than `border` bytes: mostly filler, with planted left
-// texts that reach across the border and across some offsets in front of it.
+// Returns contents a little longer or shorter than `border` bytes. Most of the bytes are filler;
+// planted left texts reach across the border and across some offsets in front of it.
 std::string ContentsAcrossBorder(const RandomList& list, std::size_t border, RandomSource* random);
 
 }  // namespace morvex::whole_run

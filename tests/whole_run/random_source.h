@@ -1,5 +1,5 @@
-// Random choices that are the same on every system: the generator is chosen by its name, and the
-// distributions are computed here.
+// Random choices that are the same on every system: the C++ standard fixes the numbers of the
+// generator, and the distributions are computed here.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_RANDOM_SOURCE_H_
 #define MORVEX_TESTS_WHOLE_RUN_RANDOM_SOURCE_H_
@@ -11,8 +11,8 @@
 
 namespace morvex::whole_run {
 
-// Call a member at most once per statement: the compiler chooses the order of two calls in one
-// expression.
+// Call a member at most once per statement, because the compiler chooses the order of two calls in
+// one expression.
 class RandomSource {
  public:
   explicit RandomSource(std::uint64_t seed) : engine_(seed) {}

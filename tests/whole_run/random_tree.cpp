@@ -1,5 +1,5 @@
-// Random source trees. For every rule about names, the pools of names contain names that it applies
-// to.
+// Random source trees. For every rule about names, the pools of names contain names to which the
+// rule applies.
 
 #include <set>
 

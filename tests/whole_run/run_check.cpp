@@ -14,8 +14,8 @@ constexpr std::size_t kShownRecords = 400;
 
 bool IsDigit(char letter) { return letter >= '0' && letter <= '9'; }
 
-// Returns whether the text has a form, in which '9' stands for one digit, 'N' for a whole number,
-// and any other character for itself.
+// Returns whether the text has the given form. In a form, '9' stands for one digit, 'N' for a whole
+// number, and any other character for itself.
 bool HasForm(const std::string& text, const std::string& form) {
   std::size_t at = 0;
   for (const char mark : form) {
@@ -130,7 +130,8 @@ std::string WithoutFinalLineBreak(std::string text) {
 }
 
 // Standard error must begin with the predicted message boxes, word for word. The console's own
-// remarks may follow only if the run gives an occasion for them, and a sanitizer's report never.
+// remarks may follow, but only if the run gives an occasion for them. A sanitizer's report must
+// never follow.
 void CheckErrors(const RunOutcome& expected, const std::string& errors, std::ostringstream* text) {
   const std::string found = WithoutFinalLineBreak(WithoutWarnings(errors));
   const bool in_front = found.compare(0, expected.messages.size(), expected.messages) == 0;

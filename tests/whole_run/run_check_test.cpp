@@ -1,5 +1,5 @@
-// Tests the comparison: unless it reports every kind of difference, the whole-run tests would pass
-// whatever the program does.
+// Tests the comparison. If it missed a kind of difference, the whole-run tests would pass whatever
+// the program does.
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-// Predicts what an unattended run leaves behind, given the disk before it: the disk afterwards, the
-// log, the result labels, the messages and the exit status. The model shares no code with the
-// program; it is small and slow, and follows the rules one at a time.
+// Predicts what an unattended run leaves behind, given the disk before the run: the disk
+// afterwards, the log, the result labels, the messages and the exit status. The model shares no
+// code with the program. It is small and slow, and follows the rules one at a time.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_RUN_MODEL_H_
 #define MORVEX_TESTS_WHOLE_RUN_RUN_MODEL_H_
@@ -48,11 +48,11 @@ struct RunOutcome {
   std::array<std::string, 3> captions;
   // The texts of the message boxes, with LF as line break; empty if there was none.
   std::string messages;
-  // Whether the console may add remarks of its own behind the message boxes: because the run
-  // failed, left something out or replaced nothing, or because the target has other files.
+  // Whether the console may add remarks of its own behind the message boxes. It may if the run
+  // failed, left something out or replaced nothing, or if the target has other files.
   bool occasion_for_remarks = false;
-  // The number of files in the target that the run has not put there. The console reports it unless
-  // it is 0.
+  // The number of files in the target that the run did not put there. The console reports a number
+  // other than 0.
   std::int64_t other_files = 0;
   int exit_status = 0;
 };

@@ -1,5 +1,5 @@
-// Tests of the model, each worked out by hand: if model and program disagree, a slip of the model
-// is ruled out.
+// Tests of the model with results worked out by hand. They rule out that the model is wrong where
+// it disagrees with the program.
 
 #include "run_model.h"
 
@@ -62,7 +62,8 @@ TEST(EngineModel, NonJokerRowShowsTheFirstByteOfAnEarlierSpan) {
 }
 
 TEST(EngineModel, JokerAtTheEndTakesOneByteWhereTheTableEnds) {
-  // No left text is longer than this row's, so the look behind its end stops the capture.
+  // No left text is longer than this row's, so there is no byte to look up behind its end, and the
+  // capture stops.
   EXPECT_EQ(Once({{"a*", "<*>"}}, '*', "abcab").bytes, "<bc<b");
   // With a longer left text in the list, the capture reaches to the end of the file.
   EXPECT_EQ(Once({{"a*", "<*>"}, {"zzzzz", ""}}, '*', "abcab").bytes, "<bcab");
@@ -73,8 +74,8 @@ TEST(EngineModel, TailOfSeveralBytesIsLeftOutOfTheSpan) {
 }
 
 TEST(EngineModel, TailInFrontOfTheJokerMovesTheWritingBack) {
-  // One byte is captured and the five bytes behind the wildcard are subtracted, so the writing
-  // continues three bytes further back.
+  // The capture has 1 byte, and the text behind the wildcard has 5. So the "*" of the right text
+  // moves the write position by 1 - 5 + 1 = -3 bytes.
   const std::vector<Row> rows{{"abcde*abcde", "*<>"}};
   EXPECT_EQ(Once(rows, '*', "1234567abcdeYabcdeZ.").bytes, "1234<>Z.");
   EXPECT_EQ(Once(rows, '*', "abcdeYabcdeZ.").bytes, ".");
@@ -142,8 +143,8 @@ Node MakeFile(const string& bytes, std::int64_t modified_ns) {
   return file;
 }
 
-// Returns the input of a run: a source with a file for each outcome at the top, and with the same
-// files in a folder below.
+// Returns the input of a run. The source has a file for each outcome at the top, and the same files
+// again in a folder below.
 RunInput SmallRun() {
   RunInput input;
   for (const char* folder : {"/w", "/w/src", "/w/src/sub", "/w/src/Recycler", "/w/out"}) {

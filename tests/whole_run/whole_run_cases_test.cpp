@@ -147,8 +147,8 @@ TEST_F(Cases, ListWithoutItsSeparator) { EXPECT_EQ(RunWithList("ab;X\r\nab:X\r\n
 TEST_F(Cases, LastRowWithoutARightTextDeletes) {
   EXPECT_EQ(RunWithList("ab|||\r\n"), "");
   EXPECT_EQ(scene_.Read("out/sub/c.txt"), "");
-  // The row ends with one separator less than usual, so fewer than two characters are there to cut
-  // off.
+  // The row ends with one separator less than usual, so the program finds fewer than two characters
+  // to cut off.
   EXPECT_EQ(RunWithList("ab||\r\n"), "");
   EXPECT_EQ(scene_.Read("out/sub/c.txt"), "");
 }
@@ -219,8 +219,8 @@ TEST_F(Cases, LongestSpanAcrossBlockBorders) {
 
 TEST_F(Cases, WritingInFrontOfTheFileIsDropped) {
   // The text behind the wildcard is found before the wildcard is reached. So the capture is shorter
-  // than that text, and the writing moves back: at the start of a file, to in front of its first
-  // byte.
+  // than that text, and the write position moves back. At the start of a file, it moves to in front
+  // of the first byte.
   scene_.Write("src/a.txt", "abcdeYabcdeZ.");
   scene_.Write("src/sub/c.txt", "1234567abcdeYabcdeZ.");
   EXPECT_EQ(RunWithList("abcde*abcde|*<>\r\n|||\r\n"), "");

@@ -1,5 +1,5 @@
-// The command line: which settings file a run gets, the delay, and command lines that cannot be
-// understood, which leave nothing behind.
+// The command line: which settings file a run uses, and the delay. A command line that cannot be
+// understood leaves nothing behind.
 
 #include <gtest/gtest.h>
 

@@ -18,7 +18,7 @@ std::string Lower(std::string text) {
   return text;
 }
 
-// Changes names to ones that Windows can hold. Names that differ only in letter case get the
+// Changes names to names that Windows can hold. Names that differ only in letter case all get the
 // spelling of the first one.
 class Spellings {
  public:

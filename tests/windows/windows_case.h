@@ -1,5 +1,6 @@
 // Adapts the random cases of the whole-run tests to a Windows program: names that Windows can hold,
-// and paths in its spelling. What the program writes is changed back to the model's spelling.
+// and paths as Windows spells them. What the program writes is changed back to the model's
+// spelling.
 #pragma once
 
 #include <string>
@@ -11,9 +12,9 @@ namespace morvex::whole_run {
 // The drive that shows this machine's whole disk.
 inline constexpr const char* kDrive = "Z:";
 
-// Returns the case with names that Windows can hold, in the tree and in the settings. Of entries
-// whose names differ only in letter case, only the first remains. Times become whole steps of 100
-// nanoseconds.
+// Returns the case with names that Windows can hold, in the tree and in the settings. If several
+// entries have names that differ only in letter case, only the first entry remains. Times become
+// whole steps of 100 nanoseconds.
 RandomCase ForWindows(RandomCase made);
 
 // Returns "/a/b" as "Z:\a\b"; a relative path gets no drive.
@@ -28,7 +29,8 @@ std::string ModelText(std::string text);
 // Returns settings bytes with their three paths as the model writes them.
 std::string ModelSettings(const std::string& bytes);
 
-// The order in which Windows lists a folder: by the names in capital letters.
+// Returns whether Windows lists the name `one` before `other`. Windows compares the names in
+// capital letters.
 bool ComesBefore(const std::string& one, const std::string& other);
 
 }  // namespace morvex::whole_run

@@ -63,7 +63,7 @@ class Share {
   std::string server_;
 };
 
-// During its lifetime, the tested programs take this machine's file names for UTF-8.
+// During its lifetime, the tested programs read the names of files on this machine as UTF-8.
 class Utf8Names {
  public:
   Utf8Names() { setenv("MORVEX_UNDER", ("env LC_ALL=C.UTF-8 " + before_).c_str(), 1); }
@@ -308,7 +308,8 @@ TEST_F(WindowsPaths, FilesThatWindowsCannotNameAreCountedAsFailed) {
       << scene_.RunLog();
 }
 
-// The work files in the target have that name too: a copy with it would be taken for one of them.
+// The work files in the target are called tijdel.enc too. So a copy with this name, in any letter
+// case, would be taken for a work file.
 TEST_F(WindowsPaths, TheTemporaryFilesNameIsThatInAnyLetterCase) {
   scene_.Write("src/a.txt", "Jan");
   scene_.Write("src/sub/Tijdel.Enc", "Jan");

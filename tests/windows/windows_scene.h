@@ -1,5 +1,5 @@
-// A scene in which the console program for Windows runs. Its results are changed to the model's
-// spelling. MORVEX_CLI names that program, MORVEX_UNDER the program that runs it here.
+// A scene that runs the console program for Windows and changes its results to the model's
+// spelling. MORVEX_CLI names this program, MORVEX_UNDER the program that runs it here.
 #pragma once
 
 #include <string>
@@ -18,8 +18,8 @@ class WindowsScene : public Scene {
   // Init.dat and the output to the model's spelling.
   ProgramResult RunInModelText(const std::vector<std::string>& arguments) const;
 
-  // Predicts the run for settings in the model's spelling, as it comes out on Windows: the copies
-  // may have any permission bits.
+  // Predicts the run on Windows for settings in the model's spelling. The copies may have any
+  // permission bits.
   RunOutcome Predict(const std::string& settings_name, const std::string& settings_argument,
                      int delay_ms) const;
 };

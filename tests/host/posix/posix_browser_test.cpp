@@ -1,4 +1,5 @@
-// Showing a folder. A script replaces the desktop's opener and records how it was started.
+// Showing a folder. A script stands in for the desktop's opener and records how the program starts
+// it.
 #include "host/posix/posix_browser.h"
 
 #include <sys/wait.h>

@@ -65,7 +65,7 @@ TEST_F(PosixCallsTest, PathsAroundTheBorderLeadToTheSamePlace) {
   std::string path = folder_.Path() + "/d";
   ASSERT_EQ(files_.CreateFolder(path), ErrorNumber::kNone);
   Put(path + "/file", "text");
-  // Doubled separators make a path of any length.
+  // Repeated separators give the path any length that the test needs.
   for (std::size_t length = PATH_MAX - 20; length < PATH_MAX + 20; ++length) {
     const std::string start = folder_.Path();
     const std::string filler(length - start.size() - 6, '/');

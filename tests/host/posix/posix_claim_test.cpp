@@ -150,7 +150,7 @@ TEST_F(PosixClaimTest, LinksPipesAndForbiddenFilesAreDeletedWithoutBeingOpened) 
 
 TEST_F(PosixClaimTest, APartialCopyOfAnotherIsLeftAloneAndTheCopyFails) {
   Put(folder_ / "file", "text");
-  const auto half = Make(other_, "somebody's half");  // a partial copy has the same name
+  const auto half = Make(other_, "somebody's half");  // a partial copy has the work file's name
   const posix::CopyWays named{false, true};
   EXPECT_EQ(posix::CopyWholeFile(folder_ / "file", folder_ / "copy", {}, named),
             ErrorNumber::kFileAlreadyOpen);

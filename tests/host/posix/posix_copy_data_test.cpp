@@ -1,4 +1,5 @@
-// The bytes of a copy: holes, sources that change meanwhile, and how often keep_going is asked.
+// The bytes of a copy: holes, sources that change during the copy, and how often keep_going is
+// called.
 #include "host/posix/posix_copy_data.h"
 
 #include <fcntl.h>

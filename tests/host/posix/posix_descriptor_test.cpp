@@ -152,7 +152,8 @@ TEST_F(PosixDescriptorTest, APlaceNeedsAFolderAndAName) {
   EXPECT_EQ(faccessat(place.value.folder.Get(), "file", F_OK, 0), 0);
 }
 
-// Holds a lease on a file in another process until the system tells it to give the lease up.
+// Starts a process that holds a lease on the file. The system ends this process when somebody else
+// opens the file. Returns -1 if there is no lease.
 pid_t StartLeaseHolder(const std::string& path) {
   int ready[2] = {};
   if (pipe(ready) != 0) return -1;

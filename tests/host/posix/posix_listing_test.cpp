@@ -1,4 +1,4 @@
-// Listing folders: which names are listed, and as what.
+// Listing folders: which names are listed, and the kind of each.
 #include "host/posix/posix_listing.h"
 
 #include <dirent.h>

@@ -1,5 +1,5 @@
 // File systems that are full, read-only or lack a feature. Each test runs in a process with its own
-// mounts, for which it needs root or a system that lets other users mount.
+// mounts. This needs root, or a system that lets other users mount.
 #include <sys/mount.h>
 
 #include <filesystem>
@@ -70,7 +70,7 @@ TEST_F(PosixMountsTest, AnOverwrittenFileSurvivesAFullDisk) {
   RUN_OR_SKIP([this] {
     MountDisk("size=64k");
     Put(disk_ + "/file", "kept");
-    // A file that is a mount point cannot be replaced by another.
+    // A file that is a mount point cannot be replaced by another file.
     ASSERT_EQ(
         mount((disk_ + "/file").c_str(), (disk_ + "/file").c_str(), nullptr, MS_BIND, nullptr), 0);
     Put(disk_ + "/filler", Pattern(50'000));

@@ -54,7 +54,7 @@ TEST_F(PosixStreamsTest, AFileThatChangesWhileItIsOpenIsFoundOut) {
   EXPECT_TRUE(changes([&] { truncate(path.c_str(), 3); }));
   EXPECT_TRUE(changes([&] { Put(path, "CONTENT"); }));
   EXPECT_TRUE(changes([&] { SetModified(path, {1'000'000'000, 6}); }));
-  // Now the name leads to another file; the open one is unchanged.
+  // Now the name leads to another file; the open file is unchanged.
   EXPECT_FALSE(changes([&] {
     Put(folder_ / "new", "new");
     fs::rename(folder_ / "new", path);

@@ -16,7 +16,8 @@ namespace {
 
 using namespace posix_test;
 
-// Restores the default effect of signals: a shell lets background jobs ignore some.
+// Restores the default effect of signals, because a shell makes background jobs ignore some
+// signals.
 void TakeSignals() {
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) signal(number, SIG_DFL);
 }
@@ -34,7 +35,7 @@ int EndOf(const std::function<int()>& work) {
   return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-// The two ends of a pseudo terminal; negative if the system has none.
+// The two ends of a pseudo terminal. Both are negative if the system has no pseudo terminals.
 struct Terminal {
   Terminal() : control(posix_openpt(O_RDWR | O_NOCTTY)) {
     if (control >= 0 && grantpt(control) == 0 && unlockpt(control) == 0) {
@@ -153,8 +154,8 @@ TEST(PosixStopTest, ASignalBreaksOffAWaitForInput) {
     const ssize_t size = read(input[0], &byte, 1);
     _exit(size < 0 && errno == EINTR && StopRequested() ? 42 : 1);
   }
-  // Waits until the child sleeps, which happens only in its read: an earlier signal could come
-  // before its handler and end it.
+  // Waits until the child sleeps, as it does only in read. An earlier signal could end the child
+  // before it has installed its signal handler.
   int status = 0;
   for (int tries = 0; tries < 6000 && StateOf(child) != 'S'; ++tries) {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));

@@ -139,8 +139,8 @@ class FileSizeLimit {
 };
 
 // During its lifetime, the process can open only `more` further files at a time. Meanwhile, call
-// only free functions on local variables: a sanitizer opens files itself when it first meets an
-// object of a class with virtual functions.
+// only free functions on local variables, because a sanitizer opens files itself when it first
+// meets an object of a class with virtual functions.
 class DescriptorLimit {
  public:
   explicit DescriptorLimit(int more) {
@@ -200,7 +200,8 @@ class OrdinaryUser {
   bool changed_ = false;
 };
 
-// Returns a folder on another file system than `path`, if there is one that everybody may write to.
+// Returns a folder to which everybody may write, on another file system than `path`; nothing if
+// there is none.
 inline std::optional<std::string> FolderOnOtherDevice(const std::string& path) {
   for (const std::string folder : {"/dev/shm", "/var/tmp", "/tmp"}) {
     struct stat status {};

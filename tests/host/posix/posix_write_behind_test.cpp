@@ -46,8 +46,8 @@ TEST_F(PosixWriteBehindTest, WhatIsWrittenLastStands) {
   std::string expected(2 * kRing, '\0');
   ASSERT_TRUE(behind_->Begin(file.Get()));
   for (unsigned round = 0; round < 2000; ++round) {
-    // The offset moves forwards in large steps and back again; the second piece lies in or behind
-    // the first.
+    // The offset moves forwards in large steps and back again. The second write, at the next
+    // offset, lies inside the first or directly behind it.
     const std::size_t size = 1 + round * 37 % 3000;
     const std::size_t at = round * std::size_t{7919} * 13 % (expected.size() - size);
     const std::string bytes(size, static_cast<char>('a' + round % 26));

@@ -1,5 +1,5 @@
-// Runs the test program as a second process with one disabled test, which writes its results to the
-// file that an environment variable names.
+// Runs the test program as a second process. That process runs one disabled test, which writes its
+// results to a file. An environment variable names this file.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
-// The path of the settings file that the options window shows for a program in the protected
-// program folder. A copy of this test program runs there.
+// The settings file's path in the options window, for a program in the protected program folder. A
+// copy of this test program runs in that folder.
 #include <gtest/gtest.h>
 
 #include "core/run/start_up.h"

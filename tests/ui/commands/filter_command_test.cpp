@@ -1,5 +1,5 @@
-// `filter` on a stream that pauses: the decided bytes are written before each pause, and the whole
-// output equals that for the same bytes in one file.
+// `filter` on a stream that pauses: before each pause, the command writes the bytes that no later
+// byte of the stream can change. The whole output is the same as for the same bytes in one file.
 #include "ui/commands/filter_command.h"
 
 #include <gtest/gtest.h>
@@ -43,8 +43,8 @@ class Filter {
     files_.AddFile("/list.txt", list);
   }
 
-  // Runs over a stream that pauses before each piece and before its end. Returns the exit status.
-  // `at_pauses` receives the output up to each pause.
+  // Runs over a stream that pauses before each piece and before the end of the stream. Returns the
+  // exit status. `at_pauses` receives the output up to each pause.
   int Run(const Pieces& pieces) {
     std::string bytes;
     for (const std::string& piece : pieces) bytes += piece;
@@ -111,8 +111,7 @@ TEST(FilterCommand, ARowThatWritesBackOverItselfKeepsItsBytesToTheEnd) {
   EXPECT_EQ(filter.at_pauses, (Pieces{"", "", ""}));
 }
 
-// Returns what the engine makes of `bytes` in one piece, in an output that can be written at any
-// offset.
+// Returns the output of the engine if it reads `bytes` in one piece and can write at any offset.
 std::string WholeFile(const Rows& rows, const std::string& bytes) {
   TestProgram scene;
   scene.ApplyRows(rows, '*');

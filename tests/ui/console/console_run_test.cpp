@@ -20,7 +20,8 @@ class ConsoleRunTest : public ::testing::Test {
     files_.AddFile("/s/2.txt", std::string(200'000, 'a'));
     files_.AddFile("/s/3.txt", "aca");
     files_.AddFile("/list.txt", "a|b||\r\n");
-    // Every call of the clock moves it on by 15 ms, so the program handles events whenever it may.
+    // Every call of the clock adds 15 ms, so that every yield is due and the program handles
+    // events.
     system_.step = std::chrono::milliseconds(15);
   }
 

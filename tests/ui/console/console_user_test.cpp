@@ -140,7 +140,8 @@ TEST_F(ConsoleUserTest, AShorterProgressLineCoversTheLongerOne) {
   test_.system.steady += std::chrono::seconds(1);
   console.HandlePendingEvents();
   EXPECT_EQ(error_.str().size(), longer);
-  // "1 hit" is four characters shorter than "1000 hits".
+  // "1 hit" is four characters shorter than "1000 hits", so four blanks erase the end of the longer
+  // line.
   EXPECT_EQ(error_.str(), "\r5 files  1 hit  0 bytes  10 %    ");
 }
 

@@ -27,7 +27,7 @@ std::string Bytes(std::initializer_list<int> codes) {
   return bytes;
 }
 
-// Returns the single-byte code page in the locale "C", which has none of its own: Windows-1252.
+// Returns the code page that kSingleByte stands for in the locale "C": Windows-1252.
 CodePage WesternPage() {
   const Variable locale("LC_ALL", "C");
   return CodePage(TextCodec::kSingleByte);

@@ -26,7 +26,7 @@ class DesktopTest : public testing::Test {
  protected:
   DesktopTest() { files_.AddFolder(system_.program_folder); }
 
-  // Starts the program as a user does, with the command line in `system_`, which is empty by
+  // Starts the program as a user does. The command line comes from `system_` and is empty by
   // default.
   Desktop& Start() {
     desktop_.emplace(program_);

@@ -317,7 +317,7 @@ TEST_F(EditorCommands, AfterALongImportTheEndIsInViewAndACellOfItHasTheFocus) {
 TEST_F(EditorCommands, MovingTheScrollBarWhileAListIsReadDoesNotDisplaceItsRows) {
   Open();
   system_.step = std::chrono::milliseconds(15);
-  // Enough rows for the bar to be shown long before the last one is read.
+  // So many rows that the bar is shown long before the last row is read.
   std::string list;
   for (int i = 0; i < 30'000; ++i) list += "left|right\r\n";
   int moves = 0;

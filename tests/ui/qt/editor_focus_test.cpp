@@ -9,7 +9,7 @@ namespace {
 
 class EditorFocus : public EditorTest {
  protected:
-  // Opens the editor with twelve rows of different texts, of which the last six are in view.
+  // Opens the editor with twelve rows of different texts. The last six rows are in view.
   void OpenLongList() {
     Open();
     MakeRows(12);

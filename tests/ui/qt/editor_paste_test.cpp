@@ -18,7 +18,7 @@ class EditorPaste : public EditorTest {
     QApplication::clipboard()->setText(text);
     Press(cell, Qt::Key_V, Qt::ControlModifier);
   }
-  // Drags data over the cell and drops it. Returns whether the cell accepted it.
+  // Drags data over the cell and drops the data. Returns whether the cell accepted the data.
   bool Drop(QWidget& cell, QMimeData& dragged) {
     const QPoint place = cell.rect().center();
     QDragEnterEvent enter(place, Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);

@@ -26,7 +26,7 @@ class EditorTest : public DesktopTest {
     Activate();
     return Editor();
   }
-  // Activates the window, as a window manager activates the one in front.
+  // Activates the window, as a window manager activates the window in front.
   void Activate() {
     QApplication::setActiveWindow(&Editor());
     Settle();
@@ -50,7 +50,7 @@ class EditorTest : public DesktopTest {
     QTest::keyClick(&widget, key, modifiers);
     Settle();
   }
-  // Presses the key wherever the focus is.
+  // Presses the key in the widget that has the focus.
   void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     ASSERT_NE(QApplication::focusWidget(), nullptr);
     Press(*QApplication::focusWidget(), key, modifiers);

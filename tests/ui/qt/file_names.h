@@ -7,8 +7,8 @@
 
 namespace morvex::test {
 
-// Whether the system's file names are bytes. On Windows they are characters, and a code page turns
-// them into the program's bytes.
+// Whether the system's file names are bytes. On Windows, file names are characters, and a code page
+// turns them into the program's bytes.
 #ifdef Q_OS_WIN
 inline constexpr bool kNamesAreBytes = false;
 #else

@@ -111,7 +111,7 @@ TEST_F(FolderTreeTest, OkLeavesThePathWhereNoFolderWasMarked) {
 TEST_F(FolderTreeTest, OkGivenByItsLetterLeavesTheFocusOnNoOtherCommand) {
   OpenAt(Path("alpha"));
   ASSERT_TRUE(tree().hasFocus());
-  ok().click();  // as its mnemonic does, without moving the focus
+  ok().click();  // like the mnemonic, this does not move the focus
   Settle();
   EXPECT_EQ(Caption(go()), "GO !");
   EXPECT_EQ(window().focusWidget(), &window());

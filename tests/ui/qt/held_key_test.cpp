@@ -1,4 +1,4 @@
-// The filter for an Enter key that is held down, fed with the key events that the toolkit sends.
+// The filter for an Enter key that is held down. The tests send it key events as the toolkit does.
 #include "ui/qt/held_key.h"
 
 #include <gtest/gtest.h>

@@ -345,8 +345,8 @@ TEST_F(MainWindowRunTest, AKeyTypedTwiceOnGoDoesNotReachExit) {
   EXPECT_EQ(program_.run.end, RunEnd::kFinished);
 }
 
-// While the question is open, the main window has no focus. It gets the focus back after the run
-// has disabled Go.
+// While the question is open, the main window has no focus. The window gets the focus back after
+// the run has disabled Go.
 TEST_F(MainWindowRunTest, EnterAfterTheQuestionDoesNotEndTheProgram) {
   StartWith("/s", "/new");
   Activate();
@@ -404,7 +404,7 @@ TEST_F(MainWindowRunTest, AfterExitInMidFileTheWindowStaysWithAWordUntilTheRunHa
   bool copying = false;
   bool shown_then = false;
   QString word;
-  // Looks at the window while the partial file is copied and no event is handled.
+  // Looks at the window while the program copies the unfinished output and handles no events.
   files_.fail = [&](const std::string& call, const std::string& path) {
     if (program_.Beeindigd && call == "CopyTo" && path == "/t/one.txt" && !copying) {
       copying = true;
@@ -424,7 +424,7 @@ TEST_F(MainWindowRunTest, AfterExitInMidFileTheWindowStaysWithAWordUntilTheRunHa
   ClickGo();
   ASSERT_TRUE(copying) << "Exit came before or after the file";
   EXPECT_TRUE(shown_then);
-  // The message is about the partial copy.
+  // The message says that the copy in the target is only a part.
   EXPECT_EQ(word, "Stopping ...\nThe target is not complete.");
   EXPECT_FALSE(program_.run.cut_short.empty());
   EXPECT_TRUE(HasEnded(program_));

@@ -66,7 +66,7 @@ class MainWindowTest : public DesktopTest {
     });
   }
 
-  // Activates the window: only an active window shows which control has the focus.
+  // Activates the window, because only an active window shows which control has the focus.
   void Activate() {
     window().activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));

@@ -37,7 +37,7 @@ class OptionsTest : public DesktopTest {
   QListWidget& list() { return Find<QListWidget>(window(), "lstExtensie"); }
   QToolButton& list_button() { return Find<QToolButton>(window(), "cmdListExtensie_Down"); }
   QCheckBox& logging() { return Find<QCheckBox>(window(), "chkLoggen"); }
-  // Clicks the box itself: some styles ignore a click beside the box and its text.
+  // Clicks the box itself, because some styles ignore a click beside the box and its text.
   void ClickLogging() {
     QTest::mouseClick(&logging(), Qt::LeftButton, Qt::NoModifier,
                       QPoint(8, logging().height() / 2));

@@ -18,7 +18,7 @@ class PathBoxTest : public MainWindowTest {
     files_.AddFile("/s/two\nlines.txt", "x");
   }
 
-  // Drags data over the box and drops it. Returns whether the box accepted it.
+  // Drags data over the box and drops the data. Returns whether the box accepted the data.
   bool Drop(PathBox& box, const QMimeData& dragged) {
     const QPoint place = box.rect().center();
     const Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
