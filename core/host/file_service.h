@@ -75,7 +75,8 @@ struct DriveSpace {
   std::uint64_t available = 0;  // bytes that this user may still write
 };
 
-// Called every few MiB of a long copy. Returns false to abandon the copy.
+// Called repeatedly during long work: every few MiB of a copy, before every line of a list file.
+// Returns false to abandon the work.
 using KeepGoing = std::function<bool()>;
 
 // An open file for reading. The destructor closes it.
@@ -117,11 +118,13 @@ class OutputFile {
 // allowed before Close too. No call may follow the one that succeeded.
 //
 // What is on the disk after an error of
-//   WriteAt, Close           the work file, with an unknown part of its bytes;
-//   CopyTo, MoveToFreeName   the unchanged work file, and at `to` what was there before;
-//   MoveTo                   as after CopyTo; but if the copy to another file system succeeded and
-//                            only deleting the work file failed, the whole copy is at `to`;
-//   Discard                  the work file.
+//   WriteAt, Close   the work file, with an unknown part of its bytes;
+//   MoveToFreeName   the unchanged work file, and at `to` what was there before;
+//   CopyTo           the unchanged work file, and at `to` what was there before or nothing: an old
+//                    file may already be deleted when giving the copy its name fails;
+//   MoveTo           as CopyTo, with one exception: if the copy to another file system succeeded
+//                    and only deleting the work file failed, the whole copy is at `to`;
+//   Discard          the work file.
 //
 // The destructor deletes nothing. A work file that was neither moved nor discarded stays at its
 // path with the bytes written so far, and nobody claims it any more: it is now a stale work file,
@@ -171,7 +174,8 @@ class FileService {
   // ----- Look-ups. They follow links unless stated otherwise.
 
   // kFileNotFound if `path` leads to nothing or to something other than an ordinary file: a folder,
-  // pipe, socket or device.
+  // pipe, socket or device. Some paths that lead to nothing return another error: on POSIX a path
+  // through a file returns kPathNotFound, and a loop of links kPathFileAccess.
   virtual Result<FileInfo> LookUpFile(const std::string& path) = 0;
   // kPathNotFound if `path` leads to no folder.
   virtual Result<FolderInfo> LookUpFolder(const std::string& path) = 0;
@@ -200,14 +204,15 @@ class FileService {
   // ----- Whole files
 
   // Copies the file `from` to `to` with its permission bits and modification time. The copy appears
-  // at `to` whole or not at all. It replaces a file or link of that name and is never written
-  // through a link. kPathFileAccess if `to` is a folder or the same file as `from`;
-  // kFileAlreadyOpen if `from` changed meanwhile; kInvalidCall if `keep_going` (may be empty) ended
-  // the copy.
+  // at `to` whole or not at all; after an error an old file at `to` may be gone. It replaces a file
+  // or link of that name and is never written through a link. kPathFileAccess if `to` is a folder
+  // or the same file as `from`; kFileAlreadyOpen if `from` changed meanwhile; kInvalidCall if
+  // `keep_going` (may be empty) ended the copy.
   virtual ErrorNumber CopyFile(const std::string& from, const std::string& to,
                                const KeepGoing& keep_going) = 0;
   // Moves the file `from` to `to`: by renaming it where both are on one file system, elsewhere by
-  // CopyFile and DeleteFile. After an error `from` still exists.
+  // CopyFile and DeleteFile. If `from` is a link, the file it leads to is copied and the link
+  // deleted. After an error `from` still exists.
   virtual ErrorNumber MoveFile(const std::string& from, const std::string& to,
                                const KeepGoing& keep_going) = 0;
   // Renames the file `from` to `to`, in one step that fails if the name is taken. Returns

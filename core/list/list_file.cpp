@@ -7,17 +7,28 @@
 namespace morvex {
 namespace {
 
+// How often the reading of a list file handles window events.
+constexpr std::int64_t kLinesPerYield = 256;
+
 void SetUpDialog(FileDialog& dialog) { dialog = FileDialog{"txt", "Text (*.txt)|*.txt", "", ""}; }
+
+// Makes the editor's commands wait as long as it exists.
+class ImportingMark {
+ public:
+  explicit ImportingMark(ReplacementsForm& grid) : grid_(grid) { grid_.importing = true; }
+  ~ImportingMark() { grid_.importing = false; }
+  ImportingMark(const ImportingMark&) = delete;
+  ImportingMark& operator=(const ImportingMark&) = delete;
+
+ private:
+  ReplacementsForm& grid_;
+};
 
 // Puts what was read of one list file into the grid.
 class GridImport {
  public:
-  explicit GridImport(Program& program) : program_(program), grid_(program.frmReplacements) {
-    grid_.importing = true;
-  }
-  ~GridImport() { grid_.importing = false; }
-  GridImport(const GridImport&) = delete;
-  GridImport& operator=(const GridImport&) = delete;
+  explicit GridImport(Program& program)
+      : program_(program), grid_(program.frmReplacements), mark_(grid_) {}
 
   // Returns false if the grid had no row for a row of the list, or if the import was abandoned.
   bool TakeAll(const ListReading& reading) {
@@ -61,6 +72,7 @@ class GridImport {
 
   Program& program_;
   ReplacementsForm& grid_;
+  const ImportingMark mark_;
   std::int64_t row_ = 0;
 };
 
@@ -75,14 +87,29 @@ ErrorNumber SaveReplacementList(Program& program, const std::string& path) {
 }
 
 void ImportReplacementList(Program& program, const std::string& GetF) {
-  FillGrid(program,
-           ReadListFile(program.host.files, GetF, program.settings.gSeparator, OddLines::kDrop));
+  LoadGrid(program);
+  const auto grid_rows = static_cast<std::int64_t>(program.frmReplacements.rows.size());
+  FillGrid(program, ReadListForGrid(program, GetF, grid_rows));
+}
+
+ListReading ReadListForGrid(Program& program, const std::string& path, std::int64_t grid_rows) {
+  const ReplacementsForm& grid = program.frmReplacements;
+  const ImportingMark mark(program.frmReplacements);
+  const bool was_loaded = grid.loaded;
+  std::int64_t lines = 0;
+  const KeepGoing keep_going = [&] {
+    if (++lines % kLinesPerYield == 0) YieldToWindows(program);
+    return !program.Beeindigd && (grid.loaded || !was_loaded);
+  };
+  return ReadListFile(program.host.files, path, program.settings.gSeparator, OddLines::kDrop,
+                      grid_rows, keep_going);
 }
 
 void FillGrid(Program& program, const ListReading& reading) {
-  LoadGrid(program);
   const bool took_all = GridImport(program).TakeAll(reading);
-  program.settings.list_file_error = took_all ? reading.error : ErrorNumber::kNone;
+  // An error behind the row at which the filling ended made no row missing.
+  const bool was_reached = took_all || reading.list.rows.empty();
+  program.settings.list_file_error = was_reached ? reading.error : ErrorNumber::kNone;
   program.settings.SubstitutieFile = reading.list.path;
 }
 

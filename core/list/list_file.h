@@ -2,6 +2,7 @@
 // commands "Import" and "Save". They use the separator in force.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "core/list/list_format.h"
@@ -12,15 +13,21 @@ namespace morvex {
 // Writes the grid's rows into a list file. An empty separator becomes the default one first.
 ErrorNumber SaveReplacementList(Program& program, const std::string& path);
 
-// Reads the file and calls FillGrid with the result.
+// Loads the editor if it is not loaded, reads the file with ReadListForGrid and puts it into the
+// grid with FillGrid.
 void ImportReplacementList(Program& program, const std::string& GetF);
 
-// Fills the grid from row 0 on with what was read of a list file; loads the editor if it is not
-// loaded. Does not clear the grid before: texts behind the filled rows stay, and the rows behind
-// the list's final row are put only into rows that the grid already has. Handles window events
-// meanwhile; if one of them closes the editor, the filling ends and the rows filled so far stay.
-// Afterwards SubstitutieFile names the list's file, and list_file_error is the error because of
-// which rows are missing, or kNone.
+// Reads a list file. Of the rows behind the list's final row it returns those that a grid of
+// `grid_rows` rows has room for. Handles window events meanwhile, while the editor's commands wait;
+// the reading ends if the editor is closed or the program is to stop.
+ListReading ReadListForGrid(Program& program, const std::string& path, std::int64_t grid_rows);
+
+// Fills the grid from row 0 on with what was read of a list file. Does not clear the grid before:
+// texts behind the filled rows stay, and the rows behind the list's final row are put only into
+// rows that the grid already has. Handles window events meanwhile; if one of them closes the
+// editor, the filling ends. No row is filled if the editor is not loaded. Afterwards
+// SubstitutieFile names the list's file, and list_file_error is the error because of which rows are
+// missing, or kNone.
 void FillGrid(Program& program, const ListReading& reading);
 
 // The editor's "Import": empties the editor, then imports the file that the user chooses. While the

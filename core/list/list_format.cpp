@@ -1,6 +1,7 @@
 #include "core/list/list_format.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <string_view>
 #include <utility>
@@ -14,23 +15,37 @@ namespace {
 // long the separator is.
 constexpr std::size_t kFinalRowMark = 2;
 
+constexpr std::array<std::string_view, 2> kUtf16Marks = {"\xFF\xFE", "\xFE\xFF"};
+
 bool IsBlank(std::string_view line) {
   return line.find_first_not_of(" \t") == std::string_view::npos;
+}
+
+bool BeginsAsUtf16(std::string_view line) {
+  if (line.find('\0') == std::string_view::npos) return false;
+  return std::any_of(kUtf16Marks.begin(), kUtf16Marks.end(),
+                     [line](std::string_view mark) { return line.starts_with(mark); });
 }
 
 // Takes the lines of one file in turn.
 class ListParser {
  public:
-  ListParser(ListReading& reading, const std::string& separator, OddLines odd_lines)
+  ListParser(ListReading& reading, const std::string& separator, OddLines odd_lines,
+             std::int64_t rows_wanted)
       : reading_(reading),
         separator_(separator),
         mark_(separator + separator),
         end_(mark_ + separator),
-        keeps_odd_lines_(odd_lines == OddLines::kKeep) {}
+        keeps_odd_lines_(odd_lines == OddLines::kKeep),
+        rows_wanted_(rows_wanted) {}
 
   // Returns false when the reading is to end.
   bool TakeLine(const std::string& line) {
     ++number_;
+    if (keeps_odd_lines_ && number_ == 1 && BeginsAsUtf16(line)) {
+      reading_.is_utf16 = true;
+      return false;
+    }
     if (reading_.end_line != 0) return TakeBehindEnd(line);
     const std::size_t found = separator_.empty() ? std::string::npos : line.find(separator_);
     if (found == std::string::npos) {
@@ -39,7 +54,7 @@ class ListParser {
       reading_.end_line = number_;
       return keeps_odd_lines_;
     } else {
-      TakeRow(line, found);
+      return TakeRow(line, found);
     }
     return true;
   }
@@ -52,14 +67,15 @@ class ListParser {
     return false;
   }
 
-  void TakeRow(const std::string& line, std::size_t found) {
-    ListRow row;
-    row.left = line.substr(0, found);
-    row.right = line.substr(found + separator_.size());
+  bool TakeRow(const std::string& line, std::size_t found) {
     const bool is_behind_final = reading_.has_final_row;
     if (is_behind_final && reading_.rows_behind_final.empty()) {
       Keep(ListLine::Kind::kBehindFinalRow, line);
     }
+    if (is_behind_final && RowCount() >= rows_wanted_) return false;
+    ListRow row;
+    row.left = line.substr(0, found);
+    row.right = line.substr(found + separator_.size());
     if (!is_behind_final && line.find(mark_) != std::string::npos) {
       reading_.has_final_row = true;
       Keep(ListLine::Kind::kFinalRow, line);
@@ -69,10 +85,15 @@ class ListParser {
     }
     if (is_behind_final) {
       reading_.rows_behind_final.push_back(std::move(row));
-      return;
+      return true;
     }
     reading_.list.rows.push_back(std::move(row));
     reading_.line_of_row.push_back(number_);
+    return true;
+  }
+
+  std::int64_t RowCount() const {
+    return static_cast<std::int64_t>(reading_.list.rows.size() + reading_.rows_behind_final.size());
   }
 
   void Keep(ListLine::Kind kind, const std::string& line) {
@@ -84,20 +105,22 @@ class ListParser {
   const std::string mark_;
   const std::string end_;
   const bool keeps_odd_lines_;
+  const std::int64_t rows_wanted_;
   std::int64_t number_ = 0;
 };
 
 }  // namespace
 
 ListReading ReadListFile(FileService& files, const std::string& path, const std::string& separator,
-                         OddLines odd_lines) {
+                         OddLines odd_lines, std::int64_t rows_wanted,
+                         const KeepGoing& keep_going) {
   ListReading reading;
   reading.list.path = path;
   LineReader reader;
   reader.Open(files, path);
-  ListParser parser(reading, separator, odd_lines);
+  ListParser parser(reading, separator, odd_lines, rows_wanted);
   std::string line;
-  while (reader.Next(line) && parser.TakeLine(line)) {
+  while ((!keep_going || keep_going()) && reader.Next(line) && parser.TakeLine(line)) {
   }
   reading.error = reader.error();
   return reading;

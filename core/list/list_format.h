@@ -1,6 +1,7 @@
-// The format of list files: one row a line, left text, separator, right text; the last row has the
-// separator twice more behind it. Nothing is escaped. A file is read into a ReplacementList and
-// written from one here and nowhere else.
+// The format of list files: one row a line, left text, separator, right text. A doubled separator
+// anywhere in a line makes its row the final row; a written list has it behind the last right text.
+// Nothing is escaped. A file is read into a ReplacementList and written from one here and nowhere
+// else.
 //
 // The separator is not stored in the file: it is the one in force.
 #pragma once
@@ -28,23 +29,31 @@ struct ListLine {
 };
 
 struct ListReading {
-  ReplacementList list;                   // up to the row that is marked as the last
+  ReplacementList list;                   // up to the final row
   std::vector<std::int64_t> line_of_row;  // from 1
-  bool has_final_row = false;             // the last row of `list` is marked as the last
+  bool has_final_row = false;             // the last row of `list` is the final row
+  // The rows behind the final row, as many as were asked for. Their right texts lack their last two
+  // bytes, as that of the final row does.
   std::vector<ListRow> rows_behind_final;
+  bool is_utf16 = false;                   // seen on line 1, where the reading ended
   std::int64_t end_line = 0;               // the line that ends the list; 0: there is none
   std::vector<ListLine> odd_lines;         // in the order of the file
-  ErrorNumber error = ErrorNumber::kNone;  // what ended the reading early
+  ErrorNumber error = ErrorNumber::kNone;  // why the file could not be opened or read further
 };
 
 // Whether a reading keeps the odd lines. Only the review needs them, and a file that is not a list
-// may consist of nothing else. With kDrop the reading stops at the line that ends the list.
+// may consist of nothing else. With kDrop the reading stops at the line that ends the list. With
+// kKeep it stops at the first text behind that line, and at line 1 if that shows UTF-16.
 enum class OddLines { kDrop, kKeep };
 
-// Reads up to the end of the file, the first text behind the end of the list, or an error. A line
-// of three separators and nothing else ends the list. Without a separator there are no rows.
+// Reads a list. A line of three separators and nothing else ends the list. Without a separator
+// there are no rows. The reading also stops
+//   at a row behind the final row if `rows_wanted` rows or more, of all kinds, precede it;
+//   when `keep_going`, which is asked before each line and may be empty, returns false;
+//   at an error.
 ListReading ReadListFile(FileService& files, const std::string& path, const std::string& separator,
-                         OddLines odd_lines);
+                         OddLines odd_lines, std::int64_t rows_wanted = 0,
+                         const KeepGoing& keep_going = {});
 
 // Writes the list's rows to the file `list.path`, which is replaced or created. Rows that are empty
 // on both sides are left out, except the last row. If writing fails, the file keeps its contents

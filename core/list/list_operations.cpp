@@ -1,5 +1,6 @@
 #include "core/list/list_operations.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -13,6 +14,7 @@ namespace morvex {
 namespace {
 
 constexpr const char* kScratchFile = "temp.dat";
+constexpr std::int64_t kFreshRows = 1;  // rows of an emptied grid
 constexpr const char* kTooLongLeft = "invoer te lang (>2147483647)";
 constexpr const char* kTooLongRight = "input too long (>2147483647)";
 
@@ -73,11 +75,13 @@ void cmdDeleteEmpty_Click(Program& program) {
   const std::string path = InProgramFolder(program, kScratchFile);
   const ErrorNumber error = SaveReplacementList(program, path);
   if (error != ErrorNumber::kNone) return ShowFailure(program, path, error);
-  const ListReading reading =
-      ReadListFile(program.host.files, path, program.settings.gSeparator, OddLines::kDrop);
+  const bool was_loaded = program.frmReplacements.loaded;
+  const ListReading reading = ReadListForGrid(program, path, kFreshRows);
   // The grid is emptied only when all rows can be put back.
   if (reading.error != ErrorNumber::kNone) return ShowFailure(program, path, reading.error);
-  RefreshFormReplacements(program);
+  // An editor that the user closed meanwhile stays closed.
+  const bool was_closed = was_loaded && !program.frmReplacements.loaded;
+  if (!was_closed) RefreshFormReplacements(program);
   FillGrid(program, reading);
 }
 

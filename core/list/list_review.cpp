@@ -1,7 +1,6 @@
 #include "core/list/list_review.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <map>
 #include <set>
@@ -15,7 +14,6 @@
 namespace morvex {
 namespace {
 
-constexpr std::array<std::string_view, 2> kUtf16Marks = {"\xFF\xFE", "\xFE\xFF"};
 constexpr std::size_t kShortCharacters = 2;
 constexpr std::size_t kLongestMatch = 32766;  // bytes
 constexpr std::string_view kUsualWildcards = "*?";
@@ -26,12 +24,6 @@ constexpr std::int64_t kSeveral = 2;
 std::size_t CharacterCount(std::string_view text) {
   return static_cast<std::size_t>(
       std::count_if(text.begin(), text.end(), [](char byte) { return !IsUtf8Continuation(byte); }));
-}
-
-bool BeginsAsUtf16(std::string_view line) {
-  if (line.find('\0') == std::string_view::npos) return false;
-  return std::any_of(kUtf16Marks.begin(), kUtf16Marks.end(),
-                     [line](std::string_view mark) { return line.starts_with(mark); });
 }
 
 bool IsBlank(char byte) { return byte == ' ' || byte == '\t'; }
@@ -59,6 +51,10 @@ class Reviewer {
   // Takes rows and odd lines in the order of the file. Returns false if it stopped at a line
   // because the lines behind it do not matter.
   bool TakeLines() {
+    if (reading_.is_utf16) {
+      Report(ListProblem::kUtf16, 1, "");
+      return false;
+    }
     auto odd = reading_.odd_lines.begin();
     const auto end = reading_.odd_lines.end();
     for (std::size_t row = 0; row < reading_.list.rows.size(); ++row) {
@@ -67,9 +63,7 @@ class Reviewer {
         if (!TakeOddLine(*odd)) return false;
       }
       const bool is_odd = odd != end && odd->number == line;
-      if (!TakeRowLine(line, is_odd ? odd->text : RowText(row), reading_.list.rows[row])) {
-        return false;
-      }
+      TakeRowLine(line, is_odd ? odd->text : RowText(row), reading_.list.rows[row]);
       if (is_odd) ++odd;
     }
     return std::all_of(odd, end, [this](const ListLine& line) { return TakeOddLine(line); });
@@ -123,12 +117,8 @@ class Reviewer {
     return texts.left + std::string(separator_) + texts.right;
   }
 
-  // Returns false if the file is UTF-16, because every further line would be reported, too.
-  bool TakeBeginning(std::int64_t line, std::string_view bytes) {
+  void TakeBeginning(std::int64_t line, std::string_view bytes) {
     if (bytes.starts_with(kUtf8Mark)) Report(ListProblem::kByteOrderMark, line, "");
-    if (line != 1 || !BeginsAsUtf16(bytes)) return true;
-    Report(ListProblem::kUtf16, line, "");
-    return false;
   }
 
   // Returns false if the lines behind this one do not matter. Of the lines behind the final row,
@@ -139,7 +129,7 @@ class Reviewer {
           {ListProblem::kBehindEnd, line.number, reading_.end_line, line.text, ""});
       return false;
     }
-    if (!TakeBeginning(line.number, line.text)) return false;
+    TakeBeginning(line.number, line.text);
     if (line.kind == ListLine::Kind::kBehindFinalRow) {
       review.diagnostics.push_back(
           {ListProblem::kRowsLost, line.number, review.line_of_row.back(), line.text, ""});
@@ -149,8 +139,8 @@ class Reviewer {
     return true;
   }
 
-  bool TakeRowLine(std::int64_t line, const std::string& bytes, const ListRow& row) {
-    if (!TakeBeginning(line, bytes)) return false;
+  void TakeRowLine(std::int64_t line, const std::string& bytes, const ListRow& row) {
+    TakeBeginning(line, bytes);
     if (bytes.find('\r') != std::string::npos) {
       Report(ListProblem::kCarriageReturn, line, row.left);
     }
@@ -162,7 +152,6 @@ class Reviewer {
       Report(ListProblem::kBlanks, line, row.left);
     }
     TakeRow(line, row);
-    return true;
   }
 
   void TakeRow(std::int64_t line, const ListRow& row) {

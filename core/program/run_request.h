@@ -1,5 +1,5 @@
 // What a run is to do, as data. The main window's Go makes one from the forms, the command "run"
-// from its options; the passes read it.
+// from its options. Of it the passes read only `extensions` and `all_files`.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@ namespace morvex {
 struct RunRequest {
   std::string source;  // a file or a folder
   std::string target;
-  std::string list;                     // the replacement list, as the log names it
+  std::string list;                     // only a name, for the log and the report
   std::string settings_file;            // the settings file, as the log names it
   std::vector<std::string> extensions;  // with their "."; files that have one are processed
   bool all_files = false;               // every file is processed, whatever its extension

@@ -9,7 +9,9 @@
 
 namespace morvex {
 
-// Texts are bytes as the list file has them: "[CRLF]" is not yet a line break.
+// The texts are bytes, not converted; "[CRLF]" is not yet a line break. In a list that was read
+// from a file they are the bytes of the file, except that the right text of the final row lacks its
+// last two bytes, and that the command "check" drops byte-order marks from left texts.
 struct ListRow {
   std::string left;
   std::string right;

@@ -39,12 +39,13 @@ ErrorNumber DeleteStaleWorkFile(Program& program, const SourceFile& source, bool
 // names the file.
 void DiscardWorkFile(Program& program, WorkFile& work);
 
-// Returns one of
-//   kProcessed    `work` holds the whole result;
-//   kStopped      `work` holds what was written before the stop;
-//   kPassedOver   by a skip rule, or because the file changed while it was read; no work file;
-//   kFailed       no work file. With kFileAlreadyExists the work file's name was taken, and the
-//                 file of that name is unchanged.
+// Returns an outcome of one of these kinds:
+//   kProcessed    `work` holds the whole result.
+//   kStopped      `work` holds what was written before the stop.
+//   kPassedOver   No work file. A skip rule applied, or the file changed while it was read.
+//   kFailed       No work file. The error kFileAlreadyExists means that the work file's name was
+//                 taken; the file of that name is unchanged.
+//
 // The caller sets Hits_Per_File and BytesBefore before the call, and moves or discards `work` after
 // it.
 Outcome ProcessFile(Program& program, const SourceFile& source, std::unique_ptr<WorkFile>& work);

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "core/list/list_file.h"
+#include "core/list/list_operations.h"
 #include "tests/core/list/grid_fixture.h"
 
 namespace morvex::test {
@@ -213,6 +214,78 @@ TEST_F(ListImport, AReadErrorThatPassesEndsItAllTheSame) {
   };
   ImportReplacementList(test_.program, kList);
   EXPECT_EQ(test_.GridRows(), (Rows{{"a", "b"}, {"", ""}}));
+}
+
+// Lines that are no rows: the grid is not filled, so events can only be handled by the reading.
+std::string Notes() {
+  std::string notes;
+  for (int i = 0; i < 1000; ++i) notes += "note\r\n";
+  return notes;
+}
+
+TEST_F(ListImport, EventsAreHandledWhileTheFileIsReadAndCommandsWait) {
+  test_.system.step = std::chrono::milliseconds(20);
+  const Rows old = {{"old", ""}};
+  int handled_while_reading = 0;
+  test_.user.on_events = [&] {
+    EXPECT_TRUE(grid_.importing);
+    const Rows before = test_.GridRows();
+    cmdReset_Click(test_.program);
+    EXPECT_EQ(test_.GridRows(), before);
+    handled_while_reading += before == old ? 1 : 0;
+  };
+  Type(Column::kLeft, 0, "old");
+  Import(Notes() + "a|b||\r\n");
+  test_.user.on_events = nullptr;
+  EXPECT_EQ(test_.GridRows(), (Rows{{"a", "b"}}));
+  EXPECT_EQ(handled_while_reading, 3) << "1001 lines, one yield every 256";
+  EXPECT_FALSE(grid_.importing);
+}
+
+TEST_F(ListImport, ClosingTheEditorOrTheProgramEndsTheReading) {
+  for (const bool ends : {false, true}) {
+    TestProgram test;
+    imList_Click(test.program);
+    test.system.step = std::chrono::milliseconds(20);
+    int handled = 0;
+    test.user.on_events = [&] {
+      ++handled;
+      if (ends) {
+        test.program.Beeindigd = true;
+      } else {
+        frmReplacements_Close(test.program);
+      }
+    };
+    // The second block would return an error.
+    test.files.AddFile(kList, "a|b\r\n" + Notes() + std::string(300'000, '\n'));
+    int reads = 0;
+    test.files.fail = [&](const std::string& call, const std::string&) {
+      return call == "ReadAt" && ++reads > 1 ? ErrorNumber::kDeviceIo : ErrorNumber::kNone;
+    };
+    ImportReplacementList(test.program, kList);
+    EXPECT_EQ(handled, 1);
+    EXPECT_EQ(reads, 1);
+    EXPECT_EQ(test.program.frmReplacements.loaded.get(), ends);
+    EXPECT_EQ(test.program.settings.list_file_error, ErrorNumber::kNone);
+    EXPECT_EQ(test.program.settings.SubstitutieFile, kList);
+  }
+}
+
+TEST_F(ListImport, RowsBehindTheFinalRowAreReadOnlyWhereTheGridHasRows) {
+  for (const std::int64_t rows : {1, 3, 4}) {
+    RefreshFormReplacements(test_.program);
+    MakeRows(rows);
+    test_.files.AddFile(kList, "a|b\r\nc|d||\r\ne|f..\r\ng|h..\r\n" + std::string(300'000, '\n'));
+    int reads = 0;
+    test_.files.fail = [&](const std::string& call, const std::string&) {
+      return call == "ReadAt" && ++reads > 1 ? ErrorNumber::kDeviceIo : ErrorNumber::kNone;
+    };
+    ImportReplacementList(test_.program, kList);
+    Rows expected = {{"a", "b"}, {"c", "d"}, {"e", "f"}, {"g", "h"}};
+    expected.resize(static_cast<std::size_t>(std::max<std::int64_t>(rows, 2)));
+    EXPECT_EQ(test_.GridRows(), expected);
+    EXPECT_EQ(reads, rows == 4 ? 2 : 1) << rows;
+  }
 }
 
 TEST_F(ListImport, LeavesTheWindowsCaption) {

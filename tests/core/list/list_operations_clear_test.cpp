@@ -81,6 +81,28 @@ TEST_F(ClearEmptyRows, AppliesNothing) {
   EXPECT_TRUE(grid_.visible.get());
 }
 
+TEST_F(ClearEmptyRows, ClosingTheEditorWhileTheScratchFileIsReadLeavesItClosed) {
+  Rows rows;
+  for (int i = 0; i < 1000; ++i) rows.emplace_back("l" + std::to_string(i), "r");
+  test_.TypeRows(rows);
+  test_.system.step = std::chrono::milliseconds(20);
+  int handled = 0;
+  test_.user.on_events = [&] {
+    ++handled;
+    EXPECT_TRUE(grid_.importing);
+    EXPECT_EQ(std::ssize(grid_.rows), 1000) << "the scratch file is still being read";
+    frmReplacements_Close(test_.program);
+  };
+  cmdDeleteEmpty_Click(test_.program);
+  EXPECT_EQ(handled, 1);
+  EXPECT_FALSE(grid_.loaded.get());
+  EXPECT_FALSE(grid_.visible.get());
+  EXPECT_FALSE(grid_.importing);
+  EXPECT_TRUE(test_.user.messages.empty());
+  EXPECT_EQ(test_.program.settings.SubstitutieFile, kScratch);
+  EXPECT_EQ(test_.program.settings.list_file_error, ErrorNumber::kNone);
+}
+
 struct FailureCase {
   ErrorNumber error;
   std::string text;

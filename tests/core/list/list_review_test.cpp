@@ -279,6 +279,20 @@ TEST(ListReviewTest, AListThatCannotBeReadIsAnError) {
   EXPECT_EQ(ReviewList(unread, "|", 0).error, ErrorNumber::kDeviceIo);
 }
 
+TEST(ListReviewTest, OfAListInUtf16OnlyLine1IsRead) {
+  MemoryFiles files;
+  files.AddFile("/list.txt", "\xFF\xFE|\0a\0\n"s + std::string(std::size_t{300} << 10, '\n'));
+  int reads = 0;
+  files.fail = [&](const std::string& call, const std::string&) {
+    return call == "ReadAt" && ++reads > 1 ? ErrorNumber::kDeviceIo : ErrorNumber::kNone;
+  };
+  const ListReview review =
+      ReviewList(ReadListFile(files, "/list.txt", "|", OddLines::kKeep), "|", '*');
+  EXPECT_EQ(Diagnostics(review), Lines{"1 UTF-16 "});
+  EXPECT_EQ(review.error, ErrorNumber::kNone);
+  EXPECT_EQ(reads, 1);
+}
+
 // Nothing behind the reviewed lines is looked at, so a read error there is not reported.
 TEST(ListReviewTest, AnErrorBehindTheReviewedLinesDoesNotCount) {
   for (const char* lines : {"Anna|x||\nBert|y\n", "Anna|x\n|||\nBert|y\n"}) {
