@@ -88,7 +88,7 @@ TEST_F(PositionedOutputTest, DropsWhatFallsBelowTheStart) {
   output.Put(1, "abc");
   output.Put(0, 'X');
   output.Put(-5, "XXXXXX");
-  output.Put(-1, "XXX");
+  output.Put(-1, "--X");
   EXPECT_EQ(Finished(output), "Xbc");
 }
 
