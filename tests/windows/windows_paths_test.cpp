@@ -17,7 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A drive letter in Wine that shows a folder of this machine.
+// A drive letter in Wine that shows a folder of this machine. Tests run at the same time in one
+// Wine prefix, so each test has a letter of its own.
 class Drive {
  public:
   Drive(char letter, const std::string& folder) {
@@ -38,13 +39,13 @@ class Drive {
   std::string link_;
 };
 
-// A network server in Wine whose only share shows a folder of this machine.
+// A network server in Wine whose only share shows a folder of this machine. Its name holds the
+// process ID, because tests run at the same time in one Wine prefix.
 class Share {
  public:
-  explicit Share(const std::string& folder) {
+  explicit Share(const std::string& folder) : name_("server" + std::to_string(getpid())) {
     const char* prefix = std::getenv("WINEPREFIX");
-    servers_ = std::string(prefix != nullptr ? prefix : "/nowhere") + "/dosdevices/unc";
-    server_ = servers_ + "/server";
+    server_ = std::string(prefix != nullptr ? prefix : "/nowhere") + "/dosdevices/unc/" + name_;
     fs::create_directories(server_);
     fs::remove(server_ + "/share");
     fs::create_directory_symlink(folder, server_ + "/share");
@@ -55,11 +56,13 @@ class Share {
     std::error_code ignored;
     fs::remove(server_ + "/share", ignored);
     fs::remove(server_, ignored);
-    fs::remove(servers_, ignored);
   }
 
+  // The network path of the share, without a backslash at its end.
+  std::string path() const { return "\\\\" + name_ + "\\share"; }
+
  private:
-  std::string servers_;
+  std::string name_;
   std::string server_;
 };
 
@@ -183,14 +186,14 @@ TEST_F(WindowsPaths, SettingsInTheProgramsFolderAreFoundByTheirName) {
 }
 
 TEST_F(WindowsPaths, WhatCannotBeHadAtADrivesRootIsNamedWithoutDoubledBackslashes) {
-  const Drive drive('x', scene_.At("drive_x"));
-  scene_.Write("drive_x/nul.txt", "Jan");
-  scene_.MakeFolder("drive_x/con");
+  const Drive drive('v', scene_.At("drive_v"));
+  scene_.Write("drive_v/nul.txt", "Jan");
+  scene_.MakeFolder("drive_v/con");
   scene_.MakeFolder("out");
-  const ProgramResult result = Run("X:\\", WindowsPath(scene_.At("out")));
+  const ProgramResult result = Run("V:\\", WindowsPath(scene_.At("out")));
   EXPECT_EQ(result.status, 3) << result.errors;
-  EXPECT_EQ(FileLines(), (Lines{"X:\\nul.txt", "Error 52: Bad file name or number"}));
-  EXPECT_EQ(result.errors.find("X:\\\\"), std::string::npos) << result.errors;
+  EXPECT_EQ(FileLines(), (Lines{"V:\\nul.txt", "Error 52: Bad file name or number"}));
+  EXPECT_EQ(result.errors.find("V:\\\\"), std::string::npos) << result.errors;
 }
 
 TEST_F(WindowsPaths, ANetworkPathKeepsItsPairOfBackslashes) {
@@ -199,7 +202,7 @@ TEST_F(WindowsPaths, ANetworkPathKeepsItsPairOfBackslashes) {
   scene_.MakeFolder("shared/out");
   scene_.MakeFolder("shared/again");
   const Share share(scene_.At("shared"));
-  const std::string root = "\\\\server\\share\\";
+  const std::string root = share.path() + "\\";
   const Lines lines = {root + "src\\a.txt  ----  Hits: 1",
                        root + "src\\sub\\deep\\b.txt  ----  Hits: 2"};
   const ProgramResult result = Run(root + "src", root + "out");
@@ -218,12 +221,12 @@ TEST_F(WindowsPaths, ASharesRootIsASourceAndATarget) {
   scene_.Write("shared/sub/b.txt", "Jan");
   scene_.MakeFolder("out");
   const Share share(scene_.At("shared"));
-  EXPECT_EQ(Run("\\\\server\\share", WindowsPath(scene_.At("out"))).status, 0);
+  EXPECT_EQ(Run(share.path(), WindowsPath(scene_.At("out"))).status, 0);
   EXPECT_EQ(scene_.Read("out/sub/b.txt"), "Piet");
-  EXPECT_EQ(FileLines(), (Lines{"\\\\server\\share\\a.txt  ----  Hits: 1",
-                                "\\\\server\\share\\sub\\b.txt  ----  Hits: 1"}));
+  EXPECT_EQ(FileLines(), (Lines{share.path() + "\\a.txt  ----  Hits: 1",
+                                share.path() + "\\sub\\b.txt  ----  Hits: 1"}));
   scene_.Write("src/c.txt", "Jan");
-  EXPECT_EQ(Run(WindowsPath(scene_.At("src")), "\\\\server\\share").status, 0);
+  EXPECT_EQ(Run(WindowsPath(scene_.At("src")), share.path()).status, 0);
   EXPECT_EQ(scene_.Read("shared/c.txt"), "Piet");
 }
 
