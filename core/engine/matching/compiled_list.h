@@ -19,8 +19,8 @@
 
 namespace morvex {
 
-// What a row writes where it matches. The struct takes 32 bytes, half a cache line.
-struct RowEffect {
+// What a row writes where it matches. Half a cache line, aligned so that it never lies in two.
+struct alignas(32) RowEffect {
   static constexpr std::size_t kShort = 16;
 
   std::array<char, kShort> short_text{};  // the right text without wildcards, if it fits
