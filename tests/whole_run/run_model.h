@@ -1,6 +1,6 @@
-// Predicts what an unattended run leaves behind, given the disk before the run: the disk
-// afterwards, the log, the result labels, the messages and the exit status. The model shares no
-// code with the program. It is small and slow, and follows the rules one at a time.
+// Predicts from the disk before an unattended run what the run leaves behind: the disk, the log,
+// the result labels, the messages and the exit status. The model shares no code with the program.
+// It is small and slow, and follows the rules one at a time.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_RUN_MODEL_H_
 #define MORVEX_TESTS_WHOLE_RUN_RUN_MODEL_H_

@@ -424,7 +424,7 @@ TEST_F(MainWindowRunTest, AfterExitInMidFileTheWindowStaysWithAWordUntilTheRunHa
   ClickGo();
   ASSERT_TRUE(copying) << "Exit came before or after the file";
   EXPECT_TRUE(shown_then);
-  // The message says that the copy in the target is only a part.
+  // The copy in the target is only a part of the file, so the label calls the target incomplete.
   EXPECT_EQ(word, "Stopping ...\nThe target is not complete.");
   EXPECT_FALSE(program_.run.cut_short.empty());
   EXPECT_TRUE(HasEnded(program_));
