@@ -1,6 +1,6 @@
-// Each golden file holds commands, then their output and their exit status; a test compares them
-// with what the program says now. With MORVEX_GOLDEN=write in the environment, the tests write the
-// files anew: check the differences before you keep the new files.
+// Each golden file holds commands, then their output and their exit status. A test runs the
+// commands and compares the results with the file. With MORVEX_GOLDEN=write in the environment, the
+// tests write the files anew: check the differences before you keep the new files.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -5,8 +5,8 @@
 // A tail is the part of a left text behind its first wildcard. A span is open while a wildcard
 // takes in bytes; these bytes are captured. The order of the steps defines the result. Some effects
 // look like slips: captured bytes outlive their match, a tail is recognised in the text in front of
-// the wildcard, the write position moves back. They are part of what a list means, so the engine
-// must show them too.
+// the wildcard, the write position moves back. These effects are part of what a list means, so the
+// engine must show them too.
 #pragma once
 
 #include <array>
@@ -54,7 +54,7 @@ class LiteralSubstitution {
   bool MayGoOn();
   // Writes a right text at `position` and returns the write position behind it.
   std::int64_t WriteRightText(std::int64_t row, std::int64_t position, PositionedOutput& output);
-  // If the list has grown since the tables were filled, they may have no tail for a row.
+  // If the list has grown since the tables were filled, the tables may lack the tail of a row.
   const std::string& TailOf(std::int64_t row) const {
     static const std::string kNone;
     const auto index = static_cast<std::size_t>(row);

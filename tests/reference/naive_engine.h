@@ -1,7 +1,7 @@
 // A second substitution engine, as plain as can be: whole files as strings, a matrix of codes, and
 // the attempt's steps in their order. The real engine is compared with this one. Texts and files
-// must be short, because the counters of this engine have no limits, but those of the real engine
-// have.
+// must be short, because the counters of the real engine end at 16 bits, but those of this engine
+// do not.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,7 @@
 // Random lists over random files. The list's texts are placed at every border that the engine
 // knows: its blocks of offsets, its window, its writes, and the longest span. A failing case prints
-// its seed; MORVEX_JUDGE_SEED runs that case alone, MORVEX_JUDGE_CASES sets the number of cases.
+// its seed; MORVEX_JUDGE_SEED=N runs only the case with the seed N, MORVEX_JUDGE_CASES=N runs the
+// first N cases.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -45,7 +46,7 @@ class Generator {
 
   // Rows that almost match everywhere in the text of NearMisses: runs of one letter, most of them
   // with an end that is rare in that text. In that text, the engine changes from its index to the
-  // automaton, its two ways to search, and back.
+  // automaton (its two ways to search) and back.
   JudgedList RowsOfOneLetter() {
     alphabet_ = "ab";
     JudgedList list;
@@ -82,8 +83,8 @@ class Generator {
     return matter;
   }
 
-  // Returns a file of filler, a byte that no row begins with. Results of Matter stand in front of a
-  // border, across it and behind it.
+  // Returns a file of filler bytes; no row begins with a filler byte. Results of Matter stand in
+  // front of a border, across it and behind it.
   std::string AcrossBorder(const JudgedList& list) {
     static constexpr std::size_t kBorders[] = {4096, 8192, 32766, 32767, 98304, 131072, 163840};
     const std::size_t border = kBorders[Below(std::size(kBorders))];

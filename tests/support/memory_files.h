@@ -86,7 +86,7 @@ class MemoryFiles : public FileService {
     std::uint64_t number = 0;  // its identity; grows in the order of creation
   };
 
-  // Do the work of the calls of these names, without asking `fail`.
+  // Do the work of the calls that copy, move and delete, without asking `fail`.
   ErrorNumber Copy(const std::string& from, const std::string& to, const KeepGoing& keep_going);
   ErrorNumber Move(const std::string& from, const std::string& to, const KeepGoing& keep_going);
   ErrorNumber MoveToFree(const std::string& from, const std::string& to);

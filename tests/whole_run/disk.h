@@ -61,8 +61,8 @@ class Disk {
 };
 
 // Returns the absolute path by which a program in `current_folder` looks up the path `text`. The
-// returned path has no ".", ".." and doubled separators. Only the root has a separator at the end.
-// For an empty text, the path is empty.
+// returned path has no ".", no ".." and no doubled separators. Only the root has a separator at the
+// end. For an empty text, the path is empty.
 std::string LookedUpPath(std::string_view text, const std::string& current_folder);
 
 std::string ParentPath(const std::string& path);

@@ -39,7 +39,7 @@ class EngineModel {
   bool IsJoker(unsigned char code) const { return joker_ != 0 && code == joker_; }
   // Both return the byte at a position of a left or right text; positions count from 1. Behind the
   // end of the text, both return 0. Behind the end of the list's longest left text, LeftCode
-  // returns nothing; behind that of its longest right text, RightCode does.
+  // returns nothing; behind the end of the longest right text, RightCode returns nothing.
   std::optional<unsigned char> LeftCode(const Pair& pair, std::int64_t position) const;
   std::optional<unsigned char> RightCode(const Pair& pair, std::int64_t position) const;
   // Returns the number of bytes that the row matches at `read_pos` (counted from 1), or 0.

@@ -23,7 +23,8 @@ struct RunInput {
   std::string settings_path;
   // The name of the running executable, without its folder.
   std::string executable_name = "morvex-cli";
-  // A file with this modification time or a later one counts as changed after arming.
+  // The time at which the run was made ready (armed), in nanoseconds since 1970. A file that was
+  // modified at this time or later counts as changed after arming.
   std::int64_t armed_ns = 0;
   int delay_ms = 0;
 };

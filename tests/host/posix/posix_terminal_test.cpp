@@ -22,8 +22,8 @@ void TakeSignals() {
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) signal(number, SIG_DFL);
 }
 
-// Runs `work` in a new process. Returns the exit status of this process, or the negative number of
-// the signal that ended it.
+// Runs `work` in a new process. Returns the exit status of this process or, if a signal ended the
+// process, the negative number of the signal.
 int EndOf(const std::function<int()>& work) {
   const pid_t child = fork();
   if (child == 0) {

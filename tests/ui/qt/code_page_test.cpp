@@ -34,7 +34,7 @@ CodePage WesternPage() {
 }
 
 // Checks that the bytes survive the conversion to shown text and back, and that the offset of their
-// end is converted to that of the shown text and back.
+// end becomes that of the end of the shown text, and the other way round.
 void ExpectLossless(const CodePage& page, const std::string& bytes) {
   const QString shown = page.Shown(bytes);
   const std::optional<std::string> back = page.Bytes(shown);

@@ -1,4 +1,5 @@
-// Arming and running from the main window: what is shown before, during and after a run.
+// Making a run ready (arming) and starting it from the main window: what is shown before, during
+// and after the run.
 #include <QSignalSpy>
 
 #include "core/run/main_window_events.h"
