@@ -1,5 +1,6 @@
-// Checks the page on the architecture against the sources: it lists every room (a folder of
-// sources) and no other; its walks are short and name files that exist.
+// Checks the page on the architecture against the sources. The page must list every room (a folder
+// that holds sources) and no other folder. The files that the page names must exist, and its walks
+// through the files must be short.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -41,7 +42,7 @@ bool IsSource(const std::string& text) {
   return has_ending && text.find('/') != std::string::npos;
 }
 
-// The texts between backticks.
+// The texts between backticks in the line.
 std::vector<std::string> Quoted(const std::string& line) {
   std::vector<std::string> quoted;
   for (std::size_t begin = line.find('`'); begin != std::string::npos;) {

@@ -1,5 +1,6 @@
-// Which folder of sources ("room") may include which: a room includes only itself and what is named
-// here, the core includes only the C++ standard library, and only host/ includes system headers.
+// Which headers a room (a folder of sources) may include. Of the program's headers, a room includes
+// only its own and those that kRooms permits. The core includes no other headers but those of the
+// C++ standard library and, in two files, the compiler's. Only host/ includes system headers.
 
 #include <gtest/gtest.h>
 
@@ -17,13 +18,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A room, and what it may include beside itself: rooms, or single headers of rooms.
+// A room, and the other rooms, or single headers of other rooms, that it may include.
 struct Room {
   std::string name;
   std::vector<std::string> may_include;
 };
 
-// From the top down: a room stands above those that it includes.
+// From the top down: every room stands above the rooms that it may include.
 const std::vector<Room> kRooms = {
     {"apps/morvex", {"host/system", "ui/qt", "core/run", "core/settings", "core/text"}},
     {"apps/morvex-cli",
@@ -61,7 +62,7 @@ const std::set<std::string> kHosts = {"host/posix", "host/windows"};
 // The rooms that may include the toolkit's headers.
 const std::set<std::string> kToolkitRooms = {"apps/morvex", "ui/qt"};
 
-// Libraries that consist of headers, and the room that may include them.
+// The libraries that consist of headers only, and the room that may include these headers.
 const std::set<std::string> kHeaderLibraries = {"CLI/CLI.hpp", "nlohmann/json.hpp"};
 constexpr const char* kHeaderLibrariesRoom = "ui/commands";
 
@@ -111,7 +112,7 @@ std::vector<Include> IncludesOf(const std::string& room) {
   return includes;
 }
 
-// The index of the room that the file lies in; kRooms.size() when there is none.
+// The index of the room that holds the file; kRooms.size() if no room holds the file.
 std::size_t RoomOf(const std::string& file) {
   const auto room = std::find_if(kRooms.begin(), kRooms.end(), [&](const Room& candidate) {
     return file.starts_with(candidate.name + "/");
@@ -119,7 +120,7 @@ std::size_t RoomOf(const std::string& file) {
   return static_cast<std::size_t>(room - kRooms.begin());
 }
 
-// Whether the header is the permitted one, or lies in the permitted room.
+// Whether `permitted` is the header itself or the room that holds the header.
 bool IsOf(const std::string& header, const std::string& permitted) {
   return header == permitted || header.starts_with(permitted + "/");
 }

@@ -75,7 +75,7 @@ TEST(ReliabilityPage, NamesTestsThatExist) {
   for (const std::string& name : named) EXPECT_TRUE(tests.contains(name)) << name;
 }
 
-// Also fails for a row without a result and for a row without a test.
+// A row of the page's table must name one test, and the result: passed, or skipped with a reason.
 TEST(ReliabilityPage, GivesEveryRowATestAndAResult) {
   std::istringstream page(ReadText(fs::path(MORVEX_SOURCE_ROOT) / "docs/reliability.md"));
   std::size_t rows = 0;

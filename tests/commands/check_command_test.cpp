@@ -41,8 +41,8 @@ TEST(CheckCommandTest, FindsEveryFormInAFileAtItsFirstByteAcrossBlocksAndAtItsLa
   const std::vector<Planted> forms = FormsOfMueller();
   const CommandScene scene;
   scene.Write("list.txt", "M\xC3\xBCller|[tenant]\r\n");
-  // Offsets at the first byte, around multiples of 64 KiB (the ends of blocks), in between, and at
-  // the last byte.
+  // The offsets of the leftovers. Blocks end at multiples of 64 KiB. With the last offset, the
+  // leftover stands at the end of the file.
   const std::vector<std::size_t> places = {0,       1000,    65'530,  131'068, 262'140,
                                            262'200, 262'210, 524'284, 999'998};
   for (std::size_t form = 0; form < forms.size(); ++form) {
@@ -133,8 +133,7 @@ TEST(CheckCommandTest, FindsInTheSourceAtLeastEveryPlaceThatARunReplaces) {
 TEST(CheckCommandTest, TheListMayBeReadInTheEncodingThatIsNamed) {
   const CommandScene scene;
   scene.Write("list.txt", "M\xC3\xBCller|x\r\n");
-  // These bytes are what the list's bytes become if they are read as Windows-1252 and written as
-  // UTF-8.
+  // In the file, the list's bytes C3 BC have been read as Windows-1252 and written as UTF-8.
   scene.Write("tree/a", "m\xC3\x83\xC2\xBCller");
   EXPECT_EQ(scene.Shell("morvex-cli check tree --list list.txt").status, 0);
   EXPECT_EQ(scene.Shell("morvex-cli check tree --list list.txt --list-encoding utf-8").status, 0);
@@ -379,7 +378,8 @@ TEST(CheckCommandTest, WhatAWildcardLeavesThatTakesInOneByteIsNotJudged) {
     ASSERT_NE(scene.Read("out/a").find("enate"), std::string::npos) << right;
     EXPECT_EQ(Check(scene, "out" + options, 3)["all_rows"], false) << right;
   }
-  // With a longer row in the list, the wildcard at the row's end takes in the rest of the file.
+  // If the list also has a longer row, the wildcard at the end of the first row takes in the rest
+  // of the file.
   scene.Write("list.txt", "Mr *|[m]\nVollmoor|x\n");
   ASSERT_EQ(scene.Shell("rm -rf out && morvex-cli run tree out --all --yes" + options).status, 0);
   EXPECT_EQ(scene.Read("out/a"), "[m]");

@@ -1,6 +1,6 @@
-// Each golden file holds commands, then their output and their exit status; a test compares them
-// with what the program says now. With MORVEX_GOLDEN=write in the environment, the tests write the
-// files anew: check the differences before you keep them.
+// Each golden file holds commands, then their output and their exit status. A test runs the
+// commands and compares the results with the file. With MORVEX_GOLDEN=write in the environment, the
+// tests write the files anew: check the differences before you keep the new files.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -26,7 +26,7 @@ std::vector<std::string> GoldenFiles() {
   return names;
 }
 
-// Returns the script of a golden file: the lines in front of the first one that begins with "---".
+// Returns the script of a golden file: the lines in front of the first line that begins with "---".
 std::string ScriptOf(const std::string& golden) {
   std::istringstream lines(golden);
   std::string script;

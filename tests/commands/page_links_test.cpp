@@ -1,5 +1,5 @@
-// Every link and every picture of the pages that names a file of the project names an existing
-// file. Every link to a heading names an existing heading.
+// Links and pictures in the pages lead to files that exist, and links to headings lead to headings
+// that exist. Links to other sites are not checked.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -32,12 +32,14 @@ std::vector<fs::path> Pages() {
   return pages;
 }
 
-// A fence may be indented, because it may belong to a list.
+// Whether the line begins or ends a block of code. Such a line may be indented, because the block
+// may belong to a list.
 bool IsFence(const std::string& line) {
   return line.find("```") != std::string::npos && line.find("```") == line.find_first_not_of(' ');
 }
 
-// Returns the page without code blocks and code between backticks, as both may contain brackets.
+// Returns the page without blocks of code and without code between backticks, because brackets in
+// code do not mark links.
 std::string Prose(const std::string& text) {
   std::istringstream lines(text);
   std::string prose;
@@ -76,8 +78,8 @@ std::vector<std::string> Links(const std::string& text) {
   return links;
 }
 
-// Returns the name by which a link reaches a heading: capital letters become small ones and blanks
-// hyphens; punctuation other than "-" and "_" is left out.
+// Returns the name by which a link reaches a heading: capital letters become small letters, blanks
+// become hyphens, and punctuation other than "-" and "_" is left out.
 std::string NameOfHeading(std::string_view heading) {
   std::string name;
   for (const char byte : heading) {

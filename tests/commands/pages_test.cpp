@@ -100,8 +100,8 @@ TEST(Pages, ShowWhatTheCommandsSay) {
   EXPECT_GE(commands["docs/commands.md"], 10u);
 }
 
-// Only blocks with a prompt are run. So no block may name a language, and no line without a prompt
-// may call the program.
+// The tests run only blocks that begin with a prompt. So no other block may have a line that calls
+// the program, and no block may name a programming language.
 TEST(Pages, ShowNoProgramThatNothingRuns) {
   for (const std::string& page : Pages()) {
     for (const Block& block : Blocks(page)) {

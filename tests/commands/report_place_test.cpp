@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::string_literals;
 
-// A source tree "src" with two files, one of them in a sub-folder, and a list beside it.
+// A source tree "src" with two files, one of them in a sub-folder, and a list beside this tree.
 class ReportPlaceTest : public ::testing::Test {
  protected:
   ReportPlaceTest() {
@@ -159,7 +159,7 @@ TEST_F(ReportPlaceTest, WhatIsNoOrdinaryFileIsNoPlace) {
   ExpectRefused("broken", "is not an ordinary file");
   ExpectRefused("loop", "Error 75");
   ExpectRefused("/dev/null", "is not an ordinary file");
-  // The standard output of the program is a file here.
+  // In this test, the standard output of the program is a file.
   ExpectRefused("/dev/stdout", "is not an older report");
   ExpectRefused("real", "is a folder");
   EXPECT_FALSE(scene.Exists("nowhere"));

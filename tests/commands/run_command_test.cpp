@@ -19,8 +19,8 @@ std::string Settings(const CommandScene& scene, const std::string& target) {
          "\r\nlog=1\r\nsep=|\r\njok=*\r\n1.txt\r\n1.csv\r\n1.log\r\n0.xml\r\n";
 }
 
-// Returns the log's messages without the one that names the settings file, and with fixed
-// durations.
+// Returns the log's messages with fixed durations and without the message that names the settings
+// file.
 std::vector<std::string> Comparable(std::vector<std::string> messages) {
   std::erase_if(messages, [](const std::string& message) {
     return message.starts_with("Initialisatie-bestand: ");

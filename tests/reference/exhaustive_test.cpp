@@ -1,5 +1,5 @@
-// All lists of up to two rows over small alphabets, and for each list all inputs up to a useful
-// length. The right texts tell the rows apart and show what was captured.
+// Lists of one or two short rows over small alphabets, and for each list all inputs of certain
+// lengths. The right texts of two rows tell these rows apart and show what was captured.
 #include <gtest/gtest.h>
 
 #include "tests/reference/judge.h"
@@ -7,7 +7,7 @@
 namespace morvex::test {
 namespace {
 
-// All texts over the alphabet with `least` to `most` bytes.
+// All texts of `least` to `most` bytes over the alphabet.
 std::vector<std::string> AllTexts(const std::string& alphabet, std::size_t least,
                                   std::size_t most) {
   std::vector<std::string> all;
@@ -23,7 +23,7 @@ std::vector<std::string> AllTexts(const std::string& alphabet, std::size_t least
   return all;
 }
 
-// Judges the list on each input. The engines keep nothing from the inputs before.
+// Judges the list on each input. The engines keep nothing from one input to the next.
 void ExpectAgreement(const JudgedList& list, const std::vector<std::string>& inputs,
                      Kernel kernel) {
   Judge judge(list, kernel);
@@ -83,7 +83,7 @@ std::string Name(const ::testing::TestParamInfo<char>& wildcard) {
   return wildcard.param == '*' ? "TheLists" : "AnotherLetter";
 }
 
-// The wildcard of the run: the one that the list was made ready with, another letter, none.
+// The wildcard of the run: the same as in the list's tables, another letter, or none.
 INSTANTIATE_TEST_SUITE_P(Wildcards, Exhaustive, ::testing::Values('*', 'a', '\0'), Name);
 
 TEST(ExhaustiveFlags, RowsBehindTheLastFlag) {

@@ -30,8 +30,8 @@ void Fill(const JudgedList& list, SubstitutionTables& tables) {
   if (list.flagged_rows < tables.JokerLeft.size()) tables.JokerLeft.resize(list.flagged_rows);
 }
 
-// Random sizes of pieces: up to 9 bytes, in a file of more than 1000 bytes up to about the whole
-// file. Equal files have equal sizes.
+// Random sizes of pieces, from 1 byte to a random maximum. The maximum is at most 9 bytes; in a
+// file of more than 1000 bytes, it can be about the size of the file. Equal files get equal sizes.
 class PieceSizes {
  public:
   explicit PieceSizes(const std::string& file)

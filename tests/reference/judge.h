@@ -1,5 +1,5 @@
-// Compares the engine with LiteralSubstitution: for the same list and files, the bytes, the hits
-// and the state that is kept for the next file must be the same.
+// Compares the engine with LiteralSubstitution. For the same list and files, both must write the
+// same bytes, count the same hits, end in the same way and keep the same state for the next file.
 #pragma once
 
 #include <cstdint>
@@ -13,14 +13,15 @@
 
 namespace morvex::test {
 
-// A list and how its tables were made. `flags` is the wildcard at the editor's opening, `tails` at
-// its OK, `run` in the run; 0: no wildcard. They differ when the setting was changed in between.
+// A list and how its tables were made. `flags` is the wildcard when the editor was opened, `tails`
+// when its OK was clicked, `run` during the run; 0 means no wildcard. These three differ if the
+// wildcard was changed in between.
 struct JudgedList {
   std::vector<std::pair<std::string, std::string>> rows;  // left text, right text
   char flags = 0;
   char tails = 0;
   char run = 0;
-  std::size_t flagged_rows = ~std::size_t{0};  // the rows in front of this index have a flag
+  std::size_t flagged_rows = ~std::size_t{0};  // only the rows in front of this index have a flag
 };
 
 // The list in a form that can be pasted into a test.
@@ -30,12 +31,12 @@ std::string PrintBytes(const std::string& bytes);
 class Judge {
  public:
   Judge(const JudgedList& list, Kernel kernel) : Judge(list, list, kernel) {}
-  // Gives each engine its own list, to show that the judge notices differences.
+  // Gives the two engines different lists, to show that the judge notices differences.
   Judge(const JudgedList& literal_list, const JudgedList& engine_list, Kernel kernel);
   ~Judge();
 
-  // Runs the file through both engines, after the files judged before. Returns an empty text when
-  // they agree, else everything that a person needs to see why they do not.
+  // Runs the file through both engines, after the files judged before. Returns an empty text if the
+  // engines agree, else everything that a person needs to see why they differ.
   std::string Differences(const std::string& file);
 
   // Makes both engines forget what they kept from the files so far.

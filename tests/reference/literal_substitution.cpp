@@ -28,8 +28,8 @@ bool Step16(int& counter, std::int64_t by) {
 // One attempt to match one row at one offset.
 class LiteralSubstitution::Attempt {
  public:
-  // `bytes` points to the byte at that offset. The file ends after `size` bytes; bytes behind its
-  // end read as NUL.
+  // `bytes` points to the byte at that offset. From there, the file has `size` more bytes; bytes
+  // behind the end of the file read as NUL.
   Attempt(LiteralSubstitution& owner, std::int64_t row, const std::uint8_t* bytes, std::size_t size)
       : owner_(owner),
         state_(owner.state_),
@@ -50,7 +50,7 @@ class LiteralSubstitution::Attempt {
   int length() const { return examined_ - 1; }
 
  private:
-  // Does one round of the attempt; returns false when that ends the attempt.
+  // Does one round of the attempt. Returns false if this round ends the attempt.
   bool Advance() {
     const std::optional<std::uint8_t> pattern = tables_.LeftBytes(row_, position_);
     if (pattern) {
@@ -186,13 +186,13 @@ LiteralSubstitution::Match LiteralSubstitution::FirstMatchingRow(const InputWind
                                                                  bool& stopped) {
   const std::uint8_t first = *input.data();
   ++steps_;
-  // The first byte is compared here, for all rows together and then for each row, because this
-  // comparison ends nearly every attempt.
+  // Compares the first byte before any attempt, for all rows together and then for each row,
+  // because this comparison would end nearly every attempt.
   if (!starts_a_row_[first] && !state_.Joker_SET) return {};
   for (const UsableRow& row : rows_) {
     ++steps_;
     if (first != row.first && !state_.Joker_SET) continue;
-    // With long lists and long spans, a single byte of the input can take long.
+    // With a long list and long spans, the attempts at a single byte can take long.
     if (steps_ >= kStepsBetweenQuestions && !MayGoOn()) {
       stopped = true;
       return {};

@@ -1,10 +1,12 @@
-// The judge of the engine: the substitution of one file's bytes in its literal form. At every byte
-// each row is tried in table order by a match attempt that goes through its steps one by one; the
-// first row that matches writes its right text, otherwise the byte is copied.
+// The standard that the engine is judged by: a slow substitution that follows each step literally.
+// At every byte of a file, a match attempt tries one row after the other, in the order of the
+// table. The first row that matches writes its right text; if no row matches, the byte is copied.
 //
-// The order of the steps is the behaviour. What looks like a slip in them (a wildcard's captured
-// bytes that live on, a tail that is recognised in the text before the wildcard, a write position
-// that moves back) is part of what a list means and must come out the same.
+// A tail is the part of a left text behind its first wildcard. A span is open while a wildcard
+// takes in bytes; these bytes are captured. The order of the steps defines the result. Some effects
+// look like slips: captured bytes outlive their match, a tail is recognised in the text in front of
+// the wildcard, the write position moves back. These effects are part of what a list means, so the
+// engine must show them too.
 #pragma once
 
 #include <array>
@@ -47,12 +49,12 @@ class LiteralSubstitution {
   };
   class Attempt;
 
-  // `stopped` is set when the watcher wanted to stop before all rows were tried.
+  // Sets `stopped` if the watcher wants to stop before all rows are tried.
   Match FirstMatchingRow(const InputWindow& input, bool& stopped);
   bool MayGoOn();
   // Writes a right text at `position` and returns the write position behind it.
   std::int64_t WriteRightText(std::int64_t row, std::int64_t position, PositionedOutput& output);
-  // Tables that were filled before a list grew may have no tail for a row.
+  // If the list has grown since the tables were filled, the tables may lack the tail of a row.
   const std::string& TailOf(std::int64_t row) const {
     static const std::string kNone;
     const auto index = static_cast<std::size_t>(row);

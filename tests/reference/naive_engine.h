@@ -1,6 +1,7 @@
 // A second substitution engine, as plain as can be: whole files as strings, a matrix of codes, and
-// the attempt's steps in their order. The real engine is compared with it. Texts and files must be
-// short, because its counters have no limits.
+// the attempt's steps in their order. The real engine is compared with this one. Texts and files
+// must be short, because the counters of the real engine end at 16 bits, but those of this engine
+// do not.
 #pragma once
 
 #include <cstdint>
@@ -27,7 +28,8 @@ class NaiveEngine {
   using Matrix = std::vector<std::vector<std::uint8_t>>;  // [row][position]
 
   static Matrix CodesOf(const std::vector<std::string>& texts);
-  // The number of bytes that the row matches from the 1-based position on; nothing when it fails.
+  // The number of bytes that the row matches from the 1-based position `read_pos` on; nothing if
+  // the row does not match.
   std::optional<int> Matched(std::size_t row, const std::string& file, int read_pos);
   void Capture(std::size_t row, int position, std::uint8_t byte, int& count);
   void WriteRightText(std::size_t row, int& write_pos, std::string& result) const;

@@ -1,6 +1,7 @@
 // Random lists over random files. The list's texts are placed at every border that the engine
 // knows: its blocks of offsets, its window, its writes, and the longest span. A failing case prints
-// its seed; MORVEX_JUDGE_SEED runs that case alone, MORVEX_JUDGE_CASES sets the number of cases.
+// its seed; MORVEX_JUDGE_SEED=N runs only the case with the seed N, MORVEX_JUDGE_CASES=N runs the
+// first N cases.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -44,8 +45,8 @@ class Generator {
   }
 
   // Rows that almost match everywhere in the text of NearMisses: runs of one letter, most of them
-  // with an end that is rare in that text. There the engine changes from its index to the automaton
-  // and back.
+  // with an end that is rare in that text. In that text, the engine changes from its index to the
+  // automaton (its two ways to search) and back.
   JudgedList RowsOfOneLetter() {
     alphabet_ = "ab";
     JudgedList list;
@@ -82,8 +83,8 @@ class Generator {
     return matter;
   }
 
-  // Returns a file of filler, in which no row begins, with matter in front of, across and behind a
-  // border.
+  // Returns a file of filler bytes; no row begins with a filler byte. Results of Matter stand in
+  // front of a border, across it and behind it.
   std::string AcrossBorder(const JudgedList& list) {
     static constexpr std::size_t kBorders[] = {4096, 8192, 32766, 32767, 98304, 131072, 163840};
     const std::size_t border = kBorders[Below(std::size(kBorders))];
@@ -127,8 +128,9 @@ TEST(RandomJudge, FindsNoDifferenceWhereRowsNearlyMatchEverywhere) {
   }
 }
 
-// The file has two parts. Each part begins with enough text to make the index look too often; then
-// comes more of other text than the automaton is given at once.
+// The file has two parts. Each part begins with so many letters "a" that the engine changes from
+// its index to the automaton. Then follows about as much other text as the automaton searches
+// before the engine changes back.
 TEST(RandomJudge, FindsNoDifferenceWhereTheSearchChangesToAndFro) {
   for (std::uint64_t seed = 1; seed <= 4; ++seed) {
     Generator generator(seed);

@@ -1,4 +1,4 @@
-// Bytes in memory as a stream that pauses, for tests of what reads it piece by piece.
+// Bytes in memory as a stream that pauses, for tests of code that reads a stream piece by piece.
 #pragma once
 
 #include <algorithm>
@@ -13,8 +13,8 @@ namespace morvex::test {
 // Pauses behind every piece. Serves as an open file and as the source of a substitution.
 class PiecesInput : public InputFile, public ByteSource {
  public:
-  // The bytes and `next_size`, which returns the size of each piece, 1 or more, must outlive the
-  // file.
+  // The bytes and `next_size`, which returns the size of each piece, 1 or more, must outlive this
+  // object.
   template <class NextSize>
   PiecesInput(std::string_view bytes, NextSize& next_size)
       : bytes_(bytes), next_size_([&next_size] { return next_size(); }) {}

@@ -43,7 +43,7 @@ class FailingWorkFile : public WorkFile {
     return files_.fault_.error;
   }
 
-  // Closes the file even if it returns an error.
+  // Closes the file even if this call must fail.
   ErrorNumber Close() override {
     const ErrorNumber error = files_.Ask("Close", path());
     const ErrorNumber closing = file_->Close();

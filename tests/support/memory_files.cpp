@@ -51,7 +51,7 @@ class MemoryWorkFile : public WorkFile {
     return error != ErrorNumber::kNone ? error : files_.Move(path(), to, keep_going);
   }
   ErrorNumber MoveToFreeName(const std::string& to) override {
-    // A fault set for "MoveTo" hits MoveToFreeName, too.
+    // `fail` is asked about "MoveTo", so an error for MoveTo also hits MoveToFreeName.
     const ErrorNumber error = files_.Asked("MoveTo", to);
     return error != ErrorNumber::kNone ? error : files_.MoveToFree(path(), to);
   }
@@ -270,7 +270,7 @@ ErrorNumber MemoryFiles::MoveFile(const std::string& from, const std::string& to
 }
 
 ErrorNumber MemoryFiles::MoveToFreeName(const std::string& from, const std::string& to) {
-  // A fault set for "MoveFile" hits MoveToFreeName, too.
+  // `fail` is asked about "MoveFile", so an error for MoveFile also hits MoveToFreeName.
   const ErrorNumber error = Asked("MoveFile", to);
   return error != ErrorNumber::kNone ? error : MoveToFree(from, to);
 }

@@ -1,5 +1,5 @@
 // A file system in memory, for tests of the core that need no disk. A test chooses the separator. A
-// folder is listed in the order in which its entries were made. A test can make chosen calls fail.
+// folder is listed in the order in which its entries were made. A test chooses which calls fail.
 #pragma once
 
 #include <cstdint>
@@ -31,8 +31,8 @@ class MemoryFiles : public FileService {
   void AddLink(const std::string& path, const std::string& leads_to);
   void AddPipe(const std::string& path);
 
-  // What is on the disk now. Bytes and Permissions throw out_of_range for a missing file, which
-  // fails the test.
+  // What is on the disk now. For a missing file, Bytes and Permissions throw out_of_range, so that
+  // the test fails.
   bool Has(const std::string& path) const { return nodes_.contains(path); }
   bool IsFolder(const std::string& path) const;
   bool IsLink(const std::string& path) const;
@@ -44,7 +44,7 @@ class MemoryFiles : public FileService {
   std::vector<std::string> Below(const std::string& folder) const;
 
   FailCall fail;
-  // False: MoveToFreeName fails, as between two file systems.
+  // If this is false, MoveToFreeName fails, as it does between two file systems.
   bool moves_in_one_step = true;
   DriveSpace drive{1'000'000'000, 400'000'000};
   std::int64_t calls = 0;
@@ -69,8 +69,8 @@ class MemoryFiles : public FileService {
   ErrorNumber AppendToFile(const std::string& path, std::string_view bytes) override;
   ErrorNumber ReplaceFile(const std::string& path, std::string_view bytes) override;
 
-  // Counts a call; every call, also one on an open file, begins with this. Returns the error that
-  // `fail` chooses for the call.
+  // Every call, also one on an open file, begins with a call of this function. Counts the call and
+  // returns the error that `fail` chooses for it.
   ErrorNumber Asked(const char* call, const std::string& path);
 
  private:
@@ -86,7 +86,7 @@ class MemoryFiles : public FileService {
     std::uint64_t number = 0;  // its identity; grows in the order of creation
   };
 
-  // Do the work of the calls of these names, without asking `fail`.
+  // Do the work of the calls that copy, move and delete, without asking `fail`.
   ErrorNumber Copy(const std::string& from, const std::string& to, const KeepGoing& keep_going);
   ErrorNumber Move(const std::string& from, const std::string& to, const KeepGoing& keep_going);
   ErrorNumber MoveToFree(const std::string& from, const std::string& to);

@@ -1,5 +1,5 @@
-// Runs code in a process with its own mounts. Root may start such a process; other users may where
-// the system allows it.
+// Runs code in a process with its own mounts. Root may start such a process; other users may do so
+// only if the system allows it.
 #pragma once
 
 #include <gtest/gtest.h>

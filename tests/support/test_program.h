@@ -25,11 +25,12 @@ class FakeSystem : public SystemService {
   std::string short_date = "11/21/26";
   std::string time_text = "12:34:56";
   std::chrono::milliseconds steady{1000};
-  // How far the steady clock moves on each time it is read; with 15 ms or more, every yield is due.
+  // How far the steady clock moves on each time it is read. With 15 ms or more, every
+  // YieldToWindows handles events.
   std::chrono::milliseconds step{0};
   TextCodec codec = TextCodec::kSingleByte;
   bool redirected_store = false;
-  std::vector<std::string> browsed;  // files that the file browser was started for
+  std::vector<std::string> browsed;  // files that the file browser was asked to show
 
   std::string ProgramFolder() override { return program_folder; }
   std::string ExecutableName() override { return executable_name; }
@@ -118,7 +119,8 @@ struct TestProgram {
   void ApplyRows(const Rows& rows, std::uint8_t joker = 0);
   // Returns the rows in the grid.
   Rows GridRows() const;
-  // Run log messages, without time stamp and quotes, in order; empty when there is no log.
+  // Returns the messages of the run log in order, without time stamps and quotes; empty if there is
+  // no log.
   std::vector<std::string> LogMessages() const;
 
   MemoryFiles files;

@@ -1,7 +1,7 @@
-// Runs the console program again and again. In the N-th run, its N-th file call fails, or the
-// program is killed at that call. The test ends when a run makes fewer than N file calls. This
-// tests the system calls below the file service: each step of a copy, of the log and of the
-// settings file.
+// Runs the console program again and again. In the N-th run, the N-th file call of the program
+// fails, or the program is killed at that call. The test ends when a run makes fewer than N file
+// calls. So the system calls below the file service fail in each step of a copy, of the log and of
+// the settings file.
 #include <signal.h>
 
 #include <cerrno>
@@ -31,8 +31,8 @@ class CallFaults : public SystemTest, public ::testing::WithParamInterface<CallF
     if (!CallGate::IsPossibleHere()) GTEST_SKIP() << "this system lets nobody filter its calls";
   }
 
-  // Creates a target with old copies and a source with a stale work file, and deletes log and
-  // settings.
+  // Creates a target with old copies and a source with a stale work file. Deletes the run log and
+  // the settings file.
   void StartAnew() {
     for (const char* folder : {"src", "out"}) fs::remove_all(scene_.At(folder));
     Put(source_);
@@ -47,7 +47,7 @@ class CallFaults : public SystemTest, public ::testing::WithParamInterface<CallF
   ProgramResult RunAndStrike(int call, int code, std::string* struck) {
     CallGate gate(call, code);
     const auto begin = [&] {
-      // The leak checker would make calls that are not the program's.
+      // The sanitizer's check for leaks would make file calls of its own.
       setenv("ASAN_OPTIONS", "detect_leaks=0", 0);
       gate.Install();
     };
@@ -56,7 +56,8 @@ class CallFaults : public SystemTest, public ::testing::WithParamInterface<CallF
     return result;
   }
 
-  // Checks that every file of the target is right or unchanged since before the run.
+  // Checks that every file of the target except work files is right or unchanged since before the
+  // run.
   void ExpectNothingHalfMade() {
     for (const auto& [name, bytes] : Target()) {
       if (name.ends_with("tijdel.enc")) continue;

@@ -31,7 +31,8 @@ struct WatchedCall {
   const char* name;
 };
 
-// rt_sigaction shows that the program is at work; the other calls are counted.
+// A call of rt_sigaction shows that the program is at work. From then on, the other calls are
+// counted.
 constexpr WatchedCall kCalls[] = {
     {SYS_rt_sigaction, "rt_sigaction"},
     {SYS_openat, "openat"},

@@ -1,6 +1,6 @@
 // A gate between a process and the system. Once the program is at work, the gate sees the file
-// calls of the process. It makes the N-th of them fail or kills the process there. It uses the
-// system's call filter (seccomp), which needs no privilege.
+// calls of the process. The gate makes the N-th of these calls fail, or kills the process at this
+// call. The gate uses the system's call filter (seccomp), which needs no privilege.
 #pragma once
 
 #include <sys/types.h>

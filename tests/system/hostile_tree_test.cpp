@@ -1,5 +1,5 @@
-// Unusual trees: links of every kind, special files, source and target inside each other, great
-// depth, long and strange names, very many files, very large files.
+// Unusual trees: links of every kind, special files, source and target inside each other, very deep
+// folders, long and strange names, very many files, very large files.
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>

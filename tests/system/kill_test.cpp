@@ -19,8 +19,8 @@ using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
 constexpr int kFiles = 2000;
-// More rounds would take too long with sanitizers. call_faults_test.cpp kills a run at each single
-// call.
+// More rounds would take too long with sanitizers. They are not needed, because
+// call_faults_test.cpp kills a run at each single call.
 constexpr int kUsualRounds = 8;
 
 int FromEnvironment(const char* name, int usual) {
@@ -60,8 +60,8 @@ class Kill : public SystemTest, public ::testing::WithParamInterface<int> {
     return result.status == 128 + SIGKILL;
   }
 
-  // Checks that every file of the target is right or unchanged since before the run; stale work
-  // files are allowed.
+  // Checks that every file of the target is right or unchanged since before the run; work files are
+  // ignored.
   void ExpectNothingHalfMade(bool old_copies) {
     for (const auto& [name, bytes] : Target()) {
       if (name.ends_with("tijdel.enc")) continue;

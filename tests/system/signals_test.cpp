@@ -13,13 +13,14 @@
 namespace morvex::system_test {
 namespace {
 
-// The number of runs that may end before their signal comes, as happens on a busy machine.
+// The largest number of runs. On a busy machine, a run may end before its signal comes; then the
+// test starts another run.
 constexpr int kAttempts = 10;
 
 class Signals : public SystemTest, public ::testing::WithParamInterface<int> {
  protected:
-  // Starts a run and sends the signal once `holds` returns true. Starts again if the run ended
-  // first.
+  // Starts a run and sends the signal once `holds` returns true. If the run ends before that,
+  // starts another run.
   ProgramResult RunAndSendWhen(const std::function<bool()>& holds) {
     const auto send = [&](pid_t process) {
       Await("the moment of the signal", [&] { return holds() || HasEnded(process); });

@@ -28,7 +28,7 @@ struct Start {
 using Files = std::map<std::string, std::string>;
 
 // A scene with a source "src", a target "out", a list that replaces "ab" by "X", and a settings
-// file "job.dat" that selects .txt and logs.
+// file "job.dat" that selects .txt files and turns the run log on.
 class SystemTest : public ::testing::Test {
  protected:
   SystemTest();
@@ -60,7 +60,7 @@ class SystemTest : public ::testing::Test {
 };
 
 // Returns what a run says without the messages that even a complete run may show: warnings about
-// the list, a stale work file, a target that already contained files.
+// the list and the command line, a stale work file, a target that already contained files.
 std::string WithoutRemarks(const std::string& errors);
 
 // Returns the text with every "ab" replaced by `right`.
@@ -72,7 +72,8 @@ Files FilesBelow(const std::string& folder);
 // Waits until `holds` returns true; after a few minutes the test fails. `what` names what the test
 // waits for.
 void Await(const std::string& what, const std::function<bool()>& holds);
-// Waits until the process has a handler for the signal: without one the signal would kill it.
+// Waits until the process has a handler for the signal: without a handler, the signal would kill
+// the process.
 void AwaitHandler(pid_t process, int number);
 
 // For Start::prepare: root becomes a user without privileges.

@@ -1,6 +1,5 @@
-// Two runs at the same time over one source, each with its own list and target: neither takes the
-// other's work file for its own. Also runs over files that other programs change, shorten or delete
-// meanwhile.
+// Two runs at the same time over one source: neither takes the work file of the other run for its
+// own. Other tests run over files that other programs change, shorten or delete meanwhile.
 #include <signal.h>
 #include <unistd.h>
 
@@ -14,7 +13,8 @@ namespace {
 
 class TwoRuns : public SystemTest {
  protected:
-  // Waits for bytes in the work file: an empty work file may not be claimed yet.
+  // Waits for bytes in the work file: it is possible that a run has not yet claimed an empty work
+  // file.
   void AwaitWorkFile() const {
     const std::filesystem::path path = scene_.At("src/tijdel.enc");
     Await("bytes in " + path.string(), [&] {

@@ -1,7 +1,7 @@
 // A snapshot of a part of the disk, held in memory: every folder with its listing order, every file
 // with its bytes, permission bits and modification time. A test takes a snapshot before a run and
-// lets the model change this snapshot as the run should change the disk. Then the test compares it
-// with a snapshot taken after the run.
+// lets the model change this snapshot as the run should change the disk. Then the test compares the
+// changed snapshot with one taken after the run.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_DISK_H_
 #define MORVEX_TESTS_WHOLE_RUN_DISK_H_
@@ -60,9 +60,9 @@ class Disk {
   std::map<std::string, Node> nodes_;
 };
 
-// Returns the absolute path that a text means to a program in `current_folder`, without ".", ".."
-// and doubled separators. Only the root has a separator at the end. For an empty text, the path is
-// empty.
+// Returns the absolute path by which a program in `current_folder` looks up the path `text`. The
+// returned path has no ".", no ".." and no doubled separators. Only the root has a separator at the
+// end. For an empty text, the path is empty.
 std::string LookedUpPath(std::string_view text, const std::string& current_folder);
 
 std::string ParentPath(const std::string& path);

@@ -1,5 +1,5 @@
 // The loop of one attempt to match a row. Positions count from 1. The counters of an attempt have
-// 16 bits; `k` counts the bytes looked at, of which the last one is not part of the match.
+// 16 bits; `k` counts the bytes looked at; the last of these bytes is not part of the match.
 
 #include "engine_model.h"
 

@@ -38,13 +38,13 @@ class EngineModel {
 
   bool IsJoker(unsigned char code) const { return joker_ != 0 && code == joker_; }
   // Both return the byte at a position of a left or right text; positions count from 1. Behind the
-  // end of the text they return 0, and nothing behind the end of the longest left or right text of
-  // the list.
+  // end of the text, both return 0. Behind the end of the list's longest left text, LeftCode
+  // returns nothing; behind the end of the longest right text, RightCode returns nothing.
   std::optional<unsigned char> LeftCode(const Pair& pair, std::int64_t position) const;
   std::optional<unsigned char> RightCode(const Pair& pair, std::int64_t position) const;
   // Returns the number of bytes that the row matches at `read_pos` (counted from 1), or 0.
   std::int64_t Matched(const Pair& pair, std::string_view source, std::int64_t read_pos);
-  // Handles the byte `attempt->b`. Returns false at the end of the attempt.
+  // Handles the byte `attempt->b`. Returns false if this byte ends the attempt.
   bool Step(const Pair& pair, Attempt* attempt);
   void Capture(const Pair& pair, Attempt* attempt);
   void WriteRight(const Pair& pair, std::int64_t* write_pos, std::string* out) const;

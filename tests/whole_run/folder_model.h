@@ -18,7 +18,7 @@ inline constexpr char kTemporaryName[] = "tijdel.enc";
 struct ProcessedFile {
   // Whether there are bytes to copy: false if a skip rule applies or `no_room` is true.
   bool made = false;
-  // Whether a folder has the name of the work file (tijdel.enc).
+  // Whether the work file cannot be created, because a folder has its name (tijdel.enc).
   bool no_room = false;
   std::string bytes;
 };
@@ -44,7 +44,7 @@ class FolderModel {
   std::int64_t files_skipped() const { return files_skipped_; }
   // Returns the number of files and folders that a rule or an error has kept out of the target.
   std::int64_t left_out() const { return left_out_; }
-  // Returns the number of whole copies in the target.
+  // Returns the number of copies that the run has made.
   std::int64_t copies() const { return copies_; }
   // Returns how many of left_out() make the run end with status 3. Work files, the target inside
   // the source, and folders that could not be created in the target do not count.

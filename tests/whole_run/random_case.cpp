@@ -1,5 +1,5 @@
-// Makes a random run: a list, a tree, a target that is missing, empty or filled, and settings that
-// name them in one of the ways in which users write paths.
+// Makes a random run: a list, a tree, a target that is missing, empty or filled, and settings. The
+// settings name the other three in one of the ways in which users write paths.
 
 #include "random_case.h"
 

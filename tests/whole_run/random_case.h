@@ -30,7 +30,7 @@ struct RandomCase {
   std::string settings_argument;
   std::vector<std::string> arguments;
   int delay_ms = 0;
-  // The files in the program folder before the run; empty if there are none.
+  // The bytes of Init.dat and of the run log before the run; empty if the file is missing.
   std::string old_init_dat;
   std::string old_log;
   // A few words for the message of a failed test.
@@ -44,8 +44,8 @@ void AddRandomTree(const std::string& folder, std::size_t depth, const RandomLis
 // Returns lines 7 and following of a settings file.
 std::string RandomExtensionLines(RandomSource* random);
 
-// Returns a past time that a copy can carry, or a time far in the future if `changed_after_arming`.
-// The unit is nanoseconds since 1970.
+// Returns a time in the past, which a copy can keep, or a time far in the future if
+// `changed_after_arming`. The unit is nanoseconds since 1970.
 std::int64_t RandomTime(bool changed_after_arming, RandomSource* random);
 
 RandomCase MakeRandomCase(std::uint64_t seed, const std::string& work_folder);

@@ -62,8 +62,8 @@ void Overlay(std::size_t at, const std::string& text, std::string* bytes) {
 std::string RandomContents(const RandomList& list, std::size_t size, RandomSource* random) {
   std::string bytes;
   while (bytes.size() < size) {
-    // Contents mostly begin with a planted text, because writing for a match at the first byte is a
-    // special case.
+    // Contents mostly begin with a planted text, because a match at the first byte is a special
+    // case of writing.
     const std::size_t kind = bytes.empty() && !random->OneIn(3) ? 50 : random->Below(100);
     if (kind < 45) {
       bytes += random->Text(list.alphabet, 1, 4);
@@ -84,13 +84,15 @@ std::string ContentsAcrossBorder(const RandomList& list, std::size_t border, Ran
   for (const std::size_t place : places) {
     const std::size_t back = random->Below(24);
     std::string island = RandomContents(list, random->Between(1, 40), random);
-    // Most islands end with a NUL, which ends a capture that the island left open.
+    // Most islands (texts among the filler) end with a NUL. This byte ends a capture that the
+    // island left open.
     if (!random->OneIn(4)) {
       island += '\0';
     }
     Overlay(place - std::min(place, back), island, &bytes);
   }
-  // Some contents have a capture that is about as long as a capture can be.
+  // In some contents, the wildcards of one planted text are replaced by about as many bytes as a
+  // capture can have.
   if (random->OneIn(2)) {
     const std::string span(random->Between(32740, 32775), kFiller);
     Overlay(random->Between(1, 200), Planted(list, span, random), &bytes);

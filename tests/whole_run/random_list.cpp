@@ -79,7 +79,7 @@ std::string RandomLeft(const RandomList& list, RandomSource* random) {
       return prefix + joker + tail;
     case 11:
     case 12:
-      // The part behind the wildcard is also the end of the part in front.
+      // The part behind the wildcard is also the end of the part in front of it.
       return prefix + tail + joker + tail;
     default:
       return random->Text(list.alphabet, 1, 5);

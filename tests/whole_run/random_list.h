@@ -29,7 +29,7 @@ RandomList MakeRandomList(RandomSource* random);
 std::string RandomContents(const RandomList& list, std::size_t size, RandomSource* random);
 
 // Returns contents a little longer or shorter than `border` bytes. Most of the bytes are filler;
-// planted left texts reach across the border and across some offsets in front of it.
+// planted left texts stand at the border, at some offsets in front of it, and at the end.
 std::string ContentsAcrossBorder(const RandomList& list, std::size_t border, RandomSource* random);
 
 }  // namespace morvex::whole_run

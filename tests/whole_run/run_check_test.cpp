@@ -1,5 +1,5 @@
-// Tests the comparison. If it missed a kind of difference, the whole-run tests would pass whatever
-// the program does.
+// Tests the comparison of a run with its prediction. If the comparison missed a kind of difference,
+// the whole-run tests would pass in spite of such a difference.
 
 #include <gtest/gtest.h>
 

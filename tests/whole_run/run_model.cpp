@@ -20,7 +20,7 @@ EngineModel MakeEngine(const RunInput& input, const Settings& settings) {
   return {ReadGrid(list->bytes, settings.separator), settings.joker};
 }
 
-// Runs over a source that is a single file. The target setting is the path of the copy.
+// Predicts a run whose source is a single file. The target setting is the path of the copy.
 void RunSingleFile(const RunInput& input, const Settings& settings, const std::string& source,
                    FolderModel* files, RunOutcome* outcome) {
   const std::string target = LookedUpPath(settings.target, input.current_folder);

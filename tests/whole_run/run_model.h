@@ -1,6 +1,6 @@
-// Predicts what an unattended run leaves behind, given the disk before the run: the disk
-// afterwards, the log, the result labels, the messages and the exit status. The model shares no
-// code with the program. It is small and slow, and follows the rules one at a time.
+// Predicts from the disk before an unattended run what the run leaves behind: the disk, the log,
+// the result labels, the messages and the exit status. The model shares no code with the program.
+// It is small and slow, and follows the rules one at a time.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_RUN_MODEL_H_
 #define MORVEX_TESTS_WHOLE_RUN_RUN_MODEL_H_
@@ -23,7 +23,8 @@ struct RunInput {
   std::string settings_path;
   // The name of the running executable, without its folder.
   std::string executable_name = "morvex-cli";
-  // A file with this modification time or a later one counts as changed after arming.
+  // The time at which the run was made ready (armed), in nanoseconds since 1970. A file that was
+  // modified at this time or later counts as changed after arming.
   std::int64_t armed_ns = 0;
   int delay_ms = 0;
 };

@@ -1,5 +1,5 @@
-// Tests of the model with results worked out by hand. They rule out that the model is wrong where
-// it disagrees with the program.
+// Tests of the model with results worked out by hand. If the model disagrees with the program,
+// these results help to tell which of the two is wrong.
 
 #include "run_model.h"
 
@@ -52,8 +52,8 @@ TEST(EngineModel, EndOfFileEndsAnAttempt) {
 }
 
 TEST(EngineModel, JokerInTheRightTextAloneWritesTheSingleElement) {
-  // The capture holds one byte of value 0. The byte behind it does not exist, which ends the
-  // writing.
+  // The capture holds one byte of value 0. There is no byte behind it, so the right text ends at
+  // its "*".
   EXPECT_EQ(Once({{"b", "<*>"}}, '*', "abc").bytes, Bytes("a<\0c", 4));
 }
 
@@ -62,8 +62,8 @@ TEST(EngineModel, NonJokerRowShowsTheFirstByteOfAnEarlierSpan) {
 }
 
 TEST(EngineModel, JokerAtTheEndTakesOneByteWhereTheTableEnds) {
-  // No left text is longer than this row's, so there is no byte to look up behind its end, and the
-  // capture stops.
+  // No row has a longer left text than this one. So the table of left texts ends with this row's
+  // "*", and the capture stops after one byte.
   EXPECT_EQ(Once({{"a*", "<*>"}}, '*', "abcab").bytes, "<bc<b");
   // With a longer left text in the list, the capture reaches to the end of the file.
   EXPECT_EQ(Once({{"a*", "<*>"}, {"zzzzz", ""}}, '*', "abcab").bytes, "<bcab");
@@ -143,8 +143,8 @@ Node MakeFile(const string& bytes, std::int64_t modified_ns) {
   return file;
 }
 
-// Returns the input of a run. The source has a file for each outcome at the top, and the same files
-// again in a folder below.
+// Returns the input of a run. The source has files for the different outcomes, at the top and in
+// folders below.
 RunInput SmallRun() {
   RunInput input;
   for (const char* folder : {"/w", "/w/src", "/w/src/sub", "/w/src/Recycler", "/w/out"}) {

@@ -1,5 +1,5 @@
-// Reads settings files and list files in a slow and obvious way. The rules that matter to the tests
-// are those for short, long and odd lines.
+// Reads settings files and list files in a slow and obvious way. The rules for short, long and odd
+// lines matter most to the tests.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_SETTINGS_MODEL_H_
 #define MORVEX_TESTS_WHOLE_RUN_SETTINGS_MODEL_H_
@@ -25,14 +25,14 @@ struct Settings {
   std::vector<ExtensionEntry> extensions;
 };
 
-// A row of the editor's grid, in which "[CRLF]" is still a token.
+// A row of the editor's grid. In its texts, "[CRLF]" stands for a line break.
 struct Row {
   std::string left;
   std::string right;
 };
 
-// Returns the lines of a text file. A line ends at LF and loses one CR before it; bytes behind the
-// last LF are a line too.
+// Returns the lines of a text file. A line ends at LF. If a CR stands directly in front of the LF,
+// the line is returned without this CR. Bytes behind the last LF are a line too.
 std::vector<std::string> TextLines(std::string_view bytes);
 
 Settings ReadSettings(std::string_view bytes);

@@ -1,5 +1,5 @@
-// Whole runs with settings, lists and paths of one particular kind each. The model judges most of
-// them; the tests also state outright what matters most in a case.
+// Whole runs, each with settings, a list or paths of one particular kind. The model judges most of
+// these runs; some tests also check directly what matters most in their case.
 
 #include <gtest/gtest.h>
 
@@ -147,8 +147,8 @@ TEST_F(Cases, ListWithoutItsSeparator) { EXPECT_EQ(RunWithList("ab;X\r\nab:X\r\n
 TEST_F(Cases, LastRowWithoutARightTextDeletes) {
   EXPECT_EQ(RunWithList("ab|||\r\n"), "");
   EXPECT_EQ(scene_.Read("out/sub/c.txt"), "");
-  // The row ends with one separator less than usual, so the program finds fewer than two characters
-  // to cut off.
+  // The row ends with one separator fewer than usual. So its right text has only one of the two
+  // characters that the program cuts off.
   EXPECT_EQ(RunWithList("ab||\r\n"), "");
   EXPECT_EQ(scene_.Read("out/sub/c.txt"), "");
 }
@@ -179,7 +179,7 @@ TEST_F(Cases, RowOfAMegabyte) {
 }
 
 TEST_F(Cases, RowsThatAlmostMatchEverywhereChangeNothing) {
-  // None of the first three rows ever matches, but each attempt goes on for thousands of bytes.
+  // None of the first three rows ever matches, but many attempts go on for thousands of bytes.
   const string megabyte(1'048'576, 'm');
   const string many = megabyte.substr(0, 4'000);
   scene_.Write("src/m.txt", "ab" + many + "ab");
@@ -219,8 +219,8 @@ TEST_F(Cases, LongestSpanAcrossBlockBorders) {
 
 TEST_F(Cases, WritingInFrontOfTheFileIsDropped) {
   // The text behind the wildcard is found before the wildcard is reached. So the capture is shorter
-  // than that text, and the write position moves back. At the start of a file, it moves to in front
-  // of the first byte.
+  // than the text behind the wildcard, and the write position moves back. At the start of a file,
+  // the write position then lies in front of the first byte.
   scene_.Write("src/a.txt", "abcdeYabcdeZ.");
   scene_.Write("src/sub/c.txt", "1234567abcdeYabcdeZ.");
   EXPECT_EQ(RunWithList("abcde*abcde|*<>\r\n|||\r\n"), "");

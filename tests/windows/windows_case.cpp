@@ -18,8 +18,8 @@ std::string Lower(std::string text) {
   return text;
 }
 
-// Changes names to names that Windows can hold. Names that differ only in letter case all get the
-// spelling of the first one.
+// Changes names to names that Windows can hold. Names that differ only in letter case all become
+// the first of these names.
 class Spellings {
  public:
   std::string Of(const std::string& name) {

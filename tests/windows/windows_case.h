@@ -1,6 +1,6 @@
 // Adapts the random cases of the whole-run tests to a Windows program: names that Windows can hold,
-// and paths as Windows spells them. What the program writes is changed back to the model's
-// spelling.
+// and paths as Windows spells them. Paths that the program writes are changed back to paths as the
+// model of the whole-run tests writes them.
 #pragma once
 
 #include <string>

@@ -39,8 +39,8 @@ class Drive {
   std::string link_;
 };
 
-// A network server in Wine whose only share shows a folder of this machine. Its name holds the
-// process ID, because tests run at the same time in one Wine prefix.
+// A network server in Wine whose only share shows a folder of this machine. The server's name
+// contains the process ID, because tests run at the same time in one Wine prefix.
 class Share {
  public:
   explicit Share(const std::string& folder) : name_("server" + std::to_string(getpid())) {
@@ -91,7 +91,7 @@ class WindowsPaths : public testing::Test {
  protected:
   WindowsPaths() { scene_.Write("list.txt", "Jan|Piet\r\n"); }
 
-  // Runs with the two paths unchanged, and with the usual other settings.
+  // Runs with `source` and `target` exactly as they are given, and with the usual other settings.
   ProgramResult Run(const std::string& source, const std::string& target) {
     const std::string list = WindowsPath(scene_.At("list.txt"));
     scene_.Write("job.dat", UsualSettings(source, target, list));

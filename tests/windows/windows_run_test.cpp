@@ -35,8 +35,8 @@ void WriteEntries(const Scene& scene, const RandomCase& made) {
   }
 }
 
-// Predicts the run and runs the program. The model reads settings with paths in its own spelling;
-// the program reads settings with Windows paths.
+// Predicts the run and runs the program. The model reads the settings with paths as it writes them;
+// the program reads the settings with Windows paths.
 ProgramResult RunOnWindows(const WindowsScene& scene, const RandomCase& made,
                            RunOutcome* expected) {
   *expected = scene.Predict(made.settings_name, made.settings_argument, made.delay_ms);

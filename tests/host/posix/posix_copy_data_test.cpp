@@ -1,5 +1,5 @@
-// The bytes of a copy: holes, sources that change during the copy, and how often keep_going is
-// called.
+// The bytes of a copy: holes, sources that change during the copy, and how often the copy asks its
+// caller whether to go on.
 #include "host/posix/posix_copy_data.h"
 
 #include <fcntl.h>

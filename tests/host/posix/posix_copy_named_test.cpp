@@ -1,5 +1,6 @@
-// Copies that are filled under the work file's name (tijdel.enc): what happens when the name is
-// taken, and how the whole service copies.
+// Copies that are filled under the work file's name (tijdel.enc), also when the target folder
+// already holds that name. The last three tests copy with the file service, which may fill a copy
+// without a name.
 #include <filesystem>
 #include <new>
 

@@ -152,8 +152,8 @@ TEST_F(PosixDescriptorTest, APlaceNeedsAFolderAndAName) {
   EXPECT_EQ(faccessat(place.value.folder.Get(), "file", F_OK, 0), 0);
 }
 
-// Starts a process that holds a lease on the file. The system ends this process when somebody else
-// opens the file. Returns -1 if there is no lease.
+// Starts a process that holds a lease on the file. The system ends the process that holds the lease
+// when another process opens the file. Returns -1 if the file system grants no lease.
 pid_t StartLeaseHolder(const std::string& path) {
   int ready[2] = {};
   if (pipe(ready) != 0) return -1;

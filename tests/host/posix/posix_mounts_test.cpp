@@ -1,5 +1,5 @@
 // File systems that are full, read-only or lack a feature. Each test runs in a process with its own
-// mounts. This needs root, or a system that lets other users mount.
+// mounts. Only root may start such a process, unless the system lets other users mount.
 #include <sys/mount.h>
 
 #include <filesystem>

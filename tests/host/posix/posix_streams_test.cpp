@@ -54,7 +54,7 @@ TEST_F(PosixStreamsTest, AFileThatChangesWhileItIsOpenIsFoundOut) {
   EXPECT_TRUE(changes([&] { truncate(path.c_str(), 3); }));
   EXPECT_TRUE(changes([&] { Put(path, "CONTENT"); }));
   EXPECT_TRUE(changes([&] { SetModified(path, {1'000'000'000, 6}); }));
-  // Now the name leads to another file; the open file is unchanged.
+  // Afterwards the name leads to another file, but the open file is unchanged.
   EXPECT_FALSE(changes([&] {
     Put(folder_ / "new", "new");
     fs::rename(folder_ / "new", path);
@@ -125,7 +125,8 @@ TEST_F(PosixStreamsTest, RunningOutOfDescriptorsIsAnError) {
 }
 
 TEST_F(PosixStreamsTest, AReadThatFailsIsADeviceError) {
-  // The process's memory is an ordinary file whose first bytes cannot be read.
+  // The system shows the process's memory as an ordinary file. The first bytes of this file cannot
+  // be read.
   const auto memory = files_.OpenForReading("/proc/self/mem");
   if (!memory) GTEST_SKIP() << "the process may not look at its own memory";
   char byte = 0;

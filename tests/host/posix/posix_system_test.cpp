@@ -147,8 +147,8 @@ TEST(PosixSystemTest, DateAndTimeFollowTheLocale) {
   EXPECT_TRUE(date == formatted("%m/%d/%y", before) || date == formatted("%m/%d/%y", after))
       << date;
   bool among = false;
-  // TimeText uses an exact clock. The clock of time() may lag behind it at the turn of a second, so
-  // one more second is allowed.
+  // TimeText uses an exact clock. At the turn of a second, the clock of time() may lag behind the
+  // exact clock, so one more second is allowed.
   for (time_t moment = before; moment <= after + 1; ++moment) {
     among = among || hour == formatted("%H:%M:%S", moment);
   }

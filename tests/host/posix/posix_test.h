@@ -138,9 +138,9 @@ class FileSizeLimit {
   rlimit before_{};
 };
 
-// During its lifetime, the process can open only `more` further files at a time. Meanwhile, call
-// only free functions on local variables, because a sanitizer opens files itself when it first
-// meets an object of a class with virtual functions.
+// During its lifetime, the process can open only `more` further files at a time. Meanwhile, a test
+// may use only free functions and local variables, not its members: a sanitizer opens files itself
+// when it first meets an object of a class with virtual functions.
 class DescriptorLimit {
  public:
   explicit DescriptorLimit(int more) {
@@ -171,8 +171,8 @@ class FileMask {
   mode_t before_;
 };
 
-// During its lifetime, the process has no privileges: root becomes the user kNobody, after giving
-// that user the folder and everything in it. Any other user stays the same.
+// During its lifetime, the process has no privileges: root first gives the folder and everything in
+// it to the user kNobody and then becomes this user. Any other user stays the same.
 class OrdinaryUser {
  public:
   explicit OrdinaryUser(const std::string& folder) {
@@ -201,7 +201,7 @@ class OrdinaryUser {
 };
 
 // Returns a folder to which everybody may write, on another file system than `path`; nothing if
-// there is none.
+// there is no such folder.
 inline std::optional<std::string> FolderOnOtherDevice(const std::string& path) {
   for (const std::string folder : {"/dev/shm", "/var/tmp", "/tmp"}) {
     struct stat status {};

@@ -1,4 +1,5 @@
-// Writing large files in a thread: the bytes, their order, and when an error is reported.
+// Writing large files in a thread of its own: the bytes, their order, and the call that reports an
+// error.
 #include "host/posix/posix_write_behind.h"
 
 #include <cerrno>
@@ -46,8 +47,9 @@ TEST_F(PosixWriteBehindTest, WhatIsWrittenLastStands) {
   std::string expected(2 * kRing, '\0');
   ASSERT_TRUE(behind_->Begin(file.Get()));
   for (unsigned round = 0; round < 2000; ++round) {
-    // The offset moves forwards in large steps and back again. The second write, at the next
-    // offset, lies inside the first or directly behind it.
+    // The offset grows in large steps and goes back when it reaches the end of the file. The second
+    // write begins one byte behind the beginning of the first, so it lies inside the first write or
+    // directly behind it.
     const std::size_t size = 1 + round * 37 % 3000;
     const std::size_t at = round * std::size_t{7919} * 13 % (expected.size() - size);
     const std::string bytes(size, static_cast<char>('a' + round % 26));

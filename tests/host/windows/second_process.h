@@ -28,8 +28,9 @@ inline std::wstring OneTest(const std::wstring& test) {
   return L"--gtest_also_run_disabled_tests   --gtest_brief=1 --gtest_filter=SecondProcess." + test;
 }
 
-// Starts `program` (this program or a copy of it) with only these environment entries and the path
-// of the report. Returns what its test writes. `flags` are those of CreateProcessW.
+// Runs the disabled test `test` in a new process of `program`, which is this program or a copy of
+// it. The environment of the new process holds only `entries` and the path of the report. Returns
+// the report. `flags` are those of CreateProcessW.
 inline std::string SeenByASecondProcess(const TempFolder& folder, const std::wstring& program,
                                         const std::wstring& test,
                                         const std::vector<std::wstring>& entries, DWORD flags = 0) {

@@ -38,7 +38,8 @@ TEST(CodePage, NothingIsBentToFit) {
 }
 
 TEST(CodePage, AByteWithoutACharacterIsNoText) {
-  // In a 7-bit page, the system would map the upper half of the bytes to the lower one.
+  // In a 7-bit page, the system would convert the bytes 128 to 255 as if they were the bytes 0 to
+  // 127.
   const CodePage ascii(20127);
   EXPECT_EQ(ascii.Number(), 20127U);
   for (const char byte : AllBytes()) {

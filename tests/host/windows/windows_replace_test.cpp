@@ -1,4 +1,4 @@
-// Open files, and replacing or appending to a file's content.
+// Reading and writing open files, replacing a file's content, and appending to it.
 #include "host/windows/windows_replace.h"
 
 #include <gtest/gtest.h>

@@ -53,7 +53,7 @@ TEST_F(WindowsStreamsTest, BytesAreReadInTurnUpToTheEnd) {
   EXPECT_EQ(input->ReadAt(7, block.data(), block.size()).value, 0U);
 }
 
-// The pipe is in message mode, which keeps the written pieces apart.
+// The pipe is in message mode: it keeps the written pieces apart.
 TEST_F(WindowsStreamsTest, NeitherAPieceWithoutBytesNorALongOneIsTheEndOfAPipe) {
   const std::wstring name = L"\\\\.\\pipe\\morvex-test-" + std::to_wstring(GetCurrentProcessId());
   windows::Handle writer(CreateNamedPipeW(name.c_str(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_MESSAGE, 1,
@@ -136,7 +136,7 @@ TEST(SecondProcess, DISABLED_ReportsItsStopRequest) {
   for (int waited = 0; sent && waited < 200 && !StopRequested(); ++waited) Sleep(50);
   seen += !sent ? ", no console" : StopRequested() ? ", asked" : ", still not asked";
   PutRaw(Report(), seen);
-  // The program leaves the second event to the system, which ends the process.
+  // The program leaves the second event to the system. The system then ends the process.
   GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
   Sleep(5000);
   PutRaw(Report(), seen + ", still there");

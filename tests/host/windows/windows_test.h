@@ -73,7 +73,8 @@ class TempFolder {
   std::wstring wide_;
 };
 
-// Creates a file with these bytes; `raw` is a path in the system's form. Returns whether it worked.
+// Creates a file with these bytes; `raw` is a path in the form that Raw returns. Returns whether
+// all bytes were written.
 inline bool PutRaw(const std::wstring& raw, std::string_view bytes) {
   void* file = CreateFileW(raw.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                            FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -126,7 +127,7 @@ inline std::string Pattern(std::size_t size) {
   return bytes;
 }
 
-// Sets the file's modification time, in units of 100 nanoseconds since 1601.
+// Sets the file's modification time to `steps` units of 100 nanoseconds since 1601.
 inline void SetModified(const std::string& path, std::uint64_t steps) {
   void* file = CreateFileW(Raw(Wide(path)).c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr,
                            OPEN_EXISTING, 0, nullptr);

@@ -20,8 +20,7 @@ class ConsoleRunTest : public ::testing::Test {
     files_.AddFile("/s/2.txt", std::string(200'000, 'a'));
     files_.AddFile("/s/3.txt", "aca");
     files_.AddFile("/list.txt", "a|b||\r\n");
-    // Every call of the clock adds 15 ms, so that every yield is due and the program handles
-    // events.
+    // Every reading of the clock adds 15 ms, so that every YieldToWindows handles events.
     system_.step = std::chrono::milliseconds(15);
   }
 

@@ -34,7 +34,8 @@ class ByteLine : public testing::Test {
   }
   ~ByteLine() override { QToolTip::hideText(); }
 
-  // Returns the code page in the locale "C", where kSingleByte stands for Windows-1252.
+  // Returns the code page of `codec` in the locale "C". In this locale, kSingleByte stands for
+  // Windows-1252.
   static CodePage MakePage(TextCodec codec) {
     const Variable locale("LC_ALL", "C");
     return CodePage(codec);

@@ -33,7 +33,8 @@ CodePage WesternPage() {
   return CodePage(TextCodec::kSingleByte);
 }
 
-// Checks that the bytes, and every offset in them, survive the conversion to shown text and back.
+// Checks that the bytes survive the conversion to shown text and back, and that the offset of their
+// end becomes that of the end of the shown text, and the other way round.
 void ExpectLossless(const CodePage& page, const std::string& bytes) {
   const QString shown = page.Shown(bytes);
   const std::optional<std::string> back = page.Bytes(shown);

@@ -1,4 +1,5 @@
-// The filter for an Enter key that is held down. The tests send it key events as the toolkit does.
+// The event filter for an Enter key that is held down. The tests send key events to a button with
+// this filter, as the toolkit does.
 #include "ui/qt/held_key.h"
 
 #include <gtest/gtest.h>

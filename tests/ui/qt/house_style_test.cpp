@@ -1,4 +1,4 @@
-// The room and outlines that the program's style adds.
+// The space and the outlines that the program's style adds, and the colours that it changes.
 #include "ui/qt/house_style.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
-// Arming and running from the main window: what is shown before, during and after a run.
+// Making a run ready (arming) and starting it from the main window: what is shown before, during
+// and after the run.
 #include <QSignalSpy>
 
 #include "core/run/main_window_events.h"
@@ -424,7 +425,7 @@ TEST_F(MainWindowRunTest, AfterExitInMidFileTheWindowStaysWithAWordUntilTheRunHa
   ClickGo();
   ASSERT_TRUE(copying) << "Exit came before or after the file";
   EXPECT_TRUE(shown_then);
-  // The message says that the copy in the target is only a part.
+  // The copy in the target is only a part of the file, so the label calls the target incomplete.
   EXPECT_EQ(word, "Stopping ...\nThe target is not complete.");
   EXPECT_FALSE(program_.run.cut_short.empty());
   EXPECT_TRUE(HasEnded(program_));
