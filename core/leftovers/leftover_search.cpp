@@ -136,11 +136,11 @@ void LeftoverSearch::FindRareKeys(std::size_t count) {
 void LeftoverSearch::FindRareKeysFrom(std::size_t begin, std::size_t end) {
   if (begin >= end) return;
   const std::uint8_t* const folded = folded_.get() + begin;
-  const std::size_t found = rare_filter_.Find(folded, end - begin, places_.data());
+  const std::size_t found = rare_filter_.Find(folded, end - begin, offsets_.data());
   for (std::size_t i = 0; i < found; ++i) {
     keys_.clear();
-    sought_.rare_keys().index().Find(folded + places_[i], filled_ - begin - places_[i], keys_);
-    for (const std::int32_t key : keys_) rare_keys_.push_back({begin + places_[i], key});
+    sought_.rare_keys().index().Find(folded + offsets_[i], filled_ - begin - offsets_[i], keys_);
+    for (const std::int32_t key : keys_) rare_keys_.push_back({begin + offsets_[i], key});
   }
 }
 

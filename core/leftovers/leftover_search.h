@@ -118,7 +118,7 @@ class LeftoverSearch {
   const std::size_t capacity_;
   std::unique_ptr<std::uint8_t[]> bytes_;
   std::unique_ptr<std::uint8_t[]> folded_;
-  std::array<std::uint16_t, CandidateFilter::kRoom> places_{};
+  std::array<std::uint16_t, CandidateFilter::kRoom> offsets_{};
   std::array<std::uint16_t, CandidateFilter::kRoom> rare_forms_{};
   std::vector<std::int32_t> keys_;
   std::vector<RareKey> rare_keys_;  // at the offsets being searched, ascending

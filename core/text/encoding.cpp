@@ -19,7 +19,6 @@ constexpr char32_t kTableEnd = 0xA0;  // exclusive
 
 // From this character on, UTF-16 writes a high and a low surrogate with 10 bits each.
 constexpr char32_t kFirstPair = 0x10000;
-constexpr char32_t kLastCharacter = 0x10FFFF;
 constexpr char32_t kFirstHigh = 0xD800;
 constexpr char32_t kFirstLow = 0xDC00;
 constexpr char32_t kLastLow = 0xDFFF;
@@ -127,7 +126,7 @@ std::optional<std::u32string> Decode(std::string_view bytes, Encoding encoding) 
 }
 
 std::optional<std::string> Encode(char32_t character, Encoding encoding) {
-  if (character > kLastCharacter || IsSurrogate(character)) return std::nullopt;
+  if (!IsCodePoint(character)) return std::nullopt;
   switch (encoding) {
     case Encoding::kUtf8:
       return EncodeUtf8(character);

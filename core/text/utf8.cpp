@@ -6,8 +6,6 @@
 namespace morvex {
 namespace {
 
-constexpr char32_t kLastCharacter = 0x10FFFF;
-
 // For each number of bytes, the smallest code point that needs that many. A smaller code point in
 // that many bytes is overlong.
 constexpr std::array<char32_t, kLongestUtf8 + 1> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
@@ -19,8 +17,6 @@ std::size_t AnnouncedSize(std::uint8_t lead) {
   if (lead >= 0xE0 && lead <= 0xEF) return 3;
   return lead >= 0xF0 && lead <= 0xF4 ? 4 : 0;
 }
-
-bool IsSurrogate(char32_t character) { return character >= 0xD800 && character <= 0xDFFF; }
 
 }  // namespace
 
@@ -34,11 +30,13 @@ Utf8Sequence ReadUtf8(std::string_view bytes) {
     if (!IsUtf8Continuation(bytes[i])) return {};
     character = character << 6 | (static_cast<std::uint8_t>(bytes[i]) & 0x3FU);
   }
-  if (character < kSmallest.at(size) || character > kLastCharacter || IsSurrogate(character)) {
+  if (character < kSmallest.at(size) || !IsCodePoint(character)) {
     return {size, std::nullopt};
   }
   return {size, character};
 }
+
+bool IsCodePoint(char32_t code) { return code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF); }
 
 bool IsUtf8Continuation(char byte) { return (static_cast<std::uint8_t>(byte) & 0xC0U) == 0x80U; }
 

@@ -23,6 +23,9 @@ struct Utf8Sequence {
 // Returns the sequence that `bytes` begin with; `bytes` must not be empty.
 Utf8Sequence ReadUtf8(std::string_view bytes);
 
+// Whether `code` is the code point of a character: U+10FFFF at most, and no surrogate.
+bool IsCodePoint(char32_t code);
+
 // Whether a byte is a continuation byte, 80 to BF: it never begins a character.
 bool IsUtf8Continuation(char byte);
 

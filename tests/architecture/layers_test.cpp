@@ -67,8 +67,7 @@ const std::set<std::string> kHeaderLibraries = {"CLI/CLI.hpp", "nlohmann/json.hp
 constexpr const char* kHeaderLibrariesRoom = "ui/commands";
 
 // The files that use vector instructions.
-const std::set<std::string> kVectorFiles = {"core/engine/matching/scan_avx2.cpp",
-                                            "core/engine/matching/scan_ssse3.cpp"};
+const std::set<std::string> kVectorFiles = {"core/engine/matching/scan_forms.h"};
 
 // Headers of the standard library that the core may not include.
 const std::set<std::string> kThreadHeaders = {"condition_variable", "mutex", "thread"};

@@ -37,7 +37,6 @@ class PositionedOutput {
     return {pending_.get() + used_, pending_.get() + kBlock};
   }
   void Fill(const char* end) { used_ = static_cast<std::size_t>(end - pending_.get()); }
-  void Put(std::int64_t position, char byte) { Put(position, std::string_view(&byte, 1)); }
 
   // Passes the pending bytes to the sink.
   void Flush();

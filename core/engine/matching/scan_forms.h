@@ -8,12 +8,23 @@
 
 #include "core/engine/matching/scan_kernel.h"
 
+#if defined(__x86_64__) && defined(__GNUC__)
+#define MORVEX_X86_VECTORS
+#include <immintrin.h>
+#endif
+
 namespace morvex {
 
 // Each returns null if this machine lacks the instructions.
 Scan PortableScan();
 Scan Ssse3Scan();
 Scan Avx2Scan();
+
+#ifdef MORVEX_X86_VECTORS
+inline __m128i Load16(const std::uint8_t* bytes) {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+}
+#endif
 
 // Returns two bytes as an index into ScanTables::pairs.
 inline std::size_t PairAt(const std::uint8_t* bytes) {

@@ -1,18 +1,10 @@
 // The scan with SSSE3, 16 offsets at once.
 #include "core/engine/matching/scan_forms.h"
 
-#if defined(__x86_64__) && defined(__GNUC__)
-#include <immintrin.h>
-#endif
-
 namespace morvex {
 
-#if defined(__x86_64__) && defined(__GNUC__)
+#ifdef MORVEX_X86_VECTORS
 namespace {
-
-__attribute__((target("ssse3"))) __m128i Load16(const std::uint8_t* bytes) {
-  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
-}
 
 __attribute__((target("ssse3,popcnt"))) std::size_t ScanSsse3(const ScanTables& tables,
                                                               const std::uint8_t* bytes,

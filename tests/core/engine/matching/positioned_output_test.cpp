@@ -48,9 +48,9 @@ TEST_F(PositionedOutputTest, NothingWrittenMakesAnEmptyFile) {
 TEST_F(PositionedOutputTest, WritesForward) {
   PositionedOutput output;
   output.Open(sink_);
-  output.Put(1, 'a');
+  output.Put(1, "a");
   output.Put(2, "bcd");
-  output.Put(5, 'e');
+  output.Put(5, "e");
   EXPECT_EQ(Finished(output), "abcde");
 }
 
@@ -66,9 +66,9 @@ TEST_F(PositionedOutputTest, GoesOnForwardAfterAStepBack) {
   PositionedOutput output;
   output.Open(sink_);
   output.Put(1, "abc");
-  output.Put(2, 'X');
-  output.Put(3, 'Y');
-  output.Put(4, 'Z');
+  output.Put(2, "X");
+  output.Put(3, "Y");
+  output.Put(4, "Z");
   EXPECT_EQ(Finished(output), "aXYZ");
 }
 
@@ -77,7 +77,7 @@ TEST_F(PositionedOutputTest, GoesBackAndForthByteByByte) {
   output.Open(sink_);
   output.Put(1, "......");
   for (const int position : {6, 1, 4, 2, 5, 3}) {
-    output.Put(position, static_cast<char>('0' + position));
+    output.Put(position, std::string(1, static_cast<char>('0' + position)));
   }
   EXPECT_EQ(Finished(output), "123456");
 }
@@ -86,7 +86,7 @@ TEST_F(PositionedOutputTest, DropsWhatFallsBelowTheStart) {
   PositionedOutput output;
   output.Open(sink_);
   output.Put(1, "abc");
-  output.Put(0, 'X');
+  output.Put(0, "X");
   output.Put(-5, "XXXXXX");
   output.Put(-1, "--X");
   EXPECT_EQ(Finished(output), "Xbc");
@@ -96,7 +96,7 @@ TEST_F(PositionedOutputTest, GoesOnBehindBytesThatReachFromBelowTheStart) {
   PositionedOutput output;
   output.Open(sink_);
   output.Put(-1, "xyz");
-  output.Put(2, 'a');
+  output.Put(2, "a");
   EXPECT_EQ(Finished(output), "za");
 }
 
@@ -105,7 +105,7 @@ TEST_F(PositionedOutputTest, AnEmptyTextWritesNothing) {
   output.Open(sink_);
   output.Put(1, "ab");
   output.Put(1, "");
-  output.Put(3, 'c');
+  output.Put(3, "c");
   EXPECT_EQ(Finished(output), "abc");
 }
 
@@ -116,7 +116,7 @@ TEST_F(PositionedOutputTest, OverwritesAcrossTheBorderOfABlock) {
     output.Open(sink);
     std::string expected;
     for (std::size_t i = 1; i <= kBlock + 1; ++i) {
-      output.Put(static_cast<std::int64_t>(i), static_cast<char>(i % 251));
+      output.Put(static_cast<std::int64_t>(i), std::string(1, static_cast<char>(i % 251)));
       expected += static_cast<char>(i % 251);
     }
     const std::size_t position = kBlock + 2 - back;
@@ -132,9 +132,9 @@ TEST_F(PositionedOutputTest, ATextLargerThanABlockIsWrittenWhole) {
   PositionedOutput output;
   output.Open(sink_);
   const std::string text(3 * kBlock + 5, 't');
-  output.Put(1, 'a');
+  output.Put(1, "a");
   output.Put(2, text);
-  output.Put(static_cast<std::int64_t>(text.size() + 2), 'b');
+  output.Put(static_cast<std::int64_t>(text.size() + 2), "b");
   EXPECT_TRUE(Finished(output) == "a" + text + "b");
 }
 
@@ -142,7 +142,7 @@ TEST_F(PositionedOutputTest, SpeaksToTheFileInLargeBlocks) {
   PositionedOutput output;
   output.Open(sink_);
   const std::int64_t calls = sink_.calls;
-  for (std::size_t i = 1; i <= 24 * kBlock; ++i) output.Put(static_cast<std::int64_t>(i), 'x');
+  for (std::size_t i = 1; i <= 24 * kBlock; ++i) output.Put(static_cast<std::int64_t>(i), "x");
   EXPECT_LE(sink_.calls - calls, 24);
   EXPECT_EQ(Finished(output).size(), 24 * kBlock);
 }
@@ -179,7 +179,7 @@ TEST_F(PositionedOutputTest, AFullBlockHasNoRoom) {
   output.Fill(room.end);
   const PositionedOutput::Room left = output.RoomAt(1 + (room.end - room.at));
   EXPECT_EQ(left.at, left.end);
-  output.Put(1 + (room.end - room.at), 'y');
+  output.Put(1 + (room.end - room.at), "y");
   EXPECT_EQ(Finished(output), std::string(static_cast<std::size_t>(room.end - room.at), 'x') + "y");
 }
 
@@ -192,7 +192,7 @@ TEST_F(PositionedOutputTest, AWriteErrorStays) {
   output.Put(4, std::string(kBlock, 'X'));
   EXPECT_EQ(output.error(), ErrorNumber::kDiskFull);
   sink_.write_error = ErrorNumber::kNone;
-  output.Put(4, std::string(kBlock, 'Y'));
+  output.Put(4, std::string(kBlock, "Y"));
   EXPECT_EQ(output.error(), ErrorNumber::kDiskFull);
   EXPECT_EQ(output.Finish(), ErrorNumber::kDiskFull);
   EXPECT_EQ(sink_.bytes(), "");
