@@ -1,4 +1,4 @@
-// The state of controls: it announces changes, and its values stay in their range.
+// Controls announce their changes, and their values stay in their range.
 #include "core/forms/control.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-// What an import does besides adding rows: to the window's size, the scroll bar, the rows already
-// there and window events. Also files that cannot be read.
+// Imports: the window's size, the scroll bar, the rows that are already there, and the handling of
+// window events. Also files that cannot be read.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 // Whole unattended runs in which the N-th call on the file system fails, for N = 1, 2, 3, ... until
-// a run finishes without a failed call. The call fails alone or with all later calls, with each of
-// several errors, or as a short read or write. The source keeps every byte, no file of the target
-// is incomplete or mixes two files, no work file stays, and the counters, the log and the exit
-// status say what happened.
+// a run finishes without a failed call. Either that call alone fails or all later calls fail, too.
+// A call that fails returns one of several errors, or reads or writes too few bytes. The source
+// keeps every byte, no file of the target is incomplete or mixes two files, no work file stays, and
+// the counters, the log and the exit status say what happened.
 #include <gtest/gtest.h>
 
 #include <iostream>
@@ -50,7 +50,7 @@ Contents Below(const MemoryFiles& disk, const std::string& folder) {
   return contents;
 }
 
-// One run of a scenario, with a disk in memory of its own.
+// One run of a scenario, with its own disk in memory.
 class FaultyRun {
  public:
   FaultyRun(const Scenario& scenario, const Fault& fault) : scenario_(scenario) {

@@ -24,7 +24,8 @@ inline void ReadInitLines(TestProgram& test, const std::vector<std::string>& lin
   ReadInitFile(test.program);
 }
 
-// Returns the lines of a settings file in which only the line at `index` (from 0) sets something.
+// Returns the lines of a settings file; every line but the one at `index` (from 0) is empty or has
+// the default.
 inline std::vector<std::string> InitLinesWith(std::size_t index, const std::string& line) {
   std::vector<std::string> lines = {"", "", "", "log=0", "sep=|", "jok="};
   lines.at(index) = line;

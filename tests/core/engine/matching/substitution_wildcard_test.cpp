@@ -1,7 +1,7 @@
 // What the wildcard matches. The expected bytes follow from the attempt's steps; comments explain
-// those that are not obvious. Notation: k is the number of bytes that the attempt looks up; all of
-// them but the last match. extra is `MatchAttempt::extra_`. The row matches if k > length of the
-// left text + extra.
+// those that are not obvious. Notation: k is the number of bytes that the attempt looks up; all
+// these bytes except the last one match. The value extra is `MatchAttempt::extra_`. The row matches
+// if k > length of the left text + extra.
 #include <gtest/gtest.h>
 
 #include "tests/core/engine/engine_test.h"
