@@ -1,6 +1,6 @@
-// The file browser is started by a child process in its own session, which ends at once. So this
-// process need not wait for the browser, an interrupt typed at the terminal does not reach the
-// browser, and the browser outlives this process.
+// A child process in a session of its own starts the file browser and ends at once. So this process
+// need not wait for the browser, an interrupt typed at the terminal does not reach the browser, and
+// the browser outlives this process.
 #include "host/posix/posix_browser.h"
 
 #include <fcntl.h>
@@ -22,8 +22,8 @@ namespace {
 
 constexpr const char* kOpener = "xdg-open";
 
-// How the opener is started: with /dev/null as its standard streams, the default effect of the
-// signals that this program handles or ignores, and no signal blocked.
+// How kOpener is started: its standard streams are /dev/null, no signal is blocked, and the signals
+// that this program handles or ignores have their default effect.
 class StartSettings {
  public:
   StartSettings();
@@ -71,7 +71,7 @@ bool StartSettings::SetUp() {
              0;
 }
 
-// Returns the folder of `file` as an absolute path, which the opener cannot take for an option.
+// Returns the folder of `file` as an absolute path, which kOpener cannot take for an option.
 Result<std::string> FolderOf(const std::string& file) {
   const ErrorNumber error = CheckPath(file, Missing::kPath);
   if (error != ErrorNumber::kNone) return error;

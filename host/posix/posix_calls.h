@@ -1,6 +1,6 @@
-// System calls on paths of any length. The system takes only PATH_MAX bytes (some thousand) per
+// System calls on paths of any length. The system takes only PATH_MAX bytes (4096 on Linux) per
 // call; a longer path is walked piece by piece, from one open folder to the next. Each function
-// returns the result, and sets errno, of the system call it is named after.
+// returns the result of the system call that it is named after, and sets errno as that call does.
 #pragma once
 
 #include <sys/stat.h>
@@ -11,7 +11,7 @@
 
 namespace morvex::posix {
 
-// A path in the form that the *at calls take: an open folder and the path from there.
+// A path in the form that the *at calls take: an open folder and the path from that folder.
 class Reach {
  public:
   // `path` must outlive this object and contain no NUL byte.

@@ -27,7 +27,8 @@ Lock TryAnyLock(int file) {
   return lock == Lock::kUnknown && errno == EBADF ? TryLock(file, LOCK_SH) : lock;
 }
 
-// Whether the file has been deleted, or another run holds the lock and is about to delete it.
+// Takes the lock. Returns whether the file has been deleted, or another run holds the lock and is
+// about to delete the file.
 bool IsLost(int file) {
   if (TryLock(file, LOCK_EX) == Lock::kHeldByAnother) return true;
   struct stat status {};
@@ -62,9 +63,9 @@ ErrorNumber DeleteUnclaimed(int folder, const char* name) {
   Descriptor file;
   if (S_ISREG(status.st_mode)) {
     file = OpenAt(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
-    // A work file has the permission bits of a source that could be read, so a file that we may not
-    // open is no work file and is deleted without a test of its claim. If the file was deleted
-    // meanwhile, return an error, because a new, claimed file may already have the name.
+    // A work file has the permission bits of a source that could be read, so a file that this
+    // process may not open is no work file; delete it without testing for a claim. If the file was
+    // deleted meanwhile, return an error, because a new, claimed file may already have the name.
     const bool forbidden = errno == EACCES || errno == EPERM;
     if (!file.IsOpen() && !forbidden) return LastError(Missing::kFile);
   }

@@ -1,5 +1,5 @@
 // Claims on files whose names several runs of the program use: the work file beside a source, the
-// partial copy in a target folder. The run that creates such a file claims it until this run
+// partial copy in a target folder. The run that creates such a file claims it until the run
 // renames, deletes or closes the file; until then no other run deletes it. A file of such a name
 // that nobody claims is stale.
 //
@@ -18,8 +18,7 @@ namespace morvex::posix {
 // taken, or if another run has deleted the new file or is about to delete it.
 Descriptor CreateClaimed(int folder, const char* name, mode_t permissions);
 
-// Returns another descriptor of the same open file. It keeps the claim when the first one is
-// closed.
+// Returns a second descriptor of the open file. The claim lasts until both descriptors are closed.
 Descriptor KeepClaim(const Descriptor& file);
 
 // Deletes the file, link or other entry of this name; a folder returns an error. Returns

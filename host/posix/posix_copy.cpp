@@ -1,7 +1,7 @@
-// A copy gets its name only when it is whole. It is filled as a file without a name in the target's
-// folder, so nothing is left of it if it fails, is abandoned or the process is killed. On file
-// systems without nameless files the copy is filled under the work file's name and then renamed; if
-// the process is killed, the next run deletes the unfinished copy.
+// A copy gets its name only when it is whole. The copy is filled as a nameless file in the target's
+// folder, so nothing is left of the copy if the copying fails or is stopped, or if the process is
+// killed. On file systems without nameless files the copy is filled under the name of a work file
+// and then renamed; if the process is killed, the next run deletes the unfinished copy.
 #include "host/posix/posix_copy.h"
 
 #include <fcntl.h>
@@ -26,7 +26,7 @@ constexpr const char* kPartialName = "tijdel.enc";
 // Used if the target itself has the name kPartialName.
 constexpr const char* kOtherPartialName = ".tijdel.enc";
 
-// How often another process may take the target's name just after we freed it.
+// How often another process may take the target's name just after this process has freed it.
 constexpr int kNamingAttempts = 8;
 
 constexpr mode_t kOwnerReadsAndWrites = 0600;
@@ -78,13 +78,15 @@ ErrorNumber Fill(const Copying& copying, int file) {
   return ErrorNumber::kNone;
 }
 
-// Codes by which the system reports that it cannot create or cannot name nameless files here.
+// Whether `code` is one by which the system reports that it cannot create nameless files in this
+// folder, or cannot name them.
 bool HasNoUnnamedFiles(int code) {
   return code == EOPNOTSUPP || code == EISDIR || code == EINVAL || code == ENOENT;
 }
 
-// Gives the target's name to a nameless file. `handle` is the path of the file's link in
-// /proc/self/fd. Returns nothing if the system cannot do that here.
+// Gives the target's name to a nameless file, after deleting the file or link that has that name.
+// `handle` is the path of the nameless file's link in /proc/self/fd. Returns nothing if the system
+// cannot name such a file.
 std::optional<ErrorNumber> GiveName(const std::string& handle, const Place& target) {
   const int folder = target.folder.Get();
   const char* name = target.name.c_str();
@@ -99,7 +101,8 @@ std::optional<ErrorNumber> GiveName(const std::string& handle, const Place& targ
   return ErrorNumber::kFileAlreadyExists;
 }
 
-// Fills a nameless file and then names it. Returns nothing if the system cannot do that here.
+// Fills a nameless file and then names it. Returns nothing if the system cannot create or name such
+// a file in the target's folder.
 std::optional<ErrorNumber> CopyUnnamed(const Copying& copying) {
   const int folder = copying.target.folder.Get();
   Descriptor file = OpenAt(folder, ".", O_TMPFILE | O_WRONLY, copying.FirstBits());
@@ -137,7 +140,7 @@ class ScopedName {
   bool kept_ = false;
 };
 
-// Deletes a stale partial copy of this name. Never deletes the source, neither when the source has
+// Deletes a stale partial copy named `name`. Never deletes the source, neither when the source has
 // this name nor when a link of this name leads to the source.
 ErrorNumber RemoveStalePartial(int folder, const char* name, const struct stat& source) {
   struct stat found {};

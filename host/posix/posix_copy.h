@@ -15,14 +15,14 @@ struct CopyWays {
   bool copy_in_kernel = true;  // let the system copy from file to file
 };
 
-// As FileService::CopyFile. The paths need not have passed CheckPath. If `source` is open, it is
-// the file at `from`, claimed by this process, and the bytes are read from it; otherwise `from` is
-// opened.
+// As FileService::CopyFile. The paths need not have passed CheckPath. If `source` is open, it must
+// be the file at `from`, claimed by this process; the bytes are then read from `source`. Otherwise
+// `from` is opened.
 ErrorNumber CopyWholeFile(const std::string& from, const std::string& to,
                           const KeepGoing& keep_going, CopyWays ways = {}, Descriptor source = {});
 
-// As FileService::MoveFile. If `from` is a link, the file it leads to is copied to `to` and the
-// link is deleted. `source` as for CopyWholeFile.
+// As FileService::MoveFile. If `from` is a link, the file that the link leads to is copied to `to`,
+// and the link is deleted. `source` as for CopyWholeFile.
 ErrorNumber MoveWholeFile(const std::string& from, const std::string& to,
                           const KeepGoing& keep_going, Descriptor source = {});
 

@@ -1,7 +1,7 @@
 // The system can copy from file to file without passing the bytes through this process; on some
-// file systems the two files then share their blocks on the disk. Where the system cannot do that,
-// or reports the end of a file early, plain reading and writing takes over and decides where the
-// end is.
+// file systems the two files then share their blocks on the disk. Where the system cannot copy in
+// this way, or reports the end of a file too early, plain reading and writing takes over: only a
+// read of 0 bytes tells where the file ends.
 #include "host/posix/posix_copy_data.h"
 
 #include <fcntl.h>
@@ -38,8 +38,8 @@ class DataCopier {
 
  private:
   bool MayGoOn();
-  // Copies one piece of the bytes from `at` to `end`. Returns its size in bytes; 0 at the file's
-  // end.
+  // Copies one piece of the bytes from `at` to `end`. Returns the piece's size in bytes; 0 at the
+  // file's end.
   Result<std::size_t> CopyPiece(std::uint64_t at, std::uint64_t end);
   Result<std::size_t> CopyThroughMemory(std::uint64_t at, std::uint64_t end);
   // Returns the piece's size in bytes, or -1 with errno set.
@@ -87,7 +87,7 @@ Result<std::size_t> DataCopier::CopyThroughMemory(std::uint64_t at, std::uint64_
   return read.done;
 }
 
-// Codes by which the system reports that it cannot copy between these two files.
+// Whether `code` is one by which the system reports that it cannot copy between these two files.
 bool IsUnableToCopy(int code) {
   return code == EXDEV || code == EINVAL || code == ENOSYS || code == EOPNOTSUPP || code == EPERM;
 }

@@ -66,8 +66,8 @@ inline bool IsUnchanged(const struct stat& then, const struct stat& now) {
          then.st_mtim.tv_nsec == now.st_mtim.tv_nsec;
 }
 
-// Codes by which a file system reports that it does not store permission bits or times. That does
-// not make a copy fail.
+// Whether `code` is one by which a file system reports that it does not store permission bits or
+// times. Such a code does not make a copy fail.
 inline bool IsNotKept(int code) { return code == EPERM || code == EOPNOTSUPP || code == ENOSYS; }
 
 // Where a file is to appear: an open folder and a name in it.
@@ -76,12 +76,12 @@ struct Place {
   std::string name;
 };
 // Opens the folder of `path`. Returns error 76 if the folder does not exist, or if `path` ends in a
-// name that only a folder can have.
+// name that only a folder can have ("", "." or "..").
 Result<Place> OpenPlace(const std::string& path);
 
 struct Transfer {
   std::size_t done = 0;
-  int code = 0;  // 0, or the error code that stopped it
+  int code = 0;  // 0, or the error code that stopped the transfer
 };
 
 // Repeats `step(done, left)`, one read or write, until `size` bytes are done. Continues after

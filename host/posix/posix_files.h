@@ -1,15 +1,17 @@
-// The file system of a POSIX system. Names are the system's bytes; the separator is "/".
+// The file system of a POSIX system. Names are passed to the system as they are, byte for byte; the
+// separator is "/".
 //
 // Beyond the contract of FileService:
 // - Paths may be longer than the system takes per call, except in RealPath and LookUpDrive.
-// - A path with a NUL byte returns 52. The empty path returns 53 where a file is expected and 76
-// where a folder is. A path that leads through a file returns 76.
-// - Writing beyond the process's file size limit returns 61 if SIGXFSZ is ignored, which
-// PosixSystemService takes care of.
+// - A path with a NUL byte returns error 52. The empty path returns 53 where a file is expected and
+// 76 where a folder is expected. A path that leads through a file returns 76.
+// - Writing beyond the process's file size limit returns 61 if the process ignores SIGXFSZ, which
+// the constructor of PosixSystemService arranges.
 // - Calls may come from several threads.
 //
 // If there is a second processor, a thread of the service writes large files while the caller goes
-// on. It starts with the first such file and ends with the service and its last open file.
+// on. The thread starts with the first large file and ends when the service and its last open work
+// file are gone.
 #pragma once
 
 #include <memory>

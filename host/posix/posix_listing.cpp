@@ -27,7 +27,7 @@ EntryKind KindOfMode(mode_t mode) {
   return S_ISDIR(mode) ? EntryKind::kFolder : EntryKind::kSpecial;
 }
 
-// Codes that prove that a link's target does not exist.
+// Whether `code` proves that a link's target does not exist.
 bool LeadsNowhere(int code) {
   return code == ENOENT || code == ENOTDIR || code == ELOOP || code == ENAMETOOLONG;
 }
@@ -39,7 +39,8 @@ Examined ExamineLink(int folder, const char* name) {
   if (fstatat(folder, name, &status, 0) == 0) {
     examined.kind = KindOfMode(status.st_mode);
   } else {
-    // After any other error the link counts as one to a file; opening it will report the reason.
+    // After any other error the link counts as a link to a file; opening the link will report the
+    // reason.
     examined.kind = LeadsNowhere(errno) ? EntryKind::kBrokenLink : EntryKind::kFile;
   }
   return examined;
@@ -80,7 +81,7 @@ Result<std::vector<FolderEntry>> ReadFolder(const std::string& path) {
   opened.Release();
   std::vector<FolderEntry> entries;
   for (;;) {
-    errno = 0;  // tells the end from an error
+    errno = 0;  // an errno that stays 0 tells the end from an error
     const dirent* entry = readdir(folder.get());
     if (entry == nullptr) break;
     const std::string_view name = entry->d_name;

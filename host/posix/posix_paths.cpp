@@ -18,8 +18,8 @@ namespace {
 // The most links in a row that are followed; the system has the same limit.
 constexpr int kLongestChain = 40;
 
-// Takes ownership of the text that a system call has allocated, and returns it. A null `text`
-// returns the call's error.
+// Takes ownership of the text that a system call has allocated, and returns the text. If `text` is
+// null, returns the call's error.
 Result<std::string> TakeText(char* text) {
   if (text == nullptr) return LastError(Missing::kPath);
   const std::unique_ptr<char, decltype(&free)> owner(text, &free);
@@ -41,7 +41,8 @@ ErrorNumber GoUp(std::string& path) {
   return ErrorNumber::kNone;
 }
 
-// Whether AbsolutePath would return `path` unchanged, as it does for the paths of a tree walk.
+// Whether a look at the names shows that AbsolutePath would return `path` unchanged. The paths of a
+// tree walk are tidy.
 bool IsTidy(const std::string& path) {
   for (std::size_t at = 0; at < path.size();) {
     if (path[at] != '/') return false;

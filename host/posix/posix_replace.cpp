@@ -1,7 +1,7 @@
-// New content is written to a hidden file beside the old one, flushed to the disk and renamed over
-// the old one, so that at every moment the old or the new content is there whole. If the folder
-// takes no second file, the old file is overwritten. The part behind its old end is written first,
-// so that the old content is still there if the disk is full.
+// New content is written to a hidden file beside the old file. The hidden file is flushed to the
+// disk and renamed over the old file, so that at every moment the old or the new content is there
+// whole. If the folder takes no second file, the old file is overwritten. The bytes behind the old
+// end are written first, so that the old content is still there if the disk is full.
 #include "host/posix/posix_replace.h"
 
 #include <fcntl.h>
@@ -57,13 +57,15 @@ Result<HiddenFile> MakeHiddenFile(const Place& place, mode_t permissions, int& c
   return ErrorFromCode(code, Missing::kPath);
 }
 
-// Flushes the file to the disk. Returns 0 also if the file system does not support that.
+// Flushes the file to the disk. Returns 0 or an error code; 0 also if the file system does not
+// support flushing.
 int Flush(int file) {
   if (fsync(file) == 0 || errno == EINVAL || errno == EOPNOTSUPP) return 0;
   return errno;
 }
 
-// Gives the new file the owner of the old one, or at least its group, as far as this user may.
+// Gives the new file the owner and group of the old file, or at least the group, as far as this
+// user may.
 void HandOver(int file, const struct stat& old) {
   struct stat status {};
   const bool known = fstat(file, &status) == 0;
@@ -81,14 +83,14 @@ int TakeOver(int file, const struct stat& old) {
   return fchmod(file, permissions) == 0 || IsNotKept(errno) ? 0 : errno;
 }
 
-// Error codes of a folder that takes no second file, or in which a second file may not replace the
-// old one.
+// Whether `code` says that the folder takes no second file, or that a second file may not replace
+// the old file there.
 bool IsRefusal(int code) {
   return code == EACCES || code == EPERM || code == EROFS || code == EBUSY;
 }
 
-// Writes, flushes and closes the hidden file, with owner and permission bits of `old`. `old` is
-// null if there is no file yet. Returns 0 or an error code.
+// Writes, flushes and closes the hidden file, and gives it the owner and permission bits of `old`.
+// `old` is null if there is no old file. Returns 0 or an error code.
 int FillHidden(HiddenFile& hidden, const struct stat* old, std::string_view bytes) {
   int code = WriteAllAt(hidden.file.Get(), 0, bytes);
   if (code == 0 && old != nullptr) code = TakeOver(hidden.file.Get(), *old);
@@ -98,7 +100,7 @@ int FillHidden(HiddenFile& hidden, const struct stat* old, std::string_view byte
 }
 
 // Writes a hidden file and renames it to the name of `place`. Returns nothing if the folder does
-// not allow that. `old` is null if there is no file yet.
+// not allow that. `old` is null if there is no old file.
 std::optional<ErrorNumber> ReplaceBeside(const Place& place, const struct stat* old,
                                          std::string_view bytes) {
   int code = 0;
@@ -139,8 +141,8 @@ int Overwrite(int file, std::uint64_t old_size, std::string_view bytes) {
 int AppendWhole(int file, std::string_view bytes) {
   const Transfer written = WriteAll(file, bytes);
   if (written.code == 0 || written.done == 0) return written.code;
-  // Half a record would also spoil the next record. Cut it off, unless another process has appended
-  // behind it.
+  // A part of a record would also spoil the next record. Cut the part off, unless another process
+  // has appended behind it.
   const off_t end = lseek(file, 0, SEEK_CUR);
   struct stat status {};
   if (end >= 0 && fstat(file, &status) == 0 && status.st_size == end) {

@@ -1,5 +1,5 @@
-// Both kinds of file read and write at an explicit offset and keep no position, so blocks may come
-// in any order.
+// Source files are read, and work files are written, at an explicit offset. Neither keeps a
+// position, so blocks may come in any order.
 #include "host/posix/posix_streams.h"
 
 #include <fcntl.h>
@@ -27,8 +27,8 @@ constexpr std::uint64_t kWorthWriteBehind = std::uint64_t{512} << 10;
 
 class PosixInputFile : public InputFile {
  public:
-  // `opened` is the file's status when it was opened. The size in it is 0 for files whose contents
-  // the system makes up as they are read.
+  // `opened` is the file's status when it was opened. The size in `opened` is 0 for files whose
+  // contents the system makes up as they are read.
   PosixInputFile(Descriptor file, const struct stat& opened)
       : file_(std::move(file)), opened_(opened) {}
 

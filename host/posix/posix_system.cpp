@@ -74,8 +74,8 @@ timespec Moment(clockid_t clock) {
   return moment;
 }
 
-// Returns the current time in the time zone of the system or of the variable TZ, read anew each
-// time.
+// Returns the current time in the time zone of the system or of the variable TZ. Each call reads
+// the time zone anew.
 tm LocalNow() {
   tzset();
   const time_t now = Moment(CLOCK_REALTIME).tv_sec;
@@ -155,7 +155,7 @@ std::string PosixSystemService::FormatNow(const char* format) const {
 std::string PosixSystemService::ShortDate() { return FormatNow("%x"); }
 
 std::string PosixSystemService::TimeText() {
-  // A log calls this for every line, many times a second: format each second only once.
+  // A log calls this function for every line, many times a second: format each second only once.
   const time_t now = Moment(CLOCK_REALTIME).tv_sec;
   if (time_text_.empty() || now != time_text_second_) {
     time_text_ = FormatNow("%X");

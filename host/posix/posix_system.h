@@ -10,10 +10,10 @@
 namespace morvex {
 
 // The constructor reads the locale from the environment (LC_ALL, LC_CTYPE, LC_TIME, LANG); a locale
-// that is not installed counts as "C". The locale of the C and C++ libraries stays unchanged. From
-// then on the process ignores SIGXFSZ: writing beyond the file size limit fails with an error and
-// does not end the process. Standard streams that the process was started without are occupied, so
-// that no file can get their numbers.
+// that is not installed counts as "C". The locale of the C and C++ libraries stays unchanged. The
+// constructor makes the process ignore SIGXFSZ: writing beyond the file size limit then fails with
+// an error and does not end the process. The constructor also occupies the descriptor numbers of
+// the standard streams that the process was started without, so that no file can get them.
 class PosixSystemService : public SystemService {
  public:
   // `argc` and `argv` are those of main.
@@ -40,7 +40,7 @@ class PosixSystemService : public SystemService {
   void StartFileBrowser(const std::string& file) override;
 
  private:
-  // Returns the current time in the locale's `format`; empty if that fails.
+  // Returns the current time in strftime's `format` and the user's locale; empty if that fails.
   std::string FormatNow(const char* format) const;
 
   std::string time_text_;  // the text for the second time_text_second_
@@ -61,7 +61,7 @@ std::string ProgramPathFromLink(const std::string& shown);
 
 // Returns the path of the program that was started as `name`, for systems that do not report the
 // program's path. A name with a separator is a path; any other name is searched in the folders of
-// PATH. If no folder has the name, the program counts as being in the current folder.
+// PATH. If none of these folders has the name, the program counts as being in the current folder.
 std::string ProgramPathFromName(const std::string& name);
 
 }  // namespace posix

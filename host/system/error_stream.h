@@ -4,8 +4,8 @@
 namespace morvex {
 
 // Returns whether the user can see what is written to standard error from now on. On some systems a
-// program with windows starts without a terminal; this call then attaches the terminal of its
-// parent process, if there is one.
+// program with windows starts without a terminal; this call then attaches the parent process's
+// terminal, if the parent has one.
 bool ReachErrorStream();
 
 }  // namespace morvex

@@ -1,5 +1,6 @@
-// The host services of the system that the program is built for. Each folder beside this one
-// implements these declarations and the build picks one, so main functions are the same everywhere.
+// The host services of the system that the program is built for. Each of the other folders of host
+// implements these declarations for one system, and the build picks one of those folders, so the
+// main functions are the same on every system.
 #pragma once
 
 #include <memory>

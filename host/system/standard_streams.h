@@ -8,8 +8,8 @@
 
 namespace morvex {
 
-// Each read must start where the last one ended (otherwise kInvalidCall). It returns the bytes that
-// are available and blocks only if there are none. Do not read again after the end, because a
+// Each read must start where the last one ended (otherwise kInvalidCall). A read returns the bytes
+// that are available and blocks only if there are none. Do not read again after the end, because a
 // terminal reports its end only once.
 std::unique_ptr<InputFile> StandardInput();
 

@@ -1,4 +1,4 @@
-// What the console program asks of its terminal, and whether the user wants it to stop.
+// What the console program asks of its terminal, and whether the user wants the program to stop.
 #pragma once
 
 namespace morvex {
@@ -10,14 +10,14 @@ bool IsTerminal(int stream);
 // none or its width is unknown.
 int TerminalColumns();
 
-// What the first stop signal does to a read or write that is blocked. kBreakOff interrupts it: a
-// program that asks questions stops waiting for the answer. kGoOn lets it go on: a program that
-// writes loses no bytes.
+// What the first stop signal does to a blocked read or write. With kBreakOff the signal interrupts
+// the call: a program that asks questions stops waiting for the answer. With kGoOn the call goes
+// on: a program that writes loses no bytes.
 enum class WaitsAtStop { kBreakOff, kGoOn };
 
-// From now on the first interrupt (Ctrl-C), termination or hang-up signal only sets a flag; the
-// next one ends the process as usual. A signal that the process was started to ignore stays
-// ignored. Call it once, before other threads run.
+// From now on the first stop signal (interrupt by Ctrl-C, termination or hang-up) only sets a flag;
+// the next one ends the process as usual. A signal that the process was started to ignore stays
+// ignored. Call this function once, before other threads run.
 void InstallStopSignals(WaitsAtStop waits);
 
 // Whether a stop signal has come. Any thread may call this at any time.

@@ -1,9 +1,9 @@
-// Includes the system's headers and undefines their macros that would rename functions of the
-// program.
+// Includes the system's headers and undefines those of their macros that would rename functions of
+// the program.
 #pragma once
 
 #include <windows.h>
-// Needs windows.h before it.
+// windows.h must come before winioctl.h.
 #include <winioctl.h>
 
 #undef CopyFile

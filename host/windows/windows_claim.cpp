@@ -7,9 +7,9 @@
 namespace morvex::windows {
 namespace {
 
-// Ways of deleting and renaming that only newer systems and drives support, and not all compiler
-// headers declare. They take effect at once even if another program has the file open, and work on
-// read-only files.
+// Values for the newer ways of deleting and renaming. Not every system and drive supports these
+// ways, and not every compiler's headers declare the values. The newer ways take effect at once,
+// even if another program has the file open, and work on read-only files.
 constexpr auto kFileDispositionInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(21);
 constexpr auto kFileRenameInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
 constexpr DWORD kDelete = 0x01;
@@ -19,7 +19,7 @@ constexpr DWORD kReplace = 0x01;
 constexpr DWORD kReplaceAtOnce = 0x02;
 constexpr DWORD kReplaceReadOnly = 0x40;
 
-// Codes by which a system or drive reports that it does not support these ways.
+// Whether `code` is one by which a system or drive reports that it does not support the newer ways.
 bool IsUnknownWay(Code code) {
   return code == ERROR_INVALID_PARAMETER || code == ERROR_NOT_SUPPORTED ||
          code == ERROR_INVALID_FUNCTION || code == ERROR_CALL_NOT_IMPLEMENTED ||
@@ -60,9 +60,9 @@ std::vector<std::byte> RenameInformation(const std::wstring& path, DWORD flags) 
   return information;
 }
 
-// Renames on a system or drive that does not support the newer ways. There a read-only file cannot
-// be replaced, so this function makes the file at `path` writable first, and read-only again if the
-// renaming fails.
+// Renames on a system or drive that does not support the newer ways. The old way cannot replace a
+// read-only file, so this function first makes the file at `path` writable, and makes it read-only
+// again if the renaming fails.
 Code ReplaceInOldWay(const Handle& file, const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   const bool read_only =

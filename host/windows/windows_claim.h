@@ -1,11 +1,11 @@
 // Claims on files whose names several runs of the program use: the work file beside a source, the
-// partial copy in a target folder. The run that creates such a file claims it until this run
+// partial copy in a target folder. The run that creates such a file claims it until the run
 // renames, deletes or closes the file; until then no other run deletes it. A file of such a name
 // that nobody claims is stale. The claim is the open file itself: while it is open, no other
 // process can delete or rename it. The claim ends with the process.
 //
-// Renaming and deleting work on the open file, so they cannot hit another file that has taken its
-// name. All paths are results of SystemPath.
+// Renaming and deleting work on the open file, so they cannot hit another file that has taken the
+// open file's name. All paths are results of SystemPath.
 #pragma once
 
 #include <string>
@@ -29,8 +29,8 @@ Code DeleteOpen(const Handle& file);
 // the process is killed; with false, the system will keep it. Returns false on failure.
 bool SetPassing(const Handle& file, bool passing);
 
-// Renames the open file to `path`. With `replace` it replaces a file or link of that name in one
-// step, even a read-only one. Returns 0 or an error code.
+// Renames the open file to `path`. With `replace` a file or link of that name, even a read-only
+// one, is replaced in one step. Returns 0 or an error code.
 Code RenameOpen(const Handle& file, const std::wstring& path, bool replace);
 
 // Deletes the file or link at `path`. Returns error 75 for a folder, kFileAlreadyOpen if another

@@ -11,14 +11,14 @@
 
 namespace morvex::windows {
 
-// Stands for a character that the page does not have. File names cannot contain it, so no other
-// file is named by mistake.
+// Stands for a character that the page does not have. No file name can contain "?", so a path with
+// a "?" never names another file by mistake.
 inline constexpr char kUnspellable = '?';
 
 class CodePage {
  public:
-  // If `number` (from GetACP) is unknown or uses several bytes for some characters, as UTF-8 does,
-  // the page is Windows-1252, because each byte must be one character.
+  // If the page `number` (from GetACP) is unknown or uses several bytes for some characters, as
+  // UTF-8 does, Windows-1252 is used in its place, because each byte must be one character.
   explicit CodePage(unsigned number);
 
   // Returns the character of each byte value; 0 for NUL and for bytes without a character.

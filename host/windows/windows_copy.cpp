@@ -1,7 +1,7 @@
-// A copy gets its name only when it is whole. It is filled in the target's folder under the work
-// file's name, and the system is told to delete it when its handle is closed; so nothing is left of
-// it if it fails, is abandoned or the process is killed. When the copy is whole, the system is told
-// to keep it, and it is renamed.
+// A copy gets its name only when it is whole. The copy is filled in the target's folder under the
+// name of a work file, and the system is told to delete the copy when its handle is closed. So
+// nothing is left of the copy if the copying fails or is stopped, or if the process is killed. When
+// the copy is whole, the system is told to keep it, and the copy is renamed.
 #include "host/windows/windows_copy.h"
 
 #include <algorithm>
@@ -17,7 +17,8 @@
 namespace morvex::windows {
 namespace {
 
-// The second name is used if the first name is the copy's own or is taken.
+// The second name is used if the first is the target's own name, or belongs to a folder or to the
+// source.
 constexpr std::array<const wchar_t*, 2> kPartialNames = {L"tijdel.enc", L".tijdel.enc"};
 
 constexpr std::size_t kBlock = std::size_t{1} << 20;
@@ -139,7 +140,7 @@ ErrorNumber CopyOpenFile(const Handle& source, const Status& opened, const std::
   if (!file) return file.error;
   const bool passing = SetPassing(file.value, true);
   error = Fill(source, opened, file.value, keep_going);
-  // If this call fails, the system will delete the copy when its handle is closed.
+  // If SetPassing fails here, the system will delete the copy when its handle is closed.
   if (error == ErrorNumber::kNone && passing && !SetPassing(file.value, false)) {
     error = LastError(Missing::kPath);
   }

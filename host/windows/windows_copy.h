@@ -1,7 +1,8 @@
-// Copies, moves and deletes whole files. The paths are the program's; SystemPath is applied here.
+// Copies, moves and deletes whole files. The paths are bytes in the code page; these functions
+// apply SystemPath to them.
 //
-// `claimed`, unless null, is the open work file at the function's first path, which this process
-// claims. It is used instead of opening that path.
+// `claimed`, unless null, must be the open work file at the function's first path, claimed by this
+// process. The function then uses this handle and does not open the path.
 #pragma once
 
 #include <string>
@@ -15,8 +16,8 @@ namespace morvex::windows {
 ErrorNumber CopyWholeFile(const std::string& from, const std::string& to,
                           const KeepGoing& keep_going, const Handle* claimed = nullptr);
 
-// As FileService::MoveFile. If `from` is a link, the file it leads to is copied to `to` and the
-// link deleted.
+// As FileService::MoveFile. If `from` is a link, the file that the link leads to is copied to `to`,
+// and the link is deleted.
 ErrorNumber MoveWholeFile(const std::string& from, const std::string& to,
                           const KeepGoing& keep_going, const Handle* claimed = nullptr);
 

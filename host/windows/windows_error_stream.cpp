@@ -5,7 +5,7 @@
 
 namespace morvex {
 
-// A program with windows starts detached from the console of its parent, and without standard error
+// A program with windows starts detached from the console of its parent, and has no standard error
 // unless the parent redirected it.
 bool ReachErrorStream() {
   void* stream = GetStdHandle(STD_ERROR_HANDLE);

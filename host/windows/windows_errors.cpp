@@ -1,4 +1,4 @@
-// The table of error codes. A code that it does not name is an access error.
+// The table of error codes. A code that the table does not name counts as kPathFileAccess.
 #include "host/windows/windows_errors.h"
 
 #include "host/windows/windows_api.h"

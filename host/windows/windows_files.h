@@ -3,12 +3,12 @@
 //
 // Beyond the contract of FileService:
 // - Paths may be as long as the file system allows.
-// - The empty path returns 53 where a file is expected and 76 where a folder is. Invalid names (see
-// windows_paths.h) return 52; so do entries of a listing that the code page cannot spell.
+// - The empty path returns error 53 where a file is expected and 76 where a folder is expected.
+// Invalid names (see windows_paths.h) return 52; so do names in a listing that contain a character
+// outside the code page.
 // - A file that another program has open without sharing it returns 70.
-// - The permission bits are the attributes read-only, hidden and system. Who may read a new file or
-// folder is inherited from the folder it is created in. Read-only files are replaced and deleted
-// like others.
+// - The permission bits are the attributes read-only, hidden and system. A new file or folder
+// inherits from its folder who may read it. Read-only files are replaced and deleted like others.
 // - Only a file's own bytes are copied, not alternate streams.
 // - Calls may come from several threads.
 #pragma once

@@ -69,12 +69,12 @@ bool IsLink(const std::wstring& path);
 Result<Handle> OpenOrdinary(const std::wstring& path, DWORD access, ErrorNumber device,
                             Status* opened = nullptr);
 
-// Whether size and modification time are equal, which suggests that the bytes are too.
+// Whether size and modification time are equal, which suggests that the contents are equal, too.
 bool IsUnchanged(const Status& then, const Status& now);
 
 struct Transfer {
   std::size_t done = 0;
-  Code code = 0;  // 0, or the error code that stopped it
+  Code code = 0;  // 0, or the error code that stopped the transfer
 };
 
 // Reads until `size` bytes, the file's end or an error.

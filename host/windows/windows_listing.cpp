@@ -32,7 +32,7 @@ class Search {
 };
 
 bool IsLinkEntry(const WIN32_FIND_DATAW& entry) {
-  // For a reparse point the reserved field tells its kind.
+  // For a reparse point, dwReserved0 tells the kind of the point.
   return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
          (entry.dwReserved0 == IO_REPARSE_TAG_SYMLINK ||
           entry.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
@@ -42,7 +42,7 @@ EntryKind KindOf(DWORD attributes) {
   return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? EntryKind::kFolder : EntryKind::kFile;
 }
 
-// Codes that prove that a link's target does not exist.
+// Whether `code` proves that a link's target does not exist.
 bool LeadsNowhere(Code code) {
   return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND ||
          code == ERROR_CANT_RESOLVE_FILENAME;
@@ -54,7 +54,8 @@ EntryKind Examine(const std::wstring& folder, const WIN32_FIND_DATAW& entry) {
   Status status;
   const Code code = FindStatus(Below(folder, entry.cFileName), status);
   if (code == 0) return KindOf(status.attributes);
-  // After any other error the link counts as one to a file; opening it will report the reason.
+  // After any other error the link counts as a link to a file; opening the link will report the
+  // reason.
   return LeadsNowhere(code) ? EntryKind::kBrokenLink : EntryKind::kFile;
 }
 

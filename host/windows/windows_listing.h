@@ -9,7 +9,7 @@
 namespace morvex::windows {
 
 // As FileService::ListFolder. A name that the code page cannot spell is listed with "?" for each
-// missing character. No file can have such a path, so every call on it returns 52.
+// missing character. No file name can contain "?", so every call on such a name returns 52.
 Result<std::vector<FolderEntry>> ReadFolder(const std::string& path);
 // As FileService::LinkText.
 Result<std::string> ReadLinkText(const std::string& path);

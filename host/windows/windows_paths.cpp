@@ -105,7 +105,7 @@ Result<std::wstring> Resolve(const std::wstring& path) {
 bool IsDeviceName(std::wstring_view name) {
   constexpr std::array<std::wstring_view, 6> kDevices = {L"CON", L"PRN",    L"AUX",
                                                          L"NUL", L"CONIN$", L"CONOUT$"};
-  // Ports are numbered by digits, including superscript ones.
+  // Ports are numbered by digits, also by the superscript digits 1, 2 and 3.
   constexpr std::wstring_view kNumbers = L"0123456789\u00b9\u00b2\u00b3";
   name = name.substr(0, name.find(L'.'));
   const std::size_t last = name.find_last_not_of(L' ');
@@ -134,8 +134,8 @@ Result<std::wstring> FullPath(const std::string& path, Missing missing) {
   if (!wide || wide->find(L'\0') != std::wstring::npos) return ErrorNumber::kBadFileName;
   std::replace(wide->begin(), wide->end(), L'/', kSeparator);
   std::wstring plain = WithoutPrefix(*wide);
-  // Behind the prefix the system also accepts other roots, such as a volume's number. Without the
-  // prefix such a root would be a name in the current folder.
+  // Behind the prefix the system also accepts other roots, such as Volume{...}. Without the prefix
+  // such a root would be a name in the current folder.
   if (plain.size() < wide->size() && !IsRooted(plain)) return ErrorNumber::kBadFileName;
   CleanSeparators(plain);
   if (!HasGoodNames(plain)) return ErrorNumber::kBadFileName;

@@ -1,10 +1,10 @@
 // Paths: checks, the form in which the system accepts any length, and splitting.
 //
 // "/" separates names as "\" does. After the prefix "\\?\" a path must continue with a drive's root
-// or with "UNC\"; otherwise it is rejected (52). Also rejected (52) are names
+// or with "UNC\"; otherwise it is rejected (52). A path is also rejected (52) if it contains a name
 // - with characters that the code page does not have,
 // - that the system would change (it drops dots and blanks at a name's end),
-// - of devices, which exist in every folder (CON, NUL.txt, COM1 ...),
+// - of a device; devices exist in every folder (CON, NUL.txt, COM1 ...),
 // - with a character that no name may contain, such as the ":" of a stream.
 #pragma once
 
@@ -16,9 +16,9 @@
 
 namespace morvex::windows {
 
-// Returns the absolute path, wide and without the prefix "\\?\": without ".", "..", "/" and doubled
-// separators. Ends in a separator only if it is a root ("C:\"). The empty path returns 53 or 76, an
-// invalid one 52.
+// Returns the absolute path in wide characters, without the prefix "\\?\", ".", "..", "/" and
+// doubled separators. The result ends in a separator only if it is a root ("C:\"). The empty path
+// returns 53 or 76, an invalid one 52.
 Result<std::wstring> FullPath(const std::string& path, Missing missing);
 
 // Returns a full path in the form that the system accepts at any length.
@@ -29,7 +29,7 @@ std::wstring WithoutPrefix(const std::wstring& path);
 // LongForm of FullPath.
 Result<std::wstring> SystemPath(const std::string& path, Missing missing);
 
-// Whether the name is a device's, whatever follows its first dot.
+// Whether the part of the name in front of its first dot is the name of a device.
 bool IsDeviceName(std::wstring_view name);
 
 // Whether the names are equal for the system, which ignores letter case.

@@ -1,6 +1,6 @@
-// New content is written to a second file beside the old one, flushed to the disk and renamed over
-// the old one, so that at every moment the old or the new content is there whole. If the folder
-// takes no second file, the old file is overwritten.
+// New content is written to a second file beside the old file. The second file is flushed to the
+// disk and renamed over the old file, so that at every moment the old or the new content is there
+// whole. If the folder takes no second file, the old file is overwritten.
 #include "host/windows/windows_replace.h"
 
 #include <cstddef>
@@ -38,15 +38,15 @@ Handle MakeSecondFile(const std::wstring& folder, DWORD permissions) {
   return {};
 }
 
-// Error codes of a folder that takes no second file, or in which a second file may not replace the
-// old one.
+// Whether `code` says that the folder takes no second file, or that a second file may not replace
+// the old file there.
 bool IsRefusal(Code code) {
   return code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION ||
          code == ERROR_WRITE_PROTECT;
 }
 
 // Writes a second file and renames it to `path`. Returns nothing if the folder does not allow that.
-// `old` is null if there is no file yet.
+// `old` is null if there is no old file.
 std::optional<ErrorNumber> ReplaceBeside(const std::wstring& path, const Status* old,
                                          std::string_view bytes) {
   const DWORD permissions = old != nullptr ? old->Permissions() : 0;
@@ -76,7 +76,7 @@ Code CutAt(const Handle& file, std::uint64_t size) {
   return done ? 0 : GetLastError();
 }
 
-// Overwrites the file. The part behind its old end is written first, so that the old content is
+// Overwrites the file. The bytes behind the old end are written first, so that the old content is
 // still there if the disk is full.
 ErrorNumber ReplaceInPlace(const std::wstring& path, std::string_view bytes) {
   Status old;

@@ -29,7 +29,7 @@ class PipeInput : public InputFile {
                  code != ERROR_MORE_DATA) {  // ERROR_MORE_DATA: the rest of a message follows
         return windows::ErrorFromCode(code, windows::Missing::kFile);
       } else if (moved == 0 && !is_pipe_) {
-        // A pipe may deliver a piece of 0 bytes, which is not its end.
+        // A read of 0 bytes means the end, except for a pipe, which may deliver a piece of 0 bytes.
         ended_ = true;
       }
     }

@@ -1,5 +1,5 @@
-// Both kinds of file read and write at an explicit offset and keep no position, so blocks may come
-// in any order.
+// Source files are read, and work files are written, at an explicit offset. Neither keeps a
+// position, so blocks may come in any order.
 #include "host/windows/windows_streams.h"
 
 #include <algorithm>

@@ -42,8 +42,8 @@ std::wstring WithoutExtension(std::wstring name) {
 }
 
 // Returns the folder's path in the code page. If the page lacks a character of the path, returns
-// the path with the short names that the system may have given. Without short names the program can
-// store nothing in that folder.
+// the path with the short names that the system may have given. If there are no short names, the
+// result contains kUnspellable, and the program can store nothing in that folder.
 std::string SpelledFolder(const std::wstring& folder) {
   std::string bytes = SystemCodePage().Bytes(folder);
   if (SystemCodePage().Wide(bytes) == folder) return bytes;
@@ -56,8 +56,8 @@ std::string SpelledFolder(const std::wstring& folder) {
   return SystemCodePage().Bytes(windows::WithoutPrefix(shorter));
 }
 
-// The process's environment as a list of entries, counted from 1. The entry behind the last one is
-// empty.
+// The process's environment as a list of entries, counted from 1. The entry behind the last entry
+// is empty.
 class Environment {
  public:
   Environment() : block_(GetEnvironmentStringsW()) {}
@@ -158,7 +158,7 @@ std::string WindowsSystemService::ShortDate() {
 }
 
 std::string WindowsSystemService::TimeText() {
-  // A log calls this for every line, many times a second: format each second only once.
+  // A log calls this function for every line, many times a second: format each second only once.
   SYSTEMTIME now{};
   GetLocalTime(&now);
   if (now.wSecond == time_text_second_ && now.wMinute == time_text_minute_ &&

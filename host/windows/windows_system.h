@@ -46,7 +46,7 @@ class WindowsSystemService : public SystemService {
   UINT console_output_ = 0;  // the console's code pages at the start; 0 without a console
   UINT console_input_ = 0;
 
-  std::string time_text_;  // the time of day that the members below name
+  std::string time_text_;  // the text for the time of day in the members below
   WORD time_text_second_ = 60;
   WORD time_text_minute_ = 60;
   WORD time_text_hour_ = 24;

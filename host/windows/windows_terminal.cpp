@@ -47,7 +47,8 @@ int TerminalColumns() {
   return kUsualColumns;
 }
 
-// A stop event breaks off no read or write, so `waits` has no effect.
+// This program cannot choose what a stop event does to a blocked read or write, so `waits` has no
+// effect.
 void InstallStopSignals(WaitsAtStop /*waits*/) { SetConsoleCtrlHandler(NoteStopEvent, TRUE); }
 
 bool StopRequested() { return stop_requested; }

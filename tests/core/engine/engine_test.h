@@ -12,8 +12,9 @@
 
 namespace morvex::test {
 
-// The wildcards with which a list's flags and tails were made, and the wildcard of the run. They
-// differ when the setting changes between the editor's opening, its OK and the run. 0: no wildcard.
+// The wildcard with which a list's flags (which texts have a wildcard) were made, the wildcard with
+// which its tails (the texts behind the wildcard) were made, and the wildcard of the run. The three
+// differ if the setting changes between the editor's opening, its OK and the run. 0: no wildcard.
 struct Wildcards {
   char flags = 0;
   char tails = 0;

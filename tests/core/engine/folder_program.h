@@ -1,4 +1,4 @@
-// A program that is armed for a run, and ways to make its host fail.
+// A program that is ready for a folder run, and ways to stop the run and to make file calls fail.
 #pragma once
 
 #include <string>
@@ -48,7 +48,8 @@ class FolderProgram : public EngineProgram {
   std::string HitsShown() const { return program.frmMorvex.lblPercentage.caption; }
 };
 
-// A text that is long enough to be stopped in its middle, and the result of processing it.
+// A text that is long enough for a stop in the middle of its processing, and the result of the
+// whole processing.
 inline const std::string kLongText(200'000, 'a');
 inline const std::string kLongResult(200'000, 'b');
 

@@ -1,4 +1,4 @@
-// Control state: change notices, and values that stay in their range.
+// Controls announce their changes, and their values stay in their range.
 #include "core/forms/control.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
-// Compares the search with one that tries every text at every offset, on random lists and files.
+// Compares the search with a slow search that tries every text at every offset, on random lists and
+// files.
 #include <algorithm>
 #include <random>
 
@@ -66,8 +67,8 @@ void ExpectToFindWhatTryingFinds(const Rows& rows, const std::string& bytes, int
   }
 }
 
-// Texts of few letters, so that they occur often; no NUL, because both byte orders would match
-// then.
+// The texts have few different letters, so that they occur often. They have no NUL, because with
+// NULs both byte orders would match.
 TEST(LeftoverSearchRandomTest, ItFindsWhatTryingEverythingFinds) {
   std::mt19937 random(20240117);
   const std::vector<std::string> letters = {"a",        "A",        "b", "\xC3\xBC", "\xC3\x9C",
@@ -84,8 +85,7 @@ TEST(LeftoverSearchRandomTest, ItFindsWhatTryingEverythingFinds) {
   }
 }
 
-// Rare forms of letters, in the list, in the file or in both; far from each other and close
-// together.
+// The list, the file or both have rare forms of letters, far from each other and close together.
 TEST(LeftoverSearchRandomTest, RareFormsOfLettersAreFoundAsWell) {
   std::mt19937 random(20240118);
   const std::vector<std::string> letters = {"i", "I", "\xC4\xB1", "\xC4\xB0", "s",           "t",
@@ -111,7 +111,8 @@ TEST(LeftoverSearchRandomTest, RareFormsOfLettersAreFoundAsWell) {
   }
 }
 
-// An occurrence of a wildcard row's parts, from the first part up to some part.
+// An occurrence of the parts of a wildcard row, in their order, from the first part up to one of
+// them.
 struct Chain {
   std::size_t begin = 0;
   std::size_t end = 0;
@@ -120,8 +121,9 @@ struct Chain {
 };
 
 // Returns what is found of one wildcard row in one byte order by trying every part at every offset.
-// The parts follow each other, each begins as late as it can, and no two findings overlap. A match
-// at an odd offset that is also a whole match of the other order, one byte away, is left out.
+// The last part is taken at the first offset where it completes a row of parts. Each part in front
+// of it is the last possible one that ends in front of the next part. No two findings overlap. A
+// match at odd offsets whose every part also stands in the other order, one byte away, is left out.
 Finds FoundByParts(std::int64_t row, const std::vector<Spelling>& parts,
                    const std::vector<Spelling>& others, const std::string& bytes) {
   Finds found;
@@ -210,7 +212,7 @@ TEST(LeftoverSearchRandomTest, WildcardRowsInUtf16AreFoundAsByTryingEveryPartAtE
   EXPECT_GT(seen_odd, 100u);
 }
 
-// The search looks for the long s and the Kelvin sign only if the list holds them.
+// The search looks for the long s and the Kelvin sign only if the list contains them.
 TEST(LeftoverSearchRandomTest, TheLongSAndTheKelvinSignAreFoundAsByTryingEverything) {
   std::mt19937 random(20240120);
   const std::vector<std::string> letters = {"s", "S",       "\xC5\xBF", "k", "\xE2\x84\xAA",

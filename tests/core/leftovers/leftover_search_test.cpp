@@ -56,7 +56,7 @@ TEST(LeftoverSearchTest, EveryFormIsFoundAcrossTheBorderOfABlock) {
   const SoughtList list(Rows{{kMueller, "[tenant]"}});
   constexpr std::size_t kBlock = 64;
   for (const Form& form : FormsOfMueller()) {
-    // Every offset around the first few borders of blocks.
+    // The text is found at every offset around the first borders between blocks.
     for (std::size_t at = 0; at < 1000; at += 2) {
       const std::string bytes = std::string(at, '.') + form.bytes + std::string(300, '.');
       EXPECT_EQ(list.Find(bytes, kBlock),
@@ -87,7 +87,8 @@ TEST(LeftoverSearchTest, Utf16IsFoundOnceInItsOwnByteOrder) {
   EXPECT_EQ(list.Find("?" + big).size(), 1u);
 }
 
-// Behind an ASCII character, a part of a row also matches in the other byte order.
+// In UTF-16, a part of a row behind an ASCII character also matches in the other byte order, one
+// byte away.
 TEST(LeftoverSearchTest, AWildcardRowInUtf16IsFoundOnceAtEveryOffset) {
   const SoughtList list(Rows{{"Born: *.;", ""}, {"aa*bb*cc", ""}});
   for (const char32_t* text :
@@ -128,7 +129,8 @@ TEST(LeftoverSearchTest, ALongSAndAKelvinSignOfTheListAreFoundAsWrittenAndInOthe
   EXPECT_EQ(SoughtList(Rows{{"Messer", "x"}}).Find("Me" + long_s + long_s + "er"), Finds{});
 }
 
-// Every letter with another case and every ligature, between other letters, in every encoding.
+// Every letter that has another case, and every ligature, is found between other letters in every
+// encoding.
 TEST(LeftoverSearchTest, EveryLetterWithAnotherFormIsFoundAsWritten) {
   Rows rows;
   std::vector<std::u32string> texts;
@@ -376,7 +378,7 @@ TEST(LeftoverSearchTest, ARareFormIsFoundAtEveryPlaceAroundABlocksBorder) {
                      {at + gross.size(), 1, 1, Encoding::kUtf8, false, yilmaz.size()}}))
         << "at " << at;
   }
-  // Around the border between two blocks of candidates.
+  // The text is found at every offset around the border between two blocks of candidates.
   for (std::size_t at = 4000; at < 4200; ++at) {
     EXPECT_EQ(list.Find(std::string(at, '.') + gross).size(), 1u) << "at " << at;
   }

@@ -1,4 +1,4 @@
-// What the search looks for, and its keys.
+// What the search looks for, and the keys by which it finds that.
 #include "core/leftovers/sought.h"
 
 #include <algorithm>
@@ -40,7 +40,7 @@ TEST(SoughtTest, ATextWhoseCasesDifferInABitHasOneKeyAnEncoding) {
 
 TEST(SoughtTest, LettersWhoseCasesDifferOtherwiseMultiplyTheKeysOnlyUpToALimit) {
   std::string left;
-  // Folding leaves the two cases of this letter different.
+  // Folding its bytes (see Folded) leaves the two cases of this letter different.
   for (int i = 0; i < 40; ++i) left += "\xC5\x82";
   const SoughtList list(Rows{{left, "x"}});
   EXPECT_EQ(list.sought->keys().rows().size(), 3u * 16u);

@@ -1,6 +1,6 @@
-// The list editor's commands, with the N-th call on the file system failing for N = 1, 2, 3, ...
-// until a command finishes without a failed call. A list file is then the old one or the new one,
-// and no row of the grid is lost.
+// Each command of the list editor is repeated while the N-th call on the file system fails, for N =
+// 1, 2, 3, ... until the command finishes without a failed call. After each failure the list file
+// has its old or its new content, and no row of the grid is lost.
 #include <gtest/gtest.h>
 
 #include <iostream>
@@ -58,8 +58,8 @@ const Rows kRows = {{"x", "1"}, {"y", "2"}};
 
 class EditorNthCall : public ::testing::Test {
  protected:
-  // Repeats `check` with a fault at every call, with every error, once with only this call failing
-  // and once with all later calls failing too.
+  // Calls `check` with a fault at every call and with each of these errors, once so that only that
+  // call fails and once so that all later calls fail, too.
   template <class Check>
   static void ForEachCall(Check check) {
     int runs = 0;

@@ -33,7 +33,7 @@ class GridTest : public testing::Test {
   }
   void Focus(Column column, std::int64_t row) { Cell_GotFocus(test_.program, {column, row}); }
   void Leave(Column column, std::int64_t row) { Cell_LostFocus(test_.program, {column, row}); }
-  // Focuses the cell, puts the end of the selection there, and leaves the cell.
+  // Focuses the cell, puts the end of its selection at `caret`, and leaves the cell.
   void LeaveWithCaretAt(Column column, std::int64_t row, std::size_t caret) {
     Focus(column, row);
     Cell_SelectionChange(test_.program, {column, row}, caret);

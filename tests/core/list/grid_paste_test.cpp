@@ -1,4 +1,4 @@
-// Rows that are pasted into the grid.
+// Pasting rows into the grid.
 #include "tests/core/list/grid_fixture.h"
 
 namespace morvex::test {

@@ -1,5 +1,5 @@
-// An import's effects on the grid other than its rows: window size, scroll bar, existing rows,
-// window events; and unreadable files.
+// Imports: the window's size, the scroll bar, the rows that are already there, and the handling of
+// window events. Also files that cannot be read.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -216,7 +216,7 @@ TEST_F(ListImport, AReadErrorThatPassesEndsItAllTheSame) {
   EXPECT_EQ(test_.GridRows(), (Rows{{"a", "b"}, {"", ""}}));
 }
 
-// Lines that are no rows: the grid is not filled, so events can only be handled by the reading.
+// Lines that are no rows: the grid is not filled, so only the reading can handle events.
 std::string Notes() {
   std::string notes;
   for (int i = 0; i < 1000; ++i) notes += "note\r\n";
@@ -256,7 +256,7 @@ TEST_F(ListImport, ClosingTheEditorOrTheProgramEndsTheReading) {
         frmReplacements_Close(test.program);
       }
     };
-    // The second block would return an error.
+    // Reading the second block would fail.
     test.files.AddFile(kList, "a|b\r\n" + Notes() + std::string(300'000, '\n'));
     int reads = 0;
     test.files.fail = [&](const std::string& call, const std::string&) {

@@ -1,4 +1,5 @@
-// The grammar of list files: which lines become which rows, and the file that is written of rows.
+// The grammar of list files: which lines become which rows, and which lines are written for which
+// rows.
 #include "core/list/list_format.h"
 
 #include <gtest/gtest.h>
@@ -22,7 +23,7 @@ std::vector<ListRow> RowsOf(const std::string& bytes, const std::string& separat
   return Read(bytes, separator).list.rows;
 }
 
-// Returns the odd lines, as in "3 no separator note".
+// Returns the odd lines with number, reason and text, such as "3 no separator note".
 std::vector<std::string> OddLinesOf(const ListReading& reading) {
   constexpr std::array kNames = {"no separator", "final row", "behind final row", "behind end"};
   std::vector<std::string> lines;
@@ -83,7 +84,7 @@ TEST(ListFormat, AFileThatCannotBeOpenedHasNoRows) {
   EXPECT_TRUE(reading.list.rows.empty());
 }
 
-// Reads a list of two blocks, the second of which cannot be read.
+// Reads a list file of two blocks; reading the second block fails.
 ListReading ReadHalf(const std::string& beginning, OddLines odd_lines = OddLines::kKeep) {
   MemoryFiles files;
   files.AddFile("/list.txt", beginning + std::string(std::size_t{300} << 10, '\n'));

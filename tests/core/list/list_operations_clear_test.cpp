@@ -145,7 +145,7 @@ TEST_F(ClearEmptyRows, AScratchFileThatCannotBeReadBackIsReportedAndTheGridStays
   EXPECT_EQ(test_.user.messages[0].text, kScratch + "\r\nError 70: Permission denied");
 }
 
-// Whichever call fails, no row is lost: the grid or the scratch file has it.
+// Whichever call fails, no row is lost: each row is in the grid or in the scratch file.
 TEST_F(ClearEmptyRows, AFailureAtAnyCallLosesNoRow) {
   const Rows rows = {{"a", "b"}, {"", ""}, {"c", "d"}};
   bool failed = true;

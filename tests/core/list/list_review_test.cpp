@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::string_literals;
 
-// Without `joker` the wildcard is "*" if the list holds one, else none.
+// Without `joker` the wildcard is "*" if the list contains a "*"; otherwise there is no wildcard.
 ListReview Review(const std::string& bytes, const std::string& separator = "|",
                   std::optional<char> joker = std::nullopt) {
   MemoryFiles files;
@@ -179,7 +179,7 @@ TEST(ListReviewTest, AFurtherSeparatorInARightTextIsTold) {
   EXPECT_EQ(Diagnostics(Review("Anna|x||\n")), Lines{});
   EXPECT_EQ(Diagnostics(Review("Anna||\n")), Lines{});
   EXPECT_EQ(Diagnostics(Review("Anna|||\n")), Lines{});
-  // Two bytes are cut off the last row, so one separator of two stays.
+  // The last row ends in two separators. Two bytes are cut off, so one separator stays.
   EXPECT_EQ(Diagnostics(Review("Anna::x::::\n", "::")), Lines{"1 further separator Anna"});
 }
 
@@ -207,8 +207,8 @@ TEST(ListReviewTest, AWildcardThatNoLeftTextHoldsIsToldOfTheWholeList) {
   EXPECT_EQ(Diagnostics(Review("|x\n", "|", '*')), Lines{"1 empty left x"});
 }
 
-// The outcomes follow the rules of a run: if the text behind a wildcard also occurs in front of it,
-// the wildcard takes in about two bytes.
+// The expected outcomes follow the rules of a run: if the text behind the wildcard also occurs in
+// front of the wildcard, the wildcard takes in about two bytes and the match ends there.
 TEST(ListReviewTest, ARowThatEndsInItsOwnBeginningIsToldWithWhatARunLeaves) {
   EXPECT_EQ(Diagnostics(Review("name=\"*\"|name=\"[x]\"\n")),
             Lines{"1 own ending name=\"*\" name=\"Renate\" -> name=\"[x]\"nate\""});
@@ -293,7 +293,7 @@ TEST(ListReviewTest, OfAListInUtf16OnlyLine1IsRead) {
   EXPECT_EQ(reads, 1);
 }
 
-// Nothing behind the reviewed lines is looked at, so a read error there is not reported.
+// The review does not report a read error behind the last line that it reviews.
 TEST(ListReviewTest, AnErrorBehindTheReviewedLinesDoesNotCount) {
   for (const char* lines : {"Anna|x||\nBert|y\n", "Anna|x\n|||\nBert|y\n"}) {
     MemoryFiles files;

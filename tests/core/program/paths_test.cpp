@@ -196,7 +196,8 @@ TEST_F(PathsTest, MakeFolderTreeGivesNothingOverAFile) {
 }
 
 TEST_F(PathsTest, MakeFolderTreeGoesOnOverAParentThatCannotBeSeen) {
-  // The parent exists, but every call on it fails. Only the outcome for the folder itself counts.
+  // The parent exists, but every call on the parent fails. Only the outcome for the folder itself
+  // counts.
   slash_.files.AddFolder("/a");
   slash_.files.fail = [](const std::string&, const std::string& path) {
     return path == "/a" ? ErrorNumber::kPermissionDenied : ErrorNumber::kNone;

@@ -1,8 +1,8 @@
 // Whole unattended runs in which the N-th call on the file system fails, for N = 1, 2, 3, ... until
-// a run finishes without a failed call: once or from then on, with each of several errors, with
-// short reads and short writes. The source keeps every byte, no file of the target is incomplete or
-// mixes two files, no work file stays, and the counters, the log and the exit status say what
-// happened.
+// a run finishes without a failed call. Either that call alone fails or all later calls fail, too.
+// A call that fails returns one of several errors, or reads or writes too few bytes. The source
+// keeps every byte, no file of the target is incomplete or mixes two files, no work file stays, and
+// the counters, the log and the exit status say what happened.
 #include <gtest/gtest.h>
 
 #include <iostream>
@@ -25,7 +25,7 @@ struct Scenario {
   std::string name;
   std::string source;
   std::string target;
-  Contents files;                            // of the source and whatever else must not change
+  Contents files;  // of the source, and all other files that must not change
   std::map<std::string, std::string> links;  // by path: the path that the link leads to
   Contents before;                           // what the target holds before the run
   std::string left_over;                     // path of a stale work file
@@ -50,7 +50,7 @@ Contents Below(const MemoryFiles& disk, const std::string& folder) {
   return contents;
 }
 
-// One run of a scenario, on a disk of its own.
+// One run of a scenario, with its own disk in memory.
 class FaultyRun {
  public:
   FaultyRun(const Scenario& scenario, const Fault& fault) : scenario_(scenario) {
@@ -80,7 +80,7 @@ class FaultyRun {
   std::string Settings() const {
     return SettingsText(scenario_.source, scenario_.target, scenario_.logging);
   }
-  // Files of the target, by path.
+  // The target's files, by path, without those of the source.
   Contents Target() const {
     const MemoryFiles& disk = host_.files;
     if (!disk.IsFolder(scenario_.target)) return Below(disk, "/t");
@@ -113,7 +113,7 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
     faultless_end_ = ExitStatus(run.program());
   }
 
-  // Repeats the run for the first call, the second one and so on.
+  // Repeats the run so that the first call fails, then the second call, and so on.
   void FailEachCall(Fault fault) {
     for (fault.call = 1; fault.call < kMostCalls; ++fault.call) {
       const FaultyRun run(GetParam(), fault);
@@ -136,7 +136,7 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
   }
 
   void Check(const FaultyRun& run, const Fault& fault) {
-    // Without a run, and after a full disk in a sub-folder, the forms stay loaded.
+    // If there was no run, or if the disk was full in a sub-folder, the forms stay loaded.
     const RunState& state = run.program().run;
     EXPECT_TRUE(HasEnded(run.program()) || state.disk_full || state.end == RunEnd::kNone);
     EXPECT_FALSE(run.program().run.working);
@@ -146,7 +146,7 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
     CheckProgramFolder(run);
   }
 
-  // Whether the list counted as missing and the run began without it.
+  // Whether the list file counted as missing, so that the run began without a list.
   static bool IsWithoutList(const FaultyRun& run, const Fault& fault) {
     const std::vector<FailedCall>& failed = run.files().failed();
     return fault.error == ErrorNumber::kFileNotFound &&
@@ -159,7 +159,7 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
   std::string Right(const std::string& path) const {
     const auto faultless = faultless_target_.find(path);
     if (faultless != faultless_target_.end()) return faultless->second;
-    // With a fault the copy may replace a link that otherwise stays.
+    // After a fault, a copy may replace a link that stays in a run without faults.
     const Scenario& scenario = GetParam();
     const auto source = scenario.files.find(scenario.source + path.substr(scenario.target.size()));
     if (source == scenario.files.end()) return "";
@@ -183,8 +183,9 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
     }
   }
 
-  // Every file of the target is as a run without faults makes it, or as it was before, or missing.
-  // If some file is not as a run without faults makes it, the program reports a failure.
+  // Checks that every file of the target is as a run without faults makes it, or as it was before,
+  // or missing. If a file is not as a run without faults makes it, the program must report a
+  // failure.
   void CheckTarget(const FaultyRun& run, const Fault& fault) {
     const Contents target = run.Target();
     const Contents& before = GetParam().before;
@@ -214,7 +215,7 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
     }
   }
 
-  // The log has its lines, except for those that could not be written.
+  // Checks that the log has all its lines, unless a line could not be written.
   void CheckLog(const FaultyRun& run, const Fault& fault) {
     const std::vector<std::string> log = run.LogMessages();
     if (run.files().HasFailed("AppendToFile")) return;

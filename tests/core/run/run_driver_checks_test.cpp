@@ -1,4 +1,4 @@
-// Arming a run, and the checks of Go before any file is handled.
+// Making the program ready for a run, and what Go checks before any file is handled.
 #include <gtest/gtest.h>
 
 #include "tests/core/run/run_program.h"
@@ -267,7 +267,8 @@ TEST_F(TargetMissingTest, AFileInTheTargetsPlaceCannotBeMadeAFolder) {
   EXPECT_EQ(test_.files.Bytes("/new/target"), "a file");
 }
 
-// A path turns red before Go shows a message about it.
+// What the window shows behind a message about a path. The path turns red before the message, so
+// the labels are noted at that moment.
 class BehindAMessageTest : public ::testing::Test {
  protected:
   BehindAMessageTest() { test_.files.AddFile("/s/a.txt", "a"); }

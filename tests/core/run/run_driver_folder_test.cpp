@@ -1,4 +1,4 @@
-// Go with a source folder, finished runs.
+// Runs that Go starts with a folder as source, and that finish.
 #include <gtest/gtest.h>
 
 #include "core/list/editor.h"
@@ -198,7 +198,7 @@ TEST_F(GoFolderTest, ASecondRunCountsAndScalesAnew) {
 }
 
 TEST_F(GoFolderTest, CountsBeyond32BitsAreShownAndLoggedAsTheyAre) {
-  // The counters as they are after thousands of millions of files, shortly before the end.
+  // Shortly before the end, the counters are raised as if the run had handled billions of files.
   bool grown = false;
   test_.OnEveryYield([&] {
     if (grown || program_.run.FilesSkipped == 0) return;

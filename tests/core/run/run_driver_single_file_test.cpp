@@ -1,4 +1,4 @@
-// Go with a source that is one file.
+// Runs that Go starts with a single file as source.
 #include <gtest/gtest.h>
 
 #include "tests/core/run/run_program.h"

@@ -14,9 +14,9 @@ class GoStopTest : public ::testing::Test {
     test_.files.AddFile("/s/sub/3.txt", "aca");
     test_.files.AddFile("/s/sub/4.txt", "aca");
   }
-  // Adds a long file, which the folder lists behind its existing files.
+  // Adds a long file. The folder lists this file behind its existing files.
   void MakeLong(const std::string& path) { test_.files.AddFile(path, kLongText); }
-  // Clicks Exit once this many files have been begun.
+  // Clicks Exit once `files` files have been begun.
   void ExitAfter(std::int64_t files) {
     test_.OnEveryYield([this, files] {
       if (program_.run.FilesDone == files && !program_.Beeindigd) cmdExit_Click(program_);
@@ -94,7 +94,7 @@ TEST_F(GoStopTest, TheNextRunRemovesWhatAStopLeftInTheSource) {
   ExitInMidFile();
   test_.ArmAndGo();
   ASSERT_TRUE(test_.files.Has("/s/tijdel.enc"));
-  // Another start of the program, over the same files.
+  // The program starts anew, with the same files.
   FakeSystem system = test_.system;
   ScriptedUser user;
   Program next({test_.files, system, user});
@@ -107,8 +107,8 @@ TEST_F(GoStopTest, TheNextRunRemovesWhatAStopLeftInTheSource) {
 }
 
 TEST_F(GoStopTest, AfterTheStopNoLineReachesTheLog) {
-  // The request comes at the yield behind the second file's first log line, before its error
-  // lines.
+  // The stop request comes at the yield after the second file's first log line, before the file's
+  // error lines are written.
   test_.files.fail = FailOn("MoveTo", "/t/2.txt", ErrorNumber::kPermissionDenied);
   test_.OnEveryYield([&] {
     if (test_.LogMessages().size() == 3) cmdExit_Click(program_);
@@ -167,7 +167,7 @@ TEST_F(GoStopTest, ExitWhileTheSizeIsAddedUpStopsTheRunBeforeTheFirstFile) {
 TEST_F(GoStopTest, ExitDuringTheCopyOfAFileThatIsNotSelectedLeavesNoPartOfIt) {
   test_.files.AddFile("/s/0.bin", "aca");
   test_.OnEveryYield([&] {
-    // Between the last processed file and the end of this copy.
+    // After the last processed file, before the copy of 0.bin ends.
     if (program_.run.FilesDone == 2 && program_.run.BytesBefore == 6) cmdExit_Click(program_);
   });
   test_.ArmAndGo();

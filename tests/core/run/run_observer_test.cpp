@@ -7,7 +7,7 @@
 namespace morvex::test {
 namespace {
 
-// The outcomes as lines of text, in order.
+// Notes the outcomes as lines of text, in order.
 class Notebook : public RunObserver {
  public:
   std::vector<std::string> lines;

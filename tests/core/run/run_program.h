@@ -1,4 +1,4 @@
-// A program that has started up with a settings file and a list, ready to be armed.
+// A program that has started up with a settings file and a list, ready for Anonymize and Go.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -77,7 +77,8 @@ class RunProgram : public TestProgram {
     user.on_events = std::move(handler);
   }
 
-  // Expects an armed program: Go is ready, Anonymize and the path boxes are disabled.
+  // Expects a program that is ready for a run: Go is visible and enabled, Anonymize and the path
+  // boxes are disabled.
   void ExpectArmed() {
     EXPECT_TRUE(window().cmdGo.enabled);
     EXPECT_TRUE(window().cmdGo.visible);

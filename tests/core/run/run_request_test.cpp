@@ -1,4 +1,4 @@
-// The run as data: made from the forms, and performed without them.
+// Run requests: made from the forms, and performed without forms.
 #include <gtest/gtest.h>
 
 #include "core/settings/options.h"
@@ -38,7 +38,7 @@ TEST(RequestFromForms, LogsOnlyWithACheckedBox) {
   EXPECT_TRUE(RequestFromForms(test.program).logging);
 }
 
-// Every form holds other values than the request.
+// The forms have other values than the request.
 class PerformRunTest : public ::testing::Test {
  protected:
   PerformRunTest() {

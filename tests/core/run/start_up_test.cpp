@@ -1,4 +1,4 @@
-// Start-up: the locations, the order of its steps, and the forms afterwards.
+// Start-up: the locations, the order of the steps, and the forms afterwards.
 #include "core/run/start_up.h"
 
 #include <gtest/gtest.h>
@@ -178,7 +178,7 @@ TEST_F(StartUpTest, ReadsTheProgramsOwnSettingsWithoutACommandLine) {
   EXPECT_EQ(program_.frmMorvex.Text1(kTargetBox).text.get(), "/t");
   EXPECT_EQ(program_.tables.LeftTexts, std::vector<std::string>{"a"});
   EXPECT_FALSE(program_.settings.AutoRunFromInitFile);
-  // Reading the paths changed the boxes, applying the list showed the window.
+  // Reading the settings file changed the path boxes, and applying the list showed the window.
   EXPECT_FALSE(program_.frmMorvex.cmdGo.enabled);
   EXPECT_TRUE(program_.frmMorvex.visible);
 }

@@ -58,8 +58,8 @@ TEST(CharacterCode, AsciiHasItsCodeInUtf8) {
   }
 }
 
-// A wildcard that was set under another codec can be a byte that starts no whole sequence. It must
-// not be lost.
+// A wildcard that was set under another codec can be a byte that starts no whole sequence. Such a
+// wildcard must not be lost.
 TEST(CharacterCode, AByteThatStartsNoWholeSequenceIsItsOwnCodeInUtf8) {
   TestProgram test;
   test.system.codec = TextCodec::kUtf8;

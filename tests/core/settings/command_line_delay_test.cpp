@@ -44,7 +44,8 @@ TEST(ApplyCommandLine, ADelayBeyond16BitsOverflows) {
   }
 }
 
-// A blank and the hyphen of a negative number begin another piece.
+// A blank followed by a hyphen begins another piece, even if the hyphen belongs to a negative
+// number.
 TEST(ApplyCommandLine, ANegativeDelayBehindABlankIsCutOff) {
   TestProgram test;
   EXPECT_EQ(ApplyCommandLine(test.program, SplitCommandLine("-dy -5")), ErrorNumber::kTypeMismatch);

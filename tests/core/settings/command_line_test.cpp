@@ -56,7 +56,7 @@ TEST(SplitCommandLine, ALineThatStartsWithABlankAndHyphenIsItsOwnFirstPieceToo) 
 struct LineCase {
   std::string what;
   std::string line;
-  bool taken;  // the program takes the line as one that sets something
+  bool taken;  // the program treats the line as one that sets something
   std::string path;
   int delay;
 };

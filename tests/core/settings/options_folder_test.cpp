@@ -20,7 +20,7 @@ std::vector<ShownMessage> Names(const std::string& folder) {
            MessageIcon::kInformation}};
 }
 
-// A program on a host with a redirected store.
+// A program on a host with a redirected store (see SystemService::HasRedirectedStore).
 struct ProtectedProgram : TestProgram {
   explicit ProtectedProgram(const std::string& folder) : TestProgram('\\') {
     system.program_folder = folder;

@@ -183,7 +183,7 @@ TEST(ReadInitFile, TheEditorsCaptionStaysWhileTheListComesIn) {
 }
 
 // From the N-th call on, every call on the disk fails. Each setting then has its old value or the
-// one in the file, and reading comes to its end.
+// value in the file, and the reading ends.
 TEST(ReadInitFile, AFailureAtAnyCallLeavesEveryValueReadOrAsItWas) {
   const auto one_of = [](const std::string& value, const std::string& before,
                          const std::string& read) { return value == before || value == read; };

@@ -1,4 +1,4 @@
-// The settings file written and read again, and read and written again.
+// Writing a settings file and reading it again, and reading one and writing it again.
 #include "core/settings/settings_file.h"
 
 #include <gtest/gtest.h>

@@ -24,14 +24,15 @@ inline void ReadInitLines(TestProgram& test, const std::vector<std::string>& lin
   ReadInitFile(test.program);
 }
 
-// A settings file with nothing set but the line at `index` (from 0).
+// Returns the lines of a settings file; every line but the one at `index` (from 0) is empty or has
+// the default.
 inline std::vector<std::string> InitLinesWith(std::size_t index, const std::string& line) {
   std::vector<std::string> lines = {"", "", "", "log=0", "sep=|", "jok="};
   lines.at(index) = line;
   return lines;
 }
 
-// Every extension entry as in the file: its mark and its text.
+// Returns every extension entry as it stands in the file: its mark and its text.
 inline std::vector<std::string> ExtensionLines(const TestProgram& test) {
   std::vector<std::string> lines;
   for (const ListEntry& entry : test.program.frmOpties.lstExtensie.entries.get()) {

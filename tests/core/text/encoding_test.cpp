@@ -37,7 +37,7 @@ TEST(Encoding, AnEmptyTextHasNoBytes) {
   }
 }
 
-// The number of characters that can be written must be the number that the encoding has.
+// As many code points can be written as the encoding has characters.
 TEST(Encoding, EveryCodePointThatCanBeWrittenIsReadBack) {
   constexpr std::size_t kCodePoints = 0x110000 - 0x800;
   const std::array<std::size_t, kEncodings> expected = {kCodePoints, 256, kCodePoints, kCodePoints,
@@ -112,8 +112,8 @@ TEST(Encoding, MalformedUtf8IsNotRead) {
   }
 }
 
-// An odd number of bytes, a high surrogate without a low one, a low one alone, at the end, in the
-// wrong order, twice.
+// An odd number of bytes; a high surrogate without a low one; a low one alone; a high one at the
+// end; the two in the wrong order; two high ones in front of a low one.
 TEST(Encoding, MalformedUtf16IsNotRead) {
   for (const std::string& bytes : {"M"s, "M\0x"s, "\0\xD8M\0"s, "\0\xDC"s, "M\0\0\xDC"s, "\0\xD8"s,
                                    "M\0\xFF\xDB"s, "\0\xDC\0\xD8"s, "\0\xD8\0\xD8\0\xDC"s}) {

@@ -8,7 +8,7 @@
 namespace morvex::test {
 namespace {
 
-// Returns the other cases of a letter that are one character, in ascending order.
+// Returns those other cases of a letter that consist of one character, in ascending order.
 std::u32string CasesOf(char32_t letter) {
   std::u32string cases;
   for (const OtherCase& each : OtherCases(letter)) {

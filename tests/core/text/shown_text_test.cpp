@@ -128,7 +128,7 @@ TEST(ShownText, APieceOfUtf16IsReadInItsByteOrder) {
   EXPECT_EQ(ShownPiece("M\0\xFC\0\n\0"s, Encoding::kUtf16Le), "M\xC3\xBC\\x0A");
   EXPECT_EQ(ShownPiece("\0M\0\xFC\0"s, Encoding::kUtf16Be), "M\xC3\xBC");
   EXPECT_EQ(ShownPiece("\x3D\xD8M\0"s, Encoding::kUtf16Le), "\xEF\xBF\xBDM");
-  // A cut character at each end does not spoil the character between them.
+  // A truncated character at each end does not spoil the character between the two.
   EXPECT_EQ(ShownPiece("\0\xDE\x3D\xD8\0\xDE\x3D\xD8"s, Encoding::kUtf16Le),
             "\xEF\xBF\xBD\xF0\x9F\x98\x80\xEF\xBF\xBD");
 }
@@ -154,11 +154,11 @@ TEST(Printable, ABadByteOfUtf8CannotSteerATerminalEither) {
   EXPECT_EQ(Printable("\x9B"
                       "31m"),
             "\\x9B31m");
-  // A truncated sequence, a stray byte after a whole one, a byte that leads no sequence.
+  // A truncated sequence; a stray byte after a whole sequence; a byte that leads no sequence.
   EXPECT_EQ(Printable("\xE2\x82"), "\xE2\\x82");
   EXPECT_EQ(Printable("\xC3\x9B\x9B"), "\xC3\x9B\\x9B");
   EXPECT_EQ(Printable("\xF5\x80\x80\x80"), "\xF5\\x80\\x80\\x80");
-  // Overlong forms and surrogates are sequences and stay as they are.
+  // Overlong forms and surrogates count as sequences (see Utf8Sequence), so they stay as they are.
   EXPECT_EQ(Printable("\xE0\x82\x80 \xED\xA0\x80"), "\xE0\x82\x80 \xED\xA0\x80");
   EXPECT_EQ(Printable("\xE2\x82\xAC \xF0\x9F\x98\x80"), "\xE2\x82\xAC \xF0\x9F\x98\x80");
 }

@@ -78,7 +78,7 @@ TEST(ReadUtf8, NumbersBehindTheLastCodePointAreASequenceWithoutACharacter) {
   }
 }
 
-// C0 and C1 could only lead overlong forms, F5 to FF only numbers above U+10FFFF.
+// C0 and C1 could lead only overlong forms; F5 to FF could lead only numbers above U+10FFFF.
 TEST(ReadUtf8, AByteThatLeadsNoSequenceStandsAlone) {
   for (int byte = 0x80; byte < 0x100; ++byte) {
     if (byte >= 0xC2 && byte <= 0xF4) continue;

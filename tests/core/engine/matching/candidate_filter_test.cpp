@@ -1,4 +1,5 @@
-// The filter leaves out no offset at which a prefix stands, whichever way of searching it uses.
+// The filter leaves out no offset at which a prefix stands, whichever way of searching the filter
+// uses.
 #include "core/engine/matching/candidate_filter.h"
 
 #include <gtest/gtest.h>
@@ -65,7 +66,8 @@ TEST(CandidateFilter, ShortAndLongPrefixesTogether) {
 TEST(CandidateFilter, GoesOnFindingWhereEveryOffsetIsOne) {
   Filtered filtered({"aaaa"});
   const std::string dense(CandidateFilter::kBlock, 'a');
-  // After a dense block, the next blocks skip the scan; later blocks try it again.
+  // After a dense block, the filter skips the scan for the next blocks; for later blocks it tries
+  // the scan again.
   for (int block = 0; block < 200; ++block) {
     EXPECT_EQ(filtered.Offsets(dense).size(), dense.size() - 3) << block;
   }

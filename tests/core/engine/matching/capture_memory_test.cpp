@@ -13,8 +13,9 @@ namespace {
 
 class CaptureMemoryTest : public ::testing::Test {
  protected:
-  // The first row captures bytes. The second row cuts the captured bytes at a "q", the third row
-  // cuts them at an "a".
+  // The first row captures bytes. Where the file has a "q", an attempt of the second row cuts the
+  // captured bytes down to the first one; where the file has an "a", an attempt of the third row
+  // does so.
   CaptureMemoryTest()
       : program_(Rows{{"a*;", ""}, {"q", ""}, {"ab", ""}}, '*'),
         list_(program_.program.tables, '*'),
@@ -24,7 +25,8 @@ class CaptureMemoryTest : public ::testing::Test {
     EXPECT_EQ(window_.MoveTo(0), ErrorNumber::kNone);
   }
 
-  // Lets the attempt of the first row at `offset` capture `count` bytes behind its first byte.
+  // Lets the attempt of the first row at `offset` capture the `count` bytes behind the byte at
+  // `offset`.
   void CaptureAt(std::uint64_t offset, int count) {
     MatchAttempt attempt;
     std::vector<std::uint8_t> more;
@@ -105,7 +107,8 @@ TEST_F(CaptureMemoryTest, OfTheRowsTriedBehindACaptureThoseThatBeginWithTheByteC
 TEST_F(CaptureMemoryTest, AnAttemptInVainCapturesUpToItsLastRoundAndTheRowsBehindItAreTried) {
   memory_.Open(window_, state_);
   CaptureAt(2, 3);
-  // The byte at offset 6 is the "a" of the row "ab", which cuts.
+  // At offset 6 the file has an "a", with which the row "ab" begins. So an attempt of that row cuts
+  // the captured bytes.
   memory_.CapturedInVain(0, 6);
   EXPECT_EQ(memory_.Bytes(), "4");
   // No row that cuts begins with "x".

@@ -25,7 +25,7 @@ std::string Pattern(std::size_t size) {
   return bytes;
 }
 
-// Counts its reads, and makes them fail when `error` is set.
+// Counts the reads, and lets them fail with `error` if that is set.
 class Counted : public MemorySource {
  public:
   using MemorySource::MemorySource;

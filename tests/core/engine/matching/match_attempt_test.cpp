@@ -18,8 +18,8 @@ PatternRow WildcardRow(std::string_view left, std::string_view tail, std::int64_
   return row;
 }
 
-// Runs an attempt over the bytes, followed by NULs, until it ends. With `skips`, skips every round
-// that can be skipped.
+// Runs an attempt until the attempt ends. The attempt reads `bytes`, then NULs. With `skips`, every
+// round that can be skipped is skipped.
 MatchAttempt Ended(const PatternRow& row, const std::string& bytes, bool skips) {
   MatchAttempt attempt;
   std::vector<std::uint8_t> more;

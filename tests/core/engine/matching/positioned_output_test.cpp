@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kBlock = PositionedOutput::kBlock;
 
-// Counts its calls, and fails them when it is told to.
+// Counts the calls, and lets them fail with `write_error` and `close_error`.
 class Counted : public MemorySink {
  public:
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {

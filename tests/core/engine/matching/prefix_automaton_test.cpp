@@ -91,8 +91,8 @@ std::vector<std::size_t> Offsets(const std::vector<PrefixAutomaton::Found>& foun
 // How many states are in the automaton's table: the root alone, a few, and as many as in a run.
 constexpr std::array<std::size_t, 4> kTables = {1, 2, 5, PrefixAutomaton::kBySize};
 
-// Compares what is found at the first `count` offsets of the text with trying every row, and with
-// the index.
+// Checks that the index and the automaton find at the first `count` offsets of the text what trying
+// every row finds there.
 void Check(const std::vector<Prefix>& prefixes, const std::string& text, std::size_t count) {
   const std::vector<CompiledRow> rows = Compiled(prefixes);
   const PrefixIndex index(rows);
@@ -131,7 +131,7 @@ void Check(const std::vector<Prefix>& prefixes, const std::string& text) {
   Check(prefixes, text, text.size());
 }
 
-// Returns all texts of `size` letters, each a or b.
+// Returns all texts of `size` letters; each letter is a or b.
 std::vector<std::string> AllTexts(std::size_t size) {
   std::vector<std::string> texts;
   for (std::size_t bits = 0; bits < std::size_t{1} << size; ++bits) {
@@ -208,8 +208,8 @@ TEST(PrefixAutomaton, EveryByteValueCanBeOfAPrefixAndANulIsOfNone) {
   Check(prefixes, text + '\0');
 }
 
-// Returns all prefixes of 1 to `longest` letters, each for a plain row and for a row that is not
-// plain.
+// Returns all prefixes of 1 to `longest` letters, each once for a plain row and once for a row that
+// is not plain.
 std::vector<Prefix> AllPrefixes(std::size_t longest) {
   std::vector<Prefix> prefixes;
   for (std::size_t size = 1; size <= longest; ++size) {

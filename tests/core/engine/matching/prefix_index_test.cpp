@@ -153,8 +153,8 @@ TEST(PrefixIndex, OffsetsLookedUpTogetherGetWhatEachGetsAlone) {
   }
 }
 
-// A run of one letter follows short and long steps, into groups and nodes, at every depth. So as
-// many steps as possible are under way at once.
+// In a run of one letter the look-up follows short and long steps, into groups and nodes, at every
+// depth. So as many steps as possible are under way at once.
 TEST(PrefixIndex, HasRoomForAllStepsThatAnOffsetHasUnderWay) {
   std::vector<Prefix> prefixes;
   const auto run = [](std::size_t size) { return std::string(size, 'a'); };

@@ -1,4 +1,5 @@
-// The candidates of a block, in each way of searching, and the change from one way to the other.
+// The candidates that each way of searching finds in a block, and the change from one way to the
+// other.
 #include "core/engine/matching/prefix_search.h"
 
 #include <gtest/gtest.h>
@@ -29,7 +30,7 @@ class Searched {
         index_(rows_),
         search_(index_, rows_, Kernel::kPortable, method) {}
 
-  // Returns all candidates of the text from offset `from` on, searched block by block.
+  // Searches the text block by block. Returns all candidates from offset `from` on.
   std::vector<Found> All(const std::string& text, std::uint64_t from = 0) {
     const std::string padded = text + std::string(ScanTables::kReadAhead, '\0');
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(padded.data());

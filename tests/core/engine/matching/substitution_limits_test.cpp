@@ -80,7 +80,7 @@ TEST(SubstitutionLimits, AMatchOverABlocksBorderIsFound) {
 }
 
 TEST(SubstitutionLimits, AMatchOverTheLastLookAheadBytesOfABlockIsFound) {
-  // The longest match, which ends just in front of, at or just behind the end of the window's first
+  // The longest match ends just in front of, at or just behind the end of the window's first
   // buffer.
   const std::string span = Times(kLongestMatch - 2, 'X');
   for (std::size_t end = kInputBorder - 3; end <= kInputBorder + 3; ++end) {
@@ -90,7 +90,7 @@ TEST(SubstitutionLimits, AMatchOverTheLastLookAheadBytesOfABlockIsFound) {
 }
 
 TEST(SubstitutionLimits, AWritePositionThatMovesBackOverABlocksBorderOverwrites) {
-  // "0123bcdefaXYZ" becomes "01>Z<". It is placed at every offset around the end of an output
+  // "0123bcdefaXYZ" becomes "01>Z<". The text is placed at every offset around the end of an output
   // block.
   for (std::size_t before = kOutputBorder - 6; before <= kOutputBorder + 1; ++before) {
     const std::string fill = Times(before, '.');

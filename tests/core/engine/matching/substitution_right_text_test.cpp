@@ -1,4 +1,4 @@
-// What a right text with the wildcard writes: the captured bytes without those of the tail, and
+// What a right text with the wildcard writes (the captured bytes without those of the tail), and
 // where the write position is afterwards. The expected bytes follow from the steps of the writing:
 // N = upper bound of the capture buffer - length of the tail + 1; bytes 0 to N are written; the
 // write position moves by N and then by one.
@@ -30,8 +30,8 @@ TEST(SubstitutionRightText, LeavesOutTheTailsBytes) {
 }
 
 TEST(SubstitutionRightText, EndsAtTheWildcardWithAnEmptyTail) {
-  // The buffer's upper bound is 0 and N = 1, so the copy runs out of the buffer. That error ends
-  // the writing.
+  // The buffer's upper bound is 0 and N = 1, so the writing reads behind the end of the buffer.
+  // That error ends the writing.
   ExpectResult({{"a*", "<*>*"}}, '*', "aXbX", "<XbX", 1);
 }
 
@@ -70,7 +70,7 @@ TEST(SubstitutionRightText, CapturedBytesLiveOnFromFileToFile) {
 
 TEST(SubstitutionRightText, AFailedAttemptLeavesItsCapturedBytes) {
   // The first row captures b a b a b and does not match. The second row matches at the same offset
-  // without capturing, and leaves the last captured byte out.
+  // without capturing, and its right text leaves out the last captured byte.
   ExpectResult({{"a*!", "-"}, {"ababab*ab", "[*]"}}, '*', "ababab", "[baba]", 1);
 }
 
@@ -86,14 +86,15 @@ TEST(SubstitutionRightText, ALongTailInFrontOfTheSpanMovesTheWritePositionBack) 
 }
 
 TEST(SubstitutionRightText, SeveralWildcardsMoveTheWritePositionBackBelowTheStart) {
-  // The write position goes from 2 by -3 to -1, then to -4. The ">" would be below offset 1 and is
-  // dropped. The next byte goes to -3, so 1 to 4 are dropped and "5" overwrites the "<" at 1.
+  // The write position goes from 2 by -3 to -1, then to -4. The ">" would be below position 1 and
+  // is dropped. The next byte goes to -3, so the digits "1" to "4" are dropped, and "5" overwrites
+  // the "<" at position 1.
   ExpectResult({{"bcdefa*bcdef", "<**>"}}, '*', "bcdefaXY123456789", "56789", 1);
   ExpectResult({{"bcdefa*bcdef", "<**>"}}, '*', "bcdefaXY123", "<", 1);
 }
 
 TEST(SubstitutionRightText, WhatFollowsCoversWhatTheMoveBackLeftBehind) {
-  // "<" is written at 5 and ">" at 3; then bytes of the file are written at 4 to 6.
+  // "<" is written at position 5 and ">" at 3; then bytes of the file are written at 4 to 6.
   ExpectResult({{"bcdefa*bcdef", "<*>"}}, '*', "0123bcdefaXYZZZ", "01>ZZZ", 1);
 }
 

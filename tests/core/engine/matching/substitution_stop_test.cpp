@@ -12,7 +12,8 @@
 namespace morvex::test {
 namespace {
 
-// Stops a substitution at the question after `questions` others.
+// Lets a substitution go on at the first `questions` questions and stops the substitution at the
+// next question.
 class Stopper : public SubstitutionWatcher {
  public:
   explicit Stopper(std::size_t questions) : questions_(questions) {}
@@ -50,8 +51,8 @@ StoppedRun Substitute(const std::string& bytes, SearchMethod method, Stopper& st
   return run;
 }
 
-// A search by the automaton takes blocks of 64 KiB, as far as the input window reaches: to 131,073
-// before its first refill.
+// A search by the automaton takes blocks of 64 KiB. A block ends earlier where the bytes in the
+// window end: at offset 131,073 before the window's first refill.
 TEST(SubstitutionStop, ByTheAutomatonTheWatcherIsAskedBeforeEachBlock) {
   Stopper stopper(100);
   EXPECT_EQ(Substitute(std::string(200'000, '-'), SearchMethod::kAutomaton, stopper).end,

@@ -116,8 +116,8 @@ TEST(Substitution, WithoutWildcardNoCharacterIsOne) {
 }
 
 TEST(Substitution, TheWidestRowMatchesLikeAnyOther) {
-  // Behind the widest row the table ends. That ends the attempt and does not affect the next
-  // attempt.
+  // Behind the widest row the table ends. The end of the table ends the attempt and does not affect
+  // the next attempt.
   ExpectResult({{"ab", "1"}}, 0, "ababb", "11b", 2);
   ExpectResult({{"abc", "1"}, {"ab", "2"}, {"b", "3"}}, 0, "abcabab", "122", 3);
 }

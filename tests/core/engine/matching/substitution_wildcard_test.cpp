@@ -1,7 +1,7 @@
 // What the wildcard matches. The expected bytes follow from the attempt's steps; comments explain
-// those that are not obvious. Notation: k is the number of bytes looked up, of which all but the
-// last match; extra is `MatchAttempt::extra_`. The row matches if k > length of the left text +
-// extra.
+// those that are not obvious. Notation: k is the number of bytes that the attempt looks up; all
+// these bytes except the last one match. The value extra is `MatchAttempt::extra_`. The row matches
+// if k > length of the left text + extra.
 #include <gtest/gtest.h>
 
 #include "tests/core/engine/engine_test.h"
@@ -55,7 +55,7 @@ TEST(SubstitutionWildcard, ANulClosesTheSpanWithoutAMatch) {
 }
 
 TEST(SubstitutionWildcard, ARowWithoutMatchLeavesTheNextRowsAsTheyAre) {
-  // The first row runs to the end of the file at every "a" and fails there.
+  // At every "a" an attempt of the first row runs to the end of the file and fails there.
   ExpectResult({{"a*!", "1"}, {"aX", "2"}, {"X", "3"}}, '*', "aXXaX", "232", 3);
 }
 
@@ -65,14 +65,15 @@ TEST(SubstitutionWildcard, InFirstPositionStandsForItself) {
 }
 
 TEST(SubstitutionWildcard, InFirstPositionAloneTakesOneByte) {
-  // "*" matches, k = 2; behind it the table ends. The tail is empty, so the writing ends at the
-  // "*".
+  // "*" matches, k = 2; behind the "*" the table ends. The tail is empty, so the writing ends at
+  // the "*".
   ExpectResult({{"*", "<*>"}}, '*', "a*b", "a<*b", 1);
 }
 
 TEST(SubstitutionWildcard, TakesAtLeastOneByteEvenOfTheTail) {
-  // The "c" is the wildcard's first byte. It closes the span, and behind it the span is opened
-  // again: "X" then counts as the tail, whatever byte it is, and the span is closed for good.
+  // The "c" is the wildcard's first byte. The "c" closes the span; behind the "c" the span is
+  // opened again. Then the next byte counts as the tail, whatever its value ("X"), and the span is
+  // closed for good.
   ExpectResult({{"a*c", "[*]"}}, '*', "acXY", "[c]Y", 1);
   // At the end of the file no byte can count as the tail: k = 3 is not above 3.
   ExpectResult({{"a*c", "[*]"}}, '*', "ac", "ac", 0);
@@ -104,8 +105,8 @@ TEST(SubstitutionWildcard, OfTwoOnlyTheFirstIsASpansStart) {
 }
 
 TEST(SubstitutionWildcard, OfTwoInARowTheSecondIsTheTail) {
-  // The "*" in the file ends the span. It is captured too, because the pattern is also at a "*"
-  // then.
+  // The "*" in the file ends the span. This "*" is captured, too, because the pattern is also at a
+  // "*" then.
   ExpectResult({{"a**", "[*]"}}, '*', "aXY*ZW", "[XY*]ZW", 1);
   ExpectResult({{"a**", "[*]"}}, '*', "aXYZW", "aXYZW", 0);
   // In a wider table, the span that the last "*" of the row opens takes one byte more: k = 6 > 3 +

@@ -17,7 +17,7 @@ class FileStepTest : public ::testing::Test {
   bool Handle(const std::string& name) {
     return HandleFile(program_, "/s", name, "/t", FolderPassKind::kPrepass);
   }
-  // Checks that the file has no copy and that two lines of the log tell why.
+  // Checks that the file has no copy, and that the log's last two lines tell why.
   void ExpectNotCopied(const std::string& name, const std::string& error) {
     EXPECT_TRUE(Handle(name));
     EXPECT_FALSE(test_.files.Has("/t/" + name));
@@ -25,7 +25,7 @@ class FileStepTest : public ::testing::Test {
     ASSERT_GE(log.size(), 2u);
     EXPECT_EQ(log[log.size() - 2], "/s/" + name);
     EXPECT_EQ(log.back(), error);
-    // Labels and progress are updated all the same.
+    // Labels are updated all the same.
     EXPECT_EQ(test_.Counts(), "Scanned: " + std::to_string(program_.run.FilesDone) +
                                   "\r\nSkipped: " + std::to_string(program_.run.FilesSkipped));
     EXPECT_EQ(test_.HitsShown(), "Hits: " + std::to_string(program_.run.HitsTotal) + "\r\n");
@@ -418,7 +418,8 @@ TEST_F(FileStepTest, HitsOfACopyThatCameToNothingDoNotCount) {
 }
 
 TEST_F(FileStepTest, ASourceThatTheTargetCannotBeToldFromIsNotStaked) {
-  // The look-up of the target finds nothing, although its name is taken.
+  // After the first MoveTo, LookUpFile does not find the target, although the target's name is
+  // taken.
   bool lie = false;
   test_.files.fail = [&](const std::string& call, const std::string& path) {
     if (call == "MoveTo") lie = true;

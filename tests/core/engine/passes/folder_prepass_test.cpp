@@ -1,4 +1,5 @@
-// The first pass of a folder run: the progress scale, and the files directly in the source.
+// The first pass of a folder run: it sets the progress scale and handles the files directly in the
+// source.
 #include <gtest/gtest.h>
 
 #include "tests/core/engine/folder_program.h"
@@ -62,8 +63,8 @@ TEST_F(FolderPrepassTest, AFileOfARecycleBinIsStillHandledWhenTheSourceIsTheBin)
   Run("/RECYCLER");
   EXPECT_EQ(test_.files.Below("/t"), std::vector<std::string>{"/t/b.bin"});
   EXPECT_EQ(program_.run.FilesDone, 1);
-  // The path of "b.bin", which is only copied, is not checked. That of "a.txt" is, so "a.txt" is
-  // not processed and has no result to copy.
+  // "b.bin" is only copied, so its path is not checked. The path of "a.txt" is checked, so "a.txt"
+  // is not processed and has no result to copy.
   EXPECT_EQ(test_.LogMessages(),
             (std::vector<std::string>{"/RECYCLER/a.txt", "Error 53: File not found"}));
 }

@@ -1,5 +1,5 @@
-// Processing one file: what it leaves on the disk, in the labels and in the log, also after errors
-// and stop requests.
+// Processing one file: what the processing leaves on the disk, in the labels and in the log, also
+// after errors and stop requests.
 #include "core/engine/passes/process_file.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ class ProcessFileTest : public ::testing::Test {
     test_.files.AddFile("/s/a.txt", bytes, {}, 0640);
     return ProcessFile(program_, LookUpSource(program_, "/s", "a.txt"), work_);
   }
-  // Checks the outcome; `path` is what the error is about.
+  // Checks the outcome; `path` is the path in the error.
   void ExpectFailed(const Outcome& outcome, ErrorNumber error, const std::string& path) {
     EXPECT_EQ(outcome.kind, OutcomeKind::kFailed);
     EXPECT_EQ(outcome.error, error);
@@ -57,7 +57,7 @@ TEST_F(ProcessFileTest, TheWorkFileIsNoMoreReadableThanTheSource) {
 }
 
 TEST_F(ProcessFileTest, HitsAreCountedForTheFileAndForTheRun) {
-  program_.run.Hits_Per_File = 5;  // the caller has not reset it
+  program_.run.Hits_Per_File = 5;  // as if the caller had not reset the count
   program_.run.HitsTotal = 100;
   Process("aca");
   EXPECT_EQ(program_.run.Hits_Per_File, 7);
@@ -226,7 +226,7 @@ TEST_F(ProcessFileTest, AStopRequestIsObeyedAtTheNextYield) {
 }
 
 TEST_F(ProcessFileTest, WindowEventsAreHandledWhileItWorksWhen15MillisecondsHavePassed) {
-  // Each call of the clock advances it by 5 ms, so two of three yields handle no events.
+  // Each look at the clock advances the clock by 5 ms, so two of three yields handle no events.
   test_.system.step = std::chrono::milliseconds(5);
   std::chrono::milliseconds last{0};
   test_.user.on_events = [&] {

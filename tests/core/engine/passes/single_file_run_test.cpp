@@ -19,7 +19,7 @@ class SingleFileRunTest : public ::testing::Test {
     outcome_ = SingleFileRun(program_, "/s/a.bin", target);
     return outcome_.kind;
   }
-  // Runs and checks the outcome; `path` is what the error is about.
+  // Runs and checks the outcome; `path` is the path in the error.
   void ExpectFailed(const std::string& target, ErrorNumber error, const std::string& path) {
     EXPECT_EQ(Run(target), OutcomeKind::kFailed) << path;
     EXPECT_EQ(outcome_.error, error) << path;

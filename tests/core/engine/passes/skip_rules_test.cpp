@@ -1,4 +1,4 @@
-// The rules by which a file is never processed, one by one.
+// Each rule by which a file is never processed.
 #include "core/engine/passes/skip_rules.h"
 
 #include <gtest/gtest.h>

@@ -83,7 +83,7 @@ TEST_F(TreeRulesTest, LinksLeadIntoOneFolderABoundedNumberOfTimes) {
     rules.Leave();
   }
   EXPECT_EQ(rules.WhyNotEntered(link).value, PassedOver::kLinkedTooOften);
-  // Paths without links have no limit.
+  // A folder that is not itself a link has no such limit.
   EXPECT_EQ(rules.WhyNotEntered(below).value, PassedOver::kNo);
   EXPECT_EQ(rules.WhyNotEntered(plain).value, PassedOver::kNo);
 }

@@ -1,6 +1,6 @@
 // One file is copied while the N-th call on the file system fails, for N = 1, 2, 3, ... and for
-// each way in which a work file can end: moved to a free name, moved over an old copy, discarded,
-// and delivered in part after a stop request.
+// each way in which a work file can end: it is moved to a free name, moved over an old copy,
+// discarded, or delivered in part after a stop request.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -27,7 +27,7 @@ struct Ending {
 
 class WorkFileFaults : public ::testing::Test {
  protected:
-  // Copies the file once; returns whether a call failed.
+  // Copies the file once. Returns whether a call on the file system failed.
   bool CopyWithFault(const Ending& ending, const Fault& fault) {
     FolderProgram scene;
     scene.files.AddFile(kSource, kLongText);
