@@ -192,7 +192,7 @@ TEST_F(PositionedOutputTest, AWriteErrorStays) {
   output.Put(4, std::string(kBlock, 'X'));
   EXPECT_EQ(output.error(), ErrorNumber::kDiskFull);
   sink_.write_error = ErrorNumber::kNone;
-  output.Put(4, std::string(kBlock, "Y"));
+  output.Put(4, std::string(kBlock, 'Y'));
   EXPECT_EQ(output.error(), ErrorNumber::kDiskFull);
   EXPECT_EQ(output.Finish(), ErrorNumber::kDiskFull);
   EXPECT_EQ(sink_.bytes(), "");
