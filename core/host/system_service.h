@@ -1,4 +1,4 @@
-// What the program asks of the process and the machine: where it is installed, its environment, the
+// What the program asks of the process and the machine: the program's folder, the environment, the
 // clock and the locale.
 #pragma once
 
