@@ -75,7 +75,7 @@ struct Box {
   bool operator==(const Box&) const = default;
 };
 
-// What every control has. `tab_index` orders the controls of a form for the Tab key, from 0; -1:
+// What every control has. `tab_index` orders the controls of a form for the Tab key, from 0; -1 if
 // Tab passes the control over.
 struct Control {
   Control(ChangeNotice& notice, Box where, int tab)

@@ -110,8 +110,7 @@ struct ReplacementsForm : Form {
   std::int64_t placed_rows = 1;    // rows from this one on were just added and are still hidden
   int grown_rows = 0;              // rows by which the window has grown since it was opened
   std::size_t longest_text = kLongestText;
-  bool importing =
-      false;  // a list is being read or put into the rows; commands do nothing meanwhile
+  bool importing = false;  // a list is being read or put into the rows; commands do nothing
 };
 
 }  // namespace morvex

@@ -101,8 +101,8 @@ class OutputFile {
   virtual ~OutputFile() = default;
   // Writes all of `bytes` at the 0-based `offset`, replacing bytes that are already there. Never
   // shortens the file. An implementation may delay the write but keeps the order of writes, so the
-  // error it returns may belong to an earlier call. After an error nobody knows which bytes have
-  // been written; do not write again.
+  // error it returns may belong to an earlier call. After an error it is unknown which bytes were
+  // written; do not write again.
   virtual ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) = 0;
   // Completes all delayed writes and returns the first error of any of them. No WriteAt may follow.
   virtual ErrorNumber Close() = 0;
@@ -121,7 +121,7 @@ class OutputFile {
 //   WriteAt, Close   the work file, with an unknown part of its bytes;
 //   MoveToFreeName   the unchanged work file, and at `to` what was there before;
 //   CopyTo           the unchanged work file, and at `to` what was there before or nothing: the old
-//   file may be deleted before the copy gets its name;
+//                    file may be deleted before the copy gets its name;
 //   MoveTo           as CopyTo, with one exception: if the copy to another file system succeeded
 //                    and only deleting the work file failed, the whole copy is at `to`;
 //   Discard          the work file.

@@ -35,8 +35,7 @@ void FillGrid(Program& program, const ListReading& reading);
 // settings file is being read, imports the file SubstitutieFile instead, without asking.
 void cmdImport_Click(Program& program);
 
-// The editor's "Save": asks for a file, asks again if that file exists, and writes the grid into
-// it.
+// The editor's "Save": asks for a file, asks again if it exists, then writes the grid into it.
 void cmdSaveList_Click(Program& program);
 
 // Returns the message for a list whose reading ended early.

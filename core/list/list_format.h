@@ -34,7 +34,7 @@ struct ListReading {
   // The rows behind the final row, as many as were asked for. Each right text lacks its last two
   // bytes, as the right text of the final row does.
   std::vector<ListRow> rows_behind_final;
-  bool is_utf16 = false;                   // line 1 showed this, and ended the reading
+  bool is_utf16 = false;                   // line 1 shows UTF-16; the reading ended there
   std::int64_t end_line = 0;               // the line that ends the list; 0: there is none
   std::vector<ListLine> odd_lines;         // in the order of the file
   ErrorNumber error = ErrorNumber::kNone;  // why the file could not be opened or read further

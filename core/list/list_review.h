@@ -36,10 +36,10 @@ enum class ListProblem {
 
 struct ListDiagnostic {
   ListProblem problem = ListProblem::kNoSeparator;
-  std::int64_t line = 0;  // from 1; 0: the whole list
-  std::int64_t earlier_line =
-      0;             // of the row that wins instead, of the final row, or of the list's end
-  std::string text;  // the left text; of an empty one the right text; or a line that is no row
+  std::int64_t line = 0;          // from 1; 0: the whole list
+  std::int64_t earlier_line = 0;  // of the winning row, of the final row or of the list's end
+  // The left text; the right text if the left one is empty; the whole line if it is no row.
+  std::string text;
   std::string earlier_text;  // the left text that wins instead
   // Only for kOwnEnding, and for kOpenWildcard if the wildcard captures one byte alone: an example
   // file, and its contents after a run.

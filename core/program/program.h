@@ -38,7 +38,7 @@ struct Settings {
   bool ReadingInitFile = false;
   bool AutoRunFromInitFile = false;                  // run unattended with the named settings file
   ErrorNumber list_file_error = ErrorNumber::kNone;  // why the last list read lacks rows
-  ErrorNumber init_file_error = ErrorNumber::kNone;  // why it could not be opened or read
+  ErrorNumber init_file_error = ErrorNumber::kNone;  // why the settings file was not read whole
   std::string LoggingStatusText;
   std::int64_t N_Extension_Selected = 0;
   std::int64_t N_Extension_Total = 0;
@@ -129,7 +129,7 @@ struct Program {
 };
 
 // Handles pending window events, at most every 15 ms. Long work calls this often: at every file,
-// and within a file every few ten thousand steps.
+// and within a file about every 65,000 steps of the matching.
 void YieldToWindows(Program& program);
 
 // Whether a run works or a list is being read into the grid. Commands that would interfere do

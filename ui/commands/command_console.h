@@ -24,8 +24,8 @@ struct CommandConsole {
   bool error_is_terminal = false;
   std::function<int()> columns;  // width of the terminal, in columns
   // After this call, the first interrupt does not end the process: it makes `stop_requested` return
-  // true. If `asks` is true (the command asks questions), it also breaks off the wait for an
-  // answer; if `asks` is false, writes under way go on.
+  // true. If `asks` is true (the command asks questions), the interrupt also breaks off the wait
+  // for an answer; if `asks` is false, writes under way go on.
   std::function<void(bool asks)> note_stop_requests;
   std::function<bool()> stop_requested;
   // Standard input and output as files of bytes. After opening one of them, do not use `input` or

@@ -54,7 +54,7 @@ struct CommandLine {
   int exit_status = 0;
 };
 
-// Whether `argument`, the program's first, names a command. If so, ParseCommandLine must read the
+// Whether the program's first argument names a command, so that ParseCommandLine can read the
 // arguments.
 bool IsCommand(const std::string& argument);
 
