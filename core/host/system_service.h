@@ -38,7 +38,7 @@ class SystemService {
 
   virtual WallTime Now() = 0;
   virtual TimeOfDay LocalTimeOfDay() = 0;
-  // The current date and time in the format of the user's regional settings.
+  // The current date, and the current time of day, in the format of the user's regional settings.
   virtual std::string ShortDate() = 0;
   virtual std::string TimeText() = 0;
   // A clock that never goes back, for delays and pacing.

@@ -25,7 +25,7 @@ enum class ListProblem {
   kNul,               // the left text holds a NUL: this row never wins
   kUtf16,             // the file is UTF-16: no row can be used
   kBehindEnd,         // the line follows the line that ends the list
-  kCarriageReturn,    // one is inside the row, as in a file whose lines end in CR alone
+  kCarriageReturn,    // the row holds one, as in a file whose lines end in CR alone
   kBlanks,            // blanks beside the separator are part of the texts
   kFurtherSeparator,  // the right text holds the separator
   kTooLong,           // the left text is longer than any match: this row never wins

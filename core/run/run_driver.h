@@ -1,4 +1,5 @@
-// The run driver: Anonymize arms a run and saves the settings, Go performs it.
+// The run driver: the main window's button Anonymize arms a run and saves the settings, the button
+// Go performs the run.
 //
 // The forms show what a run does, whether the main window or a command started the run.
 #pragma once

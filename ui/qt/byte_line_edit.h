@@ -42,9 +42,9 @@ class ByteLineEdit : public QLineEdit {
   // Shows in the tool tip, until the next change, why something was refused.
   void TellRefusal(const QString& why);
 
-  // Whether the key is one of the numeric keypad with Alt held down. On Windows such keys enter a
-  // character by its number. Without NumLock they arrive as arrows or the like and must not count
-  // as commands.
+  // Whether the key is one of the numeric keypad, other than Enter, pressed with Alt. On Windows
+  // such keys enter a character by its number. Without NumLock they arrive as arrows or the like
+  // and must not count as commands.
   static bool IsDigitWithAlt(const QKeyEvent& event);
 
  signals:
@@ -63,7 +63,7 @@ class ByteLineEdit : public QLineEdit {
   class Validator;
   struct Insertion {
     int at = 0;
-    int replaced = 0;  // how many UTF-16 units from `at` on `text` replaces
+    int replaced = 0;  // the number of UTF-16 units from `at` on that `text` replaces
     QString text;
   };
 
