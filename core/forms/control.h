@@ -1,9 +1,9 @@
 // The state of the controls of a form: plain values, no behaviour, no toolkit. A user interface
-// shows them and calls the handlers in other folders for their events; a test reads them without a
-// screen.
+// shows the controls and calls the handlers of their events, which are in other folders; a test
+// reads the controls without a screen.
 //
-// Every visible value notifies its form's ChangeNotice when it changes, so that a user interface
-// need not poll the controls.
+// A Watched value notifies its form's ChangeNotice of every change, so that a user interface need
+// not poll the controls.
 #pragma once
 
 #include <algorithm>
@@ -75,7 +75,8 @@ struct Box {
   bool operator==(const Box&) const = default;
 };
 
-// What every control has. `tab_index` orders the controls of a form for the Tab key, from 0.
+// What every control has. `tab_index` orders the controls of a form for the Tab key, from 0; -1 if
+// Tab passes the control over.
 struct Control {
   Control(ChangeNotice& notice, Box where, int tab)
       : tool_tip(notice),
@@ -111,8 +112,8 @@ struct Button : Control {
   std::string font;
 };
 
-// One line: its text never holds CR or LF. The user interface ensures this, and puts typed text
-// into `text` itself if the box has no handler for changes.
+// A box for one line of text; the user interface keeps CR and LF out. If the box has no handler for
+// changes, the user interface also puts typed text into `text`.
 struct TextBox : Control {
   TextBox(ChangeNotice& notice, Box where, int tab) : Control(notice, where, tab), text(notice) {}
 
@@ -154,7 +155,7 @@ struct ListEntry {
 };
 
 // A list in which any number of entries can be selected. `current` is the index of the entry with
-// the focus mark, -1 for none; the user interface sets it.
+// the focus mark, -1 for none.
 struct ListBox : Control {
   ListBox(ChangeNotice& notice, Box where, int tab)
       : Control(notice, where, tab), entries(notice), current(notice, -1) {}
@@ -184,7 +185,7 @@ struct ScrollBar : Control {
   Watched<std::int64_t> value_;
 };
 
-// Runs from 0 to `maximum`. A value outside this range is moved to its nearer end.
+// Runs from 0 to `maximum`. A value outside this range is moved to the nearer end of the range.
 struct ProgressBar : Control {
   ProgressBar(ChangeNotice& notice, Box where)
       : Control(notice, where, -1), maximum_(notice, 0), value_(notice, 0) {}
@@ -208,7 +209,7 @@ struct Timer {
   int interval_ms = 0;
 };
 
-// Shown instead of a path box while the user chooses a folder.
+// A tree of folders, shown instead of a path box while the user chooses a folder.
 struct FolderTree : Control {
   FolderTree(ChangeNotice& notice, Box where, int tab)
       : Control(notice, where, tab), selected_folder(notice) {

@@ -38,7 +38,7 @@ struct MainForm : Form {
   Label lblTotalFiles;  // what the program is doing, then the counts of files
   Label lblTijd;        // elapsed time
   Label lblPercentage;  // hits and result
-  Label lblNote;        // a warning about the last run's copies
+  Label lblNote;        // warns of files in the target that the last run did not make
   ProgressBar ProgressBar1;
   Timer Timer1;
   Picture Image1;             // decoration, like the lines

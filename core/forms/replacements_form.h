@@ -1,7 +1,8 @@
 // The form of the replacement list's editor: a grid of rows, each a left and a right cell.
 //
-// A grid may hold a hundred thousand rows, so a row stores no position. Position and visibility of
-// a row are computed from one scroll offset, its place in the tab order from its index.
+// A grid may hold a hundred thousand rows, so a row stores no position. The position of a row is
+// computed from one scroll offset; so is its visibility, except that rows just added are still
+// hidden. A cell's place in the tab order is computed from its address.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +23,7 @@ inline constexpr int kLeftColumn = 360;
 inline constexpr int kRightColumn = 4560;
 inline constexpr int kCellWidth = 4215;
 inline constexpr int kCellHeight = 375;
-inline constexpr std::int64_t kRowsInBand = 6;  // visible at a time: tops from 360 to 2160
+inline constexpr std::int64_t kRowsInBand = 6;  // visible at a time; their tops are at 360 to 2160
 
 // A text of this many bytes or more is marked as too long.
 inline constexpr std::size_t kLongestText = 2147483647;
@@ -105,11 +106,11 @@ struct ReplacementsForm : Form {
   std::vector<std::string> SavedRechts;
 
   std::optional<CellAddress> focused_cell;  // the cell that has the focus now
-  std::int64_t scrolled_rows = 0;  // rows above the band; negative: empty space above the first row
+  std::int64_t scrolled_rows = 0;  // rows above the visible ones; negative: empty space above row 0
   std::int64_t placed_rows = 1;    // rows from this one on were just added and are still hidden
   int grown_rows = 0;              // rows by which the window has grown since it was opened
   std::size_t longest_text = kLongestText;
-  bool importing = false;  // a list is being put into the rows; commands do nothing meanwhile
+  bool importing = false;  // a list is being read or put into the rows; commands do nothing
 };
 
 }  // namespace morvex

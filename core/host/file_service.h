@@ -1,5 +1,6 @@
-// Everything that the program asks of the file system. Each system implements it once, under host/.
-// Tests use an implementation in memory, and one that makes chosen calls fail.
+// Everything that the program asks of the file system. For each system, a folder below host/
+// implements FileService once. Tests use an implementation in memory, and one that makes chosen
+// calls fail.
 //
 // A path is a string of bytes in the encoding of the host's file names, the names in it joined by
 // Separator(). It may be relative to the process's current folder. Every call on an empty path
@@ -8,8 +9,8 @@
 // How a processed copy is made:
 //   1. OpenForReading opens the source file.
 //   2. CreateWorkFile makes the work file, beside the source.
-//   3. WorkFile::WriteAt and Close fill it.
-//   4. WorkFile::MoveTo or MoveToFreeName turns it into the copy, or Discard deletes it.
+//   3. WorkFile::WriteAt and Close fill the work file.
+//   4. WorkFile::MoveTo or MoveToFreeName turns the work file into the copy, or Discard deletes it.
 #pragma once
 
 #include <chrono>
@@ -89,8 +90,8 @@ class InputFile {
   // True if the next read would block, because another program has not yet written the bytes. Only
   // streams can return true.
   virtual bool MustWait() { return false; }
-  // True if the file's size or modification time differs from when it was opened. The bytes read so
-  // far may then mix old and new contents.
+  // True if the file's size or modification time has changed since the file was opened. If so, the
+  // bytes already read may be partly of the old contents and partly of the new ones.
   virtual Result<bool> HasChanged() { return false; }
 };
 
@@ -100,28 +101,27 @@ class OutputFile {
   virtual ~OutputFile() = default;
   // Writes all of `bytes` at the 0-based `offset`, replacing bytes that are already there. Never
   // shortens the file. An implementation may delay the write but keeps the order of writes, so the
-  // error it returns may belong to an earlier call. After an error it is unknown which of the later
-  // bytes were written; do not write again.
+  // error it returns may belong to an earlier call. After an error it is unknown which bytes were
+  // written; do not write again.
   virtual ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) = 0;
-  // Completes all delayed writes and returns the first error of any of them. WriteAt must not
-  // follow.
+  // Completes all delayed writes and returns the first error of any of them. No WriteAt may follow.
   virtual ErrorNumber Close() = 0;
 };
 
-// The file that a run is making. It exists under the path that CreateWorkFile was called with until
-// it is moved or discarded. Meanwhile the object claims it: DeleteFile of any process returns
-// kFileAlreadyOpen for it, so two runs over one source cannot exchange each other's bytes. (On a
-// file system without locks there are no claims.)
+// The work file: a processed copy while a run makes it. The file exists under the path that
+// CreateWorkFile was called with until it is moved or discarded. Meanwhile the object claims the
+// file: DeleteFile of any process returns kFileAlreadyOpen for it, so of two runs over one source
+// neither can replace the other's work file. (On a file system without locks there are no claims.)
 //
 // Order of calls: WriteAt any number of times; Close once; CopyTo any number of times; then MoveTo,
-// MoveToFreeName or Discard, which may be repeated, in any order, until one succeeds. Discard is
-// allowed before Close too. No call may follow the one that succeeded.
+// MoveToFreeName and Discard in any order, until one of them succeeds. Discard is allowed before
+// Close too. No call may follow the one that succeeded.
 //
 // What is on the disk after an error of
 //   WriteAt, Close   the work file, with an unknown part of its bytes;
 //   MoveToFreeName   the unchanged work file, and at `to` what was there before;
-//   CopyTo           the unchanged work file, and at `to` what was there before or nothing: an old
-//                    file may already be deleted when giving the copy its name fails;
+//   CopyTo           the unchanged work file, and at `to` what was there before or nothing: the old
+//                    file may be deleted before the copy gets its name;
 //   MoveTo           as CopyTo, with one exception: if the copy to another file system succeeded
 //                    and only deleting the work file failed, the whole copy is at `to`;
 //   Discard          the work file.
@@ -137,11 +137,11 @@ class WorkFile : public OutputFile {
   // The path that CreateWorkFile was called with.
   const std::string& path() const { return path_; }
 
-  // Copies the work file to `to` as CopyFile does, and keeps it and the claim.
+  // Copies the work file to `to` as CopyFile does. The work file stays and stays claimed.
   virtual ErrorNumber CopyTo(const std::string& to) = 0;
-  // Moves the work file to `to`, under the rules of CopyFile for what it may replace. A move within
-  // one file system is a rename. A move to another file system is a copy: it asks `keep_going` (may
-  // be empty) meanwhile, and returns kInvalidCall if `keep_going` ended the copy.
+  // Moves the work file to `to` and replaces there what CopyFile would replace. A move within one
+  // file system is a rename. A move to another file system is a copy, during which `keep_going`
+  // (may be empty) is asked; returns kInvalidCall if `keep_going` ended the copy.
   virtual ErrorNumber MoveTo(const std::string& to, const KeepGoing& keep_going) = 0;
   // Renames the work file to `to`, in one step that fails if the name is taken. The caller need not
   // look up `to` first. Returns kFileAlreadyExists if the name is taken, possibly by a link, and
@@ -166,7 +166,7 @@ class FileService {
 
   virtual char Separator() const = 0;
   // True if both names mean the same file in one folder. Ignores letter case on hosts whose file
-  // systems do.
+  // systems ignore it.
   virtual bool IsSameName(const std::string& one, const std::string& other) const {
     return one == other;
   }
@@ -182,7 +182,7 @@ class FileService {
   // Returns all names in the folder `path`, in the file system's own order. A link whose target
   // cannot be examined is listed as a file.
   virtual Result<std::vector<FolderEntry>> ListFolder(const std::string& path) = 0;
-  // Returns the text stored in the link `path`, which is the path it leads to. kPathFileAccess if
+  // Returns the text of the link `path`: the path to which the link leads. kPathFileAccess if
   // `path` is not a link, kFileNotFound if it does not exist.
   virtual Result<std::string> LinkText(const std::string& path) = 0;
   // Returns `path` with every link in it resolved.
@@ -204,15 +204,15 @@ class FileService {
   // ----- Whole files
 
   // Copies the file `from` to `to` with its permission bits and modification time. The copy appears
-  // at `to` whole or not at all; after an error an old file at `to` may be gone. It replaces a file
-  // or link of that name and is never written through a link. kPathFileAccess if `to` is a folder
+  // at `to` whole or not at all; after an error an old file at `to` may be gone. The copy replaces
+  // a file or link at `to`; no copy is written through a link. kPathFileAccess if `to` is a folder
   // or the same file as `from`; kFileAlreadyOpen if `from` changed meanwhile; kInvalidCall if
   // `keep_going` (may be empty) ended the copy.
   virtual ErrorNumber CopyFile(const std::string& from, const std::string& to,
                                const KeepGoing& keep_going) = 0;
-  // Moves the file `from` to `to`: by renaming it where both are on one file system, elsewhere by
-  // CopyFile and DeleteFile. If `from` is a link, the file it leads to is copied and the link
-  // deleted. After an error `from` still exists.
+  // Moves the file `from` to `to`: by renaming if both are on one file system, else by CopyFile and
+  // DeleteFile. If `from` is a link, the file to which it leads is copied and the link is deleted.
+  // After an error `from` still exists.
   virtual ErrorNumber MoveFile(const std::string& from, const std::string& to,
                                const KeepGoing& keep_going) = 0;
   // Renames the file `from` to `to`, in one step that fails if the name is taken. Returns
@@ -220,7 +220,7 @@ class FileService {
   // not a file, or if the two paths are on different file systems. After an error nothing has
   // changed.
   virtual ErrorNumber MoveToFreeName(const std::string& from, const std::string& to) = 0;
-  // Deletes a file, or a link but not what it leads to. kPathFileAccess for a folder,
+  // Deletes a file, or a link but not what the link leads to. kPathFileAccess for a folder,
   // kFileNotFound if `path` does not exist, kFileAlreadyOpen if a WorkFile claims the file.
   virtual ErrorNumber DeleteFile(const std::string& path) = 0;
 

@@ -1,5 +1,6 @@
-// The host: everything outside itself that the program uses, as three services. Whoever creates the
-// services (a main function, a test) owns them and keeps them alive as long as the program.
+// The host: everything outside the program that the program uses, as three services. Whoever
+// creates the services (a main function, a test) owns them and keeps them alive as long as the
+// program.
 #pragma once
 
 #include "core/host/file_service.h"

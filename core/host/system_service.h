@@ -1,4 +1,4 @@
-// What the program asks of the process and the machine: where it is installed, its environment, the
+// What the program asks of the process and the machine: the program's folder, the environment, the
 // clock and the locale.
 #pragma once
 
@@ -38,7 +38,7 @@ class SystemService {
 
   virtual WallTime Now() = 0;
   virtual TimeOfDay LocalTimeOfDay() = 0;
-  // The current date and time in the format of the user's regional settings.
+  // The current date, and the current time of day, in the format of the user's regional settings.
   virtual std::string ShortDate() = 0;
   virtual std::string TimeText() = 0;
   // A clock that never goes back, for delays and pacing.

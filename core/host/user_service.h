@@ -31,8 +31,8 @@ class UserService {
  public:
   virtual ~UserService() = default;
 
-  // Shows a message box and waits for the answer, which is one of `buttons`. Lines of `text` end in
-  // CR LF.
+  // Shows a message box and waits for the answer, which is one of `buttons`. CR LF separates the
+  // lines of `text`.
   virtual Answer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon) = 0;
   virtual FileChoice ChooseFileToOpen(const FileDialog& dialog) = 0;
   virtual FileChoice ChooseFileToSave(const FileDialog& dialog) = 0;

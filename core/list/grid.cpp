@@ -10,7 +10,8 @@
 namespace morvex {
 namespace {
 
-// Enter in a row up to this one makes the window taller. Enter in a later row scrolls the grid.
+// If the last row is this one or an earlier one, Enter in it makes the window taller; else Enter
+// scrolls the grid.
 constexpr std::int64_t kLastGrowingRow = kRowsInBand - 2;
 constexpr std::int64_t kFreshScrollMaximum = 10;
 constexpr const char* kTooLongEntering = "invoer te lang (> 2147483647)";
@@ -24,7 +25,8 @@ void MoveDown(Button& button, int twips) {
   button.box = box;
 }
 
-// Sets the scroll bar to a value from the program or from the user, and moves the rows accordingly.
+// Sets the scroll bar's value and scrolls the rows by the change. The rows stay if the bar lacks
+// the focus and the value is above LastRow: then the caller has moved them already.
 void ScrollTo(ReplacementsForm& grid, std::int64_t value) {
   grid.VScroll1.SetValue(value);
   const std::int64_t taken = grid.VScroll1.value();

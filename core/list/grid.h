@@ -14,23 +14,23 @@
 
 namespace morvex {
 
-// Brings the form into its freshly opened state, with one empty row. FocusCell, CaretPos,
-// PrevScrollValue and the snapshot keep the values that they had when the form was closed. Does
-// nothing if the form is already loaded.
+// Loads the editor with one empty row. FocusCell, CaretPos, PrevScrollValue and the snapshot (see
+// SnapshotRows) keep the values that they had when the editor was closed. Does nothing if the
+// editor is already loaded.
 void LoadGrid(Program& program);
 
-// Adds an empty, hidden row behind the last one. The caller then sets LastRow.
+// Adds an empty, hidden row behind the last one. The caller must then set LastRow.
 void AddRow(ReplacementsForm& grid);
 
 // Removes a row. Returns false for row 0, which always exists, and for a row that does not exist.
-// The caller then sets LastRow.
+// The caller must then set LastRow.
 bool RemoveRow(ReplacementsForm& grid, std::int64_t row);
 
 // Makes the window `count` rows taller; `count` may be negative.
 void GrowWindow(ReplacementsForm& grid, int count);
 
-// Moves the rows up by `delta` rows; down when negative. Rows that were just added become visible
-// when they are within the band.
+// Scrolls the grid by `delta` rows: up if `delta` is positive, down if it is negative. Rows that
+// were just added are no longer hidden.
 void ShiftRows(ReplacementsForm& grid, std::int64_t delta);
 
 // Scrolls by the fewest rows that bring `row` into view. Does nothing if the row does not exist.
@@ -42,27 +42,27 @@ ReplacementList ListInGrid(const ReplacementsForm& grid);
 // Copies every cell's text into SavedLinks and SavedRechts.
 void SnapshotRows(ReplacementsForm& grid);
 
-// Puts the focus into a cell and handles the loss of focus of the old cell. Does nothing if the
-// cell does not exist or is not visible.
+// Gives `cell` the focus, and takes the focus from the cell or scroll bar that had it. Does nothing
+// if `cell` does not exist or is not visible.
 void FocusOnCell(Program& program, CellAddress cell);
 
 // A cell whose text has longest_text bytes or more turns red and gets the tool tip `too_long`. Any
 // other cell turns black and gets its text as tool tip.
 void MarkTooLong(const ReplacementsForm& grid, Cell& cell, const char* too_long);
 
-// Enter in a cell: in the last row it appends a row, elsewhere it does nothing.
+// The Enter key in a cell. Appends a row if the cell is in the last row, else does nothing.
 void EnterInCell(Program& program, CellAddress cell);
 
 // Puts a text into a cell, which must exist.
 void SetCellText(ReplacementsForm& grid, CellAddress cell, const std::string& text);
 
-// Puts texts into the rows from `first` on; that row must exist. Appends rows where needed, as
+// Puts texts into the rows from `first` on; row `first` must exist. Appends rows where needed, as
 // Enter does.
 void FillRows(Program& program, std::int64_t first, const std::vector<GridRow>& rows);
 
-// Pastes rows, the first into the row of `cell`, and puts the focus into the last. Never overwrites
-// a text: if a row that would be filled already holds a text, changes nothing and returns the first
-// such row.
+// Pastes rows, the first into the row of `cell`, and gives the last pasted right cell the focus.
+// Never overwrites a text: if a row that would be filled already holds a text, changes nothing and
+// returns the first such row.
 std::optional<std::int64_t> PasteRows(Program& program, CellAddress cell,
                                       const std::vector<GridRow>& rows);
 
@@ -74,9 +74,9 @@ std::optional<CellAddress> RememberedCell(const ReplacementsForm& grid);
 bool ReturnToCell(Program& program);
 
 // Events. A cell event does nothing for a row that does not exist. Keys and changes do nothing
-// while a list is being read. The user interface reports a change of text before the selection that
-// goes with it. `key` is one of core/forms/keys.h. A scroll value outside the bar's range is moved
-// to its nearer end.
+// while a list is being read. The user interface must report a change of text before the change of
+// selection that comes with the text. `key` is a code of core/forms/keys.h. A scroll value outside
+// the bar's range is moved to the nearer end of the range.
 void Cell_KeyDown(Program& program, CellAddress cell, int key);
 void Cell_Change(Program& program, CellAddress cell, const std::string& text);
 void Cell_SelectionChange(Program& program, CellAddress cell, std::size_t selection_end);

@@ -10,8 +10,8 @@
 namespace morvex {
 namespace {
 
-// Words to put in place of the wildcard. For nearly every ending, at least one of the words does
-// not contain it.
+// Words to put in place of the wildcard. For nearly every ending (the text behind a wildcard), at
+// least one word does not contain the ending.
 constexpr std::array<std::string_view, 3> kWords = {"Renate", "Vollmoor", "418273"};
 
 class NoWatcher : public SubstitutionWatcher {

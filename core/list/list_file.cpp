@@ -7,12 +7,12 @@
 namespace morvex {
 namespace {
 
-// How often the reading of a list file handles window events.
+// While a list file is read, window events are handled once in this many lines.
 constexpr std::int64_t kLinesPerYield = 256;
 
 void SetUpDialog(FileDialog& dialog) { dialog = FileDialog{"txt", "Text (*.txt)|*.txt", "", ""}; }
 
-// Makes the editor's commands wait as long as it exists.
+// While this object exists, the editor's commands do nothing.
 class ImportingMark {
  public:
   explicit ImportingMark(ReplacementsForm& grid) : grid_(grid) { grid_.importing = true; }
@@ -59,7 +59,7 @@ class GridImport {
     return true;
   }
 
-  // At the end of the list: removes the row that the last Enter appended.
+  // Removes the row that TakeRow appended last, because the list has ended.
   void RemoveAppendedRow() {
     if (!RemoveRow(grid_, row_)) return;
     --grid_.LastRow;
@@ -107,7 +107,8 @@ ListReading ReadListForGrid(Program& program, const std::string& path, std::int6
 
 void FillGrid(Program& program, const ListReading& reading) {
   const bool took_all = GridImport(program).TakeAll(reading);
-  // An error behind the row at which the filling ended made no row missing.
+  // The reading error, if any, came behind the last row read. If the filling ended in front of that
+  // row, the error is not why rows are missing.
   const bool was_reached = took_all || reading.list.rows.empty();
   program.settings.list_file_error = was_reached ? reading.error : ErrorNumber::kNone;
   program.settings.SubstitutieFile = reading.list.path;

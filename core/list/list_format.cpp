@@ -60,7 +60,7 @@ class ListParser {
   }
 
  private:
-  // Passes over empty lines and further end lines, which many lists have behind their end.
+  // Passes over empty lines and repeated end lines: many lists have such lines behind their end.
   bool TakeBehindEnd(const std::string& line) {
     if (line.empty() || line == end_) return true;
     Keep(ListLine::Kind::kBehindEnd, line);

@@ -1,9 +1,8 @@
 // The format of list files: one row a line, left text, separator, right text. A doubled separator
-// anywhere in a line makes its row the final row; a written list has it behind the last right text.
-// Nothing is escaped. A file is read into a ReplacementList and written from one here and nowhere
-// else.
+// anywhere in a line makes that row the final row; WriteListFile writes one behind the last right
+// text. Nothing is escaped. Only the functions declared here read and write list files.
 //
-// The separator is not stored in the file: it is the one in force.
+// The file does not store the separator: the caller names it.
 #pragma once
 
 #include <cstdint>
@@ -18,8 +17,8 @@ namespace morvex {
 // A line of a list file that is not an ordinary row.
 struct ListLine {
   enum class Kind {
-    kNoSeparator,     // neither row nor blank: passed over
-    kFinalRow,        // a row, marked as the last by two separators in a row
+    kNoSeparator,     // neither a row nor blank; passed over
+    kFinalRow,        // the final row, marked by a doubled separator
     kBehindFinalRow,  // the first row behind the final row
     kBehindEnd,       // the first text behind the line that ends the list
   };
@@ -29,26 +28,26 @@ struct ListLine {
 };
 
 struct ListReading {
-  ReplacementList list;                   // up to the final row
-  std::vector<std::int64_t> line_of_row;  // from 1
+  ReplacementList list;                   // the rows up to and including the final row
+  std::vector<std::int64_t> line_of_row;  // the line of each row of `list`, from 1
   bool has_final_row = false;             // the last row of `list` is the final row
-  // The rows behind the final row, as many as were asked for. Their right texts lack their last two
-  // bytes, as that of the final row does.
+  // The rows behind the final row, as many as were asked for. Each right text lacks its last two
+  // bytes, as the right text of the final row does.
   std::vector<ListRow> rows_behind_final;
-  bool is_utf16 = false;                   // seen on line 1, where the reading ended
+  bool is_utf16 = false;                   // line 1 shows UTF-16; the reading ended there
   std::int64_t end_line = 0;               // the line that ends the list; 0: there is none
   std::vector<ListLine> odd_lines;         // in the order of the file
   ErrorNumber error = ErrorNumber::kNone;  // why the file could not be opened or read further
 };
 
-// Whether a reading keeps the odd lines. Only the review needs them, and a file that is not a list
-// may consist of nothing else. With kDrop the reading stops at the line that ends the list. With
-// kKeep it stops at the first text behind that line, and at line 1 if that shows UTF-16.
+// Whether a reading keeps odd_lines. Only a review needs these, and in a file that is no list every
+// line may be odd. With kDrop the reading stops at the line that ends the list; with kKeep, at the
+// first text behind the line that ends the list, and at line 1 if the file is UTF-16.
 enum class OddLines { kDrop, kKeep };
 
-// Reads a list. A line of three separators and nothing else ends the list. Without a separator
-// there are no rows. The reading also stops
-//   at a row behind the final row if `rows_wanted` rows or more, of all kinds, precede it;
+// Reads a list. A line of three separators and nothing else ends the list. If `separator` is empty,
+// no line is a row. The reading also stops
+//   at a row behind the final row, if at least `rows_wanted` rows precede that row;
 //   when `keep_going`, which is asked before each line and may be empty, returns false;
 //   at an error.
 ListReading ReadListFile(FileService& files, const std::string& path, const std::string& separator,

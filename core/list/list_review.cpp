@@ -19,8 +19,8 @@ constexpr std::size_t kLongestMatch = 32766;  // bytes
 constexpr std::string_view kUsualWildcards = "*?";
 constexpr std::int64_t kSeveral = 2;
 
-// Counts the characters of a UTF-8 text: every byte but the continuation bytes. In another encoding
-// the count may be too low, never too high.
+// Counts the characters of a UTF-8 text: every byte except continuation bytes counts. In another
+// encoding the count may be too low, never too high.
 std::size_t CharacterCount(std::string_view text) {
   return static_cast<std::size_t>(
       std::count_if(text.begin(), text.end(), [](char byte) { return !IsUtf8Continuation(byte); }));
@@ -28,8 +28,9 @@ std::size_t CharacterCount(std::string_view text) {
 
 bool IsBlank(char byte) { return byte == ' ' || byte == '\t'; }
 
-// Whether the right text of a row holds the separator, apart from the mark of the final row.
-// `right_text` is the row's right text as it was read.
+// Whether the right text of a row holds the separator, apart from a doubled one at its end. `line`
+// is the row's whole line. `right_text` is the right text in the list, which lacks its last two
+// bytes in the final row.
 bool HasFurtherSeparator(std::string_view line, std::string_view separator,
                          std::string_view right_text) {
   const std::string mark = std::string(separator).append(separator);
@@ -48,8 +49,8 @@ class Reviewer {
         code_(joker),
         wildcard_(static_cast<char>(joker)) {}
 
-  // Takes rows and odd lines in the order of the file. Returns false if it stopped at a line
-  // because the lines behind it do not matter.
+  // Takes rows and odd lines in the order of the file. Stops, and returns false, at a line if the
+  // lines behind that line do not matter.
   bool TakeLines() {
     if (reading_.is_utf16) {
       Report(ListProblem::kUtf16, 1, "");
@@ -69,8 +70,8 @@ class Reviewer {
     return std::all_of(odd, end, [this](const ListLine& line) { return TakeOddLine(line); });
   }
 
-  // Call after the last line. Adds the diagnostics that depend on all rows, and removes examples
-  // that other rows make untrue.
+  // Call after TakeLines. Adds the diagnostics that depend on all rows, and removes examples that
+  // other rows make untrue.
   void TakeEnd() {
     std::vector<ListDiagnostic>& diagnostics = review.diagnostics;
     for (ListDiagnostic& diagnostic : diagnostics) {
@@ -105,13 +106,13 @@ class Reviewer {
 
   // How the left texts use a character that is often the wildcard.
   struct Use {
-    std::int64_t line = 0;  // the first line that holds it
+    std::int64_t line = 0;  // line of the first left text that holds the character
     std::string text;
     std::int64_t count = 0;
   };
 
-  // Returns the line of a row. The row must not be among the odd lines: then its texts and the
-  // separator are the whole line.
+  // Returns the line of a row: left text, separator, right text. Must not be called for the final
+  // row, whose right text in the list lacks the end of the line.
   std::string RowText(std::size_t row) const {
     const ListRow& texts = reading_.list.rows[row];
     return texts.left + std::string(separator_) + texts.right;
@@ -204,13 +205,13 @@ class Reviewer {
     }
   }
 
-  // A wildcard that is the first byte is an ordinary character.
+  // A wildcard that is the first byte of a left text is an ordinary character.
   bool HasWildcard(const std::string& left) const {
     return wildcard_ != 0 && left.find(wildcard_, 1) != std::string::npos;
   }
 
-  // Reports the row if an earlier row always matches in its place, and returns whether one does.
-  // `left` is `text` with line breaks for "[CRLF]".
+  // If an earlier row always matches in place of this row, reports this row and returns true.
+  // `left` is `text` with each "[CRLF]" as a line break.
   bool ReportShadowed(std::int64_t line, const std::string& text, const std::string& left) {
     const auto same = earlier_.find(left);
     if (same != earlier_.end()) {
@@ -238,7 +239,7 @@ class Reviewer {
   RowOutcomes outcomes_;
   std::size_t longest_ = 0;                           // longest left text, in bytes
   std::unordered_map<std::string, Earlier> earlier_;  // by left text
-  std::set<std::size_t> lengths_;                     // bytes of the left texts without wildcard
+  std::set<std::size_t> lengths_;  // sizes in bytes of left texts that hold no wildcard
 };
 
 }  // namespace

@@ -13,21 +13,21 @@ namespace morvex {
 inline constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 enum class ListProblem {
-  kByteOrderMark,     // begins the line, and so is part of the left text
+  kByteOrderMark,     // a mark begins the line and so is part of the left text
   kNoSeparator,       // the line is not a row
   kRowsLost,          // the line follows the final row
   kEmptyLeft,         // the row is never tried
   kDuplicate,         // an earlier row has the same left text: this row never wins
-  kShadowed,          // the left text begins with that of an earlier row: this row never wins
-  kShort,             // one or two characters, which occur everywhere
+  kShadowed,          // an earlier left text without wildcard begins this one: this row never wins
+  kShort,             // the left text has one or two characters and occurs everywhere
   kOpenWildcard,      // the wildcard ends the left text, so nothing ends what it captures
   kStrayWildcard,     // the right text has a wildcard and the left text has none
-  kNul,               // the left text holds a NUL, which ends every attempt: this row never wins
+  kNul,               // the left text holds a NUL: this row never wins
   kUtf16,             // the file is UTF-16: no row can be used
   kBehindEnd,         // the line follows the line that ends the list
-  kCarriageReturn,    // inside the row, as in a file whose lines end in CR alone
-  kBlanks,            // beside the separator: they are part of the texts
-  kFurtherSeparator,  // in the right text
+  kCarriageReturn,    // the row holds one, as in a file whose lines end in CR alone
+  kBlanks,            // blanks beside the separator are part of the texts
+  kFurtherSeparator,  // the right text holds the separator
   kTooLong,           // the left text is longer than any match: this row never wins
   kNoWildcardSet,     // several left texts hold a "*" or a "?", and no wildcard is set
   kUnusedWildcard,    // no left text holds the wildcard; about the whole list
@@ -37,9 +37,10 @@ enum class ListProblem {
 struct ListDiagnostic {
   ListProblem problem = ListProblem::kNoSeparator;
   std::int64_t line = 0;          // from 1; 0: the whole list
-  std::int64_t earlier_line = 0;  // of the row that wins instead, or of the list's end
-  std::string text;               // the left text, or the line that is not a row
-  std::string earlier_text;       // the left text that wins instead
+  std::int64_t earlier_line = 0;  // of the winning row, of the final row or of the list's end
+  // The left text; the right text if the left one is empty; the whole line if it is no row.
+  std::string text;
+  std::string earlier_text;  // the left text that wins instead
   // Only for kOwnEnding, and for kOpenWildcard if the wildcard captures one byte alone: an example
   // file, and its contents after a run.
   std::string example = {};
@@ -50,14 +51,14 @@ struct ListDiagnostic {
 };
 
 struct ListReview {
-  std::vector<ListDiagnostic> diagnostics;  // by line
-  std::vector<std::int64_t> line_of_row;    // by row of the tables
+  std::vector<ListDiagnostic> diagnostics;  // sorted by line
+  std::vector<std::int64_t> line_of_row;    // the line of each row of the tables
   bool is_usable = false;                   // some row has a left text
-  ErrorNumber error = ErrorNumber::kNone;   // what ended the reading of the reviewed lines early
+  ErrorNumber error = ErrorNumber::kNone;   // why lines that matter could not be read
 };
 
-// Whether the file holds text that is not a row, or not the row that its writer meant. A check for
-// leftovers then does not look for everything that the file names.
+// Whether the list file holds a line that is not a row, or a row that is not what its writer meant.
+// If so, a check for leftovers does not look for every text of the file.
 bool MayLackRows(const ListReview& review);
 
 // `reading` must have been read with OddLines::kKeep and with `separator`. `joker` is the

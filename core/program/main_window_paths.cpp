@@ -8,7 +8,7 @@ void Text1_Change(Program& program, int index, const std::string& text) {
   if (box.text.get() == text) return;
   box.text = text;
   box.colour = Colour::kBlack;
-  // A run can be armed again after a refused run, because the new path may be the right one.
+  // After a refused run, the new path may be the right one, so a run can be armed again.
   if (!program.run.working) form.cmdAnonymize.enabled = true;
   form.cmdGo.enabled = false;
   form.cmdGo.caption = kGoPathsChanged;

@@ -7,9 +7,9 @@
 
 namespace morvex {
 
-// Puts a text into a path box, for the user or for the program. A new text is black, disables Go
-// until the run is armed again, and enables arming unless a run works. `index` is kSourceBox or
-// kTargetBox.
+// Puts a text into a path box, for the user or for the program. If the text differs from the old
+// one, it is shown in black, Go is disabled until a run is armed again, and, unless a run works, a
+// run can be armed again. `index` is kSourceBox or kTargetBox.
 void Text1_Change(Program& program, int index, const std::string& text);
 
 }  // namespace morvex

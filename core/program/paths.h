@@ -35,7 +35,7 @@ bool IsWithin(const Program& program, std::string_view path, std::string_view fo
 // root. Returns the empty text once the program is to stop.
 std::string Normaliseer(const Program& program, const std::string& StringIn);
 
-// Replaces every run of separators by one, except for a pair at the start.
+// Replaces two or more separators in a row by one, at the start of the path by two.
 std::string FolderPathClean(const Program& program, std::string_view path);
 
 // Changes ASCII letters to upper case; other bytes stay.

@@ -36,9 +36,9 @@ struct Settings {
   std::string InitFilePath;       // path of that settings file
   std::int16_t AutoRunDelay = 0;  // milliseconds before an unattended run
   bool ReadingInitFile = false;
-  bool AutoRunFromInitFile = false;  // the named settings file was opened: run unattended
+  bool AutoRunFromInitFile = false;                  // run unattended with the named settings file
   ErrorNumber list_file_error = ErrorNumber::kNone;  // why the last list read lacks rows
-  ErrorNumber init_file_error = ErrorNumber::kNone;  // why the settings file could not be opened
+  ErrorNumber init_file_error = ErrorNumber::kNone;  // why the settings file was not read whole
   std::string LoggingStatusText;
   std::int64_t N_Extension_Selected = 0;
   std::int64_t N_Extension_Total = 0;
@@ -79,7 +79,7 @@ struct RunState {
   ElapsedTime elapsed;
   std::string ResultTail;  // second line of the result label
   // Files and folders without a copy: passed over on purpose, or failed. The first two counters
-  // leave out what nobody misses, such as stale work files; the counts by reason do not.
+  // leave out what nobody misses, such as stale work files; the counts by reason include all.
   std::int64_t passed_over_files = 0;
   std::int64_t left_out_folders = 0;
   std::int64_t failed_files = 0;
@@ -92,16 +92,16 @@ struct RunState {
   }
   Outcome first_failure;
   std::int64_t copies = 0;  // complete ones, processed or unchanged
-  // Of the target folder. target_was_empty is set before a folder run, the others only after a
-  // folder run that finished.
+  // The next three describe the target folder. target_was_empty is set before a folder run, the
+  // other two only after a folder run that finished.
   bool target_was_empty = false;
   std::int64_t other_files = 0;  // files in the target that this run did not make
-  ErrorNumber other_files_error = ErrorNumber::kNone;  // why they could not be counted
+  ErrorNumber other_files_error = ErrorNumber::kNone;  // why the other files could not be counted
   bool disk_full = false;                              // a full disk ended the run
   // What a stop request left: the path of an incomplete copy, and of a work file beside its source.
   std::string cut_short;
   std::string left_work_file;
-  // Matches by row of the tables; counted only for an observer.
+  // The number of matches of each row of the tables; counted only if there is an observer.
   std::vector<std::int64_t> hits_of_rows;
 };
 
@@ -128,8 +128,8 @@ struct Program {
   std::chrono::milliseconds last_yield{0};  // host.system.SteadyTime() at the last YieldToWindows
 };
 
-// Handles pending window events, at most every 15 ms. Long work calls it often: at every file, and
-// within a file every few thousand steps.
+// Handles pending window events, at most every 15 ms. Long work calls this often: at every file,
+// and within a file about every 65,000 steps of the matching.
 void YieldToWindows(Program& program);
 
 // Whether a run works or a list is being read into the grid. Commands that would interfere do

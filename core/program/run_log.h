@@ -2,8 +2,8 @@
 // Each record is one line: time of day, a blank and the message, all in double quotes, ended by CR
 // LF. A log is opened and closed for every record, so that other programs can read it meanwhile.
 //
-// Errors are ignored: a run must not fail because of its log. Once the program is to stop,
-// Normaliseer returns no path and nothing is written.
+// Errors are ignored: a run must not fail because of its log. Once the program is to stop, nothing
+// is written, because Normaliseer returns no path.
 #pragma once
 
 #include <string_view>

@@ -1,5 +1,6 @@
 // The outcome of each file and folder of a run, and the observer that is told of every outcome, for
-// example a report. Without an observer nothing is collected.
+// example a report. Without an observer only the counts and the first failure are kept, in
+// RunState.
 #pragma once
 
 #include <cstdint>
@@ -41,8 +42,8 @@ enum class FailureCause {
   kTargetIsSource,  // the copy would take the place of its own source
 };
 
-// What became of one file or folder of the source. A file's outcome starts with the skip rules, is
-// completed by each step that the file goes through, and ends with the observer.
+// What became of one file or folder of the source. Each step that a file goes through adds to the
+// file's outcome; at last the outcome is counted and passed to the observer.
 struct Outcome {
   OutcomeKind kind = OutcomeKind::kProcessed;
   std::string path;  // in the source
@@ -60,7 +61,8 @@ class RunObserver {
  public:
   virtual ~RunObserver() = default;
   // Called once for each file, when its outcome is known. Called for a folder only if it was passed
-  // over, failed or not reached, and then not for what it contains. Must not change the program.
+  // over, failed or not reached, and then not for the folder's contents. Must not change the
+  // program.
   virtual void OnOutcome(const Outcome& outcome) = 0;
 };
 

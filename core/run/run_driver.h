@@ -1,6 +1,7 @@
-// The run driver: Anonymize arms a run and saves the settings, Go performs it.
+// The run driver: the main window's button Anonymize arms a run and saves the settings, the button
+// Go performs the run.
 //
-// The forms show what a run does, whoever asked for it.
+// The forms show what a run does, whether the main window or a command started the run.
 #pragma once
 
 #include "core/program/program.h"
@@ -23,8 +24,8 @@ void cmdGo_Click(Program& program);
 RunRequest RequestFromForms(const Program& program);
 
 // Performs the armed run that `program.request` describes: checks source and target, calls the
-// passes, shows the result and writes the run summary. `program.run.end` tells how it ended. Does
-// nothing while a run works or a list is being read.
+// passes, shows the result and writes the run summary. `program.run.end` then tells how the run
+// ended. Does nothing while a run works or a list is being read.
 void PerformRun(Program& program);
 
 }  // namespace morvex

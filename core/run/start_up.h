@@ -13,16 +13,17 @@ namespace morvex {
 std::string FindLocalAppData(SystemService& system);
 
 // Returns the value of the last environment entry "CommonProgramFiles(x86)=" up to and including
-// its second backslash; empty if there is no such entry or it has fewer than two.
+// its second backslash; empty if there is no such entry or its value has fewer than two
+// backslashes.
 std::string FindCommonFilesLocation(SystemService& system);
 
-// Call once, on a new program. For a wrong command line, returns its error; the program has then
-// ended without running or writing anything. It can also have ended without an error (see
-// HasEnded): after an unattended run, or when the named settings file or its list could not be
+// Call once, on a new program. If the command line is wrong, returns the error; the program has
+// then ended without running or writing anything. The program can also have ended without an error
+// (see HasEnded): after an unattended run, or when the named settings file or its list could not be
 // read.
 ErrorNumber StartUp(Program& program);
 
-// Whether all forms are unloaded.
+// Whether the program has ended: no form is loaded.
 bool HasEnded(const Program& program);
 
 // The exit status of an unattended run: 0 when all is done, 1 when it could not run or did not

@@ -10,7 +10,8 @@
 namespace morvex {
 
 // Splits the line at every " -". Element 0 is the marker "InitFile" or "NoInitFile"; the pieces
-// follow. The first keeps its leading "-"; every later one starts with the option's name.
+// follow. The first piece keeps its leading "-"; every later piece starts with the option's name.
+// If the line begins with " -", the first piece is the whole line.
 std::vector<std::string> SplitCommandLine(std::string_view line);
 
 // Applies the options to the settings. Unknown options are ignored; of two options with the same
@@ -21,8 +22,8 @@ ErrorNumber ApplyCommandLine(Program& program, const std::vector<std::string>& a
 // The pieces that ApplyCommandLine ignores, each with the hyphen that it had.
 std::vector<std::string> IgnoredPieces(const std::vector<std::string>& arguments);
 
-// Returns `name` when that file exists, else its path in `folder` when it exists there, else
-// `name`.
+// Returns `name` if it leads to a file; else the path of `name` in `folder`, if that leads to a
+// file; else `name`.
 std::string ResolveInitFilePath(const Program& program, const std::string& folder,
                                 const std::string& name);
 

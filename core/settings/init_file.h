@@ -21,7 +21,7 @@ struct InitFile {
   std::optional<std::string> source;
   std::optional<std::string> target;
   std::optional<std::string> list;
-  std::optional<std::int16_t> logging;  // also without a value if 16 bits do not hold the number
+  std::optional<std::int16_t> logging;  // also empty if 16 bits do not hold the number
   std::optional<std::string> separator;
   std::optional<std::string> wildcard;     // the text whose first character is the wildcard
   std::vector<ExtensionLine> extensions;   // up to the first empty line

@@ -18,8 +18,8 @@ void SkipBlanks(std::string_view& text) {
   while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
 }
 
-// `number` must be out of the range of long double. Returns whether it is too close to zero rather
-// than too large, from its exponent and the position of its first digit other than 0.
+// `number` must be out of the range of long double. Returns true if it is too close to zero, false
+// if it is too large. Its exponent and the position of its first digit other than 0 tell.
 bool IsTiny(std::string_view number) {
   const std::size_t mark = std::min(number.find_first_of("eE"), number.size());
   const std::string_view digits = number.substr(0, mark);

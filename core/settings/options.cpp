@@ -15,7 +15,8 @@ namespace {
 
 constexpr const char* kRedirectedStore = "\\VirtualStore\\Program Files (x86)\\Morvex";
 
-// Sets the counters and the captions of both windows from the extension list.
+// From the extension list, sets the counters, the options window's label of the counts, and the
+// main window's label of the selected extensions.
 void CountExtensions(Program& program) {
   Settings& settings = program.settings;
   const std::vector<ListEntry>& entries = program.frmOpties.lstExtensie.entries;

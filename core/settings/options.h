@@ -1,7 +1,7 @@
 // The handlers of the options window: wildcard, separator, logging and the extension filter.
 //
-// The window's list is the filter itself, so its changes count at once; cmdToepassen applies only
-// wildcard and separator. Nothing here writes a file.
+// The window's list of extensions is the filter itself, so a change of the list counts at once; the
+// button cmdToepassen applies only wildcard and separator. No function of this file writes a file.
 #pragma once
 
 #include <cstddef>
@@ -19,8 +19,9 @@ std::string FormatExtensie(Program& program, const std::string& typed);
 // a run works or a list is being read.
 void imOpties_Click(Program& program);
 
-// Sets the window's fields from the settings; typed text that was not applied is lost. Only
-// imOpties_Click calls this, so that a message box over the window does not lose typed text.
+// Sets the window's fields from the settings; typed text that was not applied is lost. Called only
+// by imOpties_Click and not when a message box over the window is closed: typed text would be lost
+// then.
 void frmOpties_Activate(Program& program);
 // The window's close box: hides it and applies nothing.
 void frmOpties_Close(Program& program);
@@ -29,7 +30,7 @@ void frmOpties_Close(Program& program);
 void txtExtensie_KeyDown(Program& program, int key, int shift);
 void txtExtensie_GotFocus(Program& program);
 
-// Handles only the keys that add and remove.
+// Handles only the keys that add or remove an extension.
 void lstExtensie_KeyDown(Program& program, int key, int shift);
 // The user selects or deselects an entry, which becomes the current one. Does nothing for an index
 // out of range.
@@ -38,7 +39,7 @@ void lstExtensie_Select(Program& program, std::size_t index, bool selected);
 void lstExtensie_Validate(Program& program);
 void cmdListExtensie_Down_Click(Program& program);
 
-// Sets the logging box. A value that it cannot take changes nothing.
+// Sets the logging box. A value that the box cannot take changes nothing.
 void chkLoggen_Click(Program& program, int value);
 
 // Applies separator and wildcard and hides the window. Does nothing while a run works or a list is

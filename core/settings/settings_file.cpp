@@ -109,8 +109,8 @@ void ReadInitFile(Program& program) {
   program.frmMorvex.lblFiles.caption = std::string(12, ' ');
   TakeExtensions(program, file);
   settings.init_file_error = file.error;
-  // No unattended run if a file was read only in part, because what a missing row names would stay
-  // in the copies.
+  // No unattended run if a file was read only in part, because the texts of a missing row would
+  // stay in the copies.
   const bool whole = settings.init_file_error == ErrorNumber::kNone &&
                      settings.list_file_error == ErrorNumber::kNone;
   if (!whole) settings.AutoRunFromInitFile = false;

@@ -55,7 +55,7 @@ std::string TotalsText(const CheckTotals& totals) {
          ".\n";
 }
 
-// Warns of rows that the check does not look for as their writer probably meant.
+// Warns of rows that the check searches in another way than their writer probably meant.
 class RowWarnings {
  public:
   RowWarnings(const CheckSubject& subject, CommandMessages& messages)

@@ -69,7 +69,8 @@ bool CheckEntry(FileService& files, LeftoverSearch& search, const KeepGoing& kee
   return !keep_going || keep_going();
 }
 
-// Hands entries to threads and returns them, searched, in the order in which they were added.
+// Hands entries to threads, which search them, and passes the searched entries to `take` in the
+// order in which they were added.
 class EntryQueue {
  public:
   EntryQueue(FileService& files, const Sought& sought, const KeepGoing& keep_going,
@@ -116,7 +117,7 @@ class EntryQueue {
     }
   }
 
-  // Asks `keep_going_`. Once that returned false, no further entry is passed on.
+  // Asks `keep_going_`. Once `keep_going_` has returned false, no further entry is passed on.
   bool MayGoOn() {
     const std::lock_guard lock(mutex_);
     if (keep_going_ && !keep_going_()) stopped_ = true;
@@ -186,7 +187,7 @@ class Walk {
       : files_(files), queue_(queue), root_(WithSeparator(root)) {}
 
   // Searches the tree. `folder` is the result of looking up the tree's path. There is no recursion,
-  // because a tree can be deeper than the stack of the process.
+  // because a tree can be deeper than the stack of the process allows.
   void Folder(CheckedEntry tree, const Result<FolderInfo>& folder) {
     Enter(std::move(tree), folder, false);
     while (!levels_.empty() && queue_.MayGoOn()) {

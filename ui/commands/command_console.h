@@ -23,9 +23,9 @@ struct CommandConsole {
   bool output_is_terminal = false;
   bool error_is_terminal = false;
   std::function<int()> columns;  // width of the terminal, in columns
-  // Makes an interrupt set `stop_requested` instead of ending the process. With `asks` true (the
-  // command asks questions), the first interrupt breaks off the wait for an answer; with false,
-  // writes under way are completed.
+  // After this call, the first interrupt does not end the process: it makes `stop_requested` return
+  // true. If `asks` is true (the command asks questions), the interrupt also breaks off the wait
+  // for an answer; if `asks` is false, writes under way go on.
   std::function<void(bool asks)> note_stop_requests;
   std::function<bool()> stop_requested;
   // Standard input and output as files of bytes. After opening one of them, do not use `input` or

@@ -1,4 +1,5 @@
-// Errors and warnings of the commands on standard error: where, what, and what to do about it.
+// Errors and warnings of the commands on standard error. Each says where, what, and what to do
+// about it.
 #pragma once
 
 #include <ostream>
@@ -11,7 +12,8 @@ enum class MessageColours { kNone, kShown };
 
 class SystemService;
 
-// Returns kShown for a terminal, unless NO_COLOR is set and not empty or TERM is "dumb".
+// Returns kShown for a terminal, but kNone if TERM is "dumb" or NO_COLOR is set to a text that is
+// not empty.
 MessageColours ColoursFor(SystemService& system, bool is_terminal);
 
 // Returns the text between the escape sequences of a colour; with kNone the text alone.
@@ -24,8 +26,8 @@ class CommandMessages {
   CommandMessages(std::ostream& stream, MessageColours colours, bool strict)
       : stream_(stream), colours_(colours), strict_(strict) {}
 
-  // `place` is a file, maybe with a line ("list.txt:12"), or the program's name. The caller escapes
-  // control characters in both texts.
+  // `place` is a file, maybe with a line ("list.txt:12"), or the program's name. The caller must
+  // escape control characters in both texts.
   void Error(const std::string& place, const std::string& text);
   void Warn(const std::string& place, const std::string& text);
 

@@ -56,8 +56,8 @@ constexpr const char* kFilterExamples =
     "\n"
     "Exit status: 0 done; 1 reading, writing or the list failed; 2 the command line is wrong.";
 
-// Refuses an empty value. A missing option is reported only when everything else is right (see
-// WhatIsMissing); a misspelt option is then reported as such and not as missing.
+// Refuses an empty value. The parser does not require any option: WhatIsMissing reports a missing
+// one when everything else is right, so that a misspelt option is not reported as missing.
 CLI::Validator NotEmpty() {
   return CLI::Validator(
       [](std::string& value) { return value.empty() ? std::string("may not be empty") : ""; }, "");

@@ -1,4 +1,5 @@
-// Reads the command line of a command: its options, or the text that says what is wrong.
+// Reads the command line of a command. The result is the command's options, or a text to print:
+// help, or what is wrong.
 #pragma once
 
 #include <optional>
@@ -47,12 +48,14 @@ struct CommandLine {
   RunOptions run;
   CheckOptions check;
   FilterOptions filter;
-  // The text to print when `command` is kNone; on standard error unless the status is 0.
+  // The text to print when `command` is kNone: on standard output if `exit_status` is 0, else on
+  // standard error.
   std::string text;
   int exit_status = 0;
 };
 
-// Whether the program's first argument names a command; ParseCommandLine reads the rest then.
+// Whether the program's first argument names a command, so that ParseCommandLine can read the
+// arguments.
 bool IsCommand(const std::string& argument);
 
 // Returns the error text for a first argument that looks like a command but is not one. The text

@@ -29,10 +29,10 @@ class HitCounter : public SubstitutionWatcher {
 };
 
 // Whether the row can move the write position back. A right text with the wildcard does so when the
-// tail, the left text's part behind the wildcard, is longer than the captured bytes. That takes a
-// tail of at least three bytes, and one of these: no bytes in front of the wildcard; a second
-// wildcard in the tail; bytes in front of the wildcard that contain the tail or end with a
-// beginning of it.
+// tail, the left text's part behind the wildcard, is longer than the captured bytes. This requires
+// a tail of at least three bytes, and one of these: nothing in front of the wildcard; a second
+// wildcard in the tail; a text in front of the wildcard that contains the tail or ends with a
+// beginning of the tail.
 bool MayWriteBack(const std::string& left, const std::string& right, const std::string& wildcard) {
   constexpr std::size_t kShortestTail = 3;
   const std::size_t found = left.find(wildcard);

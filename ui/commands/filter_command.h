@@ -1,4 +1,5 @@
-// The command "filter": standard input through the engine to standard output, in constant memory.
+// The command "filter": reads standard input, replaces the texts of the list and writes standard
+// output, in constant memory.
 #pragma once
 
 #include "ui/commands/command_console.h"

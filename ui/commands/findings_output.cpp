@@ -39,7 +39,8 @@ bool IsInListEncoding(const CheckSubject& subject, Encoding encoding) {
   return encoding == subject.list_encoding || encoding == Encoding::kBytes;
 }
 
-// Returns the form of a finding, as in "as it stands" or "UTF-16LE, other letter case".
+// Returns how the left text is written where it was found, as in "as it stands" or "UTF-16LE, other
+// letter case".
 std::string FormOf(const CheckSubject& subject, const Leftover& leftover) {
   const bool in_list_encoding = IsInListEncoding(subject, leftover.encoding);
   std::string form = in_list_encoding ? "" : NameOf(leftover.encoding);

@@ -97,8 +97,8 @@ std::string LineOf(const std::string& path, const ListDiagnostic& diagnostic) {
   return diagnostic.line == 0 ? path : path + ":" + std::to_string(diagnostic.line);
 }
 
-// Returns why the list cannot be read. Points out characters that a shell would have expanded, and
-// those that Windows allows in no name.
+// Returns why the list cannot be read. Points out the path's first character that a shell would
+// have expanded or that Windows allows in no name.
 std::string WhyUnread(const std::string& path, ErrorNumber error) {
   const std::string line = "the replacement list cannot be read: ";
   switch (error) {

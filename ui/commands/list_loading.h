@@ -16,22 +16,22 @@ struct LoadedList {
   SubstitutionTables tables;
 };
 
-// Takes separator, wildcard and list over into the settings, as far as they are given. Returns
-// false, after a message, for values that cannot be used.
+// Takes separator, wildcard and list from the options into the settings; an option that is not
+// given changes nothing. Returns false, after a message, if a value cannot be used.
 bool TakeListOptions(Program& program, const ListOptions& options, CommandMessages& messages);
 
 // Whether byte-order marks at the beginning of left texts stay there, as they do for a run.
 enum class ByteOrderMarks { kKept, kDropped };
 
 // Reads the list that the settings name and reports its diagnostics as warnings. Returns nothing,
-// after a message, when the list cannot be used. The caller asks `messages` whether a warning
+// after a message, when the list cannot be used. The caller must ask `messages` whether a warning
 // counted as an error.
 std::optional<LoadedList> LoadList(FileService& files, const Settings& settings,
                                    CommandMessages& messages,
                                    ByteOrderMarks marks = ByteOrderMarks::kKept);
 
 // Reports only the diagnostics of the list, after a run that a settings file described. Reports
-// nothing for a list that cannot be opened: the run reports that itself.
+// nothing for a list that cannot be opened: the notes on the run do that.
 void WarnOfList(const Program& program, CommandMessages& messages);
 
 }  // namespace morvex

@@ -12,12 +12,13 @@ namespace morvex {
 // are.
 std::string RealPlace(const Program& program, const std::string& path);
 
-// Returns the path of `place` relative to `folder`, which need not exist: empty for the folder
-// itself; nothing for a place outside the folder, or when either path is empty.
+// Returns the path of `place` relative to `folder`: empty for the folder itself; nothing for a
+// place outside the folder, or when either path is empty. Neither needs to exist.
 std::optional<std::string> WayFrom(const Program& program, const std::string& folder,
                                    const std::string& place);
 
-// Whether both paths lead to the same file, or will when it exists. An empty path leads nowhere.
+// Whether both paths lead to the same file, or would if that file existed. An empty path leads
+// nowhere.
 bool IsSamePlace(const Program& program, const std::string& one, const std::string& other);
 
 }  // namespace morvex

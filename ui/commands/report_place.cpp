@@ -15,7 +15,7 @@ namespace morvex {
 namespace {
 
 constexpr const char* kAnother = ": name another file for the report. Nothing was run.";
-// A report that is written beside its path has a name of these two with a number between them.
+// The name of a report that is written beside its path: these two, with a number between them.
 constexpr const char* kBesideBegin = "morvex-report-";
 constexpr const char* kBesideEnd = ".json";
 constexpr int kNamingAttempts = 1000;
@@ -65,8 +65,9 @@ bool ReportPlace::SparesOwnPlaces() {
   return true;
 }
 
-// Called when a file exists at the path: whether the report may replace it. For a single-file run
-// an older report may also be in the folder of the source or target, so that the same command works
+// Called when a file exists at the path. Returns whether the report may replace that file, which
+// must be an older report. A folder run replaces no file in its source or target folder. A
+// single-file run may replace a report beside its source or target, so that the same command works
 // twice.
 bool ReportPlace::MayReplace() {
   using Tree = std::pair<std::string, const char*>;
@@ -82,7 +83,8 @@ bool ReportPlace::MayReplace() {
   return Refuse(std::string("is not an older report") + kAnother);
 }
 
-// Called when there is no file or folder at the path: whether the report can be written there.
+// Called when there is no file or folder at the path. Returns whether the report can be written
+// there.
 bool ReportPlace::HasRoom() {
   FileService& files = program_.host.files;
   const std::string source = program_.request.source;
@@ -100,7 +102,7 @@ bool ReportPlace::HasRoom() {
     if (files.LookUpFile(origin) || files.LookUpFolder(origin)) {
       return Refuse("is where the copy of " + ShownPath(origin) + " will be" + kAnother);
     }
-    // The source has this folder, so the run will make it in the target.
+    // The source has the report's folder, so the run will make that folder in the target.
     if (files.LookUpFolder(FolderOf(program_, origin))) folder_error = ErrorNumber::kNone;
   }
   if (folder_error != ErrorNumber::kNone) {
@@ -120,8 +122,8 @@ bool ReportPlace::HasRoom() {
   return true;
 }
 
-// Creates a file and deletes it again. That also finds a broken link, a pipe or a device of this
-// name; look-ups of files and folders do not.
+// Creates a file and deletes it again. This fails if the path is a broken link, a pipe or a device,
+// which look-ups of files and folders do not find.
 ErrorNumber ReportPlace::Probe(const std::string& path) {
   FileService& files = program_.host.files;
   const Result<std::unique_ptr<WorkFile>> made = files.CreateWorkFile(path, 0);
@@ -135,7 +137,8 @@ bool ReportPlace::Put(const std::string& report) {
   return error == ErrorNumber::kNone || Refuse(ErrorLine(error));
 }
 
-// Writes the report under another name and then moves it in one step, so that it appears whole.
+// Writes the report under another name and then moves it to its path in one step, so that it
+// appears there whole.
 bool ReportPlace::PutBeside(const std::string& report) {
   FileService& files = program_.host.files;
   std::string beside;

@@ -1,6 +1,6 @@
 // Where a run's report is written. The report takes a free path or replaces an older report, and
 // never replaces anything that the run reads or writes. A report in the source or target folder
-// draws a warning, because these folders are handed over.
+// draws a warning, because it could be handed over with the copies.
 #pragma once
 
 #include <string>
@@ -17,8 +17,8 @@ class ReportPlace {
               CommandMessages& messages)
       : program_(program), path_(path), settings_file_(settings_file), messages_(messages) {}
 
-  // Call it before the run, when the program holds source, target and list. Returns false, after an
-  // error message, when no report may be written there.
+  // Call it before the run, when source, target and list are set in `program`. Returns false, after
+  // an error message, when no report may be written at the path.
   bool MayHold();
 
   // Call it after the run. Writes the report, whole or not at all. A file that appeared at the path
@@ -38,7 +38,7 @@ class ReportPlace {
   const std::string& path_;
   const std::string& settings_file_;
   CommandMessages& messages_;
-  bool replaces_ = false;  // an older report is there
+  bool replaces_ = false;  // there is an older report at the path
 };
 
 }  // namespace morvex

@@ -20,7 +20,7 @@
 namespace morvex {
 namespace {
 
-// Stands in the log for the settings file, if there is none.
+// The log shows this text in place of the settings file if there is none.
 constexpr const char* kFromCommandLine = "(opdrachtregel)";
 
 // In sub-folders the last four bytes of a name are compared with the extensions, so only extensions

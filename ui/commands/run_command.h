@@ -1,4 +1,5 @@
-// The command "run": a run that the command line describes. It neither reads nor writes "Init.dat".
+// The command "run": a run that the command line describes. The command does not write "Init.dat",
+// and reads it only if --from names it.
 #pragma once
 
 #include "ui/commands/command_console.h"

@@ -1,6 +1,6 @@
 // The report of a run, file by file, as one JSON document.
 //
-// It holds paths and the list's left texts, so it must not go to whoever gets the copies.
+// The report holds paths and the texts of the list, so it must not go to whoever gets the copies.
 #pragma once
 
 #include <chrono>
@@ -18,7 +18,8 @@ bool HoldsRunReport(FileService& files, const std::string& path);
 
 class RunReport : public RunObserver {
  public:
-  // Create it just before the run: it notes the time. `program` must outlive it.
+  // Create the report just before the run, because the constructor notes the time. `program` must
+  // outlive the report.
   explicit RunReport(const Program& program);
 
   void OnOutcome(const Outcome& outcome) override;

@@ -8,9 +8,10 @@
 
 namespace morvex {
 
-// Warns when the source holds the list, `settings_file` (may be empty) or an older report, in any
-// folder and through any link: the run would copy them. The program holds source, target and list.
-// Only files whose names end in ".json" are tried as reports.
+// Warns of each file of the source that is the list, `settings_file` (may be empty) or an older
+// report, because the run would copy that file. Looks into all folders and follows links. Source,
+// target and list must be set in `program`. In a source folder, only files whose names end in
+// ".json" are tested for being reports.
 void WarnOfOwnFilesInSource(const Program& program, const std::string& settings_file,
                             CommandMessages& messages);
 

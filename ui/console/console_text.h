@@ -12,14 +12,14 @@ namespace morvex {
 std::string ProgressLine(const Program& program);
 
 // The texts of the main window's result labels at the end of a run, line by line. For a run that
-// was stopped, its counts so far.
+// was stopped, the counts up to the stop.
 std::string ResultLines(const Program& program);
 
-// What the result labels do not say: files without a copy and why, what a stop left behind, a list
-// or filter that selected nothing. Empty when there is nothing to say.
+// What the result labels do not say: files without a copy and why, files in the target that are not
+// of this run, what a stop left, why nothing was anonymised. Empty when there is nothing to say.
 std::string RunNotes(const Program& program);
 
-// As in "1.5 MB"; units of 1000.
+// Returns a number of bytes as in "1.5 MB"; 1 kB is 1000 bytes.
 std::string ReadableBytes(std::int64_t bytes);
 
 }  // namespace morvex

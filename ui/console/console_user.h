@@ -1,5 +1,5 @@
-// The user service of the console program. Message boxes go to standard error, questions are asked
-// only when standard input is a terminal, and a terminal shows a line of progress.
+// The user service of the console program. Messages go to standard error. Questions are asked only
+// if standard input is a terminal. If standard error is a terminal, it shows a line of progress.
 #pragma once
 
 #include <chrono>
@@ -28,12 +28,14 @@ class ConsoleUser : public UserService {
  public:
   explicit ConsoleUser(ConsoleStreams streams);
 
-  // The program whose progress is shown and which an interrupt stops. Call before the first event.
+  // Sets the program whose progress is shown and that an interrupt stops. Until this call, events
+  // do nothing.
   void Attach(Program& program) { program_ = &program; }
 
-  // Answers OK boxes at once, and questions without a terminal with No or Cancel.
+  // Answers a message that has only OK at once. Answers a question with No or Cancel if standard
+  // input is no terminal.
   Answer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon) override;
-  // The console has no file dialogs: returns that the user cancelled.
+  // The console has no file dialogs: both functions return kDialogCancelled.
   FileChoice ChooseFileToOpen(const FileDialog& dialog) override;
   FileChoice ChooseFileToSave(const FileDialog& dialog) override;
   void HandlePendingEvents() override;

@@ -1,6 +1,6 @@
-// A line edit whose text the core keeps as bytes. It refuses characters that the code page lacks,
-// line breaks and files, whether typed, pasted or dropped; until the next change its tool tip names
-// the first refused character. One line break at the end of a pasted line is removed.
+// A line edit whose text the core keeps as bytes. It refuses files, line breaks, and characters
+// that the code page lacks, whether typed, pasted or dropped; until the next change its tool tip
+// names the first refused character. One line break at the end of a pasted line is removed.
 #pragma once
 
 #include <QLineEdit>
@@ -28,21 +28,23 @@ class ByteLineEdit : public QLineEdit {
   // Shows other bytes, without emitting BytesEdited. The caret keeps its distance from the start,
   // and the undo history is cleared.
   void ShowBytes(const std::string& bytes);
-  // Sets the tool tip for the time when nothing is refused. `text` is plain text, never markup.
+  // Sets the tool tip that is shown while no refusal is explained there. `text` is plain text,
+  // never markup.
   void ShowToolTip(const QString& text);
   const std::string& bytes() const { return bytes_; }
   // Returns the end of the selection, or the caret's offset, in bytes.
   std::size_t SelectionEnd() const;
   void MoveCaretTo(std::size_t bytes);
-  // From now on, pasted lines of two texts with a tab between them are table rows: they are passed
-  // on by RowsPasted and change no text here. Other tabs are refused, except a single tab alone.
+  // After this call, pasted lines of two texts with a tab between them are table rows: RowsPasted
+  // passes the rows on, and the text of this line edit stays. A text with any other tab is refused,
+  // unless it is one tab alone.
   void ExpectRows() { expects_rows_ = true; }
   // Shows in the tool tip, until the next change, why something was refused.
   void TellRefusal(const QString& why);
 
-  // Whether the key is one of the numeric keypad with Alt held down. On Windows such keys enter a
-  // character by its number. Without NumLock they arrive as arrows or the like and must not count
-  // as commands.
+  // Whether the key is one of the numeric keypad, other than Enter, pressed with Alt. On Windows
+  // such keys enter a character by its number. Without NumLock they arrive as arrows or the like
+  // and must not count as commands.
   static bool IsDigitWithAlt(const QKeyEvent& event);
 
  signals:
@@ -61,7 +63,7 @@ class ByteLineEdit : public QLineEdit {
   class Validator;
   struct Insertion {
     int at = 0;
-    int replaced = 0;  // how many UTF-16 units from `at` on it replaces
+    int replaced = 0;  // the number of UTF-16 units from `at` on that `text` replaces
     QString text;
   };
 
@@ -76,7 +78,8 @@ class ByteLineEdit : public QLineEdit {
   QString shown_;  // the last accepted text
   QString tool_tip_;
   QString refusal_;  // why the change under validation is refused; empty when it is accepted
-  // What replaces a change that is refused as it is: the text without its line break, or rows.
+  // What takes the place of a refused change: the inserted text without its last line break, or
+  // rows.
   std::optional<Insertion> without_line_end_;
   std::optional<PastedRows> rows_;
   QTimer deferred_;

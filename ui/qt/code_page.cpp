@@ -58,7 +58,8 @@ std::optional<char16_t> LocaleCharacter(std::uint8_t byte) {
 }
 
 // Returns the code page of the user's locale. Returns nothing when the locale is unknown, takes
-// several bytes per character, has no characters beyond ASCII, or has one character for two bytes.
+// several bytes per character, has no characters beyond ASCII, or has the same character for two
+// byte values.
 std::optional<PageCharacters> LocalePage() {
   const UserCharacters user;
   if (!user.is_known() || MB_CUR_MAX != 1) return std::nullopt;

@@ -16,14 +16,15 @@ namespace morvex {
 
 class CodePage {
  public:
-  // kUtf8: UTF-8; a byte that is part of no character is shown as a lone surrogate, U+DC80 to
-  // U+DCFF. kSingleByte: the code page of the user's locale if its characters take one byte each,
-  // where a byte without a character is shown as a lone surrogate, U+DC00 to U+DCFF; else
-  // Windows-1252 (see Encoding::kWindows1252). The constructor switches the C library's locale for
-  // a moment, so no other thread may use that locale meanwhile.
+  // For kUtf8 the page is UTF-8; a byte that is part of no character is shown as a lone surrogate,
+  // U+DC80 to U+DCFF. For kSingleByte it is the page of the user's locale, if that has one byte per
+  // character and characters beyond ASCII, else Windows-1252 (see Encoding::kWindows1252); a byte
+  // without a character is shown as a lone surrogate, U+DC00 to U+DCFF. For kSingleByte the
+  // constructor switches the C library's locale for a moment, so no other thread may use that
+  // locale meanwhile.
   explicit CodePage(TextCodec codec);
-  // For file names. Where the locale has no characters beyond ASCII, names are UTF-8, as the
-  // toolkit and other programs assume.
+  // Returns the page for file names. If the locale has no single-byte page with characters beyond
+  // ASCII, names are UTF-8, as the toolkit and other programs assume.
   static CodePage OfFileNames(TextCodec codec);
   // The code page of the system; a byte without a character is shown as U+DC00 to U+DCFF.
   explicit CodePage(const PageCharacters& characters);
@@ -38,9 +39,10 @@ class CodePage {
   QString Shown(std::string_view bytes) const;
   // Returns nothing when a character has no bytes in this code page.
   std::optional<std::string> Bytes(const QString& shown) const;
-  // Return how many bytes the first `characters` UTF-16 units of a text take, and how many units
-  // its first `bytes` bytes take. A position inside a character is rounded down to its beginning. A
-  // character without bytes takes 0 bytes.
+  // BytesInFront returns how many bytes the first `characters` UTF-16 units of a text take.
+  // CharactersInFront returns how many UTF-16 units the first `bytes` bytes of a text take. A
+  // position inside a character is rounded down to its beginning. A character without bytes takes 0
+  // bytes.
   std::size_t BytesInFront(const QString& shown, qsizetype characters) const;
   qsizetype CharactersInFront(const QString& shown, std::size_t bytes) const;
 

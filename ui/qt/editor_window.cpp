@@ -105,7 +105,8 @@ EditorWindowWidget::EditorWindowWidget(Program& program, const CodePage& page)
   });
 }
 
-// Calls a handler of the core for an event of the user; all events go through here.
+// Calls a handler of the core for an event of the user and shows the new state. Does nothing while
+// Show runs or the editor is hidden.
 void EditorWindowWidget::Report(const std::function<void()>& handler) {
   if (showing_ || !state().loaded || !state().visible) return;
   handler();
@@ -114,9 +115,8 @@ void EditorWindowWidget::Report(const std::function<void()>& handler) {
   TellFocus();
 }
 
-// Tells the core which control has the focus; the core keeps that control while another window is
-// in front. Does nothing while a list is imported, because the import moves focus and scroll bar
-// itself.
+// Tells the core which control of this window has the focus, also while another window is in front.
+// Does nothing while a list is imported, because the import moves focus and scroll bar itself.
 void EditorWindowWidget::TellFocus() {
   const ReplacementsForm& grid = program_.frmReplacements;
   if (showing_ || !grid.loaded || !grid.visible || grid.importing) return;
@@ -136,8 +136,8 @@ void EditorWindowWidget::TellCaret(CellAddress cell) {
 }
 
 // The wheel scrolls while a cell keeps the focus. For that moment the core is told that the scroll
-// bar has the focus, as when the user drags it; otherwise the core would not count scrolling to the
-// end as the user's.
+// bar has the focus, as when the user drags it; otherwise the core would not move the rows when the
+// user scrolls to the end.
 void EditorWindowWidget::ScrollByUser(int value) {
   Report([&] {
     const ReplacementsForm& grid = program_.frmReplacements;

@@ -14,7 +14,7 @@ class ElidedLabel : public QFrame {
   ElidedLabel(Qt::TextElideMode mode, QWidget* parent);
 
   void ShowText(const QString& text);
-  // The first line of the tool tip.
+  // Sets the first line of the tool tip.
   void ShowHint(const QString& hint);
   const QString& text() const { return text_; }
   // Returns the text as it is drawn at the current width.

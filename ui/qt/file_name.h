@@ -15,7 +15,8 @@ namespace morvex {
 QString ToolkitPath(const CodePage& file_names, const std::string& path);
 
 // Returns a path of the toolkit as bytes, with the host's separators. Returns nothing when file
-// names cannot hold one of its characters: a replacement might name another file.
+// names cannot hold one of the path's characters: with another character in its place, the path
+// might lead to another file.
 std::optional<std::string> PathBytes(const CodePage& file_names, const QString& path);
 
 }  // namespace morvex

@@ -45,8 +45,8 @@ FolderTreeView::FolderTreeView(const CodePage& file_names, QWidget* parent)
   connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
     if (!going_) emit Visited(PathOf(index));
   });
-  // A click on the folder at which the tree was opened marks it, too. It is current already, so
-  // currentChanged is not called.
+  // A click on the folder at which the tree was opened marks that folder, too. The folder is
+  // current already, so currentChanged is not called.
   connect(this, &QTreeView::pressed, this, [this] { is_marked_ = true; });
 }
 

@@ -1,4 +1,5 @@
-// A key that is held down repeats, and its repetitions go to whatever has the focus by then.
+// A key that is held down repeats. Each repetition goes to the widget that has the focus at that
+// moment.
 #pragma once
 
 #include <QObject>

@@ -1,8 +1,8 @@
 // Line drawings: small SVG files. They take their line colour from where they are shown, so that
 // they are readable on light and dark backgrounds, and are drawn sharp at every size and scale.
 //
-// The files use rectangles, circles, paths and groups with plain colours only. Reading just these
-// here saves the program an SVG library.
+// The files use rectangles, circles, paths and groups with plain colours only. LineDrawing reads
+// only these, so the program needs no SVG library.
 #pragma once
 
 #include <QByteArray>

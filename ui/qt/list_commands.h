@@ -22,17 +22,18 @@ class ListCommands : public QObject {
   // must outlive this object; it may be a member of `window`.
   ListCommands(ReplacementsForm& grid, const CodePage& page, QWidget& window);
 
-  // Sets captions, tool tips, enabled and visible to the grid's state.
+  // Shows the state of the form's buttons: caption, tool tip, and whether each is enabled and
+  // visible.
   void Show();
   // Positions the buttons. The window is `wider` pixels wider than its twips say; the OK button
-  // stays at its right edge.
+  // stays at the window's right edge.
   void Place(const TwipScale& scale, int wider);
   // Returns the smallest scale at which every caption fits its button.
   TwipScale LeastScale() const;
   std::vector<QWidget*> InTabOrder() const;
 
  signals:
-  // `opens_afresh`: the handler may reset the editor to how it is when opened.
+  // `opens_afresh`: the handler may bring the editor into its freshly opened state.
   void Clicked(Handler handler, bool opens_afresh);
 
  private:

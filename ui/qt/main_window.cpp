@@ -154,8 +154,8 @@ bool MainWindowWidget::IsEnding() const { return program_.run.working && !window
 
 bool MainWindowWidget::IsWanted() const { return BoundWindow::IsWanted() || IsEnding(); }
 
-// A stopping run first finishes with its current file and handles no events meanwhile, so the state
-// until then is painted now.
+// A stopping run first ends its work on the current file and handles no events meanwhile, so the
+// new state is painted now.
 void MainWindowWidget::ShowEnding() {
   if (!IsEnding()) return;
   Show();

@@ -49,8 +49,8 @@ int KeyCode(const QKeyEvent& event) {
   }
 }
 
-// Returns the modifiers of keys.h. Any other modifier sets a further bit, so that handlers do not
-// take the key for theirs.
+// Returns the modifiers of keys.h. Any other modifier sets a further bit, so that no handler takes
+// the key for one of its own.
 int ShiftState(const QKeyEvent& event) {
   constexpr int kShift = 1;
   constexpr int kOther = 8;
@@ -258,7 +258,8 @@ bool OptionsWindowWidget::eventFilter(QObject* watched, QEvent* event) {
   return false;
 }
 
-// Passes every key on to the core. Returns true when the entry field must not handle it as well.
+// Passes every key on to the core. Returns true when the entry field must not handle the key as
+// well.
 bool OptionsWindowWidget::TakeEntryKey(const QKeyEvent& event) {
   const int key = KeyCode(event);
   const int shift = ShiftState(event);

@@ -1,6 +1,6 @@
 // The options window on the screen: wildcard, separator, logging, and the extensions of the files
 // that are scanned. The list of extensions opens below its entry field and covers the controls
-// there.
+// below that field.
 #pragma once
 
 #include <QCheckBox>

@@ -76,7 +76,8 @@ Answer QtUser::ShowMessage(const std::string& text, MessageButtons buttons, Mess
   box.setIcon(icon == MessageIcon::kInformation ? QMessageBox::Information : QMessageBox::NoIcon);
   box.setStandardButtons(ToolkitButtons(buttons));
   if (buttons == MessageButtons::kYesNo) box.setEscapeButton(QMessageBox::No);
-  // The key that led here may still be held down; it must not answer the box unread.
+  // The key that led here may still be held down; it must not answer the box before the user has
+  // read it.
   HeldEnterFilter held_enter;
   box.installEventFilter(&held_enter);
   for (QAbstractButton* const button : box.buttons()) button->installEventFilter(&held_enter);

@@ -13,7 +13,7 @@ namespace morvex {
 
 class QtUser : public UserService {
  public:
-  // Copies `file_names` and converts paths and messages with it. Messages hold paths and the
+  // Copies `file_names` and converts paths and messages with the copy. Messages hold paths and the
   // program's own words, which are ASCII.
   explicit QtUser(const CodePage& file_names) : page_(file_names) {}
 

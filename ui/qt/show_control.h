@@ -21,8 +21,9 @@ void ShowPresence(QWidget& widget, const Control& control);
 // for black, and a readable shade for every other colour.
 QColor TextColour(Colour colour, const QPalette& palette);
 
-// Returns `colour`, mixed with as much of `ink` as it needs to reach the contrast ratio with
-// `ground`: 1 is no contrast, 21 is black on white. Returns `ink` when no mixture reaches it.
+// Returns `colour`, mixed with as much of `ink` as it needs to reach the ratio `contrast` to
+// `ground`. A ratio of 1 is no contrast, 21 is black on white. Returns `ink` when no mixture
+// reaches it.
 QColor Readable(const QColor& colour, const QColor& ink, const QColor& ground, double contrast);
 
 // Returns the colour for the outline of text boxes in that palette.

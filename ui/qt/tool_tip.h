@@ -5,8 +5,8 @@
 
 namespace morvex {
 
-// Returns a tool tip that is shown as `text`: escaped when the toolkit would take it for markup,
-// else unchanged.
+// Returns a tool tip that is shown as `text`: escaped when the toolkit would take `text` for
+// markup, else unchanged.
 QString PlainToolTip(const QString& text);
 
 }  // namespace morvex
