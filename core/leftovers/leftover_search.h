@@ -61,15 +61,14 @@ class LeftoverSearch {
   std::uint64_t size() const { return base_ + filled_; }
 
  private:
-  // An occurrence of a row's parts, from the first part to one of the others; or of the first
-  // alone.
+  // An occurrence of the first part of a row, or of all its parts up to a later one.
   struct Occurrence {
     std::uint64_t begin = 0;  // offset of the first part
     std::uint64_t end = 0;
     std::int64_t line = 1;
     bool as_written = true;
     bool is_ascii = true;
-    bool in_other_order = false;  // see StandsInOtherOrder; true only if it holds for every part
+    bool in_other_order = false;  // StandsInOtherOrder holds for every part
   };
   // Which of a sought row's parts have been found.
   struct Progress {

@@ -1,9 +1,9 @@
 // Rules out offsets where no literal prefix stands. The first bytes at an offset are hashed, and
-// the hash selects an entry of a table, which says whether a prefix may begin with such bytes. Each
-// length of hashed bytes takes one such probe; a list has up to five lengths. A second table, for a
-// hash of up to 16 bytes, can be added. The first table fits into a core's first-level cache unless
-// the list is very long. Like a Bloom filter, this filter passes some offsets where no prefix
-// stands, but never rules out an offset where one stands.
+// the hash selects an entry of a table, which says whether a prefix may begin with such bytes. Such
+// a probe is made once for each length of hashed bytes, of which a list has up to five. A second
+// table, for a hash of up to 16 bytes, can be added. The first table fits into a core's first-level
+// cache unless the list is very long. Like a Bloom filter, this filter passes some offsets where no
+// prefix stands, but never rules out an offset where one stands.
 #pragma once
 
 #include <array>

@@ -106,7 +106,8 @@ class PrefixIndex {
     std::uint32_t own = 0;  // if has_own, the group of the rows whose prefix ends behind the label
     bool has_own = false;
     // For each length. `takes`: how many bytes a step takes, 0 if there are no steps. `begins`: the
-    // bits that BeginBit returns for the steps. They spare most probes that would find nothing.
+    // bits that BeginBit returns for the steps. These bits spare most probes that would find
+    // nothing.
     std::array<std::uint8_t, kLengths> takes{};
     std::array<std::uint16_t, kLengths> begins{};
   };

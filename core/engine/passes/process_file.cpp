@@ -68,7 +68,7 @@ SubstitutionEnd SubstituteFile(Program& program, InputFile& source, OutputFile& 
 }
 
 // Remembers the counts of replacements before a file. If the file's copy comes to nothing, Restore
-// takes its replacements out of the counts.
+// takes the file's replacements out of the counts.
 class HitsBefore {
  public:
   explicit HitsBefore(const RunState& run)

@@ -2,11 +2,11 @@
 // the target.
 //
 // The current path leads from the source to the folder that the walk is in. A link to a folder is
-// followed, unless that folder is on the current path: the walk would never end. Folders that link
-// to each other can be reached on very many paths, so links are followed into the same folder only
-// kMostVisitsByLinks times. The target is never entered. Below the target, copies are never written
-// into the source folder itself, nor into a folder that is a link. Folders are compared by
-// identity, not by name.
+// followed, unless that folder is on the current path, because then the walk would never end.
+// Folders that link to each other can be reached on very many paths, so links are followed into the
+// same folder only kMostVisitsByLinks times. The target is never entered. Below the target, copies
+// are never written into the source folder itself, nor into a folder that is a link. Folders are
+// compared by identity, not by name.
 #pragma once
 
 #include <cstddef>
