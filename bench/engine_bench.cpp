@@ -1,5 +1,5 @@
-// morvex-bench measures the speed of the engine on named inputs and, for comparison, that of memcpy
-// and of the literal engine. README.md explains the output.
+// morvex-bench measures the speed of the engine on named inputs and, for comparison, the speed of
+// memcpy and of the literal engine (literal_substitution.h). bench/README.md explains the output.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>

@@ -126,7 +126,7 @@ Input Ids(std::size_t size) {
 }
 
 // Ids of two kinds, PAT-00000 and CASE2026-000000. They differ in length and in the number of bytes
-// before the digits.
+// before the running number.
 Input TwoIdFamilies(std::size_t size) {
   Random random;
   Input input;

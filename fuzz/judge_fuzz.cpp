@@ -3,7 +3,7 @@
 //
 // The bytes choose, in this order: the letters, the wildcards and the number of rows; the rows,
 // each as the lengths of its texts and the texts; the kernel; and one or two files. Some files are
-// stretched, so that a few bytes reach every block border.
+// stretched with filler, so that a few of the fuzzer's bytes reach the borders of blocks.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>

@@ -1,7 +1,7 @@
 // Fuzz target: a separator and a list file are made of the fuzzer's bytes. The file is imported,
 // applied, saved and imported again. Checks that the grid keeps its shape, that the tables have no
-// more rows than the grid, and that with a separator of one byte the rows that are not empty come
-// back unchanged.
+// more rows than the grid, and that with a separator of one byte (neither CR nor LF) the rows that
+// are not empty come back unchanged.
 #include "core/list/grid.h"
 #include "core/list/list_file.h"
 #include "core/list/list_operations.h"

@@ -1,6 +1,6 @@
 // Runs a fuzz target without a fuzzer: over files, over the files in folders, or with "random COUNT
 // SEED" over COUNT random inputs. Exit status: 0 if the target got through all inputs, 2 if there
-// were none.
+// were no files.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>

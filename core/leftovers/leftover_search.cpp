@@ -9,9 +9,9 @@ namespace {
 constexpr std::size_t kPadding = 64;
 static_assert(kPadding >= PrefixIndex::kReadAhead && kPadding >= ScanTables::kReadAhead);
 
-// When the scan passes more than one in kDense offsets, it is skipped for some blocks. A look-up
-// after the scan costs more here than in a substitution, because there are keys for all spellings.
-// So the scan pays even if it rules out only every second offset.
+// When the scan passes more than one in kDense offsets, the next blocks go without the scan. A
+// look-up after the scan costs more in this search than in a substitution, because there are keys
+// for all spellings. So the scan pays even if it rules out only every second offset.
 constexpr std::size_t kDense = 2;
 
 // Counts the line breaks in runs of at most 255 bytes. The count of a run fits into a byte, so that
@@ -111,8 +111,8 @@ void LeftoverSearch::SearchUpTo(std::size_t limit) {
   }
 }
 
-// Every rare key holds a rare form of a letter. Few files have such forms, so only the offsets in
-// front of one are searched.
+// Every rare key holds a rare form of a letter. Few files have such forms, so only the offsets from
+// kLongestRareKey bytes in front of a form up to the form itself are searched.
 void LeftoverSearch::FindRareKeys(std::size_t count) {
   rare_keys_.clear();
   next_rare_key_ = 0;
@@ -152,7 +152,8 @@ void LeftoverSearch::RareKeysInFrontOf(std::size_t at) {
   }
 }
 
-// Handles the rare keys in front of `at` first, so that all keys are handled in ascending order.
+// Handles the rare keys in front of `at` first, so that all keys are handled in the order of their
+// offsets.
 void LeftoverSearch::UsualKeyAt(std::size_t at, std::int32_t key) {
   RareKeysInFrontOf(at);
   KeyAt(at, sought_.keys(), key);
@@ -174,8 +175,9 @@ bool LeftoverSearch::IsDone(std::size_t at, const SoughtPart& part) const {
 }
 
 // ASCII text in UTF-16 can be read in both byte orders, a byte apart, if it stands between two
-// NULs. If all parts can be read at an even and at an odd offset, only the even one counts. Returns
-// whether `at` is the odd one for this part.
+// NULs. If all parts can be read at an even and at an odd offset, only the reading at even offsets
+// counts. Returns whether the part's offset in the file is odd and the part can also be read one
+// byte away, in the other byte order.
 bool LeftoverSearch::StandsInOtherOrder(std::size_t at, const SoughtPart& part) const {
   if (part.other_order == SoughtPart::kNone || (base_ + at) % 2 == 0) return false;
   const SoughtPart& other = sought_.parts()[static_cast<std::size_t>(part.other_order)];

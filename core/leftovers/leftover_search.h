@@ -28,10 +28,11 @@ struct Leftover {
   Encoding encoding = Encoding::kBytes;
   bool as_written = true;  // false: in other letter case
   bool is_wildcard = false;
-  // In bytes. Of a wildcard row, from the beginning of its first part to the end of its last part.
+  // Size in bytes. A leftover of a wildcard row extends from the beginning of the row's first part
+  // to the end of its last part.
   std::uint64_t size = 0;
-  // `before` bytes in front of the leftover, then the leftover and what follows. A long leftover is
-  // cut off.
+  // The file's bytes: `before` bytes in front of the leftover, then the leftover and the bytes
+  // behind it. A long leftover is cut off (see kShown).
   std::string_view around;
   std::size_t before = 0;
 };
@@ -45,9 +46,9 @@ class LeftoverSearch {
   // In Leftover::around a longer leftover counts as if it ended after this many bytes.
   static constexpr std::size_t kShown = 128;
 
-  // One object serves any number of files. `sought` must outlive it and may be shared by searches
-  // in several threads. The machine must support the kernel. `block` is the number of bytes that
-  // are read at once.
+  // One object serves any number of files. `sought` must outlive the object and may be shared by
+  // searches in several threads. The machine must support the kernel. `block` is about the number
+  // of bytes that are read at once.
   explicit LeftoverSearch(const Sought& sought, Kernel kernel = BestKernel(),
                           std::size_t block = std::size_t{256} << 10);
 
@@ -60,16 +61,16 @@ class LeftoverSearch {
   std::uint64_t size() const { return base_ + filled_; }
 
  private:
-  // An occurrence of one part, or of a row's parts up to that part.
+  // An occurrence of the first part of a row, or of all its parts up to a later one.
   struct Occurrence {
     std::uint64_t begin = 0;  // offset of the first part
     std::uint64_t end = 0;
     std::int64_t line = 1;
     bool as_written = true;
     bool is_ascii = true;
-    bool in_other_order = false;  // every part stands in UTF-16 of the other byte order as well
+    bool in_other_order = false;  // StandsInOtherOrder holds for every part
   };
-  // How many of a sought row's parts have been found so far.
+  // Which of a sought row's parts have been found.
   struct Progress {
     bool touched = false;
     std::uint64_t not_before = 0;  // end of the last leftover

@@ -31,7 +31,7 @@ bool IsAscii(std::string_view text) {
 struct Beginning {
   std::string bytes;
   std::size_t letters = 0;
-  std::string rare_form;  // the first rare form of a letter in it, or empty
+  std::string rare_form;  // the first rare form of a letter in `bytes`, or empty
   bool is_rare() const { return !rare_form.empty(); }
   bool operator==(const Beginning&) const = default;
 };
@@ -57,7 +57,7 @@ std::vector<Beginning> Continued(const Beginning& beginning, const LetterWays& w
   return continued;
 }
 
-// Returns the keys of a part: every way to write it begins with one of them.
+// Returns the keys of a part: every way to write the part begins with a key.
 std::vector<Beginning> KeysOf(const Spelling& spelling) {
   std::vector<Beginning> keys;
   std::deque<Beginning> growing(1);
@@ -100,7 +100,7 @@ std::vector<std::string_view> PiecesOf(std::string_view text, char joker, std::s
   return pieces;
 }
 
-// Whether all pieces occur in the text, in their order, the first one at its beginning.
+// Whether all pieces occur in the text, in their order, the first one at the text's beginning.
 bool HoldsAll(std::string_view text, const std::vector<std::string_view>& pieces) {
   if (!text.starts_with(pieces.front())) return false;
   std::size_t at = 0;

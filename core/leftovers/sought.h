@@ -4,9 +4,9 @@
 // A wildcard row is split into parts, the texts between its wildcards. It is found where all parts
 // occur in their order, within the bytes that a match may span. Each part has keys in each
 // encoding: the beginnings of the part, by which an index finds the part. Keys and files are
-// compared folded: one bit is set in every byte, which makes the two cases of most letters equal.
-// Where the two cases still differ, each has its own key. Keys with a rare form of a letter (see
-// OtherCase) are kept apart, because they need to be searched only around such forms.
+// compared folded (see Folded), which makes the two cases of most letters equal. Where the two
+// cases still differ, there is a key for each. Keys with a rare form of a letter (see OtherCase)
+// are kept apart, because they need to be searched only around such forms.
 #pragma once
 
 #include <cstddef>
@@ -22,8 +22,8 @@
 
 namespace morvex {
 
-// Maps the two cases of a letter to the same byte, in most alphabets. No byte becomes NUL. NUL,
-// which is half of most UTF-16 units, becomes 1, and no other byte does.
+// Maps a byte so that the two cases of most letters become equal. No byte becomes NUL. NUL, which
+// is half of most UTF-16 units, becomes 1, and no other byte does.
 constexpr std::uint8_t Folded(std::uint8_t byte) {
   return byte == 0 ? std::uint8_t{1} : static_cast<std::uint8_t>(byte | 0x20);
 }
@@ -34,17 +34,19 @@ struct SoughtRow {
   Encoding encoding = Encoding::kBytes;
   bool is_wildcard = false;
   std::size_t parts = 1;
-  // An occurrence of ASCII bytes alone is not reported: the same row in another encoding reports
-  // it.
+  // If true, an occurrence of ASCII bytes alone is not reported: the same row in another encoding
+  // reports that occurrence.
   bool ascii_is_told_elsewhere = false;
   // The most bytes from the first part's beginning to the last part's end; 0 for a row of one part.
   std::uint64_t longest_span = 0;
-  // For a wildcard row whose right text holds all parts of its left text: that right text. Empty
-  // for every other row. A run writes this text, so an occurrence of it is no leftover.
+  // The right text of a wildcard row, if it holds all parts of the left text in their order and no
+  // wildcard, and is not too long; else empty. A run writes this text, so an occurrence of `put_in`
+  // is no leftover.
   std::string put_in;
-  // Above 0 for a row whose ending also occurs in its beginning. A run matches such a row too early
-  // and leaves most of the captured bytes behind the right text. So behind an occurrence of
-  // `put_in`, this many bytes are skipped before the parts after the first are searched.
+  // 1 (2 in UTF-16) for a row whose ending also occurs in its beginning, else 0. A run ends a match
+  // of such a row too early: most of the bytes that the wildcard was meant to capture stay, behind
+  // the right text. So behind an occurrence of `put_in`, this many bytes are skipped before the
+  // parts after the first are searched.
   std::size_t least_left = 0;
 };
 
@@ -85,8 +87,8 @@ class Sought {
 
   // Keys of letters in their usual forms.
   const SoughtKeys& keys() const { return *keys_; }
-  // rare_keys: keys that hold a rare form of a letter. rare_forms: those forms alone, at least one
-  // for each rare key.
+  // rare_keys: keys that hold a rare form of a letter. rare_forms: the rare forms alone, at least
+  // one of them for each rare key.
   const SoughtKeys& rare_keys() const { return *rare_keys_; }
   const SoughtKeys& rare_forms() const { return *rare_forms_; }
 

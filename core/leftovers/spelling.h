@@ -13,14 +13,15 @@
 
 namespace morvex {
 
-// One way to write a letter, or a ligature that stands for it and for letters after it.
+// One way to write a letter: one of its forms, or a ligature that stands for the letter and for
+// letters after it.
 struct LetterWay {
   std::string bytes;
   std::size_t letters = 1;  // how many letters of the text it stands for
-  bool is_rare = false;     // a rare form (see OtherCase) that is not ASCII alone
+  bool is_rare = false;     // a rare form (see OtherCase) or a ligature, unless ASCII alone
 };
 
-// Longest first, so that a way that begins with another way comes before it.
+// Longest first, so that a way that begins with another way comes before that other way.
 using LetterWays = std::vector<LetterWay>;
 
 // All ways to write a text in one encoding.
@@ -48,13 +49,13 @@ std::optional<Standing> StandsAt(const Spelling& spelling, std::string_view byte
 // Makes spellings and owns their ways: it must outlive every Spelling that it returns.
 class Alphabet {
  public:
-  // Returns nothing when the encoding lacks a character of the text in every letter case. In
-  // kBytes only ASCII letters have another case.
+  // Returns nothing if the encoding has no form of some character of the text, in any letter case.
+  // In kBytes only ASCII letters have another case.
   std::optional<Spelling> Spell(std::u32string_view text, Encoding encoding);
 
  private:
   // Returns all ways to write the first letter of `text`. `sign`: the long s or the Kelvin sign, if
-  // the list has it instead of that letter; else 0.
+  // the list has this sign in place of the letter; else 0.
   const LetterWays& WaysOf(std::u32string_view text, Encoding encoding, char32_t sign);
 
   std::array<std::unordered_map<std::u32string, LetterWays>, kEncodings> known_;

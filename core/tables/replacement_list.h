@@ -9,9 +9,10 @@
 
 namespace morvex {
 
-// The texts are bytes, not converted; "[CRLF]" is not yet a line break. In a list that was read
-// from a file they are the bytes of the file, except that the right text of the final row lacks its
-// last two bytes, and that the command "check" drops byte-order marks from left texts.
+// The texts are unconverted bytes, in which "[CRLF]" still stands for a line break. In a list that
+// was read from a file, the texts are bytes of the file, with two exceptions: the right text of the
+// final row lacks its last two bytes, and the command "check" drops byte-order marks from left
+// texts.
 struct ListRow {
   std::string left;
   std::string right;

@@ -31,8 +31,8 @@ std::string TailBehindWildcard(const std::string& text, std::uint8_t joker) {
 }  // namespace
 
 bool HasEndingInBeginning(std::string_view left, std::uint8_t joker) {
-  // To a match, the wildcard as first byte is an ordinary character. But the ending begins behind
-  // it even then.
+  // A wildcard that is the first byte matches as an ordinary character. But even then the ending
+  // begins behind that byte.
   const std::size_t wildcard =
       joker == 0 ? std::string_view::npos : left.find(static_cast<char>(joker), 1);
   if (wildcard == std::string_view::npos) return false;

@@ -64,7 +64,7 @@ bool HasEndingInBeginning(std::string_view left, std::uint8_t joker);
 
 // Whether the left text ends in its only wildcard and has at least `longest` bytes, the size of the
 // list's longest left text. An attempt then ends at the width of the tables, and the wildcard
-// captures one byte alone.
+// captures one byte only.
 bool TakesInOneByte(std::string_view left, std::uint8_t joker, std::size_t longest);
 
 // Returns the text with CR LF in place of each "[CRLF]" (exactly so).
@@ -74,12 +74,12 @@ std::string ExpandCRLF(std::string_view text);
 void Apply_CRLF_Hndlr(const ReplacementList& list, SubstitutionTables& tables);
 
 // Rebuilds every table but JokerLeft and JokerRight: the caller sets these for every row first.
-// `joker` is the wildcard's code, 0 for none. Returns kSubscriptOutOfRange when a row has no flag;
-// JokerTail then ends before that row.
+// `joker` is the wildcard's code, 0 for none. Returns kSubscriptOutOfRange when a row has no flag
+// in JokerLeft; JokerTail then ends before that row.
 ErrorNumber FillArrays(const ReplacementList& list, std::uint8_t joker, SubstitutionTables& tables);
 
 // Sets the flag of one row in the column "Left" or "Right" (any other text changes nothing) and
-// removes the flags of later rows, so the caller sets flags in ascending order of rows. Returns
+// removes the flags of later rows, so the caller must set flags in ascending order of rows. Returns
 // kSubscriptOutOfRange for an index below 0.
 ErrorNumber Set_Joker(SubstitutionTables& tables, std::string_view Left_Right, std::int64_t index,
                       bool True_False);

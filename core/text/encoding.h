@@ -23,8 +23,8 @@ inline constexpr std::size_t kEncodings = 5;
 // number of bytes or a surrogate without its other half. kWindows1252 and kBytes never fail.
 std::optional<std::u32string> Decode(std::string_view bytes, Encoding encoding);
 
-// Returns the bytes of a character, 1 to 4. Returns nothing where the encoding lacks it, and for a
-// number that is no character.
+// Returns the bytes of a character, 1 to 4. Returns nothing if the encoding lacks the character, or
+// if the number is no character.
 std::optional<std::string> Encode(char32_t character, Encoding encoding);
 
 // Returns the bytes of a whole text; nothing if the encoding lacks one of its characters.

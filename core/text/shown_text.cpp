@@ -142,8 +142,8 @@ std::string Printable(std::string_view text) {
   while (!text.empty()) {
     const Utf8Sequence sequence = ReadUtf8(text);
     const bool is_control = sequence.character && IsControl(*sequence.character);
-    // Of U+0080 to U+009F only the first byte is taken here. The next round escapes the second
-    // byte, which alone is a control character to terminals without UTF-8.
+    // Of U+0080 to U+009F only the first byte is taken in this round. The next round escapes the
+    // second byte, which alone is a control character to terminals without UTF-8.
     const std::size_t size = is_control ? 1 : sequence.size;
     const auto code = static_cast<unsigned char>(text.front());
     if (size == 1 && IsControl(code)) {

@@ -6,7 +6,7 @@
 // no width or change the order of others (U+061C, U+200B to U+200F, U+2028 to U+202E, U+2060 to
 // U+2069, U+FEFF). A backslash of the text is doubled in front of another backslash and in front of
 // characters that would make it look like an escape; elsewhere it stays single, so that Windows
-// paths stay readable. So different characters never look alike.
+// paths stay readable. So no other character looks like an escape.
 //
 // Printable escapes control characters alone and keeps all other bytes.
 #pragma once
@@ -32,7 +32,8 @@ std::string ShownPath(std::string_view bytes);
 std::string ShownPiece(std::string_view bytes, Encoding encoding);
 
 // Returns the bytes with control characters as \xHH: bytes 00 to 1F and 7F, and bytes 80 to 9F
-// unless they are part of a UTF-8 sequence above U+009F. All other bytes stay, malformed ones too.
+// unless they belong to a UTF-8 sequence of two or more bytes (see Utf8Sequence) that encodes no
+// control character. All other bytes stay, malformed ones too.
 std::string Printable(std::string_view text);
 
 // `text` is a path, CR LF and a message. Returns both through Printable, with a line feed between

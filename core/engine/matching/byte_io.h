@@ -16,8 +16,8 @@ class ByteSource {
   // Reads up to `size` bytes from the 0-based `offset` into `into`. Returns the number of bytes
   // read, which is 0 only at the end of the source.
   virtual Result<std::size_t> ReadAt(std::uint64_t offset, char* into, std::size_t size) = 0;
-  // Whether the next read would block, because another program has not yet written the bytes of a
-  // stream.
+  // Whether the next read would block: the source is a stream, such as a pipe, and its next bytes
+  // have not been written yet.
   virtual bool MustWait() { return false; }
 };
 
@@ -27,7 +27,7 @@ class ByteSink {
   // Writes all of `bytes` at the 0-based `offset` and overwrites what is there. The returned error
   // may belong to an earlier, delayed write. After an error the caller must not write again.
   virtual ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) = 0;
-  // Completes delayed writes and returns the first error of any of them. No call may follow.
+  // Completes delayed writes and returns their first error. No call may follow.
   virtual ErrorNumber Close() = 0;
 };
 

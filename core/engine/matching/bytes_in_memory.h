@@ -23,7 +23,7 @@ class MemorySource : public ByteSource {
   std::string_view bytes_;
 };
 
-// Keeps what is written to it.
+// A sink that keeps what is written to it.
 class MemorySink : public ByteSink {
  public:
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override {

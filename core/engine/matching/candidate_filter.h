@@ -1,5 +1,7 @@
-// Finds the offsets where a prefix may stand: first a scan by three bytes, then a hash of up to 8
-// or 16 bytes. When the scan passes too many offsets to be worth its time, the next blocks skip it.
+// Finds the offsets where a literal prefix may stand. A scan tests up to three bytes at every
+// offset; a hash filter then tests up to 16 bytes at each offset that the scan passes. After a
+// block in which the scan passes too many offsets to be worth its time, the next blocks go without
+// the scan.
 #pragma once
 
 #include <cstddef>
@@ -13,22 +15,23 @@ namespace morvex {
 
 class CandidateFilter {
  public:
-  // The most bytes that one Find can take.
+  // The most offsets that one Find can test.
   static constexpr std::size_t kBlock = 4096;
 
   // The number of offsets that Find needs room for.
   static constexpr std::size_t kRoom = kBlock + ScanTables::kSpareRoom;
 
-  // When the scan passes more than one in kDense offsets, the next blocks skip it.
+  // When the scan passes more than one in kDense offsets of a block, the next blocks go without the
+  // scan.
   static constexpr std::size_t kDense = 4;
 
   // `index` must outlive the filter.
   CandidateFilter(const PrefixIndex& index, const std::vector<CompiledRow>& rows, Kernel kernel,
                   std::size_t dense = kDense);
 
-  // Tests the first `count` offsets and writes those where a prefix may stand to `offsets`, in
-  // ascending order. Returns their number. `offsets` has room for kRoom elements.
-  // ScanTables::kReadAhead bytes behind the last offset must be readable.
+  // Tests the first `count` (kBlock at most) offsets of `bytes`. Writes the offsets where a prefix
+  // may stand to `offsets`, in ascending order, and returns their number. `offsets` must have room
+  // for kRoom elements. ScanTables::kReadAhead bytes behind the last offset must be readable.
   std::size_t Find(const std::uint8_t* bytes, std::size_t count, std::uint16_t* offsets);
 
  private:

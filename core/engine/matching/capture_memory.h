@@ -1,12 +1,13 @@
-// The capture buffer while a source is processed.
+// The capture buffer (capture_state.h) while a source is processed.
 //
-// Every attempt that comes to a wildcard overwrites the buffer. Every attempt of a row without one
-// cuts it down to one byte if the row's first byte matches. This happens at nearly every offset,
-// but the bytes are read only where a right text has a wildcard, and at the end of the source: the
-// next source starts with the same buffer, even under another list. So this class records only the
-// last events that the buffer depends on, and computes the bytes when they are asked for. A list
-// that captures nothing pays for the test of one flag per match. A list that captures but has no
-// wildcard on the right pays for the records.
+// An attempt (match_attempt.h) that comes to a wildcard overwrites the buffer. An attempt of a row
+// without a wildcard cuts the buffer down to one byte if the row's first byte matches. So the
+// buffer changes at very many offsets. But its bytes are read only where a right text has a
+// wildcard, and at the end of the source, because the next source starts with the same buffer, even
+// under another list. So this class records only the last events that the buffer depends on, and
+// computes the bytes when a caller asks for them. A list that captures nothing pays for the test of
+// one flag per match. A list that captures, but has no wildcard in a right text, pays for the
+// records.
 #pragma once
 
 #include <array>
@@ -44,7 +45,8 @@ class CaptureMemory {
     if (!more_.empty() || !more.empty()) more_ = more;
     may_be_long_ = true;
   }
-  // `row`, the only row to try at `offset`, captured bytes up to its last round and failed.
+  // The attempt of `row`, the only row to try at `offset`, captured bytes up to the last possible
+  // round and failed.
   void CapturedInVain(std::int32_t row, std::uint64_t offset) {
     vain_row_ = row;
     vain_offset_ = offset;
@@ -59,17 +61,18 @@ class CaptureMemory {
   // At every offset that is not accounted for yet and lies in front of `offset`, all rows were
   // tried and none matched.
   void TriedUpTo(std::uint64_t offset);
-  // Call when a row was tried that cuts the buffer.
+  // A row that cuts the buffer was tried, and its first byte matched.
   void Cut() {
     if (may_be_long_) CutLong();
   }
   // Marks the offsets in front of `offset` as accounted for.
   void StartAt(std::uint64_t offset) { accounted_up_to_ = offset; }
 
-  // The buffer's bytes, valid until the next call here or until the window moves.
+  // Returns the buffer's bytes. They are valid until the next call of a function of this object or
+  // until the window moves.
   std::string_view Bytes();
-  // Whether the bytes of Bytes() lie in the window. Then InputWindow::kPadding bytes behind them
-  // may be read.
+  // Whether the bytes that Bytes returned lie in the window. If so, InputWindow::kPadding bytes
+  // behind them are readable.
   bool AreInWindow() const { return in_window_ && more_.empty(); }
 
   // Stores the buffer's bytes in the state. Call before the window drops bytes, and at the end of
@@ -93,14 +96,14 @@ class CaptureMemory {
   bool AnyCuts(const Tried& tried) const;
 
   const CompiledList& list_;
-  std::array<bool, 256> cuts_{};  // by byte: a row that begins with it cuts the buffer
+  std::array<bool, 256> cuts_{};  // by byte: some row that begins with the byte cuts the buffer
   bool any_cuts_ = false;
   const InputWindow* input_ = nullptr;
   CaptureState* state_ = nullptr;
   bool may_be_long_ = false;  // the buffer may have more than one byte
   std::uint64_t accounted_up_to_ = 0;
-  // The recorded events that WorkOut has yet to apply. If vain_row_ is set, it failed after the
-  // rows of tried_ were tried. Earlier events no longer matter.
+  // The recorded events, which WorkOut has not applied yet. If vain_row_ is set, its attempt failed
+  // after the rows of tried_ were tried. Earlier events no longer matter.
   std::int32_t vain_row_ = kNone;
   std::uint64_t vain_offset_ = 0;
   Tried tried_;

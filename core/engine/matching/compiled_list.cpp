@@ -22,8 +22,8 @@ PatternRow PatternOf(const SubstitutionTables& tables, std::int64_t row, std::ui
   return pattern;
 }
 
-// Returns the only byte that the attempt's next round accepts; nothing if it accepts every byte or
-// no byte.
+// Returns the byte of the left text that the attempt's next round compares. Returns nothing if the
+// round accepts every byte, or if the left text has ended or has a NUL there.
 std::optional<std::uint8_t> OnlyByte(const PatternRow& row, const MatchAttempt& attempt) {
   const int cell = row.Cell(attempt.position());
   if (attempt.span_open() || cell <= 0 || row.IsWildcardAt(attempt.position())) return std::nullopt;
@@ -31,10 +31,10 @@ std::optional<std::uint8_t> OnlyByte(const PatternRow& row, const MatchAttempt& 
 }
 
 // Runs the attempt as long as its next round accepts only one byte and the row does not match yet.
-// Returns the bytes of these rounds.
+// Returns the bytes that these rounds accept.
 std::string_view TakePrefix(const PatternRow& row, MatchAttempt& attempt) {
   std::size_t size = 0;
-  // Stays empty: the prefix ends at the first wildcard behind its start.
+  // Stays empty, because the prefix ends at the first wildcard behind the first byte.
   std::vector<std::uint8_t> more;
   while (size < row.left.size() && !attempt.Matched(row)) {
     const std::optional<std::uint8_t> byte = OnlyByte(row, attempt);
@@ -49,7 +49,7 @@ std::string_view TakePrefix(const PatternRow& row, MatchAttempt& attempt) {
   return row.left.substr(0, size);
 }
 
-// Whether the next byte ends the attempt, whatever it is, and nothing has been captured.
+// Whether nothing has been captured and the next round ends the attempt, whatever byte it reads.
 bool IsDecided(const PatternRow& row, const MatchAttempt& attempt) {
   const bool ends = attempt.failed() || (!attempt.span_open() && row.Cell(attempt.position()) <= 0);
   return ends && attempt.captured_count() == 0;

@@ -1,10 +1,12 @@
-// A replacement list prepared for a run. Every row is split into its literal prefix (short: prefix)
-// and the rest. A row can match or capture bytes at an offset only if its prefix stands there.
+// A replacement list prepared for runs with one wildcard. Each row has a literal prefix (short:
+// prefix), a beginning of its left text: the row can match or capture bytes at an offset only if
+// its prefix stands there.
 //
-// A row is plain when its prefix decides: where the prefix stands, the row matches exactly these
-// bytes. Every other row needs an attempt (match_attempt.h), which starts behind the prefix.
+// A row is plain if its prefix decides: where the prefix stands, the row matches exactly the bytes
+// of the prefix. Every other row needs an attempt (match_attempt.h), which continues behind the
+// prefix.
 //
-// Built once per run, in time and memory proportional to the size of the list's texts.
+// A compiled list takes memory in proportion to the size of the list's texts.
 #pragma once
 
 #include <array>
@@ -23,16 +25,17 @@ namespace morvex {
 struct alignas(32) RowEffect {
   static constexpr std::size_t kShort = 16;
 
-  std::array<char, kShort> short_text{};  // the right text without wildcards, if it fits
-  std::uint64_t right_begin = 0;          // offset of that text in `right_bytes`
+  // The right text, its wildcards and NULs removed, if that fits.
+  std::array<char, kShort> short_text{};
+  std::uint64_t right_begin = 0;  // offset of the same text in `right_bytes`
   std::uint32_t right_size = 0;
   std::uint16_t prefix_size = 0;
   bool has_wildcards = false;  // captured bytes are written too
   bool is_short = false;       // `short_text` is all that is written
 };
 
-// One row of the table. CompiledList::rows has them in table order, without rows that are known
-// never to match.
+// One row of the tables. CompiledList::rows has the rows in table order, except those that are
+// known never to match.
 struct CompiledRow {
   static constexpr int kPlain = -1;
 
@@ -41,7 +44,8 @@ struct CompiledRow {
   int attempt = kPlain;     // index of the row's attempt
   bool cuts = false;        // an attempt cuts the capture buffer down to one byte
   std::size_t tail_size = 0;
-  // Offsets in the right text, ascending, at which the captured bytes are written.
+  // The offsets at which the captured bytes are written, ascending. They count in the right text
+  // from which wildcards and NULs are removed.
   std::vector<std::size_t> wildcards;
 };
 
@@ -50,27 +54,27 @@ struct CompiledAttempt {
   MatchAttempt behind_prefix;  // the attempt's state after the bytes of the prefix
   int tail = 0;                // index into `tails`; 0 when the attempt need not search for a tail
   bool is_usual = false;    // the rest of the left text is the wildcard and its tail, nothing else
-  bool opens_span = false;  // the first round behind the prefix is on the wildcard
-  // At every offset in front of this one the row fails, because its span stays open to the last
-  // round.
+  bool opens_span = false;  // the wildcard stands directly behind the prefix and opens a span
+  // In front of this offset the row fails wherever its prefix stands, because its span stays open
+  // to the last round.
   std::uint64_t hopeless_until = 0;
 };
 
 struct CompiledList {
-  // `tables` must outlive the list and may not change. `wildcard` is the wildcard's character code,
-  // 0 for none.
+  // `tables` must outlive the list and must not change. `wildcard` is the wildcard's character
+  // code, 0 for none.
   CompiledList(const SubstitutionTables& tables, std::uint8_t wildcard);
 
   std::int64_t table_size = 0;  // rows in the table
   std::vector<CompiledRow> rows;
   std::vector<RowEffect> effects;  // by index in `rows`
-  // The right texts. kRightPadding bytes behind each of them may be read.
+  // The right texts. At least kRightPadding bytes behind each text are readable.
   std::string right_bytes;
   static constexpr std::size_t kRightPadding = 32;
   std::vector<CompiledAttempt> attempts;
   std::vector<std::string_view> tails = {""};  // the distinct tails; tails[0] means no tail
-  // By first byte: the table rows, ascending, whose attempt cuts the capture buffer down to one
-  // byte as soon as that first byte has matched.
+  // For each byte: the table rows, ascending, that begin with the byte and whose attempt cuts the
+  // capture buffer down to one byte as soon as the byte has matched.
   std::array<std::vector<std::int64_t>, 256> cutting_rows;
 
  private:

@@ -1,7 +1,9 @@
-// Rules out offsets where no prefix stands. A hash of the first bytes there selects one entry of a
-// table, and for long prefixes one entry of a second table. The first table fits into a core's
-// first-level cache for all but very long lists. Like a Bloom filter, this filter may pass an
-// offset where no prefix stands.
+// Rules out offsets where no literal prefix stands. The first bytes at an offset are hashed, and
+// the hash selects an entry of a table, which says whether a prefix may begin with such bytes. Such
+// a probe is made once for each length of hashed bytes, of which a list has up to five. A second
+// table, for a hash of up to 16 bytes, can be added. The first table fits into a core's first-level
+// cache unless the list is very long. Like a Bloom filter, this filter passes some offsets where no
+// prefix stands, but never rules out an offset where one stands.
 #pragma once
 
 #include <array>
@@ -22,7 +24,7 @@ inline std::uint64_t Load64(const std::uint8_t* bytes) {
   return value;
 }
 
-// A mask that keeps the first `count` (1 to 8) bytes of a Load64.
+// A mask that keeps the first `count` (1 to 8) bytes of a value from Load64.
 constexpr std::uint64_t FirstBytesMask(std::size_t count) {
   return ~std::uint64_t{0} >> (64 - 8 * count);
 }
@@ -34,7 +36,7 @@ inline std::uint64_t Mix(std::uint64_t value) {
   return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
 
-// The beginnings of prefixes, all of the same length.
+// Beginnings of prefixes. All of these beginnings have the same length.
 struct PrefixStarts {
   std::size_t bytes = 0;                // length of each, 1 to 8
   std::vector<std::uint64_t> distinct;  // as Load64 returns them
@@ -45,14 +47,14 @@ class HashFilter {
   // Makes a filter that passes every offset where one of `starts` stands.
   explicit HashFilter(const std::vector<PrefixStarts>& starts);
 
-  // Adds a second probe, which hashes up to 16 bytes. All prefixes must be longer than 8 bytes;
-  // `shortest` is the length of the shortest. The probe pays where the first 8 bytes alone pass too
-  // many offsets, as in texts of only four letters.
+  // Adds a second table, whose probe hashes up to 16 bytes. All prefixes must be longer than 8
+  // bytes; `shortest` is the length of the shortest. The second probe pays where 8 bytes alone rule
+  // out too few offsets, as in texts of only four letters.
   void AddSecondProbe(const std::vector<std::string_view>& prefixes, std::size_t shortest);
   bool has_second_probe() const { return !second_.empty(); }
 
-  // The form of the table. Callers choose the MayHold of this form once, before their loop over the
-  // offsets.
+  // The form of the table. Callers choose between the MayHold<Form> functions once, before their
+  // loop over the offsets.
   enum class Form {
     kBytes,    // starts of one length; an entry is a byte
     kBits,     // starts of one length; an entry is a bit
@@ -71,8 +73,8 @@ class HashFilter {
     return may;
   }
 
-  // Returns 1 if a prefix may stand at `bytes`, 0 if none does. Reads 16 bytes. Call only with a
-  // second probe, and where MayHold returned 1.
+  // Returns 1 if a prefix may stand at `bytes`, 0 if none does. Reads 16 bytes. Call only if
+  // has_second_probe, and only where MayHold returned 1.
   std::uint8_t PassesSecondProbe(const std::uint8_t* bytes) const {
     const std::uint64_t bit =
         Hash(Hash(Load64(bytes)) ^ (Load64(bytes + 8) & second_mask_)) >> kSecondShift;

@@ -1,7 +1,7 @@
 // A window that slides forward over a source, so that a source of any size is read in constant
 // memory. The window shows at least kLookAhead bytes from its start, or all that the source still
-// has. While a stream pauses, the window shows the bytes that have arrived; only Wait waits for
-// more.
+// has. While a source that is a stream pauses, the window shows only the bytes that have arrived;
+// only Wait waits for more.
 #pragma once
 
 #include <cstddef>
@@ -14,9 +14,9 @@ namespace morvex {
 
 class InputWindow {
  public:
-  // The most bytes that a match attempt can read.
+  // No match attempt reads more bytes than this.
   static constexpr std::size_t kLookAhead = 32768;
-  // This many bytes behind the last byte shown may be read too. They are NUL.
+  // This many bytes behind the last byte shown are readable, too. They are NULs.
   static constexpr std::size_t kPadding = 64;
   // The size of the buffer in bytes: small enough to stay in a core's own cache while the bytes are
   // read, matched and written.
@@ -46,10 +46,10 @@ class InputWindow {
   }
 
   const std::uint8_t* data() const { return buffer_.get() + start_; }
-  // The number of bytes shown. 0 at the end of the source, and where a stream pauses.
+  // The number of bytes shown. 0 at the end of the source, and while a stream has no byte to show.
   std::size_t size() const { return filled_ - start_; }
-  // Points to the source's byte at `offset`, which must lie between the start of the last refill
-  // and end().
+  // Points to the source's byte at `offset`. The offset must not lie in front of the offset of the
+  // last move that needed a refill, nor behind end().
   const std::uint8_t* At(std::uint64_t offset) const { return buffer_.get() + (offset - base_); }
   std::uint64_t end() const { return base_ + filled_; }
   bool ended() const { return ended_; }  // the window reaches to the source's end
@@ -62,7 +62,7 @@ class InputWindow {
 
   ByteSource* source_ = nullptr;
   std::unique_ptr<std::uint8_t[]> buffer_;
-  std::uint64_t base_ = 0;  // the source's offset of buffer_[0]
+  std::uint64_t base_ = 0;  // offset in the source of buffer_[0]
   std::size_t filled_ = 0;  // bytes read into the buffer
   std::size_t start_ = 0;   // the window's start in the buffer
   bool ended_ = false;      // the buffer reaches to the source's end

@@ -1,11 +1,11 @@
 // The attempt to match one row at one offset, round by round: each round reads one byte.
 //
-// The order of the steps in a round defines what a replacement list means. What looks like a slip
-// in them (a tail that is recognised in the text before the wildcard, a second wildcard in the
-// tail, counters of 16 bits) is part of that meaning.
+// The tail is the part of the left text behind its first wildcard. A span is the run of bytes that
+// a wildcard takes: it opens at the wildcard and closes at the tail.
 //
-// A span is the run of bytes that a wildcard takes. It opens behind the wildcard and closes at the
-// tail. The tail is the part of the left text behind the first wildcard.
+// The order of the steps in a round defines what a replacement list means. Three things look like
+// slips but are part of that meaning: the tail is recognised even in front of the wildcard, the
+// tail may hold a second wildcard, and the counters have 16 bits.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ struct PatternRow {
   enum class Flag {
     kPlain,     // captures nothing and cuts the capture buffer down to one byte
     kWildcard,  // captures bytes
-    kMissing,   // the row has no flag: the first round fails
+    kMissing,   // the row has no flag: the second round ends the attempt
   };
 
   std::string_view left;
@@ -28,8 +28,8 @@ struct PatternRow {
   std::uint8_t wildcard = 0;  // 0: none
   Flag flag = Flag::kPlain;
 
-  // Returns the left text's byte at a position counted from 1; 0 behind the text, -1 outside the
-  // table.
+  // Returns the left text's byte at `position`, counted from 1; 0 at position 0 and behind the
+  // text; -1 outside positions 0 to `width`.
   int Cell(int position) const {
     if (position < 0 || position > width) return -1;
     if (position == 0 || static_cast<std::size_t>(position) > left.size()) return 0;
@@ -44,25 +44,28 @@ class MatchAttempt {
   // The last round that an attempt can have, because its counters are 16 bits wide.
   static constexpr int kLastRound = 32767;
 
-  // Runs round number round() with the byte that it reads. `tail_ends_here`: the row's tail ends
-  // with this byte. Returns false if the attempt ends; the byte then does not count. A captured
-  // byte that does not directly follow the other captured bytes in the input is appended to `more`.
+  // Runs round number round(), which reads `byte`. `tail_ends_here`: an occurrence of the row's
+  // tail ends with `byte`. Returns false if the attempt ends; a match then does not include `byte`.
+  // A captured byte that does not directly follow the other captured bytes in the input is appended
+  // to `more`.
   bool Round(const PatternRow& row, std::uint8_t byte, bool tail_ends_here,
              std::vector<std::uint8_t>& more);
 
-  // Skips to `round` (kLastRound at most) as if the rounds up to there had been run. Call only
-  // while InOpenSpan, and only over bytes that hold no NUL and no end of the tail.
+  // Moves on to `round` (kLastRound at most) as if all rounds in front of it had been run. Call
+  // only while InOpenSpan, and only if the skipped bytes hold no NUL and no end of the tail.
   void SkipTo(const PatternRow& row, int round);
 
-  // Sets the state after the last round of an attempt that continues from `behind_prefix`, where it
-  // stands on the wildcard, and meets neither a NUL nor an end of the tail.
+  // Sets the state after the last round of an attempt that continues from `behind_prefix` and meets
+  // neither a NUL nor an end of the tail. In `behind_prefix` the attempt must stand on the
+  // wildcard.
   void FailInSpan(const PatternRow& row, const MatchAttempt& behind_prefix);
 
-  // Sets the state after the last round of an attempt that continues from `behind_prefix`, where it
-  // stands on the row's only wildcard, and matches up to the tail. The tail must be the rest of the
-  // left text. The round `tail_round` reads the tail's last byte; it comes after the wildcard's
-  // round and is less than kLastRound. No NUL may stand in front of the tail's last byte, and the
-  // byte behind it must not be the tail's second byte.
+  // Sets the state after the last round of an attempt that continues from `behind_prefix` and
+  // matches up to the end of the tail. In `behind_prefix` the attempt must stand on the row's only
+  // wildcard, and only the tail may follow in the left text. The round `tail_round` reads the
+  // tail's last byte; it comes after the wildcard's round and is less than kLastRound. No NUL may
+  // stand in front of the tail's last byte, and the byte behind that last byte must not be the
+  // tail's second byte.
   void MatchUpToTail(const MatchAttempt& behind_prefix, int tail_round) {
     *this = behind_prefix;
     round_ = tail_round + 1;
@@ -100,7 +103,7 @@ class MatchAttempt {
 
   int round_ = 1;
   int position_ = 1;  // in the left text, from 1
-  int extra_ = 0;     // bytes of the span beyond the length of the left text
+  int extra_ = 0;     // bytes that a match takes beyond the length of the left text
   int captured_first_ = 0;
   int captured_count_ = 0;
   bool span_open_ = false;

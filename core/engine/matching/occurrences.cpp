@@ -6,8 +6,8 @@
 namespace morvex {
 namespace {
 
-// A search continues up to this many bytes beyond its limit, so that the next search, whose limit
-// is a byte further, has nothing to do.
+// A search goes on for up to this many bytes behind its limit. So the next searches, whose limits
+// lie only a little further on, have nothing to do.
 constexpr std::uint64_t kStep = 4096;
 
 // Returns the offset of the first `byte` at or behind `from` and in front of `end`, or `end`.

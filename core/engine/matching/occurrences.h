@@ -21,17 +21,18 @@ class NextNul {
   // the window shows are searched.
   std::uint64_t Find(const InputWindow& window, std::uint64_t from, std::uint64_t limit);
 
-  // No NUL lies between the last `from` and this offset.
+  // No NUL lies at or behind the last `from` and in front of this offset.
   std::uint64_t known_up_to() const { return found_ == kNowhere ? searched_ : found_; }
 
  private:
   std::uint64_t found_ = kNowhere;
-  std::uint64_t searched_ = 0;  // no NUL other than found_ lies between the last `from` and here
+  // No NUL but the one at found_ lies at or behind the last `from` and in front of this offset.
+  std::uint64_t searched_ = 0;
 };
 
 class NextTail {
  public:
-  // `tail` is not empty and must outlive the object.
+  // `tail` must not be empty and must outlive the object.
   explicit NextTail(std::string_view tail);
 
   // Call when another source begins: forgets what was found.
@@ -52,7 +53,7 @@ class NextTail {
   std::vector<std::uint32_t> fallback_;
   std::uint64_t found_ = kNowhere;  // the offset behind an occurrence
   std::uint64_t searched_ = 0;      // all bytes in front of this offset are searched
-  std::size_t fitting_ = 0;         // how many first bytes of the tail stand just before searched_
+  std::size_t fitting_ = 0;  // how many first bytes of the tail end directly in front of searched_
 };
 
 }  // namespace morvex

@@ -1,5 +1,5 @@
-// Counts the steps and the hits of one substitution and asks its watcher now and then whether to go
-// on.
+// Counts the steps (see SubstitutionWatcher) and the hits, which are matches, of one substitution.
+// Asks its watcher now and then whether to go on.
 #pragma once
 
 #include <cstdint>

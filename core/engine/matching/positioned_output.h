@@ -15,7 +15,7 @@ namespace morvex {
 
 class PositionedOutput {
  public:
-  // The most bytes that are pending. When there are more, they are passed to the sink.
+  // The most bytes that can be pending: written, but not passed to the sink yet.
   static constexpr std::size_t kBlock = std::size_t{128} << 10;
 
   PositionedOutput();
@@ -23,11 +23,12 @@ class PositionedOutput {
   // Starts to write to another sink, which must be empty and must live until Finish.
   void Open(ByteSink& sink);
 
-  // Writes at the 1-based `position`. Bytes below position 1 are dropped.
+  // Writes `bytes` from the 1-based `position` on. Bytes that would lie below position 1 are
+  // dropped.
   void Put(std::int64_t position, std::string_view bytes);
-  // Memory into which the caller writes many short pieces, one behind the other, from `position`
-  // on. `at` is null if the pieces must go through Put instead. If anything was written, the next
-  // call must be Fill, with the end of the bytes written.
+  // Memory into which the caller may write the bytes that belong at `position` and behind. `at` is
+  // null if these bytes must go through Put instead. The bytes count only after a call of Fill with
+  // their end; that call must come before the next Put, Flush or Finish.
   struct Room {
     char* at = nullptr;
     char* end = nullptr;

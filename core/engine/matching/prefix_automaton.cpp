@@ -10,9 +10,9 @@
 namespace morvex {
 namespace {
 
-// With at most kSmallStride entries per state, the table takes no more memory than sparse states
-// would, so it holds all states. Otherwise it has at most kTableEntries entries, which fit into a
-// core's own caches.
+// With at most kSmallStride entries per state, a table of all states takes hardly more memory than
+// sparse states would, so the table holds all states. Otherwise the table has at most kTableEntries
+// entries, which fit into a core's own caches.
 constexpr std::uint32_t kSmallStride = 4;
 constexpr std::size_t kTableEntries = std::size_t{1} << 17;
 
@@ -23,8 +23,8 @@ std::size_t CommonBeginning(std::string_view a, std::string_view b) {
                                   a.begin());
 }
 
-// The members' prefixes. Each is reversed, and its bytes are replaced by their classes; the results
-// are in ascending order.
+// The members' prefixes. Each is reversed, and each of its bytes is replaced by the byte's class;
+// the results are in ascending order.
 struct ReversedPrefixes {
   struct Prefix {
     std::string_view bytes;
@@ -36,7 +36,7 @@ struct ReversedPrefixes {
     std::size_t size = 0;
     for (const std::int32_t row : members)
       size += rows[static_cast<std::size_t>(row)].prefix.size();
-    all_bytes.reserve(size);  // `prefixes` point into it, so it may not move
+    all_bytes.reserve(size);  // `prefixes` point into all_bytes, so its bytes must not move
     prefixes.reserve(members.size());
     for (const std::int32_t row : members) {
       const std::string_view prefix = rows[static_cast<std::size_t>(row)].prefix;
@@ -71,7 +71,7 @@ struct PrefixAutomaton::Trie {
   std::vector<Node> nodes;  // the first is the root
   std::vector<std::uint32_t> nodes_of_outputs;
   std::vector<std::uint32_t> by_depth;  // nodes, ordered by depth
-  std::vector<std::size_t> levels;  // where each depth begins in `by_depth`; the last is its end
+  std::vector<std::size_t> levels;      // where each depth begins in `by_depth`; then the end
 };
 
 PrefixAutomaton::PrefixAutomaton(const std::vector<CompiledRow>& rows,
@@ -174,8 +174,8 @@ void PrefixAutomaton::NumberStates(std::size_t states_in_table, Trie& trie) {
   }
 }
 
-// Works level by level. The failure state of a state is nearer to the root, so it is already
-// complete.
+// Works level by level. The failure state of a state is nearer to the root, so the failure state is
+// already complete.
 void PrefixAutomaton::Link(Trie& trie) {
   for (std::size_t depth = 0; depth <= longest_; ++depth) {
     for (std::size_t i = trie.levels[depth]; i < trie.levels[depth + 1] && depth > 0; ++i) {
@@ -241,7 +241,7 @@ PrefixAutomaton::State PrefixAutomaton::FindEdge(std::uint32_t from,
 }
 
 PrefixAutomaton::State PrefixAutomaton::NextOfSparse(State state, std::uint8_t byte_class) const {
-  if (byte_class == 0) return kRoot;  // a leaf has first_class 0 but no child
+  if (byte_class == 0) return kRoot;  // a leaf's first_class is 0, too, but means no child
   do {
     const State index = state & kIndexMask;
     const Sparse& here = sparse_[index];

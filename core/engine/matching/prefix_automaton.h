@@ -1,11 +1,11 @@
-// Finds every offset of a text where a prefix stands, in time that depends on the text alone: an
-// Aho-Corasick automaton over the reversed prefixes, run from right to left. The state at an offset
-// stands for the longest text that begins at the offset and is the end of some prefix.
+// Finds every offset of a text where a literal prefix stands, in time proportional to the length of
+// the text: an Aho-Corasick automaton over the reversed prefixes, run from right to left. The state
+// at an offset stands for the longest text that begins at the offset and is the end of some prefix.
 //
 // The states nearest to the root, in which the automaton is most of the time, have all their
-// transitions in a table, including those that follow failure states. The other states only know
-// their children and their failure state. So memory grows with the total size of the prefixes and
-// not with the number of different bytes in them.
+// transitions in a table, also the transitions that they take over from their failure states. Every
+// other state only knows its children and its failure state. So memory grows with the total size of
+// the prefixes, and not with the number of different bytes in the prefixes.
 #pragma once
 
 #include <array>
@@ -21,7 +21,8 @@ class PrefixAutomaton {
  public:
   static constexpr std::int32_t kNone = -1;
 
-  // An offset where a prefix stands, and the state there, by which RowsAt finds the rows.
+  // An offset where a prefix stands, and the automaton's state there, by which RowsAt finds the
+  // rows.
   struct Found {
     std::uint32_t offset = 0;
     std::uint32_t state = 0;
@@ -30,22 +31,23 @@ class PrefixAutomaton {
   // A value for `states_in_table`: the automaton chooses the number of states in the table.
   static constexpr std::size_t kBySize = 0;
 
-  // `members` are indexes of `rows`: the rows to find, as in PrefixIndex::rows_by_prefix(). Their
-  // prefixes must have fewer than 2^30 distinct ends. The rows need not outlive the automaton.
-  // `states_in_table` affects speed and memory, not what is found.
+  // `members` are the indexes in `rows` of the rows to find, as PrefixIndex::rows_by_prefix()
+  // returns them. The prefixes of these rows must have fewer than 2^30 distinct endings. `rows`
+  // need not outlive the automaton. `states_in_table` affects speed and memory, not what is found.
   PrefixAutomaton(const std::vector<CompiledRow>& rows, const std::vector<std::int32_t>& members,
                   std::size_t states_in_table = kBySize);
 
-  // Searches the first `count` bytes (fewer than 2^32). Appends every offset where a prefix stands
-  // to `found`, in descending order. `size` bytes, `count` or more, may be read. Each call also
-  // reads bytes behind `count`, up to the length of the longest prefix, so `count` should be much
-  // larger than that.
+  // Searches the first `count` (fewer than 2^32) offsets of `bytes`. Appends every offset where a
+  // prefix stands to `found`, in descending order. `size` bytes must be readable, and `size` must
+  // be at least `count`. Each call also reads bytes behind the first `count`, nearly as many as the
+  // longest prefix has, so a small `count` wastes time.
   void Find(const std::uint8_t* bytes, std::size_t count, std::size_t size,
             std::vector<Found>& found) const;
 
   // Looks up the rows whose prefixes stand at an offset that Find found; `state` is the state
-  // there. Returns the first plain row in table order, or kNone. Appends the rows in front of it
-  // that need an attempt to `attempts`, which must be empty, in table order.
+  // there. Returns the plain row that is first in table order, or kNone. Fills `attempts`, which
+  // must be empty, with the rows that need an attempt and come before that plain row (all of them
+  // if there is none), in table order.
   std::int32_t RowsAt(std::uint32_t state, std::vector<std::int32_t>& attempts) const;
 
  private:
@@ -57,7 +59,8 @@ class PrefixAutomaton {
   static constexpr State kSparse = State{1} << 30;
   static constexpr State kIndexMask = kSparse - 1;
 
-  // The rows that a state stands for. Output 0 stands for no rows.
+  // The rows whose prefixes stand at an offset with the state. The state's failure chain begins
+  // with the state itself. Output 0 has no rows.
   struct Output {
     std::int32_t plain = kNone;        // the plain row of the longest prefix on the failure chain
     std::uint32_t attempts_begin = 0;  // range in attempts_ of the state's own rows
@@ -72,7 +75,7 @@ class PrefixAutomaton {
     std::uint8_t first_class = 0;  // 0 when it has no children
     bool has_edges = false;        // it has further children, in edges_
   };
-  // A transition from a sparse state to a child that is not its first. An edge to the root marks a
+  // A transition from a sparse state to a child other than the first. An edge to the root marks a
   // free slot of the hash table.
   struct Edge {
     std::uint32_t from = 0;
@@ -108,7 +111,8 @@ class PrefixAutomaton {
 
   std::array<std::uint8_t, 256> classes_{};  // class of each byte; 0 if no prefix holds it
   std::size_t longest_ = 0;                  // length of the longest prefix in bytes
-  // For each state in the table: the next state for each class, then the index of its output.
+  // For each state in the table: the next state for each class, then the index of the state's
+  // output.
   std::vector<std::uint32_t> table_;
   std::uint32_t stride_ = 0;
   std::vector<Sparse> sparse_;

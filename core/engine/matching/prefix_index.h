@@ -1,10 +1,10 @@
 // Finds the rows whose prefix stands at an offset, in time that hardly depends on the number of
 // rows. The prefixes form a trie in which each step takes up to eight bytes at once and is looked
-// up in one hash table for all nodes. Where few rows are left, these are compared one by one, as a
-// group.
+// up in one hash table for all nodes. Where few rows are left, they form a group and are compared
+// one by one.
 //
-// A shadowed row (one that an earlier plain row always beats) is left out. So the plain row with
-// the longest prefix at an offset is also the first plain row there in table order.
+// The index leaves out shadowed rows: rows that an earlier plain row always beats. So the plain row
+// with the longest prefix at an offset is also the first plain row there in table order.
 #pragma once
 
 #include <array>
@@ -21,19 +21,18 @@ namespace morvex {
 class PrefixIndex {
  public:
   static constexpr std::int32_t kNone = -1;
-  // Several rows at the offset need an attempt, or one does and stands in front of a plain row.
-  // Call Find to get these rows.
+  // LookUp's result where the prefixes of several rows stand and the first of these rows in table
+  // order needs an attempt. Call Find to get the rows.
   static constexpr std::int32_t kUndecided = -2;
-  // Returns the number for an offset where `row`, which needs an attempt, is the only row. The
-  // number is less than kUndecided. The function is its own inverse: it also turns the number into
-  // the row.
+  // Returns LookUp's result where `row`, which needs an attempt, is the only row. The result is
+  // less than kUndecided. The function is its own inverse: it also turns the result into the row.
   template <class Number>
   static constexpr std::int32_t OnlyAttempt(Number row) {
     return -3 - static_cast<std::int32_t>(row);
   }
 
-  // LookUp and Find read this many bytes behind `size`, but treat them as absent. These bytes must
-  // be NULs, or bytes of the source and then NULs.
+  // LookUp and Find also read up to this many bytes behind the first `size` bytes. These bytes must
+  // be NULs: as no prefix holds a NUL, they count as absent.
   static constexpr std::size_t kReadAhead = 32;
 
   // Names rows by their indexes in `rows`, which must outlive the index.
@@ -45,21 +44,23 @@ class PrefixIndex {
   // The most offsets that are looked up together, so that their waits for memory overlap.
   static constexpr std::size_t kBatch = 16;
 
-  // Looks up `count` (kBatch at most) offsets, which count from `bytes`. Sets found[i] to the plain
-  // row that is first in table order among those whose prefix stands at offsets[i], or to kNone,
-  // kUndecided or an OnlyAttempt number. `size` bytes may be read. Returns the number of probes
-  // beyond those that an ordinary list needs.
+  // Looks up `count` (kBatch at most) offsets, which count from `bytes`. Sets found[i] to the row
+  // that is first in table order among those whose prefix stands at offsets[i], if this row is
+  // plain; otherwise to kNone, kUndecided or an OnlyAttempt result. `size` bytes must be readable
+  // (see kReadAhead). Returns the number of extra probes: an estimate of the work beyond that for
+  // an ordinary list.
   std::size_t LookUp(const std::uint8_t* bytes, std::size_t size, const std::uint16_t* offsets,
                      std::size_t count, std::int32_t* found) const;
 
-  // Finds all rows whose prefix stands at `bytes`; `size` bytes may be read. Returns the first
-  // plain row in table order, or kNone. Appends the rows in front of it, all of which need an
-  // attempt, to `attempts`, which must be empty, in table order.
+  // Finds the rows whose prefix stands at `bytes`; `size` bytes must be readable (see kReadAhead).
+  // Returns the plain row that is first in table order, or kNone. Fills `attempts`, which must be
+  // empty, with the rows that come before that plain row (all rows if there is none), in table
+  // order; all of these need an attempt.
   std::int32_t Find(const std::uint8_t* bytes, std::size_t size,
                     std::vector<std::int32_t>& attempts) const;
 
-  // Whether the index, and thus the rows' effects, are larger than a core's own cache. Look-ups
-  // then prefetch.
+  // Whether the index is larger than a core's own cache. The rows' effects then are large, too, and
+  // both are prefetched.
   bool is_large() const { return is_large_; }
 
   // A filter that passes every offset where a prefix stands.
@@ -68,8 +69,8 @@ class PrefixIndex {
   const std::vector<std::int32_t>& rows_by_prefix() const { return rows_by_prefix_; }
 
  private:
-  // The steps of a node have five lengths. The length for a prefix depends on how many of its bytes
-  // are left: 1, 2, 3, 4 to 7, and 8 or more.
+  // A node has up to five kinds of steps, called lengths. Which of them a prefix takes depends on
+  // how many of its bytes are left: 1, 2, 3, 4 to 7, or 8 and more.
   static constexpr std::size_t kLengths = 5;
   static constexpr std::uint32_t kNoRow = ~std::uint32_t{0};
 
@@ -84,7 +85,8 @@ class PrefixIndex {
     bool is_long = false;            // `size` is more than 16
     bool is_last = false;            // in its group
   };
-  // The first row of each kind among the rows found at an offset.
+  // The first plain row, and the first row that needs an attempt, among the rows found at an
+  // offset.
   struct Best {
     std::uint32_t plain = kNoRow;
     std::uint32_t attempt = kNoRow;
@@ -93,19 +95,19 @@ class PrefixIndex {
     template <bool kAttempts>  // whether any row of the list needs an attempt
     void Note(const Member& member, bool stands);
     template <bool kAttempts>
-    std::int32_t Row() const;  // the number for `found` of LookUp
+    std::int32_t Row() const;  // LookUp's result for the offset
   };
   struct Node {
-    // `label`: the bytes that all prefixes below the node share. `label_begin`: the first 8 of
-    // them, as Load64 returns them.
+    // `label`: the bytes with which all prefixes below the node continue. `label_begin`: the
+    // label's first 8 bytes, as Load64 returns them.
     const std::uint8_t* label = nullptr;
     std::uint64_t label_begin = 0;
     std::uint32_t label_size = 0;
     std::uint32_t own = 0;  // if has_own, the group of the rows whose prefix ends behind the label
     bool has_own = false;
-    // By length. `takes`: how many bytes the steps take, 0 if there are no steps. `begins`: a bit
-    // for the low four bits of the first byte of each step. These bits spare most probes that would
-    // find nothing.
+    // For each length. `takes`: how many bytes a step takes, 0 if there are no steps. `begins`: the
+    // bits that BeginBit returns for the steps. These bits spare most probes that would find
+    // nothing.
     std::array<std::uint8_t, kLengths> takes{};
     std::array<std::uint16_t, kLengths> begins{};
   };
@@ -131,10 +133,11 @@ class PrefixIndex {
     std::uint32_t at;  // offset behind the step
     std::uint32_t item;
   };
-  // Room for the nodes and groups that a batch reaches in one round of steps. Of the nodes reached
-  // from one offset, at most one was reached by 8 bytes: it can have steps of all lengths. At most
-  // one was reached by 4 to 7 bytes: it can have steps of the three short lengths. No other node
-  // has steps, because shorter steps leave nothing of a prefix, and joined steps lead to groups.
+  // Room for the nodes and groups that a batch reaches in one round of steps. In each round, at
+  // most two of the nodes reached from one offset have steps of their own: one reached by a step of
+  // 8 bytes, and one by a step of 4 to 7 bytes. A step of 1 to 3 bytes takes all that is left of
+  // its prefixes. Only rows that have joined a shorter length (see Join) have more left, and their
+  // steps lead to groups, which have no steps.
   static constexpr std::size_t kMostReached = kBatch * (2 * kLengths);
   using Members = std::vector<std::int32_t>;  // rows, ordered by prefix
   // Rows whose prefixes share their first `depth` bytes, and the node that is built for them later.
@@ -203,8 +206,9 @@ class PrefixIndex {
   static bool Continues(const Node& node, const std::uint8_t* bytes, std::size_t size);
   // Brings the node or group into the cache if the index is large.
   void Prefetch(std::uint32_t to) const;
-  // Takes the first steps from the root. Writes the nodes and groups that these lead to into
-  // `reached`, and returns their number.
+  // Takes the first steps from the root, and writes the nodes and groups that these steps lead to
+  // into `reached`. If the root has a label, writes the root itself for each offset. Returns the
+  // number of elements written.
   std::size_t Begin(const std::uint8_t* bytes, const std::uint16_t* offsets, std::size_t count,
                     Reached* reached) const;
   // Follows the trie from the `count` elements of `reached` on. Calls `found` with the index of the
@@ -221,8 +225,8 @@ class PrefixIndex {
   std::vector<Step> steps_;  // all steps, until FillTable moves them to table_
   std::vector<Step> table_;  // open addressing; spare slots at the end, so a search never wraps
   int table_shift_ = 0;
-  // When the root is the only node and has steps of one length: the number of bytes that they take;
-  // else 0.
+  // If the root is the only node, has no label and has steps of one length only: the number of
+  // bytes that a step takes; else 0.
   std::size_t only_step_ = 0;
   std::uint32_t only_from_ = kFree;
   bool has_attempts_ = false;

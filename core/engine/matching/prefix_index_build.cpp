@@ -9,8 +9,8 @@ namespace {
 
 constexpr std::size_t kStepBytes = PrefixIndex::kStepBytes;
 
-constexpr std::size_t kGroupSize = 8;  // the most rows that are compared one by one
-// The most rows of a group where step lengths have been joined: the larger groups spare a probe.
+constexpr std::size_t kGroupSize = 8;  // the most rows of a group that a step leads to
+// The same where step lengths have been joined (see Join): larger groups cost less than a probe.
 constexpr std::size_t kLargeGroupSize = 24;
 
 constexpr std::size_t kCache = std::size_t{256} << 10;
@@ -54,7 +54,7 @@ PrefixIndex::PrefixIndex(const std::vector<CompiledRow>& rows) : rows_(rows) {
 }
 
 // Sorts the rows and drops the shadowed ones. A row is shadowed if an earlier plain row has the
-// same prefix, or a prefix with which this row's prefix begins.
+// same prefix, or a prefix with which the row's prefix begins.
 void PrefixIndex::OrderRows() {
   Members sorted(rows_.size());
   for (std::size_t i = 0; i < sorted.size(); ++i) sorted[i] = static_cast<std::int32_t>(i);
@@ -113,10 +113,11 @@ std::size_t PrefixIndex::Shortest(const Members& members) const {
   return shortest;
 }
 
-// Each length of steps costs a probe. So, where all steps of the joined length then lead to groups,
-// the rows of a longer length join the next shorter length that has rows, and take its short steps.
-// If some steps led to nodes, long prefixes would continue behind short steps, and one offset could
-// need more probes than kMostReached has room for. Returns which lengths other lengths have joined.
+// Each length of steps costs a probe. So the rows of a length join the next shorter length that has
+// rows, and take its shorter steps, if all steps of the joined length then lead to groups. If some
+// steps led to nodes, long prefixes would continue behind short steps, and one offset could need
+// more probes than kMostReached has room for. Returns for each length whether another length has
+// joined it.
 std::array<bool, PrefixIndex::kLengths> PrefixIndex::Join(std::array<Members, kLengths>& by_length,
                                                           std::size_t depth) const {
   std::array<bool, kLengths> joined{};

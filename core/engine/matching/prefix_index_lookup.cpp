@@ -23,8 +23,8 @@ constexpr auto kMemberMasks = [] {
 
 }  // namespace
 
-// Whether the node's label stands at `bytes`. A label holds no NUL, so a short one needs no check
-// of the size.
+// Whether the node's label stands at `bytes`. A label holds no NUL, and NULs follow the first
+// `size` bytes, so a label of up to 8 bytes needs no check against `size`.
 inline bool PrefixIndex::Continues(const Node& node, const std::uint8_t* bytes, std::size_t size) {
   if (node.label_size == 0) return true;
   const std::size_t begin = std::min<std::size_t>(node.label_size, kStepBytes);
@@ -179,7 +179,7 @@ std::size_t PrefixIndex::LookUp(const std::uint8_t* bytes, std::size_t size,
   return probes > count ? probes - count : 0;
 }
 
-// For an index in which every first step leads to a group.
+// For an index with an only_step_: every step from the root leads to a group.
 template <bool kAttempts>
 inline std::size_t PrefixIndex::LookUpOneStep(const std::uint8_t* bytes, std::size_t size,
                                               const std::uint16_t* offsets, std::size_t count,

@@ -2,8 +2,8 @@
 //
 // The filters and the index are fast where few prefixes stand, and slow where many prefixes nearly
 // match: there they make several probes at each offset. The automaton takes the same short time for
-// every byte. So the search begins with filters and index, and hands the offsets that follow to the
-// automaton when a block takes too many probes.
+// every byte. So the search begins with the filters and the index. When a block takes too many
+// probes, the automaton searches the offsets that follow.
 #pragma once
 
 #include <algorithm>
@@ -53,8 +53,8 @@ class PrefixSearch {
   }
 
   // Searches `count` (block() at most) offsets from `begin` on. `bytes` points to the byte at
-  // `begin`; `size` bytes may be read. PrefixIndex::kReadAhead and ScanTables::kReadAhead more
-  // bytes are read but treated as absent.
+  // `begin`; `size` bytes must be readable. Behind them must follow NULs, as many as the larger of
+  // PrefixIndex::kReadAhead and ScanTables::kReadAhead.
   //
   // Calls `run_batch` for each batch of candidates, in ascending order. A batch has
   //   bool Next(std::uint64_t from, Candidate& candidate): sets the next candidate at or behind
@@ -71,8 +71,8 @@ class PrefixSearch {
                                       : SearchByIndex(bytes, count, size, begin, run_batch);
   }
 
-  // The rows of the last candidate that need an attempt: those in front of its plain row, in table
-  // order.
+  // The rows to try at the last candidate: those that need an attempt and come before its plain
+  // row, in table order.
   const std::vector<std::int32_t>& found() const { return found_; }
 
  private:
@@ -173,7 +173,7 @@ class PrefixSearch {
    private:
     PrefixSearch& search_;
     std::uint64_t begin_;
-    const PrefixAutomaton::Found* next_;  // behind the next candidate: in descending order
+    const PrefixAutomaton::Found* next_;  // behind the next candidate, because offsets descend
     const PrefixAutomaton::Found* end_;
   };
 
@@ -215,8 +215,8 @@ class PrefixSearch {
   CandidateFilter filter_;
   std::optional<PrefixAutomaton> automaton_;  // built when it is first needed
   bool always_automaton_;
-  bool automaton_refused_;                 // it would take too much time and memory
-  std::size_t offsets_for_automaton_ = 0;  // left for it to search
+  bool automaton_refused_;                 // building it would take too long
+  std::size_t offsets_for_automaton_ = 0;  // that the automaton still has to search
   std::array<std::uint16_t, CandidateFilter::kRoom> offsets_{};
   std::vector<PrefixAutomaton::Found> states_;
   std::vector<std::int32_t> found_;

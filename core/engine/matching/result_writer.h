@@ -22,7 +22,7 @@ class ResultWriter {
   // Call when another source begins. `input` and `output` must outlive their use here.
   void Open(const InputWindow& input, PositionedOutput& output);
 
-  // Copies the input's bytes in front of `offset` that are not written or replaced yet.
+  // Writes the input's bytes in front of `offset` that are neither written nor replaced yet.
   void CopyUpTo(std::uint64_t offset) {
     if (offset == copied_) return;
     WritePadded(input_->At(copied_), static_cast<std::size_t>(offset - copied_));
@@ -97,7 +97,7 @@ class ResultWriter {
   };
 
  private:
-  // Bytes are copied in steps of this size; the last one may read and write beyond the piece.
+  // Bytes are copied in steps of this size; the last step may read and write beyond the piece.
   static constexpr std::size_t kCopyStep = 32;
   // Longer pieces are left to memcpy.
   static constexpr std::size_t kLongPiece = 1024;
@@ -115,7 +115,7 @@ class ResultWriter {
 
   void WriteWithCaptured(const CompiledRow& row, const std::uint8_t* text, std::size_t size,
                          CaptureMemory& captures, Pace& pace);
-  // Writes bytes behind which kCopyStep more may be read.
+  // Writes `size` bytes. At least kCopyStep bytes behind them must be readable.
   void WritePadded(const std::uint8_t* bytes, std::size_t size) {
     const PositionedOutput::Room room = output_->RoomAt(position_);
     if (room.at != nullptr && size + kCopyStep <= static_cast<std::size_t>(room.end - room.at)) {

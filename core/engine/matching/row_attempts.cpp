@@ -66,7 +66,7 @@ bool RowAttempts::FailInSpan(const CompiledAttempt& compiled) {
 }
 
 // Returns whether the row matches at `offset`, and leaves its finished attempt in `attempt_`. Both
-// mean nothing if undecided_ is then set.
+// are meaningless if undecided_ is set afterwards.
 bool RowAttempts::Try(CompiledAttempt& compiled, std::uint64_t offset) {
   const PatternRow& pattern = compiled.pattern;
   if (offset < compiled.hopeless_until) return FailInSpan(compiled);
@@ -83,8 +83,8 @@ bool RowAttempts::Try(CompiledAttempt& compiled, std::uint64_t offset) {
   if (nul_round == kNowhere && tail_round == kNowhere && compiled.opens_span) {
     undecided_ = IsStillToCome(limit - 1);
     if (undecided_) return false;
-    // Nothing ends the span in time, neither here nor at later offsets whose rounds only read
-    // searched bytes.
+    // Nothing ends the span in time, neither at this offset nor at a later one whose rounds read
+    // only bytes that have been searched.
     std::uint64_t known = next_nul_.known_up_to();
     if (compiled.tail > 0) known = std::min(known, TailOf(compiled).known_up_to());
     compiled.hopeless_until = known - std::min<std::uint64_t>(known, MatchAttempt::kLastRound);

@@ -29,9 +29,9 @@ class RowAttempts {
   // Call when another source begins. `state` holds the capture buffer that the last source left.
   void Open(const InputWindow& input, CaptureState& state, Pace& pace);
 
-  // Tries the `count` rows, which are in table order, at `offset`. If none of them matches, `plain`
-  // does, unless it is kNone. The capture buffer ends up as if every row of the table had been
-  // tried in turn.
+  // Tries the `count` rows, which must be in table order, at `offset`. Returns the first of them
+  // that matches; if none does, returns `plain`, which matches unless it is kNone. The capture
+  // buffer ends up as if every row of the table had been tried in turn, up to the one that matches.
   Match FirstMatch(std::uint64_t offset, const std::int32_t* rows, std::size_t count,
                    std::int32_t plain);
 

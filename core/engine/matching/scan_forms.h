@@ -15,7 +15,7 @@
 
 namespace morvex {
 
-// Each returns null if this machine lacks the instructions.
+// Each returns null if this machine lacks the instructions of the form.
 Scan PortableScan();
 Scan Ssse3Scan();
 Scan Avx2Scan();
@@ -33,12 +33,13 @@ inline std::size_t PairAt(const std::uint8_t* bytes) {
   return pair;
 }
 
-// The vector forms share the functions below. They test as many offsets at once as a vector has
-// bytes. `hits` has a bit for each offset, set if the offset passes; the lowest bit stands for the
-// offset `at`.
+// The forms that use vectors test as many offsets at once as a vector has bytes. They share the
+// functions below, in which `hits` has a bit for each of these offsets, set if the offset passes.
+// The lowest bit stands for the offset `at`.
 
-// Writes the offset of every set bit of `hits` and returns their number. Always writes at least two
-// elements, because that costs less than a branch, which could not be predicted.
+// Writes the offset of every set bit of `hits` to `offsets` and returns the number of set bits.
+// Always writes at least two elements, because that costs less than a branch, which could not be
+// predicted.
 inline std::size_t WriteOffsets(std::uint32_t hits, std::size_t at, std::uint16_t* offsets) {
   // The highest bit keeps the value from being zero, for which countr_zero would need a test.
   std::uint64_t bits = hits | std::uint64_t{1} << 63;
@@ -54,7 +55,8 @@ inline std::size_t WriteOffsets(std::uint32_t hits, std::size_t at, std::uint16_
   return count;
 }
 
-// Clears the bits of the offsets from `count` on.
+// Returns `hits` with the bits of the offsets from `count` on cleared. `width`: how many offsets
+// are tested at once.
 inline std::uint32_t InFrontOf(std::size_t count, std::size_t at, std::size_t width,
                                std::uint32_t hits) {
   return at + width <= count ? hits : hits & ((std::uint32_t{1} << (count - at)) - 1);

@@ -29,7 +29,7 @@ namespace {
 
 // Deals prefixes out so that the prefixes in one bucket begin alike, because the fewer different
 // bytes a bucket has, the fewer offsets pass it. A prefix that is shorter than kDepth accepts every
-// byte behind its end, so such prefixes have buckets of their own.
+// byte behind its end, so short prefixes have buckets of their own.
 class Dealer {
  public:
   explicit Dealer(const std::vector<std::string_view>& prefixes) {

@@ -1,6 +1,7 @@
-// The scan for offsets where a prefix can begin, by its first three bytes at most. It is the
-// innermost loop of a run and has several forms for several instruction sets. Every form may pass
-// offsets where no prefix stands, but never leaves out an offset where one stands.
+// The scan passes the offsets where a literal prefix can begin, judged by up to three bytes there.
+// In most runs the scan reads nearly every byte, so it has a fast form for each of several
+// instruction sets. Every form may pass offsets where no prefix stands, but never leaves out an
+// offset where one stands.
 #pragma once
 
 #include <array>
@@ -16,15 +17,15 @@ enum class Kernel { kPortable, kSsse3, kAvx2 };
 bool IsSupported(Kernel kernel);
 Kernel BestKernel();
 
-// Which bytes a prefix can begin with. The prefixes are dealt out over eight buckets, one bit each.
-// At each of the kDepth positions, the low and the high four bits of a byte select the buckets that
-// have a prefix with such a byte at that position. An offset passes if some bucket is selected at
-// all positions, both times.
+// The bytes with which prefixes can begin. The prefixes are dealt out over eight buckets, and each
+// bucket has one bit. For each of the first kDepth positions, `low` maps the low four bits of a
+// byte to the buckets that have a prefix with such low bits at that position; `high` does the same
+// for the high four bits. An offset passes if both tables select the same bucket at all positions.
 struct ScanTables {
   static constexpr std::size_t kDepth = 3;
   static constexpr std::size_t kBuckets = 8;
-  // The scan may read kReadAhead bytes behind the last offset that it searches, and overwrite
-  // kSpareRoom entries behind the last one that it writes.
+  // At least kReadAhead bytes behind the last offset searched must be readable. The scan may
+  // overwrite kSpareRoom elements behind the last offset that it writes.
   static constexpr std::size_t kReadAhead = 64;
   static constexpr std::size_t kSpareRoom = 2;
 
@@ -35,11 +36,12 @@ struct ScanTables {
   using Nibbles = std::array<std::array<std::uint8_t, 16>, kDepth>;
   alignas(16) Nibbles low{};
   alignas(16) Nibbles high{};
-  std::vector<std::uint8_t> pairs;  // 1 where some prefix begins with these two bytes
+  std::vector<std::uint8_t> pairs;  // by pair of bytes: 1 if a prefix can begin with the pair
 };
 
 // Tests the first `count` (65536 at most) offsets and writes those that pass to `offsets`, in
-// ascending order. Returns their number. `offsets` has room for `count` + kSpareRoom elements.
+// ascending order. Returns their number. `offsets` must have room for `count` +
+// ScanTables::kSpareRoom elements.
 using Scan = std::size_t (*)(const ScanTables& tables, const std::uint8_t* bytes, std::size_t count,
                              std::uint16_t* offsets);
 // Returns null if the machine does not support the kernel.

@@ -75,9 +75,9 @@ SubstitutionEnd Substitution::ReasonToEnd(std::uint64_t offset) {
 }
 
 std::uint64_t Substitution::RunBlock(std::uint64_t offset) {
-  // The number of offsets that can be decided: those from which an attempt sees all bytes that it
-  // may need. If a stream pauses, those in front of the first prefix whose bytes have not all
-  // arrived.
+  // The number of offsets that can be decided: those from which the window shows all bytes that an
+  // attempt may need. While a stream pauses: those in front of the first prefix whose bytes have
+  // not all arrived.
   std::size_t open = input_->size();
   if (input_->IsShort()) {
     open = static_cast<std::size_t>(unfinished_.FirstOffset(*input_, offset) - offset);
@@ -152,10 +152,10 @@ std::uint64_t Substitution::RunCandidates(std::uint64_t offset, Batch& batch) {
   return offset;
 }
 
-// Skips the candidates in front of `hopeless_until` at which the same row is the only one: it fails
-// at all of them, and only the last failure matters to the capture buffer. Sets `candidate` to the
-// next candidate. Returns false if the batch has no more; `candidate` then has the last offset that
-// was skipped.
+// Skips `candidate`, and the candidates behind it and in front of `hopeless_until` that have the
+// same row as their only row. The row fails at all of them, and only the last failure matters to
+// the capture buffer. Sets `candidate` to the next candidate. Returns false if the batch has no
+// more; `candidate` then has the last offset that was skipped.
 template <class Batch>
 bool Substitution::SkipHopeless(Batch& batch, Candidate& candidate, std::uint64_t hopeless_until) {
   const std::int32_t row = candidate.only_attempt;

@@ -4,7 +4,8 @@
 // The literal way is to try every row at every byte (match_attempt.h). This class has the same
 // result at a speed that hardly depends on the number of rows: a search finds the few offsets where
 // a row can begin (prefix_search.h), the rows found there are tried (row_attempts.h), and the bytes
-// between two matches are copied in whole blocks (result_writer.h). docs/engine.md explains it.
+// between two matches are copied in whole blocks (result_writer.h). docs/engine.md explains the
+// mechanisms.
 #pragma once
 
 #include <cstddef>
@@ -34,16 +35,16 @@ enum class SubstitutionEnd {
 
 class Substitution {
  public:
-  // Make one object for a run. Rows with an empty left text are never tried. `tables` must outlive
-  // the object and may not change. `wildcard` is the wildcard's character code, 0 for none. The
-  // machine must support the kernel.
+  // One object serves any number of sources. Rows with an empty left text are never tried. `tables`
+  // must outlive the object and must not change. `wildcard` is the wildcard's character code, 0 for
+  // none. The machine must support the kernel.
   Substitution(const SubstitutionTables& tables, std::uint8_t wildcard,
                Kernel kernel = BestKernel(), SearchMethod method = SearchMethod::kWhatPays);
   Substitution(const Substitution&) = delete;
   Substitution& operator=(const Substitution&) = delete;
 
   // `input` and `output` must have just been opened. `state` holds the capture buffer that the last
-  // source left and receives the one that this source leaves. If the run ends early, `state` may
+  // source left and receives the buffer that this source leaves. If the run ends early, `state` may
   // hold an intermediate buffer.
   SubstitutionEnd Run(InputWindow& input, PositionedOutput& output, CaptureState& state,
                       SubstitutionWatcher& watcher);
@@ -55,8 +56,8 @@ class Substitution {
             SubstitutionWatcher& watcher);
   // Returns the reason to end in front of `offset`; kWholeFile if there is no reason.
   SubstitutionEnd ReasonToEnd(std::uint64_t offset);
-  // Processes a block of offsets from `offset` on. Returns the offset behind the block and behind
-  // its last match.
+  // Processes a block of offsets from `offset` on. Returns the first offset that is not decided
+  // yet.
   std::uint64_t RunBlock(std::uint64_t offset);
   void WaitForMore(std::uint64_t offset);
   template <class Batch>

@@ -16,7 +16,7 @@ UnfinishedPrefixes::UnfinishedPrefixes(const std::vector<CompiledRow>& rows,
 std::uint64_t UnfinishedPrefixes::FirstOffset(const InputWindow& window, std::uint64_t from) {
   const std::uint64_t end = window.end();
   settled_ = std::max(settled_, from);
-  // A prefix that begins longest_ or more bytes in front of the end is complete.
+  // All bytes of a prefix that begins longest_ or more bytes in front of the end have arrived.
   if (end >= longest_) settled_ = std::max(settled_, end - longest_ + 1);
   for (settled_ = std::min(settled_, end); settled_ < end; ++settled_) {
     const auto* const bytes = reinterpret_cast<const char*>(window.At(settled_));

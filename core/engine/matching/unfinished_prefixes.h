@@ -1,5 +1,6 @@
-// When a stream pauses, the last bytes that have arrived may be the beginning of a prefix. The
-// offsets in front of that beginning can be decided without more bytes.
+// When a stream pauses, the last bytes that have arrived may be the beginning of a literal prefix.
+// This class finds where such a beginning starts: in front of its offset, more bytes cannot reveal
+// another prefix.
 #pragma once
 
 #include <cstddef>
@@ -20,8 +21,8 @@ class UnfinishedPrefixes {
   // Call when another source begins.
   void Reset() { settled_ = 0; }
 
-  // Returns the first offset, `from` or later, from which the bytes up to the window's end are only
-  // the beginning of a prefix; the window's end if there is no such offset. `from` must not
+  // Returns the first offset, `from` or later, from which the bytes up to the window's end are the
+  // beginning of a longer prefix; the window's end if there is no such offset. `from` must not
   // decrease from call to call. An offset that was ruled out is not tested again, however often the
   // stream pauses.
   std::uint64_t FirstOffset(const InputWindow& window, std::uint64_t from);

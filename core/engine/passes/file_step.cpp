@@ -47,8 +47,9 @@ Result<bool> IsOwnSource(const Program& program, const FileInfo& source, const s
                          bool taken) {
   const Result<bool> same = IsSameFile(program, source, target);
   if (!same || same.value || !taken) return same;
-  // The name is taken, but the look-up found no file: either a link leads nowhere, or the look-up
-  // cannot be trusted. To keep the source safe in the second case, compare the folders' identities.
+  // The name is taken, but the look-up did not find the source there: another file or a link has
+  // the name, or the look-up cannot be trusted. To keep the source safe in the last case, compare
+  // the folders' identities.
   if (NameIn(program, target) != source.name) return false;
   FileService& files = program.host.files;
   const Result<FolderInfo> target_folder = files.LookUpFolder(FolderOf(program, target));
@@ -58,7 +59,7 @@ Result<bool> IsOwnSource(const Program& program, const FileInfo& source, const s
   return target_folder.value.identity == source_folder.value.identity;
 }
 
-// After a stop request: delivers to `target` the part that was written.
+// After a stop request: copies or moves the part that was written to `target`.
 Outcome DeliverAtStop(Program& program, Outcome outcome, WorkFile& work, const std::string& target,
                       WorkFileAtStop at_stop) {
   const bool stays = at_stop == WorkFileAtStop::kStays;
@@ -86,7 +87,8 @@ Outcome Deliver(Program& program, Outcome outcome, WorkFile& work, const std::st
   return Failed(std::move(outcome), error, target, FailureCause::kTarget);
 }
 
-// Logs why a selected file has no copy. Returns false if the disk is full, which ends the run.
+// Logs why a selected file has no copy. If the disk is full, logs nothing, ends the run and returns
+// false.
 bool LogMissingCopy(Program& program, const Outcome& outcome) {
   if (outcome.error == ErrorNumber::kDiskFull) {
     program.Beeindigd = true;
@@ -98,8 +100,8 @@ bool LogMissingCopy(Program& program, const Outcome& outcome) {
   return true;
 }
 
-// BytesTotal already includes the whole file. A stopped file counts only with the bytes of its
-// copy.
+// BytesTotal already includes the whole file, but of a stopped file only the bytes of its copy
+// count.
 void CountStopped(Program& program, std::int64_t written) {
   program.run.BytesTotal = program.run.BytesBefore + written;
 }

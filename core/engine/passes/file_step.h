@@ -14,9 +14,9 @@ namespace morvex {
 // target and stays beside its source. kGoes: it is moved to the target.
 enum class WorkFileAtStop { kStays, kGoes };
 
-// Whether the listing of the source's folder has a stale work file. A listed one is deleted before
-// the file is processed. One that is not listed is deleted only if creating the work file fails
-// because the name is taken.
+// Whether the listing of the file's folder has a stale work file, one that an earlier run left. A
+// listed one is deleted before the file is processed. One that is not listed is deleted only if the
+// work file cannot be created because its name is taken.
 enum class StaleWorkFile { kListed, kNotListed };
 
 // Processes the file and moves the result to the path `target`. After a stop request `target` gets

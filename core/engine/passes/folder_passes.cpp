@@ -61,7 +61,7 @@ Outcome PassedOverAt(const std::string& path, PassedOver why) {
   return PassedOverFor(std::move(outcome), why);
 }
 
-// Notes as passed over a name that leads neither to a file nor to a folder.
+// Notes that `path` was passed over, because it leads neither to a file nor to a folder.
 void PassOverNoFile(Program& program, const std::string& path, EntryKind kind) {
   const bool is_broken = kind == EntryKind::kBrokenLink;
   Outcome outcome =
@@ -189,8 +189,8 @@ class TreeWalk {
     const Result<PassedOver> why = rules_.WhyNotEntered(source.value);
     if (!why) return Fail(path, why.error);
     if (why.value != PassedOver::kNo) return PassOverFolder(path, why.value);
-    // The target folder is created before IsLeftOut is asked, so that a folder that is left out is
-    // an empty folder in the target.
+    // The target folder is created before IsLeftOut is asked, so that a folder that is left out
+    // becomes an empty folder in the target.
     const std::string target_path = Normaliseer(program_, JoinPath(program_, target, name));
     if (!FolderExists(program_, target_path)) files.CreateFolderLike(target_path, source.value);
     const Result<FolderInfo> made = files.LookUpFolder(target_path);

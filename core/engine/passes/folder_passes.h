@@ -2,9 +2,10 @@
 // of the progress bar. FolderWalk then visits every sub-folder, depth first: a folder's files come
 // before its sub-folders.
 //
-// A selected file is processed and the result copied to the target under the file's name; every
-// other file is copied unchanged. Errors of single files and sub-folders do not end a pass. After
-// each pass the run driver checks Beeindigd.
+// A selected file is processed, and the result moved to the target under the file's name; every
+// other file is copied unchanged. Errors of single files and sub-folders do not end a pass, with
+// one exception: a disk that is full while a selected file is processed. After each pass the run
+// driver checks Beeindigd.
 #pragma once
 
 #include <string>

@@ -9,7 +9,8 @@
 
 namespace morvex {
 
-// Both return `outcome` with another kind: Failed with kFailed, PassedOverFor with kPassedOver.
+// Both return `outcome` with the other arguments stored in it and another kind: kFailed for Failed,
+// kPassedOver for PassedOverFor.
 Outcome Failed(Outcome outcome, ErrorNumber error, const std::string& error_path,
                FailureCause cause = FailureCause::kNone);
 Outcome PassedOverFor(Outcome outcome, PassedOver why);
@@ -18,10 +19,11 @@ Outcome PassedOverFor(Outcome outcome, PassedOver why);
 // run's observer.
 void NoteOutcome(Program& program, const Outcome& outcome);
 
-// Why a file or folder was passed over, in words that follow a colon; empty for kNo.
+// Returns why a file or folder was passed over, in words to put behind a colon; empty for kNo.
 std::string_view ReasonText(PassedOver why);
 
-// The cause of a failure, in words after which the error's path may follow; empty for kNone.
+// Returns the cause of a failure, in words behind which the error's path may follow; empty for
+// kNone.
 std::string_view CauseText(FailureCause cause);
 
 // Notes that the folder at `path` itself could not be copied.

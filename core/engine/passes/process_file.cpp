@@ -50,8 +50,8 @@ class RunWatcher : public SubstitutionWatcher {
   bool any_hit_ = false;
 };
 
-// Substitutes the bytes of `source` into `work` and closes `work`. `error` becomes the error of the
-// file that failed, or kNone.
+// Writes the result of substituting the bytes of `source` to `work` and closes `work`. Sets `error`
+// to the error of reading `source` or of writing `work`, or to kNone.
 SubstitutionEnd SubstituteFile(Program& program, InputFile& source, OutputFile& work,
                                ErrorNumber& error) {
   RunEngine& engine = EngineOf(program);
@@ -67,8 +67,8 @@ SubstitutionEnd SubstituteFile(Program& program, InputFile& source, OutputFile& 
   return end;
 }
 
-// Remembers the counts of replacements before a file. Restore removes the file's replacements from
-// the counts when its copy came to nothing.
+// Remembers the counts of replacements before a file. If the file's copy comes to nothing, Restore
+// takes the file's replacements out of the counts.
 class HitsBefore {
  public:
   explicit HitsBefore(const RunState& run)

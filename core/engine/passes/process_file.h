@@ -1,5 +1,5 @@
-// Processes one source file: applies the skip rules, then substitutes its bytes into a work file
-// beside it. The source file is only read.
+// Processes one source file: applies the skip rules, then writes the result of the substitution to
+// a work file beside the source file. The source file is only read.
 #pragma once
 
 #include <memory>
@@ -24,19 +24,19 @@ Outcome OutcomeOf(const SourceFile& source);
 // Returns the path of the work file for the files of `folder`; empty once the program is to stop.
 std::string WorkFilePath(const Program& program, const std::string& folder);
 
-// Returns the outcome of a source that has no copy because of an error of the work file. The path
-// of the error is the work file's; for kPermissionDenied it is the folder's.
+// Returns the outcome of a source that has no copy because of an error of the work file. The
+// outcome's error_path is the work file's path; for kPermissionDenied, the folder's.
 Outcome WorkFileFailed(const Program& program, const SourceFile& source, ErrorNumber error);
 
 // Deletes a stale work file in the folder of `source` before `source` is processed, so that no byte
 // of the stale file reaches the copy. Returns kNone if there is no stale file. Returns
-// kPathFileAccess and deletes nothing if `source` itself is that file, by name or by a link.
-// `name_is_taken`: creating the work file has just failed because the name was taken. Only then a
-// pipe, a device, or a link that leads to no file is deleted, too.
+// kPathFileAccess and deletes nothing if `source` itself is the stale file, by name or by a link.
+// `name_is_taken`: creating the work file has just failed because the name was taken. Only then the
+// function also deletes a pipe, a device, or a link that leads to no file.
 ErrorNumber DeleteStaleWorkFile(Program& program, const SourceFile& source, bool name_is_taken);
 
-// Discards the work file of a copy that came to nothing. If that fails, left_work_file of the run
-// names the file.
+// Discards the work file of a copy that came to nothing. If the work file cannot be deleted, the
+// run's left_work_file names it.
 void DiscardWorkFile(Program& program, WorkFile& work);
 
 // Returns an outcome of one of these kinds:

@@ -9,10 +9,10 @@
 
 namespace morvex {
 
-// Returns why the file is passed over; kNo if it is processed. Passed over are the program's own
-// files, files in recycle-bin and restore folders, files modified after the run was armed (not
-// tested if `modified` is empty), and names that end in "cle". Comparisons are exact, letter case
-// included. `folder` is the full path of the file's folder.
+// Returns why the file is passed over; kNo if it is processed. These are passed over: the program's
+// own files; files in recycle-bin and restore folders; files modified since the run was armed (not
+// tested if `modified` is empty); files whose name ends in "cle". Comparisons are exact, letter
+// case included. `folder` is the full path of the file's folder.
 PassedOver WhyPassedOver(const Program& program, const std::string& name, const std::string& folder,
                          const std::optional<WallTime>& modified);
 

@@ -9,7 +9,8 @@
 namespace morvex {
 namespace {
 
-// Counts every name that is not a folder, links included.
+// Counts the entries in the folder and below that are not folders. A link counts, even one to a
+// folder.
 Result<std::int64_t> CountFiles(Program& program, const std::string& folder) {
   std::vector<std::string> folders = {folder};
   std::int64_t count = 0;

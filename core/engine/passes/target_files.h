@@ -1,5 +1,5 @@
 // What a target folder contains besides the copies of a run. Copies from an earlier run, made with
-// an earlier list, may contain names that this run replaced.
+// an earlier list, may contain texts that this run replaced in its own copies.
 #pragma once
 
 #include <cstdint>

@@ -2,10 +2,11 @@
 // the target.
 //
 // The current path leads from the source to the folder that the walk is in. A link to a folder is
-// followed, but not to a folder on the current path, because the walk would never end. Folders that
-// link to each other can be reached on very many paths, so links are followed into the same folder
-// only kMostVisitsByLinks times. The target is never entered. Copies are never written into the
-// source folder itself or through a link. Folders are compared by identity, not by name.
+// followed, unless that folder is on the current path, because then the walk would never end.
+// Folders that link to each other can be reached on very many paths, so links are followed into the
+// same folder only kMostVisitsByLinks times. The target is never entered. Below the target, copies
+// are never written into the source folder itself, nor into a folder that is a link. Folders are
+// compared by identity, not by name.
 #pragma once
 
 #include <cstddef>
@@ -75,7 +76,7 @@ class FolderStack {
     std::size_t next = 0;              // index in `listing`
   };
 
-  // Makes Next return the entries of this folder, before the rest of the folder above.
+  // Makes Next return the entries of this folder before the remaining entries of the folder above.
   void Enter(Level level, const FolderInfo& folder);
   // Starts the walk with the entries of this folder.
   void Start(Level level) { levels_.push_back(std::move(level)); }
@@ -91,8 +92,9 @@ class FolderStack {
   std::vector<Level> levels_;
 };
 
-// Returns the total size in bytes of all files below `folder`. Returns the first error of a call,
-// but counts a file that is gone meanwhile as empty. After a stop request returns the size so far.
+// Returns the total size in bytes of all files below `folder` that `rules` let a walk reach. A file
+// that is deleted meanwhile counts as empty. Ends at the first other error and returns that error.
+// After a stop request, returns the size so far.
 Result<std::uint64_t> FolderSize(Program& program, TreeRules& rules, const FolderInfo& folder);
 
 }  // namespace morvex
