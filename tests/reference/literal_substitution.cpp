@@ -167,7 +167,7 @@ SubstitutionEnd LiteralSubstitution::Run(InputWindow& input, PositionedOutput& o
     const Match match = FirstMatchingRow(input, stopped);
     if (stopped) return SubstitutionEnd::kStopped;
     if (match.row == nullptr) {
-      output.Put(write_pos, static_cast<char>(*input.data()));
+      output.Put(write_pos, {reinterpret_cast<const char*>(input.data()), 1});
       continue;
     }
     watcher.OnHits(1);
@@ -216,7 +216,8 @@ std::int64_t LiteralSubstitution::WriteRightText(std::int64_t row, std::int64_t 
     if (!code) break;
     if (!IsJoker(*code)) {
       if (*code == 0) continue;
-      output.Put(position, static_cast<char>(*code));
+      const char byte = static_cast<char>(*code);
+      output.Put(position, {&byte, 1});
       ++position;
       continue;
     }
