@@ -124,7 +124,8 @@ void Literal(benchmark::State& state, const std::string& name) {
   const Loaded& loaded = Load(name, IsWorstCase(name) ? kWorstSize : kTextSize);
   InputWindow input;
   PositionedOutput output;
-  // Only part of the text, because the slowest list would take hours with all of it.
+  // The literal engine gets only a part of the text: with all of it, the slowest list would take
+  // hours.
   std::size_t size = kLiteralSize;
   if (loaded.input.rows.size() >= 1000) size /= 16;
   if (IsWorstCase(name)) size = std::min<std::size_t>(size, 64 << 10);

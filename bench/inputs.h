@@ -19,7 +19,8 @@ struct Input {
 // The names, in the order of the table that the benchmark prints.
 std::vector<std::string> InputNames();
 
-// Worst cases are also run with twice the text, to see that the time only doubles.
+// Whether the input is a worst case. Worst cases are also run with twice the text, to see that the
+// time only doubles.
 bool IsWorstCase(const std::string& name);
 
 // The text has about `size` bytes.

@@ -1,5 +1,5 @@
 // Fuzz target: texts made of the fuzzer's bytes are typed into the field for extensions, added and
-// removed again. Checks that every entry of the list has one point, at its start, and is in the
+// removed again. Checks that every entry of the list has one ".", at its start, and is in the
 // list once; that the counts agree with the list; and that a file name is selected if and only if
 // the list has a selected entry that equals the part of the name that the pass compares.
 #include <set>

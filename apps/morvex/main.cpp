@@ -37,8 +37,8 @@ void DescribeApplication() {
   QApplication::setDesktopFileName("morvex");
   QApplication::setWindowIcon(ProgramIcon());
   QApplication::setStyle(new HouseStyle);
-  // Only Desktop::Ended ends the program, because for a moment no window is shown when one replaces
-  // another.
+  // While one window replaces another, no window is shown for a moment. So the last window to close
+  // must not end the program; only Desktop::Ended does.
   QApplication::setQuitOnLastWindowClosed(false);
 }
 

@@ -112,15 +112,15 @@ struct Button : Control {
   std::string font;
 };
 
-// A box for one line of text; the user interface keeps CR and LF out. If the box has no handler for
-// changes, the user interface also puts typed text into `text`.
+// A box for one line of text; the user interface keeps CR and LF out. The box's handler for changes
+// puts typed text into `text`; if the box has no such handler, the user interface does.
 struct TextBox : Control {
   TextBox(ChangeNotice& notice, Box where, int tab) : Control(notice, where, tab), text(notice) {}
 
   Watched<std::string> text;
 };
 
-// A picture that can be clicked.
+// A picture, as decoration or as a button.
 struct Picture : Control {
   Picture(ChangeNotice& notice, Box where, int tab)
       : Control(notice, where, tab), mouse_pointer(notice, MousePointer::kDefault) {}
@@ -228,8 +228,8 @@ struct Line {
   int y2 = 0;
 };
 
-// The control to which a handler moves the input focus. The user interface moves the focus when
-// requests() has grown, and otherwise leaves the focus where the user put it.
+// The control to which a handler wants the input focus to move. The user interface moves the focus
+// when requests() has grown, and otherwise leaves the focus where the user put it.
 class FocusRequest {
  public:
   explicit FocusRequest(ChangeNotice& notice) : notice_(&notice) {}
@@ -248,7 +248,8 @@ class FocusRequest {
   std::uint64_t requests_ = 0;
 };
 
-// The state of a window. Sizes are of the part inside the frame, in twips.
+// The state of a window. `width` and `height` are those of the part inside the window's frame, in
+// twips.
 struct Form {
   Form(std::string title, int inner_width, int inner_height)
       : loaded(changes, false),

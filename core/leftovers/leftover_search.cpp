@@ -9,9 +9,9 @@ namespace {
 constexpr std::size_t kPadding = 64;
 static_assert(kPadding >= PrefixIndex::kReadAhead && kPadding >= ScanTables::kReadAhead);
 
-// When the scan passes more than one in kDense offsets, the next blocks go without the scan. A
-// look-up after the scan costs more in this search than in a substitution, because there are keys
-// for all spellings. So the scan pays even if it rules out only every second offset.
+// Replaces CandidateFilter::kDense. A look-up after the scan costs more in this search than in a
+// substitution, because there are keys for all spellings. So the scan pays even if it rules out
+// only every second offset.
 constexpr std::size_t kDense = 2;
 
 // Counts the line breaks in runs of at most 255 bytes. The count of a run fits into a byte, so that
@@ -168,7 +168,7 @@ void LeftoverSearch::KeyAt(std::size_t at, const SoughtKeys& keys, std::int32_t 
   }
 }
 
-// Whether the part cannot lead to a leftover at `at`, whatever stands there.
+// Whether the part need not be compared at `at`: even if it stands there, it leads to no leftover.
 bool LeftoverSearch::IsDone(std::size_t at, const SoughtPart& part) const {
   const Progress& progress = progress_[part.sought_row];
   return part.number == 0 ? base_ + at < progress.not_before : !progress.touched;
@@ -198,7 +198,8 @@ void LeftoverSearch::PartAt(std::size_t at, const SoughtPart& part, const Standi
       std::all_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) == 0; }),
       StandsInOtherOrder(at, part)};
   if (part.number == 0) {
-    // `not_before` stays: an overlapping occurrence may be a leftover of its own.
+    // These two returns do not move `not_before` on, because an overlapping occurrence may be a
+    // leftover of its own.
     if (row.parts == 1 && here.in_other_order) return;
     if (!row.put_in.empty() && BytesFrom(at).starts_with(row.put_in)) {
       if (row.least_left == 0) return;

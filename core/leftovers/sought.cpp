@@ -8,14 +8,14 @@
 namespace morvex {
 namespace {
 
-// The most keys of one part in one encoding. Where one more letter would make more keys, a key ends
-// early; the rest of the part is compared where the key is found.
+// The most keys of one part in one encoding. A key ends early where one more letter would make more
+// keys than this; the rest of the part is compared where the key is found.
 constexpr std::size_t kMostKeys = 16;
 // A key with a rare form of a letter ends at this many bytes, because even such a short key occurs
 // in few files.
 constexpr std::size_t kEnoughOfARareKey = 4;
-// A key of this many bytes or more ends in front of a letter with rare forms. The bytes left up to
-// kLongestRareKey are room for one letter in a rare form.
+// A key of this many bytes or more ends in front of a letter with rare forms. A shorter key leaves
+// room for one letter in a rare form within kLongestRareKey bytes.
 constexpr std::size_t kFarBehind = Sought::kLongestRareKey - 32;
 // In bytes. Only the beginning of a longer part is searched; a longer right text becomes no
 // `put_in`.
@@ -169,8 +169,8 @@ Sought::Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding li
   MakeKeys();
 }
 
-// Adds nothing if the encoding lacks a character of a part, or if all occurrences would be ASCII
-// alone and another encoding reports those.
+// Adds nothing if the encoding lacks a character of a part, or if `ascii_is_told_elsewhere` is set
+// and all occurrences would be ASCII alone.
 void Sought::AddRow(const ListRow& row, Encoding encoding, bool ascii_is_told_elsewhere) {
   std::vector<Spelling> spellings;
   for (const std::string_view part : row.parts) {

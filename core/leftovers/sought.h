@@ -43,10 +43,10 @@ struct SoughtRow {
   // wildcard, and is not too long; else empty. A run writes this text, so an occurrence of `put_in`
   // is no leftover.
   std::string put_in;
-  // 1 (2 in UTF-16) for a row whose ending also occurs in its beginning, else 0. A run ends a match
-  // of such a row too early: most of the bytes that the wildcard was meant to capture stay, behind
-  // the right text. So behind an occurrence of `put_in`, this many bytes are skipped before the
-  // parts after the first are searched.
+  // In bytes: 1 (2 in UTF-16) for a row whose ending also occurs in its beginning, else 0. A run
+  // ends a match of such a row too early: most of the bytes that the wildcard was meant to capture
+  // stay, behind the right text. So behind an occurrence of `put_in`, this many bytes are skipped
+  // before the parts after the first are searched.
   std::size_t least_left = 0;
 };
 
@@ -74,9 +74,10 @@ class Sought {
   // so a run removes nothing.
   const std::vector<std::int64_t>& rows_that_stay() const { return rows_that_stay_; }
 
-  // Rows for which finding nothing proves nothing, because what a run leaves of them looks like any
-  // other text: rows whose ending also occurs in their beginning (unless `put_in` is set) and rows
-  // whose wildcard captures one byte only. They are searched like all others.
+  // Rows that may have left something even if nothing of them is found, because what a run leaves
+  // of them looks like any other text: rows whose ending also occurs in their beginning (unless
+  // SoughtRow::put_in is set) and rows whose wildcard captures one byte only. They are searched
+  // like all others.
   const std::vector<std::int64_t>& rows_not_judged() const { return rows_not_judged_; }
 
   // Rows with a part that is malformed in the list's encoding: they are searched as bytes alone.

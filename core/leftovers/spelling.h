@@ -18,7 +18,7 @@ namespace morvex {
 struct LetterWay {
   std::string bytes;
   std::size_t letters = 1;  // how many letters of the text it stands for
-  bool is_rare = false;     // a rare form (see OtherCase) or a ligature, unless ASCII alone
+  bool is_rare = false;     // a rare form (see OtherCase) or a ligature, unless it is ASCII alone
 };
 
 // Longest first, so that a way that begins with another way comes before that other way.
@@ -27,10 +27,11 @@ using LetterWays = std::vector<LetterWay>;
 // All ways to write a text in one encoding.
 struct Spelling {
   Encoding encoding = Encoding::kBytes;
-  // One element per letter, with ligatures replaced by their letters. The Alphabet owns the ways.
+  // One element per letter of the text, in which ligatures are replaced by their letters. The
+  // Alphabet owns the ways.
   std::vector<const LetterWays*> letters;
-  // The bytes of the text in its own letter case; empty if the encoding has a letter of the text
-  // only in another case.
+  // The bytes of the text with its own letter case and ligatures; empty if the encoding lacks one
+  // of its characters.
   std::string as_written;
 
   // The most bytes that the text takes, in any of its ways.
@@ -49,8 +50,8 @@ std::optional<Standing> StandsAt(const Spelling& spelling, std::string_view byte
 // Makes spellings and owns their ways: it must outlive every Spelling that it returns.
 class Alphabet {
  public:
-  // Returns nothing if the encoding has no form of some character of the text, in any letter case.
-  // In kBytes only ASCII letters have another case.
+  // Returns nothing if the encoding lacks a character of the text in every letter case. In kBytes
+  // only ASCII letters have another case.
   std::optional<Spelling> Spell(std::u32string_view text, Encoding encoding);
 
  private:

@@ -10,8 +10,8 @@
 namespace morvex {
 namespace {
 
-// If the last row is this one or an earlier one, Enter in it makes the window taller; else Enter
-// scrolls the grid.
+// If the last row has this number or a smaller one, Enter in the last row makes the window taller.
+// Otherwise Enter scrolls the grid.
 constexpr std::int64_t kLastGrowingRow = kRowsInBand - 2;
 constexpr std::int64_t kFreshScrollMaximum = 10;
 constexpr const char* kTooLongEntering = "invoer te lang (> 2147483647)";
@@ -25,8 +25,9 @@ void MoveDown(Button& button, int twips) {
   button.box = box;
 }
 
-// Sets the scroll bar's value and scrolls the rows by the change. The rows stay if the bar lacks
-// the focus and the value is above LastRow: then the caller has moved them already.
+// Sets the scroll bar's value and scrolls the rows by the change. If the bar lacks the focus and
+// its new value is greater than LastRow, the rows stay: EnterInCell sets such a value, after it has
+// made the new row visible in another way.
 void ScrollTo(ReplacementsForm& grid, std::int64_t value) {
   grid.VScroll1.SetValue(value);
   const std::int64_t taken = grid.VScroll1.value();

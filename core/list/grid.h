@@ -1,7 +1,7 @@
 // The replacement grid: its rows, their layout, and what its keys, focus and scroll bar do.
 //
-// Scrolling changes one offset, not every row, so a list of a hundred thousand rows is built in
-// linear time.
+// Scrolling changes one number, not every row. So although each row added to a long list scrolls
+// the grid, the time to build a list of a hundred thousand rows is linear in their number.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ namespace morvex {
 
 // Loads the editor with one empty row. FocusCell, CaretPos, PrevScrollValue and the snapshot (see
 // SnapshotRows) keep the values that they had when the editor was closed. Does nothing if the
-// editor is already loaded.
+// editor is already loaded or the program is to stop.
 void LoadGrid(Program& program);
 
 // Adds an empty, hidden row behind the last one. The caller must then set LastRow.
@@ -29,8 +29,8 @@ bool RemoveRow(ReplacementsForm& grid, std::int64_t row);
 // Makes the window `count` rows taller; `count` may be negative.
 void GrowWindow(ReplacementsForm& grid, int count);
 
-// Scrolls the grid by `delta` rows: up if `delta` is positive, down if it is negative. Rows that
-// were just added are no longer hidden.
+// Moves the rows up by `delta`, or down if `delta` is negative. Rows that were just added are no
+// longer hidden.
 void ShiftRows(ReplacementsForm& grid, std::int64_t delta);
 
 // Scrolls by the fewest rows that bring `row` into view. Does nothing if the row does not exist.

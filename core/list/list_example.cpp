@@ -10,8 +10,8 @@
 namespace morvex {
 namespace {
 
-// Words to put in place of the wildcard. For nearly every ending (the text behind a wildcard), at
-// least one word does not contain the ending.
+// Words to put in place of the wildcard. They have no byte in common, so at most one of them
+// contains the ending (the text behind the wildcard), unless the ending is empty.
 constexpr std::array<std::string_view, 3> kWords = {"Renate", "Vollmoor", "418273"};
 
 class NoWatcher : public SubstitutionWatcher {

@@ -30,7 +30,7 @@ class GridImport {
   explicit GridImport(Program& program)
       : program_(program), grid_(program.frmReplacements), mark_(grid_) {}
 
-  // Returns false if the grid had no row for a row of the list, or if the import was abandoned.
+  // Returns false if the grid lacked a row for a row of the list, or if the import was abandoned.
   bool TakeAll(const ListReading& reading) {
     const std::vector<ListRow>& rows = reading.list.rows;
     for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -46,7 +46,7 @@ class GridImport {
   }
 
  private:
-  // A window event closed the editor, or the program is to stop.
+  // Whether the editor is not loaded (a window event may have closed it) or the program is to stop.
   bool IsAbandoned() const { return !grid_.loaded || program_.Beeindigd; }
 
   bool TakeRow(const ListRow& row, bool appends) {
@@ -59,7 +59,8 @@ class GridImport {
     return true;
   }
 
-  // Removes the row that TakeRow appended last, because the list has ended.
+  // Removes the row behind the last filled one. Usually TakeRow has appended it for a further row
+  // of the list, but the list has ended.
   void RemoveAppendedRow() {
     if (!RemoveRow(grid_, row_)) return;
     --grid_.LastRow;
@@ -107,8 +108,8 @@ ListReading ReadListForGrid(Program& program, const std::string& path, std::int6
 
 void FillGrid(Program& program, const ListReading& reading) {
   const bool took_all = GridImport(program).TakeAll(reading);
-  // The reading error, if any, came behind the last row read. If the filling ended in front of that
-  // row, the error is not why rows are missing.
+  // A reading error comes behind all rows that were read. If the filling was given up before it
+  // reached the error, rows are missing for another reason.
   const bool was_reached = took_all || reading.list.rows.empty();
   program.settings.list_file_error = was_reached ? reading.error : ErrorNumber::kNone;
   program.settings.SubstitutieFile = reading.list.path;

@@ -18,10 +18,10 @@ ErrorNumber SaveReplacementList(Program& program, const std::string& path);
 // rows into the grid with FillGrid.
 void ImportReplacementList(Program& program, const std::string& GetF);
 
-// Reads a list file. Of the rows behind the list's final row, returns only as many as a grid of
-// `grid_rows` rows has room for. Handles window events meanwhile; until the reading ends, the
-// editor's commands do nothing. The reading ends early if the editor is closed or the program is to
-// stop.
+// Reads a list file. Of the rows behind the list's final row (see list_format.h), returns only as
+// many as a grid of `grid_rows` rows has room for. Handles window events meanwhile; until the
+// reading ends, the editor's commands do nothing. The reading ends early if the editor is closed or
+// the program is to stop.
 ListReading ReadListForGrid(Program& program, const std::string& path, std::int64_t grid_rows);
 
 // Fills the grid from row 0 on with what was read of a list file. Does not clear the grid first:
@@ -35,7 +35,8 @@ void FillGrid(Program& program, const ListReading& reading);
 // settings file is being read, imports the file SubstitutieFile instead, without asking.
 void cmdImport_Click(Program& program);
 
-// The editor's "Save": asks for a file, asks again if it exists, then writes the grid into it.
+// The editor's "Save": asks for a file and, if it exists, whether to replace it; then writes the
+// grid into it.
 void cmdSaveList_Click(Program& program);
 
 // Returns the message for a list whose reading ended early.

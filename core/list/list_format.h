@@ -1,6 +1,7 @@
-// The format of list files: one row a line, left text, separator, right text. A doubled separator
-// anywhere in a line makes that row the final row; WriteListFile writes one behind the last right
-// text. Nothing is escaped. Only the functions declared here read and write list files.
+// The format of list files: each row is a line of left text, separator and right text. A doubled
+// separator anywhere in the line makes the row the final row; WriteListFile writes a doubled
+// separator behind the last right text. Nothing is escaped. Only the functions declared here read
+// and write list files.
 //
 // The file does not store the separator: the caller names it.
 #pragma once
@@ -28,21 +29,22 @@ struct ListLine {
 };
 
 struct ListReading {
-  ReplacementList list;                   // the rows up to and including the final row
-  std::vector<std::int64_t> line_of_row;  // the line of each row of `list`, from 1
+  ReplacementList list;                   // the rows, without those behind the final row
+  std::vector<std::int64_t> line_of_row;  // line number of each row of `list`, from 1
   bool has_final_row = false;             // the last row of `list` is the final row
-  // The rows behind the final row, as many as were asked for. Each right text lacks its last two
-  // bytes, as the right text of the final row does.
+  // Rows behind the final row, if ReadListFile was asked for them. Each right text lacks its last
+  // two bytes, as the right text of the final row does.
   std::vector<ListRow> rows_behind_final;
-  bool is_utf16 = false;                   // line 1 shows UTF-16; the reading ended there
-  std::int64_t end_line = 0;               // the line that ends the list; 0: there is none
+  bool is_utf16 = false;                   // the file is UTF-16; noticed only with kKeep
+  std::int64_t end_line = 0;               // number of the line that ends the list; 0: none does
   std::vector<ListLine> odd_lines;         // in the order of the file
   ErrorNumber error = ErrorNumber::kNone;  // why the file could not be opened or read further
 };
 
-// Whether a reading keeps odd_lines. Only a review needs these, and in a file that is no list every
-// line may be odd. With kDrop the reading stops at the line that ends the list; with kKeep, at the
-// first text behind the line that ends the list, and at line 1 if the file is UTF-16.
+// Whether a reading keeps odd_lines. Only a review needs them. They may take much memory, because
+// in a file that is no list every line may be odd. With kDrop the reading stops at the line that
+// ends the list. With kKeep it goes on to the first text behind that line (neither an empty line
+// nor another end line), but if the file is UTF-16, it stops at line 1.
 enum class OddLines { kDrop, kKeep };
 
 // Reads a list. A line of three separators and nothing else ends the list. If `separator` is empty,

@@ -19,8 +19,8 @@ void cmdMirror_Click(Program& program);
 // last.
 void cmdReset_Click(Program& program);
 
-// Drops the rows whose two cells are empty, except a last one: writes the grid to the scratch file
-// "temp.dat" in the program's folder and imports that file. SubstitutieFile names that file
+// Drops the rows whose two cells are empty, except the last row: writes the grid to the scratch
+// file "temp.dat" in the program's folder and imports that file. SubstitutieFile names that file
 // afterwards. If the file cannot be written or read back, a message says so and the grid stays as
 // it was.
 void cmdDeleteEmpty_Click(Program& program);

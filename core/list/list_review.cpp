@@ -19,8 +19,8 @@ constexpr std::size_t kLongestMatch = 32766;  // bytes
 constexpr std::string_view kUsualWildcards = "*?";
 constexpr std::int64_t kSeveral = 2;
 
-// Counts the characters of a UTF-8 text: every byte except continuation bytes counts. In another
-// encoding the count may be too low, never too high.
+// Counts the characters of a UTF-8 text: every byte except continuation bytes counts. If each byte
+// is a character, as in Windows-1252, the count may be too low, never too high.
 std::size_t CharacterCount(std::string_view text) {
   return static_cast<std::size_t>(
       std::count_if(text.begin(), text.end(), [](char byte) { return !IsUtf8Continuation(byte); }));
@@ -28,9 +28,9 @@ std::size_t CharacterCount(std::string_view text) {
 
 bool IsBlank(char byte) { return byte == ' ' || byte == '\t'; }
 
-// Whether the right text of a row holds the separator, apart from a doubled one at its end. `line`
-// is the row's whole line. `right_text` is the right text in the list, which lacks its last two
-// bytes in the final row.
+// Whether the right text of a row holds a separator. A doubled separator at the end of the line
+// does not count, because it only marks the final row. `line` is the row's whole line. `right_text`
+// is the right text in the list; in the final row it lacks its last two bytes.
 bool HasFurtherSeparator(std::string_view line, std::string_view separator,
                          std::string_view right_text) {
   const std::string mark = std::string(separator).append(separator);
@@ -49,8 +49,8 @@ class Reviewer {
         code_(joker),
         wildcard_(static_cast<char>(joker)) {}
 
-  // Takes rows and odd lines in the order of the file. Stops, and returns false, at a line if the
-  // lines behind that line do not matter.
+  // Takes rows and odd lines in the order of the file. Returns false if it stopped early because
+  // the further lines do not matter.
   bool TakeLines() {
     if (reading_.is_utf16) {
       Report(ListProblem::kUtf16, 1, "");
@@ -122,7 +122,7 @@ class Reviewer {
     if (bytes.starts_with(kUtf8Mark)) Report(ListProblem::kByteOrderMark, line, "");
   }
 
-  // Returns false if the lines behind this one do not matter. Of the lines behind the final row,
+  // Returns false if the lines behind this one do not matter: of the lines behind the final row,
   // and of the lines behind the end of the list, only the first is reported.
   bool TakeOddLine(const ListLine& line) {
     if (line.kind == ListLine::Kind::kBehindEnd) {

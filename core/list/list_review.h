@@ -13,32 +13,33 @@ namespace morvex {
 inline constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 enum class ListProblem {
-  kByteOrderMark,     // a mark begins the line and so is part of the left text
+  kByteOrderMark,     // the line begins with a mark, which is part of the left text
   kNoSeparator,       // the line is not a row
   kRowsLost,          // the line follows the final row
   kEmptyLeft,         // the row is never tried
   kDuplicate,         // an earlier row has the same left text: this row never wins
-  kShadowed,          // an earlier left text without wildcard begins this one: this row never wins
-  kShort,             // the left text has one or two characters and occurs everywhere
-  kOpenWildcard,      // the wildcard ends the left text, so nothing ends what it captures
+  kShadowed,          // starts with an earlier left text without wildcard: this row never wins
+  kShort,             // the left text has only one or two characters and may occur everywhere
+  kOpenWildcard,      // the left text ends in the wildcard: no ending limits what it captures
   kStrayWildcard,     // the right text has a wildcard and the left text has none
   kNul,               // the left text holds a NUL: this row never wins
   kUtf16,             // the file is UTF-16: no row can be used
   kBehindEnd,         // the line follows the line that ends the list
-  kCarriageReturn,    // the row holds one, as in a file whose lines end in CR alone
+  kCarriageReturn,    // the row holds a CR, as in a file whose lines end in CR alone
   kBlanks,            // blanks beside the separator are part of the texts
   kFurtherSeparator,  // the right text holds the separator
   kTooLong,           // the left text is longer than any match: this row never wins
   kNoWildcardSet,     // several left texts hold a "*" or a "?", and no wildcard is set
   kUnusedWildcard,    // no left text holds the wildcard; about the whole list
-  kOwnEnding,  // the ending also occurs in front of the wildcard: next to nothing is captured
+  kOwnEnding,         // the ending also occurs in front of the wildcard, which captures too little
 };
 
 struct ListDiagnostic {
   ListProblem problem = ListProblem::kNoSeparator;
   std::int64_t line = 0;          // from 1; 0: the whole list
   std::int64_t earlier_line = 0;  // of the winning row, of the final row or of the list's end
-  // The left text; the right text if the left one is empty; the whole line if it is no row.
+  // The left text; the right text if the left one is empty; the whole line if it is no row of the
+  // list. Empty for kByteOrderMark, kUtf16 and kUnusedWildcard.
   std::string text;
   std::string earlier_text;  // the left text that wins instead
   // Only for kOwnEnding, and for kOpenWildcard if the wildcard captures one byte alone: an example
@@ -52,13 +53,13 @@ struct ListDiagnostic {
 
 struct ListReview {
   std::vector<ListDiagnostic> diagnostics;  // sorted by line
-  std::vector<std::int64_t> line_of_row;    // the line of each row of the tables
-  bool is_usable = false;                   // some row has a left text
+  std::vector<std::int64_t> line_of_row;    // line number of each row of the tables
+  bool is_usable = false;                   // some row has a left text without a NUL
   ErrorNumber error = ErrorNumber::kNone;   // why lines that matter could not be read
 };
 
-// Whether the list file holds a line that is not a row, or a row that is not what its writer meant.
-// If so, a check for leftovers does not look for every text of the file.
+// Whether the list file holds a line that is no row of the list, or a row with a byte-order mark, a
+// CR or a NUL. If so, a check for leftovers does not look for every text of the file.
 bool MayLackRows(const ListReview& review);
 
 // `reading` must have been read with OddLines::kKeep and with `separator`. `joker` is the

@@ -37,7 +37,7 @@ struct Settings {
   std::int16_t AutoRunDelay = 0;  // milliseconds before an unattended run
   bool ReadingInitFile = false;
   bool AutoRunFromInitFile = false;                  // run unattended with the named settings file
-  ErrorNumber list_file_error = ErrorNumber::kNone;  // why the last list read lacks rows
+  ErrorNumber list_file_error = ErrorNumber::kNone;  // why rows of the list are missing
   ErrorNumber init_file_error = ErrorNumber::kNone;  // why the settings file was not read whole
   std::string LoggingStatusText;
   std::int64_t N_Extension_Selected = 0;
@@ -50,7 +50,7 @@ struct Locations {
   std::string gCommonFilesLocation;
 };
 
-// How the last Go ended.
+// How the last run ended; kNone before the end of the first run.
 enum class RunEnd { kNone, kCouldNotRun, kStopped, kFinished };
 
 struct ElapsedTime {
@@ -73,7 +73,7 @@ struct RunState {
   std::int64_t SourceSize = 0;  // bytes of the source folder
   bool LoggingOn = false;
   bool RunStarted = false;
-  bool working = false;  // from the start of Go to its end
+  bool working = false;  // from the start of PerformRun to its end
   RunEnd end = RunEnd::kNone;
   WallTime ArmedAt{};
   ElapsedTime elapsed;
@@ -98,7 +98,8 @@ struct RunState {
   std::int64_t other_files = 0;  // files in the target that this run did not make
   ErrorNumber other_files_error = ErrorNumber::kNone;  // why the other files could not be counted
   bool disk_full = false;                              // a full disk ended the run
-  // What a stop request left: the path of an incomplete copy, and of a work file beside its source.
+  // Paths, empty if there is none: of the incomplete copy that a stop request left, and of a work
+  // file that was left beside its source.
   std::string cut_short;
   std::string left_work_file;
   // The number of matches of each row of the tables; counted only if there is an observer.

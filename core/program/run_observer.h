@@ -12,17 +12,17 @@ namespace morvex {
 
 enum class OutcomeKind {
   kProcessed,   // its copy was made with the list
-  kCopied,      // unchanged: its extension is not selected
+  kCopied,      // its copy is unchanged: its extension is not selected
   kPassedOver,  // no copy, on purpose
   kFailed,      // no copy, because of an error
-  kStopped,     // the run was stopped meanwhile; the copy may be cut short
+  kStopped,     // the run was stopped meanwhile; the copy may be cut short or missing
   kNotReached,  // the run ended before reaching it
 };
 
 enum class PassedOver {
   kNo,
-  kOwnFile,           // one of the program's own, by its name
-  kRecycleBin,        // the path contains the name of a recycle-bin, restore or system folder
+  kOwnFile,           // a file of the program itself, by its name
+  kRecycleBin,        // in a recycle-bin, restore or system folder, by its path or the target's
   kChangedMeanwhile,  // modified after the run was armed
   kNameEnding,        // the name ends in "cle"
   kStaleWorkFile,     // the work file of an earlier run, by its name
@@ -36,7 +36,7 @@ enum class PassedOver {
 // Explains a failure that its error number and path alone do not explain.
 enum class FailureCause {
   kNone,
-  kSourceFolder,    // no work file can be created or deleted there
+  kSourceFolder,    // no work file can be created or deleted in the source's folder
   kWorkFile,        // the work file could not be written, or its name is taken
   kTarget,          // no copy can be put into the target
   kTargetIsSource,  // the copy would take the place of its own source
@@ -46,7 +46,7 @@ enum class FailureCause {
 // file's outcome; at last the outcome is counted and passed to the observer.
 struct Outcome {
   OutcomeKind kind = OutcomeKind::kProcessed;
-  std::string path;  // in the source
+  std::string path;  // in the source; the target folder's if that is missing
   bool is_folder = false;
   PassedOver why = PassedOver::kNo;        // only for kPassedOver
   ErrorNumber error = ErrorNumber::kNone;  // this and the next two: only for kFailed
@@ -61,8 +61,8 @@ class RunObserver {
  public:
   virtual ~RunObserver() = default;
   // Called once for each file, when its outcome is known. Called for a folder only if it was passed
-  // over, failed or not reached, and then not for the folder's contents. Must not change the
-  // program.
+  // over, failed or not reached; from then on it is not called for the folder's contents. Must not
+  // change the program.
   virtual void OnOutcome(const Outcome& outcome) = 0;
 };
 

@@ -11,8 +11,8 @@ namespace morvex {
 struct RunRequest {
   std::string source;  // a file or a folder
   std::string target;
-  std::string list;                     // path, only to be named in the log and the report
-  std::string settings_file;            // the settings file, as the log names it
+  std::string list;           // path; used only to name the list in the log and the report
+  std::string settings_file;  // the settings file, as the log names it
   std::vector<std::string> extensions;  // with their "."; files with one of these are processed
   bool all_files = false;               // every file is processed, whatever its extension
   bool logging = false;

@@ -27,7 +27,7 @@ void imList_MouseMove(Program& program) {
 
 void Text1_DblClick(Program& program, int index) {
   MainForm& form = program.frmMorvex;
-  // One tree serves both boxes: when it is open for a box, that box comes back first.
+  // One tree serves both boxes. If it is open for one of them, that box is shown again first.
   if (form.FolderTreeview1.visible) PutBoxBack(program);
   form.Text1(index).visible = false;
   form.FolderTreeview1.selected_folder = form.Text1(index).text.get();

@@ -21,11 +21,11 @@ void imList_MouseMove(Program& program);
 
 // Shows the folder tree instead of a path box; `index` is kSourceBox or kTargetBox.
 void Text1_DblClick(Program& program, int index);
-// A folder was chosen in the tree: the box comes back with the folder's path.
+// A folder was chosen in the tree: shows the box again, with the folder's path.
 void FolderTreeview1_FolderChosen(Program& program, const std::string& folder);
-// The tree was closed without a choice: the box comes back as it was.
+// The tree was closed without a choice: shows the box again, as it was.
 void FolderTreeview1_Cancelled(Program& program);
-// Any other event of the tree, about `folder`.
+// Any other event of the tree: notes the event's folder in last_folder_event.
 void FolderTreeview1_FolderEvent(Program& program, const std::string& folder);
 
 // Waits for `duration`, the delay before an unattended run. Handles window events meanwhile and

@@ -135,8 +135,8 @@ RunEnd RunFolder(Program& program, const std::string& source, const std::string&
   LookAtTarget(program, target);
   ErrorNumber error = FolderPrepass(program, source, target);
   if (program.Beeindigd) {
-    // The passes have already dealt with the work file. Its path cannot be made now, because
-    // Normaliseer returns no path once the program is to stop.
+    // Nothing is to be done here about a work file: the passes have deleted it, or left it beside
+    // its source and noted its path.
     Unload(program.frmMorvex);
     Unload(program.frmOpties);
     Unload(program.frmReplacements);

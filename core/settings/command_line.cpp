@@ -16,7 +16,7 @@ bool IsOption(std::string_view piece, std::string_view name) {
   return piece.starts_with(name);
 }
 
-// Returns the option's value, which one character separates from the option's name.
+// Returns the option's value. One character stands between the option's name and its value.
 std::string OptionValue(const std::string& piece, std::string_view name) {
   const std::size_t value = piece.find(name) + name.size() + 1;
   return value < piece.size() ? piece.substr(value) : std::string();

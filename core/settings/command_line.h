@@ -9,9 +9,10 @@
 
 namespace morvex {
 
-// Splits the line at every " -". Element 0 is the marker "InitFile" or "NoInitFile"; the pieces
-// follow. The first piece keeps its leading "-"; every later piece starts with the option's name.
-// If the line begins with " -", the first piece is the whole line.
+// Splits the line at every " -". Element 0 is a marker: "InitFile" if the line holds no " -", or
+// begins with " -" or "-if"; else "NoInitFile". The pieces follow. The first piece keeps its
+// leading "-"; every later piece starts with the option's name. If the line begins with " -", an
+// additional first piece is the whole line.
 std::vector<std::string> SplitCommandLine(std::string_view line);
 
 // Applies the options to the settings. Unknown options are ignored; of two options with the same

@@ -19,7 +19,7 @@ void SkipBlanks(std::string_view& text) {
 }
 
 // `number` must be out of the range of long double. Returns true if it is too close to zero, false
-// if it is too large. Its exponent and the position of its first digit other than 0 tell.
+// if it is too large. The exponent and the position of the first digit other than 0 decide.
 bool IsTiny(std::string_view number) {
   const std::size_t mark = std::min(number.find_first_of("eE"), number.size());
   const std::string_view digits = number.substr(0, mark);
@@ -36,7 +36,8 @@ bool IsTiny(std::string_view number) {
   return before_point + (negative ? -power : power) <= 0;
 }
 
-// Removes the number from the beginning of the text and returns it; nothing if no number is there.
+// Removes the number from the beginning of the text and returns it. If there is none, returns
+// nothing and leaves the text as it is.
 std::optional<long double> TakeNumber(std::string_view& text) {
   std::string_view rest = text;
   const bool negative = rest.starts_with('-');

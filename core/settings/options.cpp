@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* kRedirectedStore = "\\VirtualStore\\Program Files (x86)\\Morvex";
 
-// From the extension list, sets the counters, the options window's label of the counts, and the
+// Counts the extension list: sets the counters, the options window's label of the counts, and the
 // main window's label of the selected extensions.
 void CountExtensions(Program& program) {
   Settings& settings = program.settings;

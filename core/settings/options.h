@@ -1,7 +1,8 @@
 // The handlers of the options window: wildcard, separator, logging and the extension filter.
 //
-// The window's list of extensions is the filter itself, so a change of the list counts at once; the
-// button cmdToepassen applies only wildcard and separator. No function of this file writes a file.
+// The window's list of extensions is the filter itself, so a change of the list takes effect at
+// once. The button cmdToepassen applies only wildcard and separator. No function of this file
+// writes a file.
 #pragma once
 
 #include <cstddef>
@@ -19,9 +20,9 @@ std::string FormatExtensie(Program& program, const std::string& typed);
 // a run works or a list is being read.
 void imOpties_Click(Program& program);
 
-// Sets the window's fields from the settings; typed text that was not applied is lost. Called only
-// by imOpties_Click and not when a message box over the window is closed: typed text would be lost
-// then.
+// Sets the window's fields from the settings; typed text that was not applied is lost. Only
+// imOpties_Click calls this function. The user interface must not call it when a message box over
+// the window is closed, because typed text would be lost.
 void frmOpties_Activate(Program& program);
 // The window's close box: hides it and applies nothing.
 void frmOpties_Close(Program& program);
@@ -35,7 +36,7 @@ void lstExtensie_KeyDown(Program& program, int key, int shift);
 // The user selects or deselects an entry, which becomes the current one. Does nothing for an index
 // out of range.
 void lstExtensie_Select(Program& program, std::size_t index, bool selected);
-// The list loses the focus: updates the counters and the main window's label.
+// The list loses the focus: counts the entries and updates the labels that show them.
 void lstExtensie_Validate(Program& program);
 void cmdListExtensie_Down_Click(Program& program);
 
@@ -46,7 +47,8 @@ void chkLoggen_Click(Program& program, int value);
 // being read.
 void cmdToepassen_Click(Program& program);
 
-// Says which folder holds the settings file, and opens the file browser there when the file exists.
+// Shows a message that names the settings file's folder. If the file exists, opens the file browser
+// there.
 void imOptionsToFolder_Click(Program& program);
 
 }  // namespace morvex

@@ -15,7 +15,7 @@
 namespace morvex {
 namespace {
 
-// Takes over the first six lines. A line that the file does not have changes nothing.
+// Takes over the first six lines. A line that the file lacks changes nothing.
 void TakePlacedLines(Program& program, const InitFile& file) {
   Settings& settings = program.settings;
   if (file.source) Text1_Change(program, kSourceBox, *file.source);
@@ -109,8 +109,8 @@ void ReadInitFile(Program& program) {
   program.frmMorvex.lblFiles.caption = std::string(12, ' ');
   TakeExtensions(program, file);
   settings.init_file_error = file.error;
-  // No unattended run if a file was read only in part, because the texts of a missing row would
-  // stay in the copies.
+  // If a file was read only in part, no unattended run starts, because the texts of a missing row
+  // would stay in the copies.
   const bool whole = settings.init_file_error == ErrorNumber::kNone &&
                      settings.list_file_error == ErrorNumber::kNone;
   if (!whole) settings.AutoRunFromInitFile = false;

@@ -10,7 +10,7 @@ constexpr std::string_view kLineBreak = "\r\n";
 
 std::int64_t Length(const std::string& text) { return static_cast<std::int64_t>(text.size()); }
 
-// Stores the length of every text and returns the greatest.
+// Stores the length in bytes of every text and returns the greatest length.
 std::int64_t Measure(const std::vector<std::string>& texts, std::vector<std::int64_t>& lengths) {
   std::int64_t longest = 0;
   lengths.clear();

@@ -57,23 +57,23 @@ struct SubstitutionTables {
   }
 };
 
-// Whether the ending of a left text, all that follows its wildcard, also occurs in front of the
+// Whether the ending of a left text (all that follows its wildcard) also occurs in front of the
 // wildcard. A match then finds its ending too early: the wildcard captures about two bytes, however
 // far away the intended ending is.
 bool HasEndingInBeginning(std::string_view left, std::uint8_t joker);
 
 // Whether the left text ends in its only wildcard and has at least `longest` bytes, the size of the
-// list's longest left text. An attempt then ends at the width of the tables, and the wildcard
-// captures one byte only.
+// list's longest left text. The tables are then no wider than this text, so an attempt ends behind
+// the wildcard, which captures one byte only.
 bool TakesInOneByte(std::string_view left, std::uint8_t joker, std::size_t longest);
 
-// Returns the text with CR LF in place of each "[CRLF]" (exactly so).
+// Returns the text with CR LF in place of each "[CRLF]" (in capital letters only).
 std::string ExpandCRLF(std::string_view text);
 
-// Sets PairCount, LeftTexts and RightTexts. The first step of FillArrays.
+// Sets PairCount, LeftTexts and RightTexts, and raises `version`. FillArrays calls it first.
 void Apply_CRLF_Hndlr(const ReplacementList& list, SubstitutionTables& tables);
 
-// Rebuilds every table but JokerLeft and JokerRight: the caller sets these for every row first.
+// Rebuilds every table but JokerLeft and JokerRight: the caller must have set these for every row.
 // `joker` is the wildcard's code, 0 for none. Returns kSubscriptOutOfRange when a row has no flag
 // in JokerLeft; JokerTail then ends before that row.
 ErrorNumber FillArrays(const ReplacementList& list, std::uint8_t joker, SubstitutionTables& tables);

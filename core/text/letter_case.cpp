@@ -16,7 +16,7 @@ struct CaseRange {
   std::int32_t to_lower;
 };
 
-// All alphabets, in ascending order.
+// The upper-case letters of all alphabets, in ascending order.
 // clang-format off
 constexpr CaseRange kRanges[] = {
     {0x41, 0x5A, 1, 32}, {0xC0, 0xD6, 1, 32}, {0xD8, 0xDE, 1, 32}, {0x100, 0x12E, 2, 1},
@@ -103,7 +103,7 @@ struct LigatureLetters {
 constexpr std::array<LigatureLetters, 15> kLigatures = {{
     {0xDF, U"ss"},     // the sharp s ...
     {0x1E9E, U"ss"},   // ... and its capital
-    {0xFB03, U"ffi"},  // before the ligatures that stand for its first letters
+    {0xFB03, U"ffi"},  // the ligatures of three letters come before those of two
     {0xFB04, U"ffl"},
     {0xFB00, U"ff"},
     {0xFB01, U"fi"},
@@ -195,7 +195,7 @@ std::u32string WithoutLigatures(std::u32string_view text) {
 }
 
 std::vector<Ligature> LigaturesAtBeginning(std::u32string_view text) {
-  // Rules out most texts at once, because the search for leftovers calls this function for each
+  // This set rules out most texts at once. The search for leftovers calls this function for each
   // letter of a list.
   static const std::u32string first_letters = FirstLettersOfLigatures();
   std::vector<Ligature> found;

@@ -17,7 +17,8 @@ struct OtherCase {
 };
 
 // Returns the other case of `letter`; for a letter with more than two forms (the final sigma, the
-// dotless and the dotted i) all other forms. Returns nothing for a character without letter case.
+// dotless and the dotted i) all other forms. Returns nothing for a character without letter case;
+// the long s and the Kelvin sign count as such.
 std::vector<OtherCase> OtherCases(char32_t letter);
 
 // Returns the text with each ligature replaced by its letters in lower case, the long s (U+017F) by
@@ -29,8 +30,8 @@ struct Ligature {
   std::size_t letters = 0;  // how many letters it stands for
 };
 
-// Returns the ligatures that may stand for the first letters of a text, in any letter case. A
-// ligature of more letters comes before the ligatures that stand for its first letters.
+// Returns the ligatures that may stand for the first letters of a text, in any letter case.
+// Ligatures of more letters come first.
 std::vector<Ligature> LigaturesAtBeginning(std::u32string_view text);
 
 }  // namespace morvex

@@ -6,9 +6,9 @@
 // no width or change the order of others (U+061C, U+200B to U+200F, U+2028 to U+202E, U+2060 to
 // U+2069, U+FEFF). A backslash of the text is doubled in front of another backslash and in front of
 // characters that would make it look like an escape; elsewhere it stays single, so that Windows
-// paths stay readable. So no other character looks like an escape.
+// paths stay readable. So only an escape looks like an escape.
 //
-// Printable escapes control characters alone and keeps all other bytes.
+// Printable escapes only control characters and keeps all other bytes.
 #pragma once
 
 #include <string>
@@ -22,7 +22,7 @@ namespace morvex {
 std::string ShownText(std::string_view bytes);
 
 // Returns a path or a name, read as UTF-8. Each byte that is part of no character becomes \xHH, so
-// that no two paths look alike.
+// that different paths become different texts.
 std::string ShownPath(std::string_view bytes);
 
 // Returns a piece of a file in its encoding; kBytes is treated as kUtf8. A UTF-8 character that the

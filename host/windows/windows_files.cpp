@@ -104,7 +104,7 @@ ErrorNumber MakeOneFolder(const std::string& path) {
 WindowsFileService::WindowsFileService() { SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS); }
 
 bool WindowsFileService::IsSameName(const std::string& one, const std::string& other) const {
-  // In the code page the upper and lower case of a letter take one byte each.
+  // In the code page every letter takes one byte in either case, so equal names have equal sizes.
   if (one.size() != other.size()) return false;
   const std::optional<std::wstring> first = windows::SystemCodePage().Wide(one);
   const std::optional<std::wstring> second = windows::SystemCodePage().Wide(other);

@@ -64,8 +64,8 @@ Code FindStatus(const std::wstring& path, Status& status);
 // Other reparse points, such as files kept in a cloud, are no links.
 bool IsLink(const std::wstring& path);
 
-// Opens the ordinary file that `path` leads to. A folder returns error 75, a device the error
-// `device`. `opened`, unless null, receives the file's status.
+// Opens the ordinary file that `path` leads to. Returns error 75 for a folder and the error
+// `device` for a device. `opened`, unless null, receives the file's status.
 Result<Handle> OpenOrdinary(const std::wstring& path, DWORD access, ErrorNumber device,
                             Status* opened = nullptr);
 

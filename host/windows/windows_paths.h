@@ -17,8 +17,8 @@
 namespace morvex::windows {
 
 // Returns the absolute path in wide characters, without the prefix "\\?\", ".", "..", "/" and
-// doubled separators. The result ends in a separator only if it is a root ("C:\"). The empty path
-// returns 53 or 76, an invalid one 52.
+// doubled separators (except the two in front of a server's name). The result ends in a separator
+// only if it is a root ("C:\"). The empty path returns 53 or 76, an invalid one 52.
 Result<std::wstring> FullPath(const std::string& path, Missing missing);
 
 // Returns a full path in the form that the system accepts at any length.

@@ -133,7 +133,8 @@ TEST(CheckCommandTest, FindsInTheSourceAtLeastEveryPlaceThatARunReplaces) {
 TEST(CheckCommandTest, TheListMayBeReadInTheEncodingThatIsNamed) {
   const CommandScene scene;
   scene.Write("list.txt", "M\xC3\xBCller|x\r\n");
-  // In the file, the list's bytes C3 BC have been read as Windows-1252 and written as UTF-8.
+  // If the list's bytes C3 BC are read as Windows-1252, they are two characters. The file holds
+  // these two characters in UTF-8.
   scene.Write("tree/a", "m\xC3\x83\xC2\xBCller");
   EXPECT_EQ(scene.Shell("morvex-cli check tree --list list.txt").status, 0);
   EXPECT_EQ(scene.Shell("morvex-cli check tree --list list.txt --list-encoding utf-8").status, 0);

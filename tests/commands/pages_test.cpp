@@ -100,8 +100,8 @@ TEST(Pages, ShowWhatTheCommandsSay) {
   EXPECT_GE(commands["docs/commands.md"], 10u);
 }
 
-// The tests run only blocks that begin with a prompt. So no other block may have a line that calls
-// the program, and no block may name a programming language.
+// The tests run only blocks that begin with a prompt, so no other block may have a line that calls
+// the program. No block may name a programming language, because the tests run no other programs.
 TEST(Pages, ShowNoProgramThatNothingRuns) {
   for (const std::string& page : Pages()) {
     for (const Block& block : Blocks(page)) {

@@ -83,7 +83,7 @@ std::string Name(const ::testing::TestParamInfo<char>& wildcard) {
   return wildcard.param == '*' ? "TheLists" : "AnotherLetter";
 }
 
-// The wildcard of the run: the same as in the list's tables, another letter, or none.
+// The wildcard of the run: the same as in the list's tables, the letter "a", or none.
 INSTANTIATE_TEST_SUITE_P(Wildcards, Exhaustive, ::testing::Values('*', 'a', '\0'), Name);
 
 TEST(ExhaustiveFlags, RowsBehindTheLastFlag) {

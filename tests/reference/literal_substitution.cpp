@@ -88,8 +88,8 @@ class LiteralSubstitution::Attempt {
     return pattern && owner_.IsJoker(*pattern);
   }
 
-  // Once the examined bytes have ended with the tail, this round and every later one closes the
-  // span and changes `extra_` by 1 minus the tail's length.
+  // From the first round on in which the examined bytes end with the tail, every round closes the
+  // span and adds 1 minus the tail's length to `extra_`.
   void CloseSpanAtTail() {
     const std::string& tail = owner_.TailOf(row_);
     if (tail.empty()) return;
@@ -126,7 +126,7 @@ class LiteralSubstitution::Attempt {
   std::uint8_t current_;
   int examined_ = 1;  // bytes looked at, the current one included
   int position_ = 1;  // position in the left text, from 1
-  int extra_ = 0;     // bytes that a span added beyond the left text
+  int extra_ = 0;     // bytes that a match takes beyond the length of the left text
   int captured_ = 0;
   bool tail_seen_ = false;
   bool error_pending_ = false;
@@ -186,13 +186,15 @@ LiteralSubstitution::Match LiteralSubstitution::FirstMatchingRow(const InputWind
                                                                  bool& stopped) {
   const std::uint8_t first = *input.data();
   ++steps_;
-  // Compares the first byte before any attempt, for all rows together and then for each row,
-  // because this comparison would end nearly every attempt.
+  // Nearly every attempt would end at its first byte. So this byte is compared before any attempt,
+  // first with all rows together, then with each row. While a span is open (Joker_SET), every row
+  // is tried.
   if (!starts_a_row_[first] && !state_.Joker_SET) return {};
   for (const UsableRow& row : rows_) {
     ++steps_;
     if (first != row.first && !state_.Joker_SET) continue;
-    // With a long list and long spans, the attempts at a single byte can take long.
+    // With a long list and long spans, the attempts at a single byte can take long, so the watcher
+    // is asked between them, too.
     if (steps_ >= kStepsBetweenQuestions && !MayGoOn()) {
       stopped = true;
       return {};
@@ -221,8 +223,8 @@ std::int64_t LiteralSubstitution::WriteRightText(std::int64_t row, std::int64_t 
       ++position;
       continue;
     }
-    // Writes the captured bytes 0 to n, without the bytes of the tail that were captured before the
-    // tail was recognised.
+    // Writes the captured bytes 0 to n. The bytes behind byte n count as bytes of the tail that
+    // were captured before the tail was recognised.
     const std::int64_t n = bound - tail + 1;
     const std::int64_t written = std::min(n, bound) + 1;
     if (written > 0) {

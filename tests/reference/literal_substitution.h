@@ -1,6 +1,7 @@
 // The standard that the engine is judged by: a slow substitution that follows each step literally.
-// At every byte of a file, a match attempt tries one row after the other, in the order of the
-// table. The first row that matches writes its right text; if no row matches, the byte is copied.
+// At a byte of the file, it tries one row after the other, in the order of the table. The first row
+// that matches writes its right text, and the substitution goes on behind the matched bytes. If no
+// row matches, the byte is copied.
 //
 // A tail is the part of a left text behind its first wildcard. A span is open while a wildcard
 // takes in bytes; these bytes are captured. The order of the steps defines the result. Some effects

@@ -83,8 +83,8 @@ class Generator {
     return matter;
   }
 
-  // Returns a file of filler bytes; no row begins with a filler byte. Results of Matter stand in
-  // front of a border, across it and behind it.
+  // Returns a file of filler bytes; no row begins with a filler byte. Bytes that Matter returns
+  // stand in front of a border, across it and behind it.
   std::string AcrossBorder(const JudgedList& list) {
     static constexpr std::size_t kBorders[] = {4096, 8192, 32766, 32767, 98304, 131072, 163840};
     const std::size_t border = kBorders[Below(std::size(kBorders))];
@@ -178,9 +178,9 @@ TEST(Judge, SeesDifferentBytesHitsAndCaptures) {
   const JudgedList list{{{"ab", "X"}}};
   EXPECT_FALSE(differs(list, list, "..ab.."));
   EXPECT_TRUE(differs(list, {{{"ab", "Y"}}}, "..ab.."));
-  // The same bytes, but two hits instead of one.
+  // Both lists produce the same bytes, but the second list has two hits instead of one.
   EXPECT_TRUE(differs({{{"ab", "ab"}}}, {{{"a", "a"}, {"b", "b"}}}, "..ab.."));
-  // The same bytes and hits, but another byte was captured on the way.
+  // Both lists produce the same bytes and no hits, but their rows capture different bytes.
   EXPECT_TRUE(differs({{{"a*q", ""}}, '*', '*', '*'}, {{{"b*q", ""}}, '*', '*', '*'}, "aXbY"));
 }
 

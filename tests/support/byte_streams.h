@@ -10,11 +10,12 @@
 
 namespace morvex::test {
 
-// Pauses behind every piece. Serves as an open file and as the source of a substitution.
+// Pauses before each piece and before the end of the stream. Serves as an open file and as the
+// source of a substitution.
 class PiecesInput : public InputFile, public ByteSource {
  public:
-  // The bytes and `next_size`, which returns the size of each piece, 1 or more, must outlive this
-  // object.
+  // `next_size` returns the size of the next piece, 1 or more. `bytes` and `next_size` must outlive
+  // this object.
   template <class NextSize>
   PiecesInput(std::string_view bytes, NextSize& next_size)
       : bytes_(bytes), next_size_([&next_size] { return next_size(); }) {}

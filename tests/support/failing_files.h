@@ -1,4 +1,4 @@
-// A file service that passes its calls on to another file service. But the N-th call fails, or
+// A file service that passes its calls on to another file service, but makes the N-th call fail, or
 // every call from the N-th on. Calls on open files count too.
 #pragma once
 

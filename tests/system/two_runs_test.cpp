@@ -13,8 +13,8 @@ namespace {
 
 class TwoRuns : public SystemTest {
  protected:
-  // Waits for bytes in the work file: it is possible that a run has not yet claimed an empty work
-  // file.
+  // Waits until the work file has bytes: a run may not yet have claimed a work file that is still
+  // empty.
   void AwaitWorkFile() const {
     const std::filesystem::path path = scene_.At("src/tijdel.enc");
     Await("bytes in " + path.string(), [&] {

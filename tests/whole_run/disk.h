@@ -47,9 +47,10 @@ class Disk {
   // Removes a file, if it exists.
   void RemoveFile(const std::string& path);
 
-  // Sorts the names of every folder, for a system that lists folders in this order.
+  // Sorts the listing of every folder, for a system that lists folders in this order.
   void SortListings(bool (*comes_before)(const std::string&, const std::string&));
-  // Lets every file and folder have any permission bits, for a system without such bits.
+  // Removes the permission bits of every entry, so that Differences does not compare them: for a
+  // system without such bits.
   void ForgetPermissions();
 
   const std::map<std::string, Node>& nodes() const { return nodes_; }
@@ -68,8 +69,8 @@ std::string LookedUpPath(std::string_view text, const std::string& current_folde
 std::string ParentPath(const std::string& path);
 std::string NameOf(const std::string& path);
 
-// Returns bytes as printable text: letters and punctuation as they are, the rest as \n, \r, \t or
-// \xHH.
+// Returns bytes as printable text: printable ASCII as it is, a backslash doubled, the rest as \n,
+// \r, \t or \xHH.
 std::string Escaped(std::string_view bytes);
 
 // Returns one line for each difference between two snapshots, with the bytes around the first

@@ -1,4 +1,4 @@
-// Creates test files on the real disk, and says in words how two snapshots differ.
+// Says in words how two snapshots differ, and reads and changes files on the real disk.
 
 #include <fcntl.h>
 #include <sys/stat.h>

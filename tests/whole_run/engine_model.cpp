@@ -1,5 +1,6 @@
-// The loop of one attempt to match a row. Positions count from 1. The counters of an attempt have
-// 16 bits; `k` counts the bytes looked at; the last of these bytes is not part of the match.
+// The model of the engine. Positions count from 1. The counters of an attempt to match a row have
+// 16 bits. `k` counts the bytes that the attempt has looked at; the last of these bytes is not part
+// of the match.
 
 #include "engine_model.h"
 

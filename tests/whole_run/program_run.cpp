@@ -106,8 +106,8 @@ std::string BuiltProgram() {
   return named == nullptr ? MORVEX_CLI : named;
 }
 
-// Returns the words of MORVEX_UNDER, separated by blanks: a program that runs the tested program,
-// such as valgrind, and its options.
+// Returns the command line in MORVEX_UNDER, split at blanks: a program that runs the tested program
+// (such as valgrind) and its options.
 std::vector<std::string> Under() {
   const char* words = std::getenv("MORVEX_UNDER");
   std::istringstream text(words == nullptr ? "" : words);

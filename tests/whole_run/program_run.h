@@ -79,7 +79,7 @@ std::string UsualSettings(const std::string& source, const std::string& target,
 std::string Problems(const Scene& scene, const RunOutcome& expected, const ProgramResult& result,
                      const std::string& old_log = "");
 
-// Runs this settings file (below the work folder) and returns the problems found.
+// Runs the program with this settings file (below the work folder) and returns the problems found.
 std::string RunAndCompare(const Scene& scene, const std::string& settings_name);
 
 // Returns the messages of a log's records, without the time of day. For a record of another form,

@@ -44,8 +44,8 @@ void AddRandomTree(const std::string& folder, std::size_t depth, const RandomLis
 // Returns lines 7 and following of a settings file.
 std::string RandomExtensionLines(RandomSource* random);
 
-// Returns a time in the past, which a copy can keep, or a time far in the future if
-// `changed_after_arming`. The unit is nanoseconds since 1970.
+// Returns a random modification time in nanoseconds since 1970: from 2000 to 2011, or in 2099 or
+// later if `changed_after_arming`.
 std::int64_t RandomTime(bool changed_after_arming, RandomSource* random);
 
 RandomCase MakeRandomCase(std::uint64_t seed, const std::string& work_folder);

@@ -1,6 +1,6 @@
-// Predicts from the disk before an unattended run what the run leaves behind: the disk, the log,
-// the result labels, the messages and the exit status. The model shares no code with the program.
-// It is small and slow, and follows the rules one at a time.
+// Predicts what an unattended run leaves behind: the disk, the log, the result labels, the messages
+// and the exit status. The prediction starts from the disk as it is before the run. The model
+// shares no code with the program. It is small and slow, and follows the rules one at a time.
 
 #ifndef MORVEX_TESTS_WHOLE_RUN_RUN_MODEL_H_
 #define MORVEX_TESTS_WHOLE_RUN_RUN_MODEL_H_
@@ -33,7 +33,7 @@ enum class LogKind {
   kExact,       // the message is `text`
   kHeader,      // 25 dashes, a short date, 25 dashes
   kElapsed,     // `text` followed by a time as minutes and seconds
-  kErrorNumber  // "Error N: TEXT" with whatever number the file system gave
+  kErrorNumber  // "Error N: TEXT" with any number and any text
 };
 
 struct LogLine {

@@ -52,8 +52,8 @@ TEST(EngineModel, EndOfFileEndsAnAttempt) {
 }
 
 TEST(EngineModel, JokerInTheRightTextAloneWritesTheSingleElement) {
-  // The capture holds one byte of value 0. There is no byte behind it, so the right text ends at
-  // its "*".
+  // Without a wildcard in the left text, the capture is one byte of value 0. The "*" also asks for
+  // a second byte; there is none, so the rest of the right text is not written.
   EXPECT_EQ(Once({{"b", "<*>"}}, '*', "abc").bytes, Bytes("a<\0c", 4));
 }
 

@@ -62,7 +62,8 @@ TEST_F(Cases, SettingsFileThatIsShort) {
 }
 
 TEST_F(Cases, SettingsFileThatNamesNoTargetCopiesNothing) {
-  // An empty path counts as an existing folder but names no folder, not even the root.
+  // The program takes an empty target for an existing folder. It must write no copy there, not even
+  // into the root folder.
   const string stray = "/whole_run_stray.bin";
   scene_.Write("src" + stray, "x");
   scene_.Write("job.dat", scene_.At("src") + "\r\n");

@@ -90,7 +90,7 @@ TEST_F(CommandLine, LastDelayCounts) {
 }
 
 TEST_F(CommandLine, DelayThatIsNoNumberIsATypeMismatch) {
-  // A value that begins with a hyphen counts as an option of its own, so the delay is empty.
+  // In the line that ends in "-dy -5", "-5" counts as an option of its own, so the delay is empty.
   const std::vector<std::vector<string>> lines{{"-dy", "x"},
                                                {"-if", scene_.At("job.dat"), "-dy", "x"},
                                                {"-dy", "x", "-if", scene_.At("job.dat")},

@@ -10,7 +10,7 @@ namespace morvex::whole_run {
 namespace {
 
 constexpr int kPathLines = 3;
-constexpr std::int64_t kStep = 100;  // ns
+constexpr std::int64_t kStep = 100;  // nanoseconds, the unit of Windows file times
 
 std::string Lower(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(),

@@ -9,7 +9,7 @@
 
 namespace morvex::whole_run {
 
-// The drive that shows this machine's whole disk.
+// The drive on which Wine shows this machine's whole disk.
 inline constexpr const char* kDrive = "Z:";
 
 // Returns the case with names that Windows can hold, in the tree and in the settings. If several

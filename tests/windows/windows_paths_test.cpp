@@ -311,8 +311,8 @@ TEST_F(WindowsPaths, FilesThatWindowsCannotNameAreCountedAsFailed) {
       << scene_.RunLog();
 }
 
-// The work files in the target are called tijdel.enc too. So a copy with this name, in any letter
-// case, would be taken for a work file.
+// A file in the source that has the work file's name, in any letter case, counts as a stale work
+// file and gets no copy.
 TEST_F(WindowsPaths, TheTemporaryFilesNameIsThatInAnyLetterCase) {
   scene_.Write("src/a.txt", "Jan");
   scene_.Write("src/sub/Tijdel.Enc", "Jan");

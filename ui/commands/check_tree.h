@@ -26,7 +26,7 @@ struct Finding {
 enum class CheckedKind {
   kFile,
   kFolder,
-  // For the kinds below only the name is searched, and the text of a link:
+  // Of the kinds below, only the name is searched, and for a link also the path that it holds:
   kFolderElsewhere,  // a folder that is searched under another path
   kBrokenLink,       // a link that leads to nothing
   kSpecial,          // a pipe, socket or device

@@ -1,5 +1,5 @@
-// Errors and warnings of the commands on standard error. Each says where, what, and what to do
-// about it.
+// Errors and warnings of the commands on standard error. Each says where the problem is, what
+// it is, and what to do about it.
 #pragma once
 
 #include <ostream>
@@ -16,7 +16,8 @@ class SystemService;
 // not empty.
 MessageColours ColoursFor(SystemService& system, bool is_terminal);
 
-// Returns the text between the escape sequences of a colour; with kNone the text alone.
+// Returns the text with the escape sequences of its colour around it; with kNone, returns the text
+// unchanged.
 enum class Paint { kError, kWarning, kPlace, kFinding };
 std::string Painted(std::string_view text, Paint paint, MessageColours colours);
 

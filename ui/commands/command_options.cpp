@@ -63,7 +63,7 @@ CLI::Validator NotEmpty() {
       [](std::string& value) { return value.empty() ? std::string("may not be empty") : ""; }, "");
 }
 
-// One extension of --ext, with or without its dot. Blanks around it are removed.
+// Checks one extension of --ext, with or without its dot, and removes the blanks around it.
 CLI::Validator Extension() {
   const auto trim = [](std::string& value) -> std::string {
     value.erase(0, std::min(value.find_first_not_of(' '), value.size()));
@@ -80,7 +80,7 @@ CLI::Option* AddFlag(CLI::App& command, const std::string& name, bool& value,
   return command.add_flag(name, value, about)->disable_flag_override();
 }
 
-// The first options of every command; AddLastOptions adds the last ones.
+// Adds the first options of every command; AddLastOptions adds the last ones.
 void AddListOptions(CLI::App& command, ListOptions& options) {
   command.add_option("--list", options.list, "The replacement list")
       ->type_name("FILE")
@@ -189,7 +189,8 @@ std::string WhatIsMissing(const CommandLine& line) {
   return "";
 }
 
-// The edit distance of two words: insertions, deletions, substitutions and swaps of neighbours.
+// Returns the edit distance of two words: the least number of insertions, deletions, substitutions
+// and swaps of neighbours that make one word of the other.
 std::size_t Distance(std::string_view one, std::string_view other) {
   std::vector<std::vector<std::size_t>> steps(one.size() + 1,
                                               std::vector<std::size_t>(other.size() + 1));

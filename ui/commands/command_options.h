@@ -8,7 +8,7 @@
 
 namespace morvex {
 
-// On the command line an option is --name, and its value follows a blank or "=".
+// The command line gives the value of an option as "--name VALUE" or "--name=VALUE".
 struct ListOptions {
   std::string list;
   std::optional<std::string> separator;

@@ -136,7 +136,7 @@ class JsonDocument : public FindingsOutput {
     head["list_encoding"] = NameOf(subject.list_encoding);
     head["all_rows"] = subject.all_rows;
     std::string text = head.dump(2);
-    text.resize(text.size() - 2);  // the closing brace and the line break in front of it
+    text.resize(text.size() - 2);  // drops the closing brace and the line break in front of it
     output_ << text << ",\n  \"findings\": [";
   }
 

@@ -51,7 +51,7 @@ class FindingsOutput {
 // Returns the kind of an entry whose name alone was searched, as text; null for a file or folder.
 const char* NameAloneText(CheckedKind kind);
 
-// One line per finding.
+// Returns an output that writes one line per finding.
 std::unique_ptr<FindingsOutput> FindingsAsLines(const CheckSubject& subject, std::ostream& output,
                                                 MessageColours colours);
 std::unique_ptr<FindingsOutput> FindingsAsJson(const CheckSubject& subject, std::ostream& output);

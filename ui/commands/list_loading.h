@@ -31,7 +31,7 @@ std::optional<LoadedList> LoadList(FileService& files, const Settings& settings,
                                    ByteOrderMarks marks = ByteOrderMarks::kKept);
 
 // Reports only the diagnostics of the list, after a run that a settings file described. Reports
-// nothing for a list that cannot be opened: the notes on the run do that.
+// nothing for a list that cannot be opened, because the notes on the run report that.
 void WarnOfList(const Program& program, CommandMessages& messages);
 
 }  // namespace morvex

@@ -102,7 +102,7 @@ bool ReportPlace::HasRoom() {
     if (files.LookUpFile(origin) || files.LookUpFolder(origin)) {
       return Refuse("is where the copy of " + ShownPath(origin) + " will be" + kAnother);
     }
-    // The source has the report's folder, so the run will make that folder in the target.
+    // The report's folder exists in the source, so the run will create it in the target.
     if (files.LookUpFolder(FolderOf(program_, origin))) folder_error = ErrorNumber::kNone;
   }
   if (folder_error != ErrorNumber::kNone) {
@@ -153,7 +153,8 @@ bool ReportPlace::PutBeside(const std::string& report) {
   if (error == ErrorNumber::kNone) error = files.ReplaceFile(beside, report);
   if (error != ErrorNumber::kNone) return Refuse(ErrorLine(error));
   error = files.MoveToFreeName(beside, path_);
-  // Some file systems cannot move to a free name in one step.
+  // MoveToFreeName fails on file systems that cannot move to a free name in one step. If the path
+  // is still free, MoveFile moves the report.
   if (error != ErrorNumber::kNone && Probe(path_) == ErrorNumber::kNone) {
     error = files.MoveFile(beside, path_, {});
   }

@@ -57,7 +57,7 @@ std::string WhyFailed(const Outcome& outcome) {
   return why;
 }
 
-// As in 2026-01-31T23:59:59Z.
+// Returns the time in UTC, as in 2026-01-31T23:59:59Z.
 std::string UtcText(WallTime time) {
   using std::chrono::days;
   using std::chrono::floor;
@@ -120,7 +120,8 @@ class FileBuffer : public std::streambuf {
     const Result<std::size_t> read = file_.ReadAt(offset_, block_.data(), block_.size());
     if (!read || read.value == 0) return traits_type::eof();
     offset_ += read.value;
-    // The parser takes a NUL for the end of the document. Reports hold none.
+    // The parser takes a NUL for the end of the document. A report holds no NUL, so each NUL is
+    // replaced by a byte that makes parsing fail.
     std::replace(block_.begin(), block_.begin() + read.value, '\0', '\x01');
     setg(block_.data(), block_.data(), block_.data() + read.value);
     return traits_type::to_int_type(block_.front());
@@ -236,7 +237,7 @@ std::string RunReport::Text(const std::string& version, int exit_status, const L
                     {"bytes", run.BytesTotal}};
   head["rows"] = RowsAsJson(program_, review);
   std::string text = head.dump(2);
-  text.resize(text.size() - 2);  // the closing brace and the line break in front of it
+  text.resize(text.size() - 2);  // drops the closing brace and the line break in front of it
   return text + ",\n  \"files\": [" + (entries_.empty() ? "" : "\n" + entries_ + "\n  ") + "]\n}\n";
 }
 

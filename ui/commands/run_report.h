@@ -24,7 +24,7 @@ class RunReport : public RunObserver {
 
   void OnOutcome(const Outcome& outcome) override;
 
-  // The whole document. `settings_file` may be empty.
+  // Returns the whole document. `settings_file` may be empty.
   std::string Text(const std::string& version, int exit_status, const ListReview& review,
                    const std::string& settings_file) const;
 

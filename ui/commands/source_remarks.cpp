@@ -16,8 +16,8 @@
 namespace morvex {
 namespace {
 
-// Calls `take` with the path of every file in the source, links followed. Each folder is visited
-// once; a target inside the source is left out.
+// Calls `take` with the path of every file in the source, and follows links. Each folder is visited
+// once. A target inside the source is left out.
 template <typename TakeFile>
 void ForEachFile(const Program& program, const std::string& source, const std::string& target,
                  const TakeFile& take) {

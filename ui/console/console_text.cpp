@@ -16,7 +16,8 @@ std::string Counted(std::int64_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
-// As in "2 for Error 70: Permission denied, 1 for Error 57: Device I/O error".
+// Returns the numbers of failures, as in "2 for Error 70: Permission denied, 1 for Error 57: Device
+// I/O error".
 std::string FailuresByError(const RunState& run) {
   std::string text;
   for (const auto& [error, count] : run.failed_by_error) {
@@ -25,7 +26,8 @@ std::string FailuresByError(const RunState& run) {
   return text;
 }
 
-// As in "/s/a.txt: Error 70: Permission denied: the source folder must be writable: /s".
+// Returns the note on a failure, as in "/s/a.txt: Error 70: Permission denied: the source folder
+// must be writable: /s".
 std::string FailureNote(const Outcome& failure) {
   std::string note = Printable(failure.path) + ": " + ErrorLine(failure.error);
   if (failure.cause != FailureCause::kNone) {

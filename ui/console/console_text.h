@@ -8,15 +8,16 @@
 
 namespace morvex {
 
-// The progress of a run in one line: files, hits, bytes and per cent.
+// Returns the progress of a run in one line: files, hits, bytes and per cent.
 std::string ProgressLine(const Program& program);
 
-// The texts of the main window's result labels at the end of a run, line by line. For a run that
-// was stopped, the counts up to the stop.
+// Returns the texts of the main window's result labels at the end of a run, line by line. For a run
+// that was stopped, returns the counts up to the stop.
 std::string ResultLines(const Program& program);
 
-// What the result labels do not say: files without a copy and why, files in the target that are not
-// of this run, what a stop left, why nothing was anonymised. Empty when there is nothing to say.
+// Returns what the result labels do not say: files without a copy and why, files in the target that
+// are not of this run, what a stop left, why nothing was anonymised. Returns an empty text when
+// there is nothing to say.
 std::string RunNotes(const Program& program);
 
 // Returns a number of bytes as in "1.5 MB"; 1 kB is 1000 bytes.

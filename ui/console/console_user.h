@@ -1,5 +1,6 @@
 // The user service of the console program. Messages go to standard error. Questions are asked only
-// if standard input is a terminal. If standard error is a terminal, it shows a line of progress.
+// if standard input is a terminal. A line of progress is shown only if standard error is a
+// terminal.
 #pragma once
 
 #include <chrono>
@@ -21,7 +22,7 @@ struct ConsoleStreams {
   std::function<int()> columns;          // width of the terminal
   std::function<bool()> stop_requested;  // whether the user interrupted the program
   bool answers_yes = false;              // answers every question with yes, without asking
-  bool shows_progress = true;            // on a terminal
+  bool shows_progress = true;            // if `error` is a terminal
 };
 
 class ConsoleUser : public UserService {
@@ -32,8 +33,8 @@ class ConsoleUser : public UserService {
   // do nothing.
   void Attach(Program& program) { program_ = &program; }
 
-  // Answers a message that has only OK at once. Answers a question with No or Cancel if standard
-  // input is no terminal.
+  // Answers a message that has only OK at once. If standard input is no terminal, answers a
+  // question with No or Cancel, unless `answers_yes` is set.
   Answer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon) override;
   // The console has no file dialogs: both functions return kDialogCancelled.
   FileChoice ChooseFileToOpen(const FileDialog& dialog) override;

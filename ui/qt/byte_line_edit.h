@@ -84,7 +84,7 @@ class ByteLineEdit : public QLineEdit {
   std::optional<PastedRows> rows_;
   QTimer deferred_;
   bool expects_rows_ = false;
-  qsizetype allowed_nuls_ = 0;  // NULs in the text that the core set
+  qsizetype allowed_nuls_ = 0;  // the number of NULs in the text that the core set
   bool showing_ = false;
 };
 

@@ -18,10 +18,10 @@ class CodePage {
  public:
   // For kUtf8 the page is UTF-8; a byte that is part of no character is shown as a lone surrogate,
   // U+DC80 to U+DCFF. For kSingleByte it is the page of the user's locale, if that has one byte per
-  // character and characters beyond ASCII, else Windows-1252 (see Encoding::kWindows1252); a byte
-  // without a character is shown as a lone surrogate, U+DC00 to U+DCFF. For kSingleByte the
-  // constructor switches the C library's locale for a moment, so no other thread may use that
-  // locale meanwhile.
+  // character, characters beyond ASCII, and no character twice; else it is Windows-1252 (see
+  // Encoding::kWindows1252). A byte without a character is shown as a lone surrogate, U+DC00 to
+  // U+DCFF. For kSingleByte the constructor switches the C library's locale for a moment, so no
+  // other thread may use that locale meanwhile.
   explicit CodePage(TextCodec codec);
   // Returns the page for file names. If the locale has no single-byte page with characters beyond
   // ASCII, names are UTF-8, as the toolkit and other programs assume.
@@ -29,7 +29,7 @@ class CodePage {
   // The code page of the system; a byte without a character is shown as U+DC00 to U+DCFF.
   explicit CodePage(const PageCharacters& characters);
 
-  // The pages for texts and for file names on this machine.
+  // Return the code pages of this machine for texts and for file names.
   static CodePage OfTexts(SystemService& system);
   static CodePage OfFileNames(SystemService& system);
 

@@ -49,7 +49,7 @@ Desktop::~Desktop() {
 }
 
 void Desktop::NoteChange() {
-  // A whole run may take place before the first Refresh, so loading is noted here.
+  // Noted here and not in Refresh, because a whole run can begin and end before the first Refresh.
   was_loaded_ = was_loaded_ || program_.frmMorvex.loaded;
   if (timer_.isActive()) return;
   timer_.start(static_cast<int>(std::max<qint64>(0, kRefreshInterval - since_refresh_.elapsed())));

@@ -43,7 +43,8 @@ int GridKey(const QKeyEvent& event) {
   }
 }
 
-// Whether the key enters or deletes text. The scroll bar itself uses no such key.
+// Whether the key edits the list in a cell: a character, Enter, a deletion, Paste or Undo. The
+// scroll bar itself uses no such key.
 bool IsTyping(const QKeyEvent& event) {
   const Qt::KeyboardModifiers modifiers = event.modifiers();
   if (modifiers.testFlag(Qt::AltModifier) && !modifiers.testFlag(Qt::ControlModifier)) return false;
@@ -174,9 +175,9 @@ void EditorWindowWidget::TakePastedRows(CellAddress cell, const PastedRows& past
           .arg(*taken + 1));
 }
 
-// Called for a key that the user typed while the scroll bar has the focus. The bar has the focus
-// when the focused cell went out of view or the user dragged the bar. The text is meant for the
-// cell that had the focus before.
+// Called when the user types while the scroll bar has the focus. The bar has the focus when the
+// focused cell went out of view or the user dragged the bar. Passes focus and key to the cell that
+// had the focus before. Returns false if that is not possible.
 bool EditorWindowWidget::TypeInRememberedCell(QKeyEvent& event) {
   bool returned = false;
   Report([&] { returned = ReturnToCell(program_); });
@@ -278,7 +279,7 @@ void EditorWindowWidget::ShowSize() {
 void EditorWindowWidget::Arrange() {
   const ReplacementsForm& grid = program_.frmReplacements;
   const TwipScale scale = Scale();
-  // By how many pixels each of the two columns is wider.
+  // By how many pixels each column is wider than its twips say.
   const int wider = std::max(0, width() - scale.Px(grid.width)) / 2;
   band_.Place(scale, wider);
 

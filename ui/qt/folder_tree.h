@@ -32,7 +32,8 @@ class FolderTreeView : public QTreeView {
  signals:
   void Chosen(const std::string& path);
   void GivenUp();
-  // The user moved to a folder or opened it.
+  // The user expanded a folder or moved to one. Also emitted when rows appear and so change the
+  // current row.
   void Visited(const std::string& path);
 
  protected:
@@ -48,7 +49,7 @@ class FolderTreeView : public QTreeView {
   std::string PathOf(const QModelIndex& index) const;
 
   const CodePage& file_names_;
-  QFileSystemModel* model_ = nullptr;  // made when the tree is opened first
+  QFileSystemModel* model_ = nullptr;  // made when the tree is opened for the first time
   // The folder at which the tree is being opened. Empty after the user's first key or click.
   QString opened_at_;
   bool going_ = false;  // the program is moving to a folder, not the user

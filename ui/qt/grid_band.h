@@ -24,8 +24,7 @@ class GridBand : public QObject {
   // must outlive this object; it may be a member of `window`.
   GridBand(ReplacementsForm& grid, const CodePage& page, QWidget& window);
 
-  // Sets texts, tool tips, colours and carets to the grid's state. The cells may emit signals
-  // meanwhile.
+  // Sets texts, tool tips, colours and carets to the grid's state. May emit CaretMoved.
   void Show();
   // Positions the cells. Each column is `wider` pixels wider than its twips say.
   void Place(const TwipScale& scale, int wider);
@@ -43,8 +42,9 @@ class GridBand : public QObject {
   std::vector<ByteLineEdit*> InTabOrder() const;
 
  signals:
-  // The user or Show changed a text, or moved a caret or selection.
+  // The user changed a text.
   void TextEdited(CellAddress cell, const std::string& text);
+  // The user or Show moved a caret or changed a selection.
   void CaretMoved(CellAddress cell);
   // The user pasted or dropped rows on a cell; its text is unchanged.
   void RowsPasted(CellAddress cell, const PastedRows& rows);

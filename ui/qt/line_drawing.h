@@ -43,8 +43,8 @@ struct DrawingShape {
 
 class LineDrawing {
  public:
-  // `resource` as in ":/pictures/folder.svg". A drawing with anything else than the elements named
-  // at the top of this file is empty.
+  // `resource` as in ":/pictures/folder.svg". The drawing is empty if the file holds anything that
+  // LineDrawing cannot read.
   explicit LineDrawing(const QString& resource);
   static LineDrawing FromText(const QByteArray& svg);
 

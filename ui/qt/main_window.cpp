@@ -115,7 +115,8 @@ void MainWindowWidget::Connect() {
     if (TakeMarkedFolder()) cmdAnonymize_Click(program_);
   });
   connect(go_, &QPushButton::clicked, this, [this] {
-    // A changed path disables Go until the run is armed again.
+    // TakeMarkedFolder may change a path, and a changed path disables Go until the run is armed
+    // again.
     if (TakeMarkedFolder() && window_.cmdGo.enabled) cmdGo_Click(program_);
   });
   connect(exit_, &QPushButton::clicked, this, [this] {

@@ -34,7 +34,8 @@ class MainWindowWidget : public BoundWindow {
   // Every control is a child widget with the control's name as object name; the path boxes are
   // "Text1_0" and "Text1_2".
   void Show() override;
-  // Also true when the window is unloaded while a run is still ending; the window then shows that.
+  // Also true while a run still works although the form is unloaded; the window then shows that the
+  // run is stopping.
   bool IsWanted() const override;
 
  protected:

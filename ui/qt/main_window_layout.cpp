@@ -79,7 +79,7 @@ void MainWindowWidget::LayOut() {
   column_->addStretch(1);
 }
 
-// The labels and path boxes in a frame, with the two pictures beside it.
+// Puts the labels and path boxes in a frame, and the two pictures beside it.
 QBoxLayout* MainWindowWidget::LayOutPaths() {
   paths_ = new QGridLayout;
   paths_->setContentsMargins(kGap, kGap, kGap, kGap);
@@ -136,7 +136,7 @@ QBoxLayout* MainWindowWidget::LayOutCommands() {
   return commands;
 }
 
-// The statistics in their own frame.
+// Puts the statistics in a frame.
 QBoxLayout* MainWindowWidget::LayOutStatistics() {
   QFont font = heading_->font();
   font.setPointSizeF(font.pointSizeF() + kHeadingEnlarged);

@@ -98,7 +98,8 @@ void MainWindowWidget::ShowColours() {
     if (qobject_cast<PathBox*>(widget) != nullptr) continue;
     ShowTextColour(*widget, *control, QPalette::WindowText);
   }
-  // A path stays readable while its box is disabled, and is red while the user is asked about it.
+  // A path stays readable while its box is disabled, and is red when the run refuses it or asks the
+  // user about it.
   for (const PathRow& row : rows_) {
     QPalette own;
     const Colour colour = window_.Text1(row.index).colour;

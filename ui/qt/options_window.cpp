@@ -29,7 +29,7 @@ constexpr int kGap = 2;          // pixels between the entry field, its button a
 constexpr int kShortField = 8;   // characters
 constexpr int kEntryField = 20;  // characters
 
-// Returns the code of core/forms/keys.h; 0 for keys that no handler uses.
+// Returns the key's code in core/forms/keys.h; 0 for keys that no handler uses.
 int KeyCode(const QKeyEvent& event) {
   if (ByteLineEdit::IsDigitWithAlt(event)) return 0;
   switch (event.key()) {
@@ -49,8 +49,8 @@ int KeyCode(const QKeyEvent& event) {
   }
 }
 
-// Returns the modifiers of keys.h. Any other modifier sets a further bit, so that no handler takes
-// the key for one of its own.
+// Returns the shift state for the core's handlers: bits of core/forms/keys.h. Shift and Meta set
+// bits that keys.h does not name, so that no handler takes the key for one of its own.
 int ShiftState(const QKeyEvent& event) {
   constexpr int kShift = 1;
   constexpr int kOther = 8;
@@ -387,7 +387,7 @@ void OptionsWindowWidget::ShowList() {
   lstExtensie_->ShowEntries(page_, state_.lstExtensie);
   MakeRoomForList(is_open);
   PlaceList();
-  // Hiding the focused widget would leave the next focus to the toolkit.
+  // Hiding the focused widget would let the toolkit choose the next focus.
   if (!is_open && lstExtensie_->hasFocus()) txtExtensie_->setFocus();
   ShowPresence(*lstExtensie_, state_.lstExtensie);
   ShowToolTip(*lstExtensie_, page_, state_.lstExtensie);
@@ -437,7 +437,8 @@ void OptionsWindowWidget::MakeRoomForList(bool is_open) {
   grid.activate();
 }
 
-// The list is as high as its entries, within the room above the buttons.
+// Places the list below its entry field, as high as its entries, but no higher than the room above
+// the button Toepassen.
 void OptionsWindowWidget::PlaceList() {
   const QRect entry = txtExtensie_->geometry();
   const int top = entry.bottom() + 1 + kGap;

@@ -15,7 +15,7 @@ constexpr double kLeastContrast = 4.5;
 constexpr int kBlendSteps = 10;
 constexpr float kOutlineShare = 0.42F;  // opacity of the text's colour over the background
 
-// Relative luminance, 0 to 1, as the contrast ratio uses it.
+// Returns the relative luminance, 0 to 1, from which the contrast ratio is computed.
 double Luminance(const QColor& colour) {
   const auto linear = [](double part) {
     return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);

@@ -1,4 +1,5 @@
-// Sets a widget to a control's state, and only where the two differ.
+// Functions that show a control's state in a widget: visible or hidden, enabled or disabled,
+// colours, captions and fonts.
 #pragma once
 
 #include <QColor>
@@ -14,23 +15,25 @@ class QWidget;
 
 namespace morvex {
 
-// Sets whether the widget is visible and enabled.
+// Makes the widget visible or hidden, and enabled or disabled, as the control is. Changes only what
+// differs.
 void ShowPresence(QWidget& widget, const Control& control);
 
 // Returns a control's colour for text on the palette's background: the palette's own text colour
 // for black, and a readable shade for every other colour.
 QColor TextColour(Colour colour, const QPalette& palette);
 
-// Returns `colour`, mixed with as much of `ink` as it needs to reach the ratio `contrast` to
-// `ground`. A ratio of 1 is no contrast, 21 is black on white. Returns `ink` when no mixture
+// Returns `colour`, mixed with as much of `ink` as its contrast ratio to `ground` needs to reach
+// `contrast`. A ratio of 1 is no contrast, 21 is black on white. Returns `ink` when no mixture
 // reaches it.
 QColor Readable(const QColor& colour, const QColor& ink, const QColor& ground, double contrast);
 
 // Returns the colour for the outline of text boxes in that palette.
 QColor Outline(const QPalette& palette);
 
-// Sets the widget's text to the control's colour and clears the widget's other own colours. `role`
-// is the palette role in which the widget draws text.
+// Shows the widget's text in the control's colour; for black, in the palette's own text colour.
+// Removes every other colour that was set for this widget. `role` is the palette role in which the
+// widget draws text.
 void ShowTextColour(QWidget& widget, const Control& control, QPalette::ColorRole role);
 
 // Returns a caption with LF as the toolkit's line break instead of CR LF.
@@ -39,8 +42,9 @@ QString ShownLines(const CodePage& page, const std::string& caption);
 // Returns the text escaped so that a button or menu shows every "&" literally.
 QString WithoutMnemonics(const QString& text);
 
-// Returns the text escaped as by WithoutMnemonics, with its first letter `key` as mnemonic (Alt and
-// that letter). A text without that letter gets no mnemonic.
+// Returns the text escaped as by WithoutMnemonics. The first occurrence of the letter `key`, in
+// upper or lower case, becomes the mnemonic (Alt and that letter). A text without that letter gets
+// no mnemonic.
 QString WithMnemonic(const QString& text, QChar key);
 
 // Returns the font of that name if the system has it, else `fallback`.

@@ -1,7 +1,7 @@
 // Finds the offsets where a literal prefix may stand. A scan tests up to three bytes at every
-// offset; a hash filter then tests up to 16 bytes at each offset that the scan passes. After a
-// block in which the scan passes too many offsets to be worth its time, the next blocks go without
-// the scan.
+// offset; a hash filter then tests up to 16 bytes at each offset that the scan passes. If the scan
+// passes so many offsets of a block that it is not worth its time, the next blocks go without the
+// scan.
 #pragma once
 
 #include <cstddef>
@@ -21,8 +21,8 @@ class CandidateFilter {
   // The number of offsets that Find needs room for.
   static constexpr std::size_t kRoom = kBlock + ScanTables::kSpareRoom;
 
-  // When the scan passes more than one in kDense offsets of a block, the next blocks go without the
-  // scan.
+  // When the scan passes more than one of every kDense offsets of a block, the next blocks go
+  // without the scan.
   static constexpr std::size_t kDense = 4;
 
   // `index` must outlive the filter.

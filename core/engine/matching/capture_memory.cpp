@@ -32,7 +32,8 @@ void CaptureMemory::TriedUpTo(std::uint64_t offset) {
   accounted_up_to_ = std::max(accounted_up_to_, offset);
 }
 
-// A cut keeps only the first byte, so cuts that are merely recorded can be dropped.
+// Cuts the buffer down to its first byte. The recorded rows could only do the same, so their record
+// is dropped.
 void CaptureMemory::CutLong() {
   if (vain_row_ != kNone) WorkOut();
   may_be_long_ = false;

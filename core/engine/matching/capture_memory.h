@@ -34,7 +34,7 @@ class CaptureMemory {
   // The functions from here to StartAt report events. Call them in the order in which the events
   // happen.
 
-  // The attempt at `offset` captured bytes; for `more` see MatchAttempt::Round.
+  // The attempt at `offset` has captured bytes. For `more` see MatchAttempt::Round.
   void Captured(std::uint64_t offset, const MatchAttempt& attempt,
                 const std::vector<std::uint8_t>& more) {
     vain_row_ = kNone;
@@ -45,8 +45,8 @@ class CaptureMemory {
     if (!more_.empty() || !more.empty()) more_ = more;
     may_be_long_ = true;
   }
-  // The attempt of `row`, the only row to try at `offset`, captured bytes up to the last possible
-  // round and failed.
+  // The attempt of `row`, the only row to try at `offset`, has failed after capturing bytes up to
+  // the last possible round.
   void CapturedInVain(std::int32_t row, std::uint64_t offset) {
     vain_row_ = row;
     vain_offset_ = offset;
@@ -102,8 +102,8 @@ class CaptureMemory {
   CaptureState* state_ = nullptr;
   bool may_be_long_ = false;  // the buffer may have more than one byte
   std::uint64_t accounted_up_to_ = 0;
-  // The recorded events, which WorkOut has not applied yet. If vain_row_ is set, its attempt failed
-  // after the rows of tried_ were tried. Earlier events no longer matter.
+  // The recorded events, which WorkOut has not applied yet. If vain_row_ is set, its attempt came
+  // last and overwrites the whole buffer, so tried_ no longer matters.
   std::int32_t vain_row_ = kNone;
   std::uint64_t vain_offset_ = 0;
   Tried tried_;

@@ -25,7 +25,7 @@ namespace morvex {
 struct alignas(32) RowEffect {
   static constexpr std::size_t kShort = 16;
 
-  // The right text, its wildcards and NULs removed, if that fits.
+  // The right text without its wildcards and NULs, if it then has kShort bytes at most.
   std::array<char, kShort> short_text{};
   std::uint64_t right_begin = 0;  // offset of the same text in `right_bytes`
   std::uint32_t right_size = 0;
@@ -44,8 +44,8 @@ struct CompiledRow {
   int attempt = kPlain;     // index of the row's attempt
   bool cuts = false;        // an attempt cuts the capture buffer down to one byte
   std::size_t tail_size = 0;
-  // The offsets at which the captured bytes are written, ascending. They count in the right text
-  // from which wildcards and NULs are removed.
+  // The offsets, ascending, at which the captured bytes are inserted into the right text. They
+  // count in the right text without its wildcards and NULs.
   std::vector<std::size_t> wildcards;
 };
 

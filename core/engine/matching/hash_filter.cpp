@@ -5,8 +5,8 @@
 namespace morvex {
 namespace {
 
-// The most starts for a table of bytes, and for the small table of bits. With more starts, such a
-// table would be too full to rule out most offsets.
+// The most starts of prefixes (see PrefixStarts) for a table of bytes, and for the small table of
+// bits. With more starts, such a table would be too full to rule out most offsets.
 constexpr std::size_t kMostInBytes = 2048;
 constexpr std::size_t kMostInBits = 32768;
 constexpr int kManyBitsShift = 64 - 22;

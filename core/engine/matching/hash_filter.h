@@ -1,6 +1,6 @@
-// Rules out offsets where no literal prefix stands. The first bytes at an offset are hashed, and
-// the hash selects an entry of a table, which says whether a prefix may begin with such bytes. Such
-// a probe is made once for each length of hashed bytes, of which a list has up to five. A second
+// Rules out offsets where no literal prefix stands. A probe hashes the first bytes at an offset;
+// the hash selects an entry of a table, which says whether a prefix may begin with such bytes. The
+// table has beginnings of up to five lengths, and each length takes a probe of its own. A second
 // table, for a hash of up to 16 bytes, can be added. The first table fits into a core's first-level
 // cache unless the list is very long. Like a Bloom filter, this filter passes some offsets where no
 // prefix stands, but never rules out an offset where one stands.

@@ -24,7 +24,8 @@ class InputWindow {
 
   InputWindow();
 
-  // Shows another source from its start. The source must outlive its use here.
+  // Turns to another source, which must outlive its use here. The window is empty until MoveTo is
+  // called.
   void Open(ByteSource& source);
 
   // Moves the window's start to the 0-based `offset`, which must not lie in front of the current

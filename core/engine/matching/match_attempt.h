@@ -19,7 +19,7 @@ struct PatternRow {
   enum class Flag {
     kPlain,     // captures nothing and cuts the capture buffer down to one byte
     kWildcard,  // captures bytes
-    kMissing,   // the row has no flag: the second round ends the attempt
+    kMissing,   // the row has no flag: an attempt ends in its second round at the latest
   };
 
   std::string_view left;
@@ -55,16 +55,16 @@ class MatchAttempt {
   // only while InOpenSpan, and only if the skipped bytes hold no NUL and no end of the tail.
   void SkipTo(const PatternRow& row, int round);
 
-  // Sets the state after the last round of an attempt that continues from `behind_prefix` and meets
-  // neither a NUL nor an end of the tail. In `behind_prefix` the attempt must stand on the
-  // wildcard.
+  // Sets the state that an attempt has after its last round if it continues from `behind_prefix`
+  // and meets neither a NUL nor an end of the tail. In `behind_prefix` the attempt must stand on
+  // the wildcard.
   void FailInSpan(const PatternRow& row, const MatchAttempt& behind_prefix);
 
-  // Sets the state after the last round of an attempt that continues from `behind_prefix` and
-  // matches up to the end of the tail. In `behind_prefix` the attempt must stand on the row's only
-  // wildcard, and only the tail may follow in the left text. The round `tail_round` reads the
-  // tail's last byte; it comes after the wildcard's round and is less than kLastRound. No NUL may
-  // stand in front of the tail's last byte, and the byte behind that last byte must not be the
+  // Sets the state that an attempt has after its last round if it continues from `behind_prefix`
+  // and matches up to the end of the tail. In `behind_prefix` the attempt must stand on the row's
+  // only wildcard, and only the tail may follow in the left text. The round `tail_round` reads the
+  // tail's last byte; it must come after the wildcard's round and be less than kLastRound. No NUL
+  // may stand in front of the tail's last byte, and the byte behind that last byte must not be the
   // tail's second byte.
   void MatchUpToTail(const MatchAttempt& behind_prefix, int tail_round) {
     *this = behind_prefix;
@@ -79,7 +79,7 @@ class MatchAttempt {
     return span_open_ && !tail_seen_ && !failed_ && position_ <= row.width;
   }
 
-  // Call after the last round: whether the row matched, and with how many bytes.
+  // Whether the row matches if the attempt ends now, and with how many bytes.
   bool Matched(const PatternRow& row) const {
     return !overflowed_ && round_ > static_cast<std::int64_t>(row.left.size()) + extra_;
   }

@@ -1,5 +1,5 @@
-// Counts the steps (see SubstitutionWatcher) and the hits, which are matches, of one substitution.
-// Asks its watcher now and then whether to go on.
+// Counts the steps (see SubstitutionWatcher) and the hits (the matches) of one substitution, and
+// asks the substitution's watcher now and then whether to go on.
 #pragma once
 
 #include <cstdint>

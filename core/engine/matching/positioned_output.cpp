@@ -21,8 +21,8 @@ void PositionedOutput::Put(std::int64_t position, std::string_view bytes) {
     bytes.remove_prefix(static_cast<std::size_t>(dropped));
     position = 1;
   }
-  // Short pieces that begin within the pending bytes, or directly behind them, join them if there
-  // is room.
+  // A short piece that begins within the pending bytes, or directly behind them, is added to them
+  // if there is room.
   const std::int64_t at = position - first_;
   if (at >= 0 && at <= static_cast<std::int64_t>(used_) && bytes.size() < kDirect &&
       static_cast<std::size_t>(at) + bytes.size() <= kBlock) {

@@ -1,6 +1,6 @@
 // Collects bytes that are written at explicit positions and passes them to a sink in large blocks.
-// Nearly every write follows directly behind the last one, but a position may also go back: the
-// last write to a position counts.
+// Nearly every write follows directly behind the last one, but a write may also go back and
+// overwrite bytes.
 #pragma once
 
 #include <cstddef>

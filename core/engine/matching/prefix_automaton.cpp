@@ -174,8 +174,8 @@ void PrefixAutomaton::NumberStates(std::size_t states_in_table, Trie& trie) {
   }
 }
 
-// Works level by level. The failure state of a state is nearer to the root, so the failure state is
-// already complete.
+// Links the states level by level, from the root on. A state is linked by means of its failure
+// state, which is nearer to the root and therefore already complete.
 void PrefixAutomaton::Link(Trie& trie) {
   for (std::size_t depth = 0; depth <= longest_; ++depth) {
     for (std::size_t i = trie.levels[depth]; i < trie.levels[depth + 1] && depth > 0; ++i) {

@@ -81,7 +81,7 @@ class PrefixIndex {
     std::uint32_t size = 0;
     std::uint32_t plain = kNoRow;    // the row, if it is plain
     std::uint32_t attempt = kNoRow;  // the row, if it needs an attempt
-    std::uint8_t short_size = 0;     // the bytes in `first` and `second`: `size`, at most 16
+    std::uint8_t short_size = 0;     // number of bytes in `first` and `second`, 16 at most
     bool is_long = false;            // `size` is more than 16
     bool is_last = false;            // in its group
   };
@@ -105,14 +105,14 @@ class PrefixIndex {
     std::uint32_t label_size = 0;
     std::uint32_t own = 0;  // if has_own, the group of the rows whose prefix ends behind the label
     bool has_own = false;
-    // For each length. `takes`: how many bytes a step takes, 0 if there are no steps. `begins`: the
-    // bits that BeginBit returns for the steps. These bits spare most probes that would find
-    // nothing.
+    // The node's steps, by kind (see kLengths). `takes`: how many bytes a step of that kind takes,
+    // 0 if the node has none. `begins`: the bits that BeginBit returns for these steps; they spare
+    // most probes that would find nothing.
     std::array<std::uint8_t, kLengths> takes{};
     std::array<std::uint16_t, kLengths> begins{};
   };
-  // A step down the trie, as a slot of the hash table. `from` holds the node and the number of the
-  // length (see From); kFree marks a free slot.
+  // A step down the trie, as a slot of the hash table. `from` holds the node and the kind of the
+  // step (see From); kFree marks a free slot.
   struct Step {
     std::uint64_t bytes = 0;
     std::uint32_t from = kFree;
@@ -172,8 +172,8 @@ class PrefixIndex {
   void FillNode(const Waiting& here, std::vector<Waiting>& waiting);
   std::array<bool, kLengths> Join(std::array<Members, kLengths>& by_length,
                                   std::size_t depth) const;
-  // Adds the node's steps of one length. A step for at most `group_size` members leads to a group,
-  // any other to a new node.
+  // Adds the node's steps of one kind, `length`. A step for at most `group_size` members leads to a
+  // group, any other to a new node.
   void AddSteps(const Members& members, std::size_t depth, std::size_t length,
                 std::size_t group_size, std::uint32_t node, std::vector<Waiting>& waiting);
   std::uint32_t AddGroup(const Members& members, std::size_t depth);
@@ -206,13 +206,14 @@ class PrefixIndex {
   static bool Continues(const Node& node, const std::uint8_t* bytes, std::size_t size);
   // Brings the node or group into the cache if the index is large.
   void Prefetch(std::uint32_t to) const;
-  // Takes the first steps from the root, and writes the nodes and groups that these steps lead to
-  // into `reached`. If the root has a label, writes the root itself for each offset. Returns the
-  // number of elements written.
+  // Takes the first steps from the root at all offsets, and fills `reached` with the nodes and
+  // groups to which these steps lead. If the root has a label, takes no step and fills `reached`
+  // with the root, once for each offset. Returns the number of elements filled.
   std::size_t Begin(const std::uint8_t* bytes, const std::uint16_t* offsets, std::size_t count,
                     Reached* reached) const;
-  // Follows the trie from the `count` elements of `reached` on. Calls `found` with the index of the
-  // offset, a member, and whether the member stands there. Returns the number of probes.
+  // Follows the trie from the `count` elements of `reached` on. For each member that is compared,
+  // calls `found` with the index of the offset, the member, and whether the member stands there.
+  // Returns the number of probes.
   template <class Found>
   std::size_t Walk(const std::uint8_t* bytes, std::size_t size, Reached* reached, std::size_t count,
                    Found found) const;
@@ -225,8 +226,8 @@ class PrefixIndex {
   std::vector<Step> steps_;  // all steps, until FillTable moves them to table_
   std::vector<Step> table_;  // open addressing; spare slots at the end, so a search never wraps
   int table_shift_ = 0;
-  // If the root is the only node, has no label and has steps of one length only: the number of
-  // bytes that a step takes; else 0.
+  // If the root is the only node, has no label and has steps of one kind only: the number of bytes
+  // that a step takes; else 0.
   std::size_t only_step_ = 0;
   std::uint32_t only_from_ = kFree;
   bool has_attempts_ = false;

@@ -10,7 +10,8 @@ namespace {
 constexpr std::size_t kStepBytes = PrefixIndex::kStepBytes;
 
 constexpr std::size_t kGroupSize = 8;  // the most rows of a group that a step leads to
-// The same where step lengths have been joined (see Join): larger groups cost less than a probe.
+// Replaces kGroupSize where lengths have been joined (see Join): comparing a larger group costs
+// less than the probe that the joining spares.
 constexpr std::size_t kLargeGroupSize = 24;
 
 constexpr std::size_t kCache = std::size_t{256} << 10;
@@ -32,7 +33,8 @@ std::uint64_t BytesOf(std::string_view prefix, std::size_t depth, std::size_t co
   return value;
 }
 
-// Returns the number, 0 to 4, of the step length for prefixes with `rest` (1 or more) bytes left.
+// Returns the kind of step (see kLengths), 0 to 4, that a prefix with `rest` (1 or more) bytes left
+// takes.
 std::size_t LengthOf(std::size_t rest) {
   if (rest >= kStepBytes) return 4;
   return rest >= 4 ? 3 : rest - 1;
@@ -113,11 +115,11 @@ std::size_t PrefixIndex::Shortest(const Members& members) const {
   return shortest;
 }
 
-// Each length of steps costs a probe. So the rows of a length join the next shorter length that has
-// rows, and take its shorter steps, if all steps of the joined length then lead to groups. If some
-// steps led to nodes, long prefixes would continue behind short steps, and one offset could need
-// more probes than kMostReached has room for. Returns for each length whether another length has
-// joined it.
+// Each length (kind of step, see kLengths) costs a probe. So the rows of a length join the next
+// shorter length that has rows, and take its shorter steps, if all these steps then lead to groups.
+// If some of them led to nodes, long prefixes would continue behind short steps, and one offset
+// could need more probes than kMostReached has room for. Returns for each length whether another
+// length has joined it.
 std::array<bool, PrefixIndex::kLengths> PrefixIndex::Join(std::array<Members, kLengths>& by_length,
                                                           std::size_t depth) const {
   std::array<bool, kLengths> joined{};

@@ -190,7 +190,7 @@ inline std::size_t PrefixIndex::LookUpOneStep(const std::uint8_t* bytes, std::si
   for (std::size_t i = 0; i < count; ++i) {
     const std::uint8_t* const start = bytes + offsets[i];
     const std::array<std::uint64_t, 2> here = {Load64(start), Load64(start + kStepBytes)};
-    if (i > 0 && here == last && prefixes_are_short_) {  // as in a run of one byte
+    if (i > 0 && here == last && prefixes_are_short_) {  // as where one byte is repeated
       found[i] = found[i - 1];
       continue;
     }

@@ -31,7 +31,7 @@ struct Candidate {
   static constexpr std::int32_t kNone = -1;
 
   std::uint64_t offset = 0;
-  std::int32_t plain = kNone;         // the plain row that matches when no row in front of it does
+  std::int32_t plain = kNone;         // the plain row that matches if no earlier row does
   bool needs_attempts = false;        // rows must be tried: those in PrefixSearch::found()
   std::int32_t only_attempt = kNone;  // if set, the only row there: try it and ignore found()
 };
@@ -76,11 +76,12 @@ class PrefixSearch {
   const std::vector<std::int32_t>& found() const { return found_; }
 
  private:
-  // When a block takes more than one extra probe in kFewProbes offsets, the automaton searches the
+  // When a block takes more than one extra probe per kFewProbes offsets, the automaton searches the
   // next kOffsetsForAutomaton offsets.
   static constexpr std::size_t kFewProbes = 4;
   static constexpr std::size_t kOffsetsForAutomaton = std::size_t{1} << 16;
-  static constexpr std::size_t kAutomatonBlock = std::size_t{1} << 16;  // twice the longest prefix
+  // About twice the longest possible prefix.
+  static constexpr std::size_t kAutomatonBlock = std::size_t{1} << 16;
   static constexpr std::size_t kAllOffsets = ~std::size_t{0};
 
   class IndexBatch {
@@ -173,7 +174,8 @@ class PrefixSearch {
    private:
     PrefixSearch& search_;
     std::uint64_t begin_;
-    const PrefixAutomaton::Found* next_;  // behind the next candidate, because offsets descend
+    // Points behind the next candidate, because the automaton's offsets descend.
+    const PrefixAutomaton::Found* next_;
     const PrefixAutomaton::Found* end_;
   };
 
@@ -216,7 +218,7 @@ class PrefixSearch {
   std::optional<PrefixAutomaton> automaton_;  // built when it is first needed
   bool always_automaton_;
   bool automaton_refused_;                 // building it would take too long
-  std::size_t offsets_for_automaton_ = 0;  // that the automaton still has to search
+  std::size_t offsets_for_automaton_ = 0;  // how many offsets the automaton still has to search
   std::array<std::uint16_t, CandidateFilter::kRoom> offsets_{};
   std::vector<PrefixAutomaton::Found> states_;
   std::vector<std::int32_t> found_;

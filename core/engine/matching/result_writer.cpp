@@ -22,8 +22,8 @@ void ResultWriter::WriteWithCaptured(const CompiledRow& row, const std::uint8_t*
   for (const std::size_t wildcard : row.wildcards) {
     WritePadded(text + from, wildcard - from);
     from = wildcard;
-    // Writes bytes 0 to n of the buffer. The bytes behind byte n are the tail's bytes except the
-    // last: they were captured before the tail was recognised.
+    // Writes the buffer's bytes 0 to n. Behind byte n the buffer has the tail's bytes except the
+    // last, because they were captured before the tail was recognised.
     const std::string_view captured = captures.Bytes();
     const auto bound = static_cast<std::int64_t>(captured.size()) - 1;
     const std::int64_t n = bound - static_cast<std::int64_t>(row.tail_size) + 1;
@@ -38,7 +38,7 @@ void ResultWriter::WriteWithCaptured(const CompiledRow& row, const std::uint8_t*
       output_->Put(position_, captured.substr(0, static_cast<std::size_t>(written)));
     }
     position_ += n;
-    if (n > bound) return;  // the buffer has no byte n, which ends the right text
+    if (n > bound) return;  // without a tail there is no byte n, and the right text ends here
     ++position_;
   }
   WritePadded(text + from, size - from);

@@ -83,8 +83,8 @@ bool RowAttempts::Try(CompiledAttempt& compiled, std::uint64_t offset) {
   if (nul_round == kNowhere && tail_round == kNowhere && compiled.opens_span) {
     undecided_ = IsStillToCome(limit - 1);
     if (undecided_) return false;
-    // Nothing ends the span in time, neither at this offset nor at a later one whose rounds read
-    // only bytes that have been searched.
+    // The span stays open to the last round, here and at every later offset from which all rounds
+    // read bytes in front of `known`.
     std::uint64_t known = next_nul_.known_up_to();
     if (compiled.tail > 0) known = std::min(known, TailOf(compiled).known_up_to());
     compiled.hopeless_until = known - std::min<std::uint64_t>(known, MatchAttempt::kLastRound);

@@ -1,7 +1,7 @@
-// The scan passes the offsets where a literal prefix can begin, judged by up to three bytes there.
-// In most runs the scan reads nearly every byte, so it has a fast form for each of several
-// instruction sets. Every form may pass offsets where no prefix stands, but never leaves out an
-// offset where one stands.
+// The scan tests up to three bytes at an offset and lets the offset pass if a literal prefix can
+// begin with such bytes. In most runs the scan reads nearly every byte, so it has a fast form for
+// each of several instruction sets. Every form may pass offsets where no prefix stands, but never
+// leaves out an offset where one stands.
 #pragma once
 
 #include <array>

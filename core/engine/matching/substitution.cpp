@@ -75,8 +75,8 @@ SubstitutionEnd Substitution::ReasonToEnd(std::uint64_t offset) {
 }
 
 std::uint64_t Substitution::RunBlock(std::uint64_t offset) {
-  // The number of offsets that can be decided: those from which the window shows all bytes that an
-  // attempt may need. While a stream pauses: those in front of the first prefix whose bytes have
+  // The number of offsets that can be searched: those from which the window shows all bytes that an
+  // attempt may need or, while a stream pauses, those in front of the first prefix whose bytes have
   // not all arrived.
   std::size_t open = input_->size();
   if (input_->IsShort()) {
@@ -152,10 +152,11 @@ std::uint64_t Substitution::RunCandidates(std::uint64_t offset, Batch& batch) {
   return offset;
 }
 
-// Skips `candidate`, and the candidates behind it and in front of `hopeless_until` that have the
-// same row as their only row. The row fails at all of them, and only the last failure matters to
-// the capture buffer. Sets `candidate` to the next candidate. Returns false if the batch has no
-// more; `candidate` then has the last offset that was skipped.
+// Skips `candidate` and the candidates that follow it, up to the first that does not lie in front
+// of `hopeless_until` or does not have the same row as its only row. The row fails at all skipped
+// offsets, and only the last failure matters to the capture buffer. Sets `candidate` to the first
+// candidate that is not skipped. Returns false if the batch has no such candidate; `candidate` then
+// has the last offset that was skipped.
 template <class Batch>
 bool Substitution::SkipHopeless(Batch& batch, Candidate& candidate, std::uint64_t hopeless_until) {
   const std::int32_t row = candidate.only_attempt;

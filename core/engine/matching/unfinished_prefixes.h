@@ -1,6 +1,6 @@
 // When a stream pauses, the last bytes that have arrived may be the beginning of a literal prefix.
-// This class finds where such a beginning starts: in front of its offset, more bytes cannot reveal
-// another prefix.
+// This class finds the first offset where such an unfinished prefix begins. Every prefix that
+// begins in front of that offset has arrived whole.
 #pragma once
 
 #include <cstddef>

@@ -11,7 +11,7 @@
 namespace morvex {
 namespace {
 
-// How long to wait for another run's work file: kMostWaits times kWait, about five seconds.
+// How long to wait for another run's work file: kMostWaits times kWait at most, about five seconds.
 constexpr std::chrono::milliseconds kWait{15};
 constexpr int kMostWaits = 333;
 
@@ -47,9 +47,9 @@ Result<bool> IsOwnSource(const Program& program, const FileInfo& source, const s
                          bool taken) {
   const Result<bool> same = IsSameFile(program, source, target);
   if (!same || same.value || !taken) return same;
-  // The name is taken, but the look-up did not find the source there: another file or a link has
-  // the name, or the look-up cannot be trusted. To keep the source safe in the last case, compare
-  // the folders' identities.
+  // The look-up did not find the source at `target`, but the name may be taken, and not every
+  // look-up can be trusted. To keep the source safe, compare the names and the folders' identities,
+  // too.
   if (NameIn(program, target) != source.name) return false;
   FileService& files = program.host.files;
   const Result<FolderInfo> target_folder = files.LookUpFolder(FolderOf(program, target));
@@ -59,7 +59,7 @@ Result<bool> IsOwnSource(const Program& program, const FileInfo& source, const s
   return target_folder.value.identity == source_folder.value.identity;
 }
 
-// After a stop request: copies or moves the part that was written to `target`.
+// After a stop request: copies or moves to `target` what was written to the work file.
 Outcome DeliverAtStop(Program& program, Outcome outcome, WorkFile& work, const std::string& target,
                       WorkFileAtStop at_stop) {
   const bool stays = at_stop == WorkFileAtStop::kStays;

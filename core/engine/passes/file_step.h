@@ -19,9 +19,10 @@ enum class WorkFileAtStop { kStays, kGoes };
 // work file cannot be created because its name is taken.
 enum class StaleWorkFile { kListed, kNotListed };
 
-// Processes the file and moves the result to the path `target`. After a stop request `target` gets
-// the part that was written. The error is kPathFileAccess if `target` is the source file itself.
-// Sets every member of the outcome except `hits`.
+// Processes the file and moves the result to the path `target`. If a stop request comes during the
+// processing, `target` gets what was written until then; if a stop request ends the move, the whole
+// result stays in the work file. The error is kPathFileAccess if `target` is the source file
+// itself. Sets every member of the outcome except `hits`.
 Outcome MakeProcessedCopy(Program& program, const SourceFile& source, const std::string& target,
                           WorkFileAtStop at_stop, StaleWorkFile stale);
 

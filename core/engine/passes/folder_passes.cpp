@@ -15,7 +15,7 @@
 namespace morvex {
 namespace {
 
-// The fewest bytes in use on a drive from which ScaleFromDrive can set the scale.
+// If fewer bytes than this are in use on a drive, ScaleFromDrive cannot set the scale.
 constexpr std::uint64_t kLeastInUse = 1000;
 
 void SetScale(Program& program, std::uint64_t bytes) {

@@ -26,7 +26,7 @@ class RunWatcher : public SubstitutionWatcher {
     any_hit_ = true;
     program_.run.Hits_Per_File += count;
     program_.run.HitsTotal += count;
-    // The label shows one hit less than there are.
+    // While a file is substituted, the label shows one hit less than there are.
     hits_shown_ = program_.run.HitsTotal - 1;
   }
 

@@ -18,7 +18,7 @@ struct SourceFile {
 };
 SourceFile LookUpSource(const Program& program, const std::string& folder, const std::string& name);
 
-// Returns the outcome with which every file starts: only path and size are set.
+// Returns the outcome with which every file starts: only `path` and `bytes` are set.
 Outcome OutcomeOf(const SourceFile& source);
 
 // Returns the path of the work file for the files of `folder`; empty once the program is to stop.
@@ -31,8 +31,8 @@ Outcome WorkFileFailed(const Program& program, const SourceFile& source, ErrorNu
 // Deletes a stale work file in the folder of `source` before `source` is processed, so that no byte
 // of the stale file reaches the copy. Returns kNone if there is no stale file. Returns
 // kPathFileAccess and deletes nothing if `source` itself is the stale file, by name or by a link.
-// `name_is_taken`: creating the work file has just failed because the name was taken. Only then the
-// function also deletes a pipe, a device, or a link that leads to no file.
+// `name_is_taken`: creating the work file has just failed because the name was taken. Only then
+// does the function also delete a pipe, a device, or a link that leads to no file.
 ErrorNumber DeleteStaleWorkFile(Program& program, const SourceFile& source, bool name_is_taken);
 
 // Discards the work file of a copy that came to nothing. If the work file cannot be deleted, the

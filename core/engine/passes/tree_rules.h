@@ -29,7 +29,7 @@ class TreeRules {
   // Either folder may be missing. The rules about a missing folder never apply.
   TreeRules(Program& program, const std::string& source, const std::string& target);
 
-  // The first error of looking up the two folders. If it is not kNone, do not rely on the rules.
+  // The first error of looking up the two folders. Rely on the rules only if it is kNone.
   ErrorNumber error() const;
 
   // Returns why the folder must not be entered from the current path, and kNo if it may be entered.

@@ -12,9 +12,10 @@
 
 namespace morvex::test {
 
-// The wildcard with which a list's flags (which texts have a wildcard) were made, the wildcard with
-// which its tails (the texts behind the wildcard) were made, and the wildcard of the run. The three
-// differ if the setting changes between the editor's opening, its OK and the run. 0: no wildcard.
+// A list's flags say which of its texts have a wildcard; its tails are the parts of its left texts
+// behind the wildcard. `flags` and `tails` are the wildcards with which these were made, `run` is
+// the wildcard of the run; 0 means no wildcard. The three differ if the setting changes between the
+// editor's opening, its OK and the run.
 struct Wildcards {
   char flags = 0;
   char tails = 0;

@@ -121,9 +121,10 @@ struct Chain {
 };
 
 // Returns what is found of one wildcard row in one byte order by trying every part at every offset.
-// The last part is taken at the first offset where it completes a row of parts. Each part in front
-// of it is the last possible one that ends in front of the next part. No two findings overlap. A
-// match at odd offsets whose every part also stands in the other order, one byte away, is left out.
+// The last part is taken at the first offset where all other parts stand in front of it, in their
+// order. Of each other part, the last occurrence that ends in front of the next part is taken. No
+// two findings overlap. A match is left out if all its parts stand at odd offsets and each part
+// also stands one byte away in the other byte order.
 Finds FoundByParts(std::int64_t row, const std::vector<Spelling>& parts,
                    const std::vector<Spelling>& others, const std::string& bytes) {
   Finds found;

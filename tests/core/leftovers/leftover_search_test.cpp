@@ -87,8 +87,8 @@ TEST(LeftoverSearchTest, Utf16IsFoundOnceInItsOwnByteOrder) {
   EXPECT_EQ(list.Find("?" + big).size(), 1u);
 }
 
-// In UTF-16, a part of a row behind an ASCII character also matches in the other byte order, one
-// byte away.
+// In UTF-16, an ASCII part that stands beside another ASCII character also matches in the other
+// byte order, one byte away. The search must report it only once.
 TEST(LeftoverSearchTest, AWildcardRowInUtf16IsFoundOnceAtEveryOffset) {
   const SoughtList list(Rows{{"Born: *.;", ""}, {"aa*bb*cc", ""}});
   for (const char32_t* text :

@@ -40,7 +40,7 @@ TEST(SoughtTest, ATextWhoseCasesDifferInABitHasOneKeyAnEncoding) {
 
 TEST(SoughtTest, LettersWhoseCasesDifferOtherwiseMultiplyTheKeysOnlyUpToALimit) {
   std::string left;
-  // Folding its bytes (see Folded) leaves the two cases of this letter different.
+  // The two cases of this letter still differ after their bytes are folded (see Folded).
   for (int i = 0; i < 40; ++i) left += "\xC5\x82";
   const SoughtList list(Rows{{left, "x"}});
   EXPECT_EQ(list.sought->keys().rows().size(), 3u * 16u);

@@ -58,8 +58,8 @@ const Rows kRows = {{"x", "1"}, {"y", "2"}};
 
 class EditorNthCall : public ::testing::Test {
  protected:
-  // Calls `check` with a fault at every call and with each of these errors, once so that only that
-  // call fails and once so that all later calls fail, too.
+  // Calls `check` with a fault at the first call, at the second call and so on, for each of the
+  // errors below. Either that call alone fails or all later calls fail, too.
   template <class Check>
   static void ForEachCall(Check check) {
     int runs = 0;

@@ -216,7 +216,7 @@ TEST_F(ListImport, AReadErrorThatPassesEndsItAllTheSame) {
   EXPECT_EQ(test_.GridRows(), (Rows{{"a", "b"}, {"", ""}}));
 }
 
-// Lines that are no rows: the grid is not filled, so only the reading can handle events.
+// Lines that are no rows: reading them handles events, but puts nothing into the grid.
 std::string Notes() {
   std::string notes;
   for (int i = 0; i < 1000; ++i) notes += "note\r\n";

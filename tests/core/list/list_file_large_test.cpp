@@ -138,7 +138,7 @@ TEST_F(LargeList, RowsOfAMegabyteSurviveImportSaveAndApply) {
 }
 
 TEST_F(LargeList, ASeparatorOnABlockBorderIsFound) {
-  // Line ends and separators around the offsets where a new block is read.
+  // The second block begins at or near the first row's line end or the second row's separator.
   for (std::size_t shift = 0; shift < 6; ++shift) {
     const std::string wide((256u << 10) - 3 - shift, 'w');
     const Rows rows = {{wide, "r"}, {"a", "b"}};

@@ -179,7 +179,8 @@ TEST(ListReviewTest, AFurtherSeparatorInARightTextIsTold) {
   EXPECT_EQ(Diagnostics(Review("Anna|x||\n")), Lines{});
   EXPECT_EQ(Diagnostics(Review("Anna||\n")), Lines{});
   EXPECT_EQ(Diagnostics(Review("Anna|||\n")), Lines{});
-  // The last row ends in two separators. Two bytes are cut off, so one separator stays.
+  // The last row ends in two separators of two bytes each. Two bytes are cut off, so one separator
+  // stays.
   EXPECT_EQ(Diagnostics(Review("Anna::x::::\n", "::")), Lines{"1 further separator Anna"});
 }
 
@@ -187,7 +188,7 @@ TEST(ListReviewTest, ALeftTextThatIsLongerThanAnyMatchIsTold) {
   EXPECT_EQ(Diagnostics(Review(std::string(32766, 'a') + "|x\n")), Lines{});
   EXPECT_EQ(Diagnostics(Review(std::string(32767, 'a') + "|x\n")),
             Lines{"1 too long " + std::string(32767, 'a')});
-  // A line break has two bytes.
+  // [CRLF] stands for a line break, which has two bytes.
   EXPECT_EQ(Review(std::string(32765, 'a') + "[CRLF]|x\n").diagnostics.size(), 1u);
 }
 

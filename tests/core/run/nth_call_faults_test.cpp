@@ -215,7 +215,7 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
     }
   }
 
-  // Checks that the log has all its lines, unless a line could not be written.
+  // Checks that the totals in the log are those of the run, unless a line could not be written.
   void CheckLog(const FaultyRun& run, const Fault& fault) {
     const std::vector<std::string> log = run.LogMessages();
     if (run.files().HasFailed("AppendToFile")) return;

@@ -167,7 +167,7 @@ TEST_F(GoStopTest, ExitWhileTheSizeIsAddedUpStopsTheRunBeforeTheFirstFile) {
 TEST_F(GoStopTest, ExitDuringTheCopyOfAFileThatIsNotSelectedLeavesNoPartOfIt) {
   test_.files.AddFile("/s/0.bin", "aca");
   test_.OnEveryYield([&] {
-    // After the last processed file, before the copy of 0.bin ends.
+    // Exit is clicked after the last processed file and before the copy of 0.bin ends.
     if (program_.run.FilesDone == 2 && program_.run.BytesBefore == 6) cmdExit_Click(program_);
   });
   test_.ArmAndGo();

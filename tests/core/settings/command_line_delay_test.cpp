@@ -128,7 +128,8 @@ TEST(ResolveInitFilePath, AFileThatCannotBeLookedUpGivesTheNameUnchanged) {
   EXPECT_EQ(ResolveInitFilePath(test.program, "/program", "nightly.dat"), "nightly.dat");
 }
 
-// Starts the program with a settings file that copies one file; counts the waits during the delay.
+// Starts the program with a settings file whose run copies one file; counts the waits during the
+// delay.
 class DelayAtStart : public testing::Test {
  protected:
   int WaitsWith(const std::string& command_line) {

@@ -25,7 +25,8 @@ struct SplitCase {
 
 TEST(SplitCommandLine, CutsAtEveryBlankAndHyphen) {
   const std::vector<SplitCase> cases = {
-      // The first piece keeps its hyphen; the pieces behind it have none.
+      // A marker stands in front of the pieces. The first piece keeps its hyphen; the cut takes one
+      // hyphen away from each later piece.
       {"", {"InitFile", ""}},
       {"-if a.dat", {"InitFile", "-if a.dat"}},
       {"-if D:\\jobs\\nightly.dat -dy 3000", {"InitFile", "-if D:\\jobs\\nightly.dat", "dy 3000"}},
@@ -34,7 +35,8 @@ TEST(SplitCommandLine, CutsAtEveryBlankAndHyphen) {
       {"a-b", {"InitFile", "a-b"}},
       {"a\t-b", {"InitFile", "a\t-b"}},
       {"--if a", {"InitFile", "--if a"}},
-      // "NoInitFile" marks a line whose first piece names no settings file.
+      // The marker is "NoInitFile" if the line is cut and its first piece does not begin with
+      // "-if".
       {"x -if a.dat", {"NoInitFile", "x", "if a.dat"}},
       {"-a -b -c", {"NoInitFile", "-a", "b", "c"}},
       {"-dy 5 -if a", {"NoInitFile", "-dy 5", "if a"}},
@@ -56,7 +58,7 @@ TEST(SplitCommandLine, ALineThatStartsWithABlankAndHyphenIsItsOwnFirstPieceToo) 
 struct LineCase {
   std::string what;
   std::string line;
-  bool taken;  // the program treats the line as one that sets something
+  bool taken;  // the line names a settings file (CommandLine_SET)
   std::string path;
   int delay;
 };

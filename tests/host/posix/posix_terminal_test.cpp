@@ -154,8 +154,8 @@ TEST(PosixStopTest, ASignalBreaksOffAWaitForInput) {
     const ssize_t size = read(input[0], &byte, 1);
     _exit(size < 0 && errno == EINTR && StopRequested() ? 42 : 1);
   }
-  // Waits until the child sleeps: the child sleeps only in read. An earlier signal could end the
-  // child before the child has installed its signal handler.
+  // Waits until the child sleeps, which it does only in read. An earlier signal could end the child
+  // before it has installed its signal handler.
   int status = 0;
   for (int tries = 0; tries < 6000 && StateOf(child) != 'S'; ++tries) {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));

@@ -171,8 +171,8 @@ class FileMask {
   mode_t before_;
 };
 
-// During its lifetime, the process has no privileges: root first gives the folder and everything in
-// it to the user kNobody and then becomes this user. Any other user stays the same.
+// During its lifetime, the process has no privileges. If it runs as root, it first gives the folder
+// and everything in it to the user kNobody and then becomes this user; otherwise nothing changes.
 class OrdinaryUser {
  public:
   explicit OrdinaryUser(const std::string& folder) {

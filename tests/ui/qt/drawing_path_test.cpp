@@ -47,7 +47,7 @@ TEST(DrawingPath, AnArcTakesTheCircleAndTheWayThatItsFlagsName) {
   ExpectBounds("M10 0 A10 10 0 1 1 0 10", {0, 0, 20, 20});
   ExpectBounds("M10 0 A10 10 0 0 0 0 10", {0, 0, 10, 10});
   ExpectBounds("M10 0 A10 10 0 1 0 0 10", {-10, -10, 20, 20});
-  // The two short arcs lie on different sides.
+  // The two short arcs lie on different sides of the line between their ends.
   EXPECT_TRUE(ReadPath("M10 0 A10 10 0 0 1 0 10 Z")->contains(QPointF(6, 6)));
   EXPECT_FALSE(ReadPath("M10 0 A10 10 0 0 1 0 10 Z")->contains(QPointF(4, 4)));
   EXPECT_FALSE(ReadPath("M10 0 A10 10 0 0 0 0 10 Z")->contains(QPointF(6, 6)));

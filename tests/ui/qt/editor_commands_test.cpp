@@ -59,7 +59,7 @@ TEST_F(EditorCommands, WhatIsTypedAfterTheTokenGoesBehindTheText) {
   Type(Left(0), "ab");
   Left(0).setCursorPosition(1);
   QTest::mouseClick(&Command("cmdCRLF"), Qt::LeftButton);
-  QTest::keyClicks(QApplication::focusWidget(), "c");  // no event loop in between
+  QTest::keyClicks(QApplication::focusWidget(), "c");  // before the event loop runs again
   EXPECT_EQ(GridRows(), (Rows{{"a[CRLF]bc", ""}}));
 }
 
@@ -84,7 +84,7 @@ TEST_F(EditorCommands, WhatIsTypedRightAfterAMnemonicIsNotLost) {
   Open();
   Type(Left(0), "Piet");
   QTest::keyClick(&Left(0), Qt::Key_C, Qt::AltModifier);
-  QTest::keyClicks(QApplication::focusWidget(), "de Vries");  // no event loop in between
+  QTest::keyClicks(QApplication::focusWidget(), "de Vries");  // before the event loop runs again
   EXPECT_EQ(GridRows(), (Rows{{"Piet[CRLF]de Vries", ""}}));
 }
 

@@ -377,7 +377,7 @@ TEST_F(EditorFocus, UndoNeverBringsAnotherRowsText) {
   Wheel(Left(8), -2);
   ASSERT_EQ(RowsInView(), "0 1 2 3 4 5");
   const Rows before = GridRows();
-  Click(Left(5));  // shown where row 11 was shown before
+  Click(Left(5));  // row 5 has the widgets that row 11 had
   Press(Qt::Key_Z, Qt::ControlModifier);
   EXPECT_EQ(GridRows(), before);
   EXPECT_EQ(Left(5).text(), "");

@@ -1,4 +1,4 @@
-// The list editor off screen, and what a user does in it.
+// Opens the list editor without a screen and does in it what a user does.
 #pragma once
 
 #include <QFileDialog>
@@ -60,7 +60,7 @@ class EditorTest : public DesktopTest {
     QTest::keyClicks(&widget, text);
     Settle();
   }
-  // Presses Enter in the last row until there are `count` rows, then handles pending events.
+  // Presses Enter in the last row until there are `count` rows.
   void MakeRows(int count) {
     while (grid_.LastRow + 1 < count) Press(Left(static_cast<int>(grid_.LastRow)), Qt::Key_Return);
   }
@@ -94,7 +94,7 @@ class EditorTest : public DesktopTest {
     }
     return rows;
   }
-  // Returns the name of the widget that has the focus.
+  // Returns the name of the widget that has the focus; "nothing" if there is none.
   static std::string Focus() {
     const QWidget* const widget = QApplication::focusWidget();
     return widget == nullptr ? "nothing" : widget->objectName().toStdString();
@@ -105,7 +105,7 @@ class EditorTest : public DesktopTest {
     const QPointF middle = over.rect().center();
     QWheelEvent event(middle, over.mapToGlobal(middle), {}, {0, -120 * notches}, Qt::NoButton,
                       Qt::NoModifier, Qt::NoScrollPhase, false);
-    QSpontaneKeyEvent::setSpontaneous(&event);  // as from a mouse
+    QSpontaneKeyEvent::setSpontaneous(&event);  // marks the event as one from a mouse
     qApp->notify(&over, &event);
     Settle();
   }

@@ -198,7 +198,7 @@ TEST_F(EditorWindow, WhatIsTypedRightAfterEnterGoesIntoTheNewRow) {
   Open();
   QTest::keyClicks(&Left(0), "a");
   QTest::keyClick(&Left(0), Qt::Key_Return);
-  QTest::keyClicks(QApplication::focusWidget(), "b");  // no event loop in between
+  QTest::keyClicks(QApplication::focusWidget(), "b");  // before the event loop runs again
   EXPECT_EQ(GridRows(), (Rows{{"a", ""}, {"b", ""}}));
 }
 

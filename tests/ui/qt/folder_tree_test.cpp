@@ -1,4 +1,4 @@
-// The folder tree that takes the place of a path box, over real folders.
+// The folder tree, which covers a path box while it is open. Its folders exist on the disk.
 #include "ui/qt/folder_tree.h"
 
 #include <QAction>
@@ -111,7 +111,7 @@ TEST_F(FolderTreeTest, OkLeavesThePathWhereNoFolderWasMarked) {
 TEST_F(FolderTreeTest, OkGivenByItsLetterLeavesTheFocusOnNoOtherCommand) {
   OpenAt(Path("alpha"));
   ASSERT_TRUE(tree().hasFocus());
-  ok().click();  // like the mnemonic, this does not move the focus
+  ok().click();  // as with the mnemonic, the focus stays where it is
   Settle();
   EXPECT_EQ(Caption(go()), "GO !");
   EXPECT_EQ(window().focusWidget(), &window());

@@ -165,7 +165,7 @@ TEST_F(OptionsListTest, KeysButSpaceSelectAndDeselectNothing) {
                             Qt::Key_A, Qt::Key_Select, Qt::Key_Return, Qt::Key_F2}) {
     for (const Qt::KeyboardModifier modifier :
          {Qt::NoModifier, Qt::ShiftModifier, Qt::ControlModifier}) {
-      if (key == Qt::Key_Return && modifier == Qt::ControlModifier) continue;  // adds the text
+      if (key == Qt::Key_Return && modifier == Qt::ControlModifier) continue;  // adds an entry
       Key(list(), key, modifier);
       EXPECT_EQ(Stored(), entries) << "key " << key << " with " << modifier;
     }

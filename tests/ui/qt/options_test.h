@@ -68,7 +68,7 @@ class OptionsTest : public DesktopTest {
                       list().visualItemRect(list().item(row)).center());
     Settle();
   }
-  // Returns the entries that the list shows, with their marks.
+  // Returns the entries that the list shows, and whether each is selected.
   std::vector<ListEntry> ShownEntries() {
     std::vector<ListEntry> entries;
     for (int row = 0; row < list().count(); ++row) {

@@ -142,7 +142,7 @@ TEST_F(MessageBoxTest, TextIsShownInTheCodePage) {
 struct AnswerCase {
   MessageButtons asked;
   std::vector<std::pair<QMessageBox::StandardButton, Answer>> buttons;
-  Answer refusal;  // what Escape and the close box mean
+  Answer refusal;  // the answer for Escape and for the close box
 };
 
 const std::vector<AnswerCase> kAnswers = {

@@ -9,7 +9,7 @@ int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
-  // Without a desktop no font is set.
+  // Without a desktop, nothing else sets a font.
   QApplication::setFont(QFont("DejaVu Sans", 9));
   return RUN_ALL_TESTS();
 }

@@ -13,9 +13,8 @@ namespace {
 
 class CaptureMemoryTest : public ::testing::Test {
  protected:
-  // The first row captures bytes. Where the file has a "q", an attempt of the second row cuts the
-  // captured bytes down to the first one; where the file has an "a", an attempt of the third row
-  // does so.
+  // The first row captures bytes. An attempt of the second row at a "q", or of the third row at an
+  // "a", leaves only the first of the captured bytes.
   CaptureMemoryTest()
       : program_(Rows{{"a*;", ""}, {"q", ""}, {"ab", ""}}, '*'),
         list_(program_.program.tables, '*'),
@@ -111,7 +110,7 @@ TEST_F(CaptureMemoryTest, AnAttemptInVainCapturesUpToItsLastRoundAndTheRowsBehin
   // the captured bytes.
   memory_.CapturedInVain(0, 6);
   EXPECT_EQ(memory_.Bytes(), "4");
-  // No row that cuts begins with "x".
+  // No row that cuts the captured bytes begins with "x".
   memory_.CapturedInVain(0, 20);
   EXPECT_EQ(memory_.Bytes(), std::string(MatchAttempt::kLastRound - 1, 'x'));
   memory_.CapturedInVain(0, 20);

@@ -221,7 +221,8 @@ std::vector<Prefix> AllPrefixes(std::size_t longest) {
   return prefixes;
 }
 
-// Holds every text of four letters a and b, and ends with the beginning of a prefix.
+// Contains every text of four letters that are a or b. The last two letters begin longer prefixes,
+// which the end of the text cuts off.
 constexpr const char* kAllFourLetters = "aaaabaabbababbbbaaaxbabxxaab";
 
 TEST(PrefixAutomaton, FindsWhatTryingEveryRowFindsInAllListsOfTwoRows) {
@@ -328,7 +329,8 @@ TEST(PrefixAutomaton, FindsTheLongestPrefixesThereCanBe) {
     EXPECT_EQ(found[0].offset, kLetters);
     EXPECT_EQ(automaton.RowsAt(found[0].state, attempts), static_cast<std::int32_t>(kCount));
     for (std::size_t i = 0; i < kCount; ++i) {
-      const PrefixAutomaton::Found& each = found[kCount - i];  // the longest prefix begins first
+      // `found` is in descending order of offsets, and prefix 0, the longest, begins first.
+      const PrefixAutomaton::Found& each = found[kCount - i];
       EXPECT_EQ(each.offset, kLetters - (kLongest - 1 - i));
       attempts.clear();
       const std::int32_t plain = automaton.RowsAt(each.state, attempts);

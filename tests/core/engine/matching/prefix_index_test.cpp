@@ -126,8 +126,8 @@ TEST(PrefixIndex, OffsetsLookedUpTogetherGetWhatEachGetsAlone) {
     const std::uint32_t letters = seed % 2 == 0 ? 1 : 3;
     std::string text;
     for (int i = 0; i < 200; ++i) text += static_cast<char>('a' + random() % letters);
-    // Some lists have a single step for all prefixes, others have steps of several lengths and deep
-    // nodes.
+    // In some lists, all steps start at the root and take the same number of bytes. Other lists
+    // have steps of several sizes, and nodes far below the root.
     const std::size_t count = 1 + random() % 40;
     const std::size_t shortest = 1 + random() % 12;
     std::vector<Prefix> prefixes;
@@ -153,8 +153,8 @@ TEST(PrefixIndex, OffsetsLookedUpTogetherGetWhatEachGetsAlone) {
   }
 }
 
-// In a run of one letter the look-up follows short and long steps, into groups and nodes, at every
-// depth. So as many steps as possible are under way at once.
+// The text is a run of one letter. There the look-up follows short and long steps, into groups and
+// nodes, at every depth, so as many steps as possible are under way at once.
 TEST(PrefixIndex, HasRoomForAllStepsThatAnOffsetHasUnderWay) {
   std::vector<Prefix> prefixes;
   const auto run = [](std::size_t size) { return std::string(size, 'a'); };

@@ -120,7 +120,8 @@ TEST(PrefixSearch, BothMethodsFindWhatTryingEveryRowFinds) {
   }
 }
 
-// Rows that almost match everywhere in a run of "a", but match only where a "b" follows the run.
+// Returns prefixes that almost stand at every offset in a run of "a", but stand only where a "b"
+// ends the run.
 std::vector<Prefix> NearMisses() {
   std::vector<Prefix> prefixes;
   for (std::size_t size = 40; size < 80; ++size) {

@@ -56,8 +56,8 @@ TEST(SubstitutionLimits, AWildcardInLastPositionFindsAtMost32766Bytes) {
 }
 
 TEST(SubstitutionLimits, ExtraThatFallsOutOfRangeEndsTheAttempt) {
-  // `extra` is MatchAttempt::extra_, a counter of 16 bits. The tail of 12000 bytes closes the span
-  // with `extra` near 0. Each further byte that matches subtracts 11999. Two subtractions stay
+  // `extra` is MatchAttempt::extra_, a counter of 16 bits. When the tail of 12000 bytes closes the
+  // span, `extra` is 0. Each further byte that matches subtracts 11999. Two subtractions stay
   // within 16 bits, three do not.
   const std::string tail = Times(12000, 't');
   const Rows rows = {{"a*" + tail, "[*]"}};

@@ -46,14 +46,14 @@ TEST(SubstitutionRightText, WritesTheFirstByteOfAnEarlierRowsSpan) {
 }
 
 TEST(SubstitutionRightText, WritesAnEarlierRowsSpanWhenNoAttemptHasCutIt) {
-  // The second row matches on its tail alone, without reaching its wildcard. Of the captured P Q R
-  // it writes the bytes 0 to N = 2 - 2 + 1.
+  // The second row matches "abab" without reaching its wildcard, because "abab" ends with the tail.
+  // Of the captured P Q R, its right text writes the bytes 0 to N = 2 - 2 + 1.
   ExpectResult({kCapturingRow, {"abab*ab", "[*]"}}, '*', "xPQRzabab", "(PQR)[PQ]", 2);
 }
 
 TEST(SubstitutionRightText, AnAttemptOfAPlainRowCutsTheCapturedBytes) {
-  // The first byte of "aq" matches, which is enough to cut the captured bytes to P; N = 0 - 2 + 1
-  // then leaves nothing.
+  // The first byte of "aq" matches, which is enough to cut the captured bytes down to P. Then N = 0
+  // - 2 + 1 = -1, so nothing is written.
   ExpectResult({kCapturingRow, {"aq", "-"}, {"abab*ab", "[*]"}}, '*', "xPQRzabab", "(PQR)[]", 2);
   // The first byte of "qa" does not match, so nothing is cut.
   ExpectResult({kCapturingRow, {"qa", "-"}, {"abab*ab", "[*]"}}, '*', "xPQRzabab", "(PQR)[PQ]", 2);
@@ -118,8 +118,8 @@ TEST(SubstitutionRightText, ATailMadeWithAnotherWildcardIsTheWholeLeftText) {
 }
 
 TEST(SubstitutionRightText, AnUnflaggedRowWithALaterWildcardNeverCapturesItsSpan) {
-  // Without a tail the span is never closed, so a row matches only if its left text ends in the
-  // wildcard.
+  // The rows have no flag and thus no tail. Only the end of the file closes the span, so a row
+  // matches only if its left text ends in the wildcard.
   EngineProgram open({{"a#c", "<#>"}}, {'*', '*', '#'});
   EXPECT_EQ(open.Process("aXcd"), "aXcd");
   EngineProgram last({{"a#", "<#>"}, {"12345", ""}}, {'*', '*', '#'});

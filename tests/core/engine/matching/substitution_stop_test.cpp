@@ -52,7 +52,8 @@ StoppedRun Substitute(const std::string& bytes, SearchMethod method, Stopper& st
 }
 
 // A search by the automaton takes blocks of 64 KiB. A block ends earlier where the bytes in the
-// window end: at offset 131,073 before the window's first refill.
+// window end: at offset 131,073 before the window's first refill. There the watcher is not asked,
+// because only one byte was searched since the question before.
 TEST(SubstitutionStop, ByTheAutomatonTheWatcherIsAskedBeforeEachBlock) {
   Stopper stopper(100);
   EXPECT_EQ(Substitute(std::string(200'000, '-'), SearchMethod::kAutomaton, stopper).end,
@@ -70,7 +71,7 @@ TEST(SubstitutionStop, WhatIsWrittenIsTheResultOfTheBytesDone) {
     ASSERT_EQ(stopper.asked_at.size(), 2u);
     const std::uint64_t done = stopper.asked_at.back();
     EXPECT_GE(done, 60'000u);
-    // Four bytes become three.
+    // Each "-ab-" becomes "-X-": four bytes become three.
     EXPECT_EQ(run.output.size(), done / 4 * 3 + done % 4 - (done % 4 == 3 ? 1 : 0));
     EXPECT_EQ(stopper.hits, static_cast<std::int64_t>(run.output.size() / 3));
   }

@@ -49,7 +49,7 @@ TEST(Substitution, ReplacedTextIsNeverScannedAgain) {
 }
 
 TEST(Substitution, TheScanGoesOnBehindTheMatchedBytes) {
-  // "abab" stands at 1 and at 3; the second occurrence starts inside the first.
+  // "abab" stands at the offsets 0 and 2; the second occurrence starts inside the first.
   ExpectResult({{"abab", "x"}}, 0, "ababab", "xab", 1);
 }
 

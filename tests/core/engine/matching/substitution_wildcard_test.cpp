@@ -1,5 +1,5 @@
 // What the wildcard matches. The expected bytes follow from the attempt's steps; comments explain
-// those that are not obvious. Notation: k is the number of bytes that the attempt looks up; all
+// those that are not obvious. Notation: k is the number of bytes that the attempt looks at; all
 // these bytes except the last one match. The value extra is `MatchAttempt::extra_`. The row matches
 // if k > length of the left text + extra.
 #include <gtest/gtest.h>
@@ -66,14 +66,14 @@ TEST(SubstitutionWildcard, InFirstPositionStandsForItself) {
 
 TEST(SubstitutionWildcard, InFirstPositionAloneTakesOneByte) {
   // "*" matches, k = 2; behind the "*" the table ends. The tail is empty, so the writing ends at
-  // the "*".
+  // the right text's "*".
   ExpectResult({{"*", "<*>"}}, '*', "a*b", "a<*b", 1);
 }
 
 TEST(SubstitutionWildcard, TakesAtLeastOneByteEvenOfTheTail) {
-  // The "c" is the wildcard's first byte. The "c" closes the span; behind the "c" the span is
-  // opened again. Then the next byte counts as the tail, whatever its value ("X"), and the span is
-  // closed for good.
+  // The wildcard takes in the "c", although the "c" is already recognised as the tail. The span
+  // opens behind the "c", and the next byte closes it: that byte counts as the tail, whatever its
+  // value ("X").
   ExpectResult({{"a*c", "[*]"}}, '*', "acXY", "[c]Y", 1);
   // At the end of the file no byte can count as the tail: k = 3 is not above 3.
   ExpectResult({{"a*c", "[*]"}}, '*', "ac", "ac", 0);

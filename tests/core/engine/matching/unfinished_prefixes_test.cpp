@@ -1,4 +1,5 @@
-// When a stream pauses: the first offset at which an unfinished prefix begins.
+// When a stream pauses, UnfinishedPrefixes finds the first offset from which the bytes up to the
+// pause begin a prefix without finishing it.
 #include "core/engine/matching/unfinished_prefixes.h"
 
 #include <gtest/gtest.h>

@@ -126,7 +126,7 @@ TEST_F(FolderPrepassTest, TheScaleIsFixedOncePerRun) {
 
 TEST_F(FolderPrepassTest, WithoutASizeTheDriveInUseGivesTheScale) {
   HideSize();
-  test_.files.drive = {1'000'000'000, 876'543'210};  // 123456790 in use
+  test_.files.drive = {1'000'000'000, 876'543'210};  // 123,456,790 bytes in use
   test_.files.AddFile("/s/a.txt", "a");
   Run();
   EXPECT_EQ(program_.run.ProgressScale, 5);

@@ -83,7 +83,7 @@ TEST_F(TreeRulesTest, LinksLeadIntoOneFolderABoundedNumberOfTimes) {
     rules.Leave();
   }
   EXPECT_EQ(rules.WhyNotEntered(link).value, PassedOver::kLinkedTooOften);
-  // A folder that is not itself a link has no such limit.
+  // The limit applies only to folders that are themselves links.
   EXPECT_EQ(rules.WhyNotEntered(below).value, PassedOver::kNo);
   EXPECT_EQ(rules.WhyNotEntered(plain).value, PassedOver::kNo);
 }
