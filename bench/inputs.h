@@ -1,4 +1,5 @@
-// The named inputs of the benchmark: a replacement list and a text for it, the same in every run.
+// The named inputs of the benchmark. Each is a replacement list and a text for it, the same in
+// every run.
 #pragma once
 
 #include <cstddef>

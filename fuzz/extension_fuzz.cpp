@@ -1,7 +1,8 @@
 // Fuzz target: texts made of the fuzzer's bytes are typed into the field for extensions, added and
 // removed again. Checks that every entry of the list has one ".", at its start, and is in the
-// list once; that the counts agree with the list; and that a file name is selected if and only if
-// the list has a selected entry that equals the part of the name that the pass compares.
+// list once; that the counts agree with the list; and that a file is selected if and only if one
+// selected entry equals what the pass compares: "." and the extension for a file directly in the
+// source folder, the last four bytes of the name for a file in a sub-folder.
 #include <set>
 
 #include "core/engine/passes/extension_filter.h"

@@ -1,5 +1,5 @@
-// Hands out the fuzzer's bytes one by one or in runs, and ends the program when an input shows a
-// mistake.
+// Hands out the fuzzer's bytes one by one or several at once, and ends the program when an input
+// shows a mistake.
 #pragma once
 
 #include <algorithm>

@@ -16,7 +16,8 @@
 namespace morvex::test {
 namespace {
 
-// Maps the bytes to a few letters, so that rows and files match more often.
+// Maps the bytes to a few letters, so that rows and files match more often. Every fourth
+// value of `alphabet` leaves the bytes as they are.
 std::string Narrowed(std::string text, std::uint8_t alphabet) {
   static const std::string kLetters = std::string("ab*c") + '\0' + "\xFF\r\n" + "dxyz*abq";
   if (alphabet % 4 == 0) return text;

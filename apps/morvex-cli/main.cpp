@@ -60,7 +60,7 @@ int ReportCommandLineError(ErrorNumber error) {
   return kCommandLineError;
 }
 
-// Warns of each piece of the command line that is not an option.
+// Warns of each piece of the command line that is not an option of this program.
 void WarnOfIgnored(const std::vector<std::string>& pieces, CommandMessages& messages) {
   for (const std::string& piece : IgnoredPieces(pieces)) {
     messages.Warn(kProgramPlace, "\"" + Printable(piece) +

@@ -1,8 +1,9 @@
 // The desktop program.
 //
 // Exit status: 2 if the command line is wrong; 0 if it names no settings file. If it names one: 0
-// if the run is done, 1 if it could not be done or was stopped, 3 if some files were not copied.
-// The reason goes to standard error, or to a message box if the program has no standard error.
+// if the run is done, 1 if it could not be done or was stopped, 3 if it is done but some files were
+// not copied. If the command line is wrong or the named settings file starts no run, the reason
+// goes to standard error, or to a message box if the program has no standard error.
 
 #include <QApplication>
 #include <QMessageBox>

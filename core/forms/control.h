@@ -137,7 +137,7 @@ struct CheckBox : Control {
   Watched<std::string> caption;
 
   int value() const { return value_; }
-  // Returns false and changes nothing if the box cannot take the value.
+  // Returns false and changes nothing if `value` is not 0, 1 or 2.
   bool SetValue(int value) {
     if (value < 0 || value > 2) return false;
     value_ = value;

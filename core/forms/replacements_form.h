@@ -23,7 +23,7 @@ inline constexpr int kLeftColumn = 360;
 inline constexpr int kRightColumn = 4560;
 inline constexpr int kCellWidth = 4215;
 inline constexpr int kCellHeight = 375;
-inline constexpr std::int64_t kRowsInBand = 6;  // visible at a time; their tops are at 360 to 2160
+inline constexpr std::int64_t kRowsInBand = 6;  // rows visible at a time; their tops: 360 to 2160
 
 // A text of this many bytes or more is marked as too long.
 inline constexpr std::size_t kLongestText = 2147483647;
@@ -41,7 +41,7 @@ struct Cell {
   std::string text;
   std::string tool_tip;
   Colour colour = Colour::kBlack;
-  // Offset in `text` of the selection's end; of the caret when nothing is selected.
+  // Offset in `text` of the end of the selection, or of the caret when nothing is selected.
   std::size_t selection_end = 0;
 };
 

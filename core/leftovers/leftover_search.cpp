@@ -14,8 +14,9 @@ static_assert(kPadding >= PrefixIndex::kReadAhead && kPadding >= ScanTables::kRe
 // only every second offset.
 constexpr std::size_t kDense = 2;
 
-// Counts the line breaks in runs of at most 255 bytes. The count of a run fits into a byte, so that
-// a vector holds as many counts as bytes.
+// Counts the line breaks in runs of at most 255 bytes. The count of such a run fits into one byte,
+// so where the compiler uses vector instructions, a vector register has room for as many counts as
+// for bytes of the text.
 std::int64_t LineBreaks(const std::uint8_t* bytes, std::size_t size) {
   constexpr std::size_t kRun = 255;
   std::int64_t breaks = 0;
@@ -70,7 +71,7 @@ ErrorNumber LeftoverSearch::Run(ByteSource& file, const TellLeftover& tell,
     std::transform(bytes_.get() + filled_, bytes_.get() + filled_ + read.value,
                    folded_.get() + filled_, Folded);
     filled_ += read.value;
-    // No key can match beyond the end, because no key holds a NUL.
+    // No key holds a NUL, so with NULs behind the last byte no key can match beyond that byte.
     std::memset(folded_.get() + filled_, 0, kPadding);
     const bool ended = read.value < room;
     SearchUpTo(ended ? filled_ : filled_ - ahead_);
@@ -174,10 +175,10 @@ bool LeftoverSearch::IsDone(std::size_t at, const SoughtPart& part) const {
   return part.number == 0 ? base_ + at < progress.not_before : !progress.touched;
 }
 
-// ASCII text in UTF-16 can be read in both byte orders, a byte apart, if it stands between two
-// NULs. If all parts can be read at an even and at an odd offset, only the reading at even offsets
-// counts. Returns whether the part's offset in the file is odd and the part can also be read one
-// byte away, in the other byte order.
+// ASCII text in UTF-16 that stands between two NULs can be read in both byte orders, at offsets one
+// byte apart. If all parts can be read at an even and at an odd offset, only the reading at even
+// offsets counts. Returns whether the part's offset in the file is odd and the part can also be
+// read one byte away, in the other byte order.
 bool LeftoverSearch::StandsInOtherOrder(std::size_t at, const SoughtPart& part) const {
   if (part.other_order == SoughtPart::kNone || (base_ + at) % 2 == 0) return false;
   const SoughtPart& other = sought_.parts()[static_cast<std::size_t>(part.other_order)];
@@ -198,7 +199,7 @@ void LeftoverSearch::PartAt(std::size_t at, const SoughtPart& part, const Standi
       std::all_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) == 0; }),
       StandsInOtherOrder(at, part)};
   if (part.number == 0) {
-    // These two returns do not move `not_before` on, because an overlapping occurrence may be a
+    // The two returns below leave `not_before` as it is, because an overlapping occurrence may be a
     // leftover of its own.
     if (row.parts == 1 && here.in_other_order) return;
     if (!row.put_in.empty() && BytesFrom(at).starts_with(row.put_in)) {

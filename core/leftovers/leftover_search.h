@@ -73,7 +73,7 @@ class LeftoverSearch {
   // Which of a sought row's parts have been found.
   struct Progress {
     bool touched = false;
-    std::uint64_t not_before = 0;  // end of the last occurrence of all parts
+    std::uint64_t not_before = 0;  // end of the last occurrence that had all parts
     // One for each part but the last. `ready`: the latest occurrence that ends at the current
     // offset or in front of it. `waiting`: occurrences that end behind the current offset.
     struct Stage {

@@ -8,17 +8,17 @@
 namespace morvex {
 namespace {
 
-// The most keys of one part in one encoding. A key ends early where one more letter would make more
-// keys than this; the rest of the part is compared where the key is found.
+// A part has at most this many keys in one encoding. A key ends where one more letter would make
+// more keys than this; the rest of the part is compared where the key is found.
 constexpr std::size_t kMostKeys = 16;
-// A key with a rare form of a letter ends at this many bytes, because even such a short key occurs
-// in few files.
+// A key with a rare form of a letter ends as soon as it has this many bytes, because even such a
+// short key occurs in few files.
 constexpr std::size_t kEnoughOfARareKey = 4;
 // A key of this many bytes or more ends in front of a letter with rare forms. A shorter key leaves
 // room for one letter in a rare form within kLongestRareKey bytes.
 constexpr std::size_t kFarBehind = Sought::kLongestRareKey - 32;
-// In bytes. Only the beginning of a longer part is searched; a longer right text becomes no
-// `put_in`.
+// In bytes. Of a longer part only the beginning is searched. A longer right text is not stored in
+// SoughtRow::put_in.
 constexpr std::size_t kLongestPart = 32000;
 // The most bytes that a match of the engine may span.
 constexpr std::uint64_t kLongestMatch = 32766;
@@ -41,7 +41,7 @@ std::string AllFolded(std::string bytes) {
   return bytes;
 }
 
-// Returns the beginning with one more letter, in all ways that differ when folded.
+// Returns the beginning continued by each of `ways`. Where results are equal, returns only one.
 std::vector<Beginning> Continued(const Beginning& beginning, const LetterWays& ways) {
   std::vector<Beginning> continued;
   for (const LetterWay& way : ways) {
@@ -57,7 +57,7 @@ std::vector<Beginning> Continued(const Beginning& beginning, const LetterWays& w
   return continued;
 }
 
-// Returns the keys of a part: every way to write the part begins with a key.
+// Returns the keys of a part: every way to write the part, folded, begins with one of them.
 std::vector<Beginning> KeysOf(const Spelling& spelling) {
   std::vector<Beginning> keys;
   std::deque<Beginning> growing(1);
@@ -169,8 +169,8 @@ Sought::Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding li
   MakeKeys();
 }
 
-// Adds nothing if the encoding lacks a character of a part, or if `ascii_is_told_elsewhere` is set
-// and all occurrences would be ASCII alone.
+// Adds nothing if a part cannot be spelled in the encoding (see Alphabet::Spell), or if
+// `ascii_is_told_elsewhere` is set and every occurrence would consist of ASCII bytes.
 void Sought::AddRow(const ListRow& row, Encoding encoding, bool ascii_is_told_elsewhere) {
   std::vector<Spelling> spellings;
   for (const std::string_view part : row.parts) {

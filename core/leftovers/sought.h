@@ -23,7 +23,7 @@
 namespace morvex {
 
 // Maps a byte so that the two cases of most letters become equal. No byte becomes NUL. NUL, which
-// is half of most UTF-16 units, becomes 1, and no other byte does.
+// is every second byte of an ASCII text in UTF-16, becomes 1, and no other byte does.
 constexpr std::uint8_t Folded(std::uint8_t byte) {
   return byte == 0 ? std::uint8_t{1} : static_cast<std::uint8_t>(byte | 0x20);
 }
@@ -34,8 +34,8 @@ struct SoughtRow {
   Encoding encoding = Encoding::kBytes;
   bool is_wildcard = false;
   std::size_t parts = 1;
-  // If true, an occurrence of ASCII bytes alone is not reported: the same row in another encoding
-  // reports that occurrence.
+  // If true, an occurrence that consists of ASCII bytes is not reported here, because it is
+  // reported for the same row in another encoding.
   bool ascii_is_told_elsewhere = false;
   // The most bytes from the first part's beginning to the last part's end; 0 for a row of one part.
   std::uint64_t longest_span = 0;
@@ -43,10 +43,10 @@ struct SoughtRow {
   // wildcard, and is not too long; else empty. A run writes this text, so an occurrence of `put_in`
   // is no leftover.
   std::string put_in;
-  // In bytes: 1 (2 in UTF-16) for a row whose ending also occurs in its beginning, else 0. A run
-  // ends a match of such a row too early: most of the bytes that the wildcard was meant to capture
-  // stay, behind the right text. So behind an occurrence of `put_in`, this many bytes are skipped
-  // before the parts after the first are searched.
+  // In bytes: 1 (2 in UTF-16) for a row whose left text has its ending in front of the wildcard,
+  // too; else 0. A match of such a row ends too early, so behind the right text a run leaves most
+  // of what the wildcard was meant to capture. Therefore, where the first part is the beginning of
+  // `put_in`, the next part is searched only from this many bytes behind `put_in`.
   std::size_t least_left = 0;
 };
 
@@ -54,7 +54,7 @@ struct SoughtPart {
   static constexpr std::int32_t kNone = -1;
 
   std::size_t sought_row = 0;
-  std::size_t number = 0;  // of the row's parts, from 0
+  std::size_t number = 0;  // index among the row's parts
   Spelling spelling;
   // The index of the same part in UTF-16 of the other byte order; kNone for other encodings.
   std::int32_t other_order = kNone;
@@ -63,7 +63,7 @@ struct SoughtPart {
 class Sought {
  public:
   // `joker` is the wildcard's code, 0 for none. `list_encoding` is the encoding of the list; a row
-  // that is malformed in it is searched as bytes alone.
+  // that is malformed in it is searched only as bytes.
   Sought(const SubstitutionTables& tables, std::uint8_t joker, Encoding list_encoding);
   Sought(const Sought&) = delete;
   Sought& operator=(const Sought&) = delete;
@@ -74,13 +74,13 @@ class Sought {
   // so a run removes nothing.
   const std::vector<std::int64_t>& rows_that_stay() const { return rows_that_stay_; }
 
-  // Rows that may have left something even if nothing of them is found, because what a run leaves
-  // of them looks like any other text: rows whose ending also occurs in their beginning (unless
-  // SoughtRow::put_in is set) and rows whose wildcard captures one byte only. They are searched
-  // like all others.
+  // Rows of which the search may find nothing although a run left something, because what a run
+  // leaves of them looks like any other text: rows whose left text has its ending in front of the
+  // wildcard, too (unless SoughtRow::put_in is set), and rows whose wildcard captures only one
+  // byte. They are searched like all others.
   const std::vector<std::int64_t>& rows_not_judged() const { return rows_not_judged_; }
 
-  // Rows with a part that is malformed in the list's encoding: they are searched as bytes alone.
+  // Rows with a part that is malformed in the list's encoding: they are searched only as bytes.
   const std::vector<std::int64_t>& rows_of_bytes() const { return rows_of_bytes_; }
 
   // The most bytes of a rare key.
@@ -94,8 +94,7 @@ class Sought {
   const SoughtKeys& rare_forms() const { return *rare_forms_; }
 
   // look_ahead: the most bytes from an offset on that are read to decide what stands there.
-  // look_behind: the most bytes in front of an offset that can belong to an occurrence that ends
-  // behind the offset.
+  // look_behind: no occurrence of a row begins more bytes than this in front of its last part.
   std::size_t look_ahead() const { return look_ahead_; }
   std::uint64_t look_behind() const { return look_behind_; }
 

@@ -18,7 +18,7 @@ namespace morvex {
 struct LetterWay {
   std::string bytes;
   std::size_t letters = 1;  // how many letters of the text it stands for
-  bool is_rare = false;     // a rare form (see OtherCase) or a ligature, unless it is ASCII alone
+  bool is_rare = false;     // a ligature, or a rare form (see OtherCase) that is not ASCII
 };
 
 // Longest first, so that a way that begins with another way comes before that other way.
@@ -41,7 +41,7 @@ struct Spelling {
 // An occurrence of a text.
 struct Standing {
   std::size_t size = 0;    // bytes
-  bool as_written = true;  // false: in another letter case
+  bool as_written = true;  // false: in another letter case, or with other ligatures
 };
 
 // Returns the occurrence of a text at the beginning of `bytes`, if there is one.
@@ -50,8 +50,8 @@ std::optional<Standing> StandsAt(const Spelling& spelling, std::string_view byte
 // Makes spellings and owns their ways: it must outlive every Spelling that it returns.
 class Alphabet {
  public:
-  // Returns nothing if the encoding lacks a character of the text in every letter case. In kBytes
-  // only ASCII letters have another case.
+  // Returns nothing if the encoding has no way to write one of the text's letters. In kBytes only
+  // ASCII letters have another case.
   std::optional<Spelling> Spell(std::u32string_view text, Encoding encoding);
 
  private:

@@ -29,8 +29,8 @@ bool RemoveRow(ReplacementsForm& grid, std::int64_t row);
 // Makes the window `count` rows taller; `count` may be negative.
 void GrowWindow(ReplacementsForm& grid, int count);
 
-// Moves the rows up by `delta`, or down if `delta` is negative. Rows that were just added are no
-// longer hidden.
+// Moves the rows up by `delta`, or down if `delta` is negative. Rows that AddRow has added are
+// hidden until then.
 void ShiftRows(ReplacementsForm& grid, std::int64_t delta);
 
 // Scrolls by the fewest rows that bring `row` into view. Does nothing if the row does not exist.

@@ -108,8 +108,8 @@ ListReading ReadListForGrid(Program& program, const std::string& path, std::int6
 
 void FillGrid(Program& program, const ListReading& reading) {
   const bool took_all = GridImport(program).TakeAll(reading);
-  // A reading error comes behind all rows that were read. If the filling was given up before it
-  // reached the error, rows are missing for another reason.
+  // If the reading failed, it failed behind all rows that it returned. If the filling ended before
+  // the last of them, rows are missing for another reason.
   const bool was_reached = took_all || reading.list.rows.empty();
   program.settings.list_file_error = was_reached ? reading.error : ErrorNumber::kNone;
   program.settings.SubstitutieFile = reading.list.path;

@@ -14,7 +14,7 @@ std::string FindLocalAppData(SystemService& system);
 
 // Returns the value of the last environment entry "CommonProgramFiles(x86)=" up to and including
 // its second backslash; empty if there is no such entry or its value has fewer than two
-// backslashes.
+// backslashes. An entry with an empty value counts as the last one.
 std::string FindCommonFilesLocation(SystemService& system);
 
 // Call once, on a new program. If the command line is wrong, returns the error; the program has

@@ -58,8 +58,8 @@ struct SubstitutionTables {
 };
 
 // Whether the ending of a left text (all that follows its wildcard) also occurs in front of the
-// wildcard. A match then finds its ending too early: the wildcard captures about two bytes, however
-// far away the intended ending is.
+// wildcard. A match then ends too early: the wildcard captures only one byte, however far away the
+// intended ending is.
 bool HasEndingInBeginning(std::string_view left, std::uint8_t joker);
 
 // Whether the left text ends in its only wildcard and has at least `longest` bytes, the size of the

@@ -75,7 +75,8 @@ constexpr CaseRange kRanges[] = {
 // clang-format on
 
 // Letters with more than two forms. Within a group each form may stand for each other form. The
-// group of i has four forms, because Turkic alphabets pair the forms differently.
+// group of i has four forms, because Turkic alphabets pair I with the dotless i, and the dotted I
+// with i.
 constexpr std::array<std::u32string_view, 26> kGroups = {
     U"Ii\x130\x131",           U"\xB5\x39C\x3BC",
     U"\xC5\xE5\x212B",  // the Angstrom sign
@@ -103,7 +104,7 @@ struct LigatureLetters {
 constexpr std::array<LigatureLetters, 15> kLigatures = {{
     {0xDF, U"ss"},     // the sharp s ...
     {0x1E9E, U"ss"},   // ... and its capital
-    {0xFB03, U"ffi"},  // the ligatures of three letters come before those of two
+    {0xFB03, U"ffi"},  // of ligatures with the same first letter, those of three letters come first
     {0xFB04, U"ffl"},
     {0xFB00, U"ff"},
     {0xFB01, U"fi"},
@@ -195,8 +196,8 @@ std::u32string WithoutLigatures(std::u32string_view text) {
 }
 
 std::vector<Ligature> LigaturesAtBeginning(std::u32string_view text) {
-  // This set rules out most texts at once. The search for leftovers calls this function for each
-  // letter of a list.
+  // The search for leftovers calls this function for each letter of a list. This set rules out most
+  // texts at once.
   static const std::u32string first_letters = FirstLettersOfLigatures();
   std::vector<Ligature> found;
   if (text.empty() || first_letters.find(text.front()) == std::u32string::npos) return found;

@@ -1,5 +1,5 @@
-// Upper and lower case in every alphabet that has them, and ligatures: characters such as the sharp
-// s (U+00DF) or the joined fi (U+FB01) that another letter case writes as several letters.
+// Upper and lower case in every alphabet that has them, and ligatures: characters that stand for
+// two or three letters, such as the sharp s (U+00DF) for ss or the joined fi (U+FB01) for fi.
 #pragma once
 
 #include <cstddef>
@@ -12,13 +12,13 @@ namespace morvex {
 // What may stand for a letter where letter case does not count.
 struct OtherCase {
   std::u32string text;   // one character; two for the lower case of U+0130
-  bool is_rare = false;  // neither the upper nor the lower case of the letter in most languages
+  bool is_rare = false;  // false: `text` and the letter are a usual pair of cases, as a and A are
   bool operator==(const OtherCase&) const = default;
 };
 
-// Returns the other case of `letter`; for a letter with more than two forms (the final sigma, the
-// dotless and the dotted i) all other forms. Returns nothing for a character without letter case;
-// the long s and the Kelvin sign count as such.
+// Returns the other case of `letter`; for a letter with more than two forms, such as the Greek
+// sigma with its final form, all other forms. Returns nothing for a character without letter case.
+// The long s and the Kelvin sign count as characters without letter case.
 std::vector<OtherCase> OtherCases(char32_t letter);
 
 // Returns the text with each ligature replaced by its letters in lower case, the long s (U+017F) by

@@ -24,7 +24,8 @@ Utf8Sequence ReadUtf8(std::string_view bytes) {
   const auto lead = static_cast<std::uint8_t>(bytes.front());
   const std::size_t size = AnnouncedSize(lead);
   if (size == 0 || bytes.size() < size) return {};
-  // The lead byte of a sequence of two bytes or more has size + 1 marker bits.
+  // The lead byte of a sequence of more than one byte begins with `size` one bits and a zero bit,
+  // which are no part of the character.
   char32_t character = size == 1 ? lead : lead & (0xFFU >> (size + 1));
   for (std::size_t i = 1; i < size; ++i) {
     if (!IsUtf8Continuation(bytes[i])) return {};

@@ -1,6 +1,7 @@
 // Which headers a room (a folder of sources) may include. Of the program's headers, a room includes
 // only its own and those that kRooms permits. The core includes no other headers but those of the
-// C++ standard library and, in two files, the compiler's. Only host/ includes system headers.
+// C++ standard library and, in one file, the compiler's header of vector instructions. Only host/
+// includes system headers.
 
 #include <gtest/gtest.h>
 
@@ -66,7 +67,7 @@ const std::set<std::string> kToolkitRooms = {"apps/morvex", "ui/qt"};
 const std::set<std::string> kHeaderLibraries = {"CLI/CLI.hpp", "nlohmann/json.hpp"};
 constexpr const char* kHeaderLibrariesRoom = "ui/commands";
 
-// The files that use vector instructions.
+// The files that may include the compiler's header of vector instructions.
 const std::set<std::string> kVectorFiles = {"core/engine/matching/scan_forms.h"};
 
 // Headers of the standard library that the core may not include.

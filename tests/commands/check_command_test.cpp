@@ -1,4 +1,5 @@
-// "check" finds a leftover in every form, in contents and in names, and nothing in a clean tree.
+// "check" finds a leftover in every encoding and letter case, in contents and in names, and finds
+// nothing in a clean tree.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -41,8 +42,8 @@ TEST(CheckCommandTest, FindsEveryFormInAFileAtItsFirstByteAcrossBlocksAndAtItsLa
   const std::vector<Planted> forms = FormsOfMueller();
   const CommandScene scene;
   scene.Write("list.txt", "M\xC3\xBCller|[tenant]\r\n");
-  // The offsets of the leftovers. Blocks end at multiples of 64 KiB. With the last offset, the
-  // leftover stands at the end of the file.
+  // The offsets of the leftovers, some of them around multiples of 64 KiB, where a block of the
+  // search may end. With the last offset, the leftover stands at the end of the file.
   const std::vector<std::size_t> places = {0,       1000,    65'530,  131'068, 262'140,
                                            262'200, 262'210, 524'284, 999'998};
   for (std::size_t form = 0; form < forms.size(); ++form) {
@@ -133,8 +134,8 @@ TEST(CheckCommandTest, FindsInTheSourceAtLeastEveryPlaceThatARunReplaces) {
 TEST(CheckCommandTest, TheListMayBeReadInTheEncodingThatIsNamed) {
   const CommandScene scene;
   scene.Write("list.txt", "M\xC3\xBCller|x\r\n");
-  // If the list's bytes C3 BC are read as Windows-1252, they are two characters. The file holds
-  // these two characters in UTF-8.
+  // Read as UTF-8, the list's bytes C3 BC are one character, which the file lacks. Read as
+  // Windows-1252, they are two characters, which the file holds in UTF-8.
   scene.Write("tree/a", "m\xC3\x83\xC2\xBCller");
   EXPECT_EQ(scene.Shell("morvex-cli check tree --list list.txt").status, 0);
   EXPECT_EQ(scene.Shell("morvex-cli check tree --list list.txt --list-encoding utf-8").status, 0);

@@ -1,4 +1,4 @@
-// Runs the console program's commands from shell scripts, in a folder with a case and a list.
+// Runs the console program's commands from shell scripts, in a folder with the example's files.
 #pragma once
 
 #include <string>

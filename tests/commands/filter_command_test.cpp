@@ -111,10 +111,9 @@ TEST(FilterCommandTest, AFullDiskIsAnError) {
 
 TEST(FilterCommandTest, AListThatWritesFarBackIsRefusedInAStream) {
   const CommandScene scene;
-  // In the left text, the part behind the wildcard (the tail) is also the end of the part in front
-  // of it, so a match captures only one byte. Each of the nine wildcards in the right text then
-  // moves the write position back, because more bytes are taken off for the tail than were
-  // captured.
+  // In the left text, the part in front of the wildcard ends like the part behind it (the tail, 7
+  // bytes), so a match captures only one byte. For each of the nine wildcards in the right text,
+  // the filter takes off more bytes for the tail than it captured: the write position moves back.
   scene.Write("list.txt", "abcdefgh*bcdefgh|*********X\r\n");
   const ProgramResult result = scene.Shell(
       "{ head -c 3000000 /dev/zero; yes abcdefgh | tr -d '\\n' | head -c 4000000; } |\n"

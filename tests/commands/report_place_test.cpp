@@ -199,8 +199,8 @@ TEST_F(ReportPlaceTest, AReportWithAnythingBehindItIsNotReplaced) {
 }
 
 TEST_F(ReportPlaceTest, WhatAppearsThereDuringTheRunStaysAndTheReportLiesBesideIt) {
-  // The run has claimed the report's place when it asks its question. The script then puts a file
-  // at that place and answers.
+  // The run claims the report's place and then asks its question. Before the script answers, it
+  // puts a file of its own at that place.
   const ProgramResult result = scene.Shell(
       "cat > question.py <<'END'\n"
       "import os, pty, sys\n"

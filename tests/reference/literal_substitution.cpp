@@ -28,8 +28,8 @@ bool Step16(int& counter, std::int64_t by) {
 // One attempt to match one row at one offset.
 class LiteralSubstitution::Attempt {
  public:
-  // `bytes` points to the byte at that offset. From there, the file has `size` more bytes; bytes
-  // behind the end of the file read as NUL.
+  // `bytes` points to the byte at that offset; the window shows `size` bytes from there on. An
+  // attempt that needs more bytes has reached the end of the file and reads NULs.
   Attempt(LiteralSubstitution& owner, std::int64_t row, const std::uint8_t* bytes, std::size_t size)
       : owner_(owner),
         state_(owner.state_),
@@ -232,7 +232,7 @@ std::int64_t LiteralSubstitution::WriteRightText(std::int64_t row, std::int64_t 
                                             static_cast<std::size_t>(written)));
     }
     position += n;
-    if (n > bound) break;  // the copy ran out of the buffer, which ends the right text here
+    if (n > bound) break;  // the buffer ends in front of byte n, which ends the right text
     ++position;
   }
   return position;

@@ -21,7 +21,8 @@ struct Node {
   NodeKind kind = NodeKind::kFile;
   // A file's bytes, or the path that a link holds; empty for a folder.
   std::string bytes;
-  // A folder's names in the order in which the file system lists them; empty for files and links.
+  // The names in a folder, in the order in which the file system lists them; empty for files and
+  // links.
   std::vector<std::string> listing;
   // The nine permission bits, and the modification time in nanoseconds since 1970. A value that is
   // absent is not compared.
@@ -39,18 +40,19 @@ class Disk {
   bool IsFile(const std::string& path) const;
   bool IsFolder(const std::string& path) const;
 
-  // Creates a folder; the first folder of an empty snapshot is its root. Returns false if the name
-  // is taken or the parent is no folder.
+  // Creates a folder. The first folder created in an empty snapshot is its root. Returns false if
+  // the name is taken or the parent is no folder.
   bool MakeFolder(const std::string& path);
   // Creates or replaces a file. Returns false if the parent is no folder or a folder has that name.
   bool PutFile(const std::string& path, Node file);
   // Removes a file, if it exists.
   void RemoveFile(const std::string& path);
 
-  // Sorts the listing of every folder, for a system that lists folders in this order.
+  // Sorts the listing of every folder. `comes_before` is the order in which the tested system lists
+  // folders.
   void SortListings(bool (*comes_before)(const std::string&, const std::string&));
-  // Removes the permission bits of every entry, so that Differences does not compare them: for a
-  // system without such bits.
+  // Removes the permission bits of every entry, so that Differences does not compare them. Called
+  // for systems without such bits.
   void ForgetPermissions();
 
   const std::map<std::string, Node>& nodes() const { return nodes_; }
@@ -73,12 +75,12 @@ std::string NameOf(const std::string& path);
 // \r, \t or \xHH.
 std::string Escaped(std::string_view bytes);
 
-// Returns one line for each difference between two snapshots, with the bytes around the first
-// difference of a file. Returns an empty text if the snapshots agree.
+// Returns one line for each difference between two snapshots. For a file whose bytes differ, the
+// line shows the bytes around the first difference. Returns an empty text if the snapshots agree.
 std::string Differences(const Disk& expected, const Disk& actual);
 
 // These functions read and change the real disk. They throw std::runtime_error on failure, because
-// a failure here is the machine's and not the tested program's.
+// the machine and not the tested program causes such a failure.
 std::string ReadWholeFile(const std::string& path);
 void WriteWholeFile(const std::string& path, std::string_view bytes);
 void MakeFolders(const std::string& path);

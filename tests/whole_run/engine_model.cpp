@@ -56,7 +56,7 @@ struct EngineModel::Attempt {
   std::int64_t extra = 0;
   std::int64_t capture_count = 0;
   std::string match_text;
-  bool tail_found = false;  // stays true until the attempt ends
+  bool tail_found = false;  // once true, stays true until the attempt ends
   bool error_pending = false;
   bool overflowed = false;
 

@@ -29,16 +29,16 @@ class EngineModel {
 
  private:
   struct Pair {
-    std::string left;   // each "[CRLF]" is a line break here
-    std::string right;  // each "[CRLF]" is a line break here
+    std::string left;   // with CR LF in place of each "[CRLF]"
+    std::string right;  // with CR LF in place of each "[CRLF]"
     bool joker_left = false;
     std::string tail;
   };
   struct Attempt;
 
   bool IsJoker(unsigned char code) const { return joker_ != 0 && code == joker_; }
-  // Both return the byte at a position of a left or right text; positions count from 1. Behind the
-  // end of the text, both return 0. Behind the end of the list's longest left text, LeftCode
+  // Both return the byte at a position (counted from 1) of the left or right text, and 0 at a
+  // position outside of this text. But behind the end of the list's longest left text, LeftCode
   // returns nothing; behind the end of the longest right text, RightCode returns nothing.
   std::optional<unsigned char> LeftCode(const Pair& pair, std::int64_t position) const;
   std::optional<unsigned char> RightCode(const Pair& pair, std::int64_t position) const;

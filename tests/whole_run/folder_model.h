@@ -34,7 +34,7 @@ class FolderModel {
   // Applies the skip rules and the substitution to one file. Counts and logs, but copies nothing.
   ProcessedFile ProcessFile(const std::string& folder, const std::string& name);
 
-  // Both log only while logging is on.
+  // Both functions log only while logging is on.
   void Log(const std::string& text);
   void LogPattern(LogKind kind, const std::string& text);
 
@@ -55,7 +55,7 @@ class FolderModel {
   void set_total_files_caption(const std::string& caption) { total_files_caption_ = caption; }
 
  private:
-  // The results of a copy that the rules tell apart.
+  // The rules distinguish these results of a copy.
   enum class CopyError { kNone, kOntoItself, kOther };
 
   bool IsSelected(const std::string& key) const;

@@ -26,7 +26,7 @@ namespace {
 
 constexpr int kLimitSeconds = 120;
 constexpr int kSignalBase = 128;
-// The age of a test's files, unless the test says otherwise.
+// The age that Scene::Write gives a file: its modification time is so many seconds before now.
 constexpr std::int64_t kUsualAgeSeconds = 3600;
 constexpr std::int64_t kNanoseconds = 1'000'000'000;
 

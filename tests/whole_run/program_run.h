@@ -21,14 +21,16 @@ struct ProgramResult {
   int status = 0;
 };
 
-// Runs `executable` in `current_folder` with LC_ALL=C and an empty standard input, and ends it
-// after `limit_seconds`. If MORVEX_UNDER holds a command line such as "valgrind -q
+// Runs `executable` in `current_folder` with LC_ALL=C and an empty standard input. Kills it if it
+// still runs after `limit_seconds`. If MORVEX_UNDER holds a command line such as "valgrind -q
 // --error-exitcode=99", that command runs `executable`.
 ProgramResult RunProgram(const std::string& executable, const std::vector<std::string>& arguments,
                          const std::string& current_folder, int limit_seconds);
 
-// A new temporary folder that holds "program" (only the executable) and "work" (the current folder,
-// and everything that a run reads and writes). The destructor deletes it unless Keep was called.
+// A new temporary folder that holds "program" and "work". "program" at first holds only the
+// executable; a run writes Init.dat and the run log there. "work" is the current folder and holds
+// everything else that a run reads and writes. The destructor deletes the temporary folder unless
+// Keep was called.
 class Scene {
  public:
   // `executable_name` is the name that the copy of the program gets.
@@ -45,7 +47,7 @@ class Scene {
   void Keep() { keep_ = true; }
 
   // Writes a file below the work folder, and creates missing parent folders. The file's
-  // modification time is well before now.
+  // modification time is an hour before now.
   void Write(const std::string& name, std::string_view bytes) const;
   void MakeFolder(const std::string& name) const { MakeFolders(At(name)); }
   std::string Read(const std::string& name) const { return ReadWholeFile(At(name)); }

@@ -79,7 +79,7 @@ const Entry* FindEntry(const RandomCase& made, const std::string& name) {
 }
 
 // Returns whether a single-file run may have this entry as its source. The entry must be a file
-// without the work file's name.
+// whose name is not the work file's.
 bool IsSource(const Entry& entry) {
   const std::string temporary = "/tijdel.enc";
   return !entry.is_folder && (entry.name.size() < temporary.size() ||

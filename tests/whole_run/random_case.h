@@ -37,11 +37,12 @@ struct RandomCase {
   std::string description;
 };
 
-// Adds files and folders below `folder` (a path below the work folder), `depth` levels deep.
+// Adds `folder` (a path below the work folder) with random files, and sub-folders down to `depth`
+// levels below it.
 void AddRandomTree(const std::string& folder, std::size_t depth, const RandomList& list,
                    RandomSource* random, std::vector<Entry>* entries);
 
-// Returns lines 7 and following of a settings file.
+// Returns random extension lines: a settings file from line 7 on.
 std::string RandomExtensionLines(RandomSource* random);
 
 // Returns a random modification time in nanoseconds since 1970: from 2000 to 2011, or in 2099 or

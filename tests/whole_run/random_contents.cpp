@@ -21,7 +21,8 @@ std::string LineBreaksFor(const std::string& text) {
   return result;
 }
 
-// Returns a left text as a file might contain it, with each wildcard replaced by `span` or kept.
+// Returns one of the list's left texts as a file might contain it: each wildcard is replaced by
+// `span` or kept, and the last byte may be missing.
 std::string Planted(const RandomList& list, const std::string& span, RandomSource* random) {
   if (list.rows.empty()) {
     return random->Text(list.alphabet, 0, 6);
@@ -62,8 +63,8 @@ void Overlay(std::size_t at, const std::string& text, std::string* bytes) {
 std::string RandomContents(const RandomList& list, std::size_t size, RandomSource* random) {
   std::string bytes;
   while (bytes.size() < size) {
-    // Contents mostly begin with a planted text, because a match at the first byte is a special
-    // case of writing.
+    // Most contents begin with a planted text, because a match at the first byte is a special case:
+    // it may write in front of the first byte.
     const std::size_t kind = bytes.empty() && !random->OneIn(3) ? 50 : random->Below(100);
     if (kind < 45) {
       bytes += random->Text(list.alphabet, 1, 4);
@@ -92,7 +93,7 @@ std::string ContentsAcrossBorder(const RandomList& list, std::size_t border, Ran
     Overlay(place - std::min(place, back), island, &bytes);
   }
   // In some contents, the wildcards of one planted text are replaced by about as many bytes as a
-  // capture can have.
+  // capture can have at most.
   if (random->OneIn(2)) {
     const std::string span(random->Between(32740, 32775), kFiller);
     Overlay(random->Between(1, 200), Planted(list, span, random), &bytes);

@@ -24,7 +24,8 @@ void ChooseJoker(RandomList* list, RandomSource* random) {
   list->joker = static_cast<unsigned char>(joker);
   list->joker_line = std::string("jok=") + joker;
   if (joker == 'j' && random->OneIn(2)) {
-    list->joker_line = "jok";  // without "=" the whole line is the value
+    // Without "=", the whole line is the value, and the wildcard is its first byte: "j".
+    list->joker_line = "jok";
   } else if (random->OneIn(8)) {
     list->joker_line += "xyz";
   }

@@ -28,8 +28,9 @@ RandomList MakeRandomList(RandomSource* random);
 // Returns contents of about `size` bytes made of letters, planted left texts and odd bytes.
 std::string RandomContents(const RandomList& list, std::size_t size, RandomSource* random);
 
-// Returns contents a little longer or shorter than `border` bytes. Most of the bytes are filler;
-// planted left texts stand at the border, at some offsets in front of it, and at the end.
+// Returns contents a little longer or shorter than `border` bytes. Most of the bytes are filler.
+// Planted left texts stand at or just in front of the offset `border`, of some smaller offsets, and
+// of the end.
 std::string ContentsAcrossBorder(const RandomList& list, std::size_t border, RandomSource* random);
 
 }  // namespace morvex::whole_run

@@ -1,5 +1,5 @@
-// Random source trees. For every rule about names, the pools of names contain names to which the
-// rule applies.
+// Random source trees. Many of the names are picked from fixed lists; for every rule about names,
+// these lists contain names to which the rule applies.
 
 #include <set>
 

@@ -129,9 +129,9 @@ std::string WithoutFinalLineBreak(std::string text) {
   return text;
 }
 
-// Standard error must begin with the predicted message boxes, word for word. The console's own
-// remarks may follow, but only if the run gives an occasion for them. A sanitizer's report must
-// never follow.
+// Warnings that have tests of their own are left out of standard error. The rest must begin with
+// the predicted message boxes, word for word. The console's own remarks may follow, but only if the
+// run gives an occasion for them. A sanitizer's report must never follow.
 void CheckErrors(const RunOutcome& expected, const std::string& errors, std::ostringstream* text) {
   const std::string found = WithoutFinalLineBreak(WithoutWarnings(errors));
   const bool in_front = found.compare(0, expected.messages.size(), expected.messages) == 0;

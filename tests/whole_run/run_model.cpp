@@ -65,8 +65,8 @@ void RunFolder(const RunInput& input, const Settings& settings, FolderModel* fil
   const std::string source = LookedUpPath(settings.source, input.current_folder);
   const std::string target = LookedUpPath(settings.target, input.current_folder);
   if (source.empty()) {
-    // For an empty path, the program finds neither the folder nor its drive, so it cannot scale the
-    // progress bar and ends with this message.
+    // For an empty source path, the program finds neither the folder nor its drive. So it cannot
+    // scale the progress bar, and it ends with this message.
     outcome->messages = "Errors occurred.\nProgramm will be terminated.";
     outcome->exit_status = 1;
     return;

@@ -49,11 +49,11 @@ struct RunOutcome {
   std::array<std::string, 3> captions;
   // The texts of the message boxes, with LF as line break; empty if there was none.
   std::string messages;
-  // Whether the console may add remarks of its own behind the message boxes. It may if the run
-  // failed, left something out or replaced nothing, or if the target has other files.
+  // Whether the console may add remarks of its own behind the message boxes. It may do so if the
+  // run failed, left something out or replaced nothing, or if `other_files` is not 0.
   bool occasion_for_remarks = false;
-  // The number of files in the target that the run did not put there. The console reports a number
-  // other than 0.
+  // The number of files in the target that the run did not put there. The console reports this
+  // number if it is not 0.
   std::int64_t other_files = 0;
   int exit_status = 0;
 };

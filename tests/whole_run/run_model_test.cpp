@@ -52,8 +52,8 @@ TEST(EngineModel, EndOfFileEndsAnAttempt) {
 }
 
 TEST(EngineModel, JokerInTheRightTextAloneWritesTheSingleElement) {
-  // Without a wildcard in the left text, the capture is one byte of value 0. The "*" also asks for
-  // a second byte; there is none, so the rest of the right text is not written.
+  // No left text of this list has a wildcard, so the capture is one byte of value 0. The "*" asks
+  // for two bytes. The second one is missing, so the rest of the right text is not written.
   EXPECT_EQ(Once({{"b", "<*>"}}, '*', "abc").bytes, Bytes("a<\0c", 4));
 }
 
@@ -74,8 +74,9 @@ TEST(EngineModel, TailOfSeveralBytesIsLeftOutOfTheSpan) {
 }
 
 TEST(EngineModel, TailInFrontOfTheJokerMovesTheWritingBack) {
-  // The capture has 1 byte, and the text behind the wildcard has 5. So the "*" of the right text
-  // moves the write position by 1 - 5 + 1 = -3 bytes.
+  // The text behind the wildcard (5 bytes) is longer than the capture (1 byte). So the "*" of the
+  // right text moves the write position back, here by 3 bytes: the bytes written there before are
+  // replaced.
   const std::vector<Row> rows{{"abcde*abcde", "*<>"}};
   EXPECT_EQ(Once(rows, '*', "1234567abcdeYabcdeZ.").bytes, "1234<>Z.");
   EXPECT_EQ(Once(rows, '*', "abcdeYabcdeZ.").bytes, ".");
@@ -92,7 +93,8 @@ TEST(EngineModel, LineBreakTokenStandsForTwoBytes) {
 }
 
 TEST(EngineModel, LongestSpanIsAsLongAsTheCountersAllow) {
-  // A match has at most 32766 bytes: one for each of the counter's values 1 to 32766.
+  // An attempt can look at 32,767 bytes, the last of which is not part of the match. So a match has
+  // at most 32,766 bytes.
   const string longest = "a" + string(32764, 'x') + "c";
   EXPECT_EQ(Once({{"a*c", "!"}}, '*', longest + "z").bytes, "!z");
   const string longer = "a" + string(32765, 'x') + "c";

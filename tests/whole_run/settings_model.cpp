@@ -129,7 +129,7 @@ std::vector<Row> ReadGrid(std::string_view list_bytes, const std::string& separa
   }
   const std::string doubled = separator + separator;
   bool final_row_seen = false;
-  std::size_t at = 0;  // the row that the next line goes to
+  std::size_t at = 0;  // the index of the row that takes the next line
   for (const std::string& line : TextLines(list_bytes)) {
     const std::size_t cut = line.find(separator);
     if (cut == std::string::npos) {

@@ -19,9 +19,9 @@ struct Settings {
   std::string source;
   std::string target;
   std::string list_path;
-  int logging_box = 0;  // 0, 1 or 2, as the check box holds it
+  int logging_box = 0;  // state of the check box: 0 empty, 1 checked, 2 greyed
   std::string separator = "|";
-  unsigned char joker = 0;  // 0: none
+  unsigned char joker = 0;  // 0 if there is none
   std::vector<ExtensionEntry> extensions;
 };
 

@@ -62,8 +62,8 @@ TEST_F(Cases, SettingsFileThatIsShort) {
 }
 
 TEST_F(Cases, SettingsFileThatNamesNoTargetCopiesNothing) {
-  // The program takes an empty target for an existing folder. It must write no copy there, not even
-  // into the root folder.
+  // The program treats an empty target path as an existing folder, and a copy's path would then
+  // begin with "/". The run must write no copy, not even into the root folder.
   const string stray = "/whole_run_stray.bin";
   scene_.Write("src" + stray, "x");
   scene_.Write("job.dat", scene_.At("src") + "\r\n");
@@ -148,8 +148,8 @@ TEST_F(Cases, ListWithoutItsSeparator) { EXPECT_EQ(RunWithList("ab;X\r\nab:X\r\n
 TEST_F(Cases, LastRowWithoutARightTextDeletes) {
   EXPECT_EQ(RunWithList("ab|||\r\n"), "");
   EXPECT_EQ(scene_.Read("out/sub/c.txt"), "");
-  // The row ends with one separator fewer than usual. So its right text has only one of the two
-  // characters that the program cuts off.
+  // The program cuts two characters off the right text of the last row. Here this text is "|", so
+  // there is only one character to cut off.
   EXPECT_EQ(RunWithList("ab||\r\n"), "");
   EXPECT_EQ(scene_.Read("out/sub/c.txt"), "");
 }

@@ -26,7 +26,7 @@ class CommandLine : public testing::Test {
     return UsualSettings(scene_.At("src"), scene_.At(target), scene_.At("list"));
   }
 
-  // Runs, and checks that neither the work folder nor the program folder has changed.
+  // Runs the program, and checks that neither the work folder nor the program folder has changed.
   ProgramResult RunWithoutTrace(const std::vector<string>& arguments) {
     const Disk before = Disk::Snapshot(scene_.root());
     const ProgramResult result = scene_.Run(arguments);

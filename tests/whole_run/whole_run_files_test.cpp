@@ -41,7 +41,7 @@ class Files : public testing::Test {
     std::filesystem::create_symlink(text, scene_.At(name));
   }
   ProgramResult Run() const { return scene_.Run({"-if", scene_.At("job.dat")}); }
-  // Runs, and checks that `name` in the work folder has not changed.
+  // Runs the program, and checks that the file or folder `name` in the work folder has not changed.
   void RunAndExpectUnchanged(const string& name, int status = 0) const {
     const Disk before = Disk::Snapshot(scene_.At(name));
     EXPECT_EQ(Run().status, status);

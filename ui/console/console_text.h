@@ -15,9 +15,9 @@ std::string ProgressLine(const Program& program);
 // that was stopped, returns the counts up to the stop.
 std::string ResultLines(const Program& program);
 
-// Returns what the result labels do not say: files without a copy and why, files in the target that
-// are not of this run, what a stop left, why nothing was anonymised. Returns an empty text when
-// there is nothing to say.
+// Returns what the result labels do not say: which files have no copy and why, how many files in
+// the target this run did not write, what a stopped run left behind, why nothing was anonymised.
+// Returns an empty text when there is nothing to say.
 std::string RunNotes(const Program& program);
 
 // Returns a number of bytes as in "1.5 MB"; 1 kB is 1000 bytes.

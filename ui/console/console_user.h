@@ -22,7 +22,7 @@ struct ConsoleStreams {
   std::function<int()> columns;          // width of the terminal
   std::function<bool()> stop_requested;  // whether the user interrupted the program
   bool answers_yes = false;              // answers every question with yes, without asking
-  bool shows_progress = true;            // if `error` is a terminal
+  bool shows_progress = true;            // without effect if `error` is no terminal
 };
 
 class ConsoleUser : public UserService {

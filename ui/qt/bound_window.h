@@ -15,7 +15,8 @@ class BoundWindow : public QWidget {
   // made, because the toolkit determines a widget's role only once.
   explicit BoundWindow(Form& state) : state_(state) { TellSpokenRoles(); }
 
-  // Shows the current state. When this call changes a widget, no handler of the core is called.
+  // Shows the current state. Texts and values that the user enters reach the core's handlers; those
+  // that this call sets do not. A focus that this call moves may reach them.
   virtual void Show() = 0;
 
   // Whether the window should be on the screen.

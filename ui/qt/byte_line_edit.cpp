@@ -199,7 +199,7 @@ void ByteLineEdit::TellRefusal(const QString& why) {
   if (isVisible()) QToolTip::showText(mapToGlobal(cursorRect().bottomLeft()), why, this);
 }
 
-// A dropped file would enter its URL as text.
+// A dropped file would enter its URL as text, so files are refused.
 void ByteLineEdit::dragEnterEvent(QDragEnterEvent* event) {
   if (event->mimeData()->hasUrls()) return event->ignore();
   QLineEdit::dragEnterEvent(event);

@@ -25,19 +25,19 @@ class ByteLineEdit : public QLineEdit {
   // `page` must outlive the widget.
   explicit ByteLineEdit(const CodePage& page, QWidget* parent = nullptr);
 
-  // Shows other bytes, without emitting BytesEdited. The caret keeps its distance from the start,
-  // and the undo history is cleared.
+  // Shows `bytes` without emitting BytesEdited. If they are not shown already, the caret keeps its
+  // distance from the start, and the undo history is cleared.
   void ShowBytes(const std::string& bytes);
-  // Sets the tool tip that is shown while no refusal is explained there. `text` is plain text,
-  // never markup.
+  // Sets the tool tip. When a change is refused, the reason takes its place until the next change.
+  // `text` is plain text, never markup.
   void ShowToolTip(const QString& text);
   const std::string& bytes() const { return bytes_; }
   // Returns the end of the selection, or the caret's offset, in bytes.
   std::size_t SelectionEnd() const;
   void MoveCaretTo(std::size_t bytes);
-  // After this call, pasted lines of two texts with a tab between them are table rows: RowsPasted
-  // passes the rows on, and the text of this line edit stays. A text with any other tab is refused,
-  // unless it is one tab alone.
+  // After this call, a pasted text whose lines have exactly one tab each is taken as table rows:
+  // RowsPasted passes the rows on, and this line edit keeps its text. A text with tabs in any other
+  // way is refused; only a single tab alone is inserted like a character.
   void ExpectRows() { expects_rows_ = true; }
   // Shows in the tool tip, until the next change, why something was refused.
   void TellRefusal(const QString& why);
@@ -63,7 +63,7 @@ class ByteLineEdit : public QLineEdit {
   class Validator;
   struct Insertion {
     int at = 0;
-    int replaced = 0;  // the number of UTF-16 units from `at` on that `text` replaces
+    int replaced = 0;  // how many UTF-16 units, counted from `at`, are replaced by `text`
     QString text;
   };
 
@@ -78,8 +78,8 @@ class ByteLineEdit : public QLineEdit {
   QString shown_;  // the last accepted text
   QString tool_tip_;
   QString refusal_;  // why the change under validation is refused; empty when it is accepted
-  // What takes the place of a refused change: the inserted text without its last line break, or
-  // rows.
+  // What takes the place of a refused change: the inserted text without its last line break, or the
+  // pasted rows, which RowsPasted passes on. At most one of the two is set.
   std::optional<Insertion> without_line_end_;
   std::optional<PastedRows> rows_;
   QTimer deferred_;

@@ -26,7 +26,8 @@ class CodePage {
   // Returns the page for file names. If the locale has no single-byte page with characters beyond
   // ASCII, names are UTF-8, as the toolkit and other programs assume.
   static CodePage OfFileNames(TextCodec codec);
-  // The code page of the system; a byte without a character is shown as U+DC00 to U+DCFF.
+  // `characters` is the code page of the system. A byte without a character is shown as a lone
+  // surrogate, U+DC00 to U+DCFF.
   explicit CodePage(const PageCharacters& characters);
 
   // Return the code pages of this machine for texts and for file names.
@@ -47,8 +48,8 @@ class CodePage {
   qsizetype CharactersInFront(const QString& shown, std::size_t bytes) const;
 
  private:
-  // Returns the bytes of the character at `at` and moves `at` behind it; empty for a character that
-  // has no bytes.
+  // Returns the bytes of the character at `at`, or an empty text if the character has no bytes.
+  // Moves `at` behind the character.
   std::string NextBytes(const QString& shown, qsizetype& at) const;
   void TakeCharacters(const PageCharacters& characters);
 

@@ -16,7 +16,7 @@ constexpr int kRefreshInterval = 33;
 
 void ShowOrHide(BoundWindow& window) {
   const bool is_wanted = window.IsWanted();
-  // A window that is shown again keeps its position; a window manager would choose a new one.
+  // Without this, the window manager would choose a new position for a window that is shown again.
   QWindow* const before = window.windowHandle();
   const bool has_place = before != nullptr && !window.isMaximized();
   if (is_wanted && window.isHidden() && has_place) before->setPosition(before->position());

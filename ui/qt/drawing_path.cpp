@@ -10,7 +10,8 @@ namespace morvex {
 namespace {
 
 // Adds an arc of a circle from the current position to `to`. A radius that is too small is enlarged
-// to fit. `large`: the longer of the two arcs; `clockwise`: as seen on the screen.
+// to fit. `large`: whether the arc is the longer one of the two possible arcs. `clockwise`: its
+// direction on the screen.
 void AddArc(QPainterPath& path, QPointF to, qreal radius, bool large, bool clockwise) {
   const QPointF from = path.currentPosition();
   const QPointF half = (to - from) / 2;
@@ -22,7 +23,7 @@ void AddArc(QPainterPath& path, QPointF to, qreal radius, bool large, bool clock
   const qreal aside = std::sqrt(r * r - half_length * half_length) / half_length;
   const QPointF right(-half.y() * aside, half.x() * aside);
   const QPointF centre = (from + to) / 2 + (large == clockwise ? -right : right);
-  // The toolkit's angles are counter-clockwise.
+  // The toolkit's angles grow counter-clockwise.
   const qreal start = QLineF(centre, from).angle();
   qreal sweep = QLineF(centre, to).angle() - start;
   if (clockwise && sweep > 0) sweep -= 360;
@@ -43,7 +44,7 @@ class PathReader {
         return std::nullopt;  // Z takes no numbers.
       }
       if (!Step(command) || failed_) return std::nullopt;
-      // Further points after a move are lines, as SVG says.
+      // In SVG, the points that follow the first point of a move are the ends of lines.
       if (command == 'M') command = 'L';
       if (command == 'm') command = 'l';
     }

@@ -111,7 +111,8 @@ EditorWindowWidget::EditorWindowWidget(Program& program, const CodePage& page)
 void EditorWindowWidget::Report(const std::function<void()>& handler) {
   if (showing_ || !state().loaded || !state().visible) return;
   handler();
-  // Shown at once, so that the next key reaches the cell that has the focus now.
+  // Shows the new state at once, so that the next key reaches the cell to which the handler moved
+  // the focus.
   Show();
   TellFocus();
 }
@@ -136,9 +137,9 @@ void EditorWindowWidget::TellCaret(CellAddress cell) {
   if (band_.At(cell) != nullptr) Cell_SelectionChange(program_, cell, band_.TakeCaret(cell));
 }
 
-// The wheel scrolls while a cell keeps the focus. For that moment the core is told that the scroll
-// bar has the focus, as when the user drags it; otherwise the core would not move the rows when the
-// user scrolls to the end.
+// The wheel can scroll while a cell has the focus. During the call of its handler, the core is then
+// told that the scroll bar has the focus, as when the user drags the bar. Otherwise the core would
+// not move the rows when the user scrolls to the end.
 void EditorWindowWidget::ScrollByUser(int value) {
   Report([&] {
     const ReplacementsForm& grid = program_.frmReplacements;
@@ -175,9 +176,9 @@ void EditorWindowWidget::TakePastedRows(CellAddress cell, const PastedRows& past
           .arg(*taken + 1));
 }
 
-// Called when the user types while the scroll bar has the focus. The bar has the focus when the
-// focused cell went out of view or the user dragged the bar. Passes focus and key to the cell that
-// had the focus before. Returns false if that is not possible.
+// Called when the user types while the scroll bar has the focus. The bar gets the focus, for
+// example, when the focused cell goes out of view or the user drags the bar. Passes focus and key
+// to the cell that had the focus before. Returns false if that is not possible.
 bool EditorWindowWidget::TypeInRememberedCell(QKeyEvent& event) {
   bool returned = false;
   Report([&] { returned = ReturnToCell(program_); });
@@ -292,8 +293,8 @@ void EditorWindowWidget::Arrange() {
   commands_.Place(scale, 2 * wider);
 }
 
-// The caption's words are the headings of the columns. A title bar does not show the gap between
-// the words, so they are repeated above the columns.
+// The caption consists of the headings of the two columns with a wide gap between them. A title bar
+// does not show the gap, so the headings are repeated above the columns.
 void EditorWindowWidget::ShowHeadings() {
   static const QRegularExpression kGap(" {2,}");
   const QString caption = page_.Shown(program_.frmReplacements.caption.get());

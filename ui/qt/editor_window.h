@@ -59,7 +59,7 @@ class EditorWindowWidget : public BoundWindow {
   QLabel* const right_heading_;
   QScrollBar* const scroll_bar_;
   std::vector<QWidget*> tab_order_;
-  bool showing_ = false;  // Show is running: signals of widgets do not come from the user
+  bool showing_ = false;  // true while Show runs: signals of widgets do not come from the user
   bool is_sized_ = false;
   GridBand band_;
   ListCommands commands_;

@@ -15,11 +15,14 @@ class ExtensionList : public QListWidget {
  public:
   explicit ExtensionList(QWidget* parent);
 
-  // Shows the entries of `list`. The signals are the same as when the user makes these changes.
+  // Shows the entries of `list`, which of them are selected, and the current one. The widget then
+  // emits the same signals as when the user selects an entry or makes one current, so the caller
+  // must ignore signals during this call.
   void ShowEntries(const CodePage& page, const ListBox& list);
 
   int RowHeight() const;
-  // Returns the height in pixels for all entries: at least one row, at most `room`.
+  // Returns the height in pixels for all entries, or for as many of them as fit into `room`, but at
+  // least for one row. The height is never greater than `room`.
   int HeightWithin(int room) const;
 
   // Does nothing: only Space and the mouse change the selection, one entry at a time.

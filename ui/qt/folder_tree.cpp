@@ -59,7 +59,8 @@ void FolderTreeView::OpenAt(const std::string& path) {
     model_->setRootPath(QString());
     setModel(model_);
     for (int column = 1; column < kColumns; ++column) hideColumn(column);
-    // Folders are read in the background; until that is done, rows appear and move.
+    // Folders are read in the background. Until that is done, rows appear and move, and GoTo has to
+    // find the folder again.
     const auto settle = [this] {
       if (!opened_at_.isEmpty()) GoTo(opened_at_);
     };
@@ -142,7 +143,7 @@ void FolderTreeView::mousePressEvent(QMouseEvent* event) {
 
 void FolderTreeView::mouseDoubleClickEvent(QMouseEvent* event) {
   const QModelIndex index = indexAt(event->position().toPoint());
-  // On the sign beside a name a double click counts as two clicks.
+  // A double click on the expand sign beside a name counts as two clicks.
   const bool on_name = index.isValid() && visualRect(index).contains(event->position().toPoint());
   if (event->button() == Qt::LeftButton && on_name) {
     Choose(index);

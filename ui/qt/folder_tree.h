@@ -52,9 +52,9 @@ class FolderTreeView : public QTreeView {
   QFileSystemModel* model_ = nullptr;  // made when the tree is opened for the first time
   // The folder at which the tree is being opened. Empty after the user's first key or click.
   QString opened_at_;
-  bool going_ = false;  // the program is moving to a folder, not the user
-  // Whether the current folder is marked: since the tree was opened, the user has moved to a folder
-  // or clicked one.
+  bool going_ = false;  // true while the program, not the user, moves to a folder
+  // Whether the current folder is marked. It is when the user has moved to a folder or clicked one
+  // since the tree was opened.
   bool is_marked_ = false;
 };
 

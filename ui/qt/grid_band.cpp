@@ -23,11 +23,11 @@ class GridCell : public ByteLineEdit {
   void paintEvent(QPaintEvent* event) override {
     ByteLineEdit::paintEvent(event);
     const int line = hasFocus() ? 2 : 1;  // pixels
-    // The window's palette, because the cell's own text colour may be red.
+    // Uses the window's palette, because the cell's own text colour may be red.
     const QPalette colours = window()->palette();
     const QColor colour = hasFocus() ? colours.color(QPalette::Highlight) : Outline(colours);
     QPainter painter(this);
-    // Filled strips, because these cover whole pixels at any scale of the screen.
+    // Draws filled strips, because these cover whole pixels at any scale of the screen.
     painter.fillRect(0, 0, width(), line, colour);
     painter.fillRect(0, height() - line, width(), line, colour);
     painter.fillRect(0, 0, line, height(), colour);

@@ -35,8 +35,8 @@ class GridBand : public QObject {
   ByteLineEdit* At(CellAddress cell) const;
   // Returns nothing when the widget is no cell in view.
   std::optional<CellAddress> AddressOf(const QObject* widget) const;
-  // Returns the end of a cell's selection, or its caret's offset, in bytes, to be passed to the
-  // grid. The cell must be in view.
+  // Returns the end of the cell's selection, or its caret's offset, in bytes; the caller must pass
+  // it on to the grid. The cell must be in view.
   std::size_t TakeCaret(CellAddress cell);
   // Returns the cells in view, row by row from the top, left before right.
   std::vector<ByteLineEdit*> InTabOrder() const;

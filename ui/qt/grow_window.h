@@ -4,8 +4,8 @@ class QWidget;
 
 namespace morvex {
 
-// Sets a window's height in pixels, and moves the window up by as much as it would reach below its
-// screen.
+// Sets a window's height in pixels. If the window then reaches below its screen, moves it up by as
+// much, but not beyond the top of the screen.
 void GrowTo(QWidget& window, int height);
 
 }  // namespace morvex

@@ -14,7 +14,7 @@ class HeldEnterFilter : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  // The timestamp of the key's last release, in milliseconds; 0 when unknown.
+  // The timestamp of the last release of Enter, in milliseconds; 0 when unknown.
   quint64 released_at_ = 0;
 };
 

@@ -13,9 +13,9 @@ namespace {
 
 constexpr int kRoomBesideCaption = 12;  // pixels, for a button's frame
 
-// A button that acts on its mnemonic at once. The toolkit's button is first shown pressed for a
-// tenth of a second. It would have the focus meanwhile (see Add), so keys typed in that time would
-// be lost.
+// A button that acts on its mnemonic at once. A button of the toolkit is first shown pressed for a
+// tenth of a second and has the focus meanwhile (see Add), so keys typed in that time would be
+// lost.
 class CommandButton : public QPushButton {
  public:
   using QPushButton::QPushButton;

@@ -33,7 +33,7 @@ class ListCommands : public QObject {
   std::vector<QWidget*> InTabOrder() const;
 
  signals:
-  // `opens_afresh`: the handler may bring the editor into its freshly opened state.
+  // `opens_afresh`: whether the handler may bring the editor into its freshly opened state.
   void Clicked(Handler handler, bool opens_afresh);
 
  private:

@@ -34,8 +34,8 @@ class MainWindowWidget : public BoundWindow {
   // Every control is a child widget with the control's name as object name; the path boxes are
   // "Text1_0" and "Text1_2".
   void Show() override;
-  // Also true while a run still works although the form is unloaded; the window then shows that the
-  // run is stopping.
+  // Whether the window should be on the screen. While a run still works after the form was
+  // unloaded, the window stays there and shows that the run is stopping.
   bool IsWanted() const override;
 
  protected:
@@ -97,9 +97,9 @@ class MainWindowWidget : public BoundWindow {
   QProgressBar* progress_;
   PictureView* image_;
 
-  // Every control of the form and its widget.
+  // Each control of the form, with its widget.
   std::vector<std::pair<const Control*, QWidget*>> controls_;
-  std::vector<int> tab_order_;  // tab index of each of `controls_`, as last applied
+  std::vector<int> tab_order_;  // the tab indexes of `controls_`, as last applied
 
   QGridLayout* paths_ = nullptr;
   QBoxLayout* column_ = nullptr;

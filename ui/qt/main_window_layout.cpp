@@ -79,7 +79,7 @@ void MainWindowWidget::LayOut() {
   column_->addStretch(1);
 }
 
-// Puts the labels and path boxes in a frame, and the two pictures beside it.
+// Puts the labels and path boxes into a frame, and places the two pictures beside this frame.
 QBoxLayout* MainWindowWidget::LayOutPaths() {
   paths_ = new QGridLayout;
   paths_->setContentsMargins(kGap, kGap, kGap, kGap);
@@ -127,7 +127,7 @@ QBoxLayout* MainWindowWidget::LayOutCommands() {
     button->setFont(NamedFont(state->font, button->font()));
     commands->addWidget(button);
   }
-  // Go is wide enough for each of its captions.
+  // Makes Go wide enough for each of its captions.
   for (const char* caption : {kGoIdle, kGoPathsChanged, kGoArmed}) {
     go_->setText(caption);
     go_->setMinimumWidth(std::max(go_->minimumWidth(), go_->sizeHint().width()));

@@ -179,7 +179,8 @@ void MainWindowWidget::ShowTree() {
   column_->setStretch(kSpacePlace, 0);
   tree_->show();
   if (!was_hidden || isMaximized() || isFullScreen()) return;
-  // No taller than the screen, unless the tree's minimum height has made the window taller already.
+  // The window must not become taller than the screen. But if the tree's minimum height has already
+  // made it taller, it stays so.
   const int tall = before + tree_->sizeHint().height() - row->box->height();
   GrowTo(*this, std::max(height(), std::min(tall, screen()->availableGeometry().height())));
   tree_grew_ = height() - before;
@@ -207,10 +208,10 @@ void MainWindowWidget::ShowPointers() {
   list_->ShowPointer(is_busy ? MousePointer::kDefault : window_.imList.mouse_pointer);
 }
 
-// When a focused control is disabled or hidden, the toolkit moves the focus to the next control;
-// when a window becomes active without a focus, the toolkit gives it to the first control. At the
-// start of a run the toolkit would choose Exit in both cases, and the next key would end the run.
-// So the window itself takes the focus.
+// When a focused control is disabled or hidden, the toolkit moves the focus to the next control.
+// When a window without a focused control becomes active, the toolkit focuses the first control. At
+// the start of a run, this would be Exit in both cases, and the next key would end the run. So the
+// window itself takes the focus.
 void MainWindowWidget::KeepFocusFromExit() {
   const QWidget* const focused = focusWidget();
   const auto at = std::find_if(controls_.begin(), controls_.end(),

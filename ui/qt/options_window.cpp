@@ -26,8 +26,8 @@ constexpr int kRoomForList = 4;  // the layout's row that makes room for the ope
 constexpr int kMargin = 16;
 constexpr int kSpacing = 12;
 constexpr int kGap = 2;          // pixels between the entry field, its button and its list
-constexpr int kShortField = 8;   // characters
-constexpr int kEntryField = 20;  // characters
+constexpr int kShortField = 8;   // width in characters
+constexpr int kEntryField = 20;  // width in characters
 
 // Returns the key's code in core/forms/keys.h; 0 for keys that no handler uses.
 int KeyCode(const QKeyEvent& event) {
@@ -68,7 +68,7 @@ bool IsListCommand(const QKeyEvent& event) {
   return ShiftState(event) == kShiftControl && (key == kKeyEnter || key == kKeyDelete);
 }
 
-// Returns the window in front of which a new one is shown.
+// Returns the window in front of which `window` is to be shown; null if there is none.
 QWidget* OtherWindow(const QWidget* window) {
   const QWidgetList windows = QApplication::topLevelWidgets();
   const auto found = std::find_if(windows.begin(), windows.end(), [&](const QWidget* other) {
@@ -373,7 +373,8 @@ void OptionsWindowWidget::ShowLogging() {
   const std::array<Qt::CheckState, 3> states = {Qt::Unchecked, Qt::Checked, Qt::PartiallyChecked};
   const Qt::CheckState wanted = states[static_cast<std::size_t>(state_.chkLoggen.value())];
   if (chkLoggen_->checkState() != wanted) chkLoggen_->setCheckState(wanted);
-  chkLoggen_->setTristate(wanted == Qt::PartiallyChecked);  // a click never greys it
+  // The box has its grey state only while it shows it, so no click can grey the box.
+  chkLoggen_->setTristate(wanted == Qt::PartiallyChecked);
 }
 
 void OptionsWindowWidget::ShowList() {
@@ -416,12 +417,12 @@ QWidget* OptionsWindowWidget::WidgetOf(const Control* control) const {
   return nullptr;
 }
 
-// Makes the window taller while the list is open, so that the list does not cover the button
-// Toepassen and, where the screen allows, is shown whole.
+// Makes the window taller while the list is open, so that the list, without covering the button
+// Toepassen, has room for its entries, or for kListRows of them if there are more.
 void OptionsWindowWidget::MakeRoomForList(bool is_open) {
   auto& grid = *static_cast<QGridLayout*>(layout());
   const int wanted = lstExtensie_->HeightWithin(kListRows * lstExtensie_->RowHeight() + 2 * kGap);
-  // The list also covers the row of the logging box.
+  // The open list also covers the row of the logging box, so it needs less additional room.
   const int needed = wanted + kGap - chkLoggen_->sizeHint().height() - 2 * kSpacing;
   const int before = height();  // measured now, because activate() may enlarge the window
   grid.setRowMinimumHeight(kRoomForList, is_open ? std::max(0, needed) : 0);

@@ -72,9 +72,9 @@ class OptionsWindowWidget : public BoundWindow {
   QPushButton* const cmdToepassen_;
   ExtensionList* const lstExtensie_;  // the last child, so it is drawn above the others
   std::uint64_t focus_requests_ = 0;
-  bool showing_ = false;    // Show is running: signals of widgets do not come from the user
+  bool showing_ = false;    // true while Show runs: signals of widgets do not come from the user
   int grown_for_list_ = 0;  // pixels by which the open list made the window taller
-  bool is_placed_ = false;  // positioned once; from then on the user moves and sizes it
+  bool is_placed_ = false;  // whether the window got its first position; then the user moves it
 };
 
 }  // namespace morvex

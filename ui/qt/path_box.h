@@ -1,5 +1,5 @@
-// A line edit for a path: typed, dropped from a file manager, or chosen in the folder tree. A
-// double click, Alt+Down or the folder button at the box's end opens the tree.
+// A line edit for a path that is typed, dropped from a file manager, or chosen in the folder tree.
+// A double click, Alt+Down or the folder button at the box's end opens the tree.
 #pragma once
 
 #include <string>
@@ -16,7 +16,7 @@ class PathBox : public ByteLineEdit {
   Q_OBJECT
 
  public:
-  // Accepts one dropped file or folder. `files` and `page` must outlive the widget.
+  // The box accepts a single dropped file or folder. `files` and `page` must outlive the widget.
   PathBox(FileService& files, const CodePage& page, QWidget* parent);
 
  signals:

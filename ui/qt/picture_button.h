@@ -1,4 +1,5 @@
-// A picture that acts as a button: by the mouse, and by Space or Enter when it has the focus.
+// A picture that acts as a button. The mouse presses it; when it has the focus, Space and Enter do
+// so, too.
 #pragma once
 
 #include <QAbstractButton>

@@ -9,7 +9,7 @@ namespace morvex {
 namespace {
 
 constexpr int kCursorSize = 32;
-// The tip of the pointing finger, in pixels, on a cursor of kCursorSize pixels.
+// The offsets of the pointing finger's tip, in pixels, in a cursor of kCursorSize pixels.
 constexpr int kHotX = 11;
 constexpr int kHotY = 3;
 

@@ -55,8 +55,8 @@ Answer Refusal(MessageButtons buttons) {
   return Answer::kOk;
 }
 
-// The core's filter "Text (*.txt)|*.txt" consists of a name and patterns; the toolkit reads the
-// patterns from the name.
+// The core's filter "Text (*.txt)|*.txt" consists of a name and patterns. The toolkit's filter is a
+// name that ends with the patterns in parentheses.
 QString ToolkitFilter(const QString& filter) {
   const QString name = filter.section('|', 0, 0);
   QString patterns = filter.section('|', 1);

@@ -23,9 +23,9 @@ void ShowPresence(QWidget& widget, const Control& control);
 // for black, and a readable shade for every other colour.
 QColor TextColour(Colour colour, const QPalette& palette);
 
-// Returns `colour`, mixed with as much of `ink` as its contrast ratio to `ground` needs to reach
-// `contrast`. A ratio of 1 is no contrast, 21 is black on white. Returns `ink` when no mixture
-// reaches it.
+// Returns `colour`, mixed with just enough of `ink` to reach the contrast ratio `contrast` to
+// `ground`. A ratio of 1 is no contrast, 21 is black on white. Returns `ink` when no mixture
+// reaches `contrast`.
 QColor Readable(const QColor& colour, const QColor& ink, const QColor& ground, double contrast);
 
 // Returns the colour for the outline of text boxes in that palette.
@@ -36,7 +36,7 @@ QColor Outline(const QPalette& palette);
 // widget draws text.
 void ShowTextColour(QWidget& widget, const Control& control, QPalette::ColorRole role);
 
-// Returns a caption with LF as the toolkit's line break instead of CR LF.
+// Returns a caption with LF, the toolkit's line break, in place of each CR LF.
 QString ShownLines(const CodePage& page, const std::string& caption);
 
 // Returns the text escaped so that a button or menu shows every "&" literally.

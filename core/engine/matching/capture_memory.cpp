@@ -32,8 +32,8 @@ void CaptureMemory::TriedUpTo(std::uint64_t offset) {
   accounted_up_to_ = std::max(accounted_up_to_, offset);
 }
 
-// Cuts the buffer down to its first byte. The recorded rows could only do the same, so their record
-// is dropped.
+// Cuts the buffer down to its first byte. The rows recorded in tried_ could only do the same, so
+// tried_ is emptied.
 void CaptureMemory::CutLong() {
   if (vain_row_ != kNone) WorkOut();
   may_be_long_ = false;

@@ -5,9 +5,9 @@
 // buffer changes at very many offsets. But its bytes are read only where a right text has a
 // wildcard, and at the end of the source, because the next source starts with the same buffer, even
 // under another list. So this class records only the last events that the buffer depends on, and
-// computes the bytes when a caller asks for them. A list that captures nothing pays for the test of
-// one flag per match. A list that captures, but has no wildcard in a right text, pays for the
-// records.
+// computes the bytes when a caller asks for them. If a list captures nothing, this class only tests
+// one flag per match. If a list captures, but has no wildcard in a right text, this class only
+// keeps its records.
 #pragma once
 
 #include <array>
@@ -32,7 +32,7 @@ class CaptureMemory {
   void Open(const InputWindow& input, CaptureState& state);
 
   // The functions from here to StartAt report events. Call them in the order in which the events
-  // happen.
+  // happen. An offset is accounted for once its effect on the buffer has been reported.
 
   // The attempt at `offset` has captured bytes. For `more` see MatchAttempt::Round.
   void Captured(std::uint64_t offset, const MatchAttempt& attempt,
@@ -58,8 +58,8 @@ class CaptureMemory {
     tried_ = {offset, after, before};
     accounted_up_to_ = offset + 1;
   }
-  // At every offset that is not accounted for yet and lies in front of `offset`, all rows were
-  // tried and none matched.
+  // All rows were tried, and none matched, at every offset in front of `offset` that is not yet
+  // accounted for.
   void TriedUpTo(std::uint64_t offset);
   // A row that cuts the buffer was tried, and its first byte matched.
   void Cut() {

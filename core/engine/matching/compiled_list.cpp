@@ -34,7 +34,7 @@ std::optional<std::uint8_t> OnlyByte(const PatternRow& row, const MatchAttempt& 
 // Returns the bytes that these rounds accept.
 std::string_view TakePrefix(const PatternRow& row, MatchAttempt& attempt) {
   std::size_t size = 0;
-  // Stays empty, because the prefix ends at the first wildcard behind the first byte.
+  // Stays empty, because the rounds of a prefix capture at most one byte.
   std::vector<std::uint8_t> more;
   while (size < row.left.size() && !attempt.Matched(row)) {
     const std::optional<std::uint8_t> byte = OnlyByte(row, attempt);

@@ -42,10 +42,10 @@ struct CompiledRow {
   std::int64_t table_row = 0;
   std::string_view prefix;  // 1 to 32766 bytes, none of them NUL; a part of the tables' text
   int attempt = kPlain;     // index of the row's attempt
-  bool cuts = false;        // an attempt cuts the capture buffer down to one byte
+  bool cuts = false;        // trying the row cuts the capture buffer down to one byte
   std::size_t tail_size = 0;
-  // The offsets, ascending, at which the captured bytes are inserted into the right text. They
-  // count in the right text without its wildcards and NULs.
+  // Ascending offsets in the right text without its wildcards and NULs: the captured bytes are
+  // inserted there.
   std::vector<std::size_t> wildcards;
 };
 
@@ -53,7 +53,7 @@ struct CompiledAttempt {
   PatternRow pattern;
   MatchAttempt behind_prefix;  // the attempt's state after the bytes of the prefix
   int tail = 0;                // index into `tails`; 0 when the attempt need not search for a tail
-  bool is_usual = false;    // the rest of the left text is the wildcard and its tail, nothing else
+  bool is_usual = false;    // behind the prefix, the left text has only one wildcard and the tail
   bool opens_span = false;  // the wildcard stands directly behind the prefix and opens a span
   // In front of this offset the row fails wherever its prefix stands, because its span stays open
   // to the last round.

@@ -19,7 +19,7 @@ struct PatternRow {
   enum class Flag {
     kPlain,     // captures nothing and cuts the capture buffer down to one byte
     kWildcard,  // captures bytes
-    kMissing,   // the row has no flag: an attempt ends in its second round at the latest
+    kMissing,   // the tables lack the row's flag: an attempt ends in its second round at the latest
   };
 
   std::string_view left;
@@ -92,8 +92,8 @@ class MatchAttempt {
   bool tail_seen() const { return tail_seen_; }
   bool failed() const { return failed_; }  // the next round ends the attempt
 
-  // The captured bytes: captured_count() bytes from the byte of round captured_first() on, then the
-  // bytes in `more`.
+  // The captured bytes are those that captured_count() rounds read, from round captured_first() on,
+  // and then the bytes in `more` (see Round).
   int captured_first() const { return captured_first_; }
   int captured_count() const { return captured_count_; }
 

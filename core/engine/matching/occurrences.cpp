@@ -6,8 +6,8 @@
 namespace morvex {
 namespace {
 
-// A search goes on for up to this many bytes behind its limit. So the next searches, whose limits
-// lie only a little further on, have nothing to do.
+// A search may read up to this many bytes beyond its limit. The limits of the next searches lie
+// only a little further on, so these searches find their bytes already searched.
 constexpr std::uint64_t kStep = 4096;
 
 // Returns the offset of the first `byte` at or behind `from` and in front of `end`, or `end`.

@@ -1,6 +1,6 @@
 // Finds what lies ahead of a match attempt: the next NUL, and the next occurrence of a row's tail.
-// Each class searches every byte only once, however many attempts ask, because it remembers how far
-// it has searched and what it found. Offsets count from the start of the source.
+// Each class searches every byte at most once, however many attempts ask, because it remembers how
+// far it has searched and what it found. Offsets count from the start of the source.
 #pragma once
 
 #include <cstddef>
@@ -52,8 +52,9 @@ class NextTail {
   // n, for which the tail's first n bytes end with its first k bytes.
   std::vector<std::uint32_t> fallback_;
   std::uint64_t found_ = kNowhere;  // the offset behind an occurrence
-  std::uint64_t searched_ = 0;      // all bytes in front of this offset are searched
-  std::size_t fitting_ = 0;  // how many first bytes of the tail end directly in front of searched_
+  std::uint64_t searched_ = 0;      // offset of the next byte to search
+  // The bytes directly in front of searched_ are the first `fitting_` bytes of the tail.
+  std::size_t fitting_ = 0;
 };
 
 }  // namespace morvex

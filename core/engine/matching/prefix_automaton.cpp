@@ -23,8 +23,8 @@ std::size_t CommonBeginning(std::string_view a, std::string_view b) {
                                   a.begin());
 }
 
-// The members' prefixes. Each is reversed, and each of its bytes is replaced by the byte's class;
-// the results are in ascending order.
+// The members' prefixes. Each is reversed, and each of its bytes is replaced by the byte's class
+// (see classes_); the results are in ascending order.
 struct ReversedPrefixes {
   struct Prefix {
     std::string_view bytes;
@@ -261,7 +261,7 @@ void PrefixAutomaton::Find(const std::uint8_t* bytes, std::size_t count, std::si
                            std::vector<Found>& found) const {
   if (longest_ == 0) return;
   // At a byte that occurs in no prefix, the state is the root, whatever bytes stand behind that
-  // byte.
+  // byte. So the automaton can start in front of such a byte.
   const std::uint8_t* const end =
       std::find_if(bytes + count, bytes + std::min(size, count + longest_ - 1),
                    [this](std::uint8_t byte) { return classes_[byte] == 0; });

@@ -1,6 +1,7 @@
 // Finds every offset of a text where a literal prefix stands, in time proportional to the length of
 // the text: an Aho-Corasick automaton over the reversed prefixes, run from right to left. The state
-// at an offset stands for the longest text that begins at the offset and is the end of some prefix.
+// at an offset stands for the longest byte sequence that begins at the offset and is the end of
+// some prefix.
 //
 // The states nearest to the root, in which the automaton is most of the time, have all their
 // transitions in a table, also the transitions that they take over from their failure states. Every
@@ -51,16 +52,16 @@ class PrefixAutomaton {
   std::int32_t RowsAt(std::uint32_t state, std::vector<std::int32_t>& attempts) const;
 
  private:
-  // The index in `table_` at which the state's transitions begin or, with kSparse, the state's
-  // index in `sparse_`. kHasOutput may be set as well.
+  // If kSparse is set, the state's index in `sparse_`; otherwise the index in `table_` at which the
+  // state's transitions begin. kHasOutput may be set as well.
   using State = std::uint32_t;
   static constexpr State kRoot = 0;
   static constexpr State kHasOutput = State{1} << 31;  // a prefix stands at offsets with this state
   static constexpr State kSparse = State{1} << 30;
   static constexpr State kIndexMask = kSparse - 1;
 
-  // The rows whose prefixes stand at an offset with the state. The state's failure chain begins
-  // with the state itself. Output 0 has no rows.
+  // The rows whose prefixes stand at every offset where the automaton is in a certain state. The
+  // failure chain is this state, its failure state, and so on. Output 0 has no rows.
   struct Output {
     std::int32_t plain = kNone;        // the plain row of the longest prefix on the failure chain
     std::uint32_t attempts_begin = 0;  // range in attempts_ of the state's own rows

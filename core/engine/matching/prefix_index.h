@@ -44,18 +44,18 @@ class PrefixIndex {
   // The most offsets that are looked up together, so that their waits for memory overlap.
   static constexpr std::size_t kBatch = 16;
 
-  // Looks up `count` (kBatch at most) offsets, which count from `bytes`. Sets found[i] to the row
-  // that is first in table order among those whose prefix stands at offsets[i], if this row is
-  // plain; otherwise to kNone, kUndecided or an OnlyAttempt result. `size` bytes must be readable
-  // (see kReadAhead). Returns the number of extra probes: an estimate of the work beyond that for
-  // an ordinary list.
+  // Looks up `count` (kBatch at most) offsets, which count from `bytes`. Sets found[i] to kNone if
+  // no row's prefix stands at offsets[i]. If one does, and the first such row in table order is
+  // plain, sets found[i] to this row; otherwise to an OnlyAttempt result or kUndecided. `size`
+  // bytes must be readable (see kReadAhead). Returns the number of extra probes: an estimate of the
+  // work in excess of what an ordinary list takes.
   std::size_t LookUp(const std::uint8_t* bytes, std::size_t size, const std::uint16_t* offsets,
                      std::size_t count, std::int32_t* found) const;
 
-  // Finds the rows whose prefix stands at `bytes`; `size` bytes must be readable (see kReadAhead).
-  // Returns the plain row that is first in table order, or kNone. Fills `attempts`, which must be
-  // empty, with the rows that come before that plain row (all rows if there is none), in table
-  // order; all of these need an attempt.
+  // Finds the rows whose prefix stands at `bytes`. Returns the first plain row among them in table
+  // order, or kNone. Fills `attempts`, which must be empty, with the rows found that come before
+  // this plain row (with all of them if there is none), in table order. Each of these rows needs an
+  // attempt. `size` bytes must be readable (see kReadAhead).
   std::int32_t Find(const std::uint8_t* bytes, std::size_t size,
                     std::vector<std::int32_t>& attempts) const;
 
@@ -126,7 +126,7 @@ class PrefixIndex {
     std::uint32_t at;
     std::uint32_t item;  // index of the offset in `offsets`
   };
-  // A step to probe for.
+  // A step to look up in the hash table.
   struct Wanted {
     std::uint64_t bytes;
     std::uint32_t from;
@@ -196,8 +196,8 @@ class PrefixIndex {
   std::size_t LookUpOneStep(const std::uint8_t* bytes, std::size_t size,
                             const std::uint16_t* offsets, std::size_t count,
                             std::int32_t* found) const;
-  // Compares each member of the group that begins at `first` with `bytes`, and passes the member
-  // and the result to `found`. Returns the number of extra probes.
+  // Compares each member of the group that begins at `first` with `bytes`, and calls `found` with
+  // the member and whether it stands there. Returns the number of extra probes.
   template <class Found>
   std::size_t CompareGroup(std::uint32_t first, const std::uint8_t* bytes, std::size_t size,
                            Found found) const;

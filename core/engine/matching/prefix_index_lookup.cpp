@@ -179,7 +179,7 @@ std::size_t PrefixIndex::LookUp(const std::uint8_t* bytes, std::size_t size,
   return probes > count ? probes - count : 0;
 }
 
-// For an index with an only_step_: every step from the root leads to a group.
+// LookUp for an index with an only_step_, where every step from the root leads to a group.
 template <bool kAttempts>
 inline std::size_t PrefixIndex::LookUpOneStep(const std::uint8_t* bytes, std::size_t size,
                                               const std::uint16_t* offsets, std::size_t count,
@@ -190,7 +190,7 @@ inline std::size_t PrefixIndex::LookUpOneStep(const std::uint8_t* bytes, std::si
   for (std::size_t i = 0; i < count; ++i) {
     const std::uint8_t* const start = bytes + offsets[i];
     const std::array<std::uint64_t, 2> here = {Load64(start), Load64(start + kStepBytes)};
-    if (i > 0 && here == last && prefixes_are_short_) {  // as where one byte is repeated
+    if (i > 0 && here == last && prefixes_are_short_) {  // for example, in a run of one byte
       found[i] = found[i - 1];
       continue;
     }

@@ -3,8 +3,8 @@
 namespace morvex {
 namespace {
 
-// The most bytes of all prefixes together for which an automaton is built. Building an automaton of
-// this size takes about 100 ms and 25 MiB.
+// An automaton is built only if all prefixes together have at most this many bytes. With so many,
+// building it takes about 100 ms and 25 MiB.
 constexpr std::size_t kMostAutomatonBytes = std::size_t{1} << 20;
 
 std::size_t PrefixBytes(const PrefixIndex& index, const std::vector<CompiledRow>& rows) {

@@ -174,7 +174,8 @@ class PrefixSearch {
    private:
     PrefixSearch& search_;
     std::uint64_t begin_;
-    // Points behind the next candidate, because the automaton's offsets descend.
+    // The automaton's offsets descend, so they are read from the last to the first. next_ points to
+    // the element behind the next candidate.
     const PrefixAutomaton::Found* next_;
     const PrefixAutomaton::Found* end_;
   };

@@ -22,8 +22,8 @@ void ResultWriter::WriteWithCaptured(const CompiledRow& row, const std::uint8_t*
   for (const std::size_t wildcard : row.wildcards) {
     WritePadded(text + from, wildcard - from);
     from = wildcard;
-    // Writes the buffer's bytes 0 to n. Behind byte n the buffer has the tail's bytes except the
-    // last, because they were captured before the tail was recognised.
+    // Writes the buffer's bytes 0 to n. Behind them the buffer has the bytes of the tail except its
+    // last: they were captured before the tail was recognised, and are not written.
     const std::string_view captured = captures.Bytes();
     const auto bound = static_cast<std::int64_t>(captured.size()) - 1;
     const std::int64_t n = bound - static_cast<std::int64_t>(row.tail_size) + 1;

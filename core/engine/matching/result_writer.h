@@ -102,8 +102,8 @@ class ResultWriter {
   // Longer pieces are left to memcpy.
   static constexpr std::size_t kLongPiece = 1024;
 
-  // The last step of a copy may read kCopyStep bytes beyond the piece, in the input or in a right
-  // text.
+  // The last step of a copy may read up to kCopyStep bytes beyond the piece, in the input or in a
+  // right text.
   static_assert(kCopyStep <= InputWindow::kPadding && kCopyStep <= CompiledList::kRightPadding);
   static void CopyShort(char* to, const std::uint8_t* from, std::size_t size) {
     if (size > kLongPiece) {

@@ -31,7 +31,7 @@ RowAttempts::Match RowAttempts::FirstMatch(std::uint64_t offset, const std::int3
     if (!pace_->MayGoOn(offset)) return {};
     pace_->AddSteps(kStepsPerAttempt);
     const bool matches = Try(AttemptOf(rows[i]), offset);
-    // When more bytes have arrived, all rows will be tried, and will capture, again.
+    // All rows will be tried again when more bytes have arrived, and will then capture anew.
     if (undecided_) return {};
     if (attempt_.captured_count() > 0) {
       captures_.Captured(offset, attempt_, more_);
@@ -70,7 +70,7 @@ bool RowAttempts::FailInSpan(const CompiledAttempt& compiled) {
 bool RowAttempts::Try(CompiledAttempt& compiled, std::uint64_t offset) {
   const PatternRow& pattern = compiled.pattern;
   if (offset < compiled.hopeless_until) return FailInSpan(compiled);
-  // The rounds that read the first NUL and the end of the tail; kNowhere if no round does.
+  // The rounds that read the first NUL and the last byte of the tail; kNowhere if no round does.
   std::uint64_t nul_round = kNowhere;
   std::uint64_t tail_round = kNowhere;
   const std::uint64_t limit = offset + MatchAttempt::kLastRound;

@@ -37,8 +37,8 @@ class RowAttempts {
 
   // Returns the offset in front of which the row is known to fail.
   std::uint64_t HopelessUntil(std::int32_t row) { return AttemptOf(row).hopeless_until; }
-  // Records that `row`, the only row found at the last offsets, failed there without an attempt.
-  // The last of these offsets is `offset`.
+  // Records that `row` failed without an attempt at one or more offsets, the last of which is
+  // `offset`. It must be the only row that was found there.
   void FailedUpTo(std::int32_t row, std::uint64_t offset) {
     if (AttemptOf(row).pattern.flag == PatternRow::Flag::kWildcard) {
       captures_.CapturedInVain(row, offset);

@@ -55,8 +55,8 @@ inline std::size_t WriteOffsets(std::uint32_t hits, std::size_t at, std::uint16_
   return count;
 }
 
-// Returns `hits` with the bits of the offsets from `count` on cleared. `width`: how many offsets
-// are tested at once.
+// Clears in `hits` the bits of all offsets that are not below `count`, and returns the result.
+// `width`: how many offsets are tested at once.
 inline std::uint32_t InFrontOf(std::size_t count, std::size_t at, std::size_t width,
                                std::uint32_t hits) {
   return at + width <= count ? hits : hits & ((std::uint32_t{1} << (count - at)) - 1);

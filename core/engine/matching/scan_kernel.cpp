@@ -27,9 +27,9 @@ Kernel BestKernel() {
 
 namespace {
 
-// Deals prefixes out so that the prefixes in one bucket begin alike, because the fewer different
-// bytes a bucket has, the fewer offsets pass it. A prefix that is shorter than kDepth accepts every
-// byte behind its end, so short prefixes have buckets of their own.
+// Deals the prefixes out over the buckets so that those in one bucket begin alike, because the
+// fewer different bytes a bucket has, the fewer offsets pass it. A prefix that is shorter than
+// kDepth accepts every byte behind its end, so short prefixes have buckets of their own.
 class Dealer {
  public:
   explicit Dealer(const std::vector<std::string_view>& prefixes) {

@@ -152,11 +152,11 @@ std::uint64_t Substitution::RunCandidates(std::uint64_t offset, Batch& batch) {
   return offset;
 }
 
-// Skips `candidate` and the candidates that follow it, up to the first that does not lie in front
-// of `hopeless_until` or does not have the same row as its only row. The row fails at all skipped
-// offsets, and only the last failure matters to the capture buffer. Sets `candidate` to the first
-// candidate that is not skipped. Returns false if the batch has no such candidate; `candidate` then
-// has the last offset that was skipped.
+// Skips `candidate` and the candidates behind it, as long as they lie in front of `hopeless_until`
+// and have the same row as their only row. That row fails at all skipped offsets, and only its last
+// failure matters to the capture buffer. Sets `candidate` to the first candidate that is not
+// skipped. Returns false if the batch has no such candidate; `candidate` then has the last offset
+// that was skipped.
 template <class Batch>
 bool Substitution::SkipHopeless(Batch& batch, Candidate& candidate, std::uint64_t hopeless_until) {
   const std::int32_t row = candidate.only_attempt;

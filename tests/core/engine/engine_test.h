@@ -12,10 +12,10 @@
 
 namespace morvex::test {
 
-// A list's flags say which of its texts have a wildcard; its tails are the parts of its left texts
-// behind the wildcard. `flags` and `tails` are the wildcards with which these were made, `run` is
-// the wildcard of the run; 0 means no wildcard. The three differ if the setting changes between the
-// editor's opening, its OK and the run.
+// The wildcard at three times, 0 for none: `flags` when the texts that hold the wildcard were
+// flagged, `tails` when the tails (the parts of the left texts behind the wildcard) were taken,
+// `run` during the run. The three differ if the setting changes between the editor's opening, its
+// OK and the run.
 struct Wildcards {
   char flags = 0;
   char tails = 0;

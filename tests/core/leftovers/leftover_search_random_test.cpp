@@ -12,7 +12,9 @@ namespace {
 using namespace std::string_literals;
 using Finds = std::vector<FoundLeftover>;
 
-// Returns what is found by trying every row, in every encoding, at every offset.
+// Returns what is found by trying every row, in every encoding, at every offset. Findings of one
+// row in one encoding do not overlap. In Windows-1252, a finding of ASCII bytes does not count,
+// because it is a finding in UTF-8, too.
 Finds FoundByTrying(const Rows& rows, const std::string& bytes) {
   Finds found;
   Alphabet alphabet;
@@ -111,8 +113,8 @@ TEST(LeftoverSearchRandomTest, RareFormsOfLettersAreFoundAsWell) {
   }
 }
 
-// An occurrence of the parts of a wildcard row, in their order, from the first part up to one of
-// them.
+// A chain of occurrences: the first part of a wildcard row, then none, some or all of the next
+// parts, in the row's order.
 struct Chain {
   std::size_t begin = 0;
   std::size_t end = 0;
@@ -164,7 +166,8 @@ Finds FoundByParts(std::int64_t row, const std::vector<Spelling>& parts,
   return found;
 }
 
-// Few letters and many NULs, so that the two byte orders overlap in every way.
+// The rows have few letters and the files many NULs, so that the two byte orders overlap in every
+// way.
 TEST(LeftoverSearchRandomTest, WildcardRowsInUtf16AreFoundAsByTryingEveryPartAtEveryPlace) {
   std::mt19937 random(20240119);
   const std::vector<std::string> letters = {"a", "b", "A", "ab", "\xC4\x81"};

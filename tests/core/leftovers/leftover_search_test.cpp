@@ -56,7 +56,7 @@ TEST(LeftoverSearchTest, EveryFormIsFoundAcrossTheBorderOfABlock) {
   const SoughtList list(Rows{{kMueller, "[tenant]"}});
   constexpr std::size_t kBlock = 64;
   for (const Form& form : FormsOfMueller()) {
-    // The text is found at every offset around the first borders between blocks.
+    // The text is found at every even offset around the first borders between blocks.
     for (std::size_t at = 0; at < 1000; at += 2) {
       const std::string bytes = std::string(at, '.') + form.bytes + std::string(300, '.');
       EXPECT_EQ(list.Find(bytes, kBlock),

@@ -111,8 +111,8 @@ TEST(Spelling, TheLongSAndTheKelvinSignOfAListStandForTheirLetters) {
   }
 }
 
-// A row with one text of a line finds every other text of that line, in every encoding that can
-// represent the text found.
+// Each line holds texts that differ in letter case alone. A row whose left text is one of them
+// finds each text of the line, in every encoding that can represent the text found.
 TEST(Spelling, TextsThatDifferInLetterCaseAloneStandForEachOther) {
   const std::vector<std::vector<std::u32string>> lines = {
       {U"Gro\xDFmann", U"Grossmann", U"GROSSMANN", U"GRO\x1E9EMANN"},

@@ -58,8 +58,9 @@ const Rows kRows = {{"x", "1"}, {"y", "2"}};
 
 class EditorNthCall : public ::testing::Test {
  protected:
-  // Calls `check` with a fault at the first call, at the second call and so on, for each of the
-  // errors below. Either that call alone fails or all later calls fail, too.
+  // Runs `check` on a new editor whose first call of the file service fails, then on one whose
+  // second call fails, and so on, until no call fails. Does so for each of the errors below, first
+  // with that call failing alone, then with all later calls failing, too.
   template <class Check>
   static void ForEachCall(Check check) {
     int runs = 0;

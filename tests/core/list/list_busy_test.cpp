@@ -34,7 +34,7 @@ class BusyEditor : public GridTest {
     test_.TypeRows({{"a", "b"}, {"", ""}, {"c", "d"}});
     LeaveWithCaretAt(Column::kLeft, 0, 1);
     test_.files.AddFile("/l.txt", "x|y\r\nz|w\r\n|||\r\n");
-    // Answers for dialogs; no dialog may appear.
+    // No dialog may appear. If one does, it returns this path, and ExpectNothingAsked notices.
     for (int i = 0; i < 100; ++i) test_.user.choices.push_back({0, "/chosen.txt"});
   }
   void ExpectNothingAsked(const std::string& name) {

@@ -216,7 +216,8 @@ TEST_F(ListImport, AReadErrorThatPassesEndsItAllTheSame) {
   EXPECT_EQ(test_.GridRows(), (Rows{{"a", "b"}, {"", ""}}));
 }
 
-// Lines that are no rows: reading them handles events, but puts nothing into the grid.
+// Returns lines without a separator. Events are handled while they are read, but none of them
+// becomes a row of the grid.
 std::string Notes() {
   std::string notes;
   for (int i = 0; i < 1000; ++i) notes += "note\r\n";
@@ -256,7 +257,7 @@ TEST_F(ListImport, ClosingTheEditorOrTheProgramEndsTheReading) {
         frmReplacements_Close(test.program);
       }
     };
-    // Reading the second block would fail.
+    // The file has a second block, and reading it would fail.
     test.files.AddFile(kList, "a|b\r\n" + Notes() + std::string(300'000, '\n'));
     int reads = 0;
     test.files.fail = [&](const std::string& call, const std::string&) {

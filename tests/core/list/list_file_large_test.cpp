@@ -138,7 +138,8 @@ TEST_F(LargeList, RowsOfAMegabyteSurviveImportSaveAndApply) {
 }
 
 TEST_F(LargeList, ASeparatorOnABlockBorderIsFound) {
-  // The second block begins at or near the first row's line end or the second row's separator.
+  // With each `shift`, the second block of 256 KiB begins at another byte, from the line feed of
+  // the first row to the last separator of the second.
   for (std::size_t shift = 0; shift < 6; ++shift) {
     const std::string wide((256u << 10) - 3 - shift, 'w');
     const Rows rows = {{wide, "r"}, {"a", "b"}};

@@ -208,8 +208,9 @@ TEST(ListReviewTest, AWildcardThatNoLeftTextHoldsIsToldOfTheWholeList) {
   EXPECT_EQ(Diagnostics(Review("|x\n", "|", '*')), Lines{"1 empty left x"});
 }
 
-// The expected outcomes follow the rules of a run: if the text behind the wildcard also occurs in
-// front of the wildcard, the wildcard takes in about two bytes and the match ends there.
+// In each of these rows, the text behind the wildcard also stands in front of it. In a run, the
+// match then ends two bytes behind the text in front of the wildcard. The expected diagnostics say
+// what such a match leaves.
 TEST(ListReviewTest, ARowThatEndsInItsOwnBeginningIsToldWithWhatARunLeaves) {
   EXPECT_EQ(Diagnostics(Review("name=\"*\"|name=\"[x]\"\n")),
             Lines{"1 own ending name=\"*\" name=\"Renate\" -> name=\"[x]\"nate\""});

@@ -1,8 +1,9 @@
 // Whole unattended runs in which the N-th call on the file system fails, for N = 1, 2, 3, ... until
 // a run finishes without a failed call. Either that call alone fails or all later calls fail, too.
-// A call that fails returns one of several errors, or reads or writes too few bytes. The source
-// keeps every byte, no file of the target is incomplete or mixes two files, no work file stays, and
-// the counters, the log and the exit status say what happened.
+// A call that fails returns one of several errors, or reads or writes too few bytes. After each
+// run, the source has every byte, no file of the target is incomplete or mixes two files, no work
+// file of the run is left unless deleting it failed, and the counters, the log and the exit status
+// say what happened.
 #include <gtest/gtest.h>
 
 #include <iostream>
@@ -159,7 +160,8 @@ class NthCall : public ::testing::TestWithParam<Scenario> {
   std::string Right(const std::string& path) const {
     const auto faultless = faultless_target_.find(path);
     if (faultless != faultless_target_.end()) return faultless->second;
-    // After a fault, a copy may replace a link that stays in a run without faults.
+    // In a run without faults, a link of the target may stay at this path. After a fault, a copy
+    // may take the link's place.
     const Scenario& scenario = GetParam();
     const auto source = scenario.files.find(scenario.source + path.substr(scenario.target.size()));
     if (source == scenario.files.end()) return "";

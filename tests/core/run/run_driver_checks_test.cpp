@@ -267,8 +267,8 @@ TEST_F(TargetMissingTest, AFileInTheTargetsPlaceCannotBeMadeAFolder) {
   EXPECT_EQ(test_.files.Bytes("/new/target"), "a file");
 }
 
-// What the window shows behind a message about a path. The path turns red before the message, so
-// the labels are noted at that moment.
+// What the window shows while a message about a path is open. The path turns red just before the
+// message opens, and the labels are noted when it turns red.
 class BehindAMessageTest : public ::testing::Test {
  protected:
   BehindAMessageTest() { test_.files.AddFile("/s/a.txt", "a"); }

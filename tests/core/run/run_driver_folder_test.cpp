@@ -46,7 +46,7 @@ TEST_F(GoFolderTest, ASecondRunShowsNothingOfTheFirstOneNotEvenAtItsStart) {
   bool first_seen = false;
   test_.window().changes.on_change = [&] {
     if (!program_.run.working || first_seen) return;
-    // While the hourglass is shown, the labels must be cleared before anything else changes.
+    // When the hourglass appears, the labels must already be empty.
     const MainForm& window = test_.window();
     const std::string shown = window.lblFiles.caption.get() + window.lblTotalFiles.caption.get() +
                               window.lblTijd.caption.get() + window.lblPercentage.caption.get();

@@ -14,7 +14,7 @@ class GoStopTest : public ::testing::Test {
     test_.files.AddFile("/s/sub/3.txt", "aca");
     test_.files.AddFile("/s/sub/4.txt", "aca");
   }
-  // Adds a long file. The folder lists this file behind its existing files.
+  // Adds a long file, or puts it in the place of the file at `path`. The folder lists it last.
   void MakeLong(const std::string& path) { test_.files.AddFile(path, kLongText); }
   // Clicks Exit once `files` files have been begun.
   void ExitAfter(std::int64_t files) {
@@ -28,7 +28,8 @@ class GoStopTest : public ::testing::Test {
       if (program_.run.FileOffset > 0) cmdExit_Click(program_);
     });
   }
-  // Expects that there is no summary, and that neither labels nor controls are restored.
+  // Expects that the run counts as stopped, that neither the log nor the labels show a result, and
+  // that the controls stay disabled.
   void ExpectNoEnd() {
     EXPECT_EQ(program_.run.end, RunEnd::kStopped);
     EXPECT_EQ(test_.window().lblTijd.caption.get(), "");
@@ -167,7 +168,7 @@ TEST_F(GoStopTest, ExitWhileTheSizeIsAddedUpStopsTheRunBeforeTheFirstFile) {
 TEST_F(GoStopTest, ExitDuringTheCopyOfAFileThatIsNotSelectedLeavesNoPartOfIt) {
   test_.files.AddFile("/s/0.bin", "aca");
   test_.OnEveryYield([&] {
-    // Exit is clicked after the last processed file and before the copy of 0.bin ends.
+    // Clicks Exit after 1.txt and 2.txt are done and before the copy of 0.bin ends.
     if (program_.run.FilesDone == 2 && program_.run.BytesBefore == 6) cmdExit_Click(program_);
   });
   test_.ArmAndGo();

@@ -15,7 +15,8 @@
 
 namespace morvex::test {
 
-// The settings file of a run from `source` to `target` with the list /list.txt, .txt selected.
+// The settings file of a run from `source` to `target` with the list /list.txt. The extension .txt
+// is selected.
 inline std::string SettingsText(const std::string& source, const std::string& target,
                                 bool logging = true) {
   return source + "\r\n" + target + "\r\n/list.txt\r\nlog=" + (logging ? "1" : "0") +
@@ -87,7 +88,7 @@ class RunProgram : public TestProgram {
     EXPECT_FALSE(source_box().enabled);
     EXPECT_FALSE(target_box().enabled);
   }
-  // Expects the idle program after a folder run, or after a run whose target could not be made.
+  // Expects an idle program, as after a folder run or after a run whose target could not be made.
   void ExpectIdle() {
     EXPECT_FALSE(window().cmdGo.enabled);
     EXPECT_TRUE(window().cmdGo.visible);

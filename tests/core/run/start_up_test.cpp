@@ -178,7 +178,8 @@ TEST_F(StartUpTest, ReadsTheProgramsOwnSettingsWithoutACommandLine) {
   EXPECT_EQ(program_.frmMorvex.Text1(kTargetBox).text.get(), "/t");
   EXPECT_EQ(program_.tables.LeftTexts, std::vector<std::string>{"a"});
   EXPECT_FALSE(program_.settings.AutoRunFromInitFile);
-  // Reading the settings file changed the path boxes, and applying the list showed the window.
+  // Go is disabled, because reading the settings file changed the path boxes. The window is
+  // visible, because applying the list showed it.
   EXPECT_FALSE(program_.frmMorvex.cmdGo.enabled);
   EXPECT_TRUE(program_.frmMorvex.visible);
 }

@@ -158,7 +158,7 @@ TEST_F(UnattendedTest, ADiskFullEndsWithStatus1) {
 }
 
 TEST_F(UnattendedTest, AListThatBreaksOffStartsNoRun) {
-  // Long enough to be read in two blocks.
+  // The list is so long that it is read in more than one block.
   std::string list;
   while (list.size() < 600'000) list += "filler" + std::to_string(list.size()) + "|x\r\n";
   test_.files.AddFile("/list.txt", list + kListText);
@@ -182,7 +182,7 @@ TEST_F(UnattendedTest, AListThatBreaksOffStartsNoRun) {
 }
 
 TEST_F(UnattendedTest, ASettingsFileThatBreaksOffEndsTheProgramWithoutARun) {
-  // Long enough to be read in two blocks.
+  // The settings file is so long that it is read in more than one block.
   std::string settings = SettingsText("/s", "/t");
   while (settings.size() < 600'000) settings += "1.e" + std::to_string(settings.size()) + "\r\n";
   test_.files.AddFile("/job.dat", settings);

@@ -25,8 +25,8 @@ struct SplitCase {
 
 TEST(SplitCommandLine, CutsAtEveryBlankAndHyphen) {
   const std::vector<SplitCase> cases = {
-      // A marker stands in front of the pieces. The first piece keeps its hyphen; the cut takes one
-      // hyphen away from each later piece.
+      // SplitCommandLine returns a marker, then the pieces. It cuts the line at each blank that a
+      // hyphen follows, and leaves out this blank and this hyphen.
       {"", {"InitFile", ""}},
       {"-if a.dat", {"InitFile", "-if a.dat"}},
       {"-if D:\\jobs\\nightly.dat -dy 3000", {"InitFile", "-if D:\\jobs\\nightly.dat", "dy 3000"}},

@@ -32,7 +32,8 @@ inline std::vector<std::string> InitLinesWith(std::size_t index, const std::stri
   return lines;
 }
 
-// Returns every extension entry as it stands in the file: its mark and its text.
+// Returns the lines of all extension entries, as a settings file holds them: "1" for a selected
+// entry or "0" for another, then the entry's text.
 inline std::vector<std::string> ExtensionLines(const TestProgram& test) {
   std::vector<std::string> lines;
   for (const ListEntry& entry : test.program.frmOpties.lstExtensie.entries.get()) {

@@ -37,7 +37,8 @@ TEST(Encoding, AnEmptyTextHasNoBytes) {
   }
 }
 
-// As many code points can be written as the encoding has characters.
+// `expected` says how many code points each encoding can write: UTF-8 and UTF-16 all but the
+// surrogates, an encoding with one byte for each character 256.
 TEST(Encoding, EveryCodePointThatCanBeWrittenIsReadBack) {
   constexpr std::size_t kCodePoints = 0x110000 - 0x800;
   const std::array<std::size_t, kEncodings> expected = {kCodePoints, 256, kCodePoints, kCodePoints,
@@ -112,8 +113,9 @@ TEST(Encoding, MalformedUtf8IsNotRead) {
   }
 }
 
-// An odd number of bytes; a high surrogate without a low one; a low one alone; a high one at the
-// end; the two in the wrong order; two high ones in front of a low one.
+// In this order: an odd number of bytes (twice), a high surrogate without a low one, a low one
+// alone (twice), a high one at the end (twice), the two in the wrong order, two high ones in front
+// of a low one.
 TEST(Encoding, MalformedUtf16IsNotRead) {
   for (const std::string& bytes : {"M"s, "M\0x"s, "\0\xD8M\0"s, "\0\xDC"s, "M\0\0\xDC"s, "\0\xD8"s,
                                    "M\0\xFF\xDB"s, "\0\xDC\0\xD8"s, "\0\xD8\0\xD8\0\xDC"s}) {

@@ -128,7 +128,7 @@ TEST(ShownText, APieceOfUtf16IsReadInItsByteOrder) {
   EXPECT_EQ(ShownPiece("M\0\xFC\0\n\0"s, Encoding::kUtf16Le), "M\xC3\xBC\\x0A");
   EXPECT_EQ(ShownPiece("\0M\0\xFC\0"s, Encoding::kUtf16Be), "M\xC3\xBC");
   EXPECT_EQ(ShownPiece("\x3D\xD8M\0"s, Encoding::kUtf16Le), "\xEF\xBF\xBDM");
-  // A truncated character at each end does not spoil the character between the two.
+  // One half of a surrogate pair at each end does not spoil the character between them.
   EXPECT_EQ(ShownPiece("\0\xDE\x3D\xD8\0\xDE\x3D\xD8"s, Encoding::kUtf16Le),
             "\xEF\xBF\xBD\xF0\x9F\x98\x80\xEF\xBF\xBD");
 }

@@ -33,8 +33,9 @@ CodePage WesternPage() {
   return CodePage(TextCodec::kSingleByte);
 }
 
-// Checks that the bytes survive the conversion to shown text and back, and that the offset of their
-// end becomes that of the end of the shown text, and the other way round.
+// Checks that converting the bytes to shown text and back returns the same bytes. Checks also that
+// the offset of the end of the bytes and the offset of the end of the shown text are converted to
+// each other.
 void ExpectLossless(const CodePage& page, const std::string& bytes) {
   const QString shown = page.Shown(bytes);
   const std::optional<std::string> back = page.Bytes(shown);
@@ -251,7 +252,8 @@ TEST_F(MadeLocale, BytesThatItHasNoCharacterForComeBackToo) {
   for (int byte = 0; byte < 256; ++byte) ExpectLossless(page, Bytes({byte}));
 }
 
-// Calls `work` five times with a text of `characters` characters. Returns the shortest time.
+// Calls `work` five times with a text of `characters` characters. Returns the milliseconds of the
+// fastest call.
 template <class Work>
 double Milliseconds(int characters, Work work) {
   const QString text = QString::fromUtf8("ÿ").repeated(characters);

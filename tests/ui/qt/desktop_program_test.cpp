@@ -88,8 +88,8 @@ TEST_F(DesktopProgramTest, AMissingSettingsFileEndsWithStatus1) {
   EXPECT_TRUE(errors_.contains("nowhere.dat")) << errors_.toStdString();
 }
 
-// The list's name is longer than any file system allows, so reading the list is an error. A missing
-// list would count as an empty one.
+// The list's name has more than 255 characters, which the usual file systems refuse, so reading the
+// list is an error. A missing list would count as an empty one.
 TEST_F(DesktopProgramTest, AListThatCannotBeReadEndsWithStatus1AndSaysWhy) {
   WriteSettings(QString(300, 'x') + ".txt");
   EXPECT_EQ(Run({"-if", root_.filePath("settings.dat")}), 1) << "-1: it did not end";

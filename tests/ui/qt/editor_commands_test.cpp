@@ -281,8 +281,8 @@ TEST_F(EditorCommands, ImportSaysOneMomentPleaseInTitleAndWindowWhileItReads) {
   QTimer watch;
   QObject::connect(&watch, &QTimer::timeout, [&] {
     if (!grid_.importing) return;
-    // A window is drawn about thirty times a second. Without this pause, a fast machine could read
-    // the whole list before the window is drawn.
+    // A window is drawn at most thirty times a second. Without this pause, a fast machine could
+    // read the whole list before the window is drawn.
     if (!has_waited) QTest::qSleep(50);
     has_waited = true;
     title = Editor().windowTitle();
@@ -317,7 +317,7 @@ TEST_F(EditorCommands, AfterALongImportTheEndIsInViewAndACellOfItHasTheFocus) {
 TEST_F(EditorCommands, MovingTheScrollBarWhileAListIsReadDoesNotDisplaceItsRows) {
   Open();
   system_.step = std::chrono::milliseconds(15);
-  // So many rows that the bar is shown long before the last row is read.
+  // The list has so many rows that the bar is shown long before the last row is read.
   std::string list;
   for (int i = 0; i < 30'000; ++i) list += "left|right\r\n";
   int moves = 0;

@@ -1,4 +1,4 @@
-// The folder tree, which covers a path box while it is open. Its folders exist on the disk.
+// The folder tree. While the tree is open, it covers a path box. Its folders exist on the disk.
 #include "ui/qt/folder_tree.h"
 
 #include <QAction>
@@ -111,7 +111,7 @@ TEST_F(FolderTreeTest, OkLeavesThePathWhereNoFolderWasMarked) {
 TEST_F(FolderTreeTest, OkGivenByItsLetterLeavesTheFocusOnNoOtherCommand) {
   OpenAt(Path("alpha"));
   ASSERT_TRUE(tree().hasFocus());
-  ok().click();  // as with the mnemonic, the focus stays where it is
+  ok().click();  // like the mnemonic, this leaves the focus where it is
   Settle();
   EXPECT_EQ(Caption(go()), "GO !");
   EXPECT_EQ(window().focusWidget(), &window());

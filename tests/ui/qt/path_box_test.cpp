@@ -91,7 +91,7 @@ TEST_F(PathBoxTest, TheBytesOfADroppedNameStayAsTheyAre) {
 
 TEST_F(PathBoxTest, PathsAreNamesOfFilesWhateverTheTextsCodePage) {
   if (!kNamesAreBytes) GTEST_SKIP() << "names go by the system's page as well";
-  const Variable locale("LC_ALL", "C");  // texts are Windows-1252
+  const Variable locale("LC_ALL", "C");  // makes the code page of texts Windows-1252
   system_.codec = TextCodec::kSingleByte;
   StartWith("/zo\xC3\xAB", "/t");
   EXPECT_EQ(source().text(), QString::fromUtf8("/zoë"));

@@ -1,4 +1,5 @@
-// Pictures: drawn at any scale, in the palette's colours, used by mouse and keyboard.
+// Pictures drawn at any scale and in the palette's colours, and picture buttons used by mouse and
+// keyboard.
 #include "ui/qt/picture_button.h"
 
 #include <gtest/gtest.h>

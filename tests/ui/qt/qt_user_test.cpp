@@ -1,4 +1,4 @@
-// Messages, file dialogs and waiting, used with a user's clicks and keys.
+// Message boxes and file dialogs, used with a user's clicks and keys, and waiting for events.
 #include "ui/qt/qt_user.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +30,8 @@ using namespace std::chrono_literals;
 
 class QtUserTest : public testing::Test {
  protected:
-  // Returns at once; when the next message box or file dialog is shown, `act` is called with it.
+  // Returns at once. As soon as a `Dialog` (a message box or a file dialog) is open, calls `act`
+  // with it.
   template <class Dialog>
   void On(std::function<void(Dialog&)> act) {
     QTimer::singleShot(5, &context_, [this, act = std::move(act)]() mutable {

@@ -1,4 +1,4 @@
-// Runs the tests of the windows in an application without a screen.
+// Runs the tests of the windows, without a screen unless QT_QPA_PLATFORM is set.
 #include <gtest/gtest.h>
 
 #include <QApplication>

@@ -1,5 +1,4 @@
-// The filter leaves out no offset at which a prefix stands, whichever way of searching the filter
-// uses.
+// The filter returns every offset at which a prefix stands, whichever way of searching it uses.
 #include "core/engine/matching/candidate_filter.h"
 
 #include <gtest/gtest.h>

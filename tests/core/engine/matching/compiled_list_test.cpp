@@ -51,8 +51,9 @@ TEST(CompiledList, AWildcardInFirstPositionIsAPrefixOfItsOwn) {
 }
 
 TEST(CompiledList, APrefixEndsWhereTheRowCouldMatchWithoutMore) {
-  // The list was made with the wildcard "*", but the run's wildcard is "#". The row's tail "bc"
-  // also stands at the row's beginning, so four bytes are enough to match.
+  // The list was made with the wildcard "*", but the run's wildcard is "#", so the row's "*" stands
+  // for itself. The tail "bc" also stands at the row's beginning, which makes the first four bytes
+  // enough for a match.
   const Ready ready(Rows{{"bcx*bc", "y"}}, {'*', '*', '#'});
   ASSERT_EQ(ready.list.rows.size(), 1u);
   EXPECT_EQ(ready.list.rows[0].prefix, "bcx*");

@@ -45,7 +45,8 @@ class InputWindowTest : public ::testing::Test {
     source_.emplace(bytes_);
   }
 
-  // Expects that the window is at `offset` and shows enough bytes of the file.
+  // Expects that the window is at `offset` and shows at least kLookAhead bytes of the file, or all
+  // that are left.
   void ExpectShown(const InputWindow& window, std::size_t offset) {
     const std::size_t rest = bytes_.size() - std::min(bytes_.size(), offset);
     ASSERT_GE(window.size(), std::min(rest, kLookAhead)) << offset;
@@ -89,7 +90,8 @@ TEST_F(InputWindowTest, AShortFileIsReadOnceAndFoundToHaveEnded) {
 
 TEST_F(InputWindowTest, ShowsTheLookAheadFromEveryPlaceAroundTheBordersOfItsBlocks) {
   Open(Pattern(3 * kMegabyte));
-  // A window that moves on byte by byte is refilled when it shows less than the look-ahead.
+  // A window that moves on byte by byte is refilled where it would show fewer than kLookAhead
+  // bytes.
   constexpr std::size_t kBlock = InputWindow::kBufferSize - kLookAhead;
   for (std::size_t border = kBlock; border < bytes_.size(); border += kBlock) {
     InputWindow window;
@@ -187,7 +189,7 @@ TEST_F(InputWindowTest, AReadErrorInMidFileIsGivenWhenItIsMet) {
   window.Open(*source_);
   ASSERT_EQ(window.MoveTo(0), ErrorNumber::kNone);
   source_->error = ErrorNumber::kDeviceIo;
-  // The window still shows the bytes that it holds.
+  // The window already holds the bytes from this offset on, so nothing is read.
   EXPECT_EQ(window.MoveTo(1000), ErrorNumber::kNone);
   ExpectShown(window, 1000);
   EXPECT_EQ(window.MoveTo(kMegabyte + 1), ErrorNumber::kDeviceIo);

@@ -1,4 +1,4 @@
-// The searches for the next NUL and the next tail, from one offset after the other.
+// The searches for the next NUL and for the end of the next tail, each from ascending offsets.
 #include "core/engine/matching/occurrences.h"
 
 #include <gtest/gtest.h>

@@ -153,7 +153,7 @@ TEST_F(PositionedOutputTest, BytesFilledIntoItsRoomStandBetweenThoseThatArePut) 
   output.Put(1, "ab");
   const PositionedOutput::Room room = output.RoomAt(3);
   ASSERT_GE(room.end - room.at, 1000);
-  std::fill_n(room.at, 10, '?');  // the caller may write more than Fill keeps
+  std::fill_n(room.at, 10, '?');  // the caller may write behind the end that it passes to Fill
   std::copy_n("cd", 2, room.at);
   output.Fill(room.at + 2);
   output.Put(5, "ef");

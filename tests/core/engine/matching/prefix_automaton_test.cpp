@@ -221,8 +221,8 @@ std::vector<Prefix> AllPrefixes(std::size_t longest) {
   return prefixes;
 }
 
-// Contains every text of four letters that are a or b. The last two letters begin longer prefixes,
-// which the end of the text cuts off.
+// Contains every text of four letters, each of them a or b. The last two letters begin longer
+// prefixes, which the end of the text cuts off.
 constexpr const char* kAllFourLetters = "aaaabaabbababbbbaaaxbabxxaab";
 
 TEST(PrefixAutomaton, FindsWhatTryingEveryRowFindsInAllListsOfTwoRows) {
@@ -329,7 +329,8 @@ TEST(PrefixAutomaton, FindsTheLongestPrefixesThereCanBe) {
     EXPECT_EQ(found[0].offset, kLetters);
     EXPECT_EQ(automaton.RowsAt(found[0].state, attempts), static_cast<std::int32_t>(kCount));
     for (std::size_t i = 0; i < kCount; ++i) {
-      // `found` is in descending order of offsets, and prefix 0, the longest, begins first.
+      // `found` is in descending order of offsets. Of the prefixes that end at the "b", prefix 0 is
+      // the longest, so it begins at the lowest offset.
       const PrefixAutomaton::Found& each = found[kCount - i];
       EXPECT_EQ(each.offset, kLetters - (kLongest - 1 - i));
       attempts.clear();
@@ -338,7 +339,8 @@ TEST(PrefixAutomaton, FindsTheLongestPrefixesThereCanBe) {
       EXPECT_EQ(plain, prefixes[i].plain ? row : PrefixAutomaton::kNone);
       EXPECT_EQ(attempts, prefixes[i].plain ? std::vector<std::int32_t>{} : std::vector{row});
     }
-    // Even if only the first offsets are searched, the longest prefix must be followed to its end.
+    // Only the offsets up to `first` are searched, but the prefix that begins there must be
+    // compared up to its end.
     const std::size_t first = kLetters - (kLongest - 1);
     EXPECT_EQ(Offsets(Find(automaton, text, first + 1)), (std::vector<std::size_t>{first}));
   }

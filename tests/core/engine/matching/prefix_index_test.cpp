@@ -20,7 +20,7 @@ struct Found {
   bool operator==(const Found&) const = default;
 };
 
-// Returns what trying every row in table order finds.
+// Returns what trying every row in table order finds at the start of the text.
 Found TryAll(const std::vector<Prefix>& prefixes, const std::string& text) {
   Found found;
   for (std::size_t row = 0; row < prefixes.size(); ++row) {
@@ -153,8 +153,8 @@ TEST(PrefixIndex, OffsetsLookedUpTogetherGetWhatEachGetsAlone) {
   }
 }
 
-// The text is a run of one letter. There the look-up follows short and long steps, into groups and
-// nodes, at every depth, so as many steps as possible are under way at once.
+// The text is a run of one letter. At each of its offsets, the look-up follows as many steps at
+// once as it ever can. It must find what trying every row finds.
 TEST(PrefixIndex, HasRoomForAllStepsThatAnOffsetHasUnderWay) {
   std::vector<Prefix> prefixes;
   const auto run = [](std::size_t size) { return std::string(size, 'a'); };

@@ -72,7 +72,7 @@ class Searched {
   }
 
   PrefixSearch& search() { return search_; }
-  int automaton_blocks = 0;  // blocks that the last All gave to the automaton
+  int automaton_blocks = 0;  // blocks that the automaton searched in the last call of All
 
  private:
   static std::vector<CompiledRow> Rows(const std::vector<Prefix>& prefixes) {
@@ -120,8 +120,8 @@ TEST(PrefixSearch, BothMethodsFindWhatTryingEveryRowFinds) {
   }
 }
 
-// Returns prefixes that almost stand at every offset in a run of "a", but stand only where a "b"
-// ends the run.
+// Returns prefixes of many "a" with a "b" at the end. At most offsets in a run of "a" they match in
+// all bytes but the last. Only where a "b" ends the run does a prefix match.
 std::vector<Prefix> NearMisses() {
   std::vector<Prefix> prefixes;
   for (std::size_t size = 40; size < 80; ++size) {

@@ -1,7 +1,10 @@
-// What a right text with the wildcard writes (the captured bytes without those of the tail), and
-// where the write position is afterwards. The expected bytes follow from the steps of the writing:
-// N = upper bound of the capture buffer - length of the tail + 1; bytes 0 to N are written; the
-// write position moves by N and then by one.
+// What a right text with the wildcard writes, and where the write position is afterwards.
+//
+// In the comments, C is the number of bytes in the capture buffer (at least 1) and T is the length
+// of the row's tail. The last T - 1 bytes of the buffer count as bytes of the tail, so each
+// wildcard of the right text stands for the first C - (T - 1) bytes: they are written, and the
+// write position moves on by as many. A negative number moves the write position back. If the
+// number is above C, because the tail is empty, the C bytes are written and the right text ends.
 #include <gtest/gtest.h>
 
 #include "tests/core/engine/engine_test.h"
@@ -30,30 +33,29 @@ TEST(SubstitutionRightText, LeavesOutTheTailsBytes) {
 }
 
 TEST(SubstitutionRightText, EndsAtTheWildcardWithAnEmptyTail) {
-  // The buffer's upper bound is 0 and N = 1, so the writing reads behind the end of the buffer.
-  // That error ends the writing.
+  // C = 1 and T = 0: two bytes are wanted, but the buffer has only one, so the right text ends.
   ExpectResult({{"a*", "<*>*"}}, '*', "aXbX", "<XbX", 1);
 }
 
 TEST(SubstitutionRightText, WritesOneNulWhereNothingWasEverCaptured) {
-  // Nothing has been captured, so the buffer holds only its initial byte, 0.
+  // Nothing has been captured, so the buffer holds only its initial byte, a NUL.
   ExpectResult({{"a", "<*>"}}, '*', "ab", "<\0b"s, 1);
 }
 
 TEST(SubstitutionRightText, WritesTheFirstByteOfAnEarlierRowsSpan) {
-  // The second row's attempt cuts the buffer down to "P".
+  // The second row has no wildcard, so its attempt cuts the buffer down to its first byte, "P".
   ExpectResult({kCapturingRow, {"a", "<*>"}}, '*', "xPQRzab", "(PQR)<Pb", 2);
 }
 
 TEST(SubstitutionRightText, WritesAnEarlierRowsSpanWhenNoAttemptHasCutIt) {
   // The second row matches "abab" without reaching its wildcard, because "abab" ends with the tail.
-  // Of the captured P Q R, its right text writes the bytes 0 to N = 2 - 2 + 1.
+  // The buffer still holds P Q R: C = 3 and T = 2, so two bytes are written.
   ExpectResult({kCapturingRow, {"abab*ab", "[*]"}}, '*', "xPQRzabab", "(PQR)[PQ]", 2);
 }
 
 TEST(SubstitutionRightText, AnAttemptOfAPlainRowCutsTheCapturedBytes) {
-  // The first byte of "aq" matches, which is enough to cut the captured bytes down to P. Then N = 0
-  // - 2 + 1 = -1, so nothing is written.
+  // The first byte of "aq" matches, which is enough to cut the captured bytes down to P. Then C = 1
+  // and T = 2, so no byte is written.
   ExpectResult({kCapturingRow, {"aq", "-"}, {"abab*ab", "[*]"}}, '*', "xPQRzabab", "(PQR)[]", 2);
   // The first byte of "qa" does not match, so nothing is cut.
   ExpectResult({kCapturingRow, {"qa", "-"}, {"abab*ab", "[*]"}}, '*', "xPQRzabab", "(PQR)[PQ]", 2);
@@ -70,25 +72,25 @@ TEST(SubstitutionRightText, CapturedBytesLiveOnFromFileToFile) {
 
 TEST(SubstitutionRightText, AFailedAttemptLeavesItsCapturedBytes) {
   // The first row captures b a b a b and does not match. The second row matches at the same offset
-  // without capturing, and its right text leaves out the last captured byte.
+  // without capturing: C = 5 and T = 2, so four bytes are written.
   ExpectResult({{"a*!", "-"}, {"ababab*ab", "[*]"}}, '*', "ababab", "[baba]", 1);
 }
 
 TEST(SubstitutionRightText, ATailInFrontOfTheSpanTakesTheCapturedByteAway) {
-  // N = 0 - 2 + 1 = -1: nothing is written, and the write position stays where it was.
+  // C = 1 and T = 2: nothing is written, and the write position stays where it was.
   ExpectResult({{"bca*bc", "<*>"}}, '*', "bcaXYZ", "<>Z", 1);
 }
 
 TEST(SubstitutionRightText, ALongTailInFrontOfTheSpanMovesTheWritePositionBack) {
-  // N = 0 - 5 + 1 = -4, then one forward: the write position goes from 6 to 3. ">" overwrites the
-  // "2", "Z" overwrites the "3", and the "<" stays behind them.
+  // C = 1 and T = 5: the wildcard moves the write position back by 3, from 6 to 3 (positions count
+  // from 1). The ">" overwrites the "2", the "Z" overwrites the "3", and the "<" stays behind them.
   ExpectResult({{"bcdefa*bcdef", "<*>"}}, '*', "0123bcdefaXYZ", "01>Z<", 1);
 }
 
 TEST(SubstitutionRightText, SeveralWildcardsMoveTheWritePositionBackBelowTheStart) {
-  // The write position goes from 2 by -3 to -1, then to -4. The ">" would be below position 1 and
-  // is dropped. The next byte goes to -3, so the digits "1" to "4" are dropped, and "5" overwrites
-  // the "<" at position 1.
+  // C = 1 and T = 5: each wildcard moves the write position back by 3, from 2 to -1 and then to -4.
+  // What would be written below position 1 is dropped: the ">" and the digits "1" to "4". The "5"
+  // overwrites the "<" at position 1.
   ExpectResult({{"bcdefa*bcdef", "<**>"}}, '*', "bcdefaXY123456789", "56789", 1);
   ExpectResult({{"bcdefa*bcdef", "<**>"}}, '*', "bcdefaXY123", "<", 1);
 }
@@ -105,21 +107,25 @@ TEST(SubstitutionRightText, AWildcardThatIsNoneAnyMoreIsOrdinaryText) {
 }
 
 TEST(SubstitutionRightText, ALaterWildcardWritesTheSingleByteOfTheBuffer) {
-  // Flag and tail were made with the wildcard "*": N = 0 - 1 + 1 = 0.
+  // The flag and the tail "c" were made with the wildcard "*". C = 1 and T = 1: the buffer's
+  // initial byte, a NUL, is written.
   EngineProgram program({{"a*c", "[#]"}}, {'*', '*', '#'});
   EXPECT_EQ(program.Process("a*cb"), "[\0]b"s);
 }
 
 TEST(SubstitutionRightText, ATailMadeWithAnotherWildcardIsTheWholeLeftText) {
-  // N = 0 - 3 + 1 = -2, then one forward: "]" falls on "[".
+  // The tail was made with the wildcard "#". The left text has no "#", so all of it is the tail.
+  // C = 1 and T = 3: the wildcard moves the write position back by 1, and the "]" overwrites the
+  // "[".
   EngineProgram program({{"a*c", "[#]"}}, {'*', '#', '#'});
   EXPECT_EQ(program.Process("a*cZ"), "]Z");
   EXPECT_EQ(program.hits(), 1);
 }
 
 TEST(SubstitutionRightText, AnUnflaggedRowWithALaterWildcardNeverCapturesItsSpan) {
-  // The rows have no flag and thus no tail. Only the end of the file closes the span, so a row
-  // matches only if its left text ends in the wildcard.
+  // The flags and tails were made with the wildcard "*", so these rows have no flag and no tail.
+  // Without a tail, the span stays open up to the end of the file. The first row does not match,
+  // because its "c" is still unmatched there. The row that ends in the wildcard matches.
   EngineProgram open({{"a#c", "<#>"}}, {'*', '*', '#'});
   EXPECT_EQ(open.Process("aXcd"), "aXcd");
   EngineProgram last({{"a#", "<#>"}, {"12345", ""}}, {'*', '*', '#'});

@@ -51,9 +51,10 @@ StoppedRun Substitute(const std::string& bytes, SearchMethod method, Stopper& st
   return run;
 }
 
-// A search by the automaton takes blocks of 64 KiB. A block ends earlier where the bytes in the
-// window end: at offset 131,073 before the window's first refill. There the watcher is not asked,
-// because only one byte was searched since the question before.
+// A search by the automaton takes blocks of 64 KiB. A block ends earlier in front of the first
+// offset from which the window shows fewer than kLookAhead bytes; then the window is refilled. In
+// this text, the first such offset is 131,073. There the watcher is not asked, because only one
+// byte was searched since the last question.
 TEST(SubstitutionStop, ByTheAutomatonTheWatcherIsAskedBeforeEachBlock) {
   Stopper stopper(100);
   EXPECT_EQ(Substitute(std::string(200'000, '-'), SearchMethod::kAutomaton, stopper).end,

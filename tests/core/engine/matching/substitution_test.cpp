@@ -93,8 +93,8 @@ TEST(Substitution, ANulIsMatchedAgainstTheLeftTextBeforeItEndsTheAttempt) {
   ExpectResult({{"a\0"s, "X"}}, 0, "a\0"s, "a\0"s, 0);
   ExpectResult({{"a\0b"s, "X"}}, 0, "a\0b"s, "a\0b"s, 0);
   ExpectResult({{"\0"s, "X"}}, 0, "\0\0"s, "\0\0"s, 0);
-  // In the table, NULs follow a left text that is shorter than the longest one. They are reached
-  // only if a longer row makes the table wider.
+  // The longer row makes the table wider, so NULs follow "a" in the table. The NUL of the file
+  // matches the first of them, but it ends the attempt and is not part of the match.
   ExpectResult({{"a", "X"}, {"long enough", "Y"}}, 0, "a\0a"s, "X\0X"s, 2);
 }
 
@@ -111,7 +111,7 @@ TEST(Substitution, NulsInARightTextAreNotWritten) {
 TEST(Substitution, WithoutWildcardNoCharacterIsOne) {
   ExpectResult({{"a*c", "[*]"}}, 0, "aXc a*c", "aXc [*]", 1);
   // Behind a left text the table holds 0. That 0 is not a wildcard, although the run's wildcard
-  // code is 0, too.
+  // code is also 0, which means no wildcard.
   ExpectResult({{"ab", "X"}, {"abcdef", "Y"}}, 0, "abz", "Xz", 1);
 }
 

@@ -1,7 +1,12 @@
 // What the wildcard matches. The expected bytes follow from the attempt's steps; comments explain
-// those that are not obvious. Notation: k is the number of bytes that the attempt looks at; all
-// these bytes except the last one match. The value extra is `MatchAttempt::extra_`. The row matches
-// if k > length of the left text + extra.
+// those that are not obvious.
+//
+// In the comments, k is the number of bytes that the attempt looks at, including the NUL that
+// stands for the end of the file; all of them except the last one match. The value extra is
+// `MatchAttempt::extra_`, the bytes that a match takes beyond the length of the left text. The row
+// matches if k > length of the left text + extra. C and T are the number of bytes in the capture
+// buffer and the length of the tail; the right text's wildcard stands for the first C - (T - 1)
+// captured bytes.
 #include <gtest/gtest.h>
 
 #include "tests/core/engine/engine_test.h"
@@ -65,17 +70,16 @@ TEST(SubstitutionWildcard, InFirstPositionStandsForItself) {
 }
 
 TEST(SubstitutionWildcard, InFirstPositionAloneTakesOneByte) {
-  // "*" matches, k = 2; behind the "*" the table ends. The tail is empty, so the writing ends at
-  // the right text's "*".
+  // The "*" matches, then the table ends: k = 2 > 1. The tail is empty, so the right text ends at
+  // its "*".
   ExpectResult({{"*", "<*>"}}, '*', "a*b", "a<*b", 1);
 }
 
 TEST(SubstitutionWildcard, TakesAtLeastOneByteEvenOfTheTail) {
-  // The wildcard takes in the "c", although the "c" is already recognised as the tail. The span
-  // opens behind the "c", and the next byte closes it: that byte counts as the tail, whatever its
-  // value ("X").
+  // The wildcard takes the "c", and this "c" also counts as the tail already. The span opens behind
+  // the "c" and is closed by the next byte, whatever that byte is: here the "X".
   ExpectResult({{"a*c", "[*]"}}, '*', "acXY", "[c]Y", 1);
-  // At the end of the file no byte can count as the tail: k = 3 is not above 3.
+  // At the end of the file there is no next byte to close the span: k = 3 is not above 3.
   ExpectResult({{"a*c", "[*]"}}, '*', "ac", "ac", 0);
 }
 
@@ -86,8 +90,8 @@ TEST(SubstitutionWildcard, LastInTheWidestRowTakesOneByte) {
 }
 
 TEST(SubstitutionWildcard, LastInANarrowerRowTakesAllToTheEnd) {
-  // The table goes on behind the row, so the span stays open until the end of the file, which reads
-  // as a NUL.
+  // The other row is longer, so the table has cells behind this row's text. There the span stays
+  // open until the end of the file, which the attempt reads as a NUL.
   ExpectResult({{"a*", "<*>"}, {"12345", "y"}}, '*', "cabab", "c<bab", 1);
 }
 
@@ -98,33 +102,35 @@ TEST(SubstitutionWildcard, LastInANarrowerRowTakesAllToTheNextNul) {
 TEST(SubstitutionWildcard, OfTwoOnlyTheFirstIsASpansStart) {
   // The tail is "b*c" with a "*" that stands for itself.
   ExpectResult({{"a*b*c", "[*]"}}, '*', "aXbYc", "aXbYc", 0);
-  // The span is closed at the "c": extra = 2 - 3 + 1 = 0, and the pattern is at the second "*".
-  // That "*" takes "Z" into the captured bytes (X b * Z) and lowers extra to -2: k = 7 > 5 - 2. N =
-  // 3 - 3 + 1: two bytes are written, "X" and "b".
+  // The "c" completes the tail and closes the span: extra = 2 - 3 + 1 = 0. The next byte, "Z",
+  // meets the left text's second "*". It is captured, too, and lowers extra to -2: k = 7 > 3. The
+  // buffer holds X b * Z: C = 4 and T = 3, so two bytes are written.
   ExpectResult({{"a*b*c", "[*]"}}, '*', "aXb*cZ", "[Xb]", 1);
 }
 
 TEST(SubstitutionWildcard, OfTwoInARowTheSecondIsTheTail) {
-  // The "*" in the file ends the span. This "*" is captured, too, because the pattern is also at a
-  // "*" then.
+  // The "*" of the file is the tail and closes the span. It is captured, too, because it also meets
+  // the second "*" of the left text.
   ExpectResult({{"a**", "[*]"}}, '*', "aXY*ZW", "[XY*]ZW", 1);
   ExpectResult({{"a**", "[*]"}}, '*', "aXYZW", "aXYZW", 0);
-  // In a wider table, the span that the last "*" of the row opens takes one byte more: k = 6 > 3 +
-  // 1.
+  // The second "*" of the left text opens a span again. The longer row makes the table wider, so
+  // this span takes one more byte, "Z": k = 6 > 3 + 1.
   ExpectResult({{"a**", "[*]"}, {"12345", ""}}, '*', "aXY*ZW", "[XY*]W", 1);
 }
 
 TEST(SubstitutionWildcard, ATailThatStandsInFrontOfTheSpanClosesItAtItsFirstByte) {
-  // "ab" contains the tail "b". The wildcard takes X, and Y counts as the tail.
+  // The tail "b" also stands in front of the wildcard, in "ab". The wildcard takes the "X", and the
+  // "Y" counts as the tail.
   ExpectResult({{"ab*b", "[*]"}}, '*', "abXYZ", "[X]Z", 1);
 }
 
 TEST(SubstitutionWildcard, BytesThatRepeatTheTailAreSwallowed) {
-  // After "cd" the pattern is at "d", which a second "d" matches: extra falls to -1, k = 6 > 3.
+  // After "cd" the attempt is at the left text's "d". A second "d" of the file matches it: extra
+  // falls to -1, and k = 6 > 4 - 1.
   ExpectResult({{"a*cd", "[*]"}}, '*', "aXcdZ", "[X]Z", 1);
   ExpectResult({{"a*cd", "[*]"}}, '*', "aXcddZ", "[X]Z", 1);
   ExpectResult({{"a*cd", "[*]"}}, '*', "aXcdddZ", "[X]dZ", 1);
-  // After "bcde" the pattern is at "c".
+  // After "bcde" the attempt is at the left text's "c".
   ExpectResult({{"a*bcde", "[*]"}}, '*', "aXbcdecZ", "[X]Z", 1);
   ExpectResult({{"a*bcde", "[*]"}}, '*', "aXbcdecdeZ", "[X]Z", 1);
   ExpectResult({{"a*bcde", "[*]"}}, '*', "aXbcdecdbZ", "[X]bZ", 1);
@@ -132,10 +138,10 @@ TEST(SubstitutionWildcard, BytesThatRepeatTheTailAreSwallowed) {
 
 TEST(SubstitutionWildcard, ATailSeenEarlyLetsPartOfTheLeftTextMatch) {
   // "ab" is the tail and also stands at the front: extra is -1, -2, -3 after the second, third and
-  // fourth byte, and 5 > 7 - 3. The wildcard is never reached, so nothing is captured: the buffer
-  // holds only its initial byte, and N = 0 - 2 + 1 = -1 writes nothing.
+  // fourth byte, so k = 5 > 7 - 3. The wildcard is never reached and nothing is captured: C = 1 and
+  // T = 2, so no byte is written.
   ExpectResult({{"abab*ab", "[*]"}}, '*', "abab", "[]", 1);
-  // One byte less is not enough: 4 > 7 - 2 does not hold.
+  // With three matching bytes, k = 4 is not above 7 - 2.
   ExpectResult({{"abab*ab", "[*]"}}, '*', "abaQ", "abaQ", 0);
 }
 
