@@ -136,8 +136,8 @@ int Overwrite(int file, std::uint64_t old_size, std::string_view bytes) {
   return ftruncate(file, static_cast<off_t>(bytes.size())) == 0 ? 0 : errno;
 }
 
-// Appends all of `bytes` to the file, or nothing. The file must be open for appending. Returns 0 or
-// an error code.
+// Appends all of `bytes` to the file. If that fails, cuts off what was written, where possible. The
+// file must be open for appending. Returns 0 or an error code.
 int AppendWhole(int file, std::string_view bytes) {
   const Transfer written = WriteAll(file, bytes);
   if (written.code == 0 || written.done == 0) return written.code;

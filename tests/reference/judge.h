@@ -21,7 +21,9 @@ struct JudgedList {
   char flags = 0;
   char tails = 0;
   char run = 0;
-  std::size_t flagged_rows = ~std::size_t{0};  // only the rows in front of this index have a flag
+  // JokerLeft ends at this row: only for the rows in front of it the tables say whether the left
+  // text holds the wildcard.
+  std::size_t flagged_rows = ~std::size_t{0};
 };
 
 // The list in a form that can be pasted into a test.

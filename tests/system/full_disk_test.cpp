@@ -1,5 +1,5 @@
-// Runs with too little room: on small disks of every size in pages, and with a limit on the size of
-// a file. No file of the target is half made, the source is unchanged, and the run says why it
+// Runs with too little room: on small disks that grow by one page from run to run, and with a limit
+// on the size of a file. No file of the target is half made, the source is unchanged, and the run says why it
 // ended.
 #include <sys/mount.h>
 #include <sys/resource.h>

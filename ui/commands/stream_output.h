@@ -14,9 +14,9 @@ namespace morvex {
 
 class StreamOutput : public ByteSink {
  public:
-  // `stream` must outlive the output. A write succeeds if it begins at most `held` bytes in front
-  // of the end of the bytes written; one that begins further back may fail with kInvalidCall. Bytes
-  // that are skipped become NUL.
+  // `stream` must outlive the output. A write may begin up to `held` bytes in front of the end of
+  // the bytes written; one that begins further back may fail with kInvalidCall. Bytes that are
+  // skipped become NUL.
   StreamOutput(OutputFile& stream, std::size_t held) : stream_(stream), most_held_(held) {}
 
   ErrorNumber WriteAt(std::uint64_t offset, std::string_view bytes) override;

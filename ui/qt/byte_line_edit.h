@@ -36,8 +36,8 @@ class ByteLineEdit : public QLineEdit {
   std::size_t SelectionEnd() const;
   void MoveCaretTo(std::size_t bytes);
   // After this call, a pasted text whose lines have exactly one tab each is taken as table rows:
-  // RowsPasted passes the rows on, and this line edit keeps its text. A text with tabs in any other
-  // way is refused; only a single tab alone is inserted like a character.
+  // RowsPasted passes the rows on, and this line edit keeps its text. The exception is a text that
+  // is nothing but one tab: it is inserted like a character. Any other text with tabs is refused.
   void ExpectRows() { expects_rows_ = true; }
   // Shows in the tool tip, until the next change, why something was refused.
   void TellRefusal(const QString& why);

@@ -258,8 +258,8 @@ bool OptionsWindowWidget::eventFilter(QObject* watched, QEvent* event) {
   return false;
 }
 
-// Passes every key on to the core. Returns true when the entry field must not handle the key as
-// well.
+// Passes the key on to the core, as 0 if no handler uses it; Escape closes the list or the window.
+// Returns true when the entry field must not handle the key as well.
 bool OptionsWindowWidget::TakeEntryKey(const QKeyEvent& event) {
   const int key = KeyCode(event);
   const int shift = ShiftState(event);

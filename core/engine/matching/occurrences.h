@@ -43,7 +43,8 @@ class NextTail {
   // Only bytes that the window shows are searched.
   std::uint64_t FindEnd(const InputWindow& window, std::uint64_t from, std::uint64_t limit);
 
-  // No occurrence that begins at or behind the last `from` ends at this offset or in front of it.
+  // Up to this offset no occurrence ends. Occurrences that begin in front of the last `from` do not
+  // count.
   std::uint64_t known_up_to() const { return found_ == kNowhere ? searched_ : found_ - 1; }
 
  private:

@@ -35,8 +35,8 @@ TEST(SplitCommandLine, CutsAtEveryBlankAndHyphen) {
       {"a-b", {"InitFile", "a-b"}},
       {"a\t-b", {"InitFile", "a\t-b"}},
       {"--if a", {"InitFile", "--if a"}},
-      // The marker is "NoInitFile" if the line is cut and its first piece does not begin with
-      // "-if".
+      // The marker is "NoInitFile" if the line is cut behind its first character or later, and its
+      // first piece does not begin with "-if".
       {"x -if a.dat", {"NoInitFile", "x", "if a.dat"}},
       {"-a -b -c", {"NoInitFile", "-a", "b", "c"}},
       {"-dy 5 -if a", {"NoInitFile", "-dy 5", "if a"}},

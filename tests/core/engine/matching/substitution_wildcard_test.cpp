@@ -76,8 +76,8 @@ TEST(SubstitutionWildcard, InFirstPositionAloneTakesOneByte) {
 }
 
 TEST(SubstitutionWildcard, TakesAtLeastOneByteEvenOfTheTail) {
-  // The wildcard takes the "c", and this "c" also counts as the tail already. The span opens behind
-  // the "c" and is closed by the next byte, whatever that byte is: here the "X".
+  // The wildcard captures the "c", which also counts as the tail. The next byte, whatever it is,
+  // closes the span: it belongs to the match but is not captured. Here this is the "X".
   ExpectResult({{"a*c", "[*]"}}, '*', "acXY", "[c]Y", 1);
   // At the end of the file there is no next byte to close the span: k = 3 is not above 3.
   ExpectResult({{"a*c", "[*]"}}, '*', "ac", "ac", 0);
