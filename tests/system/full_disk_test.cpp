@@ -1,6 +1,6 @@
 // Runs with too little room: on small disks that grow by one page from run to run, and with a limit
-// on the size of a file. No file of the target is half made, the source is unchanged, and the run says why it
-// ended.
+// on the size of a file. No file of the target is half made, the source is unchanged, and the run
+// says why it ended.
 #include <sys/mount.h>
 #include <sys/resource.h>
 

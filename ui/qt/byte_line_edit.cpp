@@ -127,8 +127,8 @@ bool ByteLineEdit::Accepts(const QString& text, int caret) {
   } else {
     return true;
   }
-  // rows_ or without_line_end_ is taken once the toolkit has reverted the change: at the end of this
-  // event, or by the timer when the change came without an event.
+  // rows_ or without_line_end_ is taken once the toolkit has reverted the change: at the end of
+  // this event, or by the timer when the change came without an event.
   deferred_.start(0);
   return false;
 }

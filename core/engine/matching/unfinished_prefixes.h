@@ -32,7 +32,7 @@ class UnfinishedPrefixes {
 
   const std::vector<CompiledRow>& rows_;
   const std::vector<std::int32_t>& rows_by_prefix_;
-  std::size_t longest_ = 0;    // length of the longest prefix in bytes
+  std::size_t longest_ = 0;  // length of the longest prefix in bytes
   // No unfinished prefix begins at or behind the last `from` and in front of this offset.
   std::uint64_t settled_ = 0;
 };
