@@ -49,7 +49,7 @@ const char* WordsFor(RunEnd end) {
 }
 
 // Returns why a file has no copy, as in "Permission denied: the source folder must be writable".
-// The path is another element of the report.
+// The report names the path that the error is about in an element of its own.
 std::string WhyFailed(const Outcome& outcome) {
   std::string why(ErrorText(outcome.error));
   const std::string_view cause = CauseText(outcome.cause);

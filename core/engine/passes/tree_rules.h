@@ -26,7 +26,7 @@ class TreeRules {
   // The most times that one folder is entered on paths that contain a link.
   static constexpr std::int64_t kMostVisitsByLinks = 1000;
 
-  // Either folder may be missing. The rules about a missing folder never apply.
+  // Either folder may be missing. A rule about a folder that is missing never applies.
   TreeRules(Program& program, const std::string& source, const std::string& target);
 
   // The first error of looking up the two folders. Rely on the rules only if it is kNone.
